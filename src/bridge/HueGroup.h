@@ -1,0 +1,29 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+#include <QUuid>
+
+/// One room of the bridge. `id` is made fresh for every record and only identifies it in lists.
+struct HueGroup
+{
+    QUuid id;
+    QString group_id;
+    QString name;
+    QStringList lights;
+    QString type;
+    QString group_class;
+    bool all_on = false;
+    bool any_on = false;
+    bool is_on = false;
+    qint64 brightness = 0;
+    qint64 saturation = 0;
+    qint64 hue = 0;
+    qint64 color_temperature = 0;
+    qint64 ct_min = 0;
+    qint64 ct_max = 0;
+    QString hue_ip;
+    QString hue_key;
+
+    bool operator==(const HueGroup&) const = default;
+};

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <QString>
+
+/// One reachable lamp as the menu shows it, flattened from the bridge's light object.
+struct HueLight
+{
+    QString lamp_id;
+    QString name;
+    QString product_name;
+    QString model_id;
+    bool allows_color = false;
+    bool allows_ambient = false;
+    bool allows_brightness = true;
+    bool is_on = false;
+    qint64 brightness = 0;
+    qint64 hue = 0;
+    qint64 saturation = 0;
+    qint64 color_temperature = 0;
+    float xy_x = 0;
+    float xy_y = 0;
+    qint64 ct_min = 0;
+    qint64 ct_max = 0;
+    QString hue_ip;
+    QString hue_key;
+    QString unique_id;
+
+    bool operator==(const HueLight&) const = default;
+};

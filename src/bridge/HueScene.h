@@ -1,0 +1,19 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+#include <QUuid>
+
+/// One scene stored on the bridge. `id` is made fresh for every record and only identifies it in lists.
+struct HueScene
+{
+    QUuid id;
+    QString scene_id;
+    QString name;
+    QStringList lights;
+    QString type;
+    QString hue_ip;
+    QString hue_key;
+
+    bool operator==(const HueScene&) const = default;
+};

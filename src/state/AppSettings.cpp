@@ -1,0 +1,191 @@
+#include "state/AppSettings.h"
+
+#include "state/Console.h"
+#include "state/SettingsKeys.h"
+#include "state/SettingsStore.h"
+
+AppSettings::AppSettings(SettingsStore& store, QObject* parent) : QObject(parent), m_store(store) {}
+
+void AppSettings::load()
+{
+    namespace Keys = SettingsKeys;
+    setHueIP(m_store.readString(Keys::bridgeIP).value_or(QString()));
+    setHueKey(m_store.readString(Keys::bridgeUser).value_or(QString()));
+    setAppIcon(m_store.readString(Keys::appIcon).value_or(QStringLiteral("Icon_Lamp0")));
+
+    // An absent height reads as 0 and is taken as it stands: the window then opens at its fallback height.
+    reloadPresetHeights();
+
+    const qint64 increment = m_store.readInt(Keys::keyIncrement);
+    setKeyIncrement(increment == 0 ? 50 : increment);
+
+    if (!m_store.contains(Keys::showColorBarsForRooms))
+        m_store.writeBool(Keys::showColorBarsForRooms, true);
+    setShowColorBarsForRooms(m_store.readBool(Keys::showColorBarsForRooms));
+
+    setShowScenes(m_store.readBool(Keys::showScenes));
+}
+
+void AppSettings::reloadPresetHeights()
+{
+    setPresetWindowHeightRooms(m_store.readInt(SettingsKeys::preferredWindowHeightRooms));
+    setPresetWindowHeightLights(m_store.readInt(SettingsKeys::preferredWindowHeightLights));
+    setPresetWindowHeightScenes(m_store.readInt(SettingsKeys::preferredWindowHeightScenes));
+}
+
+qint64 AppSettings::preferredHeightOfActivePanel() const
+{
+    switch (m_activeMainPanel) {
+    case MainPanels::lights:
+        return m_presetWindowHeightLights;
+    case MainPanels::rooms:
+        return m_presetWindowHeightRooms;
+    case MainPanels::scenes:
+        return m_presetWindowHeightScenes;
+    }
+    return defaultWindowHeight;
+}
+
+void AppSettings::addLogLine(const QString& message)
+{
+    printLine(message);
+    // Dropping the whole log at the cap is cheaper than trimming it and loses nothing anyone reads.
+    if (m_log.size() >= logCapacity)
+        m_log.clear();
+    m_log.append(message);
+    Q_EMIT logChanged();
+}
+
+bool AppSettings::updateLight(const QString& lampId, const std::function<void(HueLight&)>& change)
+{
+    for (HueLight& light : m_lights) {
+        if (light.lamp_id == lampId) {
+            change(light);
+            Q_EMIT lightsChanged();
+            return true;
+        }
+    }
+    return false;
+}
+
+bool AppSettings::updateGroup(const QString& groupId, const std::function<void(HueGroup&)>& change)
+{
+    for (HueGroup& group : m_groups) {
+        if (group.group_id == groupId) {
+            change(group);
+            Q_EMIT groupsChanged();
+            return true;
+        }
+    }
+    return false;
+}
+
+template <typename T>
+void AppSettings::assign(T& field, const T& value, void (AppSettings::*changed)())
+{
+    if (field == value)
+        return;
+    field = value;
+    Q_EMIT(this->*changed)();
+}
+
+void AppSettings::setActionQueue(const QList<ActionQueueItem>& queue)
+{
+    assign(m_actionQueue, queue, &AppSettings::actionQueueChanged);
+}
+
+void AppSettings::setLights(const QList<HueLight>& lights)
+{
+    assign(m_lights, lights, &AppSettings::lightsChanged);
+}
+
+void AppSettings::setGroups(const QList<HueGroup>& groups)
+{
+    assign(m_groups, groups, &AppSettings::groupsChanged);
+}
+
+void AppSettings::setScenes(const QList<HueScene>& scenes)
+{
+    assign(m_scenes, scenes, &AppSettings::scenesChanged);
+}
+
+void AppSettings::setBridgeConnected(bool connected)
+{
+    assign(m_bridgeConnected, connected, &AppSettings::bridgeConnectedChanged);
+}
+
+void AppSettings::setHueIP(const QString& address)
+{
+    assign(m_hueIP, address, &AppSettings::hueIPChanged);
+}
+
+void AppSettings::setHueKey(const QString& key)
+{
+    assign(m_hueKey, key, &AppSettings::hueKeyChanged);
+}
+
+void AppSettings::setForceRedraw(int counter)
+{
+    assign(m_forceRedraw, counter, &AppSettings::forceRedrawChanged);
+}
+
+void AppSettings::setConnectionErrorMessage(const QString& message)
+{
+    assign(m_connectionErrorMessage, message, &AppSettings::connectionErrorMessageChanged);
+}
+
+void AppSettings::setLastUserActionAt(const QDateTime& time)
+{
+    assign(m_lastUserActionAt, time, &AppSettings::lastUserActionAtChanged);
+}
+
+void AppSettings::setShowReviewRequest(bool show)
+{
+    assign(m_showReviewRequest, show, &AppSettings::showReviewRequestChanged);
+}
+
+void AppSettings::setAppIcon(const QString& name)
+{
+    assign(m_appIcon, name, &AppSettings::appIconChanged);
+}
+
+void AppSettings::setKeyIncrement(qint64 increment)
+{
+    assign(m_keyIncrement, increment, &AppSettings::keyIncrementChanged);
+}
+
+void AppSettings::setPresetWindowHeightLights(qint64 height)
+{
+    assign(m_presetWindowHeightLights, height, &AppSettings::presetWindowHeightLightsChanged);
+}
+
+void AppSettings::setPresetWindowHeightRooms(qint64 height)
+{
+    assign(m_presetWindowHeightRooms, height, &AppSettings::presetWindowHeightRoomsChanged);
+}
+
+void AppSettings::setPresetWindowHeightScenes(qint64 height)
+{
+    assign(m_presetWindowHeightScenes, height, &AppSettings::presetWindowHeightScenesChanged);
+}
+
+void AppSettings::setActiveMainPanel(MainPanels panel)
+{
+    assign(m_activeMainPanel, panel, &AppSettings::activeMainPanelChanged);
+    m_store.writeInt(SettingsKeys::activePanel, int(panel));
+    Q_EMIT windowResizePlease(preferredHeightOfActivePanel());
+}
+
+void AppSettings::setShowScenes(bool show)
+{
+    m_store.writeBool(SettingsKeys::showScenes, show);
+    if (!show)
+        m_store.writeInt(SettingsKeys::activePanel, int(MainPanels::lights));
+    assign(m_showScenes, show, &AppSettings::showScenesChanged);
+}
+
+void AppSettings::setShowColorBarsForRooms(bool show)
+{
+    m_store.writeBool(SettingsKeys::showColorBarsForRooms, show);
+    assign(m_showColorBarsForRooms, show, &AppSettings::showColorBarsForRoomsChanged);
+}

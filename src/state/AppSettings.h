@@ -1,0 +1,179 @@
+#pragma once
+
+#include "bridge/ActionQueueItem.h"
+#include "bridge/HueGroup.h"
+#include "bridge/HueLight.h"
+#include "bridge/HueScene.h"
+#include "state/MainPanels.h"
+
+#include <QDateTime>
+#include <QList>
+#include <QObject>
+#include <QString>
+#include <QStringList>
+
+#include <functional>
+
+class SettingsStore;
+
+/// The one shared, observable state of the application: bridge data, connection, pending changes, the log and
+/// the user's display settings. Every published field notifies on change; views redraw from these signals.
+/// Lives on the main thread and is only touched there.
+class AppSettings final : public QObject
+{
+    Q_OBJECT
+    Q_DISABLE_COPY_MOVE(AppSettings)
+
+    Q_PROPERTY(
+        QList<ActionQueueItem> actionQueue READ actionQueue WRITE setActionQueue NOTIFY actionQueueChanged)
+    Q_PROPERTY(QList<HueLight> lights READ lights WRITE setLights NOTIFY lightsChanged)
+    Q_PROPERTY(QList<HueGroup> groups READ groups WRITE setGroups NOTIFY groupsChanged)
+    Q_PROPERTY(QList<HueScene> scenes READ scenes WRITE setScenes NOTIFY scenesChanged)
+    Q_PROPERTY(
+        bool bridgeConnected READ bridgeConnected WRITE setBridgeConnected NOTIFY bridgeConnectedChanged)
+    Q_PROPERTY(QString hueIP READ hueIP WRITE setHueIP NOTIFY hueIPChanged)
+    Q_PROPERTY(QString hueKey READ hueKey WRITE setHueKey NOTIFY hueKeyChanged)
+    Q_PROPERTY(int forceRedraw READ forceRedraw WRITE setForceRedraw NOTIFY forceRedrawChanged)
+    Q_PROPERTY(QString connectionErrorMessage READ connectionErrorMessage WRITE setConnectionErrorMessage
+                   NOTIFY connectionErrorMessageChanged)
+    Q_PROPERTY(QStringList log READ log NOTIFY logChanged)
+    Q_PROPERTY(QDateTime lastUserActionAt READ lastUserActionAt WRITE setLastUserActionAt NOTIFY
+                   lastUserActionAtChanged)
+    Q_PROPERTY(bool showReviewRequest READ showReviewRequest WRITE setShowReviewRequest NOTIFY
+                   showReviewRequestChanged)
+    Q_PROPERTY(QString appIcon READ appIcon WRITE setAppIcon NOTIFY appIconChanged)
+    Q_PROPERTY(qint64 keyIncrement READ keyIncrement WRITE setKeyIncrement NOTIFY keyIncrementChanged)
+    Q_PROPERTY(qint64 presetWindowHeightLights READ presetWindowHeightLights WRITE setPresetWindowHeightLights
+                   NOTIFY presetWindowHeightLightsChanged)
+    Q_PROPERTY(qint64 presetWindowHeightRooms READ presetWindowHeightRooms WRITE setPresetWindowHeightRooms
+                   NOTIFY presetWindowHeightRoomsChanged)
+    Q_PROPERTY(qint64 presetWindowHeightScenes READ presetWindowHeightScenes WRITE setPresetWindowHeightScenes
+                   NOTIFY presetWindowHeightScenesChanged)
+    Q_PROPERTY(MainPanels activeMainPanel READ activeMainPanel WRITE setActiveMainPanel NOTIFY
+                   activeMainPanelChanged)
+    Q_PROPERTY(bool showScenes READ showScenes WRITE setShowScenes NOTIFY showScenesChanged)
+    Q_PROPERTY(bool showColorBarsForRooms READ showColorBarsForRooms WRITE setShowColorBarsForRooms NOTIFY
+                   showColorBarsForRoomsChanged)
+
+public:
+    /// The height a panel opens with when nothing else is known, in points.
+    static constexpr qint64 defaultWindowHeight = 280;
+    /// The log is emptied, not trimmed, once it holds this many lines.
+    static constexpr qsizetype logCapacity = 1001;
+
+    explicit AppSettings(SettingsStore& store, QObject* parent = nullptr);
+
+    /// Reads the persisted values, in the order the application has always read them.
+    void load();
+    /// Reads the three preferred window heights again (after the window stored a new one).
+    void reloadPresetHeights();
+    /// The preset height of the active panel; 280 for a panel value outside the three.
+    qint64 preferredHeightOfActivePanel() const;
+
+    /// Prints the line and appends it to the log.
+    void addLogLine(const QString& message);
+
+    /// Changes the first light with this id in place; returns false when there is none.
+    bool updateLight(const QString& lampId, const std::function<void(HueLight&)>& change);
+    /// Changes the first room with this id in place; returns false when there is none.
+    bool updateGroup(const QString& groupId, const std::function<void(HueGroup&)>& change);
+
+    /// The store behind the persisted fields, for the keys other parts of the application own.
+    SettingsStore& store() const { return m_store; }
+
+    QList<ActionQueueItem> actionQueue() const { return m_actionQueue; }
+    QList<HueLight> lights() const { return m_lights; }
+    QList<HueGroup> groups() const { return m_groups; }
+    QList<HueScene> scenes() const { return m_scenes; }
+    bool bridgeConnected() const { return m_bridgeConnected; }
+    QString hueIP() const { return m_hueIP; }
+    QString hueKey() const { return m_hueKey; }
+    int forceRedraw() const { return m_forceRedraw; }
+    QString connectionErrorMessage() const { return m_connectionErrorMessage; }
+    QStringList log() const { return m_log; }
+    QDateTime lastUserActionAt() const { return m_lastUserActionAt; }
+    bool showReviewRequest() const { return m_showReviewRequest; }
+    QString appIcon() const { return m_appIcon; }
+    qint64 keyIncrement() const { return m_keyIncrement; }
+    qint64 presetWindowHeightLights() const { return m_presetWindowHeightLights; }
+    qint64 presetWindowHeightRooms() const { return m_presetWindowHeightRooms; }
+    qint64 presetWindowHeightScenes() const { return m_presetWindowHeightScenes; }
+    MainPanels activeMainPanel() const { return m_activeMainPanel; }
+    bool showScenes() const { return m_showScenes; }
+    bool showColorBarsForRooms() const { return m_showColorBarsForRooms; }
+
+    void setActionQueue(const QList<ActionQueueItem>& queue);
+    void setLights(const QList<HueLight>& lights);
+    void setGroups(const QList<HueGroup>& groups);
+    void setScenes(const QList<HueScene>& scenes);
+    void setBridgeConnected(bool connected);
+    void setHueIP(const QString& address);
+    void setHueKey(const QString& key);
+    void setForceRedraw(int counter);
+    void setConnectionErrorMessage(const QString& message);
+    void setLastUserActionAt(const QDateTime& time);
+    void setShowReviewRequest(bool show);
+    void setAppIcon(const QString& name);
+    void setKeyIncrement(qint64 increment);
+    void setPresetWindowHeightLights(qint64 height);
+    void setPresetWindowHeightRooms(qint64 height);
+    void setPresetWindowHeightScenes(qint64 height);
+    /// Stores the panel and asks the window to resize on every call, even when the panel stays the same.
+    void setActiveMainPanel(MainPanels panel);
+    /// Stores the choice; switching scenes off also makes the next start open the lights panel.
+    void setShowScenes(bool show);
+    /// Stores the choice, then sets the field.
+    void setShowColorBarsForRooms(bool show);
+
+Q_SIGNALS:
+    void actionQueueChanged();
+    void lightsChanged();
+    void groupsChanged();
+    void scenesChanged();
+    void bridgeConnectedChanged();
+    void hueIPChanged();
+    void hueKeyChanged();
+    void forceRedrawChanged();
+    void connectionErrorMessageChanged();
+    void logChanged();
+    void lastUserActionAtChanged();
+    void showReviewRequestChanged();
+    void appIconChanged();
+    void keyIncrementChanged();
+    void presetWindowHeightLightsChanged();
+    void presetWindowHeightRoomsChanged();
+    void presetWindowHeightScenesChanged();
+    void activeMainPanelChanged();
+    void showScenesChanged();
+    void showColorBarsForRoomsChanged();
+
+    /// The drop-down window should take this height (in points): sent on every panel assignment.
+    void windowResizePlease(qint64 height);
+
+private:
+    template <typename T>
+    void assign(T& field, const T& value, void (AppSettings::*changed)());
+
+    SettingsStore& m_store;
+
+    QList<ActionQueueItem> m_actionQueue;
+    QList<HueLight> m_lights;
+    QList<HueGroup> m_groups;
+    QList<HueScene> m_scenes;
+    bool m_bridgeConnected = false;
+    QString m_hueIP;
+    QString m_hueKey;
+    int m_forceRedraw = 0;
+    QString m_connectionErrorMessage;
+    QStringList m_log;
+    QDateTime m_lastUserActionAt = QDateTime::currentDateTimeUtc();
+    bool m_showReviewRequest = false;
+    QString m_appIcon = QStringLiteral("Icon_Lamp0");
+    qint64 m_keyIncrement = 50;
+    qint64 m_presetWindowHeightLights = defaultWindowHeight;
+    qint64 m_presetWindowHeightRooms = defaultWindowHeight;
+    qint64 m_presetWindowHeightScenes = defaultWindowHeight;
+    MainPanels m_activeMainPanel = MainPanels::lights;
+    bool m_showScenes = false;
+    bool m_showColorBarsForRooms = true;
+};
