@@ -1,0 +1,32 @@
+#pragma once
+
+#include "bridge/ActionQueueItem.h"
+#include "bridge/HueGroup.h"
+#include "bridge/HueLight.h"
+#include "bridge/HueScene.h"
+
+#include <QJsonObject>
+
+#include <optional>
+
+class JsonWriter;
+
+/// The records' own JSON form: one object whose keys are the field names, in field order. The list identity
+/// `id` of rooms and scenes is not part of it and is made fresh when a record is read back. Reading is
+/// strict: every key must be present with a value of the right type.
+namespace CodedRecords {
+
+void write(JsonWriter& json, const HueLight& light);
+void write(JsonWriter& json, const HueGroup& group);
+void write(JsonWriter& json, const HueScene& scene);
+void write(JsonWriter& json, const ActionQueueItem& item);
+
+template <typename Record>
+QByteArray encode(const Record& record);
+
+std::optional<HueLight> readLight(const QJsonObject& object);
+std::optional<HueGroup> readGroup(const QJsonObject& object);
+std::optional<HueScene> readScene(const QJsonObject& object);
+std::optional<ActionQueueItem> readActionQueueItem(const QJsonObject& object);
+
+} // namespace CodedRecords

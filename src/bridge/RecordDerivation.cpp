@@ -1,0 +1,190 @@
+#include "bridge/RecordDerivation.h"
+
+#include <QRandomGenerator>
+
+#include <algorithm>
+#include <array>
+#include <random>
+
+namespace {
+
+const QString noName = QStringLiteral("No name");
+const QString unknownType = QStringLiteral("unknown");
+
+// This IKEA bulb reports a colour gamut and a wrong mired range; it is a white-tone bulb from 250 to 454.
+constexpr std::string_view tradfriOpal = "TRADFRI bulb E27 WS opal 980lm";
+
+QString text(WireText utf8)
+{
+    return QString::fromUtf8(utf8.data(), qsizetype(utf8.size()));
+}
+
+QString textOr(const std::optional<WireText>& utf8, const QString& fallback)
+{
+    return utf8 ? text(*utf8) : fallback;
+}
+
+// The texts compared here (colour modes, type names) are ASCII; comparing without a lower-cased copy keeps
+// the refresh free of throw-away strings.
+char lower(char c)
+{
+    return c >= 'A' && c <= 'Z' ? char(c - 'A' + 'a') : c;
+}
+
+bool equalsLowerCased(WireText text, std::string_view lowerCase)
+{
+    return std::ranges::equal(text, lowerCase, [](char a, char b) { return lower(a) == b; });
+}
+
+bool containsLowerCased(WireText text, std::string_view lowerCase)
+{
+    return !std::ranges::search(text, lowerCase, [](char a, char b) { return lower(a) == b; }).empty();
+}
+
+void deriveColourAbilities(const HueDevice& device, HueLight& light)
+{
+    // The current colour mode wins over the type text: a colour lamp in colour-temperature mode counts as a
+    // white-tone lamp until the next refresh.
+    if (const std::optional<WireText>& mode = device.state->colormode) {
+        if (equalsLowerCased(*mode, "hs") || equalsLowerCased(*mode, "xy")) {
+            light.allows_color = true;
+            light.allows_ambient = false;
+            return;
+        }
+        if (equalsLowerCased(*mode, "ct")) {
+            light.allows_color = false;
+            light.allows_ambient = true;
+            return;
+        }
+    }
+    if (!device.type)
+        return;
+    light.allows_ambient = containsLowerCased(*device.type, "ambient");
+    light.allows_color = containsLowerCased(*device.type, "color") && !light.allows_ambient;
+}
+
+} // namespace
+
+RecordDerivation::RecordDerivation(QString bridgeIP, QString apiKey)
+    : m_bridgeIP(std::move(bridgeIP)), m_apiKey(std::move(apiKey))
+{}
+
+const QString& RecordDerivation::pooled(WireText utf8)
+{
+    auto [entry, added] = m_pool.try_emplace(utf8);
+    if (added)
+        entry->second = text(utf8);
+    return entry->second;
+}
+
+QStringList RecordDerivation::pooled(const std::optional<WireTextList>& texts)
+{
+    QStringList result;
+    if (!texts)
+        return result;
+    result.reserve(qsizetype(texts->size()));
+    for (WireText item : *texts)
+        result.append(pooled(item));
+    return result;
+}
+
+QUuid RecordDerivation::freshId()
+{
+    // A version-4 UUID from a generator seeded once per thread by the system: the shared global generator
+    // takes a lock per call, and a refresh of a large home makes hundreds of these.
+    thread_local std::mt19937_64 generator(QRandomGenerator::system()->generate64());
+    std::array<quint64, 2> words{generator(), generator()};
+    QByteArray bytes(reinterpret_cast<const char*>(words.data()), sizeof words);
+    bytes[6] = char((bytes[6] & 0x0f) | 0x40);
+    bytes[8] = char((bytes[8] & 0x3f) | 0x80);
+    return QUuid::fromRfc4122(bytes);
+}
+
+std::optional<HueLight> RecordDerivation::light(const HueDevice& device)
+{
+    if (!device.state || !device.state->reachable.value_or(false))
+        return std::nullopt;
+    const HueDeviceState& state = *device.state;
+
+    HueLight light;
+    light.lamp_id = text(device.id);
+    light.name = textOr(device.name, noName);
+    light.product_name = device.productname ? pooled(*device.productname) : QString();
+    light.model_id = device.modelid ? pooled(*device.modelid) : QString();
+    light.unique_id = textOr(device.uniqueid, QString());
+    deriveColourAbilities(device, light);
+    light.allows_brightness = true;
+    light.is_on = state.on.value_or(false);
+    light.brightness = state.bri.value_or(0);
+    light.hue = state.hue.value_or(0);
+    light.saturation = state.sat.value_or(0);
+    light.color_temperature = state.ct.value_or(0);
+    if (state.xy && state.xy->size() == 2) {
+        light.xy_x = state.xy->at(0);
+        light.xy_y = state.xy->at(1);
+    }
+
+    const std::optional<HueDeviceCapabilitiesControlCt> ct =
+        device.capabilities && device.capabilities->control ? device.capabilities->control->ct : std::nullopt;
+    light.ct_min = ct ? ct->min.value_or(0) : 0;
+    light.ct_max = ct ? ct->max.value_or(10000) : 10000;
+
+    if (device.modelid == tradfriOpal) {
+        light.allows_color = false;
+        light.allows_ambient = true;
+        light.ct_min = 250;
+        light.ct_max = 454;
+    }
+    light.hue_ip = m_bridgeIP;
+    light.hue_key = m_apiKey;
+    return light;
+}
+
+std::optional<HueGroup> RecordDerivation::group(const BridgeDataType_Group& group)
+{
+    if (!group.state || group.recycle.value_or(false))
+        return std::nullopt;
+    // Zones, light groups, entertainment areas and the like stay out; a group without a type is kept.
+    if (group.type && !equalsLowerCased(*group.type, "room"))
+        return std::nullopt;
+
+    HueGroup room;
+    room.id = freshId();
+    room.group_id = text(group.id);
+    room.name = textOr(group.name, noName);
+    room.lights = pooled(group.lights);
+    room.type = group.type ? pooled(*group.type) : unknownType;
+    room.group_class = group.classString ? pooled(*group.classString) : QString();
+    room.all_on = group.state->all_on.value_or(false);
+    room.any_on = group.state->any_on.value_or(false);
+    if (group.action) {
+        room.is_on = group.action->on.value_or(false);
+        room.brightness = group.action->bri.value_or(0);
+        room.saturation = group.action->sat.value_or(0);
+        room.hue = group.action->hue.value_or(0);
+        room.color_temperature = group.action->ct.value_or(0);
+    }
+    // Groups carry no capabilities; every room gets the full white range of current bulbs.
+    room.ct_min = 153;
+    room.ct_max = 500;
+    room.hue_ip = m_bridgeIP;
+    room.hue_key = m_apiKey;
+    return room;
+}
+
+std::optional<HueScene> RecordDerivation::scene(const BridgeDataType_Scene& scene)
+{
+    // Version 1 scenes predate stored light states and cannot be recalled reliably.
+    if (!scene.version || *scene.version < 2 || scene.recycle.value_or(false))
+        return std::nullopt;
+
+    HueScene record;
+    record.id = freshId();
+    record.scene_id = text(scene.id);
+    record.name = textOr(scene.name, noName);
+    record.lights = pooled(scene.lights);
+    record.type = scene.type ? pooled(*scene.type) : unknownType;
+    record.hue_ip = m_bridgeIP;
+    record.hue_key = m_apiKey;
+    return record;
+}

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "bridge/HueGroup.h"
+#include "bridge/HueLight.h"
+#include "bridge/HueScene.h"
+#include "bridge/WireTypes.h"
+
+#include <optional>
+#include <unordered_map>
+
+/// Flattens the wire records of one answer into the records the menu works on, stamping each with the bridge
+/// address and key the answer came from. Each call returns nothing for a resource the menu leaves out (an
+/// unreachable lamp, a zone, a recycled or old scene). Lives only as long as the answer's texts do.
+class RecordDerivation final
+{
+public:
+    RecordDerivation(QString bridgeIP, QString apiKey);
+
+    std::optional<HueLight> light(const HueDevice& device);
+    std::optional<HueGroup> group(const BridgeDataType_Group& group);
+    std::optional<HueScene> scene(const BridgeDataType_Scene& scene);
+
+    /// A fresh random identity for a list element; cheap enough to make hundreds per refresh.
+    static QUuid freshId();
+
+private:
+    /// One shared copy per distinct text: light ids, types and model names repeat hundreds of times in a
+    /// large home, and sharing them saves an allocation each.
+    const QString& pooled(WireText text);
+    QStringList pooled(const std::optional<WireTextList>& texts);
+
+    QString m_bridgeIP;
+    QString m_apiKey;
+    std::unordered_map<WireText, QString> m_pool;
+};

@@ -1,0 +1,112 @@
+#pragma once
+
+#include "bridge/HueGroup.h"
+#include "bridge/HueLight.h"
+#include "bridge/HueScene.h"
+
+#include <QByteArray>
+#include <QList>
+#include <QString>
+
+#include <chrono>
+#include <concepts>
+#include <functional>
+#include <optional>
+
+class QNetworkAccessManager;
+
+enum class BridgeDataType_Groups_Error
+{
+    connectionFailed,
+    invalidData,
+    noGroups
+};
+enum class BridgeError
+{
+    connectionFailed,
+    invalidData,
+    noDevices
+};
+enum class BridgeDataType_Scenes_Error
+{
+    connectionFailed,
+    invalidData,
+    noScenes
+};
+
+/// The records of one list read, or the reason there are none.
+template <typename Record, typename Error>
+struct FetchResult
+{
+    QList<Record> records;
+    std::optional<Error> error;
+
+    bool ok() const { return !error.has_value(); }
+};
+
+using GroupsResult = FetchResult<HueGroup, BridgeDataType_Groups_Error>;
+using LightsResult = FetchResult<HueLight, BridgeError>;
+using ScenesResult = FetchResult<HueScene, BridgeDataType_Scenes_Error>;
+
+/// A list read gives up after this long without data; the periodic refresh is the retry.
+inline constexpr std::chrono::milliseconds fetchTimeout{4000};
+
+// Turning an answer body into records: the steps after the transport, exposed for tests and benchmarks.
+// Each prints the list's own message on failure, exactly as the fetch does.
+GroupsResult groupsFromBody(const QByteArray& body, const QString& bridgeIP, const QString& apiKey);
+LightsResult lightsFromBody(const QByteArray& body, const QString& bridgeIP, const QString& apiKey);
+ScenesResult scenesFromBody(const QByteArray& body, const QString& bridgeIP, const QString& apiKey);
+
+/// The text a user sees for a failed list read (the decode and none-found texts are also printed by the
+/// fetch).
+QString describe(BridgeDataType_Groups_Error error);
+QString describe(BridgeError error);
+QString describe(BridgeDataType_Scenes_Error error);
+
+/// Reads the rooms of one bridge ("/groups").
+struct HueCommunicationGroups
+{
+    QString bridgeIP;
+    QString apiKey;
+
+    void fetch(QNetworkAccessManager& network, std::function<void(GroupsResult)> completion) const;
+};
+
+/// Reads the reachable lamps of one bridge ("/lights").
+struct HueCommunicationLights
+{
+    QString bridgeIP;
+    QString apiKey;
+    QList<HueLight> items;
+
+    void fetch(QNetworkAccessManager& network, std::function<void(LightsResult)> completion) const;
+};
+
+/// Reads the scenes of one bridge ("/scenes").
+struct HueCommunicationScenes
+{
+    QString bridgeIP;
+    QString apiKey;
+
+    void fetch(QNetworkAccessManager& network, std::function<void(ScenesResult)> completion) const;
+};
+
+/// The ability to read one list; the connection code is written against these, so tests can stand in.
+template <typename T>
+concept HueGroupsProtocol = requires(const T& t, QNetworkAccessManager& n,
+                                     std::function<void(GroupsResult)> c)
+{
+    t.fetch(n, c);
+};
+template <typename T>
+concept HueDevicesProtocol = requires(const T& t, QNetworkAccessManager& n,
+                                      std::function<void(LightsResult)> c)
+{
+    t.fetch(n, c);
+};
+template <typename T>
+concept HueScenesProtocol = requires(const T& t, QNetworkAccessManager& n,
+                                     std::function<void(ScenesResult)> c)
+{
+    t.fetch(n, c);
+};
