@@ -1,0 +1,90 @@
+#include "bridge/ActionQueue.h"
+
+#include "bridge/HttpExchange.h"
+#include "state/AppSettings.h"
+
+#include <QNetworkAccessManager>
+
+ActionQueue::ActionQueue(AppSettings& settings, QNetworkAccessManager& network, QObject* parent)
+    : QObject(parent), m_settings(settings), m_network(network)
+{}
+
+void ActionQueue::enqueue(ActionQueueItem item)
+{
+    // The insertion runs after the current event, so a command issued from inside a view's handler never
+    // changes the queue under that handler.
+    QMetaObject::invokeMethod(
+        this, [this, item = std::move(item)] { insert(item); }, Qt::QueuedConnection);
+    startProcessor();
+}
+
+void ActionQueue::startProcessor()
+{
+    if (m_processor)
+        return;
+    m_processor = new QTimer(this);
+    m_processor->setInterval(tickInterval);
+    connect(m_processor, &QTimer::timeout, this, &ActionQueue::onTick);
+    m_processor->start();
+}
+
+void ActionQueue::stopProcessor()
+{
+    if (!m_processor)
+        return;
+    // Possibly called from the timer's own tick: let it go later, but forget it now, so that the next enqueue
+    // starts a fresh timer.
+    m_processor->stop();
+    m_processor->deleteLater();
+    m_processor = nullptr;
+}
+
+void ActionQueue::insert(const ActionQueueItem& item)
+{
+    m_settings.setLastUserActionAt(m_now());
+
+    // One-sided on purpose: a newer group change leaves an older light change of the same id alone, while a
+    // newer light change replaces an older group change.
+    QList<ActionQueueItem> queue = m_settings.actionQueue();
+    queue.removeIf([&item](const ActionQueueItem& pending) {
+        return pending.item_id == item.item_id && !(pending.is_light_update && item.is_group_update) &&
+               pending.property == item.property;
+    });
+    queue.append(item);
+    m_settings.setActionQueue(queue);
+}
+
+void ActionQueue::onTick()
+{
+    QList<ActionQueueItem> queue = m_settings.actionQueue();
+    if (!queue.isEmpty()) {
+        const ActionQueueItem item = queue.takeFirst();
+        m_settings.setActionQueue(queue);
+        send(item);
+    }
+    if (queue.isEmpty()) {
+        stopProcessor();
+        reportIfDrained();
+    }
+}
+
+void ActionQueue::send(const ActionQueueItem& item)
+{
+    QNetworkRequest request(item.url);
+    request.setHeader(QNetworkRequest::ContentTypeHeader, QByteArrayLiteral("application/json"));
+    const QByteArray method =
+        item.url.toString().contains(u"/schedules") ? QByteArrayLiteral("POST") : QByteArrayLiteral("PUT");
+    ++m_inFlight;
+    // The answer is not looked at: no retry, no rollback. The next refresh brings back the bridge's truth.
+    sendHttpRequest(m_network, request, method, item.body, sendTimeout, [this](const HttpResult&) {
+        --m_inFlight;
+        reportIfDrained();
+    });
+    Q_EMIT sent(item);
+}
+
+void ActionQueue::reportIfDrained()
+{
+    if (m_inFlight == 0 && !m_processor && m_settings.actionQueue().isEmpty())
+        Q_EMIT drained();
+}

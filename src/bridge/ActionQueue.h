@@ -1,0 +1,61 @@
+#pragma once
+
+#include "bridge/ActionQueueItem.h"
+
+#include <QObject>
+#include <QPointer>
+#include <QTimer>
+
+#include <chrono>
+#include <functional>
+
+class AppSettings;
+class QNetworkAccessManager;
+
+/// Keeps the newest pending change per target and property and sends one request per tick, so a dragged
+/// slider costs the bridge about three requests a second, however fast the user drags. The pending changes
+/// themselves live in `AppSettings::actionQueue`, so views can observe them.
+class ActionQueue final : public QObject
+{
+    Q_OBJECT
+    Q_DISABLE_COPY_MOVE(ActionQueue)
+
+public:
+    static constexpr std::chrono::milliseconds tickInterval{300};
+    /// A change the bridge has not taken within this long is dropped; the next refresh shows the truth.
+    static constexpr std::chrono::milliseconds sendTimeout{3000};
+
+    explicit ActionQueue(AppSettings& settings, QNetworkAccessManager& network, QObject* parent = nullptr);
+
+    /// Queues a change behind the current event and makes sure the drain timer runs.
+    void enqueue(ActionQueueItem item);
+
+    /// Starts the drain timer when none runs (on wake; its first tick stops it again if there is no work).
+    void startProcessor();
+    /// Stops the drain timer (on sleep and on quit); queued changes stay queued.
+    void stopProcessor();
+    bool isProcessing() const { return !m_processor.isNull(); }
+    /// Requests sent and not yet answered, failed or timed out.
+    int requestsInFlight() const { return m_inFlight; }
+
+    /// The clock behind `lastUserActionAt`; tests replace it.
+    void setClock(std::function<QDateTime()> now) { m_now = std::move(now); }
+
+Q_SIGNALS:
+    /// A request for `item` has just been handed to the network.
+    void sent(const ActionQueueItem& item);
+    /// Nothing is queued, no timer runs and every request sent has finished.
+    void drained();
+
+private:
+    void insert(const ActionQueueItem& item);
+    void onTick();
+    void send(const ActionQueueItem& item);
+    void reportIfDrained();
+
+    AppSettings& m_settings;
+    QNetworkAccessManager& m_network;
+    QPointer<QTimer> m_processor; // null while idle
+    std::function<QDateTime()> m_now = [] { return QDateTime::currentDateTimeUtc(); };
+    int m_inFlight = 0;
+};

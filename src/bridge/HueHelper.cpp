@@ -1,0 +1,134 @@
+#include "bridge/HueHelper.h"
+
+#include "bridge/ActionQueue.h"
+#include "bridge/UpdateBodies.h"
+#include "state/AppSettings.h"
+
+#include <algorithm>
+
+namespace {
+
+constexpr qint64 dragTransition = 2; // tenths of a second: smooth while a slider is dragged
+constexpr qint64 stepTransition = 1; // the brighter/darker shortcuts answer faster
+
+QString lampAddress(const HueLight& light)
+{
+    return QStringLiteral("http://%1/api/%2/lights/%3/state").arg(light.hue_ip, light.hue_key, light.lamp_id);
+}
+
+QString roomAddress(const HueGroup& group)
+{
+    return QStringLiteral("http://%1/api/%2/groups/%3/action")
+        .arg(group.hue_ip, group.hue_key, group.group_id);
+}
+
+} // namespace
+
+HueHelper::HueHelper(AppSettings& settings, ActionQueue& queue) : m_settings(settings), m_queue(queue) {}
+
+void HueHelper::setLightOn(HueLight light, bool on)
+{
+    enqueue(lampAddress(light), HueLampOnOffUpdate{on}.encode(), true, false, light.lamp_id,
+            QStringLiteral("on"));
+}
+
+void HueHelper::setLightBrightness(HueLight light, qint64 brightness)
+{
+    const bool on = brightness > offBrightness;
+    m_settings.updateLight(light.lamp_id, [on](HueLight& l) { l.is_on = on; });
+    enqueue(lampAddress(light), HueLampBrightnessUpdate{brightness, on, dragTransition}.encode(), true, false,
+            light.lamp_id, QStringLiteral("brightness"));
+}
+
+void HueHelper::setLightHue(HueLight light, qint64 hue)
+{
+    enqueue(lampAddress(light), HueLampHueSatUpdate{hue, light.saturation, true, dragTransition}.encode(),
+            true, false, light.lamp_id, QStringLiteral("hue"));
+}
+
+void HueHelper::setLightColorTemperature(HueLight light, qint64 mired)
+{
+    enqueue(lampAddress(light), HueLampTemperatureUpdate{mired, true, dragTransition}.encode(), true, false,
+            light.lamp_id, QStringLiteral("ct"));
+}
+
+void HueHelper::setGroupOn(HueGroup group, bool on)
+{
+    enqueue(roomAddress(group), HueGroupStateUpdate{on}.encode(), false, true, group.group_id,
+            QStringLiteral("on"));
+}
+
+void HueHelper::setGroupBrightness(HueGroup group, qint64 brightness)
+{
+    const bool on = brightness > offBrightness;
+    m_settings.updateGroup(group.group_id, [on](HueGroup& g) { g.is_on = on; });
+    enqueue(roomAddress(group), HueGroupBrightnessUpdate{brightness, on, dragTransition}.encode(), false,
+            true, group.group_id, QStringLiteral("brightness"));
+}
+
+void HueHelper::setGroupHue(HueGroup group, qint64 hue)
+{
+    enqueue(roomAddress(group), HueGroupHueUpdate{hue, group.saturation, true, dragTransition}.encode(),
+            false, true, group.group_id, QStringLiteral("hue"));
+}
+
+void HueHelper::setGroupColorTemperature(HueGroup group, qint64 mired)
+{
+    enqueue(roomAddress(group), HueGroupTemperatureUpdate{mired, true, dragTransition}.encode(), false, true,
+            group.group_id, QStringLiteral("ct"));
+}
+
+void HueHelper::increaseGroupBrightness(HueGroup group, qint64 delta)
+{
+    // The bridge adds the delta to its own value; the clamp only keeps the local record in range.
+    bool on = true;
+    m_settings.updateGroup(group.group_id, [delta, &on](HueGroup& g) {
+        g.brightness = std::clamp<qint64>(g.brightness + delta, 0, 255);
+        g.is_on = g.brightness > offBrightness;
+        on = g.is_on;
+    });
+    enqueue(roomAddress(group), HueGroupBrightnessIncrease{delta, stepTransition, on}.encode(), false, true,
+            group.group_id, QStringLiteral("brightness_increase"));
+}
+
+void HueHelper::recallScene(const QString& sceneId)
+{
+    const QString address =
+        QStringLiteral("http://%1/api/%2/groups/0/action").arg(m_settings.hueIP(), m_settings.hueKey());
+    enqueue(address, HueSceneRecall{sceneId}.encode(), false, false, sceneId, QStringLiteral("scene"));
+}
+
+void HueHelper::switchAllOffAfterMinutes(qint64 minutes)
+{
+    HueScheduleOffMinutes schedule;
+    schedule.command.address = QStringLiteral("/api/%1/groups/0/action").arg(m_settings.hueKey());
+    schedule.command.method = QStringLiteral("PUT");
+    schedule.command.body.on = false;
+    schedule.autodelete = true;
+    schedule.localtime = QStringLiteral("PT00:%1:00").arg(minutes, 2, 10, QLatin1Char('0'));
+    schedule.recycle = true;
+    const QString address =
+        QStringLiteral("http://%1/api/%2/schedules").arg(m_settings.hueIP(), m_settings.hueKey());
+    enqueue(address, schedule.encode(), false, false, QString(), QStringLiteral("schedule"));
+}
+
+void HueHelper::enqueue(const QString& url, QByteArray body, bool isLight, bool isGroup,
+                        const QString& itemId, const QString& property)
+{
+    const QUrl address(url);
+    if (!address.isValid()) {
+        // Addresses are built from the bridge's own ids and the stored bridge address; only a damaged address
+        // in the settings gets here. Dropping the change keeps the program running.
+        m_settings.addLogLine(QStringLiteral("Not sending a change to an invalid address: %1").arg(url));
+        return;
+    }
+    ActionQueueItem item;
+    item.url = address;
+    item.body = std::move(body);
+    item.issued_at = QDateTime::currentDateTimeUtc();
+    item.is_light_update = isLight;
+    item.is_group_update = isGroup;
+    item.item_id = itemId;
+    item.property = property;
+    m_queue.enqueue(std::move(item));
+}

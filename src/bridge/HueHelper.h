@@ -1,0 +1,48 @@
+#pragma once
+
+#include "bridge/HueGroup.h"
+#include "bridge/HueLight.h"
+
+#include <QString>
+
+class ActionQueue;
+class AppSettings;
+struct ActionQueueItem;
+
+/// Every change the user makes to a lamp, a room or a scene. A command shows the change at once in
+/// `AppSettings` where it has a local effect, then queues the request; it never talks to the bridge itself.
+/// Values are passed through as given: callers keep them in the bridge's ranges.
+class HueHelper final
+{
+public:
+    /// At or below this brightness a lamp or room is switched off instead of dimmed.
+    static constexpr qint64 offBrightness = 4;
+
+    HueHelper(AppSettings& settings, ActionQueue& queue);
+
+    void setLightOn(HueLight light, bool on);
+    void setLightBrightness(HueLight light, qint64 brightness);
+    /// Sends the saturation held in `light` with the new hue.
+    void setLightHue(HueLight light, qint64 hue);
+    void setLightColorTemperature(HueLight light, qint64 mired);
+
+    void setGroupOn(HueGroup group, bool on);
+    void setGroupBrightness(HueGroup group, qint64 brightness);
+    /// Sends the saturation held in `group` with the new hue.
+    void setGroupHue(HueGroup group, qint64 hue);
+    void setGroupColorTemperature(HueGroup group, qint64 mired);
+    /// Adds `delta` (may be negative) on the bridge; locally the room's brightness is kept within 0-255.
+    void increaseGroupBrightness(HueGroup group, qint64 delta);
+
+    /// Recalls a scene through group 0, so the bridge applies it to the scene's own lamps.
+    void recallScene(const QString& sceneId);
+    /// Has the bridge switch every lamp off after `minutes` (not limited: 90 gives "PT00:90:00").
+    void switchAllOffAfterMinutes(qint64 minutes);
+
+private:
+    void enqueue(const QString& url, QByteArray body, bool isLight, bool isGroup, const QString& itemId,
+                 const QString& property);
+
+    AppSettings& m_settings;
+    ActionQueue& m_queue;
+};

@@ -1,0 +1,98 @@
+#include "bridge/UpdateBodies.h"
+
+#include "bridge/JsonWriter.h"
+
+QByteArray HueLampOnOffUpdate::encode() const
+{
+    return JsonWriter().beginObject().member(u"on", on).endObject().text();
+}
+
+QByteArray HueLampBrightnessUpdate::encode() const
+{
+    return JsonWriter()
+        .beginObject()
+        .member(u"bri", bri)
+        .member(u"on", on)
+        .member(u"transitiontime", transitiontime)
+        .endObject()
+        .text();
+}
+
+QByteArray HueLampHueSatUpdate::encode() const
+{
+    return JsonWriter()
+        .beginObject()
+        .member(u"hue", hue)
+        .member(u"sat", sat)
+        .member(u"on", on)
+        .member(u"transitiontime", transitiontime)
+        .endObject()
+        .text();
+}
+
+QByteArray HueLampTemperatureUpdate::encode() const
+{
+    return JsonWriter()
+        .beginObject()
+        .member(u"ct", ct)
+        .member(u"on", on)
+        .member(u"transitiontime", transitiontime)
+        .endObject()
+        .text();
+}
+
+QByteArray HueGroupStateUpdate::encode() const
+{
+    return JsonWriter().beginObject().member(u"on", on).endObject().text();
+}
+
+QByteArray HueGroupBrightnessUpdate::encode() const
+{
+    return HueLampBrightnessUpdate{bri, on, transitiontime}.encode();
+}
+
+QByteArray HueGroupHueUpdate::encode() const
+{
+    return HueLampHueSatUpdate{hue, sat, on, transitiontime}.encode();
+}
+
+QByteArray HueGroupTemperatureUpdate::encode() const
+{
+    return HueLampTemperatureUpdate{ct, on, transitiontime}.encode();
+}
+
+QByteArray HueGroupBrightnessIncrease::encode() const
+{
+    return JsonWriter()
+        .beginObject()
+        .member(u"bri_inc", bri_inc)
+        .member(u"transitiontime", transitiontime)
+        .member(u"on", on)
+        .endObject()
+        .text();
+}
+
+QByteArray HueSceneRecall::encode() const
+{
+    return JsonWriter().beginObject().member(u"scene", scene).endObject().text();
+}
+
+QByteArray HueScheduleOffMinutes::encode() const
+{
+    JsonWriter json;
+    json.beginObject()
+        .key(u"command")
+        .beginObject()
+        .member(u"address", command.address)
+        .member(u"method", command.method)
+        .key(u"body")
+        .beginObject()
+        .member(u"on", command.body.on)
+        .endObject()
+        .endObject()
+        .member(u"autodelete", autodelete)
+        .member(u"localtime", localtime)
+        .member(u"recycle", recycle)
+        .endObject();
+    return json.text();
+}

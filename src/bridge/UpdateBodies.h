@@ -1,0 +1,105 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+// The JSON bodies of the state changes Glowdeck sends, in the bridge's units: "bri" and "sat" 0-255, "hue"
+// 0-65535, "ct" in mired, "transitiontime" in tenths of a second. Each encodes to one JSON object whose keys
+// are the field names.
+
+struct HueLampOnOffUpdate
+{
+    bool on = false;
+    QByteArray encode() const;
+};
+
+struct HueLampBrightnessUpdate
+{
+    qint64 bri = 0;
+    bool on = false;
+    qint64 transitiontime = 0;
+    QByteArray encode() const;
+};
+
+struct HueLampHueSatUpdate
+{
+    qint64 hue = 0;
+    qint64 sat = 0;
+    bool on = false;
+    qint64 transitiontime = 0;
+    QByteArray encode() const;
+};
+
+struct HueLampTemperatureUpdate
+{
+    qint64 ct = 0;
+    bool on = false;
+    qint64 transitiontime = 0;
+    QByteArray encode() const;
+};
+
+struct HueGroupStateUpdate
+{
+    bool on = false;
+    QByteArray encode() const;
+};
+
+struct HueGroupBrightnessUpdate
+{
+    qint64 bri = 0;
+    bool on = false;
+    qint64 transitiontime = 0;
+    QByteArray encode() const;
+};
+
+struct HueGroupHueUpdate
+{
+    qint64 hue = 0;
+    qint64 sat = 0;
+    bool on = false;
+    qint64 transitiontime = 0;
+    QByteArray encode() const;
+};
+
+struct HueGroupTemperatureUpdate
+{
+    qint64 ct = 0;
+    bool on = false;
+    qint64 transitiontime = 0;
+    QByteArray encode() const;
+};
+
+struct HueGroupBrightnessIncrease
+{
+    qint64 bri_inc = 0;
+    qint64 transitiontime = 0;
+    bool on = false;
+    QByteArray encode() const;
+};
+
+struct HueSceneRecall
+{
+    QString scene;
+    QByteArray encode() const;
+};
+
+struct HueScheduleCommandOn
+{
+    bool on = false;
+};
+
+struct HueScheduleCommand
+{
+    QString address;
+    QString method;
+    HueScheduleCommandOn body;
+};
+
+struct HueScheduleOffMinutes
+{
+    HueScheduleCommand command;
+    bool autodelete = false;
+    QString localtime;
+    bool recycle = false;
+    QByteArray encode() const;
+};
