@@ -1,0 +1,299 @@
+#include "BridgeSimulator.h"
+
+#include "SimulatedApi.h"
+#include "SimulatedHome.h"
+#include "SimulatedSchedules.h"
+#include "SimulatorHttpConnection.h"
+#include "SimulatorHttpServer.h"
+#include "SimulatorJson.h"
+
+#include <QFile>
+#include <QJsonDocument>
+#include <QSaveFile>
+#include <QTimer>
+
+namespace {
+
+constexpr qint64 MaximumHomeFileBytes = 64 * 1024 * 1024;
+const QByteArray JsonType = QByteArrayLiteral("application/json");
+
+} // namespace
+
+BridgeSimulator::BridgeSimulator(QObject* parent)
+    : QObject(parent), m_home(std::make_unique<SimulatedHome>()), m_schedules(new SimulatedSchedules(this)),
+      m_server(new SimulatorHttpServer(this)), m_api(std::make_unique<SimulatedApi>(*m_home, *m_schedules))
+{
+    connect(m_server, &SimulatorHttpServer::requestReady, this, &BridgeSimulator::onHttpRequest);
+    connect(m_schedules, &SimulatedSchedules::commandDue, this, &BridgeSimulator::onScheduleDue);
+}
+
+BridgeSimulator::~BridgeSimulator()
+{
+    // Connections and timers go first, while the home they would work on still exists.
+    m_server->close();
+    m_schedules->clear();
+}
+
+bool BridgeSimulator::listen(const QHostAddress& address, quint16 port)
+{
+    if (!m_server->listen(address, port)) {
+        m_errorString = m_server->errorString();
+        return false;
+    }
+    m_errorString.clear();
+    const QHostAddress bound = m_server->address();
+    if (bound.protocol() == QAbstractSocket::IPv4Protocol && bound != QHostAddress(QHostAddress::AnyIPv4))
+        m_home->setIpAddress(bound.toString());
+    return true;
+}
+
+void BridgeSimulator::close()
+{
+    m_server->close();
+}
+
+bool BridgeSimulator::isListening() const
+{
+    return m_server->isListening();
+}
+
+quint16 BridgeSimulator::port() const
+{
+    return m_server->isListening() ? m_server->port() : 0;
+}
+
+QString BridgeSimulator::hostAndPort() const
+{
+    QHostAddress address = m_server->address();
+    // Listening on every interface: loopback is the one address sure to reach us.
+    if (address == QHostAddress(QHostAddress::Any) || address == QHostAddress(QHostAddress::AnyIPv4))
+        address = QHostAddress(QHostAddress::LocalHost);
+    else if (address == QHostAddress(QHostAddress::AnyIPv6))
+        address = QHostAddress(QHostAddress::LocalHostIPv6);
+    const QString host = address.protocol() == QAbstractSocket::IPv6Protocol
+                             ? QLatin1Char('[') + address.toString() + QLatin1Char(']')
+                             : address.toString();
+    return host + QLatin1Char(':') + QString::number(port());
+}
+
+void BridgeSimulator::loadDefaultHome()
+{
+    m_schedules->clear();
+    m_home->loadDefault();
+    emit homeChanged();
+}
+
+bool BridgeSimulator::loadHome(const QString& fileName, QString* error)
+{
+    QFile file(fileName);
+    QString reason;
+    if (!file.open(QIODevice::ReadOnly)) {
+        reason = file.errorString();
+    } else if (file.size() > MaximumHomeFileBytes) {
+        reason = QStringLiteral("the file is larger than %1 MiB").arg(MaximumHomeFileBytes / (1024 * 1024));
+    } else if (m_home->load(file.readAll(), &reason)) {
+        m_schedules->clear();
+        emit homeChanged();
+        return true;
+    }
+    if (error)
+        *error = QStringLiteral("Cannot load home file %1: %2").arg(fileName, reason);
+    return false;
+}
+
+bool BridgeSimulator::saveHome(const QString& fileName, QString* error) const
+{
+    QByteArray text;
+    QString reason;
+    if (m_home->save(&text, &reason)) {
+        QSaveFile file(fileName);
+        if (file.open(QIODevice::WriteOnly) && file.write(text) == text.size() && file.commit())
+            return true;
+        reason = file.errorString();
+    }
+    if (error)
+        *error = QStringLiteral("Cannot save home file %1: %2").arg(fileName, reason);
+    return false;
+}
+
+void BridgeSimulator::clearHome()
+{
+    m_schedules->clear();
+    m_home->clear();
+    emit homeChanged();
+}
+
+void BridgeSimulator::setRawResource(const QString& resource, const QByteArray& body)
+{
+    if (!m_home->setRaw(resource, body)) {
+        qWarning("BridgeSimulator::setRawResource: \"%s\" is not one of lights, groups, scenes",
+                 qPrintable(resource));
+        return;
+    }
+    emit homeChanged();
+}
+
+QJsonObject BridgeSimulator::light(const QString& id) const
+{
+    return m_home->light(id);
+}
+
+QJsonObject BridgeSimulator::group(const QString& id) const
+{
+    return m_home->group(id);
+}
+
+QJsonObject BridgeSimulator::scene(const QString& id) const
+{
+    return m_home->scene(id);
+}
+
+QStringList BridgeSimulator::lightIds() const
+{
+    return m_home->lightIds();
+}
+
+QStringList BridgeSimulator::groupIds() const
+{
+    return m_home->groupIds();
+}
+
+QStringList BridgeSimulator::sceneIds() const
+{
+    return m_home->sceneIds();
+}
+
+bool BridgeSimulator::setLightReachable(const QString& id, bool reachable)
+{
+    if (!m_home->setLightReachable(id, reachable))
+        return false;
+    emit homeChanged();
+    return true;
+}
+
+QString BridgeSimulator::addUser(const QString& deviceType)
+{
+    const QString name = m_api->newUserName();
+    registerUser(name, deviceType);
+    return name;
+}
+
+bool BridgeSimulator::registerUser(const QString& userName, const QString& deviceType)
+{
+    if (userName.isEmpty() || userName.size() > 64 || userName.contains(QLatin1Char('/')))
+        return false;
+    m_home->addUser(userName, deviceType);
+    emit homeChanged();
+    return true;
+}
+
+bool BridgeSimulator::removeUser(const QString& userName)
+{
+    if (!m_home->removeUser(userName))
+        return false;
+    emit homeChanged();
+    return true;
+}
+
+QStringList BridgeSimulator::users() const
+{
+    QStringList names;
+    for (const SimulatedHome::User& user : m_home->users())
+        names.append(user.name);
+    return names;
+}
+
+void BridgeSimulator::pressLinkButton()
+{
+    m_api->pressLinkButton();
+}
+
+void BridgeSimulator::setAcceptPairingAtOnce(bool accept)
+{
+    m_api->setAcceptPairingAtOnce(accept);
+}
+
+bool BridgeSimulator::linkButtonPressed() const
+{
+    return m_api->linkButtonPressed();
+}
+
+QList<SimulatedRequest> BridgeSimulator::requests() const
+{
+    return m_requests;
+}
+
+void BridgeSimulator::clearRequests()
+{
+    m_requests.clear();
+}
+
+void BridgeSimulator::setRecording(bool record)
+{
+    m_recording = record;
+}
+
+void BridgeSimulator::setLatency(int milliseconds)
+{
+    m_latency = std::max(0, milliseconds);
+}
+
+void BridgeSimulator::setFault(Fault fault, int times)
+{
+    m_fault = times == 0 ? Fault::None : fault;
+    m_faultTimes = m_fault == Fault::None ? -1 : times;
+}
+
+BridgeSimulator::Fault BridgeSimulator::takeFault()
+{
+    const Fault fault = m_fault;
+    if (fault != Fault::None && m_faultTimes > 0 && --m_faultTimes == 0)
+        m_fault = Fault::None;
+    return fault;
+}
+
+void BridgeSimulator::onHttpRequest(SimulatorHttpConnection* connection, const SimulatorHttpRequest& http)
+{
+    SimulatedRequest request{http.method, http.path, http.body, {}};
+    SimulatedApi::parseObject(http.body, &request.body);
+    if (m_recording)
+        m_requests.append(request);
+    emit requestReceived(request);
+
+    const Fault fault = takeFault();
+    SimulatedApi::Answer answer;
+    switch (fault) {
+    case Fault::None:
+        answer = m_api->handle(http.method, http.path, http.body);
+        if (answer.changed)
+            emit homeChanged();
+        break;
+    case Fault::GarbageBody:
+        answer.body = QByteArrayLiteral("<html>garbage");
+        break;
+    case Fault::ErrorArray:
+        answer.body =
+            SimulatorJson::errorAnswer(901, QStringLiteral("/"), QStringLiteral("Internal error, 404"));
+        break;
+    case Fault::DropConnection:
+        break;
+    }
+
+    auto deliver = [connection, fault, answer] {
+        if (fault == Fault::DropConnection)
+            connection->abortConnection();
+        else
+            connection->respond(answer.status, JsonType, answer.body);
+    };
+    // The connection is the timer's context: a client that hangs up meanwhile simply gets nothing.
+    if (m_latency > 0)
+        QTimer::singleShot(m_latency, Qt::PreciseTimer, connection, deliver);
+    else
+        deliver();
+}
+
+void BridgeSimulator::onScheduleDue(const QByteArray& method, const QString& address, const QJsonObject& body)
+{
+    m_api->handle(method, address, QJsonDocument(body).toJson(QJsonDocument::Compact));
+    emit homeChanged(); // at least the schedule itself went away or was disabled
+}

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <QObject>
+
+class QSocketNotifier;
+
+/// Turns SIGINT and SIGTERM into a Qt signal on the main thread (the handler only writes to a socket pair,
+/// which is all a signal handler may safely do).
+class SimulatorSignalWatcher final : public QObject
+{
+    Q_OBJECT
+public:
+    explicit SimulatorSignalWatcher(QObject* parent = nullptr);
+    ~SimulatorSignalWatcher() override;
+
+    /// Whether the handlers could be installed.
+    bool isWatching() const { return m_notifier != nullptr; }
+
+signals:
+    /// SIGINT or SIGTERM arrived.
+    void terminationRequested(int signalNumber);
+
+private:
+    void onSocketActivated();
+
+    QSocketNotifier* m_notifier = nullptr;
+};

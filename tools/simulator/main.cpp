@@ -1,0 +1,132 @@
+#include "BridgeSimulator.h"
+#include "SimulatorSignalWatcher.h"
+
+#include <QCommandLineParser>
+#include <QCoreApplication>
+#include <QHostAddress>
+
+#include <cstdio>
+
+namespace {
+
+// Exit codes: 0 done, 1 could not listen or write, 2 bad command line or home file.
+constexpr int ExitFailure = 1;
+constexpr int ExitBadInput = 2;
+
+int fail(int code, const QString& message)
+{
+    std::fprintf(stderr, "glowdeck-simulator: %s\n", qPrintable(message));
+    return code;
+}
+
+bool readNumber(const QString& text, int minimum, int maximum, int* value)
+{
+    bool ok = false;
+    const int number = text.toInt(&ok);
+    if (!ok || number < minimum || number > maximum)
+        return false;
+    *value = number;
+    return true;
+}
+
+} // namespace
+
+int main(int argc, char* argv[])
+{
+    QCoreApplication app(argc, argv);
+    QCoreApplication::setApplicationName(QStringLiteral("glowdeck-simulator"));
+    QCoreApplication::setApplicationVersion(QStringLiteral(GLOWDECK_VERSION));
+
+    QCommandLineParser parser;
+    parser.setApplicationDescription(
+        QStringLiteral("Simulates a Philips Hue bridge (version-1 REST interface) on a local port."));
+    parser.addHelpOption();
+    parser.addVersionOption();
+    const QCommandLineOption portOption(QStringLiteral("port"),
+                                        QStringLiteral("Port to listen on (default 0: any free port)."),
+                                        QStringLiteral("N"), QStringLiteral("0"));
+    const QCommandLineOption bindOption(QStringLiteral("bind"),
+                                        QStringLiteral("Address to listen on (default 127.0.0.1)."),
+                                        QStringLiteral("ADDRESS"), QStringLiteral("127.0.0.1"));
+    const QCommandLineOption homeOption(QStringLiteral("home"), QStringLiteral("Load the home from FILE."),
+                                        QStringLiteral("FILE"));
+    const QCommandLineOption saveOption(
+        QStringLiteral("save-home"),
+        QStringLiteral("Write the home (the default one, or the --home one) to FILE "
+                       "and exit."),
+        QStringLiteral("FILE"));
+    const QCommandLineOption userOption(QStringLiteral("user"),
+                                        QStringLiteral("Register the user NAME (may be repeated)."),
+                                        QStringLiteral("NAME"));
+    const QCommandLineOption linkOption(
+        QStringLiteral("press-link-button"),
+        QStringLiteral("Press the link button at start (pairing works for 30 s)."));
+    const QCommandLineOption acceptOption(
+        QStringLiteral("accept-pairing"),
+        QStringLiteral("Accept every pairing request without the link button."));
+    const QCommandLineOption latencyOption(QStringLiteral("latency"),
+                                           QStringLiteral("Delay every answer by MS milliseconds."),
+                                           QStringLiteral("MS"), QStringLiteral("0"));
+    const QCommandLineOption verboseOption(QStringLiteral("verbose"),
+                                           QStringLiteral("Print every request received."));
+    parser.addOptions({portOption, bindOption, homeOption, saveOption, userOption, linkOption, acceptOption,
+                       latencyOption, verboseOption});
+    if (!parser.parse(QCoreApplication::arguments()))
+        return fail(ExitBadInput, parser.errorText());
+    if (parser.isSet(QStringLiteral("help")))
+        parser.showHelp(0);
+    if (parser.isSet(QStringLiteral("version")))
+        parser.showVersion();
+    if (!parser.positionalArguments().isEmpty())
+        return fail(ExitBadInput,
+                    QStringLiteral("unexpected argument %1").arg(parser.positionalArguments().first()));
+
+    int port = 0;
+    if (!readNumber(parser.value(portOption), 0, 65535, &port))
+        return fail(ExitBadInput, QStringLiteral("--port needs a number from 0 to 65535, not \"%1\"")
+                                      .arg(parser.value(portOption)));
+    int latency = 0;
+    if (!readNumber(parser.value(latencyOption), 0, 600'000, &latency))
+        return fail(ExitBadInput, QStringLiteral("--latency needs milliseconds from 0 to 600000, not \"%1\"")
+                                      .arg(parser.value(latencyOption)));
+    const QHostAddress address(parser.value(bindOption));
+    if (address.isNull())
+        return fail(ExitBadInput,
+                    QStringLiteral("--bind needs an IP address, not \"%1\"").arg(parser.value(bindOption)));
+
+    BridgeSimulator simulator;
+    QString error;
+    if (parser.isSet(homeOption) && !simulator.loadHome(parser.value(homeOption), &error))
+        return fail(ExitBadInput, error);
+    for (const QString& user : parser.values(userOption)) {
+        if (!simulator.registerUser(user, QStringLiteral("glowdeck#simulator")))
+            return fail(ExitBadInput, QStringLiteral("--user \"%1\" is not a usable user name").arg(user));
+    }
+    if (parser.isSet(saveOption)) {
+        if (!simulator.saveHome(parser.value(saveOption), &error))
+            return fail(ExitFailure, error);
+        return 0;
+    }
+    if (parser.isSet(linkOption))
+        simulator.pressLinkButton();
+    simulator.setAcceptPairingAtOnce(parser.isSet(acceptOption));
+    simulator.setLatency(latency);
+    // Nobody reads the recorded requests of the program, and a demo may run for hours.
+    simulator.setRecording(false);
+    if (parser.isSet(verboseOption)) {
+        QObject::connect(&simulator, &BridgeSimulator::requestReceived, [](const SimulatedRequest& request) {
+            std::printf("%s %s %s\n", request.method.constData(), qPrintable(request.path),
+                        request.rawBody.left(200).constData());
+            std::fflush(stdout);
+        });
+    }
+
+    SimulatorSignalWatcher signalWatcher;
+    QObject::connect(&signalWatcher, &SimulatorSignalWatcher::terminationRequested, &app,
+                     &QCoreApplication::quit);
+    if (!simulator.listen(address, quint16(port)))
+        return fail(ExitFailure, simulator.errorString());
+    std::printf("Hue bridge simulator listening on %s\n", qPrintable(simulator.hostAndPort()));
+    std::fflush(stdout);
+    return app.exec();
+}
