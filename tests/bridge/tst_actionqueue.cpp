@@ -1,0 +1,195 @@
+#include "TestSupport.h"
+#include "bridge/ActionQueue.h"
+#include "simulator/BridgeSimulator.h"
+
+#include <QNetworkAccessManager>
+#include <QSignalSpy>
+#include <QTest>
+
+#include <memory>
+
+class TestActionQueue final : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+    void keepsOnlyTheNewestValueOfADraggedSlider();
+    void keepsDifferentPropertiesInOrder();
+    void replacesOneSidedly_data();
+    void replacesOneSidedly();
+    void sendsOneRequestPerTick();
+    void sendsSchedulesWithPost();
+    void stopsItsTimerWhenDrainedAndStartsAgain();
+    void keepsDrainingWhenTheBridgeIsGone();
+    void stampsTheLastUserAction();
+
+private:
+    ActionQueueItem item(const QString& id, const QString& property, bool light, int value = 0) const;
+    QList<SimulatedRequest> changes() const;
+
+    std::unique_ptr<BridgeSimulator> m_bridge;
+    std::unique_ptr<TestSettings> m_state;
+    std::unique_ptr<QNetworkAccessManager> m_network;
+    std::unique_ptr<ActionQueue> m_queue;
+    QString m_key;
+};
+
+void TestActionQueue::init()
+{
+    m_bridge = std::make_unique<BridgeSimulator>();
+    QVERIFY(m_bridge->listen());
+    m_key = m_bridge->addUser();
+    m_state = std::make_unique<TestSettings>();
+    m_network = std::make_unique<QNetworkAccessManager>();
+    m_queue = std::make_unique<ActionQueue>(m_state->settings(), *m_network);
+}
+
+void TestActionQueue::cleanup()
+{
+    m_queue.reset();
+    m_network.reset();
+    m_state.reset();
+    m_bridge.reset();
+}
+
+ActionQueueItem TestActionQueue::item(const QString& id, const QString& property, bool light, int value) const
+{
+    ActionQueueItem change;
+    const QString target = light ? QStringLiteral("lights/%1/state") : QStringLiteral("groups/%1/action");
+    change.url =
+        QUrl(QStringLiteral("http://%1/api/%2/").arg(m_bridge->hostAndPort(), m_key) + target.arg(id));
+    change.body = QStringLiteral(R"({"bri":%1})").arg(value).toUtf8();
+    change.issued_at = QDateTime::currentDateTime();
+    change.is_light_update = light;
+    change.is_group_update = !light;
+    change.item_id = id;
+    change.property = property;
+    return change;
+}
+
+QList<SimulatedRequest> TestActionQueue::changes() const
+{
+    QList<SimulatedRequest> sent = m_bridge->requests();
+    sent.removeIf([](const SimulatedRequest& r) { return r.method == "GET"; });
+    return sent;
+}
+
+void TestActionQueue::keepsOnlyTheNewestValueOfADraggedSlider()
+{
+    for (int bri = 10; bri <= 100; bri += 10)
+        m_queue->enqueue(item(QStringLiteral("3"), QStringLiteral("brightness"), true, bri));
+    QSignalSpy drained(m_queue.get(), &ActionQueue::drained);
+    QVERIFY(drained.wait(3000));
+    QCOMPARE(changes().size(), 1);
+    QCOMPARE(changes().first().body.value(u"bri").toInt(), 100);
+    QCOMPARE(changes().first().path, QStringLiteral("/api/%1/lights/3/state").arg(m_key));
+}
+
+void TestActionQueue::keepsDifferentPropertiesInOrder()
+{
+    m_queue->enqueue(item(QStringLiteral("3"), QStringLiteral("brightness"), true, 1));
+    m_queue->enqueue(item(QStringLiteral("3"), QStringLiteral("hue"), true, 2));
+    m_queue->enqueue(item(QStringLiteral("3"), QStringLiteral("brightness"), true, 3));
+    QTRY_COMPARE(m_state->settings().actionQueue().size(), 2);
+    // The replacing entry goes to the end, behind the hue change queued after the one it replaces.
+    QCOMPARE(m_state->settings().actionQueue().at(0).property, QStringLiteral("hue"));
+    QCOMPARE(m_state->settings().actionQueue().at(1).body, QByteArray(R"({"bri":3})"));
+}
+
+void TestActionQueue::replacesOneSidedly_data()
+{
+    QTest::addColumn<bool>("firstIsLight");
+    QTest::addColumn<bool>("secondIsLight");
+    QTest::addColumn<int>("remaining");
+
+    QTest::newRow("light then group: both stay") << true << false << 2;
+    QTest::newRow("group then light: the light replaces") << false << true << 1;
+    QTest::newRow("light then light") << true << true << 1;
+    QTest::newRow("group then group") << false << false << 1;
+}
+
+void TestActionQueue::replacesOneSidedly()
+{
+    QFETCH(bool, firstIsLight);
+    QFETCH(bool, secondIsLight);
+    QFETCH(int, remaining);
+    m_queue->enqueue(item(QStringLiteral("3"), QStringLiteral("on"), firstIsLight, 1));
+    m_queue->enqueue(item(QStringLiteral("3"), QStringLiteral("on"), secondIsLight, 2));
+    QTRY_COMPARE(m_state->settings().actionQueue().size(), remaining);
+    QCOMPARE(m_state->settings().actionQueue().last().is_light_update, secondIsLight);
+}
+
+void TestActionQueue::sendsOneRequestPerTick()
+{
+    for (int id = 1; id <= 4; ++id)
+        m_queue->enqueue(item(QString::number(id), QStringLiteral("on"), true));
+    QSignalSpy sent(m_queue.get(), &ActionQueue::sent);
+    QTRY_COMPARE(sent.size(), 1);
+    QCOMPARE(m_state->settings().actionQueue().size(), 3); // the others wait for their ticks
+    QTRY_COMPARE(sent.size(), 4);
+    QStringList order;
+    for (const QList<QVariant>& signal : sent)
+        order.append(signal.at(0).value<ActionQueueItem>().item_id);
+    QCOMPARE(order, (QStringList{"1", "2", "3", "4"}));
+}
+
+void TestActionQueue::sendsSchedulesWithPost()
+{
+    ActionQueueItem schedule = item(QString(), QStringLiteral("schedule"), false);
+    schedule.url = QUrl(QStringLiteral("http://%1/api/%2/schedules").arg(m_bridge->hostAndPort(), m_key));
+    schedule.body = R"({"command":{"address":"/api/x/groups/0/action","method":"PUT","body":{"on":false}},)"
+                    R"("autodelete":true,"localtime":"PT00:05:00","recycle":true})";
+    m_queue->enqueue(schedule);
+    m_queue->enqueue(item(QStringLiteral("1"), QStringLiteral("on"), false));
+    QTRY_COMPARE(changes().size(), 2);
+    QCOMPARE(changes().at(0).method, QByteArray("POST"));
+    QCOMPARE(changes().at(1).method, QByteArray("PUT"));
+}
+
+void TestActionQueue::stopsItsTimerWhenDrainedAndStartsAgain()
+{
+    QVERIFY(!m_queue->isProcessing());
+    m_queue->enqueue(item(QStringLiteral("1"), QStringLiteral("on"), true));
+    QVERIFY(m_queue->isProcessing());
+    QTRY_VERIFY(!m_queue->isProcessing());
+    QCOMPARE(m_state->settings().actionQueue().size(), 0);
+
+    m_queue->enqueue(item(QStringLiteral("1"), QStringLiteral("on"), true));
+    QVERIFY(m_queue->isProcessing());
+
+    // Sleep stops the timer and keeps the work; wake starts it again.
+    m_queue->stopProcessor();
+    QTest::qWait(2 * int(ActionQueue::tickInterval.count()));
+    QCOMPARE(m_state->settings().actionQueue().size(), 1);
+    m_queue->startProcessor();
+    QTRY_COMPARE(m_state->settings().actionQueue().size(), 0);
+}
+
+void TestActionQueue::keepsDrainingWhenTheBridgeIsGone()
+{
+    const QString address = m_bridge->hostAndPort();
+    m_bridge.reset();
+    for (int id = 1; id <= 3; ++id) {
+        ActionQueueItem change;
+        change.url = QUrl(QStringLiteral("http://%1/api/k/lights/%2/state").arg(address).arg(id));
+        change.item_id = QString::number(id);
+        change.property = QStringLiteral("on");
+        m_queue->enqueue(change);
+    }
+    QSignalSpy drained(m_queue.get(), &ActionQueue::drained);
+    QVERIFY(drained.wait(5000));
+    QCOMPARE(m_state->settings().actionQueue().size(), 0);
+}
+
+void TestActionQueue::stampsTheLastUserAction()
+{
+    const QDateTime then(QDate(2026, 5, 1), QTime(12, 15, 10));
+    m_queue->setClock([then] { return then; });
+    m_queue->enqueue(item(QStringLiteral("1"), QStringLiteral("on"), true));
+    QTRY_COMPARE(m_state->settings().lastUserActionAt(), then);
+}
+
+QTEST_GUILESS_MAIN(TestActionQueue)
+#include "tst_actionqueue.moc"

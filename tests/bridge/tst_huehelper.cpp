@@ -1,0 +1,233 @@
+#include "TestSupport.h"
+#include "bridge/ActionQueue.h"
+#include "bridge/HueHelper.h"
+#include "simulator/BridgeSimulator.h"
+
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QNetworkAccessManager>
+#include <QSignalSpy>
+#include <QTest>
+
+#include <memory>
+
+class TestHueHelper final : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+    void buildsTheRightRequest_data();
+    void buildsTheRightRequest();
+    void switchesOffAtTheBrightnessThreshold_data();
+    void switchesOffAtTheBrightnessThreshold();
+    void clampsTheLocalBrightnessOfAnIncrease_data();
+    void clampsTheLocalBrightnessOfAnIncrease();
+    void sendsTheSwitchOffSchedule();
+    void reachesTheBridge();
+
+private:
+    ActionQueueItem queued();
+
+    std::unique_ptr<BridgeSimulator> m_bridge;
+    std::unique_ptr<TestSettings> m_state;
+    std::unique_ptr<QNetworkAccessManager> m_network;
+    std::unique_ptr<ActionQueue> m_queue;
+    std::unique_ptr<HueHelper> m_helper;
+    HueLight m_light;
+    HueGroup m_room;
+};
+
+void TestHueHelper::init()
+{
+    m_bridge = std::make_unique<BridgeSimulator>();
+    QVERIFY(m_bridge->listen());
+    m_state = std::make_unique<TestSettings>();
+    m_network = std::make_unique<QNetworkAccessManager>();
+    m_queue = std::make_unique<ActionQueue>(m_state->settings(), *m_network);
+    m_helper = std::make_unique<HueHelper>(m_state->settings(), *m_queue);
+
+    AppSettings& settings = m_state->settings();
+    settings.setHueIP(m_bridge->hostAndPort());
+    settings.setHueKey(m_bridge->addUser());
+    m_light = {.lamp_id = QStringLiteral("3"),
+               .is_on = true,
+               .brightness = 100,
+               .saturation = 140,
+               .hue_ip = settings.hueIP(),
+               .hue_key = settings.hueKey()};
+    m_room = {.group_id = QStringLiteral("2"),
+              .is_on = true,
+              .brightness = 100,
+              .saturation = 77,
+              .hue_ip = settings.hueIP(),
+              .hue_key = settings.hueKey()};
+    settings.setLights({m_light});
+    settings.setGroups({m_room});
+}
+
+void TestHueHelper::cleanup()
+{
+    m_helper.reset();
+    m_queue.reset();
+    m_network.reset();
+    m_state.reset();
+    m_bridge.reset();
+}
+
+ActionQueueItem TestHueHelper::queued()
+{
+    // Insertion runs after the current event; an empty item makes the caller's comparisons fail.
+    (void)QTest::qWaitFor([this] { return !m_state->settings().actionQueue().isEmpty(); }, 1000);
+    const QList<ActionQueueItem> queue = m_state->settings().actionQueue();
+    return queue.size() == 1 ? queue.first() : ActionQueueItem{};
+}
+
+void TestHueHelper::buildsTheRightRequest_data()
+{
+    QTest::addColumn<std::function<void(HueHelper&, HueLight, HueGroup)>>("command");
+    QTest::addColumn<QString>("target");
+    QTest::addColumn<QByteArray>("body");
+    QTest::addColumn<QString>("property"); // "light:" or "group:" or "" before the property
+
+    using Command = std::function<void(HueHelper&, HueLight, HueGroup)>;
+    QTest::newRow("light on") << Command([](HueHelper& h, HueLight l, HueGroup) { h.setLightOn(l, false); })
+                              << "lights/3/state" << QByteArray(R"({"on":false})") << "light:on";
+    QTest::newRow("light hue keeps the record's saturation")
+        << Command([](HueHelper& h, HueLight l, HueGroup) { h.setLightHue(l, 65535); }) << "lights/3/state"
+        << QByteArray(R"({"hue":65535,"sat":140,"on":true,"transitiontime":2})") << "light:hue";
+    QTest::newRow("light colour temperature")
+        << Command([](HueHelper& h, HueLight l, HueGroup) { h.setLightColorTemperature(l, 366); })
+        << "lights/3/state" << QByteArray(R"({"ct":366,"on":true,"transitiontime":2})") << "light:ct";
+    QTest::newRow("room on") << Command([](HueHelper& h, HueLight, HueGroup g) { h.setGroupOn(g, true); })
+                             << "groups/2/action" << QByteArray(R"({"on":true})") << "group:on";
+    QTest::newRow("room brightness") << Command([](HueHelper& h, HueLight, HueGroup g) {
+        h.setGroupBrightness(g, 255);
+    }) << "groups/2/action" << QByteArray(R"({"bri":255,"on":true,"transitiontime":2})")
+                                     << "group:brightness";
+    QTest::newRow("room hue") << Command([](HueHelper& h, HueLight, HueGroup g) { h.setGroupHue(g, 0); })
+                              << "groups/2/action"
+                              << QByteArray(R"({"hue":0,"sat":77,"on":true,"transitiontime":2})")
+                              << "group:hue";
+    QTest::newRow("room colour temperature")
+        << Command([](HueHelper& h, HueLight, HueGroup g) { h.setGroupColorTemperature(g, 153); })
+        << "groups/2/action" << QByteArray(R"({"ct":153,"on":true,"transitiontime":2})") << "group:ct";
+    QTest::newRow("room increase") << Command([](HueHelper& h, HueLight, HueGroup g) {
+        h.increaseGroupBrightness(g, -50);
+    }) << "groups/2/action" << QByteArray(R"({"bri_inc":-50,"transitiontime":1,"on":true})")
+                                   << "group:brightness_increase";
+    QTest::newRow("scene recall goes through group 0")
+        << Command([](HueHelper& h, HueLight, HueGroup) { h.recallScene(QStringLiteral("Abc-123")); })
+        << "groups/0/action" << QByteArray(R"({"scene":"Abc-123"})") << ":scene";
+}
+
+void TestHueHelper::buildsTheRightRequest()
+{
+    QFETCH(std::function<void(HueHelper&, HueLight, HueGroup)>, command);
+    QFETCH(QString, target);
+    QFETCH(QByteArray, body);
+    QFETCH(QString, property);
+
+    command(*m_helper, m_light, m_room);
+    const ActionQueueItem item = queued();
+    const AppSettings& settings = m_state->settings();
+    QCOMPARE(item.url.toString(),
+             QStringLiteral("http://%1/api/%2/").arg(settings.hueIP(), settings.hueKey()) + target);
+    QCOMPARE(item.body, body);
+    const QString kind = property.section(u':', 0, 0);
+    QCOMPARE(item.is_light_update, kind == u"light");
+    QCOMPARE(item.is_group_update, kind == u"group");
+    QCOMPARE(item.property, property.section(u':', 1));
+    QCOMPARE(item.item_id, kind == u"light" ? u"3"_qs : kind == u"group" ? u"2"_qs : u"Abc-123"_qs);
+}
+
+void TestHueHelper::switchesOffAtTheBrightnessThreshold_data()
+{
+    QTest::addColumn<qint64>("brightness");
+    QTest::addColumn<bool>("on");
+    QTest::newRow("0") << qint64(0) << false;
+    QTest::newRow("4") << qint64(4) << false;
+    QTest::newRow("5") << qint64(5) << true;
+    QTest::newRow("255") << qint64(255) << true;
+}
+
+void TestHueHelper::switchesOffAtTheBrightnessThreshold()
+{
+    QFETCH(qint64, brightness);
+    QFETCH(bool, on);
+    m_state->settings().updateLight(m_light.lamp_id, [on](HueLight& l) { l.is_on = !on; });
+    m_helper->setLightBrightness(m_light, brightness);
+    QCOMPARE(m_state->settings().lights().first().is_on, on); // shown at once, before the queue runs
+    QCOMPARE(QJsonDocument::fromJson(queued().body).object(),
+             (QJsonObject{{"bri", brightness}, {"on", on}, {"transitiontime", 2}}));
+
+    m_helper->setGroupBrightness(m_room, brightness);
+    QCOMPARE(m_state->settings().groups().first().is_on, on);
+}
+
+void TestHueHelper::clampsTheLocalBrightnessOfAnIncrease_data()
+{
+    QTest::addColumn<QString>("groupId");
+    QTest::addColumn<qint64>("start");
+    QTest::addColumn<qint64>("delta");
+    QTest::addColumn<qint64>("shown");
+    QTest::addColumn<bool>("on");
+
+    QTest::newRow("+50 at 230") << "2" << qint64(230) << qint64(50) << qint64(255) << true;
+    QTest::newRow("-300 at 100") << "2" << qint64(100) << qint64(-300) << qint64(0) << false;
+    QTest::newRow("down to 4 is off") << "2" << qint64(54) << qint64(-50) << qint64(4) << false;
+    QTest::newRow("unknown room sends on and changes nothing")
+        << "9" << qint64(100) << qint64(-300) << qint64(100) << true;
+}
+
+void TestHueHelper::clampsTheLocalBrightnessOfAnIncrease()
+{
+    QFETCH(QString, groupId);
+    QFETCH(qint64, start);
+    QFETCH(qint64, delta);
+    QFETCH(qint64, shown);
+    QFETCH(bool, on);
+
+    m_state->settings().updateGroup(m_room.group_id, [start](HueGroup& g) { g.brightness = start; });
+    HueGroup target = m_room;
+    target.group_id = groupId;
+    m_helper->increaseGroupBrightness(target, delta);
+    QCOMPARE(m_state->settings().groups().first().brightness, shown);
+    QCOMPARE(QJsonDocument::fromJson(queued().body).object(),
+             (QJsonObject{{"bri_inc", delta}, {"transitiontime", 1}, {"on", on}}));
+}
+
+void TestHueHelper::sendsTheSwitchOffSchedule()
+{
+    const AppSettings& settings = m_state->settings();
+    m_helper->switchAllOffAfterMinutes(5);
+    QTRY_COMPARE(m_bridge->requests().size(), 1);
+    const SimulatedRequest request = m_bridge->requests().first();
+    QCOMPARE(request.method, QByteArray("POST"));
+    QCOMPARE(request.path, QStringLiteral("/api/%1/schedules").arg(settings.hueKey()));
+    const QJsonObject expected{
+        {"command", QJsonObject{{"address", QStringLiteral("/api/%1/groups/0/action").arg(settings.hueKey())},
+                                {"method", "PUT"},
+                                {"body", QJsonObject{{"on", false}}}}},
+        {"autodelete", true},
+        {"localtime", "PT00:05:00"},
+        {"recycle", true}};
+    QCOMPARE(request.body, expected);
+
+    m_helper->switchAllOffAfterMinutes(90); // minutes are not limited to an hour
+    QTRY_COMPARE(m_bridge->requests().size(), 2);
+    QCOMPARE(m_bridge->requests().last().body.value(u"localtime").toString(), QStringLiteral("PT00:90:00"));
+}
+
+void TestHueHelper::reachesTheBridge()
+{
+    const QString id = m_bridge->lightIds().first();
+    HueLight light = m_light;
+    light.lamp_id = id;
+    m_helper->setLightBrightness(light, 20);
+    QTRY_COMPARE(m_bridge->light(id).value(u"state").toObject().value(u"bri").toInt(), 20);
+}
+
+QTEST_GUILESS_MAIN(TestHueHelper)
+#include "tst_huehelper.moc"

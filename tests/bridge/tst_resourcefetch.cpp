@@ -1,0 +1,351 @@
+#include "TestSupport.h"
+#include "bridge/ResourceFetch.h"
+#include "simulator/BridgeSimulator.h"
+
+#include <QNetworkAccessManager>
+#include <QSignalSpy>
+#include <QTest>
+
+namespace {
+
+// Light objects shaped like what bridges send: several firmware generations, with and without capabilities.
+QByteArray lamp(const char* type, const char* state, const char* extra = "")
+{
+    return QByteArrayLiteral(R"({"state":{"on":true,"bri":200,"alert":"none","reachable":true)") + state +
+           QByteArrayLiteral(R"(},"type":")") + type +
+           QByteArrayLiteral(R"(","name":"Lamp","modelid":"LCT015","manufacturername":"Signify",)"
+                             R"("productname":"Hue color lamp","uniqueid":"00:17:88:01:00:aa:bb:cc-0b")") +
+           extra + '}';
+}
+
+const char* const ct153to500 =
+    R"(,"capabilities":{"certified":true,"control":{"mindimlevel":1000,"maxlumen":806,)"
+    R"("colorgamuttype":"C","ct":{"min":153,"max":500}},"streaming":{"renderer":true}})";
+
+QString summary(const HueLight& l)
+{
+    return QStringLiteral("%1:%2%3:%4-%5")
+        .arg(l.lamp_id, l.allows_color ? u"C" : u"-", l.allows_ambient ? u"A" : u"-")
+        .arg(l.ct_min)
+        .arg(l.ct_max);
+}
+
+QStringList summaries(const LightsResult& result)
+{
+    if (!result.ok())
+        return {QStringLiteral("failed")};
+    QStringList list;
+    for (const HueLight& light : result.records)
+        list.append(summary(light));
+    return list;
+}
+
+QByteArray object(std::initializer_list<std::pair<const char*, QByteArray>> members)
+{
+    QByteArray text = "{";
+    for (const auto& [id, body] : members)
+        text += (text.size() > 1 ? ",\"" : "\"") + QByteArray(id) + "\":" + body;
+    return text + '}';
+}
+
+} // namespace
+
+class TestResourceFetch final : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void derivesLights_data();
+    void derivesLights();
+    void flattensLightFields();
+    void derivesRooms_data();
+    void derivesRooms();
+    void derivesScenes_data();
+    void derivesScenes();
+    void reportsFailuresWithTheListsOwnMessage_data();
+    void reportsFailuresWithTheListsOwnMessage();
+    void givesUpOnASilentBridge();
+};
+
+void TestResourceFetch::derivesLights_data()
+{
+    QTest::addColumn<QByteArray>("body");
+    QTest::addColumn<QStringList>("expected");
+
+    const QByteArray colour = lamp("Extended color light", R"(,"colormode":"xy","xy":[0.4,0.5])", ct153to500);
+    QTest::newRow("bridge member order, not numeric")
+        << object({{"2", colour}, {"10", colour}, {"1", colour}})
+        << QStringList{"2:C-:153-500", "10:C-:153-500", "1:C-:153-500"};
+    QTest::newRow("unreachable, unknown reachability and stateless lamps are left out")
+        << object({{"1", QByteArray(colour).replace("\"reachable\":true", "\"reachable\":false")},
+                   {"2", QByteArray(colour).replace(",\"reachable\":true", "")},
+                   {"3", R"({"name":"Old","type":"Dimmable light"})"},
+                   {"4", colour}})
+        << QStringList{"4:C-:153-500"};
+    QTest::newRow("all unreachable is an empty list")
+        << object({{"1", QByteArray(colour).replace("\"reachable\":true", "\"reachable\":false")}})
+        << QStringList{};
+    QTest::newRow("empty object") << QByteArray("{}") << QStringList{};
+    QTest::newRow("colour mode beats type")
+        << object({{"1", lamp("Extended color light", R"(,"colormode":"ct")", ct153to500)},
+                   {"2", lamp("Color temperature light", R"(,"colormode":"HS")")},
+                   {"3", lamp("Extended color light", R"(,"colormode":"effect")")}})
+        << QStringList{"1:-A:153-500", "2:C-:0-10000", "3:C-:0-10000"};
+    QTest::newRow("type text when there is no colour mode")
+        << object({{"1", lamp("Color temperature light", "")},
+                   {"2", lamp("Dimmable light", "")},
+                   {"3", lamp("Extended Color Ambient light", "")},
+                   {"4", QByteArray(R"({"state":{"reachable":true},"name":"No type"})")}})
+        << QStringList{"1:C-:0-10000", "2:--:0-10000", "3:-A:0-10000", "4:--:0-10000"};
+    QTest::newRow("partial capabilities fall back per limit")
+        << object({{"1", lamp("Dimmable light", "", R"(,"capabilities":{"control":{"mindimlevel":5000}})")},
+                   {"2", lamp("Color temperature light", R"(,"colormode":"ct")",
+                              R"(,"capabilities":{"control":{"ct":{"min":151}}})")}})
+        << QStringList{"1:--:0-10000", "2:-A:151-10000"};
+    QTest::newRow("the opal TRADFRI bulb is a white-tone bulb from 250 to 454 mired")
+        << object({{"1", lamp("Extended color light", R"(,"colormode":"xy")", ct153to500)
+                             .replace("LCT015", "TRADFRI bulb E27 WS opal 980lm")}})
+        << QStringList{"1:-A:250-454"};
+    QTest::newRow("a whole-number float is an integer")
+        << object({{"1", lamp("Dimmable light", R"(,"bri":254.0)")}}) << QStringList{"1:--:0-10000"};
+
+    const QStringList failed{"failed"};
+    QTest::newRow("fractional brightness")
+        << object({{"1", lamp("Dimmable light", R"(,"bri":12.5)")}}) << failed;
+    QTest::newRow("brightness as text")
+        << object({{"1", lamp("Dimmable light", R"(,"bri":"12")")}}) << failed;
+    QTest::newRow("reachable as text")
+        << object({{"1", lamp("Dimmable light", "").replace("\"reachable\":true", "\"reachable\":\"true\"")}})
+        << failed;
+    QTest::newRow("xy as text") << object({{"1", lamp("Extended color light", R"(,"xy":"0.1,0.2")")}})
+                                << failed;
+    QTest::newRow("name as number")
+        << object({{"1", lamp("Dimmable light", "").replace("\"name\":\"Lamp\"", "\"name\":7")}}) << failed;
+    QTest::newRow("one member not an object")
+        << object({{"1", colour}, {"lastscan", "\"2012-10-29T12:00:00\""}}) << failed;
+    QTest::newRow("null member") << object({{"1", colour}, {"2", "null"}}) << failed;
+    QTest::newRow("bridge error array")
+        << QByteArray(R"([{"error":{"type":1,"address":"/lights","description":"unauthorized user"}}])")
+        << failed;
+    QTest::newRow("cut off") << QByteArray(R"({"1": {"state": {"reachable": tru)") << failed;
+    QTest::newRow("top-level null") << QByteArray("null") << failed;
+}
+
+void TestResourceFetch::derivesLights()
+{
+    QFETCH(QByteArray, body);
+    QFETCH(QStringList, expected);
+    QCOMPARE(summaries(lightsFromBody(body, QStringLiteral("10.0.0.2"), QStringLiteral("KEY"))), expected);
+}
+
+void TestResourceFetch::flattensLightFields()
+{
+    const QByteArray body = object(
+        {{"7", lamp("Extended color light",
+                    R"(,"hue":8418,"sat":140,"ct":366,"xy":[0.4575,0.4101],"colormode":"hs")", ct153to500)},
+         {"8", lamp("Extended color light", R"(,"xy":[0.1,0.2,0.3])")
+                   .replace("\"name\":\"Lamp\"", "\"name\":null")},
+         {"9", lamp("Dimmable light", R"(,"xy":[0,0])").replace("\"name\":\"Lamp\"", "\"name\":\"\"")},
+         {"10", QByteArray(R"({"state":{"reachable":true}})")}});
+    const LightsResult result = lightsFromBody(body, QStringLiteral("10.0.0.2:8080"), QStringLiteral("KEY"));
+    QVERIFY(result.ok());
+    QCOMPARE(result.records.size(), 4);
+
+    const HueLight& full = result.records[0];
+    QCOMPARE(full.name, QStringLiteral("Lamp"));
+    QCOMPARE(full.product_name, QStringLiteral("Hue color lamp"));
+    QCOMPARE(full.model_id, QStringLiteral("LCT015"));
+    QCOMPARE(full.unique_id, QStringLiteral("00:17:88:01:00:aa:bb:cc-0b"));
+    QVERIFY(full.is_on && full.allows_brightness);
+    QCOMPARE(full.brightness, 200);
+    QCOMPARE(full.hue, 8418);
+    QCOMPARE(full.saturation, 140);
+    QCOMPARE(full.color_temperature, 366);
+    QCOMPARE(full.xy_x, 0.4575f);
+    QCOMPARE(full.xy_y, 0.4101f);
+    QCOMPARE(full.hue_ip, QStringLiteral("10.0.0.2:8080"));
+    QCOMPARE(full.hue_key, QStringLiteral("KEY"));
+
+    QCOMPARE(result.records[1].name, QStringLiteral("No name"));
+    QCOMPARE(result.records[1].xy_x, 0.0f); // three elements are not a colour point
+    QCOMPARE(result.records[2].name, QString());
+
+    const HueLight& bare = result.records[3];
+    QCOMPARE(bare.name, QStringLiteral("No name"));
+    QVERIFY(!bare.is_on && bare.allows_brightness && bare.product_name.isEmpty() && bare.unique_id.isEmpty());
+    QCOMPARE(bare.brightness, 0);
+}
+
+void TestResourceFetch::derivesRooms_data()
+{
+    QTest::addColumn<QByteArray>("body");
+    QTest::addColumn<QStringList>(
+        "expected"); // group_id name type class on bri sat hue ct ct_min-ct_max lights
+
+    const QByteArray room = R"({"name":"Kitchen","lights":["3","4"],"sensors":[],"type":"Room",)"
+                            R"("state":{"all_on":false,"any_on":true},"recycle":false,"class":"Kitchen",)"
+                            R"("action":{"on":true,"bri":144,"hue":8418,"sat":140,"effect":"none",)"
+                            R"("xy":[0.4575,0.4101],"ct":366,"alert":"select","colormode":"ct"}})";
+    QTest::newRow("a room") << object({{"1", room}})
+                            << QStringList{"1 Kitchen Room Kitchen any on 144 140 8418 366 153-500 3,4"};
+    QTest::newRow("zones, light groups, entertainment areas and luminaires are left out")
+        << object({{"1", QByteArray(room).replace("\"Room\"", "\"Zone\"")},
+                   {"2", QByteArray(room).replace("\"Room\"", "\"LightGroup\"")},
+                   {"3", QByteArray(room).replace("\"Room\"", "\"Entertainment\"")},
+                   {"4", QByteArray(room).replace("\"Room\"", "\"Luminaire\"")},
+                   {"5", QByteArray(room).replace("\"Room\"", "\"room\"")}})
+        << QStringList{"5 Kitchen room Kitchen any on 144 140 8418 366 153-500 3,4"};
+    QTest::newRow("recycled and stateless rooms are left out; a typeless group is kept")
+        << object({{"1", QByteArray(room).replace("\"recycle\":false", "\"recycle\":true")},
+                   {"2", QByteArray(R"({"name":"Old","lights":["1"],"type":"Room"})")},
+                   {"3", QByteArray(R"({"state":{"any_on":false}})")}})
+        << QStringList{"3 No name unknown  - off 0 0 0 0 153-500 "};
+    QTest::newRow("partial action")
+        << object({{"1", QByteArray(R"({"type":"Room","state":{},"action":{"on":true,"bri":61}})")}})
+        << QStringList{"1 No name Room  - on 61 0 0 0 153-500 "};
+
+    QTest::newRow("brightness as text")
+        << object({{"1", QByteArray(room).replace("\"bri\":144", "\"bri\":\"61\"")}})
+        << QStringList{"failed"};
+    QTest::newRow("lights as text") << object({{"1", QByteArray(room).replace(R"(["3","4"])", R"("3,4")")}})
+                                    << QStringList{"failed"};
+}
+
+void TestResourceFetch::derivesRooms()
+{
+    QFETCH(QByteArray, body);
+    QFETCH(QStringList, expected);
+    const GroupsResult result = groupsFromBody(body, QStringLiteral("10.0.0.2"), QStringLiteral("KEY"));
+    QStringList actual;
+    for (const HueGroup& g : result.records) {
+        const QString state = g.all_on ? QStringLiteral("all") : g.any_on ? QStringLiteral("any") : u"-"_qs;
+        actual.append(
+            QStringLiteral("%1 %2 %3 %4 %5 %6 ")
+                .arg(g.group_id, g.name, g.type, g.group_class, state, g.is_on ? u"on"_qs : u"off"_qs) +
+            QStringLiteral("%1 %2 %3 %4 %5-%6 ")
+                .arg(g.brightness)
+                .arg(g.saturation)
+                .arg(g.hue)
+                .arg(g.color_temperature)
+                .arg(g.ct_min)
+                .arg(g.ct_max) +
+            g.lights.join(u','));
+        QVERIFY(!g.id.isNull());
+    }
+    QCOMPARE(result.ok() ? actual : QStringList{"failed"}, expected);
+}
+
+void TestResourceFetch::derivesScenes_data()
+{
+    QTest::addColumn<QByteArray>("body");
+    QTest::addColumn<QStringList>("expected"); // scene_id name type lights
+
+    const QByteArray scene = R"({"name":"Relax","type":"GroupScene","group":"1","lights":["1","2"],)"
+                             R"("owner":"0f7d8e3b","recycle":false,"locked":false,"appdata":{"version":1,)"
+                             R"("data":"x"},"picture":"","lastupdated":"2019-12-11T21:31:52","version":2})";
+    QTest::newRow("versions and recycling")
+        << object({{"aaaa1", scene},
+                   {"aaaa2", QByteArray(scene).replace("\"version\":2", "\"version\":1")},
+                   {"aaaa3", QByteArray(scene).replace(",\"version\":2", "")},
+                   {"aaaa4", QByteArray(scene).replace("\"recycle\":false", "\"recycle\":true")},
+                   {"aaaa5", QByteArray(scene)
+                                 .replace("\"recycle\":false,", "")
+                                 .replace("\"version\":2", "\"version\":3")},
+                   {"aaaa6", QByteArray(R"({"version":2})")}})
+        << QStringList{"aaaa1 Relax GroupScene 1,2", "aaaa5 Relax GroupScene 1,2", "aaaa6 No name unknown "};
+    QTest::newRow("version as text") << object({{"x", QByteArray(scene).replace("\"version\":2",
+                                                                                "\"version\":\"2\"")}})
+                                     << QStringList{"failed"};
+    QTest::newRow("lights as object")
+        << object({{"x", QByteArray(scene).replace(R"(["1","2"])", R"({"1":true})")}})
+        << QStringList{"failed"};
+}
+
+void TestResourceFetch::derivesScenes()
+{
+    QFETCH(QByteArray, body);
+    QFETCH(QStringList, expected);
+    const ScenesResult result = scenesFromBody(body, QStringLiteral("10.0.0.2"), QStringLiteral("KEY"));
+    QStringList actual;
+    for (const HueScene& s : result.records)
+        actual.append(QStringLiteral("%1 %2 %3 %4").arg(s.scene_id, s.name, s.type, s.lights.join(u',')));
+    QCOMPARE(result.ok() ? actual : QStringList{"failed"}, expected);
+}
+
+void TestResourceFetch::reportsFailuresWithTheListsOwnMessage_data()
+{
+    QTest::addColumn<QString>("list");
+    QTest::addColumn<int>("fault"); // what the bridge does
+    QTest::addColumn<int>("error"); // 0 connectionFailed, 1 invalidData
+    QTest::addColumn<QString>("message");
+
+    using Fault = BridgeSimulator::Fault;
+    const QString noData = QStringLiteral("empty");
+    QTest::newRow("lights, error array") << "lights" << int(Fault::ErrorArray) << 1
+                                         << "Error: Couldn't decode Hue data due to unknown JSON data.";
+    QTest::newRow("groups, error array")
+        << "groups" << int(Fault::ErrorArray) << 1
+        << "Error: Couldn't decode Hue GROUPS data due to unknown JSON data.";
+    QTest::newRow("scenes, garbage") << "scenes" << int(Fault::GarbageBody) << 1
+                                     << "Error: Couldn't decode Hue SCENE data due to unknown JSON data.";
+    QTest::newRow("lights, dropped connection") << "lights" << int(Fault::DropConnection) << 0 << QString();
+    QTest::newRow("lights, empty answer") << "lights" << -1 << 1 << "ERROR: No data received. Giving up.";
+    QTest::newRow("groups, empty answer")
+        << "groups" << -1 << 1 << "ERROR: No GROUPS data received. Giving up.";
+    QTest::newRow("scenes, empty answer")
+        << "scenes" << -1 << 1 << "ERROR: No SCENE data received. Giving up.";
+    QTest::newRow("lights, oversized answer")
+        << "lights" << -2 << 1 << "Error: Couldn't decode Hue data due to unknown JSON data.";
+    QTest::newRow("scenes, nobody listening") << "scenes" << -3 << 0 << QString();
+}
+
+void TestResourceFetch::reportsFailuresWithTheListsOwnMessage()
+{
+    QFETCH(QString, list);
+    QFETCH(int, fault);
+    QFETCH(int, error);
+    QFETCH(QString, message);
+
+    BridgeSimulator bridge;
+    QVERIFY(bridge.listen());
+    const QString key = bridge.addUser();
+    QString address = bridge.hostAndPort();
+    if (fault >= 0)
+        bridge.setFault(BridgeSimulator::Fault(fault));
+    else if (fault == -1)
+        bridge.setRawResource(list, QByteArray());
+    else if (fault == -2)
+        bridge.setRawResource(list, "{\"1\":\"" + QByteArray(17 * 1024 * 1024, 'x') + "\"}");
+    else
+        address = QStringLiteral("127.0.0.1:1");
+
+    PrintedLines printed;
+    QNetworkAccessManager network;
+    std::optional<int> outcome;
+    if (list == u"lights")
+        HueCommunicationLights{address, key}.fetch(network, [&](LightsResult r) { outcome = int(*r.error); });
+    else if (list == u"groups")
+        HueCommunicationGroups{address, key}.fetch(network, [&](GroupsResult r) { outcome = int(*r.error); });
+    else
+        HueCommunicationScenes{address, key}.fetch(network, [&](ScenesResult r) { outcome = int(*r.error); });
+
+    QTRY_VERIFY_WITH_TIMEOUT(outcome.has_value(), 10000);
+    QCOMPARE(*outcome, error);
+    QCOMPARE(printed.lines(), message.isEmpty() ? QStringList{} : QStringList{message});
+}
+
+void TestResourceFetch::givesUpOnASilentBridge()
+{
+    BridgeSimulator bridge;
+    QVERIFY(bridge.listen());
+    bridge.setLatency(int(fetchTimeout.count()) + 2000);
+    QNetworkAccessManager network;
+    std::optional<LightsResult> result;
+    HueCommunicationLights{bridge.hostAndPort(), bridge.addUser()}.fetch(network,
+                                                                         [&](LightsResult r) { result = r; });
+    QTRY_VERIFY_WITH_TIMEOUT(result.has_value(), int(fetchTimeout.count()) + 1500);
+    QCOMPARE(result->error, BridgeError::connectionFailed);
+}
+
+QTEST_GUILESS_MAIN(TestResourceFetch)
+#include "tst_resourcefetch.moc"

@@ -1,0 +1,166 @@
+#include "TestSupport.h"
+#include "state/SettingsKeys.h"
+
+#include <QSignalSpy>
+#include <QTest>
+
+namespace Keys = SettingsKeys;
+
+class TestAppSettings final : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void loadsDefaultsOnAFirstRun();
+    void loadsStoredValues();
+    void replacesOnlyAZeroKeyIncrement_data();
+    void replacesOnlyAZeroKeyIncrement();
+    void asksForAResizeOnEveryPanelAssignment();
+    void givesTheDefaultHeightForAnUnknownPanel();
+    void switchingScenesOffResetsTheStoredPanel();
+    void storesColourBarsBeforeShowingThem();
+    void dropsTheWholeLogAtItsCap();
+    void notifiesOnlyOnChange();
+};
+
+void TestAppSettings::loadsDefaultsOnAFirstRun()
+{
+    TestSettings t;
+    AppSettings& s = t.settings();
+    s.load();
+    QCOMPARE(s.hueIP(), QString());
+    QCOMPARE(s.hueKey(), QString());
+    QCOMPARE(s.appIcon(), QStringLiteral("Icon_Lamp0"));
+    QCOMPARE(s.keyIncrement(), 50);
+    // An absent height is taken as 0, not the initial 280.
+    QCOMPARE(s.presetWindowHeightLights(), 0);
+    QCOMPARE(s.presetWindowHeightRooms(), 0);
+    QCOMPARE(s.presetWindowHeightScenes(), 0);
+    QVERIFY(s.showColorBarsForRooms());
+    QCOMPARE(t.store().value(Keys::showColorBarsForRooms), QVariant(true));
+    QVERIFY(!s.showScenes());
+    QCOMPARE(t.store().value(Keys::activePanel), QVariant(qint64(0)));
+    QVERIFY(!s.bridgeConnected());
+    QCOMPARE(s.activeMainPanel(), MainPanels::lights);
+}
+
+void TestAppSettings::loadsStoredValues()
+{
+    TestSettings t;
+    JsonSettingsStore& store = t.store();
+    store.writeString(Keys::bridgeIP, QStringLiteral("192.0.2.7"));
+    store.writeString(Keys::bridgeUser, QStringLiteral("key"));
+    store.writeString(Keys::appIcon, QStringLiteral("Icon_Lamp2"));
+    store.writeInt(Keys::preferredWindowHeightRooms, 420);
+    store.writeBool(Keys::showColorBarsForRooms, false);
+    store.writeBool(Keys::showScenes, true);
+    store.writeInt(Keys::activePanel, 2);
+    t.reopen();
+
+    AppSettings& s = t.settings();
+    s.load();
+    QCOMPARE(s.hueIP(), QStringLiteral("192.0.2.7"));
+    QCOMPARE(s.hueKey(), QStringLiteral("key"));
+    QCOMPARE(s.appIcon(), QStringLiteral("Icon_Lamp2"));
+    QCOMPARE(s.presetWindowHeightRooms(), 420);
+    QVERIFY(!s.showColorBarsForRooms());
+    QVERIFY(s.showScenes());
+    QCOMPARE(t.store().readInt(Keys::activePanel), 2); // kept while scenes are shown
+}
+
+void TestAppSettings::replacesOnlyAZeroKeyIncrement_data()
+{
+    QTest::addColumn<QVariant>("stored");
+    QTest::addColumn<qint64>("loaded");
+    QTest::newRow("zero") << QVariant(qint64(0)) << qint64(50);
+    QTest::newRow("negative") << QVariant(qint64(-20)) << qint64(-20);
+    QTest::newRow("ten") << QVariant(qint64(10)) << qint64(10);
+    QTest::newRow("not a number") << QVariant(QStringLiteral("lots")) << qint64(50);
+}
+
+void TestAppSettings::replacesOnlyAZeroKeyIncrement()
+{
+    QFETCH(QVariant, stored);
+    QFETCH(qint64, loaded);
+    TestSettings t;
+    t.store().setValue(Keys::keyIncrement, stored);
+    t.settings().load();
+    QCOMPARE(t.settings().keyIncrement(), loaded);
+}
+
+void TestAppSettings::asksForAResizeOnEveryPanelAssignment()
+{
+    TestSettings t;
+    AppSettings& s = t.settings();
+    s.setPresetWindowHeightRooms(333);
+    QSignalSpy resize(&s, &AppSettings::windowResizePlease);
+    QSignalSpy changed(&s, &AppSettings::activeMainPanelChanged);
+
+    s.setActiveMainPanel(MainPanels::rooms);
+    s.setActiveMainPanel(MainPanels::rooms);
+    QCOMPARE(resize.size(), 2);
+    QCOMPARE(resize.last().first().toLongLong(), 333);
+    QCOMPARE(changed.size(), 1);
+    QCOMPARE(t.store().readInt(Keys::activePanel), 1);
+}
+
+void TestAppSettings::givesTheDefaultHeightForAnUnknownPanel()
+{
+    TestSettings t;
+    t.settings().setActiveMainPanel(MainPanels(7));
+    QCOMPARE(t.settings().preferredHeightOfActivePanel(), AppSettings::defaultWindowHeight);
+}
+
+void TestAppSettings::switchingScenesOffResetsTheStoredPanel()
+{
+    TestSettings t;
+    AppSettings& s = t.settings();
+    s.setShowScenes(true);
+    s.setActiveMainPanel(MainPanels::scenes);
+    s.setShowScenes(false);
+    QCOMPARE(t.store().readInt(Keys::activePanel), 0);
+    QCOMPARE(t.store().value(Keys::showScenes), QVariant(false));
+    QCOMPARE(s.activeMainPanel(), MainPanels::scenes); // the open window keeps its panel until it reopens
+}
+
+void TestAppSettings::storesColourBarsBeforeShowingThem()
+{
+    TestSettings t;
+    AppSettings& s = t.settings();
+    bool storedWhenNotified = true;
+    connect(&s, &AppSettings::showColorBarsForRoomsChanged, this,
+            [&] { storedWhenNotified = t.store().value(Keys::showColorBarsForRooms) == QVariant(false); });
+    s.setShowColorBarsForRooms(false);
+    QVERIFY(storedWhenNotified);
+}
+
+void TestAppSettings::dropsTheWholeLogAtItsCap()
+{
+    TestSettings t;
+    AppSettings& s = t.settings();
+    PrintedLines printed;
+    for (int i = 0; i < AppSettings::logCapacity; ++i)
+        s.addLogLine(QString::number(i));
+    QCOMPARE(s.log().size(), 1001);
+    s.addLogLine(QStringLiteral("next"));
+    QCOMPARE(s.log(), QStringList{QStringLiteral("next")});
+    QCOMPARE(printed.lines().size(), 1002);
+}
+
+void TestAppSettings::notifiesOnlyOnChange()
+{
+    TestSettings t;
+    AppSettings& s = t.settings();
+    QSignalSpy lights(&s, &AppSettings::lightsChanged);
+    const QList<HueLight> list{HueLight{.lamp_id = QStringLiteral("1")}};
+    s.setLights(list);
+    s.setLights(list);
+    QCOMPARE(lights.size(), 1);
+    QVERIFY(s.updateLight(QStringLiteral("1"), [](HueLight& l) { l.is_on = true; }));
+    QVERIFY(!s.updateLight(QStringLiteral("2"), [](HueLight& l) { l.is_on = true; }));
+    QCOMPARE(lights.size(), 2);
+    QVERIFY(s.lights().first().is_on);
+}
+
+QTEST_GUILESS_MAIN(TestAppSettings)
+#include "tst_appsettings.moc"
