@@ -1,0 +1,345 @@
+#include "CtlArguments.h"
+
+#include "state/JsonSettingsStore.h"
+
+#include <QCommandLineOption>
+#include <QCommandLineParser>
+#include <QUrl>
+
+#include <algorithm>
+
+namespace {
+
+struct Range
+{
+    qint64 min = 0;
+    qint64 max = 0;
+};
+
+/// One change the `light` and `room` commands can make.
+struct ActionForm
+{
+    const char* word;
+    CtlAction action;
+    bool takesValue;
+    Range range;
+    bool roomsOnly;
+    const char* note;
+};
+
+// The bridge's own ranges: "bri" 0-255 (it stores at most 254), "hue" 0-65535, "ct" in mired.
+constexpr ActionForm actionForms[] = {
+    {"on", CtlAction::on, false, {}, false, "switch on"},
+    {"off", CtlAction::off, false, {}, false, "switch off"},
+    {"brightness", CtlAction::brightness, true, {0, 255}, false, " (4 or less switches off)"},
+    {"hue", CtlAction::hue, true, {0, 65535}, false, " (colour; the lamp keeps its saturation)"},
+    {"ct", CtlAction::ct, true, {153, 500}, false, " mired (white tone; higher is warmer)"},
+    {"brighter", CtlAction::brighter, true, {1, 255}, true, " (rooms only: raise the brightness by N)"},
+    {"darker", CtlAction::darker, true, {1, 255}, true, " (rooms only: lower the brightness by N)"},
+};
+
+constexpr Range minutesRange{1, 1440};
+
+using OperandReader = QString (*)(const QStringList& operands, CtlInvocation& invocation);
+
+/// One command: how it is written, what the help says about it and how its operands are read. A new command
+/// is one more entry here and one more case in CtlCommands.
+struct CommandForm
+{
+    const char* name;
+    CtlCommand command;
+    const char* synopsis;
+    const char* summary;
+    OperandReader readOperands;
+    bool listsRecords; ///< accepts --json
+    bool takesDelay;   ///< accepts --in
+};
+
+QString quoted(const QString& text)
+{
+    return u'"' + text + u'"';
+}
+
+QString unexpected(const QString& operand)
+{
+    return QStringLiteral("Unexpected argument %1.").arg(quoted(operand));
+}
+
+QString rangeText(Range range)
+{
+    return QString::number(range.min) + u'-' + QString::number(range.max);
+}
+
+/// Reads a whole decimal number in `range` into `number`; returns why not otherwise.
+QString readNumber(const QString& text, const QString& what, Range range, qint64& number)
+{
+    const QString expected = QStringLiteral("%1 takes a whole number from %2 to %3")
+                                 .arg(what, QString::number(range.min), QString::number(range.max));
+    const bool digitsOnly = !text.isEmpty() && std::all_of(text.begin(), text.end(),
+                                                           [](QChar c) { return c >= u'0' && c <= u'9'; });
+    if (!digitsOnly)
+        return QStringLiteral("%1, not %2.").arg(expected, quoted(text));
+    bool ok = false;
+    number = text.toLongLong(&ok);
+    if (!ok || number < range.min || number > range.max)
+        return QStringLiteral("%1; %2 is out of range.").arg(expected, text);
+    return {};
+}
+
+QString changeWords(bool room)
+{
+    QStringList words;
+    for (const ActionForm& form : actionForms) {
+        if (!form.roomsOnly || room)
+            words.append(QString::fromLatin1(form.word) +
+                         (form.takesValue ? QStringLiteral(" N") : QString()));
+    }
+    return words.join(QStringLiteral(", "));
+}
+
+QString readTarget(const QStringList& operands, CtlInvocation& invocation, const QString& command,
+                   const QString& what)
+{
+    if (operands.isEmpty())
+        return QStringLiteral("'%1' needs a %2 id.").arg(command, what);
+    if (operands.first().isEmpty())
+        return QStringLiteral("The %1 id must not be empty.").arg(what);
+    invocation.targetId = operands.first();
+    return {};
+}
+
+QString readChange(const QStringList& operands, CtlInvocation& invocation, bool room)
+{
+    const QString command = room ? QStringLiteral("room") : QStringLiteral("light");
+    const QString what = room ? QStringLiteral("room") : QStringLiteral("lamp");
+    if (QString error = readTarget(operands, invocation, command, what); !error.isEmpty())
+        return error;
+    if (operands.size() < 2)
+        return QStringLiteral("'%1 %2' needs a change: %3.")
+            .arg(command, operands.first(), changeWords(room));
+
+    const QString& word = operands.at(1);
+    const auto form = std::find_if(std::begin(actionForms), std::end(actionForms), [&](const ActionForm& f) {
+        return word == QLatin1String(f.word) && (!f.roomsOnly || room);
+    });
+    if (form == std::end(actionForms))
+        return QStringLiteral("Unknown change %1 for a %2; use %3.")
+            .arg(quoted(word), what, changeWords(room));
+    invocation.action = form->action;
+
+    qsizetype used = 2;
+    if (form->takesValue) {
+        if (operands.size() < 3)
+            return QStringLiteral("'%1' needs a number from %2 to %3.")
+                .arg(word, QString::number(form->range.min), QString::number(form->range.max));
+        if (QString error = readNumber(operands.at(2), word, form->range, invocation.value); !error.isEmpty())
+            return error;
+        used = 3;
+    }
+    if (operands.size() > used)
+        return unexpected(operands.at(used));
+    return {};
+}
+
+QString noOperands(const QStringList& operands, CtlInvocation&)
+{
+    return operands.isEmpty() ? QString() : unexpected(operands.first());
+}
+
+QString lightOperands(const QStringList& operands, CtlInvocation& invocation)
+{
+    return readChange(operands, invocation, false);
+}
+
+QString roomOperands(const QStringList& operands, CtlInvocation& invocation)
+{
+    return readChange(operands, invocation, true);
+}
+
+QString sceneOperands(const QStringList& operands, CtlInvocation& invocation)
+{
+    if (QString error = readTarget(operands, invocation, QStringLiteral("scene"), QStringLiteral("scene"));
+        !error.isEmpty())
+        return error;
+    return operands.size() > 1 ? unexpected(operands.at(1)) : QString();
+}
+
+constexpr CommandForm commandForms[] = {
+    {"lights", CtlCommand::lights, "", "List the lamps: id, name, on/off, brightness, kind, product",
+     noOperands, true, false},
+    {"rooms", CtlCommand::rooms, "", "List the rooms: id, name, on/off, brightness, lamp ids", noOperands,
+     true, false},
+    {"scenes", CtlCommand::scenes, "", "List the scenes: id, name, type, number of lamps", noOperands, true,
+     false},
+    {"light", CtlCommand::light, "ID CHANGE", "Change one lamp (see CHANGE below)", lightOperands, false,
+     false},
+    {"room", CtlCommand::room, "ID CHANGE", "Change one room (see CHANGE below)", roomOperands, false, false},
+    {"scene", CtlCommand::scene, "ID", "Recall a scene", sceneOperands, false, false},
+    {"all-off", CtlCommand::allOff, "[--in MINUTES]", "Switch every lamp off, one after the other",
+     noOperands, false, true},
+};
+
+/// The address goes into request URLs as it is, so it must be a plain host with an optional port.
+bool isBridgeAddress(const QString& text)
+{
+    const QUrl url(QStringLiteral("http://") + text + u'/', QUrl::StrictMode);
+    return !text.isEmpty() && url.isValid() && !url.host().isEmpty() && url.path() == u"/" &&
+           url.userInfo().isEmpty() && !url.hasQuery() && !url.hasFragment();
+}
+
+/// The key is a path segment of every request; bridges hand out letters and digits, so URL-safe is enough.
+bool isBridgeKey(const QString& text)
+{
+    return !text.isEmpty() && std::all_of(text.begin(), text.end(), [](QChar c) {
+        return (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z') || (c >= u'0' && c <= u'9') ||
+               c == u'-' || c == u'_' || c == u'.' || c == u'~';
+    });
+}
+
+const QStringList valueOptions = {QStringLiteral("--bridge"), QStringLiteral("--key"),
+                                  QStringLiteral("--settings"), QStringLiteral("--in")};
+
+/// QCommandLineParser reads "-5" as the short option "5"; a negative number deserves its own message.
+QString negativeNumberIn(const QStringList& arguments)
+{
+    for (qsizetype i = 1; i < arguments.size(); ++i) {
+        const QString& argument = arguments.at(i);
+        if (argument == u"--")
+            break;
+        if (valueOptions.contains(argument))
+            ++i; // its value may start with a dash
+        else if (argument.size() > 1 && argument.at(0) == u'-' && argument.at(1).isDigit())
+            return QStringLiteral(
+                       "Numbers are never negative here, not %1 (a room gets dimmer with 'darker N').")
+                .arg(quoted(argument));
+    }
+    return {};
+}
+
+} // namespace
+
+CtlArguments CtlArguments::refused(const QString& why)
+{
+    CtlArguments result;
+    result.m_outcome = Outcome::invalid;
+    result.m_error = why;
+    return result;
+}
+
+CtlArguments CtlArguments::parse(const QStringList& arguments)
+{
+    if (QString error = negativeNumberIn(arguments); !error.isEmpty())
+        return refused(error);
+
+    const QCommandLineOption bridge(QStringLiteral("bridge"), QString(), QStringLiteral("HOST[:PORT]"));
+    const QCommandLineOption key(QStringLiteral("key"), QString(), QStringLiteral("KEY"));
+    const QCommandLineOption settings(QStringLiteral("settings"), QString(), QStringLiteral("FILE"));
+    const QCommandLineOption json(QStringLiteral("json"));
+    const QCommandLineOption in(QStringLiteral("in"), QString(), QStringLiteral("MINUTES"));
+    const QCommandLineOption help(QStringList{QStringLiteral("h"), QStringLiteral("help")});
+    const QCommandLineOption version(QStringList{QStringLiteral("v"), QStringLiteral("version")});
+    QCommandLineParser parser;
+    parser.addOptions({bridge, key, settings, json, in, help, version});
+    if (!parser.parse(arguments))
+        return refused(parser.errorText());
+
+    for (const QCommandLineOption& option : {bridge, key, settings, in}) {
+        if (parser.values(option).size() > 1)
+            return refused(QStringLiteral("--%1 is given more than once.").arg(option.names().constFirst()));
+    }
+
+    CtlArguments result;
+    if (parser.isSet(help)) {
+        result.m_outcome = Outcome::help;
+        return result;
+    }
+    if (parser.isSet(version)) {
+        result.m_outcome = Outcome::version;
+        return result;
+    }
+
+    QStringList operands = parser.positionalArguments();
+    if (operands.isEmpty())
+        return refused(QStringLiteral("No command given."));
+    const QString name = operands.takeFirst();
+    const auto form = std::find_if(std::begin(commandForms), std::end(commandForms),
+                                   [&](const CommandForm& f) { return name == QLatin1String(f.name); });
+    if (form == std::end(commandForms))
+        return refused(QStringLiteral("Unknown command %1.").arg(quoted(name)));
+
+    CtlInvocation& invocation = result.m_invocation;
+    invocation.command = form->command;
+    if (QString error = form->readOperands(operands, invocation); !error.isEmpty())
+        return refused(error);
+
+    invocation.json = parser.isSet(json);
+    if (invocation.json && !form->listsRecords)
+        return refused(QStringLiteral("--json goes with lights, rooms or scenes only."));
+    if (parser.isSet(in)) {
+        if (!form->takesDelay)
+            return refused(QStringLiteral("--in goes with all-off only."));
+        qint64 minutes = 0;
+        if (QString error = readNumber(parser.value(in), QStringLiteral("--in"), minutesRange, minutes);
+            !error.isEmpty())
+            return refused(error);
+        invocation.offAfterMinutes = minutes;
+    }
+    if (parser.isSet(bridge)) {
+        invocation.bridge = parser.value(bridge);
+        if (!isBridgeAddress(invocation.bridge))
+            return refused(
+                QStringLiteral("--bridge takes HOST or HOST:PORT, not %1.").arg(quoted(invocation.bridge)));
+    }
+    if (parser.isSet(key)) {
+        invocation.key = parser.value(key);
+        if (!isBridgeKey(invocation.key))
+            return refused(
+                QStringLiteral("--key takes the bridge's key (letters, digits, '-', '_', '.', '~'), not %1.")
+                    .arg(quoted(invocation.key)));
+    }
+    if (parser.isSet(settings)) {
+        invocation.settingsFile = parser.value(settings);
+        if (invocation.settingsFile.isEmpty())
+            return refused(QStringLiteral("--settings takes a file name."));
+    }
+    result.m_outcome = Outcome::run;
+    return result;
+}
+
+QString CtlArguments::usage()
+{
+    constexpr qsizetype column = 26;
+    QString text = QStringLiteral("Usage: glowdeckctl [OPTIONS] COMMAND [ARGUMENTS]\n\n"
+                                  "Controls the Philips Hue lamps of the bridge Glowdeck is paired with.\n\n"
+                                  "Commands:\n");
+    auto line = [&text](const QString& left, const QString& right) {
+        text += QStringLiteral("  ") + left.leftJustified(column - 3) + u' ' + right + u'\n';
+    };
+    for (const CommandForm& form : commandForms) {
+        const QString synopsis = QString::fromLatin1(form.synopsis);
+        line(QString::fromLatin1(form.name) + (synopsis.isEmpty() ? QString() : u' ' + synopsis),
+             QString::fromLatin1(form.summary));
+    }
+    text += QStringLiteral("\nCHANGE of light and room:\n");
+    for (const ActionForm& form : actionForms) {
+        const QString word = QString::fromLatin1(form.word);
+        line(form.takesValue ? word + QStringLiteral(" N") : word,
+             (form.takesValue ? rangeText(form.range) : QString()) + QString::fromLatin1(form.note));
+    }
+    text += QStringLiteral("\nOptions:\n");
+    line(QStringLiteral("--bridge HOST[:PORT]"), QStringLiteral("bridge address for this run (not stored)"));
+    line(QStringLiteral("--key KEY"), QStringLiteral("bridge key for this run (not stored)"));
+    line(QStringLiteral("--settings FILE"), QStringLiteral("settings file holding the paired bridge; default "
+                                                           "$GLOWDECK_SETTINGS, else"));
+    line(QString(), JsonSettingsStore::defaultFileName());
+    line(QStringLiteral("--json"),
+         QStringLiteral("lights, rooms, scenes: print the records as one JSON array"));
+    line(QStringLiteral("--in MINUTES"),
+         QStringLiteral("all-off: have the bridge switch off in %1 minutes").arg(rangeText(minutesRange)));
+    line(QStringLiteral("-h, --help"), QStringLiteral("show this help"));
+    line(QStringLiteral("-v, --version"), QStringLiteral("show the version"));
+    text += QStringLiteral(
+        "\nExit status: 0 done; 1 the bridge could not be reached or used, or has no such lamp, "
+        "room or scene;\n2 bad command line (nothing is sent).\n");
+    return text;
+}

@@ -1,0 +1,84 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+#include <optional>
+
+/// The exit statuses of glowdeckctl.
+enum CtlExitStatus : int
+{
+    exitDone = 0,
+    exitFailed = 1, ///< the bridge could not be used, or has no such lamp, room or scene
+    exitUsage = 2,  ///< the command line was refused; nothing was sent
+};
+
+/// The commands glowdeckctl knows; each has one entry in the command table of CtlArguments.cpp.
+enum class CtlCommand
+{
+    lights,
+    rooms,
+    scenes,
+    light,
+    room,
+    scene,
+    allOff
+};
+
+/// What the `light` and `room` commands change.
+enum class CtlAction
+{
+    on,
+    off,
+    brightness,
+    hue,
+    ct,
+    brighter,
+    darker
+};
+
+/// One checked command line. Every value in it is in the bridge's range, so running it needs no more checks.
+struct CtlInvocation
+{
+    CtlCommand command = CtlCommand::lights;
+    QString targetId; ///< the lamp, room or scene; empty for the lists and all-off
+    CtlAction action = CtlAction::on;
+    qint64 value = 0;                      ///< the number after brightness, hue, ct, brighter or darker
+    std::optional<qint64> offAfterMinutes; ///< all-off --in
+    bool json = false;
+    QString bridge;       ///< --bridge; empty: the stored address
+    QString key;          ///< --key; empty: the stored key
+    QString settingsFile; ///< --settings; empty: $GLOWDECK_SETTINGS, else the default file
+};
+
+/// Reads glowdeckctl's command line. It touches neither the network nor the settings file, so a command line
+/// it refuses never costs a request.
+class CtlArguments final
+{
+public:
+    enum class Outcome
+    {
+        run,
+        help,
+        version,
+        invalid
+    };
+
+    /// `arguments` as QCoreApplication::arguments() gives them, program name first.
+    static CtlArguments parse(const QStringList& arguments);
+    /// The help text; also shown on standard error after a refused command line.
+    static QString usage();
+
+    Outcome outcome() const { return m_outcome; }
+    /// Meaningful when outcome() is `run`.
+    const CtlInvocation& invocation() const { return m_invocation; }
+    /// Why the command line was refused, in one sentence; empty unless outcome() is `invalid`.
+    const QString& error() const { return m_error; }
+
+private:
+    static CtlArguments refused(const QString& why);
+
+    Outcome m_outcome = Outcome::invalid;
+    CtlInvocation m_invocation;
+    QString m_error;
+};

@@ -1,0 +1,393 @@
+#include "CtlCommands.h"
+
+#include "bridge/ActionQueue.h"
+#include "bridge/CodedRecords.h"
+#include "bridge/HueHelper.h"
+#include "bridge/JsonWriter.h"
+#include "state/AppSettings.h"
+#include "state/JsonSettingsStore.h"
+#include "state/SettingsKeys.h"
+
+#include <QFileInfo>
+#include <QNetworkAccessManager>
+#include <QVariantHash>
+
+#include <algorithm>
+#include <cstdio>
+
+namespace {
+
+/// Stands in for the settings file when there is none to read, so that a run never creates one.
+class MemorySettingsStore final : public SettingsStore
+{
+public:
+    bool contains(const QString& key) const override { return m_values.contains(key); }
+    QVariant value(const QString& key) const override { return m_values.value(key); }
+    void setValue(const QString& key, const QVariant& value) override { m_values.insert(key, value); }
+    void remove(const QString& key) override { m_values.remove(key); }
+
+private:
+    QVariantHash m_values;
+};
+
+void write(std::FILE* stream, const QString& text)
+{
+    const QByteArray bytes = text.toUtf8();
+    std::fwrite(bytes.constData(), 1, size_t(bytes.size()), stream);
+    std::fflush(stream);
+}
+
+void printError(const QString& line)
+{
+    write(stderr, QStringLiteral("glowdeckctl: ") + line + u'\n');
+}
+
+/// Names come from the bridge; control characters in them must not reach the terminal.
+QString printable(QString text)
+{
+    for (QChar& c : text) {
+        if (c.category() == QChar::Other_Control)
+            c = u'?';
+    }
+    return text;
+}
+
+/// Left-aligned columns two spaces apart; the last column is not padded.
+QString table(const QList<QStringList>& rows)
+{
+    QList<qsizetype> widths;
+    for (const QStringList& row : rows) {
+        widths.resize(std::max(widths.size(), row.size()));
+        for (qsizetype i = 0; i < row.size(); ++i)
+            widths[i] = std::max(widths[i], row.at(i).size());
+    }
+    QString text;
+    for (const QStringList& row : rows) {
+        QString line;
+        for (qsizetype i = 0; i < row.size(); ++i)
+            line +=
+                i + 1 < row.size() ? printable(row.at(i)).leftJustified(widths[i] + 2) : printable(row.at(i));
+        text += line + u'\n';
+    }
+    return text;
+}
+
+QString onOff(bool on)
+{
+    return on ? QStringLiteral("on") : QStringLiteral("off");
+}
+
+QString kind(const HueLight& light)
+{
+    if (light.allows_color)
+        return QStringLiteral("colour");
+    if (light.allows_ambient)
+        return QStringLiteral("white tone");
+    return QStringLiteral("dimmable");
+}
+
+QString lightsTable(const QList<HueLight>& lights)
+{
+    QList<QStringList> rows{{QStringLiteral("ID"), QStringLiteral("NAME"), QStringLiteral("STATE"),
+                             QStringLiteral("BRIGHTNESS"), QStringLiteral("KIND"),
+                             QStringLiteral("PRODUCT")}};
+    for (const HueLight& light : lights)
+        rows.append({light.lamp_id, light.name, onOff(light.is_on), QString::number(light.brightness),
+                     kind(light), light.product_name});
+    return table(rows);
+}
+
+QString groupsTable(const QList<HueGroup>& groups)
+{
+    QList<QStringList> rows{{QStringLiteral("ID"), QStringLiteral("NAME"), QStringLiteral("STATE"),
+                             QStringLiteral("BRIGHTNESS"), QStringLiteral("LIGHTS")}};
+    for (const HueGroup& group : groups)
+        rows.append({group.group_id, group.name, onOff(group.any_on), QString::number(group.brightness),
+                     group.lights.join(u',')});
+    return table(rows);
+}
+
+QString scenesTable(const QList<HueScene>& scenes)
+{
+    QList<QStringList> rows{
+        {QStringLiteral("ID"), QStringLiteral("NAME"), QStringLiteral("TYPE"), QStringLiteral("LIGHTS")}};
+    for (const HueScene& scene : scenes)
+        rows.append({scene.scene_id, scene.name, scene.type, QString::number(scene.lights.size())});
+    return table(rows);
+}
+
+/// The records in their coded form, in the bridge's order, as one compact line.
+template <typename Record>
+QString jsonArray(const QList<Record>& records)
+{
+    JsonWriter json;
+    json.beginArray();
+    for (const Record& record : records)
+        CodedRecords::write(json, record);
+    json.endArray();
+    return QString::fromUtf8(json.text()) + u'\n';
+}
+
+template <typename Record>
+void printRecords(const QList<Record>& records, bool json, QString (*asTable)(const QList<Record>&))
+{
+    write(stdout, json ? jsonArray(records) : asTable(records));
+}
+
+} // namespace
+
+CtlCommands::CtlCommands(CtlInvocation invocation, QObject* parent)
+    : QObject(parent), m_invocation(std::move(invocation)),
+      m_network(std::make_unique<QNetworkAccessManager>())
+{
+    m_watchdog.setSingleShot(true);
+    m_watchdog.setInterval(patience);
+    connect(&m_watchdog, &QTimer::timeout, this, &CtlCommands::giveUp);
+}
+
+CtlCommands::~CtlCommands()
+{
+    // Replies still out (only after giving up) go first, so none can call back into a half-destroyed run.
+    m_network.reset();
+}
+
+void CtlCommands::start()
+{
+    m_watchdog.start();
+    if (!openSettings())
+        return finish(exitFailed);
+    fetchRecords();
+}
+
+bool CtlCommands::openSettings()
+{
+    QString file = m_invocation.settingsFile;
+    if (file.isEmpty())
+        file = qEnvironmentVariable("GLOWDECK_SETTINGS");
+    if (file.isEmpty())
+        file = JsonSettingsStore::defaultFileName();
+
+    QString address = m_invocation.bridge;
+    QString key = m_invocation.key;
+    const bool fileExists = QFileInfo(file).isFile();
+    if ((address.isEmpty() || key.isEmpty()) && fileExists) {
+        auto store = std::make_unique<JsonSettingsStore>(file);
+        if (address.isEmpty())
+            address = store->readString(SettingsKeys::bridgeIP).value_or(QString());
+        if (key.isEmpty())
+            key = store->readString(SettingsKeys::bridgeUser).value_or(QString());
+        m_store = std::move(store);
+    } else {
+        m_store = std::make_unique<MemorySettingsStore>();
+    }
+
+    if (address.isEmpty() || key.isEmpty()) {
+        const QString missing = address.isEmpty() && key.isEmpty()
+                                    ? QStringLiteral("No bridge address and key")
+                                : address.isEmpty() ? QStringLiteral("No bridge address")
+                                                    : QStringLiteral("No bridge key");
+        const QString where = fileExists ? QStringLiteral("stored in %1").arg(file)
+                                         : QStringLiteral("known: there is no settings file %1").arg(file);
+        printError(
+            QStringLiteral("%1 %2.\nPair Glowdeck with the bridge first, or pass --bridge HOST[:PORT] and "
+                           "--key KEY.")
+                .arg(missing, where));
+        return false;
+    }
+
+    m_settings = std::make_unique<AppSettings>(*m_store);
+    m_settings->setHueIP(address);
+    m_settings->setHueKey(key);
+    m_queue = std::make_unique<ActionQueue>(*m_settings, *m_network);
+    m_helper = std::make_unique<HueHelper>(*m_settings, *m_queue);
+    connect(m_queue.get(), &ActionQueue::sent, &m_watchdog, qOverload<>(&QTimer::start));
+    connect(m_queue.get(), &ActionQueue::drained, this, [this] { finish(exitDone); });
+    return true;
+}
+
+void CtlCommands::fetchRecords()
+{
+    const QString address = m_settings->hueIP();
+    const QString key = m_settings->hueKey();
+    switch (m_invocation.command) {
+    case CtlCommand::lights:
+    case CtlCommand::light:
+    case CtlCommand::allOff:
+        // all-off --in needs no list, only a bridge that answers; reading the lamps makes sure of that.
+        return HueCommunicationLights{.bridgeIP = address, .apiKey = key}.fetch(
+            *m_network, [this](const LightsResult& result) { onLights(result); });
+    case CtlCommand::rooms:
+    case CtlCommand::room:
+        return HueCommunicationGroups{.bridgeIP = address, .apiKey = key}.fetch(
+            *m_network, [this](const GroupsResult& result) { onGroups(result); });
+    case CtlCommand::scenes:
+    case CtlCommand::scene:
+        return HueCommunicationScenes{.bridgeIP = address, .apiKey = key}.fetch(
+            *m_network, [this](const ScenesResult& result) { onScenes(result); });
+    }
+}
+
+template <typename Error>
+void CtlCommands::failFetch(Error error)
+{
+    // The fetch has printed the list's own message for an answer it could not use, but nothing for a
+    // connection that failed.
+    if (error == Error::connectionFailed)
+        printError(QStringLiteral("Unable to connect to the Hue bridge at %1.").arg(m_settings->hueIP()));
+    else if (error == Error::invalidData)
+        printError(QStringLiteral("The bridge at %1 did not send the list. A key it does not know has that "
+                                  "effect: check --key, or pair Glowdeck with the bridge again.")
+                       .arg(m_settings->hueIP()));
+    finish(exitFailed);
+}
+
+void CtlCommands::onLights(const LightsResult& result)
+{
+    if (!result.ok())
+        return failFetch(*result.error);
+    m_settings->setLights(result.records);
+    if (m_invocation.command == CtlCommand::lights) {
+        printRecords(result.records, m_invocation.json, lightsTable);
+        return finish(exitDone);
+    }
+    if (m_invocation.command == CtlCommand::allOff)
+        return switchAllOff(result.records);
+    const auto light = std::find_if(result.records.begin(), result.records.end(),
+                                    [this](const HueLight& l) { return l.lamp_id == m_invocation.targetId; });
+    if (light == result.records.end())
+        return failUnknown(QStringLiteral("light"));
+    changeLight(*light);
+}
+
+void CtlCommands::onGroups(const GroupsResult& result)
+{
+    if (!result.ok())
+        return failFetch(*result.error);
+    m_settings->setGroups(result.records);
+    if (m_invocation.command == CtlCommand::rooms) {
+        printRecords(result.records, m_invocation.json, groupsTable);
+        return finish(exitDone);
+    }
+    const auto group = std::find_if(result.records.begin(), result.records.end(), [this](const HueGroup& g) {
+        return g.group_id == m_invocation.targetId;
+    });
+    if (group == result.records.end())
+        return failUnknown(QStringLiteral("room"));
+    changeGroup(*group);
+}
+
+void CtlCommands::onScenes(const ScenesResult& result)
+{
+    if (!result.ok())
+        return failFetch(*result.error);
+    m_settings->setScenes(result.records);
+    if (m_invocation.command == CtlCommand::scenes) {
+        printRecords(result.records, m_invocation.json, scenesTable);
+        return finish(exitDone);
+    }
+    const bool known = std::any_of(result.records.begin(), result.records.end(),
+                                   [this](const HueScene& s) { return s.scene_id == m_invocation.targetId; });
+    if (!known)
+        return failUnknown(QStringLiteral("scene"));
+    m_helper->recallScene(m_invocation.targetId);
+    awaitQueue();
+}
+
+void CtlCommands::changeLight(const HueLight& light)
+{
+    const qint64 value = m_invocation.value;
+    switch (m_invocation.action) {
+    case CtlAction::on:
+    case CtlAction::off:
+        m_helper->setLightOn(light, m_invocation.action == CtlAction::on);
+        break;
+    case CtlAction::brightness:
+        m_helper->setLightBrightness(light, value);
+        break;
+    case CtlAction::hue:
+        m_helper->setLightHue(light, value);
+        break;
+    case CtlAction::ct:
+        m_helper->setLightColorTemperature(light, value);
+        break;
+    case CtlAction::brighter:
+    case CtlAction::darker:
+        break; // rooms only; the command line refuses them for a lamp, and awaitQueue reports the empty queue
+    }
+    awaitQueue();
+}
+
+void CtlCommands::changeGroup(const HueGroup& group)
+{
+    const qint64 value = m_invocation.value;
+    switch (m_invocation.action) {
+    case CtlAction::on:
+    case CtlAction::off:
+        m_helper->setGroupOn(group, m_invocation.action == CtlAction::on);
+        break;
+    case CtlAction::brightness:
+        m_helper->setGroupBrightness(group, value);
+        break;
+    case CtlAction::hue:
+        m_helper->setGroupHue(group, value);
+        break;
+    case CtlAction::ct:
+        m_helper->setGroupColorTemperature(group, value);
+        break;
+    case CtlAction::brighter:
+        m_helper->increaseGroupBrightness(group, value);
+        break;
+    case CtlAction::darker:
+        m_helper->increaseGroupBrightness(group, -value);
+        break;
+    }
+    awaitQueue();
+}
+
+void CtlCommands::switchAllOff(const QList<HueLight>& lights)
+{
+    if (m_invocation.offAfterMinutes) {
+        m_helper->switchAllOffAfterMinutes(*m_invocation.offAfterMinutes);
+        return awaitQueue();
+    }
+    if (lights.isEmpty()) {
+        write(stdout, QStringLiteral("No reachable lights on this bridge.\n"));
+        return finish(exitDone);
+    }
+    // One request per lamp in list order, as the menu's "Darkness!" item does; the queue spaces them out.
+    for (const HueLight& light : lights)
+        m_helper->setLightOn(light, false);
+    awaitQueue();
+}
+
+void CtlCommands::awaitQueue()
+{
+    // HueHelper drops a change whose address does not form a URL (and says so); then nothing will drain.
+    if (!m_queue->isProcessing()) {
+        printError(QStringLiteral("Nothing was sent to the bridge."));
+        return finish(exitFailed);
+    }
+    // drained() finishes the run.
+}
+
+void CtlCommands::failUnknown(const QString& what)
+{
+    printError(QStringLiteral("No %1 with id %2 on this bridge.").arg(what, m_invocation.targetId));
+    finish(exitFailed);
+}
+
+void CtlCommands::giveUp()
+{
+    printError(QStringLiteral("Gave up: the Hue bridge at %1 made no progress for %2 seconds.")
+                   .arg(m_settings ? m_settings->hueIP() : QString(), QString::number(patience.count())));
+    finish(exitFailed);
+}
+
+void CtlCommands::finish(int exitStatus)
+{
+    if (m_finished)
+        return;
+    m_finished = true;
+    m_watchdog.stop();
+    Q_EMIT finished(exitStatus);
+}

@@ -1,0 +1,66 @@
+#pragma once
+
+#include "CtlArguments.h"
+
+#include "bridge/ResourceFetch.h"
+
+#include <QObject>
+#include <QTimer>
+
+#include <chrono>
+#include <memory>
+
+class ActionQueue;
+class AppSettings;
+class HueHelper;
+class QNetworkAccessManager;
+class SettingsStore;
+
+/// Runs one checked command against the bridge: reads the list it needs afresh, then prints it or sends the
+/// change through the same HueHelper and ActionQueue as the tray menu, and reports the exit status.
+class CtlCommands final : public QObject
+{
+    Q_OBJECT
+    Q_DISABLE_COPY_MOVE(CtlCommands)
+
+public:
+    /// A run that makes no progress for this long is given up, so a silent bridge cannot keep it waiting.
+    static constexpr std::chrono::seconds patience{15};
+
+    explicit CtlCommands(CtlInvocation invocation, QObject* parent = nullptr);
+    ~CtlCommands() override;
+
+    /// Starts the command; finished() follows exactly once. Call it from the running event loop.
+    void start();
+
+Q_SIGNALS:
+    /// A CtlExitStatus: done, or failed with the reason already printed.
+    void finished(int exitStatus);
+
+private:
+    bool openSettings();
+    void fetchRecords();
+    void onLights(const LightsResult& result);
+    void onGroups(const GroupsResult& result);
+    void onScenes(const ScenesResult& result);
+    void changeLight(const HueLight& light);
+    void changeGroup(const HueGroup& group);
+    void switchAllOff(const QList<HueLight>& lights);
+    /// Waits for the queue to send what the commands just handed to it.
+    void awaitQueue();
+    /// Reports a failed list read; `Error` is the list's error enum.
+    template <typename Error>
+    void failFetch(Error error);
+    void failUnknown(const QString& what);
+    void giveUp();
+    void finish(int exitStatus);
+
+    CtlInvocation m_invocation;
+    std::unique_ptr<QNetworkAccessManager> m_network;
+    std::unique_ptr<SettingsStore> m_store;
+    std::unique_ptr<AppSettings> m_settings;
+    std::unique_ptr<ActionQueue> m_queue;
+    std::unique_ptr<HueHelper> m_helper;
+    QTimer m_watchdog;
+    bool m_finished = false;
+};
