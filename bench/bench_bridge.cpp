@@ -1,0 +1,171 @@
+#include "LargeHome.h"
+#include "bridge/ActionQueue.h"
+#include "bridge/HueHelper.h"
+#include "bridge/ResourceFetch.h"
+#include "bridge/WireDecoder.h"
+#include "state/AppSettings.h"
+#include "state/JsonSettingsStore.h"
+
+#include <QCoreApplication>
+#include <QJsonDocument>
+#include <QNetworkAccessManager>
+#include <QTemporaryDir>
+
+#include <benchmark/benchmark.h>
+
+namespace {
+
+const LargeHome& home()
+{
+    static const LargeHome large = LargeHome::make(200, 50, 300);
+    return large;
+}
+
+const QByteArray& body(int list)
+{
+    return list == 0 ? home().lights : list == 1 ? home().groups : home().scenes;
+}
+
+void label(benchmark::State& state)
+{
+    static const char* const names[] = {"lights (200)", "groups (50)", "scenes (300)"};
+    state.SetLabel(names[state.range(0)]);
+    state.SetBytesProcessed(qint64(state.iterations()) * body(int(state.range(0))).size());
+}
+
+/// The bare parse of the same bytes: what any decoding must pay at least.
+void BM_Parse(benchmark::State& state)
+{
+    const QByteArray& json = body(int(state.range(0)));
+    for (auto _ : state)
+        benchmark::DoNotOptimize(WireDecoder::parseOnly(json));
+    label(state);
+}
+
+/// The same bytes through Qt's own JSON parser, for scale (it cannot keep the member order).
+void BM_QtParse(benchmark::State& state)
+{
+    const QByteArray& json = body(int(state.range(0)));
+    for (auto _ : state)
+        benchmark::DoNotOptimize(QJsonDocument::fromJson(json));
+    label(state);
+}
+
+/// Parse, decode into the wire records and derive the flat records, as a refresh does.
+void BM_DecodeAndDerive(benchmark::State& state)
+{
+    const QByteArray& json = body(int(state.range(0)));
+    const QString ip = QStringLiteral("192.168.1.20"), key = QStringLiteral("k");
+    for (auto _ : state) {
+        switch (state.range(0)) {
+        case 0:
+            benchmark::DoNotOptimize(lightsFromBody(json, ip, key));
+            break;
+        case 1:
+            benchmark::DoNotOptimize(groupsFromBody(json, ip, key));
+            break;
+        default:
+            benchmark::DoNotOptimize(scenesFromBody(json, ip, key));
+        }
+    }
+    label(state);
+}
+
+/// One dragged slider: 10,000 enqueues of brightness changes of one lamp, with the queue's insertions run
+/// as the event loop would run them.
+void BM_DraggedSliderEnqueues(benchmark::State& state)
+{
+    QTemporaryDir dir;
+    JsonSettingsStore store(dir.filePath(QStringLiteral("settings.json")));
+    AppSettings settings(store);
+    QNetworkAccessManager network;
+    ActionQueue queue(settings, network);
+    ActionQueueItem item{QUrl(QStringLiteral("http://127.0.0.1:9/api/k/lights/7/state")),
+                         {},
+                         QDateTime::currentDateTimeUtc(),
+                         true,
+                         false,
+                         QStringLiteral("7"),
+                         QStringLiteral("brightness")};
+    QList<ActionQueueItem> drag;
+    for (int i = 0; i < 10000; ++i) {
+        item.body = QByteArrayLiteral(R"({"bri":)") + QByteArray::number(i % 256) + "}";
+        drag.append(item);
+    }
+    for (auto _ : state) {
+        for (const ActionQueueItem& change : drag)
+            queue.enqueue(change);
+        QCoreApplication::sendPostedEvents();
+    }
+    queue.stopProcessor(); // nothing is sent: the timer never gets to tick
+    state.SetItemsProcessed(qint64(state.iterations()) * drag.size());
+}
+
+/// The same drag through the whole command: local change, address, body, enqueue.
+void BM_DraggedSliderCommands(benchmark::State& state)
+{
+    QTemporaryDir dir;
+    JsonSettingsStore store(dir.filePath(QStringLiteral("settings.json")));
+    AppSettings settings(store);
+    QNetworkAccessManager network;
+    ActionQueue queue(settings, network);
+    HueHelper helper(settings, queue);
+    const HueLight light{.lamp_id = QStringLiteral("7"),
+                         .hue_ip = QStringLiteral("127.0.0.1:9"),
+                         .hue_key = QStringLiteral("k")};
+    settings.setLights({light});
+    for (auto _ : state) {
+        for (int i = 0; i < 10000; ++i)
+            helper.setLightBrightness(light, i % 256);
+        QCoreApplication::sendPostedEvents();
+    }
+    queue.stopProcessor(); // nothing is sent: the timer never gets to tick
+    state.SetItemsProcessed(qint64(state.iterations()) * 10000);
+}
+
+/// Enqueue alone, against a queue already holding `range(0)` other changes: the cost grows with the queue.
+void BM_EnqueueBehind(benchmark::State& state)
+{
+    QTemporaryDir dir;
+    JsonSettingsStore store(dir.filePath(QStringLiteral("settings.json")));
+    AppSettings settings(store);
+    QNetworkAccessManager network;
+    ActionQueue queue(settings, network);
+    ActionQueueItem item{QUrl(QStringLiteral("http://127.0.0.1:9/api/k/lights/1/state")),
+                         R"({"bri":1})",
+                         QDateTime::currentDateTime(),
+                         true,
+                         false,
+                         QStringLiteral("1"),
+                         QStringLiteral("hue")};
+    for (int i = 0; i < state.range(0); ++i) {
+        item.item_id = QString::number(i + 1000);
+        queue.enqueue(item);
+    }
+    QCoreApplication::sendPostedEvents();
+    item.item_id = QStringLiteral("1");
+    for (auto _ : state) {
+        queue.enqueue(item);
+        QCoreApplication::sendPostedEvents();
+    }
+    queue.stopProcessor();
+    state.SetComplexityN(state.range(0));
+}
+
+} // namespace
+
+BENCHMARK(BM_Parse)->DenseRange(0, 2)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_QtParse)->DenseRange(0, 2)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_DecodeAndDerive)->DenseRange(0, 2)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_DraggedSliderEnqueues)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_DraggedSliderCommands)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_EnqueueBehind)->RangeMultiplier(4)->Range(1, 1024)->Complexity(benchmark::oN);
+
+int main(int argc, char** argv)
+{
+    QCoreApplication app(argc, argv);
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+    benchmark::Shutdown();
+    return 0;
+}
