@@ -1,0 +1,8 @@
+#!/usr/bin/env bash
+# Installs what is missing, builds, and runs the whole test suite.
+set -euo pipefail
+root="$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)"
+build="${GLOWDECK_BUILD_DIR:-$root/build}"
+
+"$root/scripts/build.sh"
+ctest --test-dir "$build" --output-on-failure --parallel 2 "$@"
