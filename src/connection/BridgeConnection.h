@@ -1,0 +1,71 @@
+#pragma once
+
+#include "bridge/ResourceFetch.h"
+
+#include <QDateTime>
+#include <QObject>
+#include <QPointer>
+#include <QTimer>
+
+#include <chrono>
+#include <functional>
+
+class AppSettings;
+class BridgePairing;
+class QNetworkAccessManager;
+
+/// Keeps the shared state in step with the bridge: pairs when there is no key, reads lights, rooms and
+/// scenes, refreshes them on a timer, persists an address and key that have worked, and forgets the key on
+/// disconnect. Runs on the main thread.
+class BridgeConnection final : public QObject
+{
+    Q_OBJECT
+    Q_DISABLE_COPY_MOVE(BridgeConnection)
+
+public:
+    static constexpr std::chrono::milliseconds refreshInterval{3500};
+    /// A refresh right after a user action would overwrite the change the user is still making.
+    static constexpr std::chrono::seconds quietAfterUserAction{3};
+
+    BridgeConnection(AppSettings& settings, QNetworkAccessManager& network, BridgePairing& pairing,
+                     QObject* parent = nullptr);
+
+    /// The clock behind the skip rule and the scene minutes; tests replace it.
+    void setClock(std::function<QDateTime()> now) { m_now = std::move(now); }
+
+    /// With a key: reads all three lists and makes sure the refresh timer runs (one timer, however often this
+    /// is called). Without one: starts pairing, which connects again when it succeeds.
+    void connectToBridge();
+    /// Empties lights and rooms, forgets the key (also the stored one) and marks the bridge disconnected. The
+    /// address, the scenes and the refresh timer are kept.
+    void disconnectFromBridge();
+
+    void refreshLights();
+    void refreshGroups();
+    void refreshScenes();
+
+    /// Creates the refresh timer when none runs.
+    void startBridgeStateRefresher();
+    /// Stops it (on sleep and on quit).
+    void stopBridgeStateRefresher();
+    bool isRefreshing() const { return !m_refresher.isNull(); }
+
+    /// One refresh tick, as the timer runs it: nothing within 3 s of the last user action; otherwise lights
+    /// and rooms, and scenes too in minutes 0, 15, 30 and 45 of the hour.
+    void refreshTick();
+
+Q_SIGNALS:
+    /// A light read finished and its outcome was applied (ok() tells which).
+    void lightsRefreshed(const LightsResult& result);
+    void groupsRefreshed(const GroupsResult& result);
+    void scenesRefreshed(const ScenesResult& result);
+
+private:
+    void onLights(const LightsResult& result);
+
+    AppSettings& m_settings;
+    QNetworkAccessManager& m_network;
+    BridgePairing& m_pairing;
+    QPointer<QTimer> m_refresher; // null while not refreshing
+    std::function<QDateTime()> m_now = [] { return QDateTime::currentDateTime(); };
+};

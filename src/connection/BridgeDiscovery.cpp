@@ -1,0 +1,115 @@
+#include "connection/BridgeDiscovery.h"
+
+#include "bridge/HttpExchange.h"
+#include "connection/CommandExecuting.h"
+#include "state/Console.h"
+
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QNetworkAccessManager>
+
+#include <cmath>
+
+namespace {
+
+// The Philips Hue hardware-address prefix 00:17:88 as arp prints it, without leading zeros. Matched as plain
+// text anywhere in the line, like the original lookup did.
+constexpr QStringView huePrefix = u"0:17:88";
+
+constexpr std::chrono::milliseconds serviceTimeout{10000};
+
+} // namespace
+
+QUrl BridgeDiscovery::defaultServiceUrl()
+{
+    if (qEnvironmentVariableIsSet("GLOWDECK_DISCOVERY_URL"))
+        return QUrl(qEnvironmentVariable("GLOWDECK_DISCOVERY_URL"));
+    return QUrl(QStringLiteral("https://discovery.meethue.com/"));
+}
+
+BridgeDiscovery::BridgeDiscovery(CommandExecuting& commands, QNetworkAccessManager& network, QObject* parent)
+    : QObject(parent), m_commands(commands), m_network(network)
+{}
+
+void BridgeDiscovery::detectBridgeIP(std::function<void(std::optional<QString>)> done)
+{
+    m_commands.resolveCommandPath(
+        QStringLiteral("arp"), [this, done = std::move(done)](CommandExecuting::PathResult path) mutable {
+            if (std::holds_alternative<BashError>(path))
+                return askService(std::move(done));
+            // Numeric output: a plain "arp" would look every address up in the DNS first.
+            m_commands.runCommand(
+                std::get<QString>(path), {QStringLiteral("-na")},
+                [this, done = std::move(done)](const QString& table) mutable {
+                    if (std::optional<QString> address = bridgeAddressFromArpTable(table)) {
+                        printLine(QStringLiteral("HueHelper: Bridge IP detected via ARP: ") + *address);
+                        return done(address);
+                    }
+                    askService(std::move(done));
+                });
+        });
+}
+
+std::optional<QString> BridgeDiscovery::bridgeAddressFromArpTable(const QString& arpOutput)
+{
+    // A line reads "? (192.168.1.20) at 0:17:88:a1:b2:c3 on en0 ifscope [ethernet]" (macOS) or
+    // "? (192.168.1.20) at 00:17:88:a1:b2:c3 [ether] on eth0" (Linux): the address is between the
+    // parentheses.
+    for (const QString& line : arpOutput.split(u'\n', Qt::SkipEmptyParts)) {
+        if (!line.contains(huePrefix))
+            continue;
+        const QStringList afterOpening = line.split(u'(', Qt::SkipEmptyParts);
+        if (afterOpening.size() < 2)
+            continue; // not arp's usual shape; nothing to read from it
+        const QStringList inside = afterOpening.at(1).split(u')', Qt::SkipEmptyParts);
+        if (inside.isEmpty())
+            continue;
+        const QString address = inside.first();
+        if (address.split(u'.').size() == 4)
+            return address.trimmed();
+    }
+    return std::nullopt;
+}
+
+std::optional<QString> BridgeDiscovery::bridgeAddressFromServiceAnswer(const QByteArray& answer)
+{
+    // One object only: an array (the service's answer when it knows several bridges) does not decode.
+    QJsonParseError error;
+    const QJsonDocument document = QJsonDocument::fromJson(answer, &error);
+    if (error.error != QJsonParseError::NoError || !document.isObject())
+        return std::nullopt;
+    const QJsonObject object = document.object();
+    const QJsonValue id = object.value(u"id");
+    const QJsonValue address = object.value(u"internalipaddress");
+    const QJsonValue port = object.value(u"port");
+    const auto isText = [](const QJsonValue& v) { return v.isUndefined() || v.isNull() || v.isString(); };
+    const bool portIsInteger = port.isUndefined() || port.isNull() ||
+                               (port.isDouble() && std::trunc(port.toDouble()) == port.toDouble());
+    if (!isText(id) || !isText(address) || !portIsInteger || !address.isString())
+        return std::nullopt;
+    return address.toString();
+}
+
+void BridgeDiscovery::fetchString(const QUrl& url, std::function<void(std::optional<QString>)> done)
+{
+    sendHttpRequest(m_network, QNetworkRequest(url), QByteArrayLiteral("GET"), {}, serviceTimeout,
+                    [done = std::move(done)](const HttpResult& answer) {
+                        if (answer.transportFailed || answer.tooLarge)
+                            return done(std::nullopt);
+                        done(QString::fromUtf8(answer.body));
+                    });
+}
+
+void BridgeDiscovery::askService(std::function<void(std::optional<QString>)> done)
+{
+    if (m_serviceUrl.isEmpty() || !m_serviceUrl.isValid()) {
+        QMetaObject::invokeMethod(
+            this, [done = std::move(done)] { done(std::nullopt); }, Qt::QueuedConnection);
+        return;
+    }
+    fetchString(m_serviceUrl, [done = std::move(done)](const std::optional<QString>& reply) {
+        if (!reply || reply->isEmpty())
+            return done(std::nullopt);
+        done(bridgeAddressFromServiceAnswer(reply->toUtf8()));
+    });
+}

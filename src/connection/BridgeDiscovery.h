@@ -1,0 +1,59 @@
+#pragma once
+
+#include <QObject>
+#include <QString>
+#include <QUrl>
+
+#include <functional>
+#include <optional>
+
+class CommandExecuting;
+class QNetworkAccessManager;
+
+/// What the bridge discovery service says about one bridge; every field may be missing.
+struct HueDiscoveryBridgeDetails
+{
+    std::optional<QString> id;
+    std::optional<QString> internalipaddress;
+    std::optional<qint64> port;
+};
+
+/// Finds a Hue bridge on the local network without the user typing its address: first in the computer's ARP
+/// table (by the maker's hardware prefix), then through the public discovery service.
+class BridgeDiscovery final : public QObject
+{
+    Q_OBJECT
+    Q_DISABLE_COPY_MOVE(BridgeDiscovery)
+
+public:
+    /// Philips' public discovery service. Overridden by GLOWDECK_DISCOVERY_URL (tests point it at loopback;
+    /// an empty value switches the service off).
+    static QUrl defaultServiceUrl();
+
+    BridgeDiscovery(CommandExecuting& commands, QNetworkAccessManager& network, QObject* parent = nullptr);
+
+    /// An empty URL switches the service off: only the ARP table is looked at.
+    void setServiceUrl(const QUrl& url) { m_serviceUrl = url; }
+    QUrl serviceUrl() const { return m_serviceUrl; }
+
+    /// Looks for a bridge and answers once with its address, or nothing. Prints
+    /// "HueHelper: Bridge IP detected via ARP: <address>" when the ARP table had it.
+    void detectBridgeIP(std::function<void(std::optional<QString>)> done);
+
+    /// The first line of `arp -na` output whose text contains the Hue prefix "0:17:88" and whose address
+    /// between the parentheses has four dotted parts; lines of another shape are passed over.
+    static std::optional<QString> bridgeAddressFromArpTable(const QString& arpOutput);
+    /// The "internalipaddress" of a discovery answer decoded as one JSON object; nothing for anything else
+    /// (a JSON array, as the service sends for several bridges, included).
+    static std::optional<QString> bridgeAddressFromServiceAnswer(const QByteArray& answer);
+
+    /// GET `url` and hand over the body as UTF-8 text; nothing on a transport failure.
+    void fetchString(const QUrl& url, std::function<void(std::optional<QString>)> done);
+
+private:
+    void askService(std::function<void(std::optional<QString>)> done);
+
+    CommandExecuting& m_commands;
+    QNetworkAccessManager& m_network;
+    QUrl m_serviceUrl = defaultServiceUrl();
+};

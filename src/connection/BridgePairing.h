@@ -1,0 +1,52 @@
+#pragma once
+
+#include <QObject>
+#include <QString>
+
+#include <functional>
+#include <optional>
+
+class AppSettings;
+class QNetworkAccessManager;
+
+/// Asks the bridge for an application key after its link button was pressed.
+class BridgePairing final : public QObject
+{
+    Q_OBJECT
+    Q_DISABLE_COPY_MOVE(BridgePairing)
+
+public:
+    /// Outcome words of requestApiKey; any other outcome is the new key itself.
+    static inline const QString pressButton = QStringLiteral("press_button");
+    static inline const QString noConnection = QStringLiteral("no_connection");
+    /// The body of the link request.
+    static inline const QByteArray linkBody = QByteArrayLiteral(R"({"devicetype":"glowdeck_app#osx"})");
+
+    BridgePairing(AppSettings& settings, QNetworkAccessManager& network, QObject* parent = nullptr);
+
+    /// POSTs the link body to "http://<ip>/api" and answers once with the key, pressButton (the bridge's
+    /// errors 101 and 1) or noConnection (no answer, an answer that is not a JSON array of results, an empty
+    /// array, any other error). Only the first element of the answer counts.
+    void requestApiKey(const QString& ip, std::function<void(QString)> done);
+
+    /// The "Connect" action: asks the bridge at `hueIP`; on success sets `hueKey` and emits paired(),
+    /// otherwise sets `connectionErrorMessage` to the matching message. The stored key is left alone either
+    /// way (the connection step stores it once the bridge has answered with lights).
+    void pairWithBridge();
+
+    /// POST the link body to `url`; the reply body as UTF-8 text, or nothing without an answer.
+    void postString(const QString& url, std::function<void(std::optional<QString>)> done);
+
+    static QString pressButtonMessage();
+    static QString noConnectionMessage();
+
+Q_SIGNALS:
+    /// pairWithBridge() finished with this outcome (a key, pressButton or noConnection).
+    void pairingFinished(const QString& outcome);
+    /// pairWithBridge() stored a new key in `hueKey`: time to connect.
+    void paired();
+
+private:
+    AppSettings& m_settings;
+    QNetworkAccessManager& m_network;
+};

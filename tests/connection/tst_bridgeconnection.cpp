@@ -1,0 +1,308 @@
+#include "TestSupport.h"
+#include "connection/BridgeConnection.h"
+#include "connection/BridgePairing.h"
+#include "simulator/BridgeSimulator.h"
+#include "state/SettingsKeys.h"
+
+#include <QNetworkAccessManager>
+#include <QNetworkReply>
+#include <QSignalSpy>
+#include <QTest>
+#include <QTimer>
+
+#include <algorithm>
+#include <memory>
+
+namespace Keys = SettingsKeys;
+
+/// Watches the three list reads of one connection.
+struct ListReads final
+{
+    explicit ListReads(BridgeConnection* connection)
+        : lights(connection, &BridgeConnection::lightsRefreshed),
+          groups(connection, &BridgeConnection::groupsRefreshed),
+          scenes(connection, &BridgeConnection::scenesRefreshed)
+    {}
+    qsizetype count() const { return lights.size() + groups.size() + scenes.size(); }
+    bool waitForAll()
+    {
+        return QTest::qWaitFor([this] { return !lights.isEmpty() && !groups.isEmpty() && !scenes.isEmpty(); },
+                               10000);
+    }
+
+    QSignalSpy lights;
+    QSignalSpy groups;
+    QSignalSpy scenes;
+};
+
+class TestBridgeConnection final : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+    void readsTheListsBeforeStoringTheBridge();
+    void pairsFirstWithoutAKey_data();
+    void pairsFirstWithoutAKey();
+    void failedLightReadStoresNothing_data();
+    void failedLightReadStoresNothing();
+    void failedGroupAndSceneReadsChangeNothing();
+    void putsTheStoredLightOrderFirst();
+    void refreshTickSkipsAfterUserActionsAndReadsScenesQuarterHourly_data();
+    void refreshTickSkipsAfterUserActionsAndReadsScenesQuarterHourly();
+    void disconnectForgetsTheKeyButKeepsAddressScenesAndTimer();
+    void keepsOneRefresherAndStopsIt();
+
+private:
+    AppSettings& settings() { return m_state->settings(); }
+    SettingsStore& store() { return m_state->store(); }
+    /// Connects and waits until all three list reads have answered.
+    bool connectAndWait();
+    /// The lists read with GET since the last clearRequests(), in arrival order.
+    QStringList listsRead() const;
+    int activeTimers() const;
+    int repliesInFlight() const;
+
+    std::unique_ptr<BridgeSimulator> m_bridge;
+    std::unique_ptr<TestSettings> m_state;
+    std::unique_ptr<QNetworkAccessManager> m_network;
+    std::unique_ptr<BridgePairing> m_pairing;
+    std::unique_ptr<BridgeConnection> m_connection;
+    QString m_key;
+};
+
+void TestBridgeConnection::init()
+{
+    m_bridge = std::make_unique<BridgeSimulator>();
+    QVERIFY(m_bridge->listen());
+    m_key = m_bridge->addUser();
+    m_state = std::make_unique<TestSettings>();
+    settings().setHueIP(m_bridge->hostAndPort());
+    settings().setHueKey(m_key);
+    m_network = std::make_unique<QNetworkAccessManager>();
+    m_pairing = std::make_unique<BridgePairing>(settings(), *m_network);
+    m_connection = std::make_unique<BridgeConnection>(settings(), *m_network, *m_pairing);
+}
+
+void TestBridgeConnection::cleanup()
+{
+    m_connection->stopBridgeStateRefresher();
+    QVERIFY(QTest::qWaitFor([this] { return repliesInFlight() == 0; }, 10000));
+    m_connection.reset();
+    m_pairing.reset();
+    m_network.reset();
+    m_state.reset();
+    m_bridge.reset();
+}
+
+bool TestBridgeConnection::connectAndWait()
+{
+    ListReads reads(m_connection.get());
+    m_connection->connectToBridge();
+    return reads.waitForAll();
+}
+
+QStringList TestBridgeConnection::listsRead() const
+{
+    QStringList lists;
+    for (const SimulatedRequest& request : m_bridge->requests()) {
+        if (request.method == "GET")
+            lists.append(request.path.section(u'/', 3));
+    }
+    return lists;
+}
+
+int TestBridgeConnection::activeTimers() const
+{
+    const QList<QTimer*> timers = m_connection->findChildren<QTimer*>();
+    return int(std::count_if(timers.begin(), timers.end(), [](QTimer* t) { return t->isActive(); }));
+}
+
+int TestBridgeConnection::repliesInFlight() const
+{
+    const QList<QNetworkReply*> replies = m_network->findChildren<QNetworkReply*>();
+    return int(
+        std::count_if(replies.begin(), replies.end(), [](QNetworkReply* r) { return !r->isFinished(); }));
+}
+
+void TestBridgeConnection::readsTheListsBeforeStoringTheBridge()
+{
+    settings().setConnectionErrorMessage(QStringLiteral("earlier trouble"));
+    ListReads reads(m_connection.get());
+    m_connection->connectToBridge();
+    QVERIFY(settings().log().contains(QStringLiteral("Connecting to Bridge... [%1]").arg(m_key)));
+    QVERIFY(!store().contains(Keys::bridgeIP));
+    QVERIFY(!store().contains(Keys::bridgeUser));
+    QVERIFY(reads.waitForAll());
+    QCOMPARE(listsRead(), (QStringList{"lights", "groups", "scenes"}));
+    QCOMPARE(m_bridge->requests().first().path, QStringLiteral("/api/%1/lights").arg(m_key));
+    QVERIFY(!settings().lights().isEmpty());
+    QVERIFY(!settings().groups().isEmpty());
+    QVERIFY(!settings().scenes().isEmpty());
+    QVERIFY(settings().bridgeConnected());
+    QCOMPARE(settings().connectionErrorMessage(), QString());
+    QCOMPARE(store().readString(Keys::bridgeIP), m_bridge->hostAndPort());
+    QCOMPARE(store().readString(Keys::bridgeUser), m_key);
+    QVERIFY(m_connection->isRefreshing());
+}
+
+void TestBridgeConnection::pairsFirstWithoutAKey_data()
+{
+    QTest::addColumn<bool>("buttonPressed");
+
+    QTest::newRow("link button pressed") << true;
+    QTest::newRow("link button not pressed") << false;
+}
+
+void TestBridgeConnection::pairsFirstWithoutAKey()
+{
+    QFETCH(bool, buttonPressed);
+    settings().setHueKey(QString());
+    if (buttonPressed)
+        m_bridge->pressLinkButton();
+    QSignalSpy finished(m_pairing.get(), &BridgePairing::pairingFinished);
+    m_connection->connectToBridge();
+    QVERIFY(settings().log().contains(QStringLiteral("We have a Bridge IP, but no API key yet...")));
+    QVERIFY(finished.wait(10000));
+    QCOMPARE(m_bridge->requests().first().method, QByteArray("POST"));
+    QCOMPARE(m_bridge->requests().first().path, QStringLiteral("/api"));
+    if (!buttonPressed) {
+        QCOMPARE(settings().hueKey(), QString());
+        QVERIFY(settings().lights().isEmpty());
+        QVERIFY(!store().contains(Keys::bridgeUser));
+        return;
+    }
+    QTRY_VERIFY(!settings().lights().isEmpty());
+    QVERIFY(m_bridge->users().contains(settings().hueKey()));
+    QTRY_COMPARE(store().readString(Keys::bridgeUser), settings().hueKey());
+}
+
+void TestBridgeConnection::failedLightReadStoresNothing_data()
+{
+    QTest::addColumn<BridgeSimulator::Fault>("fault");
+
+    QTest::newRow("error answer") << BridgeSimulator::Fault::ErrorArray;
+    QTest::newRow("dropped connection") << BridgeSimulator::Fault::DropConnection;
+    QTest::newRow("nobody listening") << BridgeSimulator::Fault::None;
+}
+
+void TestBridgeConnection::failedLightReadStoresNothing()
+{
+    QFETCH(BridgeSimulator::Fault, fault);
+    if (fault == BridgeSimulator::Fault::None)
+        settings().setHueIP(QStringLiteral("127.0.0.1:1"));
+    m_bridge->setFault(fault);
+    settings().setBridgeConnected(true);
+    settings().setConnectionErrorMessage(QStringLiteral("earlier trouble"));
+    QVERIFY(connectAndWait());
+    QVERIFY(!settings().bridgeConnected());
+    QCOMPARE(settings().connectionErrorMessage(), QStringLiteral("earlier trouble"));
+    QVERIFY(!store().contains(Keys::bridgeIP));
+    QVERIFY(!store().contains(Keys::bridgeUser));
+}
+
+void TestBridgeConnection::failedGroupAndSceneReadsChangeNothing()
+{
+    HueGroup group;
+    group.group_id = QStringLiteral("77");
+    HueScene scene;
+    scene.scene_id = QStringLiteral("kept");
+    settings().setGroups({group});
+    settings().setScenes({scene});
+    m_bridge->setRawResource(QStringLiteral("groups"), "garbage");
+    m_bridge->setRawResource(QStringLiteral("scenes"), R"([{"error":{"type":901}}])");
+    QVERIFY(connectAndWait());
+    QCOMPARE(settings().groups(), QList<HueGroup>{group});
+    QCOMPARE(settings().scenes(), QList<HueScene>{scene});
+    QVERIFY(settings().bridgeConnected());
+    QCOMPARE(store().readString(Keys::bridgeUser), m_key);
+}
+
+void TestBridgeConnection::putsTheStoredLightOrderFirst()
+{
+    store().writeString(QStringLiteral("lightOrder"), QStringLiteral("3,1"));
+    QStringList expected{"3", "1"};
+    for (const QString& id : m_bridge->lightIds()) {
+        const bool reachable = m_bridge->light(id).value(u"state").toObject().value(u"reachable").toBool();
+        if (reachable && !expected.contains(id))
+            expected.append(id);
+    }
+    QVERIFY(connectAndWait());
+    QStringList ids;
+    for (const HueLight& light : settings().lights())
+        ids.append(light.lamp_id);
+    QCOMPARE(ids, expected);
+}
+
+void TestBridgeConnection::refreshTickSkipsAfterUserActionsAndReadsScenesQuarterHourly_data()
+{
+    QTest::addColumn<QTime>("now");
+    QTest::addColumn<int>("sinceUserAction"); // milliseconds
+    QTest::addColumn<QStringList>("lists");
+
+    const QStringList both{"groups", "lights"};
+    const QStringList all{"groups", "lights", "scenes"};
+    QTest::newRow("2 s after a user action") << QTime(12, 16, 10) << 2000 << QStringList();
+    QTest::newRow("3 s after a user action") << QTime(12, 16, 10) << 3000 << QStringList();
+    QTest::newRow("3.5 s after a user action") << QTime(12, 16, 10) << 3500 << both;
+    QTest::newRow("user action in the future") << QTime(12, 16, 10) << -10000 << QStringList();
+    QTest::newRow("minute 15") << QTime(12, 15, 10) << 4000 << all;
+    QTest::newRow("minute 14, last second") << QTime(12, 14, 59) << 4000 << both;
+    QTest::newRow("minute 0") << QTime(12, 0, 5) << 4000 << all;
+    QTest::newRow("minute 30") << QTime(12, 30, 0) << 60000 << all;
+    QTest::newRow("minute 45, last second") << QTime(12, 45, 59) << 4000 << all;
+    QTest::newRow("minute 46") << QTime(12, 46, 0) << 4000 << both;
+}
+
+void TestBridgeConnection::refreshTickSkipsAfterUserActionsAndReadsScenesQuarterHourly()
+{
+    QFETCH(QTime, now);
+    QFETCH(int, sinceUserAction);
+    QFETCH(QStringList, lists);
+    const QDateTime clock(QDate(2024, 5, 6), now);
+    m_connection->setClock([clock] { return clock; });
+    settings().setLastUserActionAt(clock.addMSecs(-sinceUserAction));
+    ListReads reads(m_connection.get());
+    m_bridge->clearRequests();
+    m_connection->refreshTick();
+    // Every read of the tick is under way once it returns, so a skipped tick shows here at once.
+    QCOMPARE(repliesInFlight(), lists.size());
+    QTRY_COMPARE(reads.count(), lists.size());
+    QStringList read = listsRead();
+    read.sort();
+    QCOMPARE(read, lists);
+}
+
+void TestBridgeConnection::disconnectForgetsTheKeyButKeepsAddressScenesAndTimer()
+{
+    QVERIFY(connectAndWait());
+    const QList<HueScene> scenes = settings().scenes();
+    m_connection->disconnectFromBridge();
+    QVERIFY(settings().lights().isEmpty());
+    QVERIFY(settings().groups().isEmpty());
+    QCOMPARE(settings().hueKey(), QString());
+    QVERIFY(store().contains(Keys::bridgeUser));
+    QCOMPARE(store().readString(Keys::bridgeUser), QString(""));
+    QVERIFY(!settings().bridgeConnected());
+    QCOMPARE(store().readString(Keys::bridgeIP), m_bridge->hostAndPort());
+    QCOMPARE(settings().scenes(), scenes);
+    QVERIFY(m_connection->isRefreshing());
+    QCOMPARE(activeTimers(), 1);
+}
+
+void TestBridgeConnection::keepsOneRefresherAndStopsIt()
+{
+    QVERIFY(connectAndWait());
+    QVERIFY(connectAndWait());
+    m_connection->startBridgeStateRefresher();
+    m_connection->startBridgeStateRefresher();
+    QVERIFY(m_connection->isRefreshing());
+    QCOMPARE(activeTimers(), 1);
+    m_connection->stopBridgeStateRefresher();
+    QVERIFY(!m_connection->isRefreshing());
+    QCOMPARE(activeTimers(), 0);
+}
+
+QTEST_GUILESS_MAIN(TestBridgeConnection)
+#include "tst_bridgeconnection.moc"

@@ -1,0 +1,252 @@
+#include "DiscoveryServer.h"
+#include "TestSupport.h"
+#include "connection/BridgeDiscovery.h"
+#include "connection/CommandExecuting.h"
+
+#include <QNetworkAccessManager>
+#include <QTest>
+#include <QTimer>
+
+#include <memory>
+
+/// Canned answers in place of real programs; answers later, as the real runner does, and keeps every call.
+class FakeCommands final : public CommandExecuting
+{
+public:
+    PathResult path = QStringLiteral("/usr/sbin/arp");
+    QString output;
+    QStringList resolved;
+    QList<QPair<QString, QStringList>> runs;
+
+    void resolveCommandPath(const QString& name, std::function<void(PathResult)> done) override
+    {
+        resolved.append(name);
+        QTimer::singleShot(0, [done, result = path] { done(result); });
+    }
+    void runCommand(const QString& program, const QStringList& arguments,
+                    std::function<void(QString)> done) override
+    {
+        runs.append({program, arguments});
+        QTimer::singleShot(0, [done, text = output] { done(text); });
+    }
+    void runScript(const QString&, const QStringList&,
+                   std::function<void(std::optional<QString>)> done) override
+    {
+        QTimer::singleShot(0, [done] { done(std::nullopt); });
+    }
+};
+
+/// Counts every request made through it, so that one that never reaches a server still shows.
+class CountingNetwork final : public QNetworkAccessManager
+{
+public:
+    int requests = 0;
+
+protected:
+    QNetworkReply* createRequest(Operation op, const QNetworkRequest& request, QIODevice* body) override
+    {
+        ++requests;
+        return QNetworkAccessManager::createRequest(op, request, body);
+    }
+};
+
+namespace {
+
+const QString bridgeLine = QStringLiteral("? (192.168.1.20) at 0:17:88:a1:b2:c3 on en0 ifscope [ethernet]");
+const QString routerLine = QStringLiteral("? (192.168.1.1) at a4:2b:b0:11:22:33 on en0 ifscope [ethernet]");
+const QString nothing = QStringLiteral("<nothing>");
+
+QString shown(const std::optional<QString>& address)
+{
+    return address.value_or(nothing);
+}
+
+} // namespace
+
+class TestBridgeDiscovery final : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+    void findsTheBridgeInTheArpTable_data();
+    void findsTheBridgeInTheArpTable();
+    void readsOnlyASingleBridgeFromTheService_data();
+    void readsOnlyASingleBridgeFromTheService();
+    void anArpHitAnswersWithoutAskingTheService();
+    void asksTheServiceWhenTheArpTableHasNoBridge_data();
+    void asksTheServiceWhenTheArpTableHasNoBridge();
+    void answersNothingWhenNeitherKnowsABridge_data();
+    void answersNothingWhenNeitherKnowsABridge();
+
+private:
+    /// Runs one detection to its answer.
+    std::optional<QString> detect();
+
+    std::unique_ptr<FakeCommands> m_commands;
+    std::unique_ptr<CountingNetwork> m_network;
+    std::unique_ptr<DiscoveryServer> m_service;
+    std::unique_ptr<BridgeDiscovery> m_discovery;
+};
+
+void TestBridgeDiscovery::init()
+{
+    m_commands = std::make_unique<FakeCommands>();
+    m_network = std::make_unique<CountingNetwork>();
+    m_service = std::make_unique<DiscoveryServer>();
+    QVERIFY(m_service->listen());
+    m_service->setAnswer(R"({"id":"001788fffe0a0b0c","internalipaddress":"192.168.1.77","port":443})");
+    m_discovery = std::make_unique<BridgeDiscovery>(*m_commands, *m_network);
+    m_discovery->setServiceUrl(m_service->url());
+}
+
+void TestBridgeDiscovery::cleanup()
+{
+    m_discovery.reset();
+    m_service.reset();
+    m_network.reset();
+    m_commands.reset();
+}
+
+std::optional<QString> TestBridgeDiscovery::detect()
+{
+    auto answers = std::make_shared<QList<std::optional<QString>>>();
+    m_discovery->detectBridgeIP([answers](std::optional<QString> address) { answers->append(address); });
+    if (!QTest::qWaitFor([&] { return !answers->isEmpty(); }, 10000))
+        return QStringLiteral("<no answer>");
+    return answers->first();
+}
+
+void TestBridgeDiscovery::findsTheBridgeInTheArpTable_data()
+{
+    QTest::addColumn<QString>("output");
+    QTest::addColumn<QString>("address");
+
+    const QString lines = QStringLiteral("%1\n%2");
+    QTest::newRow("macOS line") << bridgeLine << "192.168.1.20";
+    QTest::newRow("Linux line") << "? (192.168.1.20) at 00:17:88:a1:b2:c3 [ether] on eth0"
+                                << "192.168.1.20";
+    QTest::newRow("another maker") << routerLine << nothing;
+    QTest::newRow("prefix inside a longer byte") << "? (10.0.0.5) at 10:17:88:aa:bb:cc on en0"
+                                                 << "10.0.0.5";
+    QTest::newRow("prefix at the end") << "? (10.0.0.6) at aa:bb:cc:00:17:88 on en0"
+                                       << "10.0.0.6";
+    QTest::newRow("two bridges: first in output")
+        << lines.arg(bridgeLine, "? (192.168.1.21) at 0:17:88:0:0:1 on en0") << "192.168.1.20";
+    QTest::newRow("incomplete entry skipped")
+        << lines.arg("? (incomplete) at 0:17:88:0:0:9 on en0", bridgeLine) << "192.168.1.20";
+    QTest::newRow("IPv6 entry skipped")
+        << lines.arg("? (fe80::1) at 0:17:88:0:0:9 on en0", bridgeLine) << "192.168.1.20";
+    QTest::newRow("five dotted parts") << "? (192.168.1.20.5) at 0:17:88:a1:b2:c3 on en0" << nothing;
+    QTest::newRow("no parenthesis, then a bridge")
+        << lines.arg("bridge at 0:17:88:a1:b2:c3", bridgeLine) << "192.168.1.20";
+    QTest::newRow("empty lines around") << "\n\n" + bridgeLine + "\n\n"
+                                        << "192.168.1.20";
+    QTest::newRow("spaces inside the parentheses") << "? ( 192.168.1.20 ) at 0:17:88:a1:b2:c3"
+                                                   << "192.168.1.20";
+    // arp always starts a line with the host name or "?": a line opening on the parenthesis is not its shape.
+    QTest::newRow("parenthesis first on the line is passed over")
+        << "(192.168.1.20) at 0:17:88:a1:b2:c3\n? (192.168.1.30) at 0:17:88:a1:b2:c4"
+        << "192.168.1.30";
+    QTest::newRow("empty output") << "" << nothing;
+}
+
+void TestBridgeDiscovery::findsTheBridgeInTheArpTable()
+{
+    QFETCH(QString, output);
+    QFETCH(QString, address);
+    QCOMPARE(shown(BridgeDiscovery::bridgeAddressFromArpTable(output)), address);
+}
+
+void TestBridgeDiscovery::readsOnlyASingleBridgeFromTheService_data()
+{
+    QTest::addColumn<QByteArray>("answer");
+    QTest::addColumn<QString>("address");
+
+    QTest::newRow("full object") << QByteArray(R"({"id":"x","internalipaddress":"192.168.1.20","port":443})")
+                                 << "192.168.1.20";
+    QTest::newRow("array of one bridge")
+        << QByteArray(R"([{"id":"x","internalipaddress":"192.168.1.20"}])") << nothing;
+    QTest::newRow("no address") << QByteArray(R"({"id":"x","port":443})") << nothing;
+    QTest::newRow("address as number") << QByteArray(R"({"internalipaddress":192})") << nothing;
+    QTest::newRow("port as text") << QByteArray(R"({"internalipaddress":"192.168.1.20","port":"443"})")
+                                  << nothing;
+    QTest::newRow("empty") << QByteArray() << nothing;
+    QTest::newRow("garbage") << QByteArray("<html>busy</html>") << nothing;
+}
+
+void TestBridgeDiscovery::readsOnlyASingleBridgeFromTheService()
+{
+    QFETCH(QByteArray, answer);
+    QFETCH(QString, address);
+    QCOMPARE(shown(BridgeDiscovery::bridgeAddressFromServiceAnswer(answer)), address);
+}
+
+void TestBridgeDiscovery::anArpHitAnswersWithoutAskingTheService()
+{
+    PrintedLines printed;
+    m_commands->output = routerLine + u'\n' + bridgeLine + u'\n';
+    QCOMPARE(shown(detect()), QStringLiteral("192.168.1.20"));
+    QCOMPARE(m_commands->resolved, QStringList{"arp"});
+    QCOMPARE(m_commands->runs.size(), 1);
+    QCOMPARE(m_commands->runs.first().first, QStringLiteral("/usr/sbin/arp"));
+    QCOMPARE(m_commands->runs.first().second, QStringList{"-na"});
+    QVERIFY(printed.lines().contains(QStringLiteral("HueHelper: Bridge IP detected via ARP: 192.168.1.20")));
+    QCOMPARE(m_network->requests, 0);
+    QCOMPARE(m_service->requestCount(), 0);
+}
+
+void TestBridgeDiscovery::asksTheServiceWhenTheArpTableHasNoBridge_data()
+{
+    QTest::addColumn<bool>("arpFound");
+
+    QTest::newRow("no bridge in the table") << true;
+    QTest::newRow("arp not found") << false;
+}
+
+void TestBridgeDiscovery::asksTheServiceWhenTheArpTableHasNoBridge()
+{
+    QFETCH(bool, arpFound);
+    PrintedLines printed;
+    if (!arpFound)
+        m_commands->path = BashError{BashError::Kind::commandNotFound, QStringLiteral("arp")};
+    m_commands->output = routerLine;
+    QCOMPARE(shown(detect()), QStringLiteral("192.168.1.77"));
+    QCOMPARE(m_service->requestCount(), 1);
+    QCOMPARE(m_commands->runs.size(), arpFound ? 1 : 0);
+    QVERIFY(printed.lines().filter(QStringLiteral("via ARP")).isEmpty());
+}
+
+void TestBridgeDiscovery::answersNothingWhenNeitherKnowsABridge_data()
+{
+    QTest::addColumn<QString>("service");
+    QTest::addColumn<QByteArray>("answer");
+
+    QTest::newRow("service silent") << "silent" << QByteArray();
+    QTest::newRow("service lists several bridges")
+        << "answers" << QByteArray(R"([{"internalipaddress":"10.0.0.2"},{"internalipaddress":"10.0.0.3"}])");
+    QTest::newRow("service unreachable") << "unreachable" << QByteArray();
+    QTest::newRow("service switched off") << "off" << QByteArray();
+}
+
+void TestBridgeDiscovery::answersNothingWhenNeitherKnowsABridge()
+{
+    QFETCH(QString, service);
+    QFETCH(QByteArray, answer);
+    PrintedLines printed;
+    m_commands->output = routerLine;
+    m_service->setAnswer(answer);
+    m_service->setSilent(service == "silent");
+    if (service == "unreachable")
+        m_discovery->setServiceUrl(QUrl(QStringLiteral("http://127.0.0.1:1/")));
+    if (service == "off")
+        m_discovery->setServiceUrl(QUrl());
+    QCOMPARE(shown(detect()), nothing);
+    QCOMPARE(printed.lines(), QStringList());
+    if (service == "off")
+        QCOMPARE(m_network->requests, 0);
+}
+
+QTEST_GUILESS_MAIN(TestBridgeDiscovery)
+#include "tst_bridgediscovery.moc"

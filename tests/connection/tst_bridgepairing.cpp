@@ -1,0 +1,161 @@
+#include "DiscoveryServer.h"
+#include "TestSupport.h"
+#include "connection/BridgePairing.h"
+#include "simulator/BridgeSimulator.h"
+#include "state/SettingsKeys.h"
+
+#include <QNetworkAccessManager>
+#include <QSignalSpy>
+#include <QTest>
+
+#include <memory>
+
+class TestBridgePairing final : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+    void asksForTheLinkButtonUntilItIsPressed();
+    void getsANewKeyOnceTheButtonIsPressed();
+    void readsOnlyTheFirstResultOfTheAnswer_data();
+    void readsOnlyTheFirstResultOfTheAnswer();
+    void failedPairingKeepsThePreviousKey_data();
+    void failedPairingKeepsThePreviousKey();
+    void pairingSetsTheKeyButLeavesTheStoredOneAlone();
+
+private:
+    /// Runs one key request to its answer.
+    QString requestKey(const QString& ip);
+
+    std::unique_ptr<BridgeSimulator> m_bridge;
+    std::unique_ptr<TestSettings> m_state;
+    std::unique_ptr<QNetworkAccessManager> m_network;
+    std::unique_ptr<BridgePairing> m_pairing;
+};
+
+void TestBridgePairing::init()
+{
+    m_bridge = std::make_unique<BridgeSimulator>();
+    QVERIFY(m_bridge->listen());
+    m_state = std::make_unique<TestSettings>();
+    m_state->settings().setHueIP(m_bridge->hostAndPort());
+    m_network = std::make_unique<QNetworkAccessManager>();
+    m_pairing = std::make_unique<BridgePairing>(m_state->settings(), *m_network);
+}
+
+void TestBridgePairing::cleanup()
+{
+    m_pairing.reset();
+    m_network.reset();
+    m_state.reset();
+    m_bridge.reset();
+}
+
+QString TestBridgePairing::requestKey(const QString& ip)
+{
+    auto answers = std::make_shared<QStringList>();
+    m_pairing->requestApiKey(ip, [answers](const QString& outcome) { answers->append(outcome); });
+    if (!QTest::qWaitFor([&] { return !answers->isEmpty(); }, 10000))
+        return QStringLiteral("<no answer>");
+    return answers->first();
+}
+
+void TestBridgePairing::asksForTheLinkButtonUntilItIsPressed()
+{
+    QCOMPARE(requestKey(m_bridge->hostAndPort()), BridgePairing::pressButton);
+    QCOMPARE(m_bridge->requests().size(), 1);
+    const SimulatedRequest request = m_bridge->requests().first();
+    QCOMPARE(request.method, QByteArray("POST"));
+    QCOMPARE(request.path, QStringLiteral("/api"));
+    QCOMPARE(request.rawBody, QByteArray(R"({"devicetype":"glowdeck_app#osx"})"));
+    QVERIFY(m_bridge->users().isEmpty());
+}
+
+void TestBridgePairing::getsANewKeyOnceTheButtonIsPressed()
+{
+    m_bridge->pressLinkButton();
+    const QString key = requestKey(m_bridge->hostAndPort());
+    QVERIFY2(m_bridge->users().contains(key), qPrintable(key));
+}
+
+void TestBridgePairing::readsOnlyTheFirstResultOfTheAnswer_data()
+{
+    QTest::addColumn<QByteArray>("answer");
+    QTest::addColumn<QString>("outcome");
+
+    const QString press = BridgePairing::pressButton;
+    const QString none = BridgePairing::noConnection;
+    QTest::newRow("link button not pressed")
+        << QByteArray(R"([{"error":{"type":101,"address":"","description":"link button not pressed"}}])")
+        << press;
+    QTest::newRow("unauthorized") << QByteArray(R"([{"error":{"type":1}}])") << press;
+    QTest::newRow("other error") << QByteArray(R"([{"error":{"type":7}}])") << none;
+    QTest::newRow("success") << QByteArray(R"([{"success":{"username":"abc"}}])") << "abc";
+    QTest::newRow("error before success")
+        << QByteArray(R"([{"error":{"type":101}},{"success":{"username":"abc"}}])") << press;
+    QTest::newRow("success before error")
+        << QByteArray(R"([{"success":{"username":"abc"}},{"error":{"type":101}}])") << "abc";
+    QTest::newRow("empty array") << QByteArray("[]") << none;
+    QTest::newRow("object instead of array") << QByteArray("{}") << none;
+    QTest::newRow("empty body") << QByteArray() << none;
+    QTest::newRow("garbage") << QByteArray("<html>no</html>") << none;
+}
+
+void TestBridgePairing::readsOnlyTheFirstResultOfTheAnswer()
+{
+    QFETCH(QByteArray, answer);
+    QFETCH(QString, outcome);
+    DiscoveryServer bridge;
+    QVERIFY(bridge.listen());
+    bridge.setAnswer(answer);
+    QCOMPARE(requestKey(QStringLiteral("127.0.0.1:%1").arg(bridge.url().port())), outcome);
+    QCOMPARE(bridge.requestCount(), 1);
+}
+
+void TestBridgePairing::failedPairingKeepsThePreviousKey_data()
+{
+    QTest::addColumn<bool>("reachable");
+    QTest::addColumn<QString>("message");
+
+    QTest::newRow("link button not pressed") << true << "Bridge responded: Press LINK BUTTON and retry";
+    QTest::newRow("nobody listening")
+        << false << "Unable to connect to the Hue bridge. Is the IP address correct?";
+}
+
+void TestBridgePairing::failedPairingKeepsThePreviousKey()
+{
+    QFETCH(bool, reachable);
+    QFETCH(QString, message);
+    AppSettings& settings = m_state->settings();
+    settings.setHueKey(QStringLiteral("previous-key"));
+    if (!reachable)
+        settings.setHueIP(QStringLiteral("127.0.0.1:1"));
+    QSignalSpy finished(m_pairing.get(), &BridgePairing::pairingFinished);
+    QSignalSpy paired(m_pairing.get(), &BridgePairing::paired);
+    m_pairing->pairWithBridge();
+    QVERIFY(finished.wait(10000));
+    QCOMPARE(settings.connectionErrorMessage(), message);
+    QCOMPARE(settings.hueKey(), QStringLiteral("previous-key"));
+    QCOMPARE(paired.size(), 0);
+}
+
+void TestBridgePairing::pairingSetsTheKeyButLeavesTheStoredOneAlone()
+{
+    m_state->store().writeString(SettingsKeys::bridgeUser, QStringLiteral("stored-key"));
+    m_bridge->pressLinkButton();
+    QSignalSpy finished(m_pairing.get(), &BridgePairing::pairingFinished);
+    QSignalSpy paired(m_pairing.get(), &BridgePairing::paired);
+    m_pairing->pairWithBridge();
+    QVERIFY(paired.wait(10000));
+    QCOMPARE(paired.size(), 1);
+    const QString key = m_state->settings().hueKey();
+    QVERIFY2(m_bridge->users().contains(key), qPrintable(key));
+    QTRY_COMPARE(finished.size(), 1);
+    QCOMPARE(finished.first().first().toString(), key);
+    QCOMPARE(m_state->store().readString(SettingsKeys::bridgeUser), QStringLiteral("stored-key"));
+}
+
+QTEST_GUILESS_MAIN(TestBridgePairing)
+#include "tst_bridgepairing.moc"

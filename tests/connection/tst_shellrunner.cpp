@@ -1,0 +1,75 @@
+#include "TestSupport.h"
+#include "connection/ShellRunner.h"
+
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <memory>
+
+class TestShellRunner final : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void resolvesACommandThroughTheLoginShell();
+    void reportsAnUnknownCommand();
+    void handsOverStandardOutput();
+    void warnsAndAnswersNothingForAMissingScript();
+
+private:
+    /// Waits for the one answer of an asynchronous call.
+    template <typename T>
+    static std::optional<T> answerOf(const std::function<void(std::function<void(T)>)>& call)
+    {
+        auto answers = std::make_shared<QList<T>>();
+        call([answers](T answer) { answers->append(std::move(answer)); });
+        if (!QTest::qWaitFor([&] { return !answers->isEmpty(); }, 30000))
+            return std::nullopt;
+        return answers->first();
+    }
+
+    ShellRunner m_runner;
+};
+
+void TestShellRunner::resolvesACommandThroughTheLoginShell()
+{
+    const auto path = answerOf<CommandExecuting::PathResult>(
+        [this](auto done) { m_runner.resolveCommandPath(QStringLiteral("sh"), done); });
+    QVERIFY(path.has_value());
+    QVERIFY(std::holds_alternative<QString>(*path));
+    QVERIFY2(std::get<QString>(*path).endsWith(QStringLiteral("/sh")), qPrintable(std::get<QString>(*path)));
+}
+
+void TestShellRunner::reportsAnUnknownCommand()
+{
+    const QString name = QStringLiteral("no-such-command-glowdeck");
+    const auto path =
+        answerOf<CommandExecuting::PathResult>([&](auto done) { m_runner.resolveCommandPath(name, done); });
+    QVERIFY(path.has_value());
+    QVERIFY(std::holds_alternative<BashError>(*path));
+    QCOMPARE(std::get<BashError>(*path), (BashError{BashError::Kind::commandNotFound, name}));
+}
+
+void TestShellRunner::handsOverStandardOutput()
+{
+    const auto output = answerOf<QString>([this](auto done) {
+        m_runner.runCommand(QStringLiteral("/bin/echo"), {QStringLiteral("a b")}, done);
+    });
+    QCOMPARE(output, std::optional<QString>(QStringLiteral("a b\n")));
+}
+
+void TestShellRunner::warnsAndAnswersNothingForAMissingScript()
+{
+    QTemporaryDir scripts;
+    ShellRunner runner(scripts.path());
+    PrintedLines printed;
+    const auto output = answerOf<std::optional<QString>>(
+        [&](auto done) { runner.runScript(QStringLiteral("missing"), {}, done); });
+    QVERIFY(output.has_value());
+    QCOMPARE(*output, std::optional<QString>());
+    const QString rule = QStringLiteral("---------------------------------------");
+    QCOMPARE(printed.lines(), (QStringList{rule, "-----DEPRECATED USE OF RUN_SCRIPT: missing", rule}));
+}
+
+QTEST_GUILESS_MAIN(TestShellRunner)
+#include "tst_shellrunner.moc"
