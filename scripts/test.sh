@@ -5,4 +5,6 @@ root="$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)"
 build="${GLOWDECK_BUILD_DIR:-$root/build}"
 
 "$root/scripts/build.sh"
+# Tests talk to loopback only; the public bridge discovery service stays switched off.
+export GLOWDECK_DISCOVERY_URL=""
 ctest --test-dir "$build" --output-on-failure --parallel 2 "$@"

@@ -1,4 +1,5 @@
 #include "BridgeSimulator.h"
+#include "DiscoveryServer.h"
 
 #include "bridge/CodedRecords.h"
 
@@ -7,9 +8,11 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
+#include <QRegularExpression>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QTimer>
 
 #include <memory>
 
@@ -58,13 +61,25 @@ private Q_SLOTS:
     void failuresExitOne();
     void storedBridgeIsUsed();
     void missingBridgeSendsNothing();
+    void discover_data();
+    void discover();
+    void pair_data();
+    void pair();
+    void status_data();
+    void status();
 
 private:
     /// Runs glowdeckctl ("light 2 on"); `nameSimulator` adds --bridge and --key for the simulator.
+    /// "{sim}" and "{discovery}" stand for the addresses of the simulator and the discovery server.
     Run run(const QString& commandLine, bool nameSimulator = true);
     QString settingsFile() const { return m_dir->filePath(QStringLiteral("settings.json")); }
+    /// Writes the simulator's address as "bridgeIP" and its key as "bridgeUser", those of `keys` only.
+    void storeSettings(const QStringList& keys);
+    QJsonObject storedSettings() const;
 
     std::unique_ptr<BridgeSimulator> m_sim;
+    std::unique_ptr<DiscoveryServer> m_discovery;
+    QString m_discoveryUrl; ///< GLOWDECK_DISCOVERY_URL of the child; empty switches the service off
     std::unique_ptr<QTemporaryDir> m_dir;
     QString m_key;
 };
@@ -78,16 +93,23 @@ void TestGlowdeckCtl::init()
     m_sim->setRawResource(QStringLiteral("lights"), lightsBody);
     m_sim->setRawResource(QStringLiteral("groups"), groupsBody);
     m_sim->setRawResource(QStringLiteral("scenes"), scenesBody);
+    m_discovery = std::make_unique<DiscoveryServer>();
+    QVERIFY(m_discovery->listen());
+    m_discoveryUrl.clear();
 }
 
 Run TestGlowdeckCtl::run(const QString& commandLine, bool nameSimulator)
 {
     QStringList arguments = commandLine.split(u' ', Qt::SkipEmptyParts);
+    arguments.replaceInStrings(QStringLiteral("{sim}"), m_sim->hostAndPort());
+    arguments.replaceInStrings(QStringLiteral("{discovery}"), m_discovery->url().toString());
     if (nameSimulator)
         arguments << QStringLiteral("--bridge") << m_sim->hostAndPort() << QStringLiteral("--key") << m_key;
     QProcess process;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(QStringLiteral("GLOWDECK_SETTINGS"), settingsFile());
+    // Never the public discovery service: the loopback stand-in or none.
+    environment.insert(QStringLiteral("GLOWDECK_DISCOVERY_URL"), m_discoveryUrl);
     process.setProcessEnvironment(environment);
     QSignalSpy finished(&process, &QProcess::finished);
     process.start(QStringLiteral(GLOWDECKCTL_PATH), arguments);
@@ -98,6 +120,23 @@ Run TestGlowdeckCtl::run(const QString& commandLine, bool nameSimulator)
     }
     return {process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()),
             QString::fromUtf8(process.readAllStandardError())};
+}
+
+void TestGlowdeckCtl::storeSettings(const QStringList& keys)
+{
+    const QJsonObject all{{"bridgeIP", m_sim->hostAndPort()}, {"bridgeUser", m_key}};
+    QJsonObject settings;
+    for (const QString& key : keys)
+        settings.insert(key, all.value(key));
+    QFile file(settingsFile());
+    QVERIFY(keys.isEmpty() ||
+            (file.open(QIODevice::WriteOnly) && file.write(QJsonDocument(settings).toJson())));
+}
+
+QJsonObject TestGlowdeckCtl::storedSettings() const
+{
+    QFile file(settingsFile());
+    return file.open(QIODevice::ReadOnly) ? QJsonDocument::fromJson(file.readAll()).object() : QJsonObject();
 }
 
 void TestGlowdeckCtl::listsAsJsonKeepTheBridgeOrder()
@@ -203,20 +242,35 @@ void TestGlowdeckCtl::badArgumentsSendNothing_data()
         "light 2 brightness 256", "room 1 hue 65536", "light 2 ct 152", "room 1 ct 501",
         "room 1 darker 0", "room 1 brighter 256", "room 1 off now", "scene",
         "all-off --in 0", "all-off --in 1441", "all-off --in 2.5", "lights --in 5",
-        "light 2 on --json", "lights --bridge 127.0.0.1:80"};
+        "light 2 on --json", "lights --bridge 127.0.0.1:80", "lights --wait 5",
+        "lights --discovery-url {discovery}"};
+    // discover, pair and status take no --key, discover no --bridge: these name the simulator themselves.
+    const char* const connectionLines[] = {
+        "discover x", "discover --wait 5", "discover --bridge {sim}",
+        "discover --discovery-url ftp://127.0.0.1/", "discover --discovery-url",
+        "pair --bridge {sim} --wait 0", "pair --bridge {sim} --wait 601", "pair --bridge {sim} --wait soon",
+        "pair --bridge {sim} --key abc", "pair --bridge {sim} now", "pair --discovery-url {discovery}",
+        "status --bridge {sim} --wait 5", "status --bridge {sim} x"};
     // clang-format on
+    QTest::addColumn<bool>("named");
     for (const char* line : commandLines)
-        QTest::newRow(*line ? line : "(nothing)") << QString::fromLatin1(line);
+        QTest::newRow(*line ? line : "(nothing)") << QString::fromLatin1(line) << true;
+    for (const char* line : connectionLines)
+        QTest::newRow(line) << QString::fromLatin1(line) << false;
 }
 
 void TestGlowdeckCtl::badArgumentsSendNothing()
 {
     QFETCH(QString, commandLine);
-    const Run result = run(commandLine);
+    QFETCH(bool, named);
+    m_discoveryUrl = m_discovery->url().toString(); // so that a discover run would ask it
+    const Run result = run(commandLine, named);
     QCOMPARE(result.exitCode, 2);
     QVERIFY2(result.err.contains(QStringLiteral("Usage: glowdeckctl")), qPrintable(result.err));
     QVERIFY(result.out.isEmpty());
     QCOMPARE(m_sim->requests().size(), 0);
+    QCOMPARE(m_discovery->requestCount(), 0);
+    QVERIFY(!QFile::exists(settingsFile()));
 }
 
 void TestGlowdeckCtl::failuresExitOne_data()
@@ -262,11 +316,7 @@ void TestGlowdeckCtl::failuresExitOne()
 
 void TestGlowdeckCtl::storedBridgeIsUsed()
 {
-    QFile file(settingsFile());
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write(
-        QJsonDocument(QJsonObject{{"bridgeIP", m_sim->hostAndPort()}, {"bridgeUser", m_key}}).toJson());
-    file.close();
+    storeSettings({"bridgeIP", "bridgeUser"});
     QCOMPARE(run(QStringLiteral("room 1 on"), false).exitCode, 0);
     const auto requests = m_sim->requests();
     QCOMPARE(requests.size(), 2);
@@ -280,6 +330,123 @@ void TestGlowdeckCtl::missingBridgeSendsNothing()
     QVERIFY2(result.err.contains(QStringLiteral("--bridge")), qPrintable(result.err));
     QCOMPARE(m_sim->requests().size(), 0);
     QVERIFY(!QFile::exists(settingsFile())); // a run never creates the settings file
+}
+
+void TestGlowdeckCtl::discover_data()
+{
+    // Without --discovery-url the service is named by the environment.
+    QTest::addColumn<QString>("commandLine");
+    QTest::addColumn<QByteArray>("answer");
+    QTest::addColumn<QString>("message"); // "Found ..." when a bridge is found
+    // 192.0.2.7 is only stored, never contacted. No CI machine's ARP table holds a Hue bridge.
+    const QByteArray one = R"({"id":"001788fffe0a0b0c","internalipaddress":"192.0.2.7","port":443})";
+    const QString found = QStringLiteral("Found a Hue bridge at 192.0.2.7.");
+    const QString none = QStringLiteral("No Hue bridge found on this network.");
+    QTest::newRow("service") << "discover" << one << found;
+    QTest::newRow("--discovery-url") << "discover --discovery-url {discovery}" << one << found;
+    QTest::newRow("several bridges") << "discover" << QByteArray('[' + one + ']') << none;
+    QTest::newRow("not an address") << "discover" << QByteArray(R"({"internalipaddress":"a/b"})")
+                                    << QStringLiteral("not HOST[:PORT]; nothing was stored");
+    QTest::newRow("service off") << "discover --discovery-url=" << one << none;
+}
+
+void TestGlowdeckCtl::discover()
+{
+    QFETCH(QString, commandLine);
+    QFETCH(QByteArray, answer);
+    QFETCH(QString, message);
+    m_discovery->setAnswer(answer);
+    if (!commandLine.contains(QStringLiteral("--discovery-url")))
+        m_discoveryUrl = m_discovery->url().toString();
+    const Run result = run(commandLine, false);
+    const bool found = message.startsWith(QStringLiteral("Found"));
+    QCOMPARE(result.exitCode, found ? 0 : 1);
+    QVERIFY2((result.out + result.err).contains(message), qPrintable(result.out + result.err));
+    QCOMPARE(m_discovery->requestCount(), commandLine.endsWith(u'=') ? 0 : 1);
+    QCOMPARE(storedSettings().value("bridgeIP").toString(), found ? QStringLiteral("192.0.2.7") : QString());
+}
+
+void TestGlowdeckCtl::pair_data()
+{
+    QTest::addColumn<QString>("commandLine");
+    QTest::addColumn<QStringList>("stored"); // settings written before the run
+    QTest::addColumn<int>("pressAfter");     // the link button, in milliseconds after the start; -1 never
+    QTest::addColumn<QString>("message");    // "Paired ..." on success
+    const QString paired = QStringLiteral("Paired with the bridge at {sim}: 3 lights, 1 room, 1 scene.");
+    const QString press = QStringLiteral("Bridge responded: Press LINK BUTTON and retry");
+    const QString nobody = QStringLiteral("Unable to connect to the Hue bridge. Is the IP address correct?");
+    const QStringList none;
+    QTest::newRow("no button") << "pair --bridge {sim}" << none << -1 << press;
+    QTest::newRow("button pressed") << "pair --bridge {sim}" << none << 0 << paired;
+    QTest::newRow("stored address") << "pair" << QStringList{"bridgeIP"} << 0 << paired;
+    QTest::newRow("wait for the button") << "pair --bridge {sim} --wait 5" << none << 1500 << paired;
+    QTest::newRow("wait runs out") << "pair --bridge {sim} --wait 2" << none << -1 << press;
+    QTest::newRow("nobody there") << "pair --bridge 127.0.0.1:1" << none << -1 << nobody;
+    QTest::newRow("no address") << "pair" << none << -1 << QStringLiteral("No bridge address stored");
+}
+
+void TestGlowdeckCtl::pair()
+{
+    QFETCH(QString, commandLine);
+    QFETCH(QStringList, stored);
+    QFETCH(int, pressAfter);
+    QFETCH(QString, message);
+    storeSettings(stored);
+    if (pressAfter >= 0)
+        QTimer::singleShot(pressAfter, m_sim.get(), &BridgeSimulator::pressLinkButton);
+    const Run result = run(commandLine, false);
+    const bool paired = message.startsWith(QStringLiteral("Paired"));
+    QCOMPARE(result.exitCode, paired ? 0 : 1);
+    message.replace(QStringLiteral("{sim}"), m_sim->hostAndPort());
+    QVERIFY2((result.out + result.err).contains(message), qPrintable(result.out + result.err));
+    const QStringList users = m_sim->users();
+    QCOMPARE(users.size(), paired ? 2 : 1);
+    QCOMPARE(storedSettings().value("bridgeUser").toString(), paired ? users.last() : QString());
+    const bool addressStored = paired || !stored.isEmpty(); // a failed pairing creates no file
+    QCOMPARE(storedSettings().value("bridgeIP").toString(), addressStored ? m_sim->hostAndPort() : QString());
+    QCOMPARE(QFile::exists(settingsFile()), addressStored);
+}
+
+void TestGlowdeckCtl::status_data()
+{
+    QTest::addColumn<QString>("commandLine");
+    QTest::addColumn<QStringList>("stored"); // settings written before the run
+    QTest::addColumn<int>("exitCode");
+    QTest::addColumn<QString>("bridgeLine");
+    QTest::addColumn<QString>("request"); // the only one expected; "{key}" is the simulator's key
+    const QStringList both{"bridgeIP", "bridgeUser"};
+    const auto row = [](const char* name, const char* commandLine, const QStringList& stored, int exitCode,
+                        const char* bridgeLine, const char* request) {
+        QTest::newRow(name) << QString::fromLatin1(commandLine) << stored << exitCode << bridgeLine
+                            << request;
+    };
+    row("address and key", "status", both, 0, "answers (3 lights)", "GET /api/{key}/lights");
+    row("no key", "status", {"bridgeIP"}, 0, "answers; no key yet", "GET /api/config");
+    row("unknown key", "status --key nobody", both, 1, "answers, but sent no lamps",
+        "GET /api/nobody/lights");
+    row("nobody there", "status --bridge 127.0.0.1:1", both, 1, "does not answer", "");
+    row("no address", "status", {}, 1, "no bridge address stored; run glowdeckctl discover", "");
+}
+
+void TestGlowdeckCtl::status()
+{
+    QFETCH(QString, commandLine);
+    QFETCH(QStringList, stored);
+    QFETCH(int, exitCode);
+    QFETCH(QString, bridgeLine);
+    QFETCH(QString, request);
+    storeSettings(stored);
+    const Run result = run(commandLine, false);
+    QCOMPARE(result.exitCode, exitCode);
+    const QString keyStored = stored.contains(QStringLiteral("bridgeUser")) ? "yes" : "no";
+    const QRegularExpression lines(QStringLiteral("\nKey stored: +%1\\b.*\n(.*\n)?Bridge: +%2")
+                                       .arg(keyStored, QRegularExpression::escape(bridgeLine)));
+    QVERIFY2(result.out.contains(lines), qPrintable(result.out));
+    QVERIFY(!(result.out + result.err).contains(m_key)); // whether there is a key, never the key
+    QStringList sent;
+    for (const auto& r : m_sim->requests())
+        sent << QString::fromLatin1(r.method) + u' ' + r.path;
+    QCOMPARE(sent, request.isEmpty() ? QStringList() : QStringList{request.replace("{key}", m_key)});
 }
 
 QTEST_GUILESS_MAIN(TestGlowdeckCtl)

@@ -7,6 +7,7 @@
 #include <QUrl>
 
 #include <algorithm>
+#include <utility>
 
 namespace {
 
@@ -39,6 +40,19 @@ constexpr ActionForm actionForms[] = {
 };
 
 constexpr Range minutesRange{1, 1440};
+constexpr Range waitRange{1, 600};
+
+/// The options that go with some commands only; each command's entry lists those it takes.
+enum OptionFlag : unsigned
+{
+    jsonOption = 1U << 0,
+    inOption = 1U << 1,
+    waitOption = 1U << 2,
+    discoveryUrlOption = 1U << 3,
+    bridgeOption = 1U << 4,
+    keyOption = 1U << 5,
+};
+constexpr unsigned bridgeAndKey = bridgeOption | keyOption;
 
 using OperandReader = QString (*)(const QStringList& operands, CtlInvocation& invocation);
 
@@ -51,8 +65,7 @@ struct CommandForm
     const char* synopsis;
     const char* summary;
     OperandReader readOperands;
-    bool listsRecords; ///< accepts --json
-    bool takesDelay;   ///< accepts --in
+    unsigned options; ///< the OptionFlags it takes
 };
 
 QString quoted(const QString& text)
@@ -166,25 +179,45 @@ QString sceneOperands(const QStringList& operands, CtlInvocation& invocation)
 
 constexpr CommandForm commandForms[] = {
     {"lights", CtlCommand::lights, "", "List the lamps: id, name, on/off, brightness, kind, product",
-     noOperands, true, false},
+     noOperands, jsonOption | bridgeAndKey},
     {"rooms", CtlCommand::rooms, "", "List the rooms: id, name, on/off, brightness, lamp ids", noOperands,
-     true, false},
-    {"scenes", CtlCommand::scenes, "", "List the scenes: id, name, type, number of lamps", noOperands, true,
-     false},
-    {"light", CtlCommand::light, "ID CHANGE", "Change one lamp (see CHANGE below)", lightOperands, false,
-     false},
-    {"room", CtlCommand::room, "ID CHANGE", "Change one room (see CHANGE below)", roomOperands, false, false},
-    {"scene", CtlCommand::scene, "ID", "Recall a scene", sceneOperands, false, false},
+     jsonOption | bridgeAndKey},
+    {"scenes", CtlCommand::scenes, "", "List the scenes: id, name, type, number of lamps", noOperands,
+     jsonOption | bridgeAndKey},
+    {"light", CtlCommand::light, "ID CHANGE", "Change one lamp (see CHANGE below)", lightOperands,
+     bridgeAndKey},
+    {"room", CtlCommand::room, "ID CHANGE", "Change one room (see CHANGE below)", roomOperands, bridgeAndKey},
+    {"scene", CtlCommand::scene, "ID", "Recall a scene", sceneOperands, bridgeAndKey},
     {"all-off", CtlCommand::allOff, "[--in MINUTES]", "Switch every lamp off, one after the other",
-     noOperands, false, true},
+     noOperands, inOption | bridgeAndKey},
+    {"discover", CtlCommand::discover, "[--discovery-url URL]",
+     "Find the bridge on this network and store its address", noOperands, discoveryUrlOption},
+    {"pair", CtlCommand::pair, "[--wait SECONDS]",
+     "Get a key from the bridge (press its link button) and store it", noOperands, waitOption | bridgeOption},
+    {"status", CtlCommand::status, "", "Show the stored bridge and whether it answers", noOperands,
+     bridgeAndKey},
 };
 
-/// The address goes into request URLs as it is, so it must be a plain host with an optional port.
-bool isBridgeAddress(const QString& text)
+/// "pair", "discover or pair", "lights, rooms or scenes": the commands that take the option `flag`.
+QString commandsTaking(OptionFlag flag)
 {
-    const QUrl url(QStringLiteral("http://") + text + u'/', QUrl::StrictMode);
-    return !text.isEmpty() && url.isValid() && !url.host().isEmpty() && url.path() == u"/" &&
-           url.userInfo().isEmpty() && !url.hasQuery() && !url.hasFragment();
+    QStringList names;
+    for (const CommandForm& form : commandForms) {
+        if (form.options & flag)
+            names.append(QString::fromLatin1(form.name));
+    }
+    if (names.size() < 2)
+        return names.value(0);
+    const QString last = names.takeLast();
+    return names.join(QStringLiteral(", ")) + QStringLiteral(" or ") + last;
+}
+
+/// The discovery service is asked over HTTP or HTTPS; an empty URL switches it off.
+bool isServiceUrl(const QString& text)
+{
+    const QUrl url(text, QUrl::StrictMode);
+    return text.isEmpty() || (url.isValid() && (url.scheme() == u"http" || url.scheme() == u"https") &&
+                              !url.host().isEmpty() && url.userInfo().isEmpty());
 }
 
 /// The key is a path segment of every request; bridges hand out letters and digits, so URL-safe is enough.
@@ -196,8 +229,9 @@ bool isBridgeKey(const QString& text)
     });
 }
 
-const QStringList valueOptions = {QStringLiteral("--bridge"), QStringLiteral("--key"),
-                                  QStringLiteral("--settings"), QStringLiteral("--in")};
+const QStringList valueOptions = {QStringLiteral("--bridge"),   QStringLiteral("--key"),
+                                  QStringLiteral("--settings"), QStringLiteral("--in"),
+                                  QStringLiteral("--wait"),     QStringLiteral("--discovery-url")};
 
 /// QCommandLineParser reads "-5" as the short option "5"; a negative number deserves its own message.
 QString negativeNumberIn(const QStringList& arguments)
@@ -218,6 +252,13 @@ QString negativeNumberIn(const QStringList& arguments)
 
 } // namespace
 
+bool CtlArguments::isBridgeAddress(const QString& text)
+{
+    const QUrl url(QStringLiteral("http://") + text + u'/', QUrl::StrictMode);
+    return !text.isEmpty() && url.isValid() && !url.host().isEmpty() && url.path() == u"/" &&
+           url.userInfo().isEmpty() && !url.hasQuery() && !url.hasFragment();
+}
+
 CtlArguments CtlArguments::refused(const QString& why)
 {
     CtlArguments result;
@@ -236,14 +277,16 @@ CtlArguments CtlArguments::parse(const QStringList& arguments)
     const QCommandLineOption settings(QStringLiteral("settings"), QString(), QStringLiteral("FILE"));
     const QCommandLineOption json(QStringLiteral("json"));
     const QCommandLineOption in(QStringLiteral("in"), QString(), QStringLiteral("MINUTES"));
+    const QCommandLineOption wait(QStringLiteral("wait"), QString(), QStringLiteral("SECONDS"));
+    const QCommandLineOption discoveryUrl(QStringLiteral("discovery-url"), QString(), QStringLiteral("URL"));
     const QCommandLineOption help(QStringList{QStringLiteral("h"), QStringLiteral("help")});
     const QCommandLineOption version(QStringList{QStringLiteral("v"), QStringLiteral("version")});
     QCommandLineParser parser;
-    parser.addOptions({bridge, key, settings, json, in, help, version});
+    parser.addOptions({bridge, key, settings, json, in, wait, discoveryUrl, help, version});
     if (!parser.parse(arguments))
         return refused(parser.errorText());
 
-    for (const QCommandLineOption& option : {bridge, key, settings, in}) {
+    for (const QCommandLineOption& option : {bridge, key, settings, in, wait, discoveryUrl}) {
         if (parser.values(option).size() > 1)
             return refused(QStringLiteral("--%1 is given more than once.").arg(option.names().constFirst()));
     }
@@ -272,17 +315,38 @@ CtlArguments CtlArguments::parse(const QStringList& arguments)
     if (QString error = form->readOperands(operands, invocation); !error.isEmpty())
         return refused(error);
 
+    const std::pair<const QCommandLineOption&, OptionFlag> ownedOptions[] = {
+        {json, jsonOption},     {in, inOption},   {wait, waitOption}, {discoveryUrl, discoveryUrlOption},
+        {bridge, bridgeOption}, {key, keyOption},
+    };
+    for (const auto& [option, flag] : ownedOptions) {
+        if (parser.isSet(option) && !(form->options & flag))
+            return refused(QStringLiteral("--%1 goes with %2 only, not with %3.")
+                               .arg(option.names().constFirst(), commandsTaking(flag), name));
+    }
+
     invocation.json = parser.isSet(json);
-    if (invocation.json && !form->listsRecords)
-        return refused(QStringLiteral("--json goes with lights, rooms or scenes only."));
     if (parser.isSet(in)) {
-        if (!form->takesDelay)
-            return refused(QStringLiteral("--in goes with all-off only."));
         qint64 minutes = 0;
         if (QString error = readNumber(parser.value(in), QStringLiteral("--in"), minutesRange, minutes);
             !error.isEmpty())
             return refused(error);
         invocation.offAfterMinutes = minutes;
+    }
+    if (parser.isSet(wait)) {
+        qint64 seconds = 0;
+        if (QString error = readNumber(parser.value(wait), QStringLiteral("--wait"), waitRange, seconds);
+            !error.isEmpty())
+            return refused(error);
+        invocation.waitSeconds = seconds;
+    }
+    if (parser.isSet(discoveryUrl)) {
+        invocation.discoveryUrl = parser.value(discoveryUrl);
+        if (!isServiceUrl(*invocation.discoveryUrl))
+            return refused(
+                QStringLiteral("--discovery-url takes an http or https URL (an empty one switches the "
+                               "service off), not %1.")
+                    .arg(quoted(*invocation.discoveryUrl)));
     }
     if (parser.isSet(bridge)) {
         invocation.bridge = parser.value(bridge);
@@ -312,8 +376,12 @@ QString CtlArguments::usage()
     QString text = QStringLiteral("Usage: glowdeckctl [OPTIONS] COMMAND [ARGUMENTS]\n\n"
                                   "Controls the Philips Hue lamps of the bridge Glowdeck is paired with.\n\n"
                                   "Commands:\n");
+    // A left part too wide for its column gets a line of its own.
     auto line = [&text](const QString& left, const QString& right) {
-        text += QStringLiteral("  ") + left.leftJustified(column - 3) + u' ' + right + u'\n';
+        if (left.size() > column - 3)
+            text += QStringLiteral("  ") + left + u'\n' + QString(column, u' ') + right + u'\n';
+        else
+            text += QStringLiteral("  ") + left.leftJustified(column - 3) + u' ' + right + u'\n';
     };
     for (const CommandForm& form : commandForms) {
         const QString synopsis = QString::fromLatin1(form.synopsis);
@@ -327,7 +395,8 @@ QString CtlArguments::usage()
              (form.takesValue ? rangeText(form.range) : QString()) + QString::fromLatin1(form.note));
     }
     text += QStringLiteral("\nOptions:\n");
-    line(QStringLiteral("--bridge HOST[:PORT]"), QStringLiteral("bridge address for this run (not stored)"));
+    line(QStringLiteral("--bridge HOST[:PORT]"),
+         QStringLiteral("bridge address for this run; only pair stores it (once it has a key)"));
     line(QStringLiteral("--key KEY"), QStringLiteral("bridge key for this run (not stored)"));
     line(QStringLiteral("--settings FILE"), QStringLiteral("settings file holding the paired bridge; default "
                                                            "$GLOWDECK_SETTINGS, else"));
@@ -336,10 +405,20 @@ QString CtlArguments::usage()
          QStringLiteral("lights, rooms, scenes: print the records as one JSON array"));
     line(QStringLiteral("--in MINUTES"),
          QStringLiteral("all-off: have the bridge switch off in %1 minutes").arg(rangeText(minutesRange)));
+    line(QStringLiteral("--wait SECONDS"),
+         QStringLiteral("pair: keep asking every second for SECONDS (%1) while you press")
+             .arg(rangeText(waitRange)));
+    line(QString(), QStringLiteral("the link button"));
+    line(QStringLiteral("--discovery-url URL"),
+         QStringLiteral("discover: the discovery service to ask; default $GLOWDECK_DISCOVERY_URL,"));
+    line(QString(), QStringLiteral("else Philips' public service; an empty URL asks no service"));
     line(QStringLiteral("-h, --help"), QStringLiteral("show this help"));
     line(QStringLiteral("-v, --version"), QStringLiteral("show the version"));
-    text += QStringLiteral(
-        "\nExit status: 0 done; 1 the bridge could not be reached or used, or has no such lamp, "
-        "room or scene;\n2 bad command line (nothing is sent).\n");
+    text += QStringLiteral("\nThe bridge's address and key are kept in the settings file: 'discover' stores "
+                           "the address, 'pair'\n"
+                           "the key, and the other commands use them.\n"
+                           "\nExit status: 0 done; 1 no bridge was found, or it could not be reached, paired "
+                           "with or used, or it\n"
+                           "has no such lamp, room or scene; 2 bad command line (nothing is sent).\n");
     return text;
 }

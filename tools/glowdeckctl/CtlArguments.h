@@ -9,7 +9,7 @@
 enum CtlExitStatus : int
 {
     exitDone = 0,
-    exitFailed = 1, ///< the bridge could not be used, or has no such lamp, room or scene
+    exitFailed = 1, ///< no bridge found, paired with or used, or it has no such lamp, room or scene
     exitUsage = 2,  ///< the command line was refused; nothing was sent
 };
 
@@ -22,7 +22,10 @@ enum class CtlCommand
     light,
     room,
     scene,
-    allOff
+    allOff,
+    discover,
+    pair,
+    status
 };
 
 /// What the `light` and `room` commands change.
@@ -45,8 +48,10 @@ struct CtlInvocation
     CtlAction action = CtlAction::on;
     qint64 value = 0;                      ///< the number after brightness, hue, ct, brighter or darker
     std::optional<qint64> offAfterMinutes; ///< all-off --in
+    std::optional<qint64> waitSeconds;     ///< pair --wait
+    std::optional<QString> discoveryUrl;   ///< discover --discovery-url; empty switches the service off
     bool json = false;
-    QString bridge;       ///< --bridge; empty: the stored address
+    QString bridge;       ///< --bridge; empty: the stored address (pair stores it)
     QString key;          ///< --key; empty: the stored key
     QString settingsFile; ///< --settings; empty: $GLOWDECK_SETTINGS, else the default file
 };
@@ -68,6 +73,8 @@ public:
     static CtlArguments parse(const QStringList& arguments);
     /// The help text; also shown on standard error after a refused command line.
     static QString usage();
+    /// Whether `text` is a plain HOST or HOST:PORT, fit to be put into request URLs as it is.
+    static bool isBridgeAddress(const QString& text);
 
     Outcome outcome() const { return m_outcome; }
     /// Meaningful when outcome() is `run`.

@@ -1,5 +1,7 @@
 #include "CtlCommands.h"
 
+#include "CtlCommon.h"
+
 #include "bridge/ActionQueue.h"
 #include "bridge/CodedRecords.h"
 #include "bridge/HueHelper.h"
@@ -10,47 +12,14 @@
 
 #include <QFileInfo>
 #include <QNetworkAccessManager>
-#include <QVariantHash>
 
 #include <algorithm>
-#include <cstdio>
+
+using Ctl::printable;
+using Ctl::printError;
+using Ctl::write;
 
 namespace {
-
-/// Stands in for the settings file when there is none to read, so that a run never creates one.
-class MemorySettingsStore final : public SettingsStore
-{
-public:
-    bool contains(const QString& key) const override { return m_values.contains(key); }
-    QVariant value(const QString& key) const override { return m_values.value(key); }
-    void setValue(const QString& key, const QVariant& value) override { m_values.insert(key, value); }
-    void remove(const QString& key) override { m_values.remove(key); }
-
-private:
-    QVariantHash m_values;
-};
-
-void write(std::FILE* stream, const QString& text)
-{
-    const QByteArray bytes = text.toUtf8();
-    std::fwrite(bytes.constData(), 1, size_t(bytes.size()), stream);
-    std::fflush(stream);
-}
-
-void printError(const QString& line)
-{
-    write(stderr, QStringLiteral("glowdeckctl: ") + line + u'\n');
-}
-
-/// Names come from the bridge; control characters in them must not reach the terminal.
-QString printable(QString text)
-{
-    for (QChar& c : text) {
-        if (c.category() == QChar::Other_Control)
-            c = u'?';
-    }
-    return text;
-}
 
 /// Left-aligned columns two spaces apart; the last column is not padded.
 QString table(const QList<QStringList>& rows)
@@ -161,11 +130,7 @@ void CtlCommands::start()
 
 bool CtlCommands::openSettings()
 {
-    QString file = m_invocation.settingsFile;
-    if (file.isEmpty())
-        file = qEnvironmentVariable("GLOWDECK_SETTINGS");
-    if (file.isEmpty())
-        file = JsonSettingsStore::defaultFileName();
+    const QString file = Ctl::settingsFileName(m_invocation);
 
     QString address = m_invocation.bridge;
     QString key = m_invocation.key;
@@ -178,7 +143,7 @@ bool CtlCommands::openSettings()
             key = store->readString(SettingsKeys::bridgeUser).value_or(QString());
         m_store = std::move(store);
     } else {
-        m_store = std::make_unique<MemorySettingsStore>();
+        m_store = std::make_unique<Ctl::MemorySettingsStore>();
     }
 
     if (address.isEmpty() || key.isEmpty()) {
@@ -188,10 +153,10 @@ bool CtlCommands::openSettings()
                                                     : QStringLiteral("No bridge key");
         const QString where = fileExists ? QStringLiteral("stored in %1").arg(file)
                                          : QStringLiteral("known: there is no settings file %1").arg(file);
-        printError(
-            QStringLiteral("%1 %2.\nPair Glowdeck with the bridge first, or pass --bridge HOST[:PORT] and "
-                           "--key KEY.")
-                .arg(missing, where));
+        printError(QStringLiteral(
+                       "%1 %2.\nRun 'glowdeckctl discover' and 'glowdeckctl pair' first, or pass --bridge "
+                       "HOST[:PORT] and --key KEY.")
+                       .arg(missing, where));
         return false;
     }
 
@@ -224,7 +189,13 @@ void CtlCommands::fetchRecords()
     case CtlCommand::scene:
         return HueCommunicationScenes{.bridgeIP = address, .apiKey = key}.fetch(
             *m_network, [this](const ScenesResult& result) { onScenes(result); });
+    case CtlCommand::discover:
+    case CtlCommand::pair:
+    case CtlCommand::status:
+        break; // CtlConnectionCommands runs these
     }
+    printError(QStringLiteral("This command is not run here."));
+    finish(exitFailed);
 }
 
 template <typename Error>

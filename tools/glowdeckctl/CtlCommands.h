@@ -16,8 +16,8 @@ class HueHelper;
 class QNetworkAccessManager;
 class SettingsStore;
 
-/// Runs one checked command against the bridge: reads the list it needs afresh, then prints it or sends the
-/// change through the same HueHelper and ActionQueue as the tray menu, and reports the exit status.
+/// Runs one checked list or change command against the bridge: reads the list it needs afresh, then prints it
+/// or sends the change through the same HueHelper and ActionQueue as the tray menu, and reports the status.
 class CtlCommands final : public QObject
 {
     Q_OBJECT

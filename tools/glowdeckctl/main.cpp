@@ -1,16 +1,21 @@
 #include "CtlArguments.h"
 #include "CtlCommands.h"
+#include "CtlCommon.h"
+#include "CtlConnectionCommands.h"
 
 #include <QCoreApplication>
 
-#include <cstdio>
-
 namespace {
 
-void write(std::FILE* stream, const QString& text)
+/// Runs one command with `Commands` until it finishes; returns the exit status.
+template <typename Commands>
+int run(QCoreApplication& app, const CtlInvocation& invocation)
 {
-    const QByteArray bytes = text.toUtf8();
-    std::fwrite(bytes.constData(), 1, size_t(bytes.size()), stream);
+    Commands commands(invocation);
+    QObject::connect(&commands, &Commands::finished, &app, &QCoreApplication::exit);
+    // Started from the event loop, so that even an immediate finish reaches a running loop.
+    QMetaObject::invokeMethod(&commands, &Commands::start, Qt::QueuedConnection);
+    return app.exec();
 }
 
 } // namespace
@@ -24,21 +29,21 @@ int main(int argc, char* argv[])
     const CtlArguments arguments = CtlArguments::parse(QCoreApplication::arguments());
     switch (arguments.outcome()) {
     case CtlArguments::Outcome::help:
-        write(stdout, CtlArguments::usage());
+        Ctl::write(stdout, CtlArguments::usage());
         return exitDone;
     case CtlArguments::Outcome::version:
-        write(stdout, QStringLiteral("glowdeckctl %1\n").arg(QCoreApplication::applicationVersion()));
+        Ctl::write(stdout, QStringLiteral("glowdeckctl %1\n").arg(QCoreApplication::applicationVersion()));
         return exitDone;
     case CtlArguments::Outcome::invalid:
-        write(stderr, QStringLiteral("glowdeckctl: %1\n\n%2").arg(arguments.error(), CtlArguments::usage()));
+        Ctl::write(stderr,
+                   QStringLiteral("glowdeckctl: %1\n\n%2").arg(arguments.error(), CtlArguments::usage()));
         return exitUsage;
     case CtlArguments::Outcome::run:
         break;
     }
 
-    CtlCommands commands(arguments.invocation());
-    QObject::connect(&commands, &CtlCommands::finished, &app, &QCoreApplication::exit);
-    // Started from the event loop, so that even an immediate finish reaches a running loop.
-    QMetaObject::invokeMethod(&commands, &CtlCommands::start, Qt::QueuedConnection);
-    return app.exec();
+    const CtlInvocation& invocation = arguments.invocation();
+    if (CtlConnectionCommands::handles(invocation.command))
+        return run<CtlConnectionCommands>(app, invocation);
+    return run<CtlCommands>(app, invocation);
 }

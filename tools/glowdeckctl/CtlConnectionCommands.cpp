@@ -1,0 +1,297 @@
+#include "CtlConnectionCommands.h"
+
+#include "CtlCommon.h"
+
+#include "bridge/HttpExchange.h"
+#include "connection/BridgeConnection.h"
+#include "connection/BridgeDiscovery.h"
+#include "connection/BridgePairing.h"
+#include "connection/ShellRunner.h"
+#include "state/AppSettings.h"
+#include "state/JsonSettingsStore.h"
+#include "state/SettingsKeys.h"
+
+#include <QFileInfo>
+#include <QJsonDocument>
+#include <QNetworkAccessManager>
+#include <QTimer>
+
+using Ctl::printable;
+using Ctl::printError;
+using Ctl::write;
+
+namespace {
+
+/// A bridge answers its public config without a key; a list read takes as long.
+constexpr std::chrono::milliseconds configTimeout{4000};
+/// The pause between two key requests while `pair --wait` waits for the link button.
+constexpr std::chrono::milliseconds pairingRetry{1000};
+
+void printOut(const QString& line)
+{
+    write(stdout, line + u'\n');
+}
+
+/// One line of the status report, the values in one column.
+void printField(const QString& name, const QString& value)
+{
+    printOut((name + u':').leftJustified(16) + value);
+}
+
+} // namespace
+
+bool CtlConnectionCommands::handles(CtlCommand command)
+{
+    return command == CtlCommand::discover || command == CtlCommand::pair || command == CtlCommand::status;
+}
+
+CtlConnectionCommands::CtlConnectionCommands(CtlInvocation invocation, QObject* parent)
+    : QObject(parent), m_invocation(std::move(invocation)),
+      m_network(std::make_unique<QNetworkAccessManager>())
+{}
+
+CtlConnectionCommands::~CtlConnectionCommands()
+{
+    // Replies still out go first, so none can call back into a half-destroyed run.
+    m_network.reset();
+}
+
+void CtlConnectionCommands::start()
+{
+    m_fileName = Ctl::settingsFileName(m_invocation);
+    switch (m_invocation.command) {
+    case CtlCommand::discover:
+        return discover();
+    case CtlCommand::pair:
+        return pair();
+    case CtlCommand::status:
+        return status();
+    default:
+        printError(QStringLiteral("This command is not run here."));
+        return finish(exitFailed);
+    }
+}
+
+bool CtlConnectionCommands::openExistingSettings()
+{
+    if (!m_store && QFileInfo(m_fileName).isFile())
+        m_store = std::make_unique<JsonSettingsStore>(m_fileName);
+    return m_store != nullptr;
+}
+
+QString CtlConnectionCommands::stored(const QString& key) const
+{
+    return m_store ? m_store->readString(key).value_or(QString()) : QString();
+}
+
+// discover
+
+void CtlConnectionCommands::discover()
+{
+    m_shell = std::make_unique<ShellRunner>();
+    m_discovery = std::make_unique<BridgeDiscovery>(*m_shell, *m_network);
+    if (m_invocation.discoveryUrl)
+        m_discovery->setServiceUrl(QUrl(*m_invocation.discoveryUrl));
+    m_discovery->detectBridgeIP([this](const std::optional<QString>& address) { onDiscovered(address); });
+}
+
+void CtlConnectionCommands::onDiscovered(const std::optional<QString>& address)
+{
+    if (!address) {
+        printError(QStringLiteral("No Hue bridge found on this network."));
+        printError(QStringLiteral("A bridge whose address you know: glowdeckctl pair --bridge HOST[:PORT]"));
+        return finish(exitFailed);
+    }
+    // The service's word is taken for the address, but it must still be one.
+    if (!CtlArguments::isBridgeAddress(*address)) {
+        printError(
+            QStringLiteral("A bridge was reported at %1, which is not HOST[:PORT]; nothing was stored.")
+                .arg(printable(*address)));
+        return finish(exitFailed);
+    }
+    m_store = std::make_unique<JsonSettingsStore>(m_fileName);
+    m_store->writeString(SettingsKeys::bridgeIP, *address);
+    printOut(QStringLiteral("Found a Hue bridge at %1.").arg(*address));
+    printOut(QStringLiteral("Stored it as the bridge address in %1; next: glowdeckctl pair").arg(m_fileName));
+    finish(exitDone);
+}
+
+// pair
+
+void CtlConnectionCommands::pair()
+{
+    m_address = m_invocation.bridge;
+    if (m_address.isEmpty() && openExistingSettings())
+        m_address = stored(SettingsKeys::bridgeIP);
+    if (m_address.isEmpty()) {
+        printError(
+            QStringLiteral("No bridge address stored in %1.\nRun 'glowdeckctl discover' first, or pass "
+                           "--bridge HOST[:PORT].")
+                .arg(m_fileName));
+        return finish(exitFailed);
+    }
+    if (!CtlArguments::isBridgeAddress(m_address)) {
+        printError(
+            QStringLiteral("The stored bridge address %1 is not HOST[:PORT]; run 'glowdeckctl discover' "
+                           "or pass --bridge.")
+                .arg(printable(m_address)));
+        return finish(exitFailed);
+    }
+
+    m_pairingStore = std::make_unique<Ctl::MemorySettingsStore>();
+    m_pairingSettings = std::make_unique<AppSettings>(*m_pairingStore);
+    m_pairing = std::make_unique<BridgePairing>(*m_pairingSettings, *m_network);
+    if (m_invocation.waitSeconds)
+        m_waitUntil.setRemainingTime(std::chrono::seconds(*m_invocation.waitSeconds));
+    askForKey();
+}
+
+void CtlConnectionCommands::askForKey()
+{
+    m_pairing->requestApiKey(m_address, [this](const QString& outcome) { onPairingOutcome(outcome); });
+}
+
+void CtlConnectionCommands::onPairingOutcome(const QString& outcome)
+{
+    if (outcome == BridgePairing::pressButton) {
+        // Only ask again when the next answer can still come within the time given.
+        if (m_invocation.waitSeconds && m_waitUntil.remainingTimeAsDuration() > pairingRetry) {
+            if (!std::exchange(m_toldToPress, true))
+                printOut(
+                    QStringLiteral("Press the link button on the bridge at %1; waiting up to %2 seconds.")
+                        .arg(m_address, QString::number(*m_invocation.waitSeconds)));
+            QTimer::singleShot(pairingRetry, this, &CtlConnectionCommands::askForKey);
+            return;
+        }
+        printError(BridgePairing::pressButtonMessage());
+        return finish(exitFailed);
+    }
+    if (outcome == BridgePairing::noConnection) {
+        printError(BridgePairing::noConnectionMessage());
+        return finish(exitFailed);
+    }
+    connectWithKey(outcome);
+}
+
+void CtlConnectionCommands::connectWithKey(const QString& key)
+{
+    // Now there is something to store: the file is created if need be.
+    if (!m_store)
+        m_store = std::make_unique<JsonSettingsStore>(m_fileName);
+    m_settings = std::make_unique<AppSettings>(*m_store);
+    m_settings->setHueIP(m_address);
+    m_settings->setHueKey(key);
+    m_connection = std::make_unique<BridgeConnection>(*m_settings, *m_network, *m_pairing);
+    m_listsPending = 3;
+    connect(m_connection.get(), &BridgeConnection::lightsRefreshed, this, [this](const LightsResult& result) {
+        if (!m_lights)
+            m_lights = result;
+        onListRefreshed();
+    });
+    connect(m_connection.get(), &BridgeConnection::groupsRefreshed, this,
+            &CtlConnectionCommands::onListRefreshed);
+    connect(m_connection.get(), &BridgeConnection::scenesRefreshed, this,
+            &CtlConnectionCommands::onListRefreshed);
+    // The same step as the tray's: with a light read that succeeds, it stores the address and the key.
+    m_connection->connectToBridge();
+}
+
+void CtlConnectionCommands::onListRefreshed()
+{
+    // A refresh tick after the first round (only when a list read is slow) is not waited for.
+    if (m_listsPending == 0 || --m_listsPending > 0)
+        return;
+    m_connection->stopBridgeStateRefresher();
+    if (!m_lights || !m_lights->ok()) {
+        const QString why = m_lights ? describe(*m_lights->error) : QString();
+        printError(
+            QStringLiteral("The bridge at %1 gave a key, but reading its lamps failed (%2); nothing was "
+                           "stored.")
+                .arg(m_address, why));
+        return finish(exitFailed);
+    }
+    printOut(QStringLiteral("Paired with the bridge at %1: %2, %3, %4.")
+                 .arg(m_address, Ctl::counted(m_settings->lights().size(), QStringLiteral("light")),
+                      Ctl::counted(m_settings->groups().size(), QStringLiteral("room")),
+                      Ctl::counted(m_settings->scenes().size(), QStringLiteral("scene"))));
+    printOut(QStringLiteral("Stored its address and key in %1.").arg(m_fileName));
+    finish(exitDone);
+}
+
+// status
+
+void CtlConnectionCommands::status()
+{
+    openExistingSettings();
+    m_address = m_invocation.bridge.isEmpty() ? stored(SettingsKeys::bridgeIP) : m_invocation.bridge;
+    const QString key = m_invocation.key.isEmpty() ? stored(SettingsKeys::bridgeUser) : m_invocation.key;
+    const bool keyStored = !stored(SettingsKeys::bridgeUser).isEmpty();
+
+    printField(QStringLiteral("Settings file"),
+               m_fileName + (m_store ? QString() : QStringLiteral(" (not there yet)")));
+    printField(QStringLiteral("Bridge address"),
+               (m_address.isEmpty() ? QStringLiteral("none") : printable(m_address)) +
+                   (m_invocation.bridge.isEmpty() ? QString() : QStringLiteral(" (from --bridge)")));
+    // Whether there is a key, never the key itself: this output ends up in bug reports.
+    printField(QStringLiteral("Key stored"),
+               (keyStored ? QStringLiteral("yes") : QStringLiteral("no")) +
+                   (m_invocation.key.isEmpty() ? QString() : QStringLiteral(" (this run uses --key)")));
+
+    if (m_address.isEmpty()) {
+        printField(QStringLiteral("Bridge"),
+                   QStringLiteral("no bridge address stored; run glowdeckctl discover"));
+        return finish(exitFailed);
+    }
+    if (!CtlArguments::isBridgeAddress(m_address)) {
+        printField(QStringLiteral("Bridge"),
+                   QStringLiteral("the stored address is not HOST[:PORT]; run glowdeckctl discover"));
+        return finish(exitFailed);
+    }
+    if (!key.isEmpty()) {
+        return HueCommunicationLights{.bridgeIP = m_address, .apiKey = key}.fetch(
+            *m_network, [this](const LightsResult& result) { onStatusLights(result); });
+    }
+    sendHttpRequest(*m_network, QNetworkRequest(QUrl(QStringLiteral("http://%1/api/config").arg(m_address))),
+                    QByteArrayLiteral("GET"), {}, configTimeout,
+                    [this](const HttpResult& answer) { onStatusConfig(answer); });
+}
+
+void CtlConnectionCommands::onStatusLights(const LightsResult& result)
+{
+    if (result.ok() || result.error == BridgeError::noDevices) {
+        printField(
+            QStringLiteral("Bridge"),
+            QStringLiteral("answers (%1)").arg(Ctl::counted(result.records.size(), QStringLiteral("light"))));
+        return finish(exitDone);
+    }
+    printField(QStringLiteral("Bridge"), result.error == BridgeError::connectionFailed
+                                             ? QStringLiteral("does not answer")
+                                             : QStringLiteral("answers, but sent no lamps for this key; run "
+                                                              "glowdeckctl pair"));
+    finish(exitFailed);
+}
+
+void CtlConnectionCommands::onStatusConfig(const HttpResult& answer)
+{
+    if (answer.transportFailed) {
+        printField(QStringLiteral("Bridge"), QStringLiteral("does not answer"));
+        return finish(exitFailed);
+    }
+    // A bridge's config is one JSON object; anything else is some other server at that address.
+    if (answer.tooLarge || answer.status != 200 || !QJsonDocument::fromJson(answer.body).isObject()) {
+        printField(
+            QStringLiteral("Bridge"),
+            QStringLiteral("answers, but not as a Hue bridge does (HTTP status %1)").arg(answer.status));
+        return finish(exitFailed);
+    }
+    printField(QStringLiteral("Bridge"), QStringLiteral("answers; no key yet: run glowdeckctl pair"));
+    finish(exitDone);
+}
+
+void CtlConnectionCommands::finish(int exitStatus)
+{
+    if (m_finished)
+        return;
+    m_finished = true;
+    Q_EMIT finished(exitStatus);
+}

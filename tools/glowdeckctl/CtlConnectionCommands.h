@@ -1,0 +1,84 @@
+#pragma once
+
+#include "CtlArguments.h"
+
+#include "bridge/ResourceFetch.h"
+
+#include <QDeadlineTimer>
+#include <QObject>
+
+#include <memory>
+#include <optional>
+
+class AppSettings;
+class BridgeConnection;
+class BridgeDiscovery;
+class BridgePairing;
+class QNetworkAccessManager;
+class SettingsStore;
+class ShellRunner;
+struct HttpResult;
+
+/// Runs the commands that set up the link to the bridge, through the same connection code as the tray menu:
+/// `discover` finds the bridge and stores its address, `pair` gets a key and stores it once the bridge has
+/// answered with it, and `status` tells what is stored and whether the bridge answers.
+class CtlConnectionCommands final : public QObject
+{
+    Q_OBJECT
+    Q_DISABLE_COPY_MOVE(CtlConnectionCommands)
+
+public:
+    /// Whether `command` is one of those run here.
+    static bool handles(CtlCommand command);
+
+    explicit CtlConnectionCommands(CtlInvocation invocation, QObject* parent = nullptr);
+    ~CtlConnectionCommands() override;
+
+    /// Starts the command; finished() follows exactly once. Call it from the running event loop.
+    void start();
+
+Q_SIGNALS:
+    /// A CtlExitStatus: done, or failed with the reason already printed.
+    void finished(int exitStatus);
+
+private:
+    /// Opens the settings file when it exists, without creating it; false when there is none.
+    bool openExistingSettings();
+    /// The stored value of `key`, or an empty string.
+    QString stored(const QString& key) const;
+
+    void discover();
+    void onDiscovered(const std::optional<QString>& address);
+
+    void pair();
+    void askForKey();
+    void onPairingOutcome(const QString& outcome);
+    void connectWithKey(const QString& key);
+    void onListRefreshed();
+
+    void status();
+    void onStatusLights(const LightsResult& result);
+    void onStatusConfig(const HttpResult& answer);
+
+    void finish(int exitStatus);
+
+    CtlInvocation m_invocation;
+    QString m_fileName;
+    QString m_address;
+    std::unique_ptr<QNetworkAccessManager> m_network;
+    std::unique_ptr<ShellRunner> m_shell;
+    std::unique_ptr<BridgeDiscovery> m_discovery;
+    /// The settings file: opened to read when it exists, created once there is something to store.
+    std::unique_ptr<SettingsStore> m_store;
+    /// BridgePairing wants shared state, but only asking for a key needs none: this one stores nothing.
+    std::unique_ptr<SettingsStore> m_pairingStore;
+    std::unique_ptr<AppSettings> m_pairingSettings;
+    std::unique_ptr<BridgePairing> m_pairing;
+    std::unique_ptr<AppSettings> m_settings;
+    std::unique_ptr<BridgeConnection> m_connection;
+    QDeadlineTimer m_waitUntil;
+    bool m_toldToPress = false;
+    int m_listsPending = 0;
+    std::optional<LightsResult> m_lights;
+    bool m_finished = false;
+};
