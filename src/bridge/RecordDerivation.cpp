@@ -3,7 +3,6 @@
 #include <QRandomGenerator>
 
 #include <algorithm>
-#include <array>
 #include <random>
 
 namespace {
@@ -93,11 +92,12 @@ QUuid RecordDerivation::freshId()
     // A version-4 UUID from a generator seeded once per thread by the system: the shared global generator
     // takes a lock per call, and a refresh of a large home makes hundreds of these.
     thread_local std::mt19937_64 generator(QRandomGenerator::system()->generate64());
-    std::array<quint64, 2> words{generator(), generator()};
-    QByteArray bytes(reinterpret_cast<const char*>(words.data()), sizeof words);
-    bytes[6] = char((bytes[6] & 0x0f) | 0x40);
-    bytes[8] = char((bytes[8] & 0x3f) | 0x80);
-    return QUuid::fromRfc4122(bytes);
+    const quint64 high = generator();
+    const quint64 low = generator();
+    // Version 4 in the high nibble of the third group, the RFC 4122 variant in the top bits of the fourth.
+    return QUuid(uint(high >> 32), ushort(high >> 16), ushort((high & 0x0fff) | 0x4000),
+                 uchar(((low >> 56) & 0x3f) | 0x80), uchar(low >> 48), uchar(low >> 40), uchar(low >> 32),
+                 uchar(low >> 24), uchar(low >> 16), uchar(low >> 8), uchar(low));
 }
 
 std::optional<HueLight> RecordDerivation::light(const HueDevice& device)
