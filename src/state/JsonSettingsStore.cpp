@@ -133,6 +133,11 @@ QVariant JsonSettingsStore::value(const QString& key) const
 
 void JsonSettingsStore::setValue(const QString& key, const QVariant& value)
 {
+    // The connection stores the same address and key after every refresh: rewriting (and syncing) the file
+    // each time would cost more than the refresh itself.
+    const QVariant stored = m_settings->value(key);
+    if (stored.typeId() == value.typeId() && stored == value)
+        return;
     m_settings->setValue(key, value);
     save();
 }
