@@ -1,0 +1,53 @@
+#include "diagnostics/Diagnostics.h"
+#include "state/Console.h"
+#include "state/SettingsStore.h"
+
+#include <QCoreApplication>
+#include <QHash>
+#include <QNetworkAccessManager>
+
+#include <stdexcept>
+#include <sys/resource.h>
+
+namespace {
+
+class MemoryStore final : public SettingsStore
+{
+public:
+    bool contains(const QString& key) const override { return m_values.contains(key); }
+    QVariant value(const QString& key) const override { return m_values.value(key); }
+    void setValue(const QString& key, const QVariant& value) override { m_values.insert(key, value); }
+    void remove(const QString& key) override { m_values.remove(key); }
+
+private:
+    QHash<QString, QVariant> m_values;
+};
+
+} // namespace
+
+/// diagnostics_crasher terminate|segfault <crash folder>
+int main(int argc, char** argv)
+{
+    // Dying is the point here; a core file would only litter the build folder.
+    const rlimit noCore{0, 0};
+    setrlimit(RLIMIT_CORE, &noCore);
+
+    QCoreApplication application(argc, argv);
+    if (argc != 3)
+        return 2;
+    const QByteArray how = argv[1];
+    QNetworkAccessManager network;
+    MemoryStore store;
+    Diagnostics diagnostics(network, store, QUrl(), QString::fromLocal8Bit(argv[2]));
+    diagnostics.start();
+    for (int light = 1; light <= 60; ++light)
+        printLine(QStringLiteral("Switching light %1 on").arg(light));
+
+    if (how == "terminate")
+        throw std::runtime_error("lamp on fire");
+    if (how == "segfault") {
+        volatile int* volatile nowhere = nullptr;
+        *nowhere = 1;
+    }
+    return 1;
+}

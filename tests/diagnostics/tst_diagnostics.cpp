@@ -1,0 +1,288 @@
+#include "TestSupport.h"
+#include "diagnostics/Diagnostics.h"
+
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QNetworkAccessManager>
+#include <QProcess>
+#include <QSignalSpy>
+#include <QSysInfo>
+#include <QTcpServer>
+#include <QTcpSocket>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QUuid>
+
+#include <memory>
+
+/// Stands in for the error-collection service on 127.0.0.1: keeps every posted item and answers each with one
+/// status.
+class Collector final : public QObject
+{
+public:
+    struct Item
+    {
+        QByteArray requestLine;
+        QHash<QByteArray, QByteArray> headers; // names in lower case
+        QJsonObject body;
+    };
+    QList<Item> items;
+    int status = 200;
+
+    Collector()
+    {
+        QVERIFY(m_server.listen(QHostAddress::LocalHost, 0));
+        connect(&m_server, &QTcpServer::newConnection, this, [this] {
+            while (QTcpSocket* socket = m_server.nextPendingConnection()) {
+                connect(socket, &QTcpSocket::disconnected, socket, &QObject::deleteLater);
+                connect(socket, &QTcpSocket::readyRead, socket, [this, socket] { onReadyRead(socket); });
+            }
+        });
+    }
+    QUrl url() const { return QUrl(QStringLiteral("http://127.0.0.1:%1/crash/").arg(m_server.serverPort())); }
+
+private:
+    void onReadyRead(QTcpSocket* socket)
+    {
+        const QByteArray received = socket->property("received").toByteArray() + socket->readAll();
+        socket->setProperty("received", received);
+        const qsizetype headerEnd = received.indexOf("\r\n\r\n");
+        if (headerEnd < 0)
+            return;
+        Item item;
+        const QList<QByteArray> lines = received.left(headerEnd).split('\n');
+        item.requestLine = lines.first().trimmed();
+        for (const QByteArray& line : lines.mid(1)) {
+            const qsizetype colon = line.indexOf(':');
+            item.headers.insert(line.left(colon).trimmed().toLower(), line.mid(colon + 1).trimmed());
+        }
+        const QByteArray body = received.mid(headerEnd + 4);
+        if (body.size() < item.headers.value("content-length").toLongLong())
+            return;
+        item.body = QJsonDocument::fromJson(body).object();
+        items.append(item);
+        const QByteArray answer = R"({"err":0})";
+        socket->write("HTTP/1.1 " + QByteArray::number(status) + " OK\r\nContent-Type: application/json\r\n" +
+                      "Content-Length: " + QByteArray::number(answer.size()) +
+                      "\r\nConnection: close\r\n\r\n" + answer);
+        socket->disconnectFromHost();
+    }
+
+    QTcpServer m_server;
+};
+
+/// Counts every request made through it, so that one that never reaches a server still shows.
+class CountingNetwork final : public QNetworkAccessManager
+{
+public:
+    int requests = 0;
+
+protected:
+    QNetworkReply* createRequest(Operation op, const QNetworkRequest& request, QIODevice* body) override
+    {
+        ++requests;
+        return QNetworkAccessManager::createRequest(op, request, body);
+    }
+};
+
+class TestDiagnostics final : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void announcesTheStartAsAnInformationItem();
+    void sendsNothingWhenSwitchedOff_data();
+    void sendsNothingWhenSwitchedOff();
+    void keepsOnlyTheTenNewestReportsWhileSwitchedOff();
+    void sendsAReportLeftByAnEarlierRunAsCriticalAndRemovesIt_data();
+    void sendsAReportLeftByAnEarlierRunAsCriticalAndRemovesIt();
+    void keepsAReportWhenTheCollectorIsUnreachable();
+    void reportsAnUncaughtExceptionAtDebugLevel();
+    void aDyingProcessLeavesAReport_data();
+    void aDyingProcessLeavesAReport();
+
+private:
+    std::unique_ptr<Diagnostics> diagnostics(const QUrl& endpoint)
+    {
+        return std::make_unique<Diagnostics>(*m_network, m_settings->store(), endpoint, m_folder->path());
+    }
+    QString leaveReport(qint64 seconds, const QByteArray& text = "Fatal signal SIGSEGV (11)\n")
+    {
+        QFile file(m_folder->filePath(QStringLiteral("crash-%1-4242.txt").arg(seconds)));
+        [&] { QVERIFY(file.open(QIODevice::WriteOnly)); }();
+        file.write(text);
+        return file.fileName();
+    }
+    /// The value at "key/key/..." below an item's "data".
+    static QJsonValue data(const Collector::Item& item, const QString& path)
+    {
+        QJsonValue value = item.body["data"];
+        for (const QString& key : path.split('/'))
+            value = value.toObject().value(key);
+        return value;
+    }
+
+    std::unique_ptr<TestSettings> m_settings;
+    std::unique_ptr<QTemporaryDir> m_folder;
+    std::unique_ptr<CountingNetwork> m_network;
+    std::unique_ptr<Collector> m_collector;
+};
+
+void TestDiagnostics::init()
+{
+    m_settings = std::make_unique<TestSettings>();
+    m_folder = std::make_unique<QTemporaryDir>();
+    m_network = std::make_unique<CountingNetwork>();
+    m_collector = std::make_unique<Collector>();
+}
+
+void TestDiagnostics::announcesTheStartAsAnInformationItem()
+{
+    const qint64 before = QDateTime::currentSecsSinceEpoch();
+    auto reporting = diagnostics(m_collector->url());
+    reporting->start();
+    QTRY_COMPARE(m_collector->items.size(), 1);
+
+    const Collector::Item item = m_collector->items.first();
+    QCOMPARE(item.requestLine, "POST /crash/ HTTP/1.1");
+    QCOMPARE(item.headers["content-type"], "application/json");
+    QCOMPARE(item.headers["x-rollbar-access-token"], "3f9c1a7e5b2d4c6e8a0b1c2d3e4f5a6b");
+    QCOMPARE(item.body["access_token"], "3f9c1a7e5b2d4c6e8a0b1c2d3e4f5a6b");
+    QCOMPARE(data(item, "level"), "info");
+    QCOMPARE(data(item, "body/message/body"), "Glowdeck booted");
+    QCOMPARE(data(item, "environment"), "production");
+    QCOMPARE(data(item, "platform"), QSysInfo::kernelType());
+    QCOMPARE(data(item, "notifier/name"), "glowdeck");
+    QVERIFY(!QUuid::fromString(data(item, "uuid").toString()).isNull());
+    const qint64 timestamp = data(item, "timestamp").toInteger();
+    QVERIFY(timestamp >= before && timestamp <= QDateTime::currentSecsSinceEpoch());
+}
+
+void TestDiagnostics::sendsNothingWhenSwitchedOff_data()
+{
+    QTest::addColumn<QUrl>("endpoint");
+    QTest::addColumn<bool>("switchedOff");
+    QTest::newRow("no endpoint") << QUrl() << false;
+    QTest::newRow("not an address") << QUrl(QStringLiteral("crash")) << false;
+    QTest::newRow("switched off by the user") << QUrl(QStringLiteral("http://127.0.0.1:1/crash/")) << true;
+}
+
+void TestDiagnostics::sendsNothingWhenSwitchedOff()
+{
+    QFETCH(QUrl, endpoint);
+    QFETCH(bool, switchedOff);
+    if (switchedOff)
+        m_settings->store().writeBool(Diagnostics::sendReportsKey, false);
+    const QString report = leaveReport(1700000000);
+
+    auto reporting = diagnostics(endpoint);
+    reporting->start();
+    reporting->reportUncaughtException(QStringLiteral("lamp on fire"));
+    QVERIFY(!reporting->isEnabled());
+    QCOMPARE(m_network->requests, 0);
+    QVERIFY2(QFile::exists(report), "the user may switch reports on later");
+}
+
+void TestDiagnostics::keepsOnlyTheTenNewestReportsWhileSwitchedOff()
+{
+    // 999999999 to 1000000010: the oldest have the shortest names, which sort last by name.
+    for (qint64 seconds = 999999999; seconds <= 1000000010; ++seconds)
+        leaveReport(seconds);
+    diagnostics(QUrl())->start();
+    const QStringList kept = QDir(m_folder->path()).entryList({QStringLiteral("crash-*.txt")}, QDir::Files);
+    QCOMPARE(kept.size(), 10);
+    QVERIFY(!kept.contains(QStringLiteral("crash-999999999-4242.txt")));
+    QVERIFY(!kept.contains(QStringLiteral("crash-1000000000-4242.txt")));
+}
+
+void TestDiagnostics::sendsAReportLeftByAnEarlierRunAsCriticalAndRemovesIt_data()
+{
+    QTest::addColumn<int>("status");
+    QTest::newRow("accepted") << 200;
+    QTest::newRow("collector failing") << 500;
+}
+
+void TestDiagnostics::sendsAReportLeftByAnEarlierRunAsCriticalAndRemovesIt()
+{
+    QFETCH(int, status);
+    m_collector->status = status;
+    const QByteArray text = "Glowdeck 0.1.0\nFatal signal SIGBUS (7)\n\nLast printed lines:\nConnected\n";
+    const QString report = leaveReport(1700000000, text);
+
+    auto reporting = diagnostics(m_collector->url());
+    reporting->start();
+    QTRY_COMPARE(m_collector->items.size(), 2);
+    QCOMPARE(data(m_collector->items[0], "level"), "critical");
+    QCOMPARE(data(m_collector->items[0], "body/crash_report/raw"), QString::fromUtf8(text));
+    QCOMPARE(data(m_collector->items[1], "body/message/body"), "Glowdeck booted");
+    QTRY_VERIFY(!QFile::exists(report));
+}
+
+void TestDiagnostics::keepsAReportWhenTheCollectorIsUnreachable()
+{
+    const QString report = leaveReport(1700000000);
+    auto reporting = diagnostics(QUrl(QStringLiteral("http://127.0.0.1:1/crash/")));
+    QSignalSpy sent(reporting.get(), &Diagnostics::itemSent);
+    reporting->start();
+    QTRY_COMPARE(sent.size(), 2);
+    QVERIFY(QFile::exists(report));
+}
+
+void TestDiagnostics::reportsAnUncaughtExceptionAtDebugLevel()
+{
+    PrintedLines printed;
+    auto reporting = diagnostics(m_collector->url());
+    reporting->start(); // keeps the printed lines for crash reports, and must pass them on
+    QTRY_COMPARE(m_collector->items.size(), 1);
+    reporting->reportUncaughtException(QStringLiteral("lamp on fire"));
+    QCOMPARE(printed.lines(), QStringList{QStringLiteral("[ATTENTION] Uncaught exception lamp on fire")});
+    QTRY_COMPARE(m_collector->items.size(), 2);
+    const Collector::Item item = m_collector->items[1];
+    QCOMPARE(data(item, "level"), "debug");
+    QCOMPARE(data(item, "body/trace/exception/class"), "UncaughtException");
+    QCOMPARE(data(item, "body/trace/exception/message"), "lamp on fire");
+    QVERIFY(data(item, "body/trace/frames").isArray());
+}
+
+void TestDiagnostics::aDyingProcessLeavesAReport_data()
+{
+    QTest::addColumn<QString>("how");
+    QTest::addColumn<QString>("cause");
+    QTest::newRow("uncaught exception") << "terminate"
+                                        << "Uncaught exception lamp on fire";
+    QTest::newRow("segmentation fault") << "segfault"
+                                        << "Fatal signal SIGSEGV (11)";
+}
+
+void TestDiagnostics::aDyingProcessLeavesAReport()
+{
+    QFETCH(QString, how);
+    QFETCH(QString, cause);
+    QProcess crasher;
+    QSignalSpy finished(&crasher, &QProcess::finished);
+    crasher.start(QStringLiteral(DIAGNOSTICS_CRASHER), {how, m_folder->path()});
+    QVERIFY(crasher.waitForStarted());
+    const qint64 pid = crasher.processId();
+    QVERIFY(finished.wait(30000));
+    QCOMPARE(crasher.exitStatus(), QProcess::CrashExit);
+
+    const QStringList reports =
+        QDir(m_folder->path()).entryList({QStringLiteral("crash-*.txt")}, QDir::Files);
+    QCOMPARE(reports.size(), 1);
+    QVERIFY(reports.first().endsWith(QStringLiteral("-%1.txt").arg(pid)));
+    QFile file(m_folder->filePath(reports.first()));
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    const QString report = QString::fromUtf8(file.readAll());
+    QVERIFY2(report.contains(cause), qPrintable(report));
+    // The last fifty printed lines, oldest first.
+    QVERIFY(report.indexOf(QStringLiteral("Switching light 30 on\n")) <
+            report.indexOf(QStringLiteral("Switching light 60 on\n")));
+    QVERIFY(report.indexOf(QStringLiteral("Switching light 30 on\n")) >= 0);
+    QVERIFY(!report.contains(QStringLiteral("Switching light 10 on\n")));
+    if (how == "terminate")
+        QVERIFY(crasher.readAllStandardOutput().contains("[ATTENTION] Uncaught exception lamp on fire\n"));
+}
+
+QTEST_GUILESS_MAIN(TestDiagnostics)
+#include "tst_diagnostics.moc"
