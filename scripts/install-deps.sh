@@ -5,8 +5,10 @@ set -euo pipefail
 
 packages=(
     cmake g++ make pkg-config
-    qt6-base-dev
+    qt6-base-dev qt6-svg-dev
     libsimdjson-dev libbenchmark-dev
+    # the panel tabs are emoji
+    fonts-noto-color-emoji
 )
 
 missing=()

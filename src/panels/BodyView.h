@@ -1,0 +1,43 @@
+#pragma once
+
+#include <QStackedWidget>
+
+class AppSettings;
+class HueHelper;
+class ListGroups;
+class ListLights;
+class ListScenes;
+class QLabel;
+
+/// The panel under the tabs: the lights, rooms or scenes list of the active panel, or a short hint when that
+/// list is empty. Each list is built the first time it is shown and kept; the lists redraw themselves.
+class BodyView final : public QStackedWidget
+{
+    Q_OBJECT
+    Q_DISABLE_COPY_MOVE(BodyView)
+
+public:
+    BodyView(AppSettings& settings, HueHelper& helper, QWidget* parent = nullptr);
+
+    /// The hint shown while there are no lights, no rooms or no scenes.
+    static QString noLightsText();
+    static QString noGroupsText();
+    static QString noScenesText();
+
+protected:
+    void changeEvent(QEvent* event) override;
+
+private:
+    void onContentChanged();
+    void applyColours();
+    QLabel* emptyState(const QString& text, const QString& name);
+
+    AppSettings& m_settings;
+    HueHelper& m_helper;
+    QLabel* m_noLights;
+    QLabel* m_noGroups;
+    QLabel* m_noScenes;
+    ListLights* m_lights = nullptr; // built on first use
+    ListGroups* m_groups = nullptr;
+    ListScenes* m_scenes = nullptr;
+};

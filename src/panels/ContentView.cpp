@@ -1,0 +1,111 @@
+#include "panels/ContentView.h"
+
+#include "panels/BodyView.h"
+#include "panels/PanelTabs.h"
+#include "panels/Theme.h"
+#include "panels/TitleBars.h"
+#include "state/AppSettings.h"
+
+#include <QChildEvent>
+#include <QFrame>
+#include <QPainter>
+#include <QVBoxLayout>
+
+#include <algorithm>
+
+namespace {
+
+/// A one-pixel rule across the full width, in the chrome grey.
+class Divider final : public QWidget
+{
+public:
+    explicit Divider(QWidget* parent) : QWidget(parent)
+    {
+        setFixedHeight(1);
+        setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    }
+
+protected:
+    void paintEvent(QPaintEvent*) override
+    {
+        QPainter painter(this);
+        painter.fillRect(rect(), Theme::chromeStrong(Theme::isDark(this)));
+    }
+};
+
+} // namespace
+
+ContentView::ContentView(AppSettings& settings, HueHelper& helper, const ProductLinks& links, QWidget* parent)
+    : QWidget(parent), m_settings(settings), m_welcomeTitle(new WelcomeTitlebarView(this)),
+      m_regularTitle(new RegularTitlebarView(settings, links, this)), m_tabs(new PanelTabs(settings, this)),
+      m_body(new BodyView(settings, helper, this))
+{
+    setMinimumSize(contentWidth, minimumHeight);
+    setMaximumWidth(contentWidth);
+
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    layout->addWidget(m_welcomeTitle);
+    layout->addWidget(m_regularTitle);
+    layout->addWidget(new Divider(this));
+    layout->addWidget(m_tabs);
+    layout->addWidget(m_body, 1);
+
+    connect(m_welcomeTitle, &WelcomeTitlebarView::settingsRequested, this, &ContentView::settingsRequested);
+    connect(m_regularTitle, &RegularTitlebarView::settingsRequested, this, &ContentView::settingsRequested);
+    connect(&m_settings, &AppSettings::lightsChanged, this, &ContentView::onLightsChanged);
+    onLightsChanged();
+
+    watchClicks(this);
+}
+
+QSize ContentView::sizeHint() const
+{
+    const qint64 preferred = std::max<qint64>(minimumHeight, m_settings.preferredHeightOfActivePanel());
+    return QSize(contentWidth, int(std::min<qint64>(preferred, QWIDGETSIZE_MAX)));
+}
+
+void ContentView::onLightsChanged()
+{
+    // Before the first light is known the user has to connect to the bridge: the title bar leads there.
+    const bool noLights = m_settings.lights().isEmpty();
+    m_welcomeTitle->setVisible(noLights);
+    m_regularTitle->setVisible(!noLights);
+}
+
+void ContentView::watchClicks(QObject* object)
+{
+    if (!object->isWidgetType())
+        return;
+    object->installEventFilter(this);
+    for (QObject* child : object->children())
+        watchClicks(child);
+}
+
+bool ContentView::eventFilter(QObject* watched, QEvent* event)
+{
+    switch (event->type()) {
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonDblClick:
+        // Any touch of the window holds back the periodic refresh, so a list does not jump under the cursor.
+        m_settings.setLastUserActionAt(QDateTime::currentDateTimeUtc());
+        break;
+    case QEvent::ChildAdded:
+        // Rows come and go with each refresh; every new widget joins the watch as soon as it is parented.
+        watchClicks(static_cast<QChildEvent*>(event)->child());
+        break;
+    default:
+        break;
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
+void ContentView::paintEvent(QPaintEvent*)
+{
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(Theme::background(Theme::isDark(this)));
+    painter.drawRoundedRect(QRectF(rect()), Theme::windowRadius, Theme::windowRadius);
+}

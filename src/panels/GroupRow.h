@@ -1,0 +1,41 @@
+#pragma once
+
+#include "bridge/HueGroup.h"
+#include "panels/ControlRow.h"
+
+#include <functional>
+#include <optional>
+
+class AppSettings;
+class HueHelper;
+
+/// One room in the rooms panel: switch, brightness, and (while colour bars for rooms are on) the colour field
+/// when a member light takes colour, else the white-tone bar. Every change first writes the room's record in
+/// `AppSettings`, then queues the command.
+class GroupRow final : public ControlRow
+{
+    Q_OBJECT
+    Q_DISABLE_COPY_MOVE(GroupRow)
+
+public:
+    GroupRow(AppSettings& settings, HueHelper& helper, const HueGroup& group, QWidget* parent = nullptr);
+
+    QString groupId() const { return m_groupId; }
+    /// Shows a newer record of the same room and re-reads which bars apply, keeping a drag in progress.
+    void setGroup(const HueGroup& group);
+
+private:
+    void switchTo(bool on) override;
+    void brightnessTo(float sliderValue) override;
+    void colorAt(double x, double y) override;
+    void temperatureAt(double x) override;
+
+    /// Whether a light of the lights list that belongs to @p group takes colour.
+    bool hasColorMember(const HueGroup& group) const;
+    /// Applies @p change to the stored record and returns the result; nothing when the room is gone.
+    std::optional<HueGroup> write(const std::function<void(HueGroup&)>& change);
+
+    AppSettings& m_settings;
+    HueHelper& m_helper;
+    QString m_groupId;
+};

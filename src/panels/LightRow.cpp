@@ -1,0 +1,73 @@
+#include "panels/LightRow.h"
+
+#include "bridge/HueHelper.h"
+#include "panels/RowValues.h"
+#include "state/AppSettings.h"
+
+LightRow::LightRow(AppSettings& settings, HueHelper& helper, const HueLight& light, QWidget* parent)
+    : ControlRow(parent), m_settings(settings), m_helper(helper), m_lampId(light.lamp_id)
+{
+    setLight(light);
+}
+
+void LightRow::setLight(const HueLight& light)
+{
+    m_lampId = light.lamp_id;
+    showState(light.name, light.is_on, light.brightness);
+    showBars(light.allows_color, light.allows_ambient);
+}
+
+std::optional<HueLight> LightRow::write(const std::function<void(HueLight&)>& change)
+{
+    // The light may have left the list since the row was drawn (a refresh, a hidden light): then the user's
+    // change has nothing to apply to and is dropped.
+    std::optional<HueLight> written;
+    m_settings.updateLight(m_lampId, [&](HueLight& light) {
+        change(light);
+        written = light;
+    });
+    return written;
+}
+
+void LightRow::switchTo(bool on)
+{
+    if (const auto light = write([on](HueLight& l) { l.is_on = on; }))
+        m_helper.setLightOn(*light, on);
+}
+
+void LightRow::brightnessTo(float sliderValue)
+{
+    const qint64 brightness = RowValues::brightness(sliderValue);
+    const auto light = write([brightness](HueLight& l) {
+        l.brightness = brightness;
+        l.is_on = true;
+    });
+    // The command switches the light off again at the lowest brightnesses.
+    if (light)
+        m_helper.setLightBrightness(*light, brightness);
+}
+
+void LightRow::colorAt(double x, double y)
+{
+    const qint64 saturation = RowValues::saturation(y);
+    const qint64 hue = RowValues::hue(x);
+    const auto light = write([=](HueLight& l) {
+        l.saturation = saturation;
+        l.hue = hue;
+        l.is_on = true;
+    });
+    if (light)
+        m_helper.setLightHue(*light, hue);
+}
+
+void LightRow::temperatureAt(double x)
+{
+    qint64 mired = 0;
+    const auto light = write([&mired, x](HueLight& l) {
+        mired = RowValues::colorTemperature(x, l.ct_min, l.ct_max);
+        l.color_temperature = mired;
+        l.is_on = true;
+    });
+    if (light)
+        m_helper.setLightColorTemperature(*light, mired);
+}

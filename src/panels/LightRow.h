@@ -1,0 +1,38 @@
+#pragma once
+
+#include "bridge/HueLight.h"
+#include "panels/ControlRow.h"
+
+#include <functional>
+#include <optional>
+
+class AppSettings;
+class HueHelper;
+
+/// One light in the lights panel: switch, brightness, and the colour field and white-tone bar the lamp
+/// supports. Every change first writes the light's record in `AppSettings`, then queues the command.
+class LightRow final : public ControlRow
+{
+    Q_OBJECT
+    Q_DISABLE_COPY_MOVE(LightRow)
+
+public:
+    LightRow(AppSettings& settings, HueHelper& helper, const HueLight& light, QWidget* parent = nullptr);
+
+    QString lampId() const { return m_lampId; }
+    /// Shows a newer record of the same light, keeping a drag in progress.
+    void setLight(const HueLight& light);
+
+private:
+    void switchTo(bool on) override;
+    void brightnessTo(float sliderValue) override;
+    void colorAt(double x, double y) override;
+    void temperatureAt(double x) override;
+
+    /// Applies @p change to the stored record and returns the result; nothing when the light is gone.
+    std::optional<HueLight> write(const std::function<void(HueLight&)>& change);
+
+    AppSettings& m_settings;
+    HueHelper& m_helper;
+    QString m_lampId;
+};

@@ -1,0 +1,59 @@
+#include "panels/ListGroups.h"
+
+#include "panels/GroupRow.h"
+#include "state/AppSettings.h"
+
+#include <QHash>
+#include <QSet>
+
+namespace {
+constexpr int padding = 10;
+constexpr int rowSpacing = 8;
+} // namespace
+
+ListGroups::ListGroups(AppSettings& settings, HueHelper& helper, QWidget* parent)
+    : ScrollColumn(padding, rowSpacing, parent), m_settings(settings), m_helper(helper)
+{
+    connect(&m_settings, &AppSettings::groupsChanged, this, &ListGroups::onGroupsChanged);
+    connect(&m_settings, &AppSettings::lightsChanged, this, &ListGroups::onGroupsChanged);
+    connect(&m_settings, &AppSettings::showColorBarsForRoomsChanged, this, &ListGroups::onGroupsChanged);
+    onGroupsChanged();
+}
+
+QList<GroupRow*> ListGroups::groupRows() const
+{
+    QList<GroupRow*> result;
+    for (QWidget* row : rows())
+        result.append(static_cast<GroupRow*>(row));
+    return result;
+}
+
+void ListGroups::onGroupsChanged()
+{
+    // Rooms get a fresh list identity on every refresh; the bridge's group id is what stays.
+    QHash<QString, GroupRow*> previous;
+    for (GroupRow* row : groupRows())
+        previous.insert(row->groupId(), row);
+
+    QList<QWidget*> shown;
+    QSet<QString> seen;
+    const QList<HueGroup> groups = m_settings.groups();
+    for (const HueGroup& group : groups) {
+        // A room listed twice gets one row; the first record wins, as it does for the row's writes.
+        if (seen.contains(group.group_id))
+            continue;
+        seen.insert(group.group_id);
+        GroupRow* row = previous.take(group.group_id);
+        if (row == nullptr)
+            row = new GroupRow(m_settings, m_helper, group, content());
+        else
+            row->setGroup(group);
+        shown.append(row);
+    }
+    arrange(shown);
+    // Possibly called from inside a row's own write: let the row finish its handler first.
+    for (GroupRow* gone : std::as_const(previous)) {
+        gone->hide();
+        gone->deleteLater();
+    }
+}

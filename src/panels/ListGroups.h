@@ -1,0 +1,27 @@
+#pragma once
+
+#include "panels/ScrollColumn.h"
+
+class AppSettings;
+class GroupRow;
+class HueHelper;
+
+/// The rooms panel: one `GroupRow` per room of `AppSettings::groups`, in that order. Follows the rooms, the
+/// lights (membership decides the colour bars) and the colour-bars option; rows are updated in place.
+class ListGroups final : public ScrollColumn
+{
+    Q_OBJECT
+    Q_DISABLE_COPY_MOVE(ListGroups)
+
+public:
+    ListGroups(AppSettings& settings, HueHelper& helper, QWidget* parent = nullptr);
+
+    /// The shown rows, top to bottom.
+    QList<GroupRow*> groupRows() const;
+
+private:
+    void onGroupsChanged();
+
+    AppSettings& m_settings;
+    HueHelper& m_helper;
+};

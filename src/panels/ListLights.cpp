@@ -1,0 +1,63 @@
+#include "panels/ListLights.h"
+
+#include "panels/LightRow.h"
+#include "state/AppSettings.h"
+#include "state/SettingsStore.h"
+
+#include <QHash>
+#include <QSet>
+
+namespace {
+constexpr int padding = 10;
+constexpr int rowSpacing = 8;
+} // namespace
+
+ListLights::ListLights(AppSettings& settings, HueHelper& helper, QWidget* parent)
+    : ScrollColumn(padding, rowSpacing, parent), m_settings(settings), m_helper(helper)
+{
+    connect(&m_settings, &AppSettings::lightsChanged, this, &ListLights::onLightsChanged);
+    refresh();
+}
+
+QList<LightRow*> ListLights::lightRows() const
+{
+    QList<LightRow*> result;
+    for (QWidget* row : rows())
+        result.append(static_cast<LightRow*>(row));
+    return result;
+}
+
+void ListLights::refresh()
+{
+    onLightsChanged();
+}
+
+void ListLights::onLightsChanged()
+{
+    QHash<QString, LightRow*> previous;
+    for (LightRow* row : lightRows())
+        previous.insert(row->lampId(), row);
+
+    QList<QWidget*> shown;
+    QSet<QString> seen;
+    const QList<HueLight> lights = m_settings.lights();
+    for (const HueLight& light : lights) {
+        // A light listed twice gets one row; the first record wins, as it does for the row's writes.
+        if (seen.contains(light.lamp_id) ||
+            m_settings.store().readBool(QStringLiteral("hide_light_") + light.unique_id))
+            continue;
+        seen.insert(light.lamp_id);
+        LightRow* row = previous.take(light.lamp_id);
+        if (row == nullptr)
+            row = new LightRow(m_settings, m_helper, light, content());
+        else
+            row->setLight(light);
+        shown.append(row);
+    }
+    arrange(shown);
+    // Called from inside a row's own write when a light vanishes: let the row finish its handler first.
+    for (LightRow* gone : std::as_const(previous)) {
+        gone->hide();
+        gone->deleteLater();
+    }
+}

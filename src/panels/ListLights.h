@@ -1,0 +1,30 @@
+#pragma once
+
+#include "panels/ScrollColumn.h"
+
+class AppSettings;
+class HueHelper;
+class LightRow;
+
+/// The lights panel: one `LightRow` per light of `AppSettings::lights`, in that order, leaving out the lights
+/// hidden in the preferences. Rows are kept and updated in place when the list changes, so a refresh every
+/// few seconds costs little and never cuts off a drag.
+class ListLights final : public ScrollColumn
+{
+    Q_OBJECT
+    Q_DISABLE_COPY_MOVE(ListLights)
+
+public:
+    ListLights(AppSettings& settings, HueHelper& helper, QWidget* parent = nullptr);
+
+    /// The shown rows, top to bottom.
+    QList<LightRow*> lightRows() const;
+    /// Reads the lights and the hidden set again (after the preferences changed which lights show).
+    void refresh();
+
+private:
+    void onLightsChanged();
+
+    AppSettings& m_settings;
+    HueHelper& m_helper;
+};

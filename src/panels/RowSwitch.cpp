@@ -1,0 +1,51 @@
+#include "panels/RowSwitch.h"
+
+#include "panels/Theme.h"
+
+#include <QPainter>
+
+namespace {
+constexpr int switchWidth = 30;
+constexpr int switchHeight = 13;
+} // namespace
+
+RowSwitch::RowSwitch(QWidget* parent) : QAbstractButton(parent)
+{
+    setCheckable(true);
+    setFixedSize(switchWidth, switchHeight);
+    setCursor(Qt::PointingHandCursor);
+    setFocusPolicy(Qt::NoFocus);
+}
+
+QSize RowSwitch::sizeHint() const
+{
+    return {switchWidth, switchHeight};
+}
+
+void RowSwitch::paintEvent(QPaintEvent*)
+{
+    const bool dark = Theme::isDark(this);
+    const QColor ink = dark ? QColor(Qt::white) : QColor(Qt::black);
+    const QColor paper = dark ? QColor(Qt::black) : QColor(Qt::white);
+    const QRectF track = QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5);
+    const qreal radius = track.height() / 2;
+
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    if (isChecked()) {
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(ink);
+    } else {
+        QColor faint = ink;
+        faint.setAlphaF(0.5f);
+        painter.setPen(QPen(faint, 1));
+        painter.setBrush(Qt::NoBrush);
+    }
+    painter.drawRoundedRect(track, radius, radius);
+
+    const qreal knob = track.height() - 3;
+    const qreal knobX = isChecked() ? track.right() - 1.5 - knob : track.left() + 1.5;
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(isChecked() ? paper : ink);
+    painter.drawEllipse(QRectF(knobX, track.top() + 1.5, knob, knob));
+}

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <QAbstractButton>
+
+/// The small on/off switch in a row's header: 30 by 13 points, drawn white in dark and black in light
+/// appearance. A click toggles it and emits `clicked(bool)`; `setChecked` from a refresh emits nothing the
+/// row listens to.
+class RowSwitch final : public QAbstractButton
+{
+    Q_OBJECT
+    Q_DISABLE_COPY_MOVE(RowSwitch)
+
+public:
+    explicit RowSwitch(QWidget* parent = nullptr);
+
+    QSize sizeHint() const override;
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+};

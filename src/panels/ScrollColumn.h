@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QList>
+#include <QScrollArea>
+
+class QVBoxLayout;
+
+/// A transparent, vertically scrolling column of rows, the body of the lights, rooms and scenes panels.
+/// The owner creates and deletes the rows; the column only keeps them in the given order.
+class ScrollColumn : public QScrollArea
+{
+    Q_OBJECT
+    Q_DISABLE_COPY_MOVE(ScrollColumn)
+
+public:
+    /// The rows, top to bottom.
+    QList<QWidget*> rows() const { return m_rows; }
+
+protected:
+    /// @p padding around the rows and @p spacing between them, in points.
+    ScrollColumn(int padding, int spacing, QWidget* parent);
+
+    /// The parent for new rows.
+    QWidget* content() const { return m_content; }
+    /// Shows exactly @p rows in this order; rows left out are removed from the column (not deleted).
+    void arrange(const QList<QWidget*>& rows, Qt::Alignment alignment = {});
+
+private:
+    QWidget* m_content = nullptr;
+    QVBoxLayout* m_column = nullptr;
+    QList<QWidget*> m_rows;
+};

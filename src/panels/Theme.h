@@ -1,0 +1,26 @@
+#pragma once
+
+#include <QColor>
+
+class QWidget;
+
+/// The drop-down window's colours for light and dark appearance.
+namespace Theme {
+
+/// Dark when the widget's window colour is dark (follows the desktop's colour scheme).
+bool isDark(const QWidget* widget);
+
+/// The rounded background: grey 0.1 in dark, (242, 237, 243) in light, both at opacity 0.98.
+QColor background(bool dark);
+/// The two chrome greys: 0.3 in dark and 0.97 in light; black in dark and 0.9 in light.
+QColor chrome(bool dark);
+QColor chromeStrong(bool dark);
+/// Text on the background.
+QColor text(bool dark);
+
+/// Corner radius of the window's background, in points.
+inline constexpr qreal windowRadius = 10;
+/// Corner radius of tabs, sliders, colour fields and scene buttons, in points.
+inline constexpr qreal controlRadius = 5;
+
+} // namespace Theme

@@ -1,0 +1,196 @@
+#include "panels/TitleBars.h"
+
+#include "panels/Browser.h"
+#include "panels/Theme.h"
+#include "state/AppSettings.h"
+#include "state/ProductLinks.h"
+#include "state/SettingsStore.h"
+
+#include <QCoreApplication>
+#include <QEvent>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPainter>
+#include <QPainterPath>
+#include <QToolButton>
+#include <QVBoxLayout>
+#include <QtMath>
+
+namespace {
+
+constexpr qreal titleOpacity = 0.7;
+constexpr int iconSize = 14;
+
+void setTextColour(QWidget* widget, const QColor& colour)
+{
+    QPalette palette = widget->palette();
+    palette.setColor(QPalette::WindowText, colour);
+    palette.setColor(QPalette::ButtonText, colour);
+    palette.setColor(QPalette::Text, colour);
+    widget->setPalette(palette);
+}
+
+QColor dimmedText(const QWidget* widget)
+{
+    QColor colour = Theme::text(Theme::isDark(widget));
+    colour.setAlphaF(titleOpacity);
+    return colour;
+}
+
+// The fallback when the desktop's icon theme has no settings icon: a grey cog, legible on light and dark.
+QIcon drawnGear()
+{
+    const int side = 64;
+    QPixmap pixmap(side, side);
+    pixmap.fill(Qt::transparent);
+    QPainter painter(&pixmap);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.translate(side / 2.0, side / 2.0);
+    const QColor grey(128, 128, 128);
+
+    QPainterPath cog;
+    const int teeth = 8;
+    for (int tooth = 0; tooth < teeth; ++tooth) {
+        QPainterPath block;
+        block.addRoundedRect(QRectF(-5, -side / 2.0 + 2, 10, 14), 2, 2);
+        cog += QTransform().rotate(tooth * 360.0 / teeth).map(block);
+    }
+    QPainterPath ring;
+    ring.addEllipse(QPointF(0, 0), 22, 22);
+    cog += ring;
+    QPainterPath hole;
+    hole.addEllipse(QPointF(0, 0), 9, 9);
+    painter.fillPath(cog - hole, grey);
+    return QIcon(pixmap);
+}
+
+QToolButton* settingsIconButton(QWidget* parent)
+{
+    auto* button = new QToolButton(parent);
+    button->setObjectName(QStringLiteral("settingsIconButton"));
+    button->setAutoRaise(true);
+    button->setIcon(QIcon::fromTheme(QStringLiteral("preferences-system"), drawnGear()));
+    button->setIconSize(QSize(iconSize, iconSize));
+    button->setFixedSize(iconSize, iconSize);
+    button->setToolTip(QObject::tr("Settings"));
+    button->setCursor(Qt::PointingHandCursor);
+    button->setStyleSheet(QStringLiteral("QToolButton { border: none; padding: 0; }"));
+    return button;
+}
+
+QFont systemFont(qreal pointSize, QFont::Weight weight)
+{
+    QFont font;
+    font.setPointSizeF(pointSize);
+    font.setWeight(weight);
+    return font;
+}
+
+} // namespace
+
+WelcomeTitlebarView::WelcomeTitlebarView(QWidget* parent)
+    : QWidget(parent), m_name(new QLabel(QStringLiteral("Glowdeck"), this)), m_settings(new QToolButton(this))
+{
+    m_name->setObjectName(QStringLiteral("productName"));
+    m_name->setFont(systemFont(13, QFont::Normal));
+    m_name->setAlignment(Qt::AlignCenter);
+    m_name->setContentsMargins(0, 15, 0, 15);
+
+    m_settings->setObjectName(QStringLiteral("settingsTextButton"));
+    m_settings->setText(tr("Settings"));
+    m_settings->setFont(systemFont(12, QFont::Normal));
+    m_settings->setAutoRaise(true);
+    m_settings->setCursor(Qt::PointingHandCursor);
+    connect(m_settings, &QToolButton::clicked, this, &WelcomeTitlebarView::settingsRequested);
+
+    auto* layout = new QHBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(6);
+    layout->addStretch();
+    layout->addWidget(m_name);
+    layout->addWidget(m_settings);
+    layout->addStretch();
+    applyColours();
+}
+
+void WelcomeTitlebarView::changeEvent(QEvent* event)
+{
+    if (event->type() == QEvent::PaletteChange)
+        applyColours();
+    QWidget::changeEvent(event);
+}
+
+void WelcomeTitlebarView::applyColours()
+{
+    setTextColour(m_name, dimmedText(this));
+}
+
+RegularTitlebarView::RegularTitlebarView(AppSettings& settings, const ProductLinks& links, QWidget* parent)
+    : QWidget(parent), m_settings(settings), m_review(links.review),
+      m_name(new QLabel(QStringLiteral("Glowdeck"), this)),
+      m_reviewText(new QLabel(tr("Got a second?"), this)), m_heart(new QToolButton(this)),
+      m_settingsButton(settingsIconButton(this))
+{
+    m_name->setObjectName(QStringLiteral("productName"));
+    m_name->setFont(systemFont(12, QFont::Bold));
+    m_name->setContentsMargins(12, 12, 12, 12);
+
+    m_reviewText->setObjectName(QStringLiteral("reviewText"));
+    m_reviewText->setFont(systemFont(12, QFont::Light));
+    m_reviewText->setContentsMargins(12, 12, 12, 12);
+
+    // A text heart keeps the program free of image assets and follows the desktop's font colour.
+    m_heart->setObjectName(QStringLiteral("reviewButton"));
+    m_heart->setText(QStringLiteral("\u2665"));
+    m_heart->setToolTip(tr("Write a review"));
+    m_heart->setAutoRaise(true);
+    m_heart->setCursor(Qt::PointingHandCursor);
+    m_heart->setFixedHeight(iconSize);
+    m_heart->setFont(systemFont(11, QFont::Normal));
+    m_heart->setStyleSheet(QStringLiteral("QToolButton { border: none; padding: 0; color: #e0245e; }"));
+
+    auto* layout = new QHBoxLayout(this);
+    layout->setContentsMargins(0, 0, 10, 0);
+    layout->setSpacing(0);
+    layout->addWidget(m_name);
+    layout->addWidget(m_reviewText);
+    layout->addWidget(m_heart);
+    layout->addStretch();
+    layout->addWidget(m_settingsButton);
+
+    connect(m_heart, &QToolButton::clicked, this, &RegularTitlebarView::onReviewClicked);
+    connect(m_settingsButton, &QToolButton::clicked, this, &RegularTitlebarView::settingsRequested);
+    connect(&m_settings, &AppSettings::showReviewRequestChanged, this,
+            &RegularTitlebarView::onShowReviewRequestChanged);
+    onShowReviewRequestChanged();
+    applyColours();
+}
+
+void RegularTitlebarView::onShowReviewRequestChanged()
+{
+    const bool asking = m_settings.showReviewRequest();
+    m_name->setVisible(!asking);
+    m_reviewText->setVisible(asking);
+    m_heart->setVisible(asking);
+}
+
+void RegularTitlebarView::onReviewClicked()
+{
+    Browser::open(m_review);
+    m_settings.store().writeBool(noMoreReviewRequestsKey, true);
+    m_settings.store().writeString(reviewedVersionKey, QCoreApplication::applicationVersion());
+    m_settings.setShowReviewRequest(false);
+}
+
+void RegularTitlebarView::changeEvent(QEvent* event)
+{
+    if (event->type() == QEvent::PaletteChange)
+        applyColours();
+    QWidget::changeEvent(event);
+}
+
+void RegularTitlebarView::applyColours()
+{
+    setTextColour(m_name, dimmedText(this));
+    setTextColour(m_reviewText, dimmedText(this));
+}

@@ -1,0 +1,68 @@
+#pragma once
+
+#include <QUrl>
+#include <QWidget>
+
+class AppSettings;
+class QLabel;
+class QToolButton;
+struct ProductLinks;
+
+/// The title bar before any light is known: the product name and a "Settings" text button, both centred,
+/// because the first thing a new user has to do is connect to the bridge.
+class WelcomeTitlebarView final : public QWidget
+{
+    Q_OBJECT
+    Q_DISABLE_COPY_MOVE(WelcomeTitlebarView)
+
+public:
+    explicit WelcomeTitlebarView(QWidget* parent = nullptr);
+
+Q_SIGNALS:
+    /// The user wants the preferences window.
+    void settingsRequested();
+
+protected:
+    void changeEvent(QEvent* event) override;
+
+private:
+    void applyColours();
+
+    QLabel* m_name;
+    QToolButton* m_settings;
+};
+
+/// The usual title bar: the product name, or while a review is asked for "Got a second?" with a heart, and a
+/// settings icon at the trailing end.
+class RegularTitlebarView final : public QWidget
+{
+    Q_OBJECT
+    Q_DISABLE_COPY_MOVE(RegularTitlebarView)
+
+public:
+    RegularTitlebarView(AppSettings& settings, const ProductLinks& links, QWidget* parent = nullptr);
+
+    /// The settings key set once the user has followed the review request; no request is shown after it.
+    static inline const QString noMoreReviewRequestsKey = QStringLiteral("noMoreReviewRequests");
+    /// The settings key holding the version the user reviewed.
+    static inline const QString reviewedVersionKey = QStringLiteral("reviewedVersion");
+
+Q_SIGNALS:
+    /// The user wants the preferences window.
+    void settingsRequested();
+
+protected:
+    void changeEvent(QEvent* event) override;
+
+private:
+    void onShowReviewRequestChanged();
+    void onReviewClicked();
+    void applyColours();
+
+    AppSettings& m_settings;
+    QUrl m_review;
+    QLabel* m_name;
+    QLabel* m_reviewText;
+    QToolButton* m_heart;
+    QToolButton* m_settingsButton;
+};

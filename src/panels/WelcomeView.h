@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QWidget>
+
+/// The first-start greeting: one sentence on where the program lives and a button to begin. What the button
+/// leads to (closing this window, opening the drop-down window, remembering the greeting) is the shell's.
+class WelcomeView final : public QWidget
+{
+    Q_OBJECT
+    Q_DISABLE_COPY_MOVE(WelcomeView)
+
+public:
+    explicit WelcomeView(QWidget* parent = nullptr);
+
+Q_SIGNALS:
+    /// The user pressed "Let's go!".
+    void letsGo();
+};
