@@ -1,0 +1,303 @@
+#include "app/AppDelegate.h"
+
+#include "app/ReviewPrompt.h"
+#include "app/SleepWatcher.h"
+#include "app/StatusBarMenuWindowController.h"
+#include "bridge/ActionQueue.h"
+#include "bridge/HueHelper.h"
+#include "connection/BridgeConnection.h"
+#include "connection/BridgeDiscovery.h"
+#include "connection/BridgePairing.h"
+#include "connection/ShellRunner.h"
+#include "diagnostics/Diagnostics.h"
+#include "panels/ContentView.h"
+#include "panels/WelcomeView.h"
+#include "preferences/window/PreferencesWindowController.h"
+#include "state/AppSettings.h"
+#include "state/Console.h"
+#include "state/JsonSettingsStore.h"
+
+#include <QAction>
+#include <QCoreApplication>
+#include <QCursor>
+#include <QDesktopServices>
+#include <QFile>
+#include <QGuiApplication>
+#include <QMenu>
+#include <QNetworkAccessManager>
+#include <QTimer>
+
+namespace {
+
+// The tray host (a panel, trayer) may start a little after us at login: look again for half a minute.
+constexpr int trayRetryMilliseconds = 1000;
+constexpr int trayRetryAttempts = 30;
+
+QIcon lampIcon(const QString& name)
+{
+    const QString path = QStringLiteral(":/icons/%1.svg").arg(name);
+    // An unknown name in the settings file keeps the default lamp rather than an empty tray slot.
+    if (!QFile::exists(path))
+        return QIcon(QStringLiteral(":/icons/Icon_Lamp0.svg"));
+    return QIcon(path);
+}
+
+} // namespace
+
+AppDelegate::AppDelegate(AppDelegateOptions options, std::unique_ptr<SleepWatcher> sleepWatcher,
+                         QObject* parent)
+    : QObject(parent), m_options(std::move(options)), m_sleepWatcher(std::move(sleepWatcher)),
+      m_openUrl([](const QUrl& url) { QDesktopServices::openUrl(url); })
+{}
+
+AppDelegate::~AppDelegate()
+{
+    stopTimers();
+    // The welcome window has no owner but us.
+    delete m_welcome;
+}
+
+void AppDelegate::start()
+{
+    m_network = std::make_unique<QNetworkAccessManager>();
+    m_store = std::make_unique<JsonSettingsStore>(m_options.settingsFile);
+
+    // Reports go out before anything else can fail.
+    m_diagnostics = std::make_unique<Diagnostics>(*m_network, *m_store, m_options.links.errorEndpoint,
+                                                  m_options.crashFolder);
+    m_diagnostics->start();
+
+    connect(m_sleepWatcher.get(), &SleepWatcher::aboutToSleep, this, &AppDelegate::onSleepNote);
+    connect(m_sleepWatcher.get(), &SleepWatcher::wokeUp, this, &AppDelegate::onWakeNote);
+    connect(qApp, &QCoreApplication::aboutToQuit, this, &AppDelegate::stopTimers);
+
+    m_settings = std::make_unique<AppSettings>(*m_store);
+    connect(m_settings.get(), &AppSettings::windowResizePlease, this, &AppDelegate::onWindowResizePlease);
+    m_settings->load();
+
+    m_queue = std::make_unique<ActionQueue>(*m_settings, *m_network);
+    m_helper = std::make_unique<HueHelper>(*m_settings, *m_queue);
+    m_pairing = std::make_unique<BridgePairing>(*m_settings, *m_network);
+    m_connection = std::make_unique<BridgeConnection>(*m_settings, *m_network, *m_pairing);
+    m_shell = std::make_unique<ShellRunner>();
+    m_discovery = std::make_unique<BridgeDiscovery>(*m_shell, *m_network);
+    m_reviewPrompt = std::make_unique<ReviewPrompt>(*m_store, *m_settings);
+
+    m_preferences = std::make_unique<PreferencesWindowController>(*m_settings);
+
+    createTrayIcon();
+
+    auto* content = new ContentView(*m_settings, *m_helper, m_options.links);
+    m_windowController = std::make_unique<StatusBarMenuWindowController>(
+        *m_settings, content, [this]() -> std::optional<QRect> {
+            // Read at every opening: right after show() an XEmbed tray reports the origin for a while, and a
+            // StatusNotifier tray reports nothing at all. Both mean "unknown".
+            const QRect geometry = m_trayIcon ? m_trayIcon->geometry() : QRect();
+            if (geometry.isEmpty() || geometry.topLeft() == QPoint(0, 0))
+                return std::nullopt;
+            return geometry;
+        });
+    connect(content, &ContentView::settingsRequested, this, &AppDelegate::onOpenSettings);
+
+    buildContextMenu();
+    connectToBridgeAtStart();
+
+    if (!m_store->readBool(hasSeenWelcomeScreenKey))
+        showWelcomeWindow();
+}
+
+void AppDelegate::createTrayIcon()
+{
+    m_trayIcon = std::make_unique<QSystemTrayIcon>(lampIcon(m_settings->appIcon()));
+    m_trayIcon->setToolTip(QStringLiteral("Glowdeck"));
+    connect(m_settings.get(), &AppSettings::appIconChanged, this, &AppDelegate::onAppIconChanged);
+    connect(m_trayIcon.get(), &QSystemTrayIcon::activated, this, [this](QSystemTrayIcon::ActivationReason r) {
+        onActivated(r, QGuiApplication::keyboardModifiers());
+    });
+    showTrayIconWhenAvailable();
+}
+
+void AppDelegate::showTrayIconWhenAvailable()
+{
+    if (QSystemTrayIcon::isSystemTrayAvailable()) {
+        if (m_trayRetry)
+            m_trayRetry->stop();
+        m_trayIcon->show();
+        if (m_options.startupClock && m_options.startupClock->isValid())
+            printLine(QStringLiteral("Glowdeck: tray icon shown after %1 ms")
+                          .arg(m_options.startupClock->elapsed()));
+        return;
+    }
+    if (!m_trayRetry) {
+        printLine(QStringLiteral("Glowdeck: no system tray is available yet; waiting for one to start."));
+        m_trayRetry = new QTimer(this);
+        m_trayRetry->setInterval(trayRetryMilliseconds);
+        connect(m_trayRetry, &QTimer::timeout, this, [this] {
+            if (++m_trayAttempts >= trayRetryAttempts) {
+                m_trayRetry->stop();
+                printLine(QStringLiteral("Glowdeck: still no system tray; the icon will not show. "
+                                         "glowdeckctl controls the lights without one."));
+                return;
+            }
+            showTrayIconWhenAvailable();
+        });
+        m_trayRetry->start();
+    }
+}
+
+void AppDelegate::buildContextMenu()
+{
+    m_menu = std::make_unique<QMenu>();
+    m_menu->addAction(QStringLiteral("Darkness!"), this, &AppDelegate::onAllOff);
+    for (const QString& title : {QStringLiteral("Off in 5 minutes"), QStringLiteral("Off in 30 minutes"),
+                                 QStringLiteral("Off in 60 minutes")})
+        m_menu->addAction(title, this, &AppDelegate::onAllOffInMinutes);
+    m_menu->addSeparator();
+    m_menu->addAction(QStringLiteral("Settings"), this, &AppDelegate::onOpenSettings);
+    m_menu->addSeparator();
+    m_menu->addAction(QStringLiteral("Help"), this, [this] { openUrl(m_options.links.help); });
+    m_menu->addAction(QStringLiteral("Provide Feedback"), this,
+                      [this] { openUrl(m_options.links.feedback); });
+    m_menu->addSeparator();
+    m_menu->addAction(QStringLiteral("Quit Glowdeck"), this, &AppDelegate::onQuit);
+}
+
+void AppDelegate::connectToBridgeAtStart()
+{
+    if (!m_settings->hueIP().isEmpty()) {
+        QTimer::singleShot(0, m_connection.get(), &BridgeConnection::connectToBridge);
+        return;
+    }
+    // Only the address is filled in: pairing waits for the user's "Connect" or the next start.
+    m_discovery->detectBridgeIP([settings = QPointer(m_settings.get())](std::optional<QString> address) {
+        if (!settings || !address)
+            return;
+        const QString trimmed = address->trimmed();
+        if (!trimmed.isEmpty())
+            settings->setHueIP(trimmed);
+    });
+}
+
+void AppDelegate::showWelcomeWindow()
+{
+    m_welcome = new WelcomeView();
+    m_welcome->setAttribute(Qt::WA_DeleteOnClose);
+    m_welcome->setWindowTitle(QStringLiteral("Welcome to Glowdeck"));
+    connect(m_welcome, &WelcomeView::letsGo, this, &AppDelegate::onLetsGo);
+    m_welcome->show();
+}
+
+void AppDelegate::onLetsGo()
+{
+    if (m_welcome)
+        m_welcome->close();
+    // Not an opening by the user's click on the icon: the review prompt does not count it.
+    m_windowController->setPreferredHeight(m_settings->preferredHeightOfActivePanel());
+    m_windowController->show();
+    m_store->writeBool(hasSeenWelcomeScreenKey, true);
+}
+
+void AppDelegate::onActivated(QSystemTrayIcon::ActivationReason reason, Qt::KeyboardModifiers modifiers)
+{
+    const bool menuClick = reason == QSystemTrayIcon::Context ||
+                           (reason == QSystemTrayIcon::Trigger && modifiers.testFlag(Qt::ControlModifier));
+    if (menuClick) {
+        m_windowController->closeWithoutFade();
+        popUpContextMenu();
+        return;
+    }
+    if (reason != QSystemTrayIcon::Trigger)
+        return;
+    if (m_windowController->isShown()) {
+        m_windowController->close();
+        return;
+    }
+    // The press on the icon already closed the window (focus loss, outside click): that was the toggle.
+    if (m_windowController->closedByOutsideClickJustNow())
+        return;
+    openDropDownWindow();
+}
+
+void AppDelegate::openDropDownWindow()
+{
+    m_windowController->setPreferredHeight(m_settings->preferredHeightOfActivePanel());
+    m_windowController->show();
+    QTimer::singleShot(0, this, [this] { m_reviewPrompt->onWindowOpened(); });
+}
+
+void AppDelegate::popUpContextMenu()
+{
+    const QRect icon = m_trayIcon ? m_trayIcon->geometry() : QRect();
+    m_menu->popup(icon.isEmpty() ? QCursor::pos() : icon.bottomLeft() + QPoint(0, 1));
+}
+
+void AppDelegate::openUrl(const QUrl& url)
+{
+    // An empty address means the page is switched off (tests, the demo).
+    if (url.isEmpty())
+        return;
+    m_openUrl(url);
+}
+
+void AppDelegate::onAppIconChanged()
+{
+    m_trayIcon->setIcon(lampIcon(m_settings->appIcon()));
+}
+
+void AppDelegate::onWindowResizePlease(qint64 height)
+{
+    // The settings load sends this before the window exists.
+    if (!m_windowController)
+        return;
+    QTimer::singleShot(0, this, [this, height] { m_windowController->positionWindow(height); });
+}
+
+void AppDelegate::onAllOff()
+{
+    for (const HueLight& light : m_settings->lights())
+        m_helper->setLightOn(light, false);
+}
+
+void AppDelegate::onAllOffInMinutes()
+{
+    // The delay is read from the title, so a translated title must keep the digits followed by a blank.
+    auto* action = qobject_cast<QAction*>(sender());
+    const QString title = action ? action->text() : QString();
+    qint64 minutes = 5;
+    if (title.contains(QStringLiteral("60 ")))
+        minutes = 60;
+    else if (title.contains(QStringLiteral("30 ")))
+        minutes = 30;
+    m_helper->switchAllOffAfterMinutes(minutes);
+}
+
+void AppDelegate::onOpenSettings()
+{
+    m_windowController->close();
+    m_preferences->show();
+}
+
+void AppDelegate::onSleepNote()
+{
+    stopTimers();
+}
+
+void AppDelegate::onWakeNote()
+{
+    m_queue->startProcessor();
+    m_connection->startBridgeStateRefresher();
+}
+
+void AppDelegate::onQuit()
+{
+    stopTimers();
+    QCoreApplication::quit();
+}
+
+void AppDelegate::stopTimers()
+{
+    if (m_queue)
+        m_queue->stopProcessor();
+    if (m_connection)
+        m_connection->stopBridgeStateRefresher();
+}

@@ -1,0 +1,120 @@
+#pragma once
+
+#include "panels/WelcomeView.h"
+#include "state/ProductLinks.h"
+
+#include <QElapsedTimer>
+#include <QObject>
+#include <QPointer>
+#include <QSystemTrayIcon>
+#include <QUrl>
+
+#include <functional>
+#include <memory>
+
+class ActionQueue;
+class AppSettings;
+class BridgeConnection;
+class BridgeDiscovery;
+class BridgePairing;
+class Diagnostics;
+class HueHelper;
+class JsonSettingsStore;
+class PreferencesWindowController;
+class QAction;
+class QMenu;
+class QNetworkAccessManager;
+class QTimer;
+class ReviewPrompt;
+class ShellRunner;
+class SleepWatcher;
+class StatusBarMenuWindowController;
+
+/// What differs between one run of the application and another (the real start, the demo, a test).
+struct AppDelegateOptions
+{
+    QString settingsFile;
+    ProductLinks links;
+    QString crashFolder;
+    /// Set when the start-up time should be printed; started first thing in main.
+    const QElapsedTimer* startupClock = nullptr;
+};
+
+/// The composition root: owns the shared state, the bridge client, the tray icon, its menu and the windows
+/// for the whole run, and hands references down. Nothing below reaches back up to it.
+class AppDelegate final : public QObject
+{
+    Q_OBJECT
+    Q_DISABLE_COPY_MOVE(AppDelegate)
+
+public:
+    /// Stored true once the user went through the welcome window.
+    static inline const QString hasSeenWelcomeScreenKey = QStringLiteral("hasSeenWelcomeScreen");
+
+    AppDelegate(AppDelegateOptions options, std::unique_ptr<SleepWatcher> sleepWatcher,
+                QObject* parent = nullptr);
+    ~AppDelegate() override;
+
+    /// Runs the start-up sequence: diagnostics, sleep and resize observation, settings, preferences, tray
+    /// icon, drop-down window, menu, the bridge connection and, on a first start, the welcome window.
+    void start();
+
+    /// What a click on the tray icon does: a context click, or a click with Control held, shows the menu
+    /// (closing the drop-down window first); a plain click toggles the drop-down window.
+    void onActivated(QSystemTrayIcon::ActivationReason reason, Qt::KeyboardModifiers modifiers);
+
+    /// Where Help and Provide Feedback go; tests replace the browser.
+    void setUrlOpener(std::function<void(const QUrl&)> opener) { m_openUrl = std::move(opener); }
+
+    AppSettings& settings() const { return *m_settings; }
+    ActionQueue& queue() const { return *m_queue; }
+    BridgeConnection& connection() const { return *m_connection; }
+    QMenu& contextMenu() const { return *m_menu; }
+    StatusBarMenuWindowController& windowController() const { return *m_windowController; }
+    PreferencesWindowController& preferences() const { return *m_preferences; }
+    /// The welcome window while it is open.
+    WelcomeView* welcomeWindow() const { return m_welcome; }
+
+private:
+    void createTrayIcon();
+    void showTrayIconWhenAvailable();
+    void buildContextMenu();
+    void connectToBridgeAtStart();
+    void showWelcomeWindow();
+    void popUpContextMenu();
+    void openDropDownWindow();
+    void openUrl(const QUrl& url);
+
+    void onAppIconChanged();
+    void onWindowResizePlease(qint64 height);
+    void onAllOff();
+    void onAllOffInMinutes();
+    void onOpenSettings();
+    void onLetsGo();
+    void onSleepNote();
+    void onWakeNote();
+    void onQuit();
+    void stopTimers();
+
+    AppDelegateOptions m_options;
+    std::unique_ptr<SleepWatcher> m_sleepWatcher;
+    std::unique_ptr<QNetworkAccessManager> m_network;
+    std::unique_ptr<JsonSettingsStore> m_store;
+    std::unique_ptr<Diagnostics> m_diagnostics;
+    std::unique_ptr<AppSettings> m_settings;
+    std::unique_ptr<ActionQueue> m_queue;
+    std::unique_ptr<HueHelper> m_helper;
+    std::unique_ptr<BridgePairing> m_pairing;
+    std::unique_ptr<BridgeConnection> m_connection;
+    std::unique_ptr<ShellRunner> m_shell;
+    std::unique_ptr<BridgeDiscovery> m_discovery;
+    std::unique_ptr<ReviewPrompt> m_reviewPrompt;
+    std::unique_ptr<PreferencesWindowController> m_preferences;
+    std::unique_ptr<QSystemTrayIcon> m_trayIcon;
+    std::unique_ptr<StatusBarMenuWindowController> m_windowController;
+    std::unique_ptr<QMenu> m_menu;
+    QPointer<WelcomeView> m_welcome;
+    QTimer* m_trayRetry = nullptr;
+    int m_trayAttempts = 0;
+    std::function<void(const QUrl&)> m_openUrl;
+};

@@ -1,0 +1,57 @@
+#include "app/DemoMode.h"
+
+#include "simulator/BridgeSimulator.h"
+#include "state/JsonSettingsStore.h"
+#include "state/SettingsKeys.h"
+
+#include <QDir>
+
+#include <cstdio>
+
+DemoMode::DemoMode() = default;
+DemoMode::~DemoMode() = default;
+
+void DemoMode::switchOffOutsideAddresses()
+{
+    for (const char* name :
+         {"GLOWDECK_DISCOVERY_URL", "GLOWDECK_ERROR_ENDPOINT", "GLOWDECK_HELP_URL", "GLOWDECK_FEEDBACK_URL",
+          "GLOWDECK_REVIEW_URL", "GLOWDECK_WEBSITE_URL", "GLOWDECK_DONATION_URL"}) {
+        if (!qEnvironmentVariableIsSet(name))
+            qputenv(name, QByteArray());
+    }
+}
+
+bool DemoMode::start()
+{
+    if (!m_folder.isValid()) {
+        std::fprintf(stderr, "Glowdeck demo: cannot create a temporary folder: %s\n",
+                     qPrintable(m_folder.errorString()));
+        return false;
+    }
+    m_bridge = std::make_unique<BridgeSimulator>();
+    m_bridge->setAcceptPairingAtOnce(true);
+    // A demo may run for hours: keeping every request would only grow.
+    m_bridge->setRecording(false);
+    if (!m_bridge->listen(QHostAddress::LocalHost, 0)) {
+        std::fprintf(stderr, "Glowdeck demo: the simulated bridge cannot listen: %s\n",
+                     qPrintable(m_bridge->errorString()));
+        return false;
+    }
+    {
+        JsonSettingsStore store(settingsFile());
+        store.writeString(SettingsKeys::bridgeIP, m_bridge->hostAndPort());
+    }
+    std::fprintf(stdout, "Glowdeck demo: simulated Hue bridge at %s\n", qPrintable(m_bridge->hostAndPort()));
+    std::fflush(stdout);
+    return true;
+}
+
+QString DemoMode::settingsFile() const
+{
+    return m_folder.filePath(QStringLiteral("settings.json"));
+}
+
+QString DemoMode::crashFolder() const
+{
+    return m_folder.filePath(QStringLiteral("crashes"));
+}

@@ -1,0 +1,106 @@
+#include "app/Launcher.h"
+
+#include "app/AppDelegate.h"
+#include "app/DemoMode.h"
+#include "app/SleepWatcher.h"
+#include "state/JsonSettingsStore.h"
+
+#include <QApplication>
+#include <QCommandLineParser>
+#include <QElapsedTimer>
+#include <QStandardPaths>
+
+#include <cstdio>
+#include <optional>
+
+namespace {
+
+QStringList argumentList(int argc, char** argv)
+{
+    QStringList arguments;
+    for (int i = 0; i < argc; ++i)
+        arguments << QString::fromLocal8Bit(argv[i]);
+    return arguments;
+}
+
+bool hasDisplay()
+{
+    const QByteArray platform = qgetenv("QT_QPA_PLATFORM");
+    // Platforms that draw nowhere (offscreen, minimal, vnc...) need no session; only xcb and wayland do.
+    if (!platform.isEmpty() && !platform.startsWith("xcb") && !platform.startsWith("wayland"))
+        return true;
+    return !qEnvironmentVariableIsEmpty("DISPLAY") || !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
+}
+
+} // namespace
+
+int runGlowdeck(int argc, char** argv, const QElapsedTimer& startupClock)
+{
+    QCoreApplication::setApplicationName(QStringLiteral("Glowdeck"));
+    QCoreApplication::setApplicationVersion(QStringLiteral(GLOWDECK_VERSION));
+
+    // Parsed before the application object exists: without a display, creating it would abort.
+    QCommandLineParser parser;
+    parser.setApplicationDescription(QStringLiteral("Philips Hue lights from the system tray."));
+    const QCommandLineOption helpOption = parser.addHelpOption();
+    const QCommandLineOption versionOption = parser.addVersionOption();
+    const QCommandLineOption settingsOption(QStringLiteral("settings"),
+                                            QStringLiteral("Read and write the settings in <file>."),
+                                            QStringLiteral("file"));
+    const QCommandLineOption demoOption(
+        QStringLiteral("demo"), QStringLiteral("Run against a simulated bridge, with settings of its own."));
+    parser.addOption(settingsOption);
+    parser.addOption(demoOption);
+    if (!parser.parse(argumentList(argc, argv))) {
+        std::fprintf(stderr, "%s\nTry glowdeck --help.\n", qPrintable(parser.errorText()));
+        return 2;
+    }
+    if (parser.isSet(helpOption)) {
+        // Without an application object Qt cannot tell the program's name.
+        QString help = parser.helpText();
+        help.replace(QStringLiteral("<executable_name>"), QStringLiteral("glowdeck"));
+        std::fputs(qPrintable(help), stdout);
+        return 0;
+    }
+    if (parser.isSet(versionOption))
+        parser.showVersion();
+
+    if (!hasDisplay()) {
+        std::fprintf(stderr, "Glowdeck needs a desktop session with a system tray. Without one, use "
+                             "glowdeckctl (see README.md).\n");
+        return 1;
+    }
+
+    if (parser.isSet(demoOption))
+        DemoMode::switchOffOutsideAddresses();
+
+    QApplication app(argc, argv);
+    QApplication::setQuitOnLastWindowClosed(false);
+
+    // Declared after the application object, so the simulated bridge goes before it.
+    std::optional<DemoMode> demo;
+    if (parser.isSet(demoOption))
+        demo.emplace();
+
+    AppDelegateOptions options;
+    if (demo) {
+        if (!demo->start())
+            return 1;
+        options.settingsFile = demo->settingsFile();
+        options.crashFolder = demo->crashFolder();
+    } else {
+        options.settingsFile = parser.isSet(settingsOption) ? parser.value(settingsOption)
+                               : qEnvironmentVariableIsEmpty("GLOWDECK_SETTINGS")
+                                   ? JsonSettingsStore::defaultFileName()
+                                   : qEnvironmentVariable("GLOWDECK_SETTINGS");
+        options.crashFolder = QStandardPaths::writableLocation(QStandardPaths::AppLocalDataLocation) +
+                              QStringLiteral("/crashes");
+    }
+    options.links = ProductLinks::fromEnvironment();
+    if (qEnvironmentVariableIsSet("GLOWDECK_TRACE_STARTUP"))
+        options.startupClock = &startupClock;
+
+    AppDelegate delegate(std::move(options), createSleepWatcher());
+    delegate.start();
+    return QApplication::exec();
+}

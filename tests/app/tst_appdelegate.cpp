@@ -1,0 +1,276 @@
+#include "TestSupport.h"
+#include "app/AppDelegate.h"
+#include "app/DropDownWindow.h"
+#include "app/SleepWatcher.h"
+#include "app/StatusBarMenuWindowController.h"
+#include "bridge/ActionQueue.h"
+#include "connection/BridgeConnection.h"
+#include "panels/WelcomeView.h"
+#include "preferences/window/PreferencesWindowController.h"
+#include "simulator/BridgeSimulator.h"
+#include "state/AppSettings.h"
+#include "state/JsonSettingsStore.h"
+#include "state/SettingsKeys.h"
+
+#include <QAction>
+#include <QMenu>
+#include <QRegularExpression>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTimer>
+
+#include <memory>
+
+class TestAppDelegate final : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+    void menuListsItsEntriesInOrder();
+    void darknessSwitchesEveryLightOffInOrder();
+    void offInMinutesReadsTheDelayFromTheTitle_data();
+    void offInMinutesReadsTheDelayFromTheTitle();
+    void controlClickOpensTheMenuAndNotTheWindow();
+    void contextClickClosesTheOpenWindow();
+    void plainClickTogglesTheWindowAndCountsTheOpening();
+    void sleepThenWakeLeavesOneTimerOfEachKind();
+    void helpOpensTheConfiguredPageAndAnEmptyOneNothing();
+    void firstStartGreetsAndLetsGoOpensTheWindow();
+
+private:
+    /// Starts the application against the simulator, already paired.
+    void startDelegate(bool seenWelcome = true);
+    QAction* action(const QString& title) const;
+    int activeTimers(QObject& owner, std::chrono::milliseconds interval) const;
+
+    std::unique_ptr<BridgeSimulator> m_bridge;
+    std::unique_ptr<QTemporaryDir> m_folder;
+    std::unique_ptr<AppDelegate> m_delegate;
+    SleepWatcher* m_sleepWatcher = nullptr;
+    ProductLinks m_links;
+    QList<QUrl> m_opened;
+};
+
+void TestAppDelegate::init()
+{
+    m_bridge = std::make_unique<BridgeSimulator>();
+    QVERIFY(m_bridge->listen());
+    m_folder = std::make_unique<QTemporaryDir>();
+    m_links = ProductLinks{};
+    m_opened.clear();
+}
+
+void TestAppDelegate::cleanup()
+{
+    m_delegate.reset();
+    m_bridge.reset();
+    m_folder.reset();
+}
+
+void TestAppDelegate::startDelegate(bool seenWelcome)
+{
+    const QString file = m_folder->filePath(QStringLiteral("settings.json"));
+    {
+        JsonSettingsStore store(file);
+        store.writeString(SettingsKeys::bridgeIP, m_bridge->hostAndPort());
+        store.writeString(SettingsKeys::bridgeUser, m_bridge->addUser());
+        if (seenWelcome)
+            store.writeBool(AppDelegate::hasSeenWelcomeScreenKey, true);
+    }
+    auto watcher = std::make_unique<SleepWatcher>();
+    m_sleepWatcher = watcher.get();
+    m_delegate = std::make_unique<AppDelegate>(
+        AppDelegateOptions{file, m_links, m_folder->filePath(QStringLiteral("crashes"))}, std::move(watcher));
+    m_delegate->setUrlOpener([this](const QUrl& url) { m_opened << url; });
+    m_delegate->start();
+    QTRY_VERIFY(!m_delegate->settings().lights().isEmpty());
+    QTRY_VERIFY(m_delegate->settings().bridgeConnected());
+}
+
+QAction* TestAppDelegate::action(const QString& title) const
+{
+    for (QAction* entry : m_delegate->contextMenu().actions()) {
+        if (entry->text() == title)
+            return entry;
+    }
+    return nullptr;
+}
+
+int TestAppDelegate::activeTimers(QObject& owner, std::chrono::milliseconds interval) const
+{
+    int count = 0;
+    for (QTimer* timer : owner.findChildren<QTimer*>()) {
+        if (timer->isActive() && timer->intervalAsDuration() == interval)
+            ++count;
+    }
+    return count;
+}
+
+void TestAppDelegate::menuListsItsEntriesInOrder()
+{
+    startDelegate();
+    QStringList titles;
+    for (QAction* entry : m_delegate->contextMenu().actions())
+        titles << (entry->isSeparator() ? QStringLiteral("-") : entry->text());
+    QCOMPARE(titles, (QStringList{"Darkness!", "Off in 5 minutes", "Off in 30 minutes", "Off in 60 minutes",
+                                  "-", "Settings", "-", "Help", "Provide Feedback", "-", "Quit Glowdeck"}));
+}
+
+void TestAppDelegate::darknessSwitchesEveryLightOffInOrder()
+{
+    startDelegate();
+    QStringList expected;
+    for (const HueLight& light : m_delegate->settings().lights())
+        expected << QStringLiteral("/lights/%1/state").arg(light.lamp_id);
+    m_bridge->clearRequests();
+
+    action(QStringLiteral("Darkness!"))->trigger();
+
+    const auto switchedOff = [this] {
+        QStringList paths;
+        for (const SimulatedRequest& request : m_bridge->requests()) {
+            if (request.method == "PUT" && request.body.value(QStringLiteral("on")) == false)
+                paths << request.path.mid(request.path.indexOf(QStringLiteral("/lights/")));
+        }
+        return paths;
+    };
+    QTRY_COMPARE_WITH_TIMEOUT(switchedOff().size(), expected.size(), 15000);
+    QCOMPARE(switchedOff(), expected);
+    for (const QString& id : m_bridge->lightIds()) {
+        if (expected.contains(QStringLiteral("/lights/%1/state").arg(id)))
+            QCOMPARE(m_bridge->light(id)[QStringLiteral("state")].toObject()[QStringLiteral("on")], false);
+    }
+}
+
+void TestAppDelegate::offInMinutesReadsTheDelayFromTheTitle_data()
+{
+    QTest::addColumn<QString>("title");
+    QTest::addColumn<QString>("newTitle"); // empty: keep it
+    QTest::addColumn<QString>("localtime");
+
+    QTest::newRow("5") << "Off in 5 minutes" << QString() << "PT00:05:00";
+    QTest::newRow("30") << "Off in 30 minutes" << QString() << "PT00:30:00";
+    QTest::newRow("60") << "Off in 60 minutes" << QString() << "PT00:60:00";
+    QTest::newRow("a title without 30 or 60 gives 5") << "Off in 30 minutes"
+                                                      << "Later, please"
+                                                      << "PT00:05:00";
+    QTest::newRow("digits without a blank do not count") << "Off in 60 minutes"
+                                                         << "Off in 60min"
+                                                         << "PT00:05:00";
+}
+
+void TestAppDelegate::offInMinutesReadsTheDelayFromTheTitle()
+{
+    QFETCH(QString, title);
+    QFETCH(QString, newTitle);
+    QFETCH(QString, localtime);
+    startDelegate();
+    m_bridge->clearRequests();
+    QAction* entry = action(title);
+    QVERIFY(entry);
+    if (!newTitle.isEmpty())
+        entry->setText(newTitle);
+
+    entry->trigger();
+
+    QTRY_COMPARE(m_bridge->requests().size(), 1);
+    const SimulatedRequest request = m_bridge->requests().first();
+    QCOMPARE(request.method, QByteArray("POST"));
+    QVERIFY(request.path.endsWith(QStringLiteral("/schedules")));
+    QCOMPARE(request.body.value(QStringLiteral("localtime")).toString(), localtime);
+}
+
+void TestAppDelegate::controlClickOpensTheMenuAndNotTheWindow()
+{
+    startDelegate();
+    m_delegate->onActivated(QSystemTrayIcon::Trigger, Qt::ControlModifier);
+    QTRY_VERIFY(m_delegate->contextMenu().isVisible());
+    QVERIFY(!m_delegate->windowController().isShown());
+
+    m_delegate->contextMenu().close();
+    QTRY_VERIFY(!m_delegate->contextMenu().isVisible());
+    m_delegate->onActivated(QSystemTrayIcon::Trigger, Qt::NoModifier);
+
+    QVERIFY(m_delegate->windowController().isShown());
+    QVERIFY(!m_delegate->contextMenu().isVisible());
+}
+
+void TestAppDelegate::contextClickClosesTheOpenWindow()
+{
+    startDelegate();
+    m_delegate->onActivated(QSystemTrayIcon::Trigger, Qt::NoModifier);
+    QVERIFY(m_delegate->windowController().isShown());
+
+    m_delegate->onActivated(QSystemTrayIcon::Context, Qt::NoModifier);
+
+    QVERIFY(!m_delegate->windowController().isShown());
+    // Gone at once, not fading: a window fading out under the menu takes the menu down with it on X11.
+    QVERIFY(!m_delegate->windowController().window().isVisible());
+    QTRY_VERIFY(m_delegate->contextMenu().isVisible());
+}
+
+void TestAppDelegate::plainClickTogglesTheWindowAndCountsTheOpening()
+{
+    startDelegate();
+    m_delegate->settings().store().writeInt(SettingsKeys::preferredWindowHeightLights, 360);
+    m_delegate->settings().reloadPresetHeights();
+
+    m_delegate->onActivated(QSystemTrayIcon::Trigger, Qt::NoModifier);
+    QVERIFY(m_delegate->windowController().isShown());
+    QCOMPARE(m_delegate->windowController().preferredHeight(), 360);
+    QTRY_COMPARE(m_delegate->settings().store().readInt(QStringLiteral("appInvocations")), 1);
+
+    m_delegate->onActivated(QSystemTrayIcon::Trigger, Qt::NoModifier);
+    QVERIFY(!m_delegate->windowController().isShown());
+}
+
+void TestAppDelegate::sleepThenWakeLeavesOneTimerOfEachKind()
+{
+    startDelegate();
+    QVERIFY(m_delegate->connection().isRefreshing());
+
+    Q_EMIT m_sleepWatcher->aboutToSleep();
+    QVERIFY(!m_delegate->queue().isProcessing());
+    QVERIFY(!m_delegate->connection().isRefreshing());
+    QCOMPARE(activeTimers(m_delegate->connection(), BridgeConnection::refreshInterval), 0);
+
+    Q_EMIT m_sleepWatcher->wokeUp();
+    Q_EMIT m_sleepWatcher->wokeUp(); // a repeated notice must not add timers
+
+    QVERIFY(m_delegate->queue().isProcessing());
+    QVERIFY(m_delegate->connection().isRefreshing());
+    QCOMPARE(activeTimers(m_delegate->queue(), ActionQueue::tickInterval), 1);
+    QCOMPARE(activeTimers(m_delegate->connection(), BridgeConnection::refreshInterval), 1);
+}
+
+void TestAppDelegate::helpOpensTheConfiguredPageAndAnEmptyOneNothing()
+{
+    m_links.help = QUrl(QStringLiteral("http://127.0.0.1:9/help"));
+    startDelegate();
+
+    action(QStringLiteral("Help"))->trigger();
+    action(QStringLiteral("Provide Feedback"))->trigger();
+
+    QCOMPARE(m_opened, QList<QUrl>{m_links.help});
+}
+
+void TestAppDelegate::firstStartGreetsAndLetsGoOpensTheWindow()
+{
+    startDelegate(false);
+    QPointer<WelcomeView> welcome = m_delegate->welcomeWindow();
+    QVERIFY(welcome);
+    QVERIFY(welcome->isVisible());
+
+    Q_EMIT welcome->letsGo();
+
+    QTRY_VERIFY(!welcome); // closed and gone
+    QVERIFY(m_delegate->windowController().isShown());
+    QVERIFY(m_delegate->settings().store().readBool(AppDelegate::hasSeenWelcomeScreenKey));
+    QCoreApplication::processEvents();
+    QVERIFY(!m_delegate->settings().store().contains(QStringLiteral("appInvocations"))); // not a user's click
+}
+
+QTEST_MAIN(TestAppDelegate)
+#include "tst_appdelegate.moc"

@@ -1,0 +1,74 @@
+#include "TestSupport.h"
+#include "app/ReviewPrompt.h"
+
+#include <QTest>
+
+class TestReviewPrompt final : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void decidesOnEachOpening_data();
+    void decidesOnEachOpening();
+    void offersTheBannerFromThe27thToThe41stOpening();
+};
+
+void TestReviewPrompt::decidesOnEachOpening_data()
+{
+    QTest::addColumn<qint64>("count"); // -1: never stored
+    QTest::addColumn<bool>("shown");
+    QTest::addColumn<bool>("noMore");
+    QTest::addColumn<qint64>("expectedCount");
+    QTest::addColumn<bool>("expectedShown");
+
+    QTest::newRow("first opening") << qint64(-1) << false << false << qint64(1) << false;
+    QTest::newRow("25 stays hidden") << qint64(25) << false << false << qint64(26) << false;
+    QTest::newRow("26 shows") << qint64(26) << false << false << qint64(27) << true;
+    QTest::newRow("39 shows") << qint64(39) << false << false << qint64(40) << true;
+    QTest::newRow("40 does not show") << qint64(40) << false << false << qint64(41) << false;
+    QTest::newRow("40 does not hide") << qint64(40) << true << false << qint64(41) << true;
+    QTest::newRow("41 hides") << qint64(41) << true << false << qint64(42) << false;
+    QTest::newRow("shown below 41 stays") << qint64(30) << true << false << qint64(31) << true;
+    QTest::newRow("no more requests: hidden stays hidden")
+        << qint64(30) << false << true << qint64(31) << false;
+    QTest::newRow("no more requests: shown stays shown") << qint64(45) << true << true << qint64(46) << true;
+}
+
+void TestReviewPrompt::decidesOnEachOpening()
+{
+    QFETCH(qint64, count);
+    QFETCH(bool, shown);
+    QFETCH(bool, noMore);
+    QFETCH(qint64, expectedCount);
+    QFETCH(bool, expectedShown);
+
+    TestSettings state;
+    if (count >= 0)
+        state.store().writeInt(ReviewPrompt::appInvocationsKey, count);
+    if (noMore)
+        state.store().writeBool(ReviewPrompt::noMoreReviewRequestsKey, true);
+    state.settings().setShowReviewRequest(shown);
+
+    ReviewPrompt(state.store(), state.settings()).onWindowOpened();
+
+    QCOMPARE(state.store().readInt(ReviewPrompt::appInvocationsKey), expectedCount);
+    QCOMPARE(state.settings().showReviewRequest(), expectedShown);
+}
+
+void TestReviewPrompt::offersTheBannerFromThe27thToThe41stOpening()
+{
+    TestSettings state;
+    ReviewPrompt prompt(state.store(), state.settings());
+    QList<int> shownAt;
+    for (int opening = 1; opening <= 60; ++opening) {
+        prompt.onWindowOpened();
+        if (state.settings().showReviewRequest())
+            shownAt << opening;
+    }
+    QCOMPARE(shownAt.first(), 27);
+    QCOMPARE(shownAt.last(), 41);
+    QCOMPARE(shownAt.size(), 41 - 27 + 1);
+}
+
+QTEST_GUILESS_MAIN(TestReviewPrompt)
+#include "tst_reviewprompt.moc"
