@@ -1,0 +1,257 @@
+// The CPU one refresh tick costs the program: BridgeConnection::refreshTick() against a glowdeck-simulator
+// process of its own (so the bridge's work is not counted), waiting for both the light and the room answer
+// before the next tick. Prints one line per home; docs/performance.md records the figures.
+//
+// Usage: bench_refresh [--simulator PATH] [--ticks N] [--lights N] [--memory-store]
+//   --lights 0 (the default) uses the simulator's default home; a positive count generates a large home.
+
+#include "LargeHome.h"
+#include "bridge/ResourceFetch.h"
+#include "connection/BridgeConnection.h"
+#include "connection/BridgePairing.h"
+#include "state/AppSettings.h"
+#include "state/JsonSettingsStore.h"
+#include "state/SettingsStore.h"
+
+#include <QCommandLineParser>
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QHash>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QNetworkAccessManager>
+#include <QProcess>
+#include <QRegularExpression>
+#include <QTemporaryDir>
+#include <QTimer>
+
+#include <sys/resource.h>
+
+#include <cstdio>
+#include <memory>
+
+namespace {
+
+const QString benchKey = QStringLiteral("benchrefreshkey0123456789");
+constexpr int warmUpTicks = 5;
+
+double cpuSeconds()
+{
+    rusage usage{};
+    getrusage(RUSAGE_SELF, &usage);
+    const auto seconds = [](const timeval& t) { return double(t.tv_sec) + double(t.tv_usec) / 1e6; };
+    return seconds(usage.ru_utime) + seconds(usage.ru_stime);
+}
+
+// The generated lists number their resources sparsely while rooms and scenes name lights 1..N; a bridge
+// must list what its rooms name, so lights and rooms are numbered 1..N here, in their generated order.
+QByteArray renumbered(const QByteArray& list, int count)
+{
+    const QJsonObject resources = QJsonDocument::fromJson(list).object();
+    QByteArray out = "{";
+    for (int i = 1; i <= count; ++i) {
+        const QJsonObject resource = resources.value(QString::number(i * 7919 % 100003)).toObject();
+        out += (i > 1 ? ",\"" : "\"") + QByteArray::number(i) +
+               "\":" + QJsonDocument(resource).toJson(QJsonDocument::Compact);
+    }
+    return out + '}';
+}
+
+// The large home as a simulator home file; the simulator registers the key from its command line.
+bool writeLargeHome(const QString& fileName, int lightCount)
+{
+    constexpr int roomCount = 50;
+    const LargeHome home = LargeHome::make(lightCount, roomCount, 300);
+    QFile file(fileName);
+    if (!file.open(QIODevice::WriteOnly))
+        return false;
+    file.write("{\"lights\":" + renumbered(home.lights, lightCount) + ",\"groups\":" +
+               renumbered(home.groups, roomCount) + ",\"scenes\":" + home.scenes + ",\"config\":{}}\n");
+    return file.error() == QFileDevice::NoError;
+}
+
+/// A store that keeps values in memory only: shows what a tick costs without the settings file's writes.
+class MemoryStore final : public SettingsStore
+{
+public:
+    bool contains(const QString& key) const override { return m_values.contains(key); }
+    QVariant value(const QString& key) const override { return m_values.value(key); }
+    void setValue(const QString& key, const QVariant& value) override { m_values.insert(key, value); }
+    void remove(const QString& key) override { m_values.remove(key); }
+
+private:
+    QHash<QString, QVariant> m_values;
+};
+
+/// Runs the ticks one after another once the simulator says where it listens.
+class RefreshBench final : public QObject
+{
+public:
+    RefreshBench(const QString& address, int ticks, const QString& settingsFile)
+        : m_store(settingsFile.isEmpty() ? std::unique_ptr<SettingsStore>(std::make_unique<MemoryStore>())
+                                         : std::make_unique<JsonSettingsStore>(settingsFile)),
+          m_settings(*m_store), m_pairing(m_settings, m_network),
+          m_connection(m_settings, m_network, m_pairing), m_ticks(ticks)
+    {
+        m_settings.setHueIP(address);
+        m_settings.setHueKey(benchKey);
+        // Minute 1 of the hour: no scene read; the last user action long past: no tick is skipped.
+        const QDateTime now(QDate(2026, 1, 5), QTime(12, 1));
+        m_connection.setClock([now] { return now; });
+        m_settings.setLastUserActionAt(now.addSecs(-3600));
+        connect(&m_connection, &BridgeConnection::lightsRefreshed, this, &RefreshBench::onLights);
+        connect(&m_connection, &BridgeConnection::groupsRefreshed, this, &RefreshBench::onGroups);
+    }
+
+    void start() { tick(); }
+
+    bool failed() const { return m_failed; }
+    int lightCount() const { return int(m_settings.lights().size()); }
+    int groupCount() const { return int(m_settings.groups().size()); }
+    double cpuPerTick() const { return m_cpu / m_ticks; }
+    double wallPerTick() const { return double(m_wall) / m_ticks; }
+
+private:
+    void tick()
+    {
+        m_lightsDone = m_groupsDone = false;
+        m_connection.refreshTick();
+    }
+
+    void onLights(const LightsResult& result)
+    {
+        m_failed = m_failed || !result.ok();
+        m_lightsDone = true;
+        onAnswer();
+    }
+
+    void onGroups(const GroupsResult& result)
+    {
+        m_failed = m_failed || !result.ok();
+        m_groupsDone = true;
+        onAnswer();
+    }
+
+    void onAnswer()
+    {
+        if (!m_lightsDone || !m_groupsDone)
+            return;
+        ++m_done;
+        if (m_done == warmUpTicks) {
+            m_cpuStart = cpuSeconds();
+            m_clock.start();
+        } else if (m_done == warmUpTicks + m_ticks) {
+            m_cpu = cpuSeconds() - m_cpuStart;
+            m_wall = m_clock.elapsed();
+            QCoreApplication::quit();
+            return;
+        }
+        if (m_failed) {
+            QCoreApplication::exit(1);
+            return;
+        }
+        // The next tick from the event loop, as the timer would run it, not from inside a reply's signal.
+        QTimer::singleShot(0, this, &RefreshBench::tick);
+    }
+
+    QNetworkAccessManager m_network;
+    std::unique_ptr<SettingsStore> m_store;
+    AppSettings m_settings;
+    BridgePairing m_pairing;
+    BridgeConnection m_connection;
+    const int m_ticks;
+    int m_done = 0;
+    bool m_lightsDone = false;
+    bool m_groupsDone = false;
+    bool m_failed = false;
+    double m_cpuStart = 0;
+    double m_cpu = 0;
+    qint64 m_wall = 0;
+    QElapsedTimer m_clock;
+};
+
+} // namespace
+
+int main(int argc, char* argv[])
+{
+    QCoreApplication app(argc, argv);
+    QCommandLineParser parser;
+    const QCommandLineOption simulatorOption(QStringLiteral("simulator"),
+                                             QStringLiteral("The glowdeck-simulator program."),
+                                             QStringLiteral("PATH"), QStringLiteral(GLOWDECK_SIMULATOR_PATH));
+    const QCommandLineOption ticksOption(QStringLiteral("ticks"), QStringLiteral("Ticks to measure."),
+                                         QStringLiteral("N"), QStringLiteral("200"));
+    const QCommandLineOption lightsOption(QStringLiteral("lights"),
+                                          QStringLiteral("Lights of a generated home (0: the default home)."),
+                                          QStringLiteral("N"), QStringLiteral("0"));
+    parser.addHelpOption();
+    const QCommandLineOption memoryOption(QStringLiteral("memory-store"),
+                                          QStringLiteral("Keep the settings in memory instead of a file."));
+    parser.addOptions({simulatorOption, ticksOption, lightsOption, memoryOption});
+    parser.process(app);
+    const int ticks = parser.value(ticksOption).toInt();
+    const int lights = parser.value(lightsOption).toInt();
+    if (ticks < 1 || lights < 0) {
+        std::fprintf(stderr, "bench_refresh: --ticks needs a positive number, --lights zero or more\n");
+        return 2;
+    }
+
+    QTemporaryDir dir;
+    QStringList simulatorArguments{QStringLiteral("--port"), QStringLiteral("0"), QStringLiteral("--user"),
+                                   benchKey};
+    if (lights > 0) {
+        const QString homeFile = dir.filePath(QStringLiteral("home.json"));
+        if (!writeLargeHome(homeFile, lights)) {
+            std::fprintf(stderr, "bench_refresh: cannot write %s\n", qPrintable(homeFile));
+            return 1;
+        }
+        simulatorArguments << QStringLiteral("--home") << homeFile;
+    }
+
+    QProcess simulator;
+    simulator.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    std::unique_ptr<RefreshBench> bench;
+    QObject::connect(&simulator, &QProcess::readyReadStandardOutput, &app, [&] {
+        if (bench || !simulator.canReadLine())
+            return;
+        static const QRegularExpression listening(QStringLiteral("listening on (127\\.0\\.0\\.1:\\d+)"));
+        const QRegularExpressionMatch match = listening.match(QString::fromUtf8(simulator.readLine()));
+        if (!match.hasMatch()) {
+            std::fprintf(stderr, "bench_refresh: the simulator does not say where it listens\n");
+            QCoreApplication::exit(1);
+            return;
+        }
+        const bool inMemory = parser.isSet(memoryOption);
+        bench = std::make_unique<RefreshBench>(
+            match.captured(1), ticks, inMemory ? QString() : dir.filePath(QStringLiteral("settings.json")));
+        bench->start();
+    });
+    QObject::connect(&simulator, &QProcess::errorOccurred, &app, [&](QProcess::ProcessError) {
+        std::fprintf(stderr, "bench_refresh: %s\n", qPrintable(simulator.errorString()));
+        QCoreApplication::exit(1);
+    });
+    QObject::connect(&simulator, &QProcess::finished, &app, [&] {
+        if (!bench) {
+            std::fprintf(stderr, "bench_refresh: the simulator quit before it listened\n");
+            QCoreApplication::exit(1);
+        }
+    });
+    simulator.start(parser.value(simulatorOption), simulatorArguments);
+
+    const int code = app.exec();
+    simulator.disconnect(&app);
+    simulator.terminate();
+    simulator.waitForFinished(3000);
+    if (code != 0 || !bench || bench->failed()) {
+        if (bench)
+            std::fprintf(stderr, "bench_refresh: a refresh failed\n");
+        return 1;
+    }
+    std::printf("refresh tick, %d lights, %d rooms, settings %s: %.1f us CPU per tick, %.2f ms wall per tick "
+                "(%d ticks)\n",
+                bench->lightCount(), bench->groupCount(),
+                parser.isSet(memoryOption) ? "in memory" : "in a file", bench->cpuPerTick() * 1e6,
+                bench->wallPerTick(), ticks);
+    return 0;
+}

@@ -1,0 +1,154 @@
+#!/usr/bin/env bash
+# The tray application's figures: start-up to tray icon shown, resident memory after a minute of refreshing,
+# CPU time per refresh tick. Everything runs on a private Xvfb display with trayer as the tray and the simulated
+# bridge on 127.0.0.1; every outside address of the program is switched off.
+#
+# Usage: measure_app.sh <build-dir> [start-up runs (10)] [memory seconds (60)]
+# Needs: Xvfb, trayer, xdotool, dbus-run-session (the packages of tests/e2e/tray_e2e.sh).
+set -u
+
+build=${1:?usage: measure_app.sh <build-dir> [runs] [seconds]}
+runs=${2:-10}
+seconds=${3:-60}
+glowdeck="$build/src/app/glowdeck"
+simulator="$build/tools/simulator/glowdeck-simulator"
+bench="$build/bench/app/bench_refresh"
+for program in "$glowdeck" "$simulator" "$bench"; do
+    [ -x "$program" ] || {
+        echo "measure_app: $program is missing; build the targets glowdeck and bench_refresh" >&2
+        exit 1
+    }
+done
+for tool in Xvfb trayer xdotool dbus-run-session; do
+    command -v "$tool" >/dev/null 2>&1 || {
+        echo "measure_app: $tool is not installed" >&2
+        exit 1
+    }
+done
+
+# A private session bus, so the tray is trayer's and not a desktop's StatusNotifierWatcher.
+if [ -z "${GLOWDECK_MEASURE_IN_SESSION:-}" ]; then
+    export GLOWDECK_MEASURE_IN_SESSION=1
+    exec dbus-run-session -- bash "$0" "$@"
+fi
+
+work=$(mktemp -d "${TMPDIR:-/tmp}/glowdeck-measure.XXXXXX") || exit 1
+pids=()
+stop() {
+    local pid=$1
+    kill "$pid" 2>/dev/null
+    for _ in $(seq 20); do
+        kill -0 "$pid" 2>/dev/null || break
+        sleep 0.1
+    done
+    kill -9 "$pid" 2>/dev/null
+    wait "$pid" 2>/dev/null
+}
+cleanup() {
+    local pid
+    for pid in "${pids[@]}"; do
+        stop "$pid"
+    done
+    rm -rf "$work"
+}
+trap cleanup EXIT
+trap 'exit 1' INT TERM
+
+export XDG_RUNTIME_DIR="$work/runtime" XDG_CONFIG_HOME="$work/config" XDG_CACHE_HOME="$work/cache"
+mkdir -p "$XDG_RUNTIME_DIR" "$XDG_CONFIG_HOME" "$XDG_CACHE_HOME"
+chmod 0700 "$XDG_RUNTIME_DIR"
+unset http_proxy https_proxy all_proxy HTTP_PROXY HTTPS_PROXY ALL_PROXY no_proxy NO_PROXY
+export QT_QPA_PLATFORM=xcb GLOWDECK_DISCOVERY_URL= GLOWDECK_ERROR_ENDPOINT= GLOWDECK_HELP_URL= \
+    GLOWDECK_FEEDBACK_URL= GLOWDECK_REVIEW_URL= GLOWDECK_WEBSITE_URL= GLOWDECK_DONATION_URL=
+
+Xvfb -displayfd 3 -screen 0 1280x800x24 -nolisten tcp 3>"$work/display" >/dev/null 2>&1 &
+pids+=($!)
+for _ in $(seq 100); do
+    [ -s "$work/display" ] && break
+    sleep 0.1
+done
+export DISPLAY=":$(tr -dc 0-9 <"$work/display")"
+trayer --edge top --align right --widthtype request --height 24 >/dev/null 2>&1 &
+pids+=($!)
+for _ in $(seq 100); do
+    xdotool search --onlyvisible --class trayer >/dev/null 2>&1 && break
+    sleep 0.1
+done
+
+median() { sort -n | awk '{ v[NR] = $1 } END { if (NR % 2) print v[(NR + 1) / 2]; else print (v[NR / 2] + v[NR / 2 + 1]) / 2 }'; }
+now_ms() { date +%s%3N; }
+
+# ---- 1. Start-up to tray icon shown ------------------------------------------------------------------------------
+# Each run is a first start of the demo: its own simulated bridge and a fresh temporary settings file.
+traces=()
+walls=()
+for run in $(seq "$runs"); do
+    out="$work/startup-$run.out"
+    start=$(now_ms)
+    GLOWDECK_TRACE_STARTUP=1 "$glowdeck" --demo >"$out" 2>&1 &
+    pid=$!
+    pids+=("$pid")
+    wall=""
+    for _ in $(seq 1000); do
+        if grep -q 'tray icon shown after' "$out"; then
+            wall=$(($(now_ms) - start))
+            break
+        fi
+        kill -0 "$pid" 2>/dev/null || break
+        sleep 0.005
+    done
+    trace=$(grep -o 'tray icon shown after [0-9]*' "$out" | tr -dc 0-9)
+    stop "$pid"
+    if [ -z "$trace" ]; then
+        echo "measure_app: run $run printed no \"tray icon shown after N ms\" line:" >&2
+        cat "$out" >&2
+        exit 1
+    fi
+    traces+=("$trace")
+    walls+=("$wall")
+done
+echo "start-up ($runs runs): tray icon shown after $(printf '%s\n' "${traces[@]}" | median) ms (median," \
+    "trace line; runs: ${traces[*]}); exec to that line $(printf '%s\n' "${walls[@]}" | median) ms (median," \
+    "polled every 5 ms; runs: ${walls[*]})"
+
+# ---- 2. Resident memory after a minute of refreshing -------------------------------------------------------------
+# The bridge runs as its own process so its memory is not counted.
+key=measureappkey0123456789
+"$simulator" --port 0 --user "$key" --verbose >"$work/simulator.out" 2>&1 &
+pids+=($!)
+for _ in $(seq 100); do
+    grep -q 'listening on' "$work/simulator.out" && break
+    sleep 0.1
+done
+address=$(grep -o 'listening on 127\.0\.0\.1:[0-9]*' "$work/simulator.out" | sed 's/listening on //')
+[ -n "$address" ] || {
+    echo "measure_app: the simulator did not start" >&2
+    exit 1
+}
+printf '{"bridgeIP":"%s","bridgeUser":"%s","hasSeenWelcomeScreen":true}\n' "$address" "$key" \
+    >"$work/settings.json"
+chmod 0600 "$work/settings.json"
+"$glowdeck" --settings "$work/settings.json" >"$work/memory.out" 2>&1 &
+pid=$!
+pids+=("$pid")
+rss_at() { grep VmRSS "/proc/$pid/status" 2>/dev/null | tr -dc 0-9; }
+sleep 5
+rss_start=$(rss_at)
+sleep "$((seconds - 5))"
+rss_end=$(rss_at)
+hwm=$(grep VmHWM "/proc/$pid/status" 2>/dev/null | tr -dc 0-9)
+light_reads=$(grep -c "^GET /api/$key/lights " "$work/simulator.out")
+if [ -z "$rss_end" ]; then
+    echo "measure_app: glowdeck quit during the memory run:" >&2
+    cat "$work/memory.out" >&2
+    exit 1
+fi
+echo "memory after ${seconds} s of refreshing: VmRSS $((rss_end / 1024)) MB ($rss_end kB; $rss_start kB after 5 s," \
+    "peak $hwm kB; $light_reads light reads)"
+stop "$pid"
+
+# ---- 3. CPU time per refresh tick ---------------------------------------------------------------------------------
+"$bench" --simulator "$simulator" --ticks 300
+"$bench" --simulator "$simulator" --ticks 300 --lights 200
+"$bench" --simulator "$simulator" --ticks 300 --memory-store
+"$bench" --simulator "$simulator" --ticks 300 --lights 200 --memory-store
