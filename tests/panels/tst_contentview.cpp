@@ -30,14 +30,13 @@ private slots:
 
     void clickingATabShowsItsPanelAndAsksForItsHeight_data();
     void clickingATabShowsItsPanelAndAsksForItsHeight();
-    void clickingTheActiveTabAsksForTheHeightAgain();
     void offersTheScenesTabOnlyWhileScenesAreShown();
     void showsTheHintOfAnEmptyPanel_data();
     void showsTheHintOfAnEmptyPanel();
     void showsTheListOnceItsPanelHasContentAndKeepsIt();
     void leadsToTheSettingsUntilTheFirstLightArrives();
+    void reviewButtonThanksOnceAndHidesTheBanner_data();
     void reviewButtonThanksOnceAndHidesTheBanner();
-    void reviewButtonWithTheReviewPageSwitchedOffStillThanks();
     void settingsButtonsAskForThePreferences_data();
     void settingsButtonsAskForThePreferences();
     void aClickAnywhereInTheContentCountsAsAUserAction();
@@ -47,15 +46,21 @@ private slots:
 private:
     void build(const ProductLinks& links);
     QWidget* currentBodyPage() const;
+    AppSettings& settings() { return m_rig->files.settings(); }
     static HueLight light(const QString& id);
 
-    std::unique_ptr<TestSettings> m_files;
-    std::unique_ptr<QNetworkAccessManager> m_network;
-    std::unique_ptr<ActionQueue> m_queue;
-    std::unique_ptr<HueHelper> m_helper;
+    /// What a content view works with; each part refers to the ones before it.
+    struct Rig
+    {
+        TestSettings files;
+        QNetworkAccessManager network;
+        ActionQueue queue{files.settings(), network};
+        HueHelper helper{files.settings(), queue};
+        UrlCatcher browser;
+    };
+    std::unique_ptr<Rig> m_rig;
     std::unique_ptr<ContentView> m_view;
-    std::unique_ptr<UrlCatcher> m_browser;
-    ProductLinks m_links;
+    const QUrl m_review{QStringLiteral("http://127.0.0.1:9/review/")};
 };
 
 void TestContentView::initTestCase()
@@ -65,30 +70,22 @@ void TestContentView::initTestCase()
 
 void TestContentView::init()
 {
-    m_files = std::make_unique<TestSettings>();
-    m_network = std::make_unique<QNetworkAccessManager>();
-    m_queue = std::make_unique<ActionQueue>(m_files->settings(), *m_network);
-    m_helper = std::make_unique<HueHelper>(m_files->settings(), *m_queue);
-    m_browser = std::make_unique<UrlCatcher>();
-    m_links = {};
-    m_links.review = QUrl(QStringLiteral("http://127.0.0.1:9/review/"));
-    build(m_links);
+    m_rig = std::make_unique<Rig>();
+    ProductLinks links;
+    links.review = m_review;
+    build(links);
 }
 
 void TestContentView::cleanup()
 {
     m_view.reset();
-    m_browser.reset();
-    m_helper.reset();
-    m_queue.reset();
-    m_network.reset();
-    m_files.reset();
+    m_rig.reset();
 }
 
 void TestContentView::build(const ProductLinks& links)
 {
     m_view.reset();
-    m_view = std::make_unique<ContentView>(m_files->settings(), *m_helper, links);
+    m_view = std::make_unique<ContentView>(settings(), m_rig->helper, links);
     m_view->resize(ContentView::contentWidth, 320);
     m_view->show();
     QVERIFY(QTest::qWaitForWindowExposed(m_view.get()));
@@ -112,57 +109,42 @@ HueLight TestContentView::light(const QString& id)
 
 void TestContentView::clickingATabShowsItsPanelAndAsksForItsHeight_data()
 {
+    QTest::addColumn<MainPanels>("from");
     QTest::addColumn<MainPanels>("panel");
     QTest::addColumn<qint64>("height");
-    QTest::newRow("rooms") << MainPanels::rooms << qint64(320);
-    QTest::newRow("scenes") << MainPanels::scenes << qint64(340);
-    QTest::newRow("lights") << MainPanels::lights << qint64(300);
+    QTest::newRow("rooms") << MainPanels::lights << MainPanels::rooms << qint64(320);
+    QTest::newRow("scenes") << MainPanels::lights << MainPanels::scenes << qint64(340);
+    QTest::newRow("lights") << MainPanels::rooms << MainPanels::lights << qint64(300);
+    QTest::newRow("the active tab asks again") << MainPanels::rooms << MainPanels::rooms << qint64(320);
 }
 
 void TestContentView::clickingATabShowsItsPanelAndAsksForItsHeight()
 {
+    QFETCH(MainPanels, from);
     QFETCH(MainPanels, panel);
     QFETCH(qint64, height);
-    AppSettings& settings = m_files->settings();
-    settings.setShowScenes(true);
-    settings.setActiveMainPanel(panel == MainPanels::lights ? MainPanels::rooms : MainPanels::lights);
-    settings.setPresetWindowHeightLights(300);
-    settings.setPresetWindowHeightRooms(320);
-    settings.setPresetWindowHeightScenes(340);
-    QSignalSpy resize(&settings, &AppSettings::windowResizePlease);
+    settings().setShowScenes(true);
+    settings().setActiveMainPanel(from);
+    settings().setPresetWindowHeightLights(300);
+    settings().setPresetWindowHeightRooms(320);
+    settings().setPresetWindowHeightScenes(340);
+    QSignalSpy resize(&settings(), &AppSettings::windowResizePlease);
 
     QTest::mouseClick(m_view->findChild<PanelTabs*>()->tab(panel), Qt::LeftButton);
     // The tap is handed to the event loop: nothing has changed yet when the click returns.
     QCOMPARE(resize.size(), 0);
 
-    QTRY_COMPARE(settings.activeMainPanel(), panel);
-    QCOMPARE(resize.size(), 1);
-    QCOMPARE(resize.first().first().value<qint64>(), height);
-    QCOMPARE(m_files->store().readInt(QStringLiteral("activePanel")), int(panel));
-}
-
-void TestContentView::clickingTheActiveTabAsksForTheHeightAgain()
-{
-    AppSettings& settings = m_files->settings();
-    settings.setPresetWindowHeightRooms(410);
-    settings.setActiveMainPanel(MainPanels::rooms);
-    QSignalSpy resize(&settings, &AppSettings::windowResizePlease);
-
-    QAbstractButton* rooms = m_view->findChild<PanelTabs*>()->tab(MainPanels::rooms);
-    QTest::mouseClick(rooms, Qt::LeftButton);
     QTRY_COMPARE(resize.size(), 1);
-    QTest::mouseClick(rooms, Qt::LeftButton);
-    QTRY_COMPARE(resize.size(), 2);
-    QCOMPARE(resize.last().first().value<qint64>(), 410);
-    QCOMPARE(settings.activeMainPanel(), MainPanels::rooms);
+    QCOMPARE(settings().activeMainPanel(), panel);
+    QCOMPARE(resize.first().first().value<qint64>(), height);
+    QCOMPARE(m_rig->files.store().readInt(QStringLiteral("activePanel")), int(panel));
 }
 
 void TestContentView::offersTheScenesTabOnlyWhileScenesAreShown()
 {
     auto* tabs = m_view->findChild<PanelTabs*>();
-    QAbstractButton* lights = tabs->tab(MainPanels::lights);
-    QAbstractButton* rooms = tabs->tab(MainPanels::rooms);
-    QAbstractButton* scenes = tabs->tab(MainPanels::scenes);
+    QAbstractButton *lights = tabs->tab(MainPanels::lights), *rooms = tabs->tab(MainPanels::rooms),
+                    *scenes = tabs->tab(MainPanels::scenes);
 
     QVERIFY(!scenes->isVisible());
     QVERIFY(qAbs(lights->width() - rooms->width()) <= 1);
@@ -170,16 +152,15 @@ void TestContentView::offersTheScenesTabOnlyWhileScenesAreShown()
     QCOMPARE(lights->x(), 10);
     QCOMPARE(rooms->geometry().right(), tabs->width() - 10 - 1);
 
-    m_files->settings().setShowScenes(true);
+    settings().setShowScenes(true);
     QTRY_VERIFY(scenes->isVisible());
     QTRY_VERIFY(rooms->width() < ContentView::contentWidth / 3);
-    QVERIFY(qAbs(lights->width() - rooms->width()) <= 1);
-    QVERIFY(qAbs(rooms->width() - scenes->width()) <= 1);
+    QVERIFY(qAbs(lights->width() - rooms->width()) <= 1 && qAbs(rooms->width() - scenes->width()) <= 1);
     QCOMPARE(scenes->geometry().right(), tabs->width() - 10 - 1);
 
     // Taking the tab away while its panel is open falls back to the lights.
-    m_files->settings().setActiveMainPanel(MainPanels::scenes);
-    m_files->settings().setShowScenes(false);
+    settings().setActiveMainPanel(MainPanels::scenes);
+    settings().setShowScenes(false);
     QTRY_VERIFY(!scenes->isVisible());
     auto* hint = qobject_cast<QLabel*>(currentBodyPage());
     QVERIFY(hint && hint->text().startsWith(QStringLiteral("Okay, we're not able to detect any lights")));
@@ -203,94 +184,77 @@ void TestContentView::showsTheHintOfAnEmptyPanel()
 {
     QFETCH(int, panel);
     QFETCH(QString, text);
-    AppSettings& settings = m_files->settings();
     // Content on another panel must not leak into the empty one.
     HueGroup room;
     room.group_id = QStringLiteral("1");
     if (text.contains(QStringLiteral("lights")))
-        settings.setGroups({room});
+        settings().setGroups({room});
     else
-        settings.setLights({light(QStringLiteral("1"))});
-    settings.setShowScenes(true);
-    settings.setActiveMainPanel(MainPanels(panel));
+        settings().setLights({light(QStringLiteral("1"))});
+    settings().setShowScenes(true);
+    settings().setActiveMainPanel(MainPanels(panel));
 
     auto* hint = qobject_cast<QLabel*>(currentBodyPage());
-    QVERIFY(hint);
+    QVERIFY(hint && hint->isVisible());
     QCOMPARE(hint->text(), text);
-    QVERIFY(hint->isVisible());
 }
 
 void TestContentView::showsTheListOnceItsPanelHasContentAndKeepsIt()
 {
-    AppSettings& settings = m_files->settings();
-    settings.setLights({light(QStringLiteral("1"))});
+    settings().setLights({light(QStringLiteral("1"))});
     QWidget* list = currentBodyPage();
-    QVERIFY(list);
-    QVERIFY(!qobject_cast<QLabel*>(list));
+    QVERIFY(list && !qobject_cast<QLabel*>(list));
 
-    settings.setLights({light(QStringLiteral("1")), light(QStringLiteral("2"))});
-    settings.setActiveMainPanel(MainPanels::rooms);
-    settings.setActiveMainPanel(MainPanels::lights);
+    settings().setLights({light(QStringLiteral("1")), light(QStringLiteral("2"))});
+    settings().setActiveMainPanel(MainPanels::rooms);
+    settings().setActiveMainPanel(MainPanels::lights);
     QCOMPARE(currentBodyPage(), list);
 
-    settings.setLights({});
+    settings().setLights({});
     QCOMPARE(qobject_cast<QLabel*>(currentBodyPage())->objectName(), QStringLiteral("NoLights"));
 }
 
 void TestContentView::leadsToTheSettingsUntilTheFirstLightArrives()
 {
-    AppSettings& settings = m_files->settings();
     HueGroup room;
     room.group_id = QStringLiteral("1");
-    room.name = QStringLiteral("Kitchen");
-    settings.setGroups({room});
+    settings().setGroups({room});
     auto* welcome = m_view->findChild<WelcomeTitlebarView*>();
     auto* regular = m_view->findChild<RegularTitlebarView*>();
-    QVERIFY(welcome->isVisible());
-    QVERIFY(!regular->isVisible());
+    QVERIFY(welcome->isVisible() && !regular->isVisible());
 
-    settings.setLights({light(QStringLiteral("1"))});
-    QVERIFY(!welcome->isVisible());
-    QVERIFY(regular->isVisible());
+    settings().setLights({light(QStringLiteral("1"))});
+    QVERIFY(!welcome->isVisible() && regular->isVisible());
     QVERIFY(regular->findChild<QLabel*>(QStringLiteral("productName"))->isVisible());
+}
+
+void TestContentView::reviewButtonThanksOnceAndHidesTheBanner_data()
+{
+    QTest::addColumn<bool>("reviewPage");
+    QTest::newRow("opens the review page") << true;
+    QTest::newRow("review page switched off") << false;
 }
 
 void TestContentView::reviewButtonThanksOnceAndHidesTheBanner()
 {
-    AppSettings& settings = m_files->settings();
-    settings.setLights({light(QStringLiteral("1"))});
-    settings.setShowReviewRequest(true);
+    QFETCH(bool, reviewPage);
+    if (!reviewPage)
+        build(ProductLinks{});
+    settings().setLights({light(QStringLiteral("1"))});
+    settings().setShowReviewRequest(true);
     auto* title = m_view->findChild<RegularTitlebarView*>();
     auto* heart = title->findChild<QAbstractButton*>(QStringLiteral("reviewButton"));
-    QVERIFY(heart->isVisible());
-    QVERIFY(title->findChild<QLabel*>(QStringLiteral("reviewText"))->isVisible());
-    QVERIFY(!title->findChild<QLabel*>(QStringLiteral("productName"))->isVisible());
+    auto* productName = title->findChild<QLabel*>(QStringLiteral("productName"));
+    QVERIFY(heart->isVisible() && title->findChild<QLabel*>(QStringLiteral("reviewText"))->isVisible());
+    QVERIFY(!productName->isVisible());
 
     QTest::mouseClick(heart, Qt::LeftButton);
 
-    QCOMPARE(m_browser->opened, QList<QUrl>{m_links.review});
-    QCOMPARE(m_files->store().value(QStringLiteral("noMoreReviewRequests")), QVariant(true));
-    QCOMPARE(m_files->store().readString(QStringLiteral("reviewedVersion")).value_or(QString()),
+    QCOMPARE(m_rig->browser.opened, reviewPage ? QList<QUrl>{m_review} : QList<QUrl>{});
+    QCOMPARE(m_rig->files.store().value(QStringLiteral("noMoreReviewRequests")), QVariant(true));
+    QCOMPARE(m_rig->files.store().readString(QStringLiteral("reviewedVersion")).value_or(QString()),
              QStringLiteral("3.1.4"));
-    QCOMPARE(settings.showReviewRequest(), false);
-    QVERIFY(!heart->isVisible());
-    QVERIFY(title->findChild<QLabel*>(QStringLiteral("productName"))->isVisible());
-}
-
-void TestContentView::reviewButtonWithTheReviewPageSwitchedOffStillThanks()
-{
-    ProductLinks switchedOff;
-    build(switchedOff);
-    AppSettings& settings = m_files->settings();
-    settings.setLights({light(QStringLiteral("1"))});
-    settings.setShowReviewRequest(true);
-
-    auto* title = m_view->findChild<RegularTitlebarView*>();
-    QTest::mouseClick(title->findChild<QAbstractButton*>(QStringLiteral("reviewButton")), Qt::LeftButton);
-
-    QVERIFY(m_browser->opened.isEmpty());
-    QCOMPARE(m_files->store().readBool(QStringLiteral("noMoreReviewRequests")), true);
-    QCOMPARE(settings.showReviewRequest(), false);
+    QVERIFY(!settings().showReviewRequest() && !heart->isVisible() && productName->isVisible());
 }
 
 void TestContentView::settingsButtonsAskForThePreferences_data()
@@ -306,23 +270,22 @@ void TestContentView::settingsButtonsAskForThePreferences()
     QFETCH(bool, withLights);
     QFETCH(QString, button);
     if (withLights)
-        m_files->settings().setLights({light(QStringLiteral("1"))});
+        settings().setLights({light(QStringLiteral("1"))});
     QSignalSpy requested(m_view.get(), &ContentView::settingsRequested);
 
     auto* settingsButton = m_view->findChild<QAbstractButton*>(button);
-    QVERIFY(settingsButton->isVisible());
+    QVERIFY(settingsButton && settingsButton->isVisible());
     QTest::mouseClick(settingsButton, Qt::LeftButton);
     QCOMPARE(requested.size(), 1);
 }
 
 void TestContentView::aClickAnywhereInTheContentCountsAsAUserAction()
 {
-    AppSettings& settings = m_files->settings();
     const QDateTime longAgo = QDateTime::currentDateTimeUtc().addSecs(-3600);
 
-    settings.setLastUserActionAt(longAgo);
+    settings().setLastUserActionAt(longAgo);
     QTest::mouseClick(currentBodyPage(), Qt::LeftButton);
-    QVERIFY(settings.lastUserActionAt() > longAgo.addSecs(3000));
+    QVERIFY(settings().lastUserActionAt() > longAgo.addSecs(3000));
 
     // Widgets that join later, as list rows do on each refresh, are watched as well.
     auto* host = new QWidget(m_view->findChild<BodyView*>());
@@ -331,9 +294,9 @@ void TestContentView::aClickAnywhereInTheContentCountsAsAUserAction()
     host->setGeometry(0, 0, 100, 40);
     late->setGeometry(0, 0, 100, 40);
     host->show();
-    settings.setLastUserActionAt(longAgo);
+    settings().setLastUserActionAt(longAgo);
     QTest::mouseClick(late, Qt::LeftButton);
-    QVERIFY(settings.lastUserActionAt() > longAgo.addSecs(3000));
+    QVERIFY(settings().lastUserActionAt() > longAgo.addSecs(3000));
 }
 
 void TestContentView::idealHeightIsThePanelsPresetHeight_data()
@@ -343,7 +306,6 @@ void TestContentView::idealHeightIsThePanelsPresetHeight_data()
     QTest::addColumn<int>("height");
     QTest::newRow("rooms preset") << 1 << qint64(450) << 450;
     QTest::newRow("below the minimum") << 1 << qint64(120) << 200;
-    QTest::newRow("no preset stored") << 1 << qint64(0) << 200;
     QTest::newRow("unknown panel") << 9 << qint64(450) << 280;
 }
 
@@ -352,9 +314,8 @@ void TestContentView::idealHeightIsThePanelsPresetHeight()
     QFETCH(int, panel);
     QFETCH(qint64, preset);
     QFETCH(int, height);
-    AppSettings& settings = m_files->settings();
-    settings.setPresetWindowHeightRooms(preset);
-    settings.setActiveMainPanel(MainPanels(panel));
+    settings().setPresetWindowHeightRooms(preset);
+    settings().setActiveMainPanel(MainPanels(panel));
     QCOMPARE(m_view->sizeHint(), QSize(200, height));
 }
 
