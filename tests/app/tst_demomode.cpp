@@ -22,7 +22,6 @@ void TestDemoMode::switchesOffEveryOutsideAddressTheUserDidNotSet()
 {
     qunsetenv("GLOWDECK_HELP_URL");
     qputenv("GLOWDECK_ERROR_ENDPOINT", "http://127.0.0.1:9/crash/");
-    qputenv("GLOWDECK_WEBSITE_URL", "https://example.invalid/");
     qunsetenv("GLOWDECK_WEBSITE_URL");
 
     DemoMode::switchOffOutsideAddresses();
