@@ -1,3 +1,4 @@
+#include "CountingNetwork.h"
 #include "DiscoveryServer.h"
 #include "TestSupport.h"
 #include "connection/BridgeDiscovery.h"
@@ -33,20 +34,6 @@ public:
                    std::function<void(std::optional<QString>)> done) override
     {
         QTimer::singleShot(0, [done] { done(std::nullopt); });
-    }
-};
-
-/// Counts every request made through it, so that one that never reaches a server still shows.
-class CountingNetwork final : public QNetworkAccessManager
-{
-public:
-    int requests = 0;
-
-protected:
-    QNetworkReply* createRequest(Operation op, const QNetworkRequest& request, QIODevice* body) override
-    {
-        ++requests;
-        return QNetworkAccessManager::createRequest(op, request, body);
     }
 };
 

@@ -1,3 +1,4 @@
+#include "CountingNetwork.h"
 #include "TestSupport.h"
 #include "diagnostics/Diagnostics.h"
 
@@ -69,20 +70,6 @@ private:
     }
 
     QTcpServer m_server;
-};
-
-/// Counts every request made through it, so that one that never reaches a server still shows.
-class CountingNetwork final : public QNetworkAccessManager
-{
-public:
-    int requests = 0;
-
-protected:
-    QNetworkReply* createRequest(Operation op, const QNetworkRequest& request, QIODevice* body) override
-    {
-        ++requests;
-        return QNetworkAccessManager::createRequest(op, request, body);
-    }
 };
 
 class TestDiagnostics final : public QObject
