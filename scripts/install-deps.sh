@@ -9,6 +9,8 @@ packages=(
     libsimdjson-dev libbenchmark-dev
     # the end-to-end test: a virtual display with a tray host, input and screenshots
     xvfb xauth xdotool trayer x11-utils x11-apps imagemagick dbus-x11 curl
+    # driving the program through its accessibility interface, as a screen reader does
+    at-spi2-core python3-pyatspi
     # the panel tabs are emoji
     fonts-noto-color-emoji
 )

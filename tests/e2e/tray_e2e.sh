@@ -11,124 +11,15 @@ set -u
 glowdeck=${1:?usage: tray_e2e.sh <glowdeck> <artifact-dir>}
 artifacts=${2:?usage: tray_e2e.sh <glowdeck> <artifact-dir>}
 
-say() { echo "tray_e2e: $*"; }
-skip() {
-    say "SKIP: $*"
-    exit 77
-}
+e2e_name=tray
+. "$(dirname "${BASH_SOURCE[0]}")/lib/desktop.sh"
 
-# ---- Tools ----------------------------------------------------------------------------------------------------
-# Checked before anything starts, so a machine without them skips instead of failing.
-for tool in Xvfb trayer xdotool xwd dbus-run-session curl; do
-    command -v "$tool" >/dev/null 2>&1 || skip "$tool is not installed (Debian: see scripts/install-deps.sh)"
-done
-# Only ImageMagick's converter will do; another "convert" may sit earlier on PATH.
-if command -v magick >/dev/null 2>&1 && magick -version 2>/dev/null | grep -q ImageMagick; then
-    convert_cmd=(magick)
-elif [ -x /usr/bin/convert ] && /usr/bin/convert -version 2>/dev/null | grep -q ImageMagick; then
-    convert_cmd=(/usr/bin/convert)
-else
-    skip "ImageMagick (magick or /usr/bin/convert) is not installed"
-fi
-[ -x "$glowdeck" ] || {
-    say "FAIL: $glowdeck is not an executable"
-    exit 1
-}
-
-# A private session bus: a StatusNotifierWatcher of the desktop would otherwise take the icon away from trayer,
-# and trayer may leave a bus daemon behind.
-if [ -z "${GLOWDECK_E2E_IN_SESSION:-}" ]; then
-    export GLOWDECK_E2E_IN_SESSION=1
-    exec dbus-run-session -- bash "$0" "$@"
-fi
-
-mkdir -p "$artifacts" || exit 1
-artifacts=$(cd "$artifacts" && pwd)
-rm -f "$artifacts"/*.png "$artifacts"/*.log
-
-work=$(mktemp -d "${TMPDIR:-/tmp}/glowdeck-e2e.XXXXXX") || exit 1
-pids=()
-cleanup() {
-    local i pid
-    # Last started first: glowdeck before its tray, the tray before the display.
-    for ((i = ${#pids[@]} - 1; i >= 0; i--)); do
-        pid=${pids[i]}
-        kill "$pid" 2>/dev/null
-        for _ in $(seq 30); do
-            kill -0 "$pid" 2>/dev/null || break
-            sleep 0.1
-        done
-        kill -9 "$pid" 2>/dev/null
-        wait "$pid" 2>/dev/null
-    done
-    [ -f "$work/glowdeck.out" ] && cp "$work/glowdeck.out" "$artifacts/glowdeck-stdout.log"
-    [ -f "$work/glowdeck.err" ] && cp "$work/glowdeck.err" "$artifacts/glowdeck-stderr.log"
-    rm -rf "$work"
-}
-trap cleanup EXIT
-trap 'exit 1' INT TERM
-
-screenshot() {
-    xwd -root -silent | "${convert_cmd[@]}" xwd:- "png:$artifacts/$1.png" 2>/dev/null ||
-        say "could not take the screenshot $1.png"
-}
-fail() {
-    say "FAIL: $*"
-    screenshot failure
-    say "screenshots and the program's output are in $artifacts"
-    exit 1
-}
-
-# ---- A private desktop: Xvfb, trayer ---------------------------------------------------------------------------
-export XDG_RUNTIME_DIR="$work/runtime" XDG_CONFIG_HOME="$work/config" XDG_CACHE_HOME="$work/cache"
-export XDG_DATA_HOME="$work/data"
-mkdir -p "$XDG_RUNTIME_DIR" "$XDG_CONFIG_HOME" "$XDG_CACHE_HOME" "$XDG_DATA_HOME"
-chmod 0700 "$XDG_RUNTIME_DIR"
-# No proxy may turn a loopback request into one to somewhere else.
-unset http_proxy https_proxy all_proxy HTTP_PROXY HTTPS_PROXY ALL_PROXY no_proxy NO_PROXY
-export QT_QPA_PLATFORM=xcb
-
-# Xvfb picks a free display itself and writes its number to the descriptor.
-Xvfb -displayfd 3 -screen 0 1280x800x24 -nolisten tcp 3>"$work/display" >"$work/xvfb.log" 2>&1 &
-pids+=($!)
-for _ in $(seq 100); do
-    [ -s "$work/display" ] && break
-    sleep 0.1
-done
-[ -s "$work/display" ] || fail "Xvfb did not start: $(cat "$work/xvfb.log")"
-export DISPLAY=":$(tr -dc 0-9 <"$work/display")"
-say "Xvfb on display $DISPLAY"
-
-# trayer must be there before glowdeck, or the program sees no tray at first.
-trayer --edge top --align right --widthtype request --height 24 >"$work/trayer.log" 2>&1 &
-pids+=($!)
-for _ in $(seq 100); do
-    xdotool search --onlyvisible --class trayer >/dev/null 2>&1 && break
-    sleep 0.1
-done
-xdotool search --onlyvisible --class trayer >/dev/null 2>&1 || fail "trayer did not show its panel"
-
-# ---- glowdeck --demo --------------------------------------------------------------------------------------------
-GLOWDECK_TRACE_STARTUP=1 GLOWDECK_DISCOVERY_URL= GLOWDECK_ERROR_ENDPOINT= GLOWDECK_HELP_URL= \
-    GLOWDECK_FEEDBACK_URL= GLOWDECK_REVIEW_URL= GLOWDECK_WEBSITE_URL= GLOWDECK_DONATION_URL= \
-    "$glowdeck" --demo >"$work/glowdeck.out" 2>"$work/glowdeck.err" &
-glowdeck_pid=$!
-pids+=("$glowdeck_pid")
-
-# Waits up to $2 tenths of a second for the pattern $1 in the program's output; prints the first match.
-await_output() {
-    local line
-    for _ in $(seq "$2"); do
-        line=$(cat "$work/glowdeck.out" "$work/glowdeck.err" 2>/dev/null | grep -m1 -E "$1")
-        [ -n "$line" ] && {
-            echo "$line"
-            return 0
-        }
-        kill -0 "$glowdeck_pid" 2>/dev/null || return 1
-        sleep 0.1
-    done
-    return 1
-}
+e2e_require_tools Xvfb trayer xdotool xwd dbus-run-session curl
+e2e_private_session "$@"
+e2e_prepare "$artifacts"
+e2e_start_display
+e2e_start_trayer
+e2e_start_glowdeck "$glowdeck" --demo
 
 demo_line=$(await_output 'Glowdeck demo: simulated Hue bridge at ' 150) ||
     fail "no \"Glowdeck demo: simulated Hue bridge at\" line within 15 s"
@@ -162,16 +53,6 @@ initial=$(light_brightness)
 say "initial brightness (id bri): $(tr '\n' ' ' <<<"$initial")"
 
 # ---- Windows -----------------------------------------------------------------------------------------------------
-# Visible top-level windows of the program as "id x y width height".
-top_windows() {
-    local id
-    for id in $(xdotool search --onlyvisible --maxdepth 1 --pid "$glowdeck_pid" 2>/dev/null); do
-        (
-            eval "$(xdotool getwindowgeometry --shell "$id" 2>/dev/null)"
-            [ -n "${WIDTH:-}" ] && echo "$id $X $Y $WIDTH $HEIGHT"
-        )
-    done
-}
 # The drop-down window: about 200 px wide and not one of the windows that were open before the first click.
 welcome_ids=""
 dropdown_window() {

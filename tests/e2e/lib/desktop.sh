@@ -1,0 +1,170 @@
+# A private desktop for end-to-end tests: Xvfb on a free display, optionally a tray host (trayer) and the
+# accessibility bus, the real glowdeck with every outside address switched off, screenshots and output checks.
+# Sourced by the tests/e2e/*.sh scripts; each sets e2e_name first (used in messages).
+#
+# Exit codes of a test: 0 passed, 1 failed, 77 skipped (a tool is missing).
+
+say() { echo "${e2e_name:-e2e}: $*"; }
+skip() {
+    say "SKIP: $*"
+    exit 77
+}
+
+# Skips unless every named program is on PATH.
+e2e_require_tools() {
+    local tool
+    for tool in "$@"; do
+        command -v "$tool" >/dev/null 2>&1 || skip "$tool is not installed (Debian: see scripts/install-deps.sh)"
+    done
+    # Only ImageMagick's converter will do; another "convert" may sit earlier on PATH.
+    if command -v magick >/dev/null 2>&1 && magick -version 2>/dev/null | grep -q ImageMagick; then
+        e2e_convert=(magick)
+    elif [ -x /usr/bin/convert ] && /usr/bin/convert -version 2>/dev/null | grep -q ImageMagick; then
+        e2e_convert=(/usr/bin/convert)
+    else
+        skip "ImageMagick (magick or /usr/bin/convert) is not installed"
+    fi
+}
+
+# Skips unless Debian's python3 can drive the accessibility interface.
+e2e_require_atspi() {
+    [ -x /usr/libexec/at-spi-bus-launcher ] || skip "at-spi2-core is not installed"
+    /usr/bin/python3 -c 'import pyatspi' 2>/dev/null || skip "python3-pyatspi is not installed"
+}
+
+# Runs the calling script again inside a private session bus, once: a StatusNotifierWatcher of the desktop
+# would otherwise take the icon away from trayer, and trayer may leave a bus daemon behind.
+e2e_private_session() {
+    if [ -z "${GLOWDECK_E2E_IN_SESSION:-}" ]; then
+        export GLOWDECK_E2E_IN_SESSION=1
+        exec dbus-run-session -- bash "$0" "$@"
+    fi
+}
+
+# Makes the artifact folder (clearing this test's old screenshots and logs) and the work folder, with private
+# XDG folders and no proxy. Everything started with e2e_background is stopped on exit, last first.
+e2e_prepare() {
+    local artifacts=$1
+    mkdir -p "$artifacts" || exit 1
+    e2e_artifacts=$(cd "$artifacts" && pwd)
+    rm -f "$e2e_artifacts/${e2e_name}"-*.png "$e2e_artifacts/${e2e_name}"-*.log
+    e2e_work=$(mktemp -d "${TMPDIR:-/tmp}/glowdeck-e2e.XXXXXX") || exit 1
+    e2e_pids=()
+    trap e2e_cleanup EXIT
+    trap 'exit 1' INT TERM
+
+    export XDG_RUNTIME_DIR="$e2e_work/runtime" XDG_CONFIG_HOME="$e2e_work/config"
+    export XDG_CACHE_HOME="$e2e_work/cache" XDG_DATA_HOME="$e2e_work/data"
+    mkdir -p "$XDG_RUNTIME_DIR" "$XDG_CONFIG_HOME" "$XDG_CACHE_HOME" "$XDG_DATA_HOME"
+    chmod 0700 "$XDG_RUNTIME_DIR"
+    # No proxy may turn a loopback request into one to somewhere else.
+    unset http_proxy https_proxy all_proxy HTTP_PROXY HTTPS_PROXY ALL_PROXY no_proxy NO_PROXY
+    export QT_QPA_PLATFORM=xcb
+}
+
+e2e_background() {
+    "$@" &
+    e2e_pids+=($!)
+}
+
+e2e_cleanup() {
+    local i pid
+    for ((i = ${#e2e_pids[@]} - 1; i >= 0; i--)); do
+        pid=${e2e_pids[i]}
+        kill "$pid" 2>/dev/null
+        for _ in $(seq 30); do
+            kill -0 "$pid" 2>/dev/null || break
+            sleep 0.1
+        done
+        kill -9 "$pid" 2>/dev/null
+        wait "$pid" 2>/dev/null
+    done
+    [ -f "$e2e_work/glowdeck.out" ] && cp "$e2e_work/glowdeck.out" "$e2e_artifacts/${e2e_name}-stdout.log"
+    [ -f "$e2e_work/glowdeck.err" ] && cp "$e2e_work/glowdeck.err" "$e2e_artifacts/${e2e_name}-stderr.log"
+    rm -rf "$e2e_work"
+}
+
+# Saves the whole screen as <artifacts>/<e2e_name>-<name>.png.
+screenshot() {
+    xwd -root -silent | "${e2e_convert[@]}" xwd:- "png:$e2e_artifacts/${e2e_name}-$1.png" 2>/dev/null ||
+        say "could not take the screenshot $1"
+}
+
+fail() {
+    say "FAIL: $*"
+    screenshot failure
+    say "screenshots and the program's output are in $e2e_artifacts"
+    exit 1
+}
+
+# Starts Xvfb on a display it picks itself (so tests can run side by side) and exports DISPLAY.
+e2e_start_display() {
+    e2e_background Xvfb -displayfd 3 -screen 0 1280x800x24 -nolisten tcp 3>"$e2e_work/display" \
+        >"$e2e_work/xvfb.log" 2>&1
+    for _ in $(seq 100); do
+        [ -s "$e2e_work/display" ] && break
+        sleep 0.1
+    done
+    [ -s "$e2e_work/display" ] || fail "Xvfb did not start: $(cat "$e2e_work/xvfb.log")"
+    export DISPLAY=":$(tr -dc 0-9 <"$e2e_work/display")"
+    say "Xvfb on display $DISPLAY"
+}
+
+# An XEmbed tray at the top right. It must be there before glowdeck, or the program sees no tray at first.
+e2e_start_trayer() {
+    e2e_background trayer --edge top --align right --widthtype request --height 24 >"$e2e_work/trayer.log" 2>&1
+    for _ in $(seq 100); do
+        xdotool search --onlyvisible --class trayer >/dev/null 2>&1 && return 0
+        sleep 0.1
+    done
+    fail "trayer did not show its panel"
+}
+
+# The accessibility bus; glowdeck started afterwards exposes its widgets on it.
+e2e_start_atspi() {
+    e2e_background /usr/libexec/at-spi-bus-launcher --launch-immediately >"$e2e_work/atspi.log" 2>&1
+    export QT_LINUX_ACCESSIBILITY_ALWAYS_ON=1
+}
+
+# Starts glowdeck with the given arguments and every outside address switched off; sets glowdeck_pid.
+e2e_start_glowdeck() {
+    local glowdeck=$1
+    shift
+    [ -x "$glowdeck" ] || fail "$glowdeck is not an executable"
+    GLOWDECK_TRACE_STARTUP=1 GLOWDECK_DISCOVERY_URL= GLOWDECK_ERROR_ENDPOINT= GLOWDECK_HELP_URL= \
+        GLOWDECK_FEEDBACK_URL= GLOWDECK_REVIEW_URL= GLOWDECK_WEBSITE_URL= GLOWDECK_DONATION_URL= \
+        "$glowdeck" "$@" >"$e2e_work/glowdeck.out" 2>"$e2e_work/glowdeck.err" &
+    glowdeck_pid=$!
+    e2e_pids+=("$glowdeck_pid")
+}
+
+# Waits up to $2 tenths of a second for the pattern $1 in the program's output; prints the first match.
+await_output() {
+    local line
+    for _ in $(seq "$2"); do
+        line=$(cat "$e2e_work/glowdeck.out" "$e2e_work/glowdeck.err" 2>/dev/null | grep -m1 -E "$1")
+        [ -n "$line" ] && {
+            echo "$line"
+            return 0
+        }
+        kill -0 "$glowdeck_pid" 2>/dev/null || return 1
+        sleep 0.1
+    done
+    return 1
+}
+
+# Visible top-level windows of the program as "id x y width height".
+top_windows() {
+    local id
+    for id in $(xdotool search --onlyvisible --maxdepth 1 --pid "$glowdeck_pid" 2>/dev/null); do
+        (
+            eval "$(xdotool getwindowgeometry --shell "$id" 2>/dev/null)"
+            [ -n "${WIDTH:-}" ] && echo "$id $X $Y $WIDTH $HEIGHT"
+        )
+    done
+}
+
+# The accessibility driver (tests/e2e/lib/atspi.py), run with Debian's python3, which has pyatspi.
+atspi() {
+    /usr/bin/python3 "$(dirname "${BASH_SOURCE[0]}")/atspi.py" "$@"
+}
