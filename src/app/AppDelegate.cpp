@@ -3,6 +3,7 @@
 #include "app/ReviewPrompt.h"
 #include "app/SleepWatcher.h"
 #include "app/StatusBarMenuWindowController.h"
+#include "app/SwitchOffNotice.h"
 #include "bridge/ActionQueue.h"
 #include "bridge/HueHelper.h"
 #include "connection/BridgeConnection.h"
@@ -98,6 +99,7 @@ void AppDelegate::start()
             return geometry;
         });
     connect(content, &ContentView::settingsRequested, this, &AppDelegate::onOpenSettings);
+    connect(content, &ContentView::connectionSettingsRequested, this, &AppDelegate::onOpenSettings);
 
     buildContextMenu();
     connectToBridgeAtStart();
@@ -109,7 +111,8 @@ void AppDelegate::start()
 void AppDelegate::createTrayIcon()
 {
     m_trayIcon = std::make_unique<QSystemTrayIcon>(lampIcon(m_settings->appIcon()));
-    m_trayIcon->setToolTip(QStringLiteral("Glowdeck"));
+    m_trayIcon->setToolTip(SwitchOffNotice::restingToolTip);
+    m_switchOffNotice = std::make_unique<SwitchOffNotice>(*m_trayIcon);
     connect(m_settings.get(), &AppSettings::appIconChanged, this, &AppDelegate::onAppIconChanged);
     connect(m_trayIcon.get(), &QSystemTrayIcon::activated, this, [this](QSystemTrayIcon::ActivationReason r) {
         onActivated(r, QGuiApplication::keyboardModifiers());
@@ -192,8 +195,7 @@ void AppDelegate::onLetsGo()
     if (m_welcome)
         m_welcome->close();
     // Not an opening by the user's click on the icon: the review prompt does not count it.
-    m_windowController->setPreferredHeight(m_settings->preferredHeightOfActivePanel());
-    m_windowController->show();
+    showDropDownWindow();
     m_store->writeBool(hasSeenWelcomeScreenKey, true);
 }
 
@@ -220,9 +222,15 @@ void AppDelegate::onActivated(QSystemTrayIcon::ActivationReason reason, Qt::Keyb
 
 void AppDelegate::openDropDownWindow()
 {
+    showDropDownWindow();
+    QTimer::singleShot(0, this, [this] { m_reviewPrompt->onWindowOpened(); });
+}
+
+void AppDelegate::showDropDownWindow()
+{
+    m_windowController->restoreActivePanel();
     m_windowController->setPreferredHeight(m_settings->preferredHeightOfActivePanel());
     m_windowController->show();
-    QTimer::singleShot(0, this, [this] { m_reviewPrompt->onWindowOpened(); });
 }
 
 void AppDelegate::popUpContextMenu()
@@ -269,6 +277,7 @@ void AppDelegate::onAllOffInMinutes()
     else if (title.contains(QStringLiteral("30 ")))
         minutes = 30;
     m_helper->switchAllOffAfterMinutes(minutes);
+    m_switchOffNotice->announce(minutes);
 }
 
 void AppDelegate::onOpenSettings()

@@ -29,6 +29,7 @@ class ReviewPrompt;
 class ShellRunner;
 class SleepWatcher;
 class StatusBarMenuWindowController;
+class SwitchOffNotice;
 
 /// What differs between one run of the application and another (the real start, the demo, a test).
 struct AppDelegateOptions
@@ -72,6 +73,8 @@ public:
     QMenu& contextMenu() const { return *m_menu; }
     StatusBarMenuWindowController& windowController() const { return *m_windowController; }
     PreferencesWindowController& preferences() const { return *m_preferences; }
+    QSystemTrayIcon& trayIcon() const { return *m_trayIcon; }
+    SwitchOffNotice& switchOffNotice() const { return *m_switchOffNotice; }
     /// The welcome window while it is open.
     WelcomeView* welcomeWindow() const { return m_welcome; }
 
@@ -83,6 +86,7 @@ private:
     void showWelcomeWindow();
     void popUpContextMenu();
     void openDropDownWindow();
+    void showDropDownWindow();
     void openUrl(const QUrl& url);
 
     void onAppIconChanged();
@@ -111,6 +115,7 @@ private:
     std::unique_ptr<ReviewPrompt> m_reviewPrompt;
     std::unique_ptr<PreferencesWindowController> m_preferences;
     std::unique_ptr<QSystemTrayIcon> m_trayIcon;
+    std::unique_ptr<SwitchOffNotice> m_switchOffNotice;
     std::unique_ptr<StatusBarMenuWindowController> m_windowController;
     std::unique_ptr<QMenu> m_menu;
     QPointer<WelcomeView> m_welcome;

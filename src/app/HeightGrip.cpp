@@ -1,11 +1,53 @@
 #include "app/HeightGrip.h"
 
+#include "panels/Theme.h"
+
 #include <QMouseEvent>
+#include <QPainter>
+#include <QScreen>
+
+#include <algorithm>
+
+namespace {
+constexpr qreal handleWidth = 28;
+constexpr qreal handleHeight = 3;
+} // namespace
 
 HeightGrip::HeightGrip(QWidget* window) : QWidget(window), m_window(window)
 {
     setCursor(Qt::SizeVerCursor);
     setAttribute(Qt::WA_NoSystemBackground);
+    setAccessibleName(tr("Resize"));
+    setToolTip(tr("Drag to change the height"));
+}
+
+void HeightGrip::setEdge(Qt::Edge edge)
+{
+    if (m_edge == edge)
+        return;
+    m_edge = edge;
+    place();
+}
+
+void HeightGrip::place()
+{
+    const int y = m_edge == Qt::TopEdge ? 0 : m_window->height() - thickness;
+    setGeometry(0, y, m_window->width(), thickness);
+    raise();
+}
+
+void HeightGrip::paintEvent(QPaintEvent*)
+{
+    // A short rounded bar in the text colour, faint enough not to compete with the rows.
+    QColor ink = Theme::text(Theme::isDark(this));
+    ink.setAlphaF(0.35f);
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(ink);
+    const QRectF handle((width() - handleWidth) / 2, (height() - handleHeight) / 2, handleWidth,
+                        handleHeight);
+    painter.drawRoundedRect(handle, handleHeight / 2, handleHeight / 2);
 }
 
 void HeightGrip::mousePressEvent(QMouseEvent* event)
@@ -15,15 +57,31 @@ void HeightGrip::mousePressEvent(QMouseEvent* event)
     m_dragging = true;
     m_moved = false;
     m_pressY = qRound(event->globalPosition().y());
-    m_startHeight = m_window->height();
+    m_startFrame = m_window->geometry();
 }
 
 void HeightGrip::mouseMoveEvent(QMouseEvent* event)
 {
     if (!m_dragging)
         return;
-    const int height = m_startHeight + qRound(event->globalPosition().y()) - m_pressY;
-    m_window->resize(m_window->width(), std::max(height, m_window->minimumHeight()));
+    const int delta = qRound(event->globalPosition().y()) - m_pressY;
+    QRect frame = m_startFrame;
+    const QScreen* screen = m_window->screen();
+    const QRect available = screen ? screen->availableGeometry() : QRect();
+    if (m_edge == Qt::TopEdge) {
+        // The bottom edge stays by the panel; the top follows the pointer, not above the screen's top.
+        int top = std::min(m_startFrame.top() + delta, m_startFrame.bottom() + 1 - m_window->minimumHeight());
+        if (available.isValid())
+            top = std::max(top, available.top());
+        frame.setTop(top);
+    } else {
+        int height = std::max(m_startFrame.height() + delta, m_window->minimumHeight());
+        if (available.isValid())
+            height =
+                std::max(m_window->minimumHeight(), std::min(height, available.bottom() + 1 - frame.top()));
+        frame.setHeight(height);
+    }
+    m_window->setGeometry(frame);
     m_moved = true;
 }
 

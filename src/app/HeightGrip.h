@@ -2,32 +2,40 @@
 
 #include <QWidget>
 
-#include <functional>
-
-/// A thin strip along the bottom edge of the drop-down window that drags the window's height.
+/// A strip along the edge of the drop-down window away from the panel (the bottom edge when the window opens
+/// downwards, the top edge when it opens upwards), with a small visible handle, that drags the window's
+/// height. The opposite edge stays where it is, next to the panel.
 class HeightGrip final : public QWidget
 {
     Q_OBJECT
     Q_DISABLE_COPY_MOVE(HeightGrip)
 
 public:
-    static constexpr int thickness = 6;
+    static constexpr int thickness = 8;
 
     explicit HeightGrip(QWidget* window);
+
+    /// Which edge of the window the grip sits on: Qt::BottomEdge or Qt::TopEdge.
+    void setEdge(Qt::Edge edge);
+    Qt::Edge edge() const { return m_edge; }
+    /// Lays the grip along its edge of the window.
+    void place();
 
 Q_SIGNALS:
     /// The user let go after changing the height.
     void resizeFinished();
 
 protected:
+    void paintEvent(QPaintEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
 
 private:
     QWidget* m_window;
+    Qt::Edge m_edge = Qt::BottomEdge;
     int m_pressY = 0;
-    int m_startHeight = 0;
+    QRect m_startFrame;
     bool m_dragging = false;
     bool m_moved = false;
 };

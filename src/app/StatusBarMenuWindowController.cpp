@@ -2,6 +2,7 @@
 
 #include "app/DropDownWindow.h"
 #include "app/HeightGrip.h"
+#include "app/WindowCompositing.h"
 #include "app/WindowPlacement.h"
 #include "state/AppSettings.h"
 #include "state/MainPanels.h"
@@ -15,6 +16,8 @@
 #include <QScreen>
 #include <QTimer>
 
+#include <limits>
+
 namespace {
 
 // The press on the tray icon and its activation arrive within a few milliseconds of each other.
@@ -25,7 +28,7 @@ constexpr qint64 toggleGraceMilliseconds = 300;
 StatusBarMenuWindowController::StatusBarMenuWindowController(AppSettings& settings, QWidget* content,
                                                              IconGeometry iconGeometry, QObject* parent)
     : QObject(parent), m_settings(settings), m_iconGeometry(std::move(iconGeometry)),
-      m_window(std::make_unique<DropDownWindow>(content)),
+      m_pointer([] { return QCursor::pos(); }), m_window(std::make_unique<DropDownWindow>(content)),
       m_fade(new QPropertyAnimation(m_window.get(), "windowOpacity", this))
 {
     m_fade->setDuration(fadeMilliseconds);
@@ -33,6 +36,7 @@ StatusBarMenuWindowController::StatusBarMenuWindowController(AppSettings& settin
     connect(m_fade, &QPropertyAnimation::finished, this, &StatusBarMenuWindowController::onFadeFinished);
     connect(m_window.get(), &DropDownWindow::deactivated, this,
             &StatusBarMenuWindowController::closeFromOutside);
+    connect(m_window.get(), &DropDownWindow::escapePressed, this, &StatusBarMenuWindowController::close);
     connect(m_window->grip(), &HeightGrip::resizeFinished, this,
             &StatusBarMenuWindowController::saveWindowHeight);
 }
@@ -42,12 +46,29 @@ StatusBarMenuWindowController::~StatusBarMenuWindowController()
     stopOutsideClickMonitor();
 }
 
+void StatusBarMenuWindowController::restoreActivePanel()
+{
+    if (!m_settings.store().contains(SettingsKeys::activePanel))
+        return;
+    const qint64 stored = m_settings.store().readInt(SettingsKeys::activePanel);
+    // A value outside int is damage, not a panel; one outside the three is kept, as the setter keeps it.
+    if (stored < std::numeric_limits<int>::min() || stored > std::numeric_limits<int>::max())
+        return;
+    const auto panel = static_cast<MainPanels>(stored);
+    // Assigning also asks for a resize; the opening places the window anyway, so only a change is assigned.
+    if (panel != m_settings.activeMainPanel())
+        m_settings.setActiveMainPanel(panel);
+}
+
 void StatusBarMenuWindowController::show()
 {
     m_fade->stop();
     m_closedFromOutside.invalidate();
+    m_window->setShapedCorners(!isWindowCompositingActive());
     positionWindow(m_preferredHeight);
     m_window->setWindowOpacity(1.0);
+    // Each opening starts with no control focused; the first Tab goes to the first control.
+    m_window->setFocus(Qt::ActiveWindowFocusReason);
     m_window->show();
     m_window->raise();
     m_window->activateWindow();
@@ -97,18 +118,37 @@ void StatusBarMenuWindowController::onFadeFinished()
 void StatusBarMenuWindowController::positionWindow(qint64 height)
 {
     const std::optional<QRect> icon = m_iconGeometry ? m_iconGeometry() : std::nullopt;
+    const QPoint pointer = m_pointer ? m_pointer() : QCursor::pos();
     QScreen* screen = nullptr;
     if (icon && !icon->isEmpty())
         screen = QGuiApplication::screenAt(icon->center());
     if (!screen)
-        screen = QGuiApplication::screenAt(QCursor::pos());
+        screen = QGuiApplication::screenAt(pointer);
     if (!screen)
         screen = QGuiApplication::primaryScreen();
     const QRect available = screen ? screen->availableGeometry() : QRect(0, 0, 1280, 800);
 
-    const QRect frame = WindowPlacement::dropDownFrame(icon, DropDownWindow::contentWidth, height, available);
-    m_window->setGeometry(frame.x(), frame.y(), frame.width(),
-                          std::max(frame.height(), DropDownWindow::minimumWindowHeight));
+    const int minimum = DropDownWindow::minimumWindowHeight;
+    qint64 wanted = height;
+    if (wanted <= 0) {
+        // No stored height: as tall as the content, which a plain widget cannot tell.
+        const QSize hint = m_window->content()->sizeHint();
+        const int content = hint.isValid() ? hint.height() : WindowPlacement::fallbackHeight;
+        wanted = WindowPlacement::heightFromContent(content, available, minimum);
+    }
+    wanted = std::max<qint64>(wanted, minimum);
+
+    const WindowPlacement::Placement placement =
+        WindowPlacement::dropDownFrame(icon, pointer, DropDownWindow::contentWidth, wanted, available);
+    // A height stored on a taller screen shrinks to the room there is; panels lie outside the available area.
+    QRect frame = placement.frame.intersected(available);
+    if (frame.height() < minimum) {
+        frame.setHeight(minimum);
+        if (placement.upwards)
+            frame.moveBottom(placement.frame.bottom());
+    }
+    m_window->grip()->setEdge(placement.upwards ? Qt::TopEdge : Qt::BottomEdge);
+    m_window->setGeometry(frame);
 }
 
 void StatusBarMenuWindowController::saveWindowHeight()

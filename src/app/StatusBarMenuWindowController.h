@@ -15,8 +15,8 @@ class QPropertyAnimation;
 class QWidget;
 
 /// Shows the content window right under the tray icon, as if it were a menu: placed from the icon's
-/// geometry, closed with a fade by any click outside it or when it loses the focus, and remembering the
-/// height the user dragged it to, per panel.
+/// geometry (or at the pointer where the tray does not tell it), closed with a fade by any click outside it,
+/// when it loses the focus or on Escape, and remembering the height the user dragged it to, per panel.
 class StatusBarMenuWindowController final : public QObject
 {
     Q_OBJECT
@@ -25,6 +25,8 @@ class StatusBarMenuWindowController final : public QObject
 public:
     /// The tray icon's screen geometry, or nothing when the tray does not tell (StatusNotifier trays).
     using IconGeometry = std::function<std::optional<QRect>()>;
+    /// Where the pointer is, in screen coordinates.
+    using PointerPosition = std::function<QPoint()>;
 
     static constexpr int fadeMilliseconds = 150;
 
@@ -33,6 +35,9 @@ public:
                                   QObject* parent = nullptr);
     ~StatusBarMenuWindowController() override;
 
+    /// Reads the panel stored under "activePanel" back into the shared state, so the window opens on the
+    /// panel it showed last and a dragged height is stored under the panel that is shown.
+    void restoreActivePanel();
     /// Places the window under the icon with `preferredHeight`, shows and activates it, and starts watching
     /// for clicks outside it.
     void show();
@@ -51,12 +56,16 @@ public:
     void setPreferredHeight(qint64 height) { m_preferredHeight = height; }
     qint64 preferredHeight() const { return m_preferredHeight; }
 
-    /// Places the window for a content height of `height`; the window keeps its minimum height of 200.
+    /// Places the window for a content height of `height`; a height of 0 or less (no stored height) takes
+    /// the content's own height, at most two thirds of the screen. The window keeps its minimum height of 200
+    /// and stays inside the screen's available area.
     void positionWindow(qint64 height);
     /// Stores the content's height for the active panel and has the shared state read it again.
     void saveWindowHeight();
 
     DropDownWindow& window() const { return *m_window; }
+    /// Replaces where the pointer is read from (tests).
+    void setPointerPosition(PointerPosition pointer) { m_pointer = std::move(pointer); }
 
 Q_SIGNALS:
     /// The window is closing (also when it was closed by an outside click).
@@ -73,6 +82,7 @@ private:
 
     AppSettings& m_settings;
     IconGeometry m_iconGeometry;
+    PointerPosition m_pointer;
     std::unique_ptr<DropDownWindow> m_window;
     QPropertyAnimation* m_fade;
     bool m_isShown = false;

@@ -5,33 +5,46 @@
 
 namespace WindowPlacement {
 
-QRect dropDownFrame(std::optional<QRect> iconGeometry, int windowWidth, qint64 height, QRect availableScreen)
+Placement dropDownFrame(std::optional<QRect> iconGeometry, QPoint pointer, int windowWidth, qint64 height,
+                        QRect availableScreen)
 {
     const int frameHeight = static_cast<int>(
         std::clamp<qint64>(height, std::numeric_limits<int>::min(), std::numeric_limits<int>::max()));
     const int placedHeight = frameHeight > 0 ? frameHeight : fallbackHeight;
     const int screenRight = availableScreen.x() + availableScreen.width(); // one past the last pixel
+    const int screenBottom = availableScreen.y() + availableScreen.height();
 
-    if (!iconGeometry || !iconGeometry->isValid() || iconGeometry->isEmpty()) {
-        const QPoint centre = availableScreen.center();
-        const int x = centre.x() - windowWidth / 2;
-        const int y = std::max(availableScreen.top(), centre.y() - placedHeight / 2);
-        return {x, y, windowWidth, frameHeight};
-    }
+    // Without an icon the pointer stands for it: a point-sized anchor where the panel was clicked, moved
+    // inside the available area first (a panel's click lies outside it).
+    const bool hasIcon = iconGeometry && iconGeometry->isValid() && !iconGeometry->isEmpty();
+    const QRect anchor =
+        hasIcon ? *iconGeometry
+                : QRect(std::clamp(pointer.x(), availableScreen.left(), availableScreen.right()),
+                        std::clamp(pointer.y(), availableScreen.top(), availableScreen.bottom()), 1, 1);
 
-    const QRect icon = *iconGeometry;
-    int x = icon.x() + icon.width() / 2 - windowWidth / 2;
+    int x = anchor.x() + anchor.width() / 2 - windowWidth / 2;
     if (screenRight < x + windowWidth)
         x = screenRight - windowWidth - margin;
     x = std::max(x, availableScreen.x() + margin);
 
-    const bool panelAtBottom = icon.center().y() > availableScreen.center().y();
+    const bool upwards = anchor.center().y() > availableScreen.center().y();
     int y = 0;
-    if (panelAtBottom)
-        y = std::max(availableScreen.top(), icon.y() - margin - placedHeight);
-    else
-        y = icon.y() + icon.height() + margin;
-    return {x, y, windowWidth, frameHeight};
+    if (upwards) {
+        y = std::max(availableScreen.top(), anchor.y() - margin - placedHeight);
+    } else {
+        y = anchor.y() + anchor.height() + margin;
+        // An icon's panel sits outside the available area, so only the pointer can push the window off the
+        // bottom: then it moves up as far as the screen allows.
+        if (!hasIcon && y + placedHeight > screenBottom)
+            y = std::max(availableScreen.top(), screenBottom - placedHeight);
+    }
+    return {QRect(x, y, windowWidth, frameHeight), upwards};
+}
+
+int heightFromContent(int contentHeight, QRect availableScreen, int minimum)
+{
+    const int cap = availableScreen.height() * 2 / 3;
+    return std::max(minimum, std::min(contentHeight, cap));
 }
 
 } // namespace WindowPlacement

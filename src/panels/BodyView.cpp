@@ -9,11 +9,28 @@
 #include <QEvent>
 #include <QLabel>
 
+namespace {
+
+const QString settingsLink = QStringLiteral("#connection-settings");
+
+/// The hint as rich text: line breaks kept, and the first "settings" made a link to the connection settings.
+QString linkedText(const QString& text)
+{
+    QString html = text.toHtmlEscaped();
+    const QString word = QStringLiteral("settings");
+    const qsizetype at = html.indexOf(word);
+    if (at >= 0)
+        html.replace(at, word.size(), QStringLiteral("<a href=\"%1\">%2</a>").arg(settingsLink, word));
+    html.replace(QLatin1Char('\n'), QStringLiteral("<br>"));
+    return html;
+}
+
+} // namespace
+
 BodyView::BodyView(AppSettings& settings, HueHelper& helper, QWidget* parent)
     : QStackedWidget(parent), m_settings(settings), m_helper(helper),
-      m_noLights(emptyState(noLightsText(), QStringLiteral("NoLights"))),
-      m_noGroups(emptyState(noGroupsText(), QStringLiteral("NoGroups"))),
-      m_noScenes(emptyState(noScenesText(), QStringLiteral("NoScenes")))
+      m_noLights(emptyState(QStringLiteral("NoLights"))), m_noGroups(emptyState(QStringLiteral("NoGroups"))),
+      m_noScenes(emptyState(QStringLiteral("NoScenes")))
 {
     applyColours();
     connect(&m_settings, &AppSettings::lightsChanged, this, &BodyView::onContentChanged);
@@ -21,6 +38,10 @@ BodyView::BodyView(AppSettings& settings, HueHelper& helper, QWidget* parent)
     connect(&m_settings, &AppSettings::scenesChanged, this, &BodyView::onContentChanged);
     connect(&m_settings, &AppSettings::activeMainPanelChanged, this, &BodyView::onContentChanged);
     connect(&m_settings, &AppSettings::showScenesChanged, this, &BodyView::onContentChanged);
+    for (auto changed :
+         {&AppSettings::bridgeConnectedChanged, &AppSettings::hueKeyChanged, &AppSettings::hueIPChanged})
+        connect(&m_settings, changed, this, &BodyView::onConnectionChanged);
+    onConnectionChanged();
     onContentChanged();
 }
 
@@ -42,22 +63,67 @@ QString BodyView::noScenesText()
               "Have you opened the settings and connected to the bridge?");
 }
 
-QLabel* BodyView::emptyState(const QString& text, const QString& name)
+QString BodyView::unreachableText(const QString& bridge, const QString& what)
 {
-    auto* label = new QLabel(text, this);
+    return tr("The bridge at %1 does not answer.\n\n"
+              "Glowdeck keeps trying and shows your %2 as soon as it does. Is the bridge switched on and on "
+              "this network? The settings show the connection.")
+        .arg(bridge, what);
+}
+
+QLabel* BodyView::emptyState(const QString& name)
+{
+    auto* label = new QLabel(this);
     label->setObjectName(name);
     label->setAlignment(Qt::AlignCenter);
     label->setWordWrap(true);
     label->setContentsMargins(12, 12, 12, 12);
+    label->setTextFormat(Qt::RichText);
+    // Tab reaches the link, Enter follows it.
+    label->setTextInteractionFlags(Qt::LinksAccessibleByMouse | Qt::LinksAccessibleByKeyboard);
+    connect(label, &QLabel::linkActivated, this, [this](const QString& link) {
+        if (link == settingsLink)
+            Q_EMIT connectionSettingsRequested();
+    });
     addWidget(label);
     return label;
 }
 
+void BodyView::showHint(QLabel* hint, const QString& text)
+{
+    // Screen readers read the plain sentence, not the markup.
+    if (hint->accessibleName() == text)
+        return;
+    hint->setAccessibleName(text);
+    hint->setText(linkedText(text));
+}
+
+void BodyView::onConnectionChanged()
+{
+    // Paired and not answering: say so, instead of suggesting to connect a program that is connected.
+    const bool unreachable =
+        !m_settings.bridgeConnected() && !m_settings.hueIP().isEmpty() && !m_settings.hueKey().isEmpty();
+    const QString bridge = m_settings.hueIP();
+    showHint(m_noLights, unreachable ? unreachableText(bridge, tr("lights")) : noLightsText());
+    showHint(m_noGroups, unreachable ? unreachableText(bridge, tr("rooms")) : noGroupsText());
+    showHint(m_noScenes, unreachable ? unreachableText(bridge, tr("scenes")) : noScenesText());
+}
+
+int BodyView::naturalHeight(int width) const
+{
+    QWidget* page = currentWidget();
+    if (auto* list = qobject_cast<ScrollColumn*>(page))
+        return list->naturalHeight();
+    return page && page->hasHeightForWidth() ? page->heightForWidth(width) : sizeHint().height();
+}
+
 void BodyView::applyColours()
 {
+    const bool dark = Theme::isDark(this);
     for (QLabel* hint : {m_noLights, m_noGroups, m_noScenes}) {
         QPalette palette = hint->palette();
-        palette.setColor(QPalette::WindowText, Theme::text(Theme::isDark(this)));
+        palette.setColor(QPalette::WindowText, Theme::text(dark));
+        palette.setColor(QPalette::Link, Theme::link(dark));
         hint->setPalette(palette);
     }
 }

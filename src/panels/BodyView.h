@@ -10,7 +10,9 @@ class ListScenes;
 class QLabel;
 
 /// The panel under the tabs: the lights, rooms or scenes list of the active panel, or a short hint when that
-/// list is empty. Each list is built the first time it is shown and kept; the lists redraw themselves.
+/// list is empty. The hint tells a program that is not paired yet (or whose bridge answers with an empty
+/// list) from one whose bridge does not answer; its "settings" is a link to the connection settings. Each
+/// list is built the first time it is shown and kept; the lists redraw themselves.
 class BodyView final : public QStackedWidget
 {
     Q_OBJECT
@@ -23,14 +25,25 @@ public:
     static QString noLightsText();
     static QString noGroupsText();
     static QString noScenesText();
+    /// The hint shown instead while the program is paired but its bridge does not answer.
+    static QString unreachableText(const QString& bridge, const QString& what);
+
+    /// The height that shows the whole current page without scrolling, at @p width.
+    int naturalHeight(int width) const;
+
+Q_SIGNALS:
+    /// The user followed the "settings" link of a hint.
+    void connectionSettingsRequested();
 
 protected:
     void changeEvent(QEvent* event) override;
 
 private:
     void onContentChanged();
+    void onConnectionChanged();
     void applyColours();
-    QLabel* emptyState(const QString& text, const QString& name);
+    QLabel* emptyState(const QString& name);
+    void showHint(QLabel* hint, const QString& text);
 
     AppSettings& m_settings;
     HueHelper& m_helper;

@@ -1,35 +1,57 @@
 #include "panels/ColorField.h"
 
+#include "panels/RowValues.h"
 #include "panels/Theme.h"
 
 #include <QLinearGradient>
-#include <QMouseEvent>
 #include <QPainter>
 #include <QPainterPath>
+
+#include <algorithm>
 
 namespace {
 
 constexpr int stripCount = 24;
 constexpr int hueStepDegrees = 5;
 constexpr int hueStops = 71; // 0, 5, ... 350 degrees
+constexpr double smallStep = 1.0 / 20;
+constexpr double pageStep = 1.0 / 5;
+constexpr qreal markerRadius = 4;
 
 } // namespace
 
-ColorField::ColorField(QWidget* parent) : QWidget(parent)
+ColorField::ColorField(QWidget* parent) : PanelControl(parent)
 {
-    setFixedHeight(int(nominalHeight));
+    setFixedHeight(fieldHeight);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     setCursor(Qt::CrossCursor);
 }
 
+void ColorField::setMarker(double hue, double saturation)
+{
+    hue = std::clamp(hue, 0.0, 1.0);
+    saturation = std::clamp(saturation, 0.0, 1.0);
+    if (hue == m_hue && saturation == m_saturation)
+        return;
+    m_hue = hue;
+    m_saturation = saturation;
+    update();
+    announceValue();
+}
+
 QSize ColorField::sizeHint() const
 {
-    return {int(nominalWidth), int(nominalHeight)};
+    return {180, fieldHeight};
 }
 
 QSize ColorField::minimumSizeHint() const
 {
-    return {20, int(nominalHeight)};
+    return {20, fieldHeight};
+}
+
+void ColorField::setAccessibleValue(double value)
+{
+    pick(value / 360, m_saturation);
 }
 
 void ColorField::resizeEvent(QResizeEvent* event)
@@ -72,34 +94,38 @@ void ColorField::paintEvent(QPaintEvent*)
         !qFuzzyCompare(m_gradient.devicePixelRatio(), devicePixelRatioF()))
         renderGradient();
     QPainter painter(this);
+    painter.setOpacity(paintOpacity());
     painter.drawPixmap(0, 0, m_gradient);
+
+    // The marker: a dark ring inside a light one reads on every colour of the field.
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setBrush(Qt::NoBrush);
+    const QPointF centre(m_hue * (width() - 1) + 0.5, m_saturation * (height() - 1) + 0.5);
+    painter.setPen(QPen(QColor(255, 255, 255, 230), 3));
+    painter.drawEllipse(centre, markerRadius, markerRadius);
+    painter.setPen(QPen(QColor(0, 0, 0, 200), 1.2));
+    painter.drawEllipse(centre, markerRadius, markerRadius);
+
+    paintFocusRing(painter, QRectF(rect()), Theme::controlRadius);
 }
 
-void ColorField::mousePressEvent(QMouseEvent* event)
+void ColorField::pointerAt(QPointF position)
 {
-    if (event->button() != Qt::LeftButton) {
-        event->ignore();
-        return;
-    }
-    m_dragging = true;
-    Q_EMIT picked(event->position().x(), event->position().y());
+    pick(RowValues::fraction(position.x(), width()), RowValues::fraction(position.y(), height()));
 }
 
-void ColorField::mouseMoveEvent(QMouseEvent* event)
+void ColorField::keyStep(int steps, int rows, bool page, int toEnd)
 {
-    if (!m_dragging) {
-        event->ignore();
+    if (toEnd != 0) {
+        pick(toEnd < 0 ? 0.0 : 1.0, m_saturation);
         return;
     }
-    Q_EMIT picked(event->position().x(), event->position().y());
+    const double step = page ? pageStep : smallStep;
+    pick(m_hue + steps * step, m_saturation + rows * smallStep);
 }
 
-void ColorField::mouseReleaseEvent(QMouseEvent* event)
+void ColorField::pick(double hue, double saturation)
 {
-    if (!m_dragging || event->button() != Qt::LeftButton) {
-        event->ignore();
-        return;
-    }
-    m_dragging = false;
-    Q_EMIT picked(event->position().x(), event->position().y());
+    setMarker(hue, saturation);
+    Q_EMIT picked(m_hue, m_saturation);
 }

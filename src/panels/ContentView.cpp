@@ -1,6 +1,8 @@
 #include "panels/ContentView.h"
 
 #include "panels/BodyView.h"
+#include "panels/ConnectionBanner.h"
+#include "panels/PanelAccessibility.h"
 #include "panels/PanelTabs.h"
 #include "panels/Theme.h"
 #include "panels/TitleBars.h"
@@ -38,8 +40,9 @@ protected:
 ContentView::ContentView(AppSettings& settings, HueHelper& helper, const ProductLinks& links, QWidget* parent)
     : QWidget(parent), m_settings(settings), m_welcomeTitle(new WelcomeTitlebarView(this)),
       m_regularTitle(new RegularTitlebarView(settings, links, this)), m_tabs(new PanelTabs(settings, this)),
-      m_body(new BodyView(settings, helper, this))
+      m_banner(new ConnectionBanner(settings, this)), m_body(new BodyView(settings, helper, this))
 {
+    PanelAccessibility::install();
     setMinimumSize(contentWidth, minimumHeight);
     setMaximumWidth(contentWidth);
 
@@ -50,10 +53,12 @@ ContentView::ContentView(AppSettings& settings, HueHelper& helper, const Product
     layout->addWidget(m_regularTitle);
     layout->addWidget(new Divider(this));
     layout->addWidget(m_tabs);
+    layout->addWidget(m_banner);
     layout->addWidget(m_body, 1);
 
     connect(m_welcomeTitle, &WelcomeTitlebarView::settingsRequested, this, &ContentView::settingsRequested);
     connect(m_regularTitle, &RegularTitlebarView::settingsRequested, this, &ContentView::settingsRequested);
+    connect(m_body, &BodyView::connectionSettingsRequested, this, &ContentView::connectionSettingsRequested);
     connect(&m_settings, &AppSettings::lightsChanged, this, &ContentView::onLightsChanged);
     onLightsChanged();
 
@@ -62,8 +67,15 @@ ContentView::ContentView(AppSettings& settings, HueHelper& helper, const Product
 
 QSize ContentView::sizeHint() const
 {
-    const qint64 preferred = std::max<qint64>(minimumHeight, m_settings.preferredHeightOfActivePanel());
-    return QSize(contentWidth, int(std::min<qint64>(preferred, QWIDGETSIZE_MAX)));
+    int height = 0;
+    for (QWidget* part : {static_cast<QWidget*>(m_welcomeTitle), static_cast<QWidget*>(m_regularTitle),
+                          static_cast<QWidget*>(m_tabs), static_cast<QWidget*>(m_banner)}) {
+        if (part->isVisibleTo(this))
+            height += part->sizeHint().height();
+    }
+    height += 1; // the divider
+    height += m_body->naturalHeight(contentWidth);
+    return QSize(contentWidth, std::max(height, minimumHeight));
 }
 
 void ContentView::onLightsChanged()

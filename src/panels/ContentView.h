@@ -4,14 +4,16 @@
 
 class AppSettings;
 class BodyView;
+class ConnectionBanner;
 class HueHelper;
 class PanelTabs;
 class RegularTitlebarView;
 class WelcomeTitlebarView;
 struct ProductLinks;
 
-/// Everything inside the drop-down window: the title bar, a divider, the panel tabs and the body, on a
-/// rounded background. 200 points wide; its ideal height is the one the user chose for the active panel.
+/// Everything inside the drop-down window: the title bar, a divider, the panel tabs, the connection banner
+/// and the body, on a rounded background. 200 points wide; the window takes the height the user chose for
+/// the active panel, or without one the content's own height (`sizeHint`).
 class ContentView final : public QWidget
 {
     Q_OBJECT
@@ -24,11 +26,15 @@ public:
     ContentView(AppSettings& settings, HueHelper& helper, const ProductLinks& links,
                 QWidget* parent = nullptr);
 
+    /// The width and the height at which the active panel shows all of its rows without scrolling.
     QSize sizeHint() const override;
 
 Q_SIGNALS:
     /// The user pressed one of the settings buttons: the window should hide and the preferences open.
     void settingsRequested();
+    /// The user followed the "settings" link of an empty panel: the preferences should open at the
+    /// connection to the bridge.
+    void connectionSettingsRequested();
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -42,5 +48,6 @@ private:
     WelcomeTitlebarView* m_welcomeTitle;
     RegularTitlebarView* m_regularTitle;
     PanelTabs* m_tabs;
+    ConnectionBanner* m_banner;
     BodyView* m_body;
 };

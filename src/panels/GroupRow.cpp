@@ -12,22 +12,37 @@ GroupRow::GroupRow(AppSettings& settings, HueHelper& helper, const HueGroup& gro
     setGroup(group);
 }
 
-void GroupRow::setGroup(const HueGroup& group)
+QSet<QString> GroupRow::colorLampIds(const QList<HueLight>& lights)
 {
-    m_groupId = group.group_id;
-    showState(group.name, group.is_on, group.brightness);
-    // A room whose members are unknown counts as white-only.
-    const bool bars = m_settings.showColorBarsForRooms();
-    const bool color = bars && hasColorMember(group);
-    showBars(color, bars && !color);
+    QSet<QString> ids;
+    for (const HueLight& light : lights) {
+        if (light.allows_color)
+            ids.insert(light.lamp_id);
+    }
+    return ids;
 }
 
-bool GroupRow::hasColorMember(const HueGroup& group) const
+void GroupRow::setGroup(const HueGroup& group)
 {
-    const QList<HueLight> lights = m_settings.lights();
-    return std::any_of(lights.cbegin(), lights.cend(), [&group](const HueLight& light) {
-        return light.allows_color && group.lights.contains(light.lamp_id);
-    });
+    setGroup(group, colorLampIds(m_settings.lights()));
+}
+
+void GroupRow::setGroup(const HueGroup& group, const QSet<QString>& colorLamps)
+{
+    m_groupId = group.group_id;
+    // A room whose members are unknown counts as white-only.
+    const bool bars = m_settings.showColorBarsForRooms();
+    const bool color =
+        bars && std::any_of(group.lights.cbegin(), group.lights.cend(),
+                            [&colorLamps](const QString& id) { return colorLamps.contains(id); });
+    showState({.name = group.name,
+               .on = group.is_on,
+               .brightness = group.brightness,
+               .hue = RowValues::hueFraction(group.hue),
+               .saturation = RowValues::saturationFraction(group.saturation),
+               .warmth = RowValues::temperatureFraction(group.color_temperature, group.ct_min, group.ct_max),
+               .colorField = color,
+               .temperatureBar = bars && !color});
 }
 
 std::optional<HueGroup> GroupRow::write(const std::function<void(HueGroup&)>& change)
@@ -59,10 +74,10 @@ void GroupRow::brightnessTo(float sliderValue)
         m_helper.setGroupBrightness(*group, brightness);
 }
 
-void GroupRow::colorAt(double x, double y)
+void GroupRow::colorAt(double hueFraction, double saturationFraction)
 {
-    const qint64 saturation = RowValues::saturation(y);
-    const qint64 hue = RowValues::hue(x);
+    const qint64 saturation = RowValues::saturation(saturationFraction);
+    const qint64 hue = RowValues::hue(hueFraction);
     const auto group = write([=](HueGroup& g) {
         g.saturation = saturation;
         g.hue = hue;
@@ -72,11 +87,11 @@ void GroupRow::colorAt(double x, double y)
         m_helper.setGroupHue(*group, hue);
 }
 
-void GroupRow::temperatureAt(double x)
+void GroupRow::temperatureAt(double warmth)
 {
     qint64 mired = 0;
-    const auto group = write([&mired, x](HueGroup& g) {
-        mired = RowValues::colorTemperature(x, g.ct_min, g.ct_max);
+    const auto group = write([&mired, warmth](HueGroup& g) {
+        mired = RowValues::colorTemperature(warmth, g.ct_min, g.ct_max);
         g.color_temperature = mired;
         g.is_on = true;
     });

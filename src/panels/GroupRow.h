@@ -1,10 +1,13 @@
 #pragma once
 
 #include "bridge/HueGroup.h"
+#include "bridge/HueLight.h"
 #include "panels/ControlRow.h"
 
 #include <functional>
 #include <optional>
+
+#include <QSet>
 
 class AppSettings;
 class HueHelper;
@@ -23,15 +26,18 @@ public:
     QString groupId() const { return m_groupId; }
     /// Shows a newer record of the same room and re-reads which bars apply, keeping a drag in progress.
     void setGroup(const HueGroup& group);
+    /// The same, with the lamp ids of the lights that take colour already at hand (a list of many rooms
+    /// gathers them once).
+    void setGroup(const HueGroup& group, const QSet<QString>& colorLamps);
+
+    /// The lamp ids of the lights that take colour.
+    static QSet<QString> colorLampIds(const QList<HueLight>& lights);
 
 private:
     void switchTo(bool on) override;
     void brightnessTo(float sliderValue) override;
-    void colorAt(double x, double y) override;
-    void temperatureAt(double x) override;
-
-    /// Whether a light of the lights list that belongs to @p group takes colour.
-    bool hasColorMember(const HueGroup& group) const;
+    void colorAt(double hue, double saturation) override;
+    void temperatureAt(double warmth) override;
     /// Applies @p change to the stored record and returns the result; nothing when the room is gone.
     std::optional<HueGroup> write(const std::function<void(HueGroup&)>& change);
 

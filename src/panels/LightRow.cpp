@@ -13,8 +13,14 @@ LightRow::LightRow(AppSettings& settings, HueHelper& helper, const HueLight& lig
 void LightRow::setLight(const HueLight& light)
 {
     m_lampId = light.lamp_id;
-    showState(light.name, light.is_on, light.brightness);
-    showBars(light.allows_color, light.allows_ambient);
+    showState({.name = light.name,
+               .on = light.is_on,
+               .brightness = light.brightness,
+               .hue = RowValues::hueFraction(light.hue),
+               .saturation = RowValues::saturationFraction(light.saturation),
+               .warmth = RowValues::temperatureFraction(light.color_temperature, light.ct_min, light.ct_max),
+               .colorField = light.allows_color,
+               .temperatureBar = light.allows_ambient});
 }
 
 std::optional<HueLight> LightRow::write(const std::function<void(HueLight&)>& change)
@@ -47,10 +53,10 @@ void LightRow::brightnessTo(float sliderValue)
         m_helper.setLightBrightness(*light, brightness);
 }
 
-void LightRow::colorAt(double x, double y)
+void LightRow::colorAt(double hueFraction, double saturationFraction)
 {
-    const qint64 saturation = RowValues::saturation(y);
-    const qint64 hue = RowValues::hue(x);
+    const qint64 saturation = RowValues::saturation(saturationFraction);
+    const qint64 hue = RowValues::hue(hueFraction);
     const auto light = write([=](HueLight& l) {
         l.saturation = saturation;
         l.hue = hue;
@@ -60,11 +66,11 @@ void LightRow::colorAt(double x, double y)
         m_helper.setLightHue(*light, hue);
 }
 
-void LightRow::temperatureAt(double x)
+void LightRow::temperatureAt(double warmth)
 {
     qint64 mired = 0;
-    const auto light = write([&mired, x](HueLight& l) {
-        mired = RowValues::colorTemperature(x, l.ct_min, l.ct_max);
+    const auto light = write([&mired, warmth](HueLight& l) {
+        mired = RowValues::colorTemperature(warmth, l.ct_min, l.ct_max);
         l.color_temperature = mired;
         l.is_on = true;
     });

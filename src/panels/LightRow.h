@@ -26,8 +26,8 @@ public:
 private:
     void switchTo(bool on) override;
     void brightnessTo(float sliderValue) override;
-    void colorAt(double x, double y) override;
-    void temperatureAt(double x) override;
+    void colorAt(double hue, double saturation) override;
+    void temperatureAt(double warmth) override;
 
     /// Applies @p change to the stored record and returns the result; nothing when the light is gone.
     std::optional<HueLight> write(const std::function<void(HueLight&)>& change);

@@ -17,6 +17,7 @@ ListGroups::ListGroups(AppSettings& settings, HueHelper& helper, QWidget* parent
     connect(&m_settings, &AppSettings::groupsChanged, this, &ListGroups::onGroupsChanged);
     connect(&m_settings, &AppSettings::lightsChanged, this, &ListGroups::onGroupsChanged);
     connect(&m_settings, &AppSettings::showColorBarsForRoomsChanged, this, &ListGroups::onGroupsChanged);
+    connect(&m_settings, &AppSettings::bridgeConnectedChanged, this, &ListGroups::onBridgeConnectedChanged);
     onGroupsChanged();
 }
 
@@ -35,7 +36,9 @@ void ListGroups::onGroupsChanged()
     for (GroupRow* row : groupRows())
         previous.insert(row->groupId(), row);
 
-    QList<QWidget*> shown;
+    const QSet<QString> colorLamps = GroupRow::colorLampIds(m_settings.lights());
+    const bool reachable = m_settings.bridgeConnected();
+    QList<QWidget*> rows;
     QSet<QString> seen;
     const QList<HueGroup> groups = m_settings.groups();
     for (const HueGroup& group : groups) {
@@ -44,16 +47,25 @@ void ListGroups::onGroupsChanged()
             continue;
         seen.insert(group.group_id);
         GroupRow* row = previous.take(group.group_id);
-        if (row == nullptr)
+        if (row == nullptr) {
             row = new GroupRow(m_settings, m_helper, group, content());
-        else
-            row->setGroup(group);
-        shown.append(row);
+            row->setBridgeReachable(reachable);
+        } else {
+            row->setGroup(group, colorLamps);
+        }
+        rows.append(row);
     }
-    arrange(shown);
+    arrange(rows);
     // Possibly called from inside a row's own write: let the row finish its handler first.
     for (GroupRow* gone : std::as_const(previous)) {
         gone->hide();
         gone->deleteLater();
     }
+}
+
+void ListGroups::onBridgeConnectedChanged()
+{
+    const bool reachable = m_settings.bridgeConnected();
+    for (GroupRow* row : groupRows())
+        row->setBridgeReachable(reachable);
 }

@@ -7,7 +7,8 @@ class GroupRow;
 class HueHelper;
 
 /// The rooms panel: one `GroupRow` per room of `AppSettings::groups`, in that order. Follows the rooms, the
-/// lights (membership decides the colour bars) and the colour-bars option; rows are updated in place.
+/// lights (membership decides the colour bars) and the colour-bars option; rows are updated in place. Every
+/// row is dimmed while the bridge cannot be reached.
 class ListGroups final : public ScrollColumn
 {
     Q_OBJECT
@@ -21,6 +22,7 @@ public:
 
 private:
     void onGroupsChanged();
+    void onBridgeConnectedChanged();
 
     AppSettings& m_settings;
     HueHelper& m_helper;

@@ -16,6 +16,7 @@ ListLights::ListLights(AppSettings& settings, HueHelper& helper, QWidget* parent
     : ScrollColumn(padding, rowSpacing, parent), m_settings(settings), m_helper(helper)
 {
     connect(&m_settings, &AppSettings::lightsChanged, this, &ListLights::onLightsChanged);
+    connect(&m_settings, &AppSettings::bridgeConnectedChanged, this, &ListLights::onBridgeConnectedChanged);
     refresh();
 }
 
@@ -32,13 +33,9 @@ void ListLights::refresh()
     onLightsChanged();
 }
 
-void ListLights::onLightsChanged()
+QList<HueLight> ListLights::shownLights() const
 {
-    QHash<QString, LightRow*> previous;
-    for (LightRow* row : lightRows())
-        previous.insert(row->lampId(), row);
-
-    QList<QWidget*> shown;
+    QList<HueLight> shown;
     QSet<QString> seen;
     const QList<HueLight> lights = m_settings.lights();
     for (const HueLight& light : lights) {
@@ -47,17 +44,40 @@ void ListLights::onLightsChanged()
             m_settings.store().readBool(QStringLiteral("hide_light_") + light.unique_id))
             continue;
         seen.insert(light.lamp_id);
-        LightRow* row = previous.take(light.lamp_id);
-        if (row == nullptr)
-            row = new LightRow(m_settings, m_helper, light, content());
-        else
-            row->setLight(light);
-        shown.append(row);
+        shown.append(light);
     }
-    arrange(shown);
+    return shown;
+}
+
+void ListLights::onLightsChanged()
+{
+    QHash<QString, LightRow*> previous;
+    for (LightRow* row : lightRows())
+        previous.insert(row->lampId(), row);
+
+    const bool reachable = m_settings.bridgeConnected();
+    QList<QWidget*> rows;
+    for (const HueLight& light : shownLights()) {
+        LightRow* row = previous.take(light.lamp_id);
+        if (row == nullptr) {
+            row = new LightRow(m_settings, m_helper, light, content());
+            row->setBridgeReachable(reachable);
+        } else {
+            row->setLight(light);
+        }
+        rows.append(row);
+    }
+    arrange(rows);
     // Called from inside a row's own write when a light vanishes: let the row finish its handler first.
     for (LightRow* gone : std::as_const(previous)) {
         gone->hide();
         gone->deleteLater();
     }
+}
+
+void ListLights::onBridgeConnectedChanged()
+{
+    const bool reachable = m_settings.bridgeConnected();
+    for (LightRow* row : lightRows())
+        row->setBridgeReachable(reachable);
 }

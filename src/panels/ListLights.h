@@ -1,5 +1,6 @@
 #pragma once
 
+#include "bridge/HueLight.h"
 #include "panels/ScrollColumn.h"
 
 class AppSettings;
@@ -8,7 +9,8 @@ class LightRow;
 
 /// The lights panel: one `LightRow` per light of `AppSettings::lights`, in that order, leaving out the lights
 /// hidden in the preferences. Rows are kept and updated in place when the list changes, so a refresh every
-/// few seconds costs little and never cuts off a drag.
+/// few seconds costs little and never cuts off a drag. Every row is dimmed while the bridge cannot be
+/// reached.
 class ListLights final : public ScrollColumn
 {
     Q_OBJECT
@@ -23,7 +25,10 @@ public:
     void refresh();
 
 private:
+    /// Which lights the panel shows, in order: the one place that decides it.
+    QList<HueLight> shownLights() const;
     void onLightsChanged();
+    void onBridgeConnectedChanged();
 
     AppSettings& m_settings;
     HueHelper& m_helper;

@@ -15,6 +15,7 @@ ListScenes::ListScenes(AppSettings& settings, HueHelper& helper, QWidget* parent
     : ScrollColumn(padding, buttonSpacing, parent), m_settings(settings), m_helper(helper)
 {
     connect(&m_settings, &AppSettings::scenesChanged, this, &ListScenes::onScenesChanged);
+    connect(&m_settings, &AppSettings::bridgeConnectedChanged, this, &ListScenes::onBridgeConnectedChanged);
     onScenesChanged();
 }
 
@@ -40,6 +41,7 @@ void ListScenes::onScenesChanged()
     QList<QWidget*> buttons;
     for (const HueScene& scene : scenes) {
         auto* button = new SceneButton(scene.name, content());
+        button->setDimmed(!m_settings.bridgeConnected());
         // Scenes with the same name stay apart: each button carries its own id.
         connect(button, &SceneButton::clicked, this,
                 [this, sceneId = scene.scene_id] { onScenePressed(sceneId); });
@@ -50,6 +52,12 @@ void ListScenes::onScenesChanged()
         button->hide();
         button->deleteLater();
     }
+}
+
+void ListScenes::onBridgeConnectedChanged()
+{
+    for (SceneButton* button : sceneButtons())
+        button->setDimmed(!m_settings.bridgeConnected());
 }
 
 void ListScenes::onScenePressed(const QString& sceneId)

@@ -24,6 +24,7 @@ public:
 private:
     void onScenesChanged();
     void onScenePressed(const QString& sceneId);
+    void onBridgeConnectedChanged();
 
     AppSettings& m_settings;
     HueHelper& m_helper;

@@ -1,68 +1,14 @@
 #include "panels/PanelTabs.h"
 
-#include "panels/Theme.h"
+#include "panels/PanelTab.h"
 #include "state/AppSettings.h"
 
-#include <QAbstractButton>
 #include <QHBoxLayout>
-#include <QPainter>
 
 namespace {
-
 constexpr int outerPadding = 10;
 constexpr int tabSpacing = 5;
 constexpr int verticalPadding = 5;
-constexpr int labelPointSize = 18;
-constexpr qreal tabOpacity = 0.9;
-
-/// One emoji tab, drawn as a rounded label; the whole tab takes the click.
-class PanelTab final : public QAbstractButton
-{
-public:
-    PanelTab(const QString& label, QWidget* parent) : QAbstractButton(parent)
-    {
-        setText(label);
-        QFont bold = font();
-        bold.setPointSize(labelPointSize);
-        bold.setBold(true);
-        setFont(bold);
-        setCheckable(false);
-        setCursor(Qt::PointingHandCursor);
-        setFocusPolicy(Qt::NoFocus);
-        // Width comes from the row's equal stretch alone, never from the emoji's own width.
-        setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
-    }
-
-    void setActive(bool active)
-    {
-        if (m_active == active)
-            return;
-        m_active = active;
-        update();
-    }
-    bool isActive() const { return m_active; }
-
-    QSize sizeHint() const override { return QSize(40, fontMetrics().height() + 2 * verticalPadding); }
-    QSize minimumSizeHint() const override { return sizeHint(); }
-
-protected:
-    void paintEvent(QPaintEvent*) override
-    {
-        const bool dark = Theme::isDark(this);
-        QPainter painter(this);
-        painter.setRenderHint(QPainter::Antialiasing);
-        painter.setOpacity(tabOpacity);
-        painter.setPen(Qt::NoPen);
-        painter.setBrush(m_active ? QColor(Qt::yellow) : QColor(Qt::gray));
-        painter.drawRoundedRect(QRectF(rect()), Theme::controlRadius, Theme::controlRadius);
-        painter.setPen(m_active ? QColor(Qt::black) : Theme::text(dark));
-        painter.drawText(rect(), Qt::AlignCenter, text());
-    }
-
-private:
-    bool m_active = false;
-};
-
 } // namespace
 
 PanelTabs::PanelTabs(AppSettings& settings, QWidget* parent) : QWidget(parent), m_settings(settings)
@@ -74,14 +20,15 @@ PanelTabs::PanelTabs(AppSettings& settings, QWidget* parent) : QWidget(parent), 
     const struct
     {
         QString label;
+        QString name;
         MainPanels panel;
     } tabs[] = {
-        {QStringLiteral("\U0001F4A1"), MainPanels::lights},
-        {QStringLiteral("\U0001F3E0"), MainPanels::rooms},
-        {QStringLiteral("\U0001F3AC"), MainPanels::scenes},
+        {QStringLiteral("\U0001F4A1"), tr("Lights"), MainPanels::lights},
+        {QStringLiteral("\U0001F3E0"), tr("Rooms"), MainPanels::rooms},
+        {QStringLiteral("\U0001F3AC"), tr("Scenes"), MainPanels::scenes},
     };
-    for (const auto& [label, panel] : tabs) {
-        auto* tab = new PanelTab(label, this);
+    for (const auto& [label, name, panel] : tabs) {
+        auto* tab = new PanelTab(label, name, this);
         tab->setObjectName(QStringLiteral("panelTab%1").arg(int(panel)));
         layout->addWidget(tab, 1);
         connect(tab, &QAbstractButton::clicked, this, [this, panel = panel] { onTabClicked(panel); });

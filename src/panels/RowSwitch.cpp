@@ -7,19 +7,21 @@
 namespace {
 constexpr int switchWidth = 30;
 constexpr int switchHeight = 13;
+constexpr int ringRoom = 2; // around the switch, for the focus ring
 } // namespace
 
 RowSwitch::RowSwitch(QWidget* parent) : QAbstractButton(parent)
 {
     setCheckable(true);
-    setFixedSize(switchWidth, switchHeight);
+    setFixedSize(switchWidth + 2 * ringRoom, switchHeight + 2 * ringRoom);
     setCursor(Qt::PointingHandCursor);
-    setFocusPolicy(Qt::NoFocus);
+    // Reached with Tab; a click needs no focus, and a ring after every click would only distract.
+    setFocusPolicy(Qt::TabFocus);
 }
 
 QSize RowSwitch::sizeHint() const
 {
-    return {switchWidth, switchHeight};
+    return {switchWidth + 2 * ringRoom, switchHeight + 2 * ringRoom};
 }
 
 void RowSwitch::paintEvent(QPaintEvent*)
@@ -27,7 +29,8 @@ void RowSwitch::paintEvent(QPaintEvent*)
     const bool dark = Theme::isDark(this);
     const QColor ink = dark ? QColor(Qt::white) : QColor(Qt::black);
     const QColor paper = dark ? QColor(Qt::black) : QColor(Qt::white);
-    const QRectF track = QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5);
+    const QRectF frame(ringRoom, ringRoom, switchWidth, switchHeight);
+    const QRectF track = frame.adjusted(0.5, 0.5, -0.5, -0.5);
     const qreal radius = track.height() / 2;
 
     QPainter painter(this);
@@ -48,4 +51,7 @@ void RowSwitch::paintEvent(QPaintEvent*)
     painter.setPen(Qt::NoPen);
     painter.setBrush(isChecked() ? paper : ink);
     painter.drawEllipse(QRectF(knobX, track.top() + 1.5, knob, knob));
+
+    if (hasFocus())
+        Theme::paintFocusRing(painter, QRectF(rect()), radius + ringRoom, dark);
 }

@@ -4,7 +4,10 @@
 
 #include <QEnterEvent>
 #include <QFontMetrics>
+#include <QKeyEvent>
 #include <QPainter>
+
+#include <algorithm>
 
 namespace {
 
@@ -25,8 +28,33 @@ SceneButton::SceneButton(const QString& sceneName, QWidget* parent) : QAbstractB
     setText(sceneName);
     setAttribute(Qt::WA_Hover);
     setCursor(Qt::PointingHandCursor);
-    setFocusPolicy(Qt::NoFocus);
+    setFocusPolicy(Qt::TabFocus);
     setFixedSize(buttonWidth, heightForName());
+    // One word wider than the plate is cut by it: the tooltip tells the whole name.
+    const QFontMetrics metrics(font);
+    const QStringList words = sceneName.split(QLatin1Char(' '), Qt::SkipEmptyParts);
+    if (std::any_of(words.cbegin(), words.cend(), [&metrics](const QString& word) {
+            return metrics.horizontalAdvance(word) > buttonWidth - 2 * padding;
+        }))
+        setToolTip(sceneName);
+}
+
+void SceneButton::setDimmed(bool dimmed)
+{
+    if (m_dimmed == dimmed)
+        return;
+    m_dimmed = dimmed;
+    update();
+}
+
+void SceneButton::keyPressEvent(QKeyEvent* event)
+{
+    // Space presses every button already; Enter is what a list of actions also takes.
+    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
+        click();
+        return;
+    }
+    QAbstractButton::keyPressEvent(event);
 }
 
 int SceneButton::heightForName() const
@@ -55,14 +83,17 @@ void SceneButton::paintEvent(QPaintEvent*)
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
-    painter.setOpacity(m_opacity);
+    const qreal dim = m_dimmed ? Theme::dimmedOpacity : 1.0;
+    painter.setOpacity(m_opacity * dim);
     painter.setBrush(dark ? QColor(Qt::black) : QColor(Qt::white));
     painter.drawRoundedRect(QRectF(rect()), Theme::controlRadius, Theme::controlRadius);
 
-    painter.setOpacity(1);
+    painter.setOpacity(dim);
     painter.setPen(Theme::text(dark));
     painter.setClipRect(rect());
     painter.drawText(rect().adjusted(padding, padding, -padding, -padding), textFlags, text());
+    if (hasFocus())
+        Theme::paintFocusRing(painter, QRectF(rect()), Theme::controlRadius, dark);
 }
 
 void SceneButton::enterEvent(QEnterEvent* event)

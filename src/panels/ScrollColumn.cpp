@@ -2,9 +2,28 @@
 
 #include <QVBoxLayout>
 
+namespace {
+
+/// The row's controls Tab stops at, in the row's own order (the order they were made in).
+QList<QWidget*> tabStops(QWidget* row)
+{
+    QList<QWidget*> stops;
+    if (row->focusPolicy() & Qt::TabFocus)
+        stops.append(row);
+    for (QWidget* child : row->findChildren<QWidget*>()) {
+        if (child->focusPolicy() & Qt::TabFocus)
+            stops.append(child);
+    }
+    return stops;
+}
+
+} // namespace
+
 ScrollColumn::ScrollColumn(int padding, int spacing, QWidget* parent) : QScrollArea(parent)
 {
     setFrameShape(QFrame::NoFrame);
+    // Tab goes through the rows' controls; the column itself would be an invisible stop between them.
+    setFocusPolicy(Qt::NoFocus);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setWidgetResizable(true);
     // The window's rounded background shows through.
@@ -31,4 +50,20 @@ void ScrollColumn::arrange(const QList<QWidget*>& rows, Qt::Alignment alignment)
         row->show();
     }
     m_rows = rows;
+
+    // New rows join the end of the window's focus chain, and a reordered list keeps the old chain: set it
+    // again, row by row, so Tab walks the list from top to bottom.
+    QWidget* previous = nullptr;
+    for (QWidget* row : rows) {
+        for (QWidget* stop : tabStops(row)) {
+            if (previous)
+                QWidget::setTabOrder(previous, stop);
+            previous = stop;
+        }
+    }
+}
+
+int ScrollColumn::naturalHeight() const
+{
+    return m_content->sizeHint().height() + 2 * frameWidth();
 }

@@ -15,6 +15,8 @@ class ScrollColumn : public QScrollArea
 public:
     /// The rows, top to bottom.
     QList<QWidget*> rows() const { return m_rows; }
+    /// The height that shows every row without scrolling.
+    int naturalHeight() const;
 
 protected:
     /// @p padding around the rows and @p spacing between them, in points.
@@ -22,7 +24,8 @@ protected:
 
     /// The parent for new rows.
     QWidget* content() const { return m_content; }
-    /// Shows exactly @p rows in this order; rows left out are removed from the column (not deleted).
+    /// Shows exactly @p rows in this order; rows left out are removed from the column (not deleted). Tab
+    /// then visits the rows' controls in this order too. The same rows in the same order cost nothing.
     void arrange(const QList<QWidget*>& rows, Qt::Alignment alignment = {});
 
 private:

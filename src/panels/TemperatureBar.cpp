@@ -1,26 +1,48 @@
 #include "panels/TemperatureBar.h"
 
+#include "panels/RowValues.h"
 #include "panels/Theme.h"
 
 #include <QLinearGradient>
-#include <QMouseEvent>
 #include <QPainter>
 
-TemperatureBar::TemperatureBar(QWidget* parent) : QWidget(parent)
+#include <algorithm>
+
+namespace {
+constexpr double smallStep = 1.0 / 20;
+constexpr double pageStep = 1.0 / 5;
+} // namespace
+
+TemperatureBar::TemperatureBar(QWidget* parent) : PanelControl(parent)
 {
     setFixedHeight(barHeight);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     setCursor(Qt::CrossCursor);
 }
 
+void TemperatureBar::setMarker(double warmth)
+{
+    warmth = std::clamp(warmth, 0.0, 1.0);
+    if (warmth == m_warmth)
+        return;
+    m_warmth = warmth;
+    update();
+    announceValue();
+}
+
 QSize TemperatureBar::sizeHint() const
 {
-    return {int(nominalWidth), barHeight};
+    return {180, barHeight};
 }
 
 QSize TemperatureBar::minimumSizeHint() const
 {
     return {20, barHeight};
+}
+
+void TemperatureBar::setAccessibleValue(double value)
+{
+    pick(value / 100);
 }
 
 void TemperatureBar::resizeEvent(QResizeEvent* event)
@@ -57,34 +79,36 @@ void TemperatureBar::paintEvent(QPaintEvent*)
         !qFuzzyCompare(m_curve.devicePixelRatio(), devicePixelRatioF()))
         renderCurve();
     QPainter painter(this);
+    painter.setOpacity(paintOpacity());
     painter.drawPixmap(0, 0, m_curve);
+
+    // The mark: a dark line edged in white, the bar's full height, at the current tone.
+    painter.setRenderHint(QPainter::Antialiasing);
+    const qreal x = std::clamp(m_warmth * (width() - 1) + 0.5, 2.0, width() - 2.0);
+    painter.setPen(QPen(QColor(255, 255, 255, 230), 4, Qt::SolidLine, Qt::RoundCap));
+    painter.drawLine(QPointF(x, 2), QPointF(x, height() - 2));
+    painter.setPen(QPen(QColor(0, 0, 0, 200), 1.6, Qt::SolidLine, Qt::RoundCap));
+    painter.drawLine(QPointF(x, 2), QPointF(x, height() - 2));
+
+    paintFocusRing(painter, QRectF(rect()), Theme::controlRadius);
 }
 
-void TemperatureBar::mousePressEvent(QMouseEvent* event)
+void TemperatureBar::pointerAt(QPointF position)
 {
-    if (event->button() != Qt::LeftButton) {
-        event->ignore();
-        return;
-    }
-    m_dragging = true;
-    Q_EMIT picked(event->position().x());
+    pick(RowValues::fraction(position.x(), width()));
 }
 
-void TemperatureBar::mouseMoveEvent(QMouseEvent* event)
+void TemperatureBar::keyStep(int steps, int rows, bool page, int toEnd)
 {
-    if (!m_dragging) {
-        event->ignore();
+    if (toEnd != 0) {
+        pick(toEnd < 0 ? 0.0 : 1.0);
         return;
     }
-    Q_EMIT picked(event->position().x());
+    pick(m_warmth + (steps - rows) * (page ? pageStep : smallStep));
 }
 
-void TemperatureBar::mouseReleaseEvent(QMouseEvent* event)
+void TemperatureBar::pick(double warmth)
 {
-    if (!m_dragging || event->button() != Qt::LeftButton) {
-        event->ignore();
-        return;
-    }
-    m_dragging = false;
-    Q_EMIT picked(event->position().x());
+    setMarker(warmth);
+    Q_EMIT picked(m_warmth);
 }

@@ -1,43 +1,50 @@
 #pragma once
 
+#include "panels/PanelControl.h"
+
 #include <QPixmap>
-#include <QWidget>
 
 /// The white-tone bar of a row ("temp_curve"): the white range from cool on the left to warm on the right,
-/// 14 points high and stretched to the row. A press, every move of the drag and the release report the
-/// pointer's local x, unclamped; the row maps it onto the record's colour-temperature range.
-class TemperatureBar final : public QWidget
+/// 14 points high and stretched to the row, with a small mark at the current tone. A press, every move of
+/// the drag and the release report where the pointer is, as a fraction of the bar's real width; Left and
+/// Right step by a twentieth, Page Up and Page Down by a fifth, Home and End go to either end.
+class TemperatureBar final : public PanelControl
 {
     Q_OBJECT
     Q_DISABLE_COPY_MOVE(TemperatureBar)
 
 public:
-    /// Nominal width of the bar, in points: the row computes the temperature against it.
-    static constexpr qreal nominalWidth = 180;
     static constexpr int barHeight = 14;
 
     explicit TemperatureBar(QWidget* parent = nullptr);
 
-    /// True between a press and its release.
-    bool isDragging() const { return m_dragging; }
+    /// Marks the current tone, a fraction 0 (coolest) to 1 (warmest) of the range (no signal).
+    void setMarker(double warmth);
+    double markedWarmth() const { return m_warmth; }
 
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
 
+    /// In per cent of the range, from the coolest.
+    double accessibleValue() const override { return m_warmth * 100; }
+    double accessibleMaximum() const override { return 100; }
+    double accessibleStep() const override { return 5; }
+    void setAccessibleValue(double value) override;
+
 Q_SIGNALS:
-    /// The user pressed or dragged on the bar at local @p x.
-    void picked(double x);
+    /// The user picked the tone at @p warmth, a fraction 0 to 1 of the bar.
+    void picked(double warmth);
 
 protected:
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
-    void mousePressEvent(QMouseEvent* event) override;
-    void mouseMoveEvent(QMouseEvent* event) override;
-    void mouseReleaseEvent(QMouseEvent* event) override;
+    void pointerAt(QPointF position) override;
+    void keyStep(int steps, int rows, bool page, int toEnd) override;
 
 private:
     void renderCurve();
+    void pick(double warmth);
 
     QPixmap m_curve; // drawn again only when the size changes
-    bool m_dragging = false;
+    double m_warmth = 0;
 };

@@ -1,5 +1,6 @@
 #include "panels/Theme.h"
 
+#include <QPainter>
 #include <QPalette>
 #include <QWidget>
 
@@ -31,6 +32,32 @@ QColor chromeStrong(bool dark)
 QColor text(bool dark)
 {
     return dark ? QColor(Qt::white) : QColor(Qt::black);
+}
+
+QColor focusRing(bool dark)
+{
+    return dark ? QColor(110, 170, 255) : QColor(0, 100, 210);
+}
+
+QColor link(bool dark)
+{
+    return dark ? QColor(120, 180, 255) : QColor(0, 90, 190);
+}
+
+QColor bannerBackground(bool dark)
+{
+    return dark ? QColor(120, 70, 0) : QColor(255, 224, 160);
+}
+
+void paintFocusRing(QPainter& painter, const QRectF& rect, qreal radius, bool dark)
+{
+    painter.save();
+    painter.setOpacity(1);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setBrush(Qt::NoBrush);
+    painter.setPen(QPen(focusRing(dark), 2));
+    painter.drawRoundedRect(rect.adjusted(1, 1, -1, -1), radius, radius);
+    painter.restore();
 }
 
 } // namespace Theme

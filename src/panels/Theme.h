@@ -1,7 +1,9 @@
 #pragma once
 
 #include <QColor>
+#include <QRectF>
 
+class QPainter;
 class QWidget;
 
 /// The drop-down window's colours for light and dark appearance.
@@ -17,6 +19,18 @@ QColor chrome(bool dark);
 QColor chromeStrong(bool dark);
 /// Text on the background.
 QColor text(bool dark);
+/// The ring around the control that has the keyboard focus.
+QColor focusRing(bool dark);
+/// Links in the empty-state texts, legible on either background.
+QColor link(bool dark);
+/// The one-line connection banner: its plate and its text.
+QColor bannerBackground(bool dark);
+
+/// Draws the keyboard-focus ring, 2 points wide, just inside @p rect.
+void paintFocusRing(QPainter& painter, const QRectF& rect, qreal radius, bool dark);
+
+/// Opacity of the row of a lamp or room that is off, or of every row while the bridge cannot be reached.
+inline constexpr qreal dimmedOpacity = 0.45;
 
 /// Corner radius of the window's background, in points.
 inline constexpr qreal windowRadius = 10;

@@ -64,6 +64,14 @@ QIcon drawnGear()
     return QIcon(pixmap);
 }
 
+// Borderless buttons still show where the keyboard focus is.
+QString focusVisibleStyle(const QString& extra = QString())
+{
+    return QStringLiteral("QToolButton { border: none; padding: 0; %1 }"
+                          "QToolButton:focus { border: 2px solid %2; border-radius: 3px; }")
+        .arg(extra, Theme::focusRing(false).name());
+}
+
 QToolButton* settingsIconButton(QWidget* parent)
 {
     auto* button = new QToolButton(parent);
@@ -73,8 +81,9 @@ QToolButton* settingsIconButton(QWidget* parent)
     button->setIconSize(QSize(iconSize, iconSize));
     button->setFixedSize(iconSize, iconSize);
     button->setToolTip(QObject::tr("Settings"));
+    button->setAccessibleName(QObject::tr("Settings"));
     button->setCursor(Qt::PointingHandCursor);
-    button->setStyleSheet(QStringLiteral("QToolButton { border: none; padding: 0; }"));
+    button->setStyleSheet(focusVisibleStyle());
     return button;
 }
 
@@ -101,6 +110,7 @@ WelcomeTitlebarView::WelcomeTitlebarView(QWidget* parent)
     m_settings->setFont(systemFont(12, QFont::Normal));
     m_settings->setAutoRaise(true);
     m_settings->setCursor(Qt::PointingHandCursor);
+    m_settings->setStyleSheet(focusVisibleStyle());
     connect(m_settings, &QToolButton::clicked, this, &WelcomeTitlebarView::settingsRequested);
 
     auto* layout = new QHBoxLayout(this);
@@ -147,7 +157,8 @@ RegularTitlebarView::RegularTitlebarView(AppSettings& settings, const ProductLin
     m_heart->setCursor(Qt::PointingHandCursor);
     m_heart->setFixedHeight(iconSize);
     m_heart->setFont(systemFont(11, QFont::Normal));
-    m_heart->setStyleSheet(QStringLiteral("QToolButton { border: none; padding: 0; color: #e0245e; }"));
+    m_heart->setAccessibleName(tr("Write a review"));
+    m_heart->setStyleSheet(focusVisibleStyle(QStringLiteral("color: #e0245e;")));
 
     auto* layout = new QHBoxLayout(this);
     layout->setContentsMargins(0, 0, 10, 0);

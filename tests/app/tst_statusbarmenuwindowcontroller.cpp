@@ -5,9 +5,12 @@
 #include "state/SettingsKeys.h"
 
 #include <QApplication>
+#include <QImage>
 #include <QMouseEvent>
+#include <QPainter>
 #include <QScreen>
 #include <QTest>
+#include <QVBoxLayout>
 
 #include <memory>
 
@@ -25,7 +28,16 @@ private Q_SLOTS:
     void staysOpenOnAClickInside();
     void closesWhenAnotherWindowTakesTheFocus();
     void opensUnderTheIconNearTheRightEdge();
-    void keepsItsMinimumHeightForAZeroHeight();
+    void opensAtTheContentsHeightWithoutAStoredHeight_data();
+    void opensAtTheContentsHeightWithoutAStoredHeight();
+    void opensAtThePointerWithoutAnIcon_data();
+    void opensAtThePointerWithoutAnIcon();
+    void topGripOfAnUpwardWindowKeepsItsBottomEdge();
+    void restoresTheStoredPanelBeforeOpening_data();
+    void restoresTheStoredPanelBeforeOpening();
+    void escapeClosesTheWindow();
+    void shapeHoldsOnlyFullyPaintedPixels_data();
+    void shapeHoldsOnlyFullyPaintedPixels();
 
 private:
     void sendMouse(QWidget* widget, QEvent::Type type, QPoint local, Qt::MouseButtons buttons);
@@ -168,13 +180,145 @@ void TestStatusBarMenuWindowController::opensUnderTheIconNearTheRightEdge()
     QCOMPARE(frame.height(), 320);
 }
 
-void TestStatusBarMenuWindowController::keepsItsMinimumHeightForAZeroHeight()
+void TestStatusBarMenuWindowController::opensAtTheContentsHeightWithoutAStoredHeight_data()
 {
-    m_icon = QRect(300, 0, 22, 24);
+    QTest::addColumn<int>("content");  // 0: a widget that tells no height
+    QTest::addColumn<int>("expected"); // -1: two thirds of the available screen
+    QTest::newRow("content of unknown height") << 0 << 280;
+    QTest::newRow("short content keeps the minimum") << 90 << 200;
+    QTest::newRow("content that fits") << 430 << 430;
+    QTest::newRow("long content stops at two thirds of the screen") << 5000 << -1;
+}
+
+void TestStatusBarMenuWindowController::opensAtTheContentsHeightWithoutAStoredHeight()
+{
+    QFETCH(int, content);
+    QFETCH(int, expected);
+    if (content > 0) {
+        auto* layout = new QVBoxLayout(m_content);
+        layout->setContentsMargins(0, 0, 0, 0);
+        auto* filler = new QWidget;
+        filler->setFixedHeight(content);
+        layout->addWidget(filler);
+    }
+    const QRect available = QGuiApplication::primaryScreen()->availableGeometry();
+    if (expected < 0)
+        expected = available.height() * 2 / 3;
+    m_icon = QRect(300, available.top(), 22, 24);
     m_controller->setPreferredHeight(0);
     m_controller->show();
 
-    QCOMPARE(m_controller->window().geometry(), QRect(211, 29, 200, DropDownWindow::minimumWindowHeight));
+    QCOMPARE(m_controller->window().geometry(), QRect(211, available.top() + 29, 200, expected));
+}
+
+void TestStatusBarMenuWindowController::opensAtThePointerWithoutAnIcon_data()
+{
+    QTest::addColumn<QPoint>("pointer"); // relative to the available screen's top left
+    QTest::addColumn<bool>("upwards");
+    QTest::newRow("top panel") << QPoint(700, 0) << false;
+    QTest::newRow("bottom panel") << QPoint(700, -1) << true; // -1: the last line of the available screen
+}
+
+void TestStatusBarMenuWindowController::opensAtThePointerWithoutAnIcon()
+{
+    QFETCH(QPoint, pointer);
+    QFETCH(bool, upwards);
+    const QRect available = QGuiApplication::primaryScreen()->availableGeometry();
+    const QPoint at = available.topLeft() + QPoint(pointer.x(), pointer.y() < 0 ? available.height() - 1 : 0);
+    m_controller->setPointerPosition([at] { return at; });
+    m_controller->setPreferredHeight(300);
+    m_controller->show();
+
+    const QRect frame = m_controller->window().geometry();
+    QCOMPARE(frame.size(), QSize(200, 300));
+    QCOMPARE(frame.center().x(), at.x() - 1);
+    QCOMPARE(upwards ? frame.bottom() + 1 + 5 : frame.top() - 1 - 5, at.y());
+    QVERIFY(available.contains(frame));
+    // The height grip is on the edge away from the panel.
+    QCOMPARE(m_controller->window().grip()->edge(), upwards ? Qt::TopEdge : Qt::BottomEdge);
+}
+
+void TestStatusBarMenuWindowController::topGripOfAnUpwardWindowKeepsItsBottomEdge()
+{
+    const QRect available = QGuiApplication::primaryScreen()->availableGeometry();
+    m_controller->setPointerPosition([available] { return available.bottomLeft() + QPoint(600, 0); });
+    m_state->store().writeInt(SettingsKeys::activePanel, 1);
+    m_controller->setPreferredHeight(300);
+    m_controller->show();
+    const QRect before = m_controller->window().geometry();
+    HeightGrip* grip = m_controller->window().grip();
+    QCOMPARE(grip->geometry().top(), 0);
+
+    sendMouse(grip, QEvent::MouseButtonPress, QPoint(50, 2), Qt::LeftButton);
+    sendMouse(grip, QEvent::MouseMove, QPoint(50, -38), Qt::LeftButton);
+    sendMouse(grip, QEvent::MouseButtonRelease, QPoint(50, -38), Qt::NoButton);
+
+    const QRect after = m_controller->window().geometry();
+    QCOMPARE(after.bottom(), before.bottom());
+    QCOMPARE(after.height(), 340);
+    QCOMPARE(m_state->store().readInt(SettingsKeys::preferredWindowHeightRooms), 340);
+}
+
+void TestStatusBarMenuWindowController::restoresTheStoredPanelBeforeOpening_data()
+{
+    QTest::addColumn<bool>("stored");
+    QTest::addColumn<int>("panel");
+    QTest::newRow("rooms") << true << 1;
+    QTest::newRow("scenes") << true << 2;
+    QTest::newRow("nothing stored keeps lights") << false << 0;
+}
+
+void TestStatusBarMenuWindowController::restoresTheStoredPanelBeforeOpening()
+{
+    QFETCH(bool, stored);
+    QFETCH(int, panel);
+    if (stored)
+        m_state->store().writeInt(SettingsKeys::activePanel, panel);
+    m_controller->restoreActivePanel();
+    QCOMPARE(int(m_state->settings().activeMainPanel()), panel);
+}
+
+void TestStatusBarMenuWindowController::escapeClosesTheWindow()
+{
+    m_controller->show();
+    QVERIFY(QTest::qWaitForWindowActive(&m_controller->window()));
+    QTest::keyClick(&m_controller->window(), Qt::Key_Escape);
+    QVERIFY(!m_controller->isShown());
+    QTRY_VERIFY(!m_controller->window().isVisible());
+}
+
+void TestStatusBarMenuWindowController::shapeHoldsOnlyFullyPaintedPixels_data()
+{
+    QTest::addColumn<QSize>("size");
+    QTest::newRow("usual") << QSize(200, 280);
+    QTest::newRow("minimum") << QSize(200, 200);
+    QTest::newRow("odd height") << QSize(200, 417);
+}
+
+void TestStatusBarMenuWindowController::shapeHoldsOnlyFullyPaintedPixels()
+{
+    // The content's background as the window shows it: an antialiased rounded rectangle of radius 10.
+    QFETCH(QSize, size);
+    QImage drawn(size, QImage::Format_ARGB32_Premultiplied);
+    drawn.fill(Qt::transparent);
+    {
+        QPainter painter(&drawn);
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(Qt::white);
+        painter.drawRoundedRect(QRectF(QPointF(0, 0), QSizeF(size)), 10, 10);
+    }
+    const QRegion shape = DropDownWindow::fullyCoveredRegion(size, DropDownWindow::cornerRadius);
+    int outside = 0;
+    for (int y = 0; y < size.height(); ++y) {
+        for (int x = 0; x < size.width(); ++x) {
+            const bool opaque = qAlpha(drawn.pixel(x, y)) == 255;
+            // A pixel in the shape that is not fully painted is what shows black without a compositor.
+            QVERIFY2(!shape.contains(QPoint(x, y)) || opaque, qPrintable(u"%1,%2"_qs.arg(x).arg(y)));
+            outside += opaque && !shape.contains(QPoint(x, y));
+        }
+    }
+    QCOMPARE(outside, 0); // and nothing painted is cut away
 }
 
 QTEST_MAIN(TestStatusBarMenuWindowController)

@@ -4,12 +4,16 @@
 #include "bridge/ActionQueue.h"
 #include "bridge/HueHelper.h"
 #include "panels/BodyView.h"
+#include "panels/ConnectionBanner.h"
 #include "panels/ContentView.h"
+#include "panels/CustomSlider.h"
 #include "panels/PanelTabs.h"
 #include "panels/TitleBars.h"
 #include "state/ProductLinks.h"
 
 #include <QAbstractButton>
+#include <QAccessible>
+#include <QApplication>
 #include <QLabel>
 #include <QNetworkAccessManager>
 #include <QPushButton>
@@ -40,8 +44,12 @@ private slots:
     void settingsButtonsAskForThePreferences_data();
     void settingsButtonsAskForThePreferences();
     void aClickAnywhereInTheContentCountsAsAUserAction();
-    void idealHeightIsThePanelsPresetHeight_data();
-    void idealHeightIsThePanelsPresetHeight();
+    void naturalHeightFollowsTheActivePanel();
+    void emptyPanelTellsUnpairedFromUnreachable_data();
+    void emptyPanelTellsUnpairedFromUnreachable();
+    void settingsLinkAsksForTheConnectionSettings();
+    void everyControlHasANameAndARole();
+    void tabVisitsTheControlsInOrder();
 
 private:
     void build(const ProductLinks& links);
@@ -163,7 +171,8 @@ void TestContentView::offersTheScenesTabOnlyWhileScenesAreShown()
     settings().setShowScenes(false);
     QTRY_VERIFY(!scenes->isVisible());
     auto* hint = qobject_cast<QLabel*>(currentBodyPage());
-    QVERIFY(hint && hint->text().startsWith(QStringLiteral("Okay, we're not able to detect any lights")));
+    QVERIFY(hint &&
+            hint->accessibleName().startsWith(QStringLiteral("Okay, we're not able to detect any lights")));
 }
 
 void TestContentView::showsTheHintOfAnEmptyPanel_data()
@@ -196,7 +205,8 @@ void TestContentView::showsTheHintOfAnEmptyPanel()
 
     auto* hint = qobject_cast<QLabel*>(currentBodyPage());
     QVERIFY(hint && hint->isVisible());
-    QCOMPARE(hint->text(), text);
+    // The label shows it as rich text with a link; this is the sentence itself.
+    QCOMPARE(hint->accessibleName(), text);
 }
 
 void TestContentView::showsTheListOnceItsPanelHasContentAndKeepsIt()
@@ -299,24 +309,158 @@ void TestContentView::aClickAnywhereInTheContentCountsAsAUserAction()
     QVERIFY(settings().lastUserActionAt() > longAgo.addSecs(3000));
 }
 
-void TestContentView::idealHeightIsThePanelsPresetHeight_data()
+void TestContentView::naturalHeightFollowsTheActivePanel()
 {
-    QTest::addColumn<int>("panel");
-    QTest::addColumn<qint64>("preset");
-    QTest::addColumn<int>("height");
-    QTest::newRow("rooms preset") << 1 << qint64(450) << 450;
-    QTest::newRow("below the minimum") << 1 << qint64(120) << 200;
-    QTest::newRow("unknown panel") << 9 << qint64(450) << 280;
+    const int empty = m_view->sizeHint().height();
+    QCOMPARE(m_view->sizeHint().width(), 200);
+    QVERIFY(empty >= ContentView::minimumHeight);
+
+    settings().setLights({light(QStringLiteral("1"))});
+    const int one = m_view->sizeHint().height();
+    QList<HueLight> six;
+    for (int i = 1; i <= 6; ++i)
+        six.append(light(QString::number(i)));
+    settings().setLights(six);
+    const int many = m_view->sizeHint().height();
+    // Each further row adds its own height: the window opens showing all of them.
+    QVERIFY2(many - one > 5 * 30, qPrintable(u"%1 %2"_qs.arg(one).arg(many)));
+
+    // The rooms panel has no rooms: back to the hint's height.
+    settings().setActiveMainPanel(MainPanels::rooms);
+    QVERIFY(m_view->sizeHint().height() < many);
 }
 
-void TestContentView::idealHeightIsThePanelsPresetHeight()
+void TestContentView::emptyPanelTellsUnpairedFromUnreachable_data()
 {
-    QFETCH(int, panel);
-    QFETCH(qint64, preset);
-    QFETCH(int, height);
-    settings().setPresetWindowHeightRooms(preset);
-    settings().setActiveMainPanel(MainPanels(panel));
-    QCOMPARE(m_view->sizeHint(), QSize(200, height));
+    QTest::addColumn<QString>("key");
+    QTest::addColumn<bool>("connected");
+    QTest::addColumn<QString>("error");
+    QTest::addColumn<QString>("banner"); // empty: no banner
+    QTest::addColumn<QString>("hint");   // how the lights hint starts
+
+    const QString retrying = QStringLiteral("Bridge not reachable \u2014 retrying");
+    QTest::newRow("not paired yet") << QString() << false << QString() << QString()
+                                    << QStringLiteral("Okay, we're not able to detect any lights just yet.");
+    QTest::newRow("pairing says what to do")
+        << QString() << false << QStringLiteral("Press the link button on the bridge")
+        << QStringLiteral("Press the link button on the bridge")
+        << QStringLiteral("Okay, we're not able to detect any lights just yet.");
+    QTest::newRow("paired, bridge gone") << QStringLiteral("key") << false << QString() << retrying
+                                         << QStringLiteral("The bridge at 127.0.0.1:9 does not answer.");
+    QTest::newRow("paired, bridge gone with a reason")
+        << QStringLiteral("key") << false << QStringLiteral("Connection refused")
+        << QStringLiteral("Connection refused")
+        << QStringLiteral("The bridge at 127.0.0.1:9 does not answer.");
+    QTest::newRow("paired and answering, but no lights")
+        << QStringLiteral("key") << true << QString() << QString()
+        << QStringLiteral("Okay, we're not able to detect any lights just yet.");
+}
+
+void TestContentView::emptyPanelTellsUnpairedFromUnreachable()
+{
+    QFETCH(QString, key);
+    QFETCH(bool, connected);
+    QFETCH(QString, error);
+    QFETCH(QString, banner);
+    QFETCH(QString, hint);
+    settings().setHueIP(QStringLiteral("127.0.0.1:9"));
+    settings().setHueKey(key);
+    settings().setConnectionErrorMessage(error);
+    settings().setBridgeConnected(connected);
+
+    auto* bar = m_view->findChild<ConnectionBanner*>();
+    QCOMPARE(bar->isVisible(), !banner.isEmpty());
+    if (!banner.isEmpty())
+        QCOMPARE(bar->message(), banner);
+    auto* page = qobject_cast<QLabel*>(currentBodyPage());
+    QVERIFY(page);
+    QVERIFY2(page->accessibleName().startsWith(hint), qPrintable(page->accessibleName()));
+
+    // The first successful read takes the banner away.
+    settings().setConnectionErrorMessage(QString());
+    settings().setBridgeConnected(true);
+    QVERIFY(!bar->isVisible());
+}
+
+void TestContentView::settingsLinkAsksForTheConnectionSettings()
+{
+    QSignalSpy connection(m_view.get(), &ContentView::connectionSettingsRequested);
+    auto* hint = qobject_cast<QLabel*>(currentBodyPage());
+    QVERIFY(hint->text().contains(QStringLiteral(">settings</a>")));
+    // From the keyboard: Tab reaches the link inside the text, Return follows it.
+    m_view->activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(m_view.get()));
+    hint->setFocus(Qt::TabFocusReason);
+    if (!hint->hasSelectedText())
+        QTest::keyClick(hint, Qt::Key_Tab);
+    QVERIFY(hint->hasFocus());
+    QTest::keyClick(hint, Qt::Key_Return);
+    QTRY_COMPARE(connection.size(), 1);
+}
+
+void TestContentView::everyControlHasANameAndARole()
+{
+    settings().setShowScenes(true);
+    HueLight colour = light(QStringLiteral("1"));
+    colour.allows_color = colour.allows_ambient = true;
+    settings().setLights({colour, light(QStringLiteral("2"))});
+    HueScene scene;
+    scene.scene_id = QStringLiteral("s1");
+    scene.name = QStringLiteral("Evening");
+    settings().setScenes({scene});
+
+    int checked = 0;
+    for (MainPanels panel : {MainPanels::lights, MainPanels::scenes}) {
+        settings().setActiveMainPanel(panel);
+        for (QWidget* widget : m_view->findChildren<QWidget*>()) {
+            if (!widget->isVisibleTo(m_view.get()) || !(widget->focusPolicy() & Qt::TabFocus))
+                continue;
+            QAccessibleInterface* control = QAccessible::queryAccessibleInterface(widget);
+            QVERIFY(control);
+            const QString name = control->text(QAccessible::Name);
+            QVERIFY2(!name.isEmpty(), widget->metaObject()->className());
+            const QAccessible::Role role = control->role();
+            QVERIFY2(role == QAccessible::Button || role == QAccessible::CheckBox ||
+                         role == QAccessible::Slider || role == QAccessible::PageTab,
+                     qPrintable(name));
+            if (role == QAccessible::Slider) {
+                QAccessibleValueInterface* value = control->valueInterface();
+                QVERIFY2(value && value->maximumValue().toDouble() > 0, qPrintable(name));
+            }
+            ++checked;
+        }
+    }
+    // Settings, three tabs; two switches, two sliders, a colour field and a white-tone bar; a scene.
+    QCOMPARE(checked, 2 * 4 + 6 + 1);
+
+    // A screen reader moves the brightness the way the user would: the command follows.
+    auto* brightness = QAccessible::queryAccessibleInterface(m_view->findChild<CustomSlider*>());
+    QCOMPARE(brightness->text(QAccessible::Name), QStringLiteral("Lamp 1 brightness"));
+    brightness->valueInterface()->setCurrentValue(100.0);
+    QCOMPARE(settings().lights().first().brightness, 255);
+}
+
+void TestContentView::tabVisitsTheControlsInOrder()
+{
+    HueLight colour = light(QStringLiteral("1"));
+    colour.allows_color = true;
+    // Rows made in one order and then shown in another must still be visited from top to bottom.
+    settings().setLights({light(QStringLiteral("2")), colour});
+    settings().setLights({colour, light(QStringLiteral("2"))});
+    m_view->activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(m_view.get()));
+    m_view->setFocus();
+
+    QStringList visited;
+    for (int i = 0; i < 9; ++i) {
+        QTest::keyClick(QApplication::focusWidget() ? QApplication::focusWidget() : m_view.get(),
+                        Qt::Key_Tab);
+        QWidget* focused = QApplication::focusWidget();
+        visited << (focused ? QAccessible::queryAccessibleInterface(focused)->text(QAccessible::Name)
+                            : "none");
+    }
+    QCOMPARE(visited, (QStringList{"Settings", "Lights", "Rooms", "Lamp 1", "Lamp 1 brightness",
+                                   "Lamp 1 colour", "Lamp 2", "Lamp 2 brightness", "Settings"}));
 }
 
 QTEST_MAIN(TestContentView)

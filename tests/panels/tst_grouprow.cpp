@@ -146,7 +146,9 @@ void TestGroupRow::colorFieldSendsTheRoomHue()
 {
     GroupRow* row = showRoom({u"1"_qs});
     QVERIFY(row);
-    drag(row->findChild<ColorField*>(), {QPointF(20, 10), QPointF(90, 50)});
+    auto* field = row->findChild<ColorField*>();
+    // Half way along the field's real width, and dragged past its bottom edge.
+    drag(field, {QPointF(20, 10), QPointF((field->width() - 1) / 2.0, 80)});
 
     const HueGroup record = m_bench->settings().groups().first();
     QCOMPARE(record.hue, 32767);

@@ -76,9 +76,9 @@ void TestListLights::keepsADragAliveThroughARefresh()
 {
     LightRow* row = m_list->lightRows().at(1);
     auto* slider = row->findChild<CustomSlider*>();
-    const qreal w = slider->width();
-    sendMouse(slider, QEvent::MouseButtonPress, QPointF(w * 0.2, 8));
-    sendMouse(slider, QEvent::MouseMove, QPointF(w * 0.4, 8));
+    const qreal last = slider->width() - 1; // the last pixel is the slider's top
+    sendMouse(slider, QEvent::MouseButtonPress, QPointF(last * 0.2, 8));
+    sendMouse(slider, QEvent::MouseMove, QPointF(last * 0.4, 8));
 
     // A refresh from the bridge reports other values while the pointer is still down.
     QList<HueLight> refreshed = m_bench->settings().lights();
@@ -88,14 +88,14 @@ void TestListLights::keepsADragAliveThroughARefresh()
     QCOMPARE(m_list->lightRows().at(1), row);
     QCOMPARE(slider->value(), float(0.4));
 
-    sendMouse(slider, QEvent::MouseMove, QPointF(w * 0.8, 8));
-    sendMouse(slider, QEvent::MouseButtonRelease, QPointF(w * 0.8, 8));
-    const int last = int(0.8 * 255);
-    QCOMPARE(m_bench->settings().lights().at(1).brightness, last);
+    sendMouse(slider, QEvent::MouseMove, QPointF(last * 0.8, 8));
+    sendMouse(slider, QEvent::MouseButtonRelease, QPointF(last * 0.8, 8));
+    const int brightness = int(0.8 * 255);
+    QCOMPARE(m_bench->settings().lights().at(1).brightness, brightness);
     QTRY_VERIFY(m_bench->settled());
     const QList<SimulatedRequest> sent = m_bench->requestsTo(u"lights/%1/state"_qs.arg(m_ids.at(1)));
     QCOMPARE(sent.size(), 1);
-    QCOMPARE(sent.first().body.value(u"bri").toInt(), last);
+    QCOMPARE(sent.first().body.value(u"bri").toInt(), brightness);
 
     // Once released, the next refresh shows through again.
     m_bench->settings().setLights(refreshed);

@@ -1,0 +1,75 @@
+#include "panels/ConnectionBanner.h"
+
+#include "panels/ElidedLabel.h"
+#include "panels/Theme.h"
+#include "state/AppSettings.h"
+
+#include <QEvent>
+#include <QHBoxLayout>
+#include <QPainter>
+
+namespace {
+constexpr int horizontalMargin = 10;
+constexpr int verticalMargin = 4;
+constexpr qreal fontSize = 11;
+} // namespace
+
+ConnectionBanner::ConnectionBanner(AppSettings& settings, QWidget* parent)
+    : QWidget(parent), m_settings(settings), m_text(new ElidedLabel(this))
+{
+    setObjectName(QStringLiteral("connectionBanner"));
+    m_text->setObjectName(QStringLiteral("connectionBannerText"));
+    QFont font = m_text->font();
+    font.setPointSizeF(fontSize);
+    m_text->setFont(font);
+    m_text->setAlignment(Qt::AlignCenter);
+    auto* layout = new QHBoxLayout(this);
+    layout->setContentsMargins(horizontalMargin, verticalMargin, horizontalMargin, verticalMargin);
+    layout->addWidget(m_text);
+
+    for (auto changed : {&AppSettings::bridgeConnectedChanged, &AppSettings::connectionErrorMessageChanged,
+                         &AppSettings::hueKeyChanged})
+        connect(&m_settings, changed, this, &ConnectionBanner::onStateChanged);
+    onStateChanged();
+    applyColours();
+}
+
+QString ConnectionBanner::message() const
+{
+    return m_text->text();
+}
+
+void ConnectionBanner::onStateChanged()
+{
+    const QString error = m_settings.connectionErrorMessage();
+    const bool paired = !m_settings.hueKey().isEmpty();
+    const bool shown = !m_settings.bridgeConnected() && (paired || !error.isEmpty());
+    if (shown)
+        m_text->setFullText(error.isEmpty() ? tr("Bridge not reachable \u2014 retrying") : error);
+    if (isVisibleTo(parentWidget()) != shown)
+        setVisible(shown);
+}
+
+void ConnectionBanner::paintEvent(QPaintEvent*)
+{
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(Theme::bannerBackground(Theme::isDark(this)));
+    painter.drawRoundedRect(QRectF(rect()).adjusted(horizontalMargin - 4, 1, 4 - horizontalMargin, -1),
+                            Theme::controlRadius, Theme::controlRadius);
+}
+
+void ConnectionBanner::changeEvent(QEvent* event)
+{
+    if (event->type() == QEvent::PaletteChange)
+        applyColours();
+    QWidget::changeEvent(event);
+}
+
+void ConnectionBanner::applyColours()
+{
+    QPalette palette = m_text->palette();
+    palette.setColor(QPalette::WindowText, Theme::text(Theme::isDark(this)));
+    m_text->setPalette(palette);
+}

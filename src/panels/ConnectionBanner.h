@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QWidget>
+
+class AppSettings;
+class ElidedLabel;
+
+/// One line at the top of the body while the bridge cannot be reached: the connection's last error, or
+/// "Bridge not reachable — retrying". It goes away at the first successful read. Before the program is paired
+/// it only shows a message the connection has for the user (the empty panel says the rest).
+class ConnectionBanner final : public QWidget
+{
+    Q_OBJECT
+    Q_DISABLE_COPY_MOVE(ConnectionBanner)
+
+public:
+    explicit ConnectionBanner(AppSettings& settings, QWidget* parent = nullptr);
+
+    /// What the banner says (the whole text, also when the line cuts it).
+    QString message() const;
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void changeEvent(QEvent* event) override;
+
+private:
+    void onStateChanged();
+    void applyColours();
+
+    AppSettings& m_settings;
+    ElidedLabel* m_text;
+};
