@@ -1,5 +1,7 @@
 #include "LargeHome.h"
 
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QString>
 
 namespace {
@@ -83,16 +85,42 @@ QByteArray scene(int i, int lightCount)
         .toUtf8();
 }
 
+int sparseId(int i)
+{
+    return i * 7919 % 100003;
+}
+
 template <typename Make>
 QByteArray object(int count, Make make)
 {
     QByteArray text = "{";
     for (int i = 1; i <= count; ++i)
-        text += (i > 1 ? ",\"" : "\"") + QByteArray::number(i * 7919 % 100003) + "\":" + make(i);
+        text += (i > 1 ? ",\"" : "\"") + QByteArray::number(sparseId(i)) + "\":" + make(i);
     return text + '}';
 }
 
+// The generated lists number their resources sparsely while rooms and scenes name lights 1..N.
+QByteArray renumbered(const QByteArray& list, int count)
+{
+    const QJsonObject resources = QJsonDocument::fromJson(list).object();
+    QByteArray out = "{";
+    for (int i = 1; i <= count; ++i) {
+        const QJsonObject resource = resources.value(QString::number(sparseId(i))).toObject();
+        out += (i > 1 ? ",\"" : "\"") + QByteArray::number(i) +
+               "\":" + QJsonDocument(resource).toJson(QJsonDocument::Compact);
+    }
+    return out + '}';
+}
+
 } // namespace
+
+LargeHome LargeHome::makeNumbered(int lightCount, int roomCount, int sceneCount)
+{
+    LargeHome home = make(lightCount, roomCount, sceneCount);
+    home.lights = renumbered(home.lights, lightCount);
+    home.groups = renumbered(home.groups, roomCount);
+    return home;
+}
 
 LargeHome LargeHome::make(int lightCount, int roomCount, int sceneCount)
 {

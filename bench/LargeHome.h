@@ -12,4 +12,7 @@ struct LargeHome
     QByteArray scenes;
 
     static LargeHome make(int lightCount, int roomCount, int sceneCount);
+    /// The same home with lights and rooms numbered 1..N in their generated order, as a bridge whose rooms
+    /// name its own lights lists them.
+    static LargeHome makeNumbered(int lightCount, int roomCount, int sceneCount);
 };

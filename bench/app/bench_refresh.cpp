@@ -3,9 +3,12 @@
 // before the next tick. Prints one line per home; docs/performance.md records the figures.
 //
 // Usage: bench_refresh [--simulator PATH] [--ticks N] [--lights N] [--memory-store]
+//        bench_refresh --lights N --save-home FILE
 //   --lights 0 (the default) uses the simulator's default home; a positive count generates a large home.
+//   --save-home writes that large home as a simulator home file and does nothing else.
 
 #include "LargeHome.h"
+#include "MemoryStore.h"
 #include "bridge/ResourceFetch.h"
 #include "connection/BridgeConnection.h"
 #include "connection/BridgePairing.h"
@@ -44,45 +47,18 @@ double cpuSeconds()
     return seconds(usage.ru_utime) + seconds(usage.ru_stime);
 }
 
-// The generated lists number their resources sparsely while rooms and scenes name lights 1..N; a bridge
-// must list what its rooms name, so lights and rooms are numbered 1..N here, in their generated order.
-QByteArray renumbered(const QByteArray& list, int count)
-{
-    const QJsonObject resources = QJsonDocument::fromJson(list).object();
-    QByteArray out = "{";
-    for (int i = 1; i <= count; ++i) {
-        const QJsonObject resource = resources.value(QString::number(i * 7919 % 100003)).toObject();
-        out += (i > 1 ? ",\"" : "\"") + QByteArray::number(i) +
-               "\":" + QJsonDocument(resource).toJson(QJsonDocument::Compact);
-    }
-    return out + '}';
-}
-
 // The large home as a simulator home file; the simulator registers the key from its command line.
 bool writeLargeHome(const QString& fileName, int lightCount)
 {
     constexpr int roomCount = 50;
-    const LargeHome home = LargeHome::make(lightCount, roomCount, 300);
+    const LargeHome home = LargeHome::makeNumbered(lightCount, roomCount, 300);
     QFile file(fileName);
     if (!file.open(QIODevice::WriteOnly))
         return false;
-    file.write("{\"lights\":" + renumbered(home.lights, lightCount) + ",\"groups\":" +
-               renumbered(home.groups, roomCount) + ",\"scenes\":" + home.scenes + ",\"config\":{}}\n");
+    file.write("{\"lights\":" + home.lights + ",\"groups\":" + home.groups + ",\"scenes\":" + home.scenes +
+               ",\"config\":{}}\n");
     return file.error() == QFileDevice::NoError;
 }
-
-/// A store that keeps values in memory only: shows what a tick costs without the settings file's writes.
-class MemoryStore final : public SettingsStore
-{
-public:
-    bool contains(const QString& key) const override { return m_values.contains(key); }
-    QVariant value(const QString& key) const override { return m_values.value(key); }
-    void setValue(const QString& key, const QVariant& value) override { m_values.insert(key, value); }
-    void remove(const QString& key) override { m_values.remove(key); }
-
-private:
-    QHash<QString, QVariant> m_values;
-};
 
 /// Runs the ticks one after another once the simulator says where it listens.
 class RefreshBench final : public QObject
@@ -188,10 +164,19 @@ int main(int argc, char* argv[])
     parser.addHelpOption();
     const QCommandLineOption memoryOption(QStringLiteral("memory-store"),
                                           QStringLiteral("Keep the settings in memory instead of a file."));
-    parser.addOptions({simulatorOption, ticksOption, lightsOption, memoryOption});
+    const QCommandLineOption saveOption(QStringLiteral("save-home"),
+                                        QStringLiteral("Write the large home for the simulator and stop."),
+                                        QStringLiteral("FILE"));
+    parser.addOptions({simulatorOption, ticksOption, lightsOption, memoryOption, saveOption});
     parser.process(app);
     const int ticks = parser.value(ticksOption).toInt();
     const int lights = parser.value(lightsOption).toInt();
+    if (parser.isSet(saveOption)) {
+        if (lights > 0 && writeLargeHome(parser.value(saveOption), lights))
+            return 0;
+        std::fprintf(stderr, "bench_refresh: --save-home needs --lights N and a writable file\n");
+        return 1;
+    }
     if (ticks < 1 || lights < 0) {
         std::fprintf(stderr, "bench_refresh: --ticks needs a positive number, --lights zero or more\n");
         return 2;

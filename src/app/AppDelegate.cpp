@@ -1,5 +1,6 @@
 #include "app/AppDelegate.h"
 
+#include "app/DesktopAppearance.h"
 #include "app/ReviewPrompt.h"
 #include "app/SleepWatcher.h"
 #include "app/StatusBarMenuWindowController.h"
@@ -12,6 +13,7 @@
 #include "connection/ShellRunner.h"
 #include "diagnostics/Diagnostics.h"
 #include "panels/ContentView.h"
+#include "panels/Theme.h"
 #include "panels/WelcomeView.h"
 #include "preferences/window/PreferencesWindowController.h"
 #include "state/AppSettings.h"
@@ -19,6 +21,7 @@
 #include "state/JsonSettingsStore.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QCoreApplication>
 #include <QCursor>
 #include <QDesktopServices>
@@ -71,6 +74,9 @@ void AppDelegate::start()
     connect(m_sleepWatcher.get(), &SleepWatcher::aboutToSleep, this, &AppDelegate::onSleepNote);
     connect(m_sleepWatcher.get(), &SleepWatcher::wokeUp, this, &AppDelegate::onWakeNote);
     connect(qApp, &QCoreApplication::aboutToQuit, this, &AppDelegate::stopTimers);
+    m_appearance = createDesktopAppearance();
+    connect(m_appearance.get(), &DesktopAppearance::prefersDarkChanged, this,
+            &AppDelegate::onPrefersDarkChanged);
 
     m_settings = std::make_unique<AppSettings>(*m_store);
     connect(m_settings.get(), &AppSettings::windowResizePlease, this, &AppDelegate::onWindowResizePlease);
@@ -250,6 +256,19 @@ void AppDelegate::openUrl(const QUrl& url)
 void AppDelegate::onAppIconChanged()
 {
     m_trayIcon->setIcon(lampIcon(m_settings->appIcon()));
+}
+
+void AppDelegate::onPrefersDarkChanged(bool dark)
+{
+    // A platform theme that follows the desktop (KDE's) already gave a dark palette: leave it alone.
+    const bool paletteIsDark = QApplication::palette().color(QPalette::Window).lightnessF() < 0.5;
+    if (dark && !paletteIsDark && !m_lightPalette) {
+        m_lightPalette = QApplication::palette();
+        QApplication::setPalette(Theme::darkPalette());
+    } else if (!dark && m_lightPalette) {
+        QApplication::setPalette(*m_lightPalette);
+        m_lightPalette.reset();
+    }
 }
 
 void AppDelegate::onWindowResizePlease(qint64 height)

@@ -9,14 +9,18 @@
 #include <QSystemTrayIcon>
 #include <QUrl>
 
+#include <QPalette>
+
 #include <functional>
 #include <memory>
+#include <optional>
 
 class ActionQueue;
 class AppSettings;
 class BridgeConnection;
 class BridgeDiscovery;
 class BridgePairing;
+class DesktopAppearance;
 class Diagnostics;
 class HueHelper;
 class JsonSettingsStore;
@@ -90,6 +94,7 @@ private:
     void openUrl(const QUrl& url);
 
     void onAppIconChanged();
+    void onPrefersDarkChanged(bool dark);
     void onWindowResizePlease(qint64 height);
     void onAllOff();
     void onAllOffInMinutes();
@@ -102,6 +107,8 @@ private:
 
     AppDelegateOptions m_options;
     std::unique_ptr<SleepWatcher> m_sleepWatcher;
+    std::unique_ptr<DesktopAppearance> m_appearance;
+    std::optional<QPalette> m_lightPalette; // the palette before a dark one replaced it
     std::unique_ptr<QNetworkAccessManager> m_network;
     std::unique_ptr<JsonSettingsStore> m_store;
     std::unique_ptr<Diagnostics> m_diagnostics;

@@ -9,9 +9,9 @@
 #include <QPainter>
 
 namespace {
-constexpr int horizontalMargin = 10;
+constexpr int horizontalMargin = 8;
 constexpr int verticalMargin = 4;
-constexpr qreal fontSize = 11;
+constexpr qreal fontSize = 9.5;
 } // namespace
 
 ConnectionBanner::ConnectionBanner(AppSettings& settings, QWidget* parent)

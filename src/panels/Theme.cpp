@@ -49,6 +49,30 @@ QColor bannerBackground(bool dark)
     return dark ? QColor(120, 70, 0) : QColor(255, 224, 160);
 }
 
+QPalette darkPalette()
+{
+    const QColor window(43, 43, 43);
+    const QColor text(238, 238, 238);
+    const QColor faint(128, 128, 128);
+    QPalette palette(window);
+    palette.setColor(QPalette::WindowText, text);
+    palette.setColor(QPalette::Base, QColor(30, 30, 30));
+    palette.setColor(QPalette::AlternateBase, QColor(50, 50, 50));
+    palette.setColor(QPalette::Text, text);
+    palette.setColor(QPalette::Button, QColor(53, 53, 53));
+    palette.setColor(QPalette::ButtonText, text);
+    palette.setColor(QPalette::BrightText, Qt::white);
+    palette.setColor(QPalette::Highlight, QColor(61, 122, 214));
+    palette.setColor(QPalette::HighlightedText, Qt::white);
+    palette.setColor(QPalette::Link, link(true));
+    palette.setColor(QPalette::ToolTipBase, window);
+    palette.setColor(QPalette::ToolTipText, text);
+    palette.setColor(QPalette::PlaceholderText, faint);
+    for (QPalette::ColorRole role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
+        palette.setColor(QPalette::Disabled, role, faint);
+    return palette;
+}
+
 void paintFocusRing(QPainter& painter, const QRectF& rect, qreal radius, bool dark)
 {
     painter.save();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QColor>
+#include <QPalette>
 #include <QRectF>
 
 class QPainter;
@@ -25,6 +26,9 @@ QColor focusRing(bool dark);
 QColor link(bool dark);
 /// The one-line connection banner: its plate and its text.
 QColor bannerBackground(bool dark);
+
+/// A dark palette for every window of the program, for desktops whose dark preference Qt does not follow.
+QPalette darkPalette();
 
 /// Draws the keyboard-focus ring, 2 points wide, just inside @p rect.
 void paintFocusRing(QPainter& painter, const QRectF& rect, qreal radius, bool dark);

@@ -1,0 +1,225 @@
+// The drop-down window of a large home, measured in the program's own objects: the time from a click on the
+// tray icon to the window shown and painted, and the CPU one refresh tick costs the views when the bridge
+// reports nothing new, with the window open and closed. Run it on a real display (bench/app/measure_app.sh
+// runs it on Xvfb); docs/performance.md records the figures.
+//
+// Usage: bench_dropdown [--lights N] [--opens N] [--ticks N]
+
+#include "LargeHome.h"
+#include "MemoryStore.h"
+#include "app/DropDownWindow.h"
+#include "app/StatusBarMenuWindowController.h"
+#include "bridge/ActionQueue.h"
+#include "bridge/HueHelper.h"
+#include "bridge/ResourceFetch.h"
+#include "panels/ContentView.h"
+#include "state/AppSettings.h"
+#include "state/LightOrder.h"
+#include "state/ProductLinks.h"
+
+#include <QApplication>
+#include <QCommandLineParser>
+#include <QElapsedTimer>
+#include <QNetworkAccessManager>
+
+#include <sys/resource.h>
+
+#include <algorithm>
+#include <cstdio>
+
+namespace {
+
+const QString bridge = QStringLiteral("127.0.0.1:9");
+const QString key = QStringLiteral("benchdropdownkey");
+
+double cpuSeconds()
+{
+    rusage usage{};
+    getrusage(RUSAGE_SELF, &usage);
+    const auto seconds = [](const timeval& t) { return double(t.tv_sec) + double(t.tv_usec) / 1e6; };
+    return seconds(usage.ru_utime) + seconds(usage.ru_stime);
+}
+
+double median(QList<double> values)
+{
+    std::sort(values.begin(), values.end());
+    return values.isEmpty() ? 0 : values.at(values.size() / 2);
+}
+
+/// Counts the widget work an application does: paints and layout passes.
+class WorkCounter final : public QObject
+{
+public:
+    int paints = 0;
+    int layouts = 0;
+
+    bool eventFilter(QObject* watched, QEvent* event) override
+    {
+        if (event->type() == QEvent::Paint)
+            ++paints;
+        else if (event->type() == QEvent::LayoutRequest)
+            ++layouts;
+        return QObject::eventFilter(watched, event);
+    }
+};
+
+/// Notes the first paint of the content after an opening.
+class PaintWatch final : public QObject
+{
+public:
+    bool painted = false;
+
+    bool eventFilter(QObject* watched, QEvent* event) override
+    {
+        if (event->type() == QEvent::Paint)
+            painted = true;
+        return QObject::eventFilter(watched, event);
+    }
+};
+
+/// One refresh's lists, decoded as the connection decodes them (rooms get fresh list identities each time).
+struct Refresh
+{
+    QList<HueLight> lights;
+    QList<HueGroup> groups;
+};
+
+} // namespace
+
+int main(int argc, char* argv[])
+{
+    QApplication app(argc, argv);
+    QCommandLineParser parser;
+    const QCommandLineOption lightsOption(QStringLiteral("lights"), QStringLiteral("Lights of the home."),
+                                          QStringLiteral("N"), QStringLiteral("200"));
+    const QCommandLineOption opensOption(QStringLiteral("opens"), QStringLiteral("Openings to time."),
+                                         QStringLiteral("N"), QStringLiteral("30"));
+    const QCommandLineOption ticksOption(QStringLiteral("ticks"), QStringLiteral("Refresh ticks to time."),
+                                         QStringLiteral("N"), QStringLiteral("2000"));
+    parser.addHelpOption();
+    parser.addOptions({lightsOption, opensOption, ticksOption});
+    parser.process(app);
+    const int lightCount = parser.value(lightsOption).toInt();
+    const int opens = parser.value(opensOption).toInt();
+    const int ticks = parser.value(ticksOption).toInt();
+    if (lightCount < 1 || opens < 1 || ticks < 1) {
+        std::fprintf(stderr, "bench_dropdown: --lights, --opens and --ticks need positive numbers\n");
+        return 2;
+    }
+
+    const LargeHome home = LargeHome::makeNumbered(lightCount, 50, 300);
+    MemoryStore store;
+    AppSettings settings(store);
+    // A first start: no stored heights, so the window opens at its content's height.
+    settings.load();
+    settings.setHueIP(bridge);
+    settings.setHueKey(key);
+    settings.setShowScenes(true);
+    QNetworkAccessManager network;
+    ActionQueue queue(settings, network);
+    HueHelper helper(settings, queue);
+
+    const auto decode = [&] {
+        return Refresh{LightOrder::apply(lightsFromBody(home.lights, bridge, key).records, store),
+                       groupsFromBody(home.groups, bridge, key).records};
+    };
+    // As at start-up: the window's content exists before the first read brings the lists.
+    auto* content = new ContentView(settings, helper, ProductLinks{});
+    const Refresh first = decode();
+    const QList<HueScene> scenes = scenesFromBody(home.scenes, bridge, key).records;
+    QElapsedTimer clock;
+    clock.start();
+    settings.setLights(first.lights);
+    settings.setGroups(first.groups);
+    settings.setScenes(scenes);
+    settings.setBridgeConnected(true);
+    const double built = double(clock.nsecsElapsed()) / 1e6;
+    StatusBarMenuWindowController controller(settings, content,
+                                             [] { return std::optional<QRect>(QRect(1257, 1, 22, 22)); });
+    PaintWatch watch;
+    content->installEventFilter(&watch);
+
+    // ---- Click to window shown
+    // ------------------------------------------------------------------------------ What a click on the icon
+    // runs (AppDelegate::showDropDownWindow), until the content has been painted.
+    const auto open = [&] {
+        watch.painted = false;
+        QElapsedTimer timer;
+        timer.start();
+        controller.restoreActivePanel();
+        controller.setPreferredHeight(settings.preferredHeightOfActivePanel());
+        controller.show();
+        while (!watch.painted && timer.elapsed() < 5000)
+            QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
+        return double(timer.nsecsElapsed()) / 1e6;
+    };
+    const auto close = [&] {
+        controller.closeWithoutFade();
+        for (int i = 0; i < 5; ++i)
+            QCoreApplication::processEvents();
+    };
+    const double firstOpen = open();
+    const int shownRows = int(content->findChildren<QWidget*>().size());
+    close();
+    QList<double> later;
+    for (int i = 0; i < opens; ++i) {
+        later.append(open());
+        close();
+    }
+    std::printf("%d lights (%lld kept), %lld rooms, %lld scenes; first read shown in the closed window's "
+                "rows in %.1f ms (%d widgets)\n",
+                lightCount, qint64(settings.lights().size()), qint64(settings.groups().size()),
+                qint64(settings.scenes().size()), built, shownRows);
+    std::printf("click to window shown: first %.1f ms, then median %.1f ms (min %.1f, max %.1f, %d opens), "
+                "window %dx%d\n",
+                firstOpen, median(later), *std::min_element(later.cbegin(), later.cend()),
+                *std::max_element(later.cbegin(), later.cend()), opens, controller.window().width(),
+                controller.window().height());
+
+    // ---- A refresh tick that brings nothing new
+    // -------------------------------------------------------------
+    QList<Refresh> refreshes;
+    for (int i = 0; i < 16; ++i)
+        refreshes.append(decode());
+    WorkCounter work;
+    app.installEventFilter(&work);
+    const auto measureTicks = [&](const char* label) {
+        work.paints = work.layouts = 0;
+        const double start = cpuSeconds();
+        for (int i = 0; i < ticks; ++i) {
+            // What BridgeConnection applies after its reads, then the event loop's turn.
+            const Refresh& refresh = refreshes.at(i % refreshes.size());
+            settings.setLights(refresh.lights);
+            settings.setBridgeConnected(true);
+            settings.setConnectionErrorMessage(QString());
+            settings.setGroups(refresh.groups);
+            QCoreApplication::processEvents();
+        }
+        const double perTick = (cpuSeconds() - start) / ticks;
+        std::printf("unchanged refresh tick, window %s: %.1f us CPU in the views per tick; %d paints, "
+                    "%d layout passes in %d ticks\n",
+                    label, perTick * 1e6, work.paints, work.layouts, ticks);
+    };
+    // Every panel's list exists from here on, as after a user has looked at each once.
+    for (MainPanels panel : {MainPanels::scenes, MainPanels::rooms, MainPanels::lights}) {
+        settings.setActiveMainPanel(panel);
+        open();
+        close();
+    }
+    open();
+    measureTicks("open on the lights");
+    close();
+    settings.setActiveMainPanel(MainPanels::rooms);
+    open();
+    measureTicks("open on the rooms");
+    close();
+    measureTicks("closed");
+
+    // For scale: decoding the two answers, which every tick pays before the views see anything.
+    const double decodeStart = cpuSeconds();
+    for (int i = 0; i < 50; ++i)
+        decode();
+    std::printf("for scale: decoding the light and room answers costs %.1f us CPU per tick\n",
+                (cpuSeconds() - decodeStart) / 50 * 1e6);
+    return 0;
+}
