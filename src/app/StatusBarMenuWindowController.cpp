@@ -39,6 +39,9 @@ StatusBarMenuWindowController::StatusBarMenuWindowController(AppSettings& settin
     connect(m_window.get(), &DropDownWindow::escapePressed, this, &StatusBarMenuWindowController::close);
     connect(m_window->grip(), &HeightGrip::resizeFinished, this,
             &StatusBarMenuWindowController::saveWindowHeight);
+    // The first click should not pay for making the window on the display: make it as soon as the program
+    // is idle, hidden.
+    QTimer::singleShot(0, m_window.get(), [window = m_window.get()] { window->winId(); });
 }
 
 StatusBarMenuWindowController::~StatusBarMenuWindowController()
