@@ -16,7 +16,8 @@ SwitchOffNotice::SwitchOffNotice(QSystemTrayIcon& icon, QObject* parent) : QObje
 QString SwitchOffNotice::message(const QDateTime& at, qint64 minutes)
 {
     const QString time = QLocale().toString(at.time(), QLocale::ShortFormat);
-    return tr("All lights switch off at %1, in %n minute(s).", nullptr, int(minutes)).arg(time);
+    // The menu offers 5, 30 and 60 minutes: always more than one.
+    return tr("All lights switch off at %1, in %2 minutes.").arg(time).arg(minutes);
 }
 
 void SwitchOffNotice::announce(qint64 minutes)

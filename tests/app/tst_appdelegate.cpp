@@ -3,8 +3,10 @@
 #include "app/DropDownWindow.h"
 #include "app/SleepWatcher.h"
 #include "app/StatusBarMenuWindowController.h"
+#include "app/SwitchOffNotice.h"
 #include "bridge/ActionQueue.h"
 #include "connection/BridgeConnection.h"
+#include "panels/ContentView.h"
 #include "panels/WelcomeView.h"
 #include "preferences/window/PreferencesWindowController.h"
 #include "simulator/BridgeSimulator.h"
@@ -38,6 +40,8 @@ private Q_SLOTS:
     void sleepThenWakeLeavesOneTimerOfEachKind();
     void helpOpensTheConfiguredPageAndAnEmptyOneNothing();
     void firstStartGreetsAndLetsGoOpensTheWindow();
+    void settingsLinkOfAnEmptyPanelOpensThePreferences();
+    void offInMinutesSaysWhenInTheTooltip();
 
 private:
     /// Starts the application against the simulator, already paired.
@@ -270,6 +274,25 @@ void TestAppDelegate::firstStartGreetsAndLetsGoOpensTheWindow()
     QVERIFY(m_delegate->settings().store().readBool(AppDelegate::hasSeenWelcomeScreenKey));
     QCoreApplication::processEvents();
     QVERIFY(!m_delegate->settings().store().contains(QStringLiteral("appInvocations"))); // not a user's click
+}
+
+void TestAppDelegate::settingsLinkOfAnEmptyPanelOpensThePreferences()
+{
+    startDelegate();
+    m_delegate->windowController().show();
+    auto* content = qobject_cast<ContentView*>(m_delegate->windowController().window().content());
+    QVERIFY(content);
+    Q_EMIT content->connectionSettingsRequested();
+    QVERIFY(!m_delegate->windowController().isShown());
+    QVERIFY(m_delegate->preferences().window() && m_delegate->preferences().window()->isVisible());
+}
+
+void TestAppDelegate::offInMinutesSaysWhenInTheTooltip()
+{
+    startDelegate();
+    action(QStringLiteral("Off in 30 minutes"))->trigger();
+    QVERIFY(m_delegate->switchOffNotice().pendingUntil().isValid());
+    QVERIFY(m_delegate->trayIcon().toolTip().contains(QStringLiteral("30 minutes")));
 }
 
 QTEST_MAIN(TestAppDelegate)
