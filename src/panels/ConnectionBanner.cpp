@@ -1,21 +1,21 @@
 #include "panels/ConnectionBanner.h"
 
-#include "panels/ElidedLabel.h"
 #include "panels/Theme.h"
 #include "state/AppSettings.h"
 
 #include <QEvent>
 #include <QHBoxLayout>
+#include <QLabel>
 #include <QPainter>
 
 namespace {
-constexpr int horizontalMargin = 8;
+constexpr int horizontalMargin = 6;
 constexpr int verticalMargin = 4;
-constexpr qreal fontSize = 9.5;
+constexpr qreal fontSize = 9;
 } // namespace
 
 ConnectionBanner::ConnectionBanner(AppSettings& settings, QWidget* parent)
-    : QWidget(parent), m_settings(settings), m_text(new ElidedLabel(this))
+    : QWidget(parent), m_settings(settings), m_text(new QLabel(this))
 {
     setObjectName(QStringLiteral("connectionBanner"));
     m_text->setObjectName(QStringLiteral("connectionBannerText"));
@@ -23,6 +23,8 @@ ConnectionBanner::ConnectionBanner(AppSettings& settings, QWidget* parent)
     font.setPointSizeF(fontSize);
     m_text->setFont(font);
     m_text->setAlignment(Qt::AlignCenter);
+    m_text->setTextFormat(Qt::PlainText);
+    m_text->setWordWrap(true);
     auto* layout = new QHBoxLayout(this);
     layout->setContentsMargins(horizontalMargin, verticalMargin, horizontalMargin, verticalMargin);
     layout->addWidget(m_text);
@@ -45,7 +47,7 @@ void ConnectionBanner::onStateChanged()
     const bool paired = !m_settings.hueKey().isEmpty();
     const bool shown = !m_settings.bridgeConnected() && (paired || !error.isEmpty());
     if (shown)
-        m_text->setFullText(error.isEmpty() ? tr("Bridge not reachable \u2014 retrying") : error);
+        m_text->setText(error.isEmpty() ? tr("Bridge not reachable \u2014 retrying") : error);
     if (isVisibleTo(parentWidget()) != shown)
         setVisible(shown);
 }
@@ -56,7 +58,7 @@ void ConnectionBanner::paintEvent(QPaintEvent*)
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
     painter.setBrush(Theme::bannerBackground(Theme::isDark(this)));
-    painter.drawRoundedRect(QRectF(rect()).adjusted(horizontalMargin - 4, 1, 4 - horizontalMargin, -1),
+    painter.drawRoundedRect(QRectF(rect()).adjusted(horizontalMargin - 3, 1, 3 - horizontalMargin, -1),
                             Theme::controlRadius, Theme::controlRadius);
 }
 

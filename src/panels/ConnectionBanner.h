@@ -3,11 +3,12 @@
 #include <QWidget>
 
 class AppSettings;
-class ElidedLabel;
+class QLabel;
 
-/// One line at the top of the body while the bridge cannot be reached: the connection's last error, or
-/// "Bridge not reachable — retrying". It goes away at the first successful read. Before the program is paired
-/// it only shows a message the connection has for the user (the empty panel says the rest).
+/// A line at the top of the body while the bridge cannot be reached: the connection's last error, or
+/// "Bridge not reachable — retrying" (a long error wraps rather than losing its end). It goes away at the
+/// first successful read. Before the program is paired it only shows a message the connection has for the
+/// user (the empty panel says the rest).
 class ConnectionBanner final : public QWidget
 {
     Q_OBJECT
@@ -28,5 +29,5 @@ private:
     void applyColours();
 
     AppSettings& m_settings;
-    ElidedLabel* m_text;
+    QLabel* m_text;
 };
