@@ -100,7 +100,9 @@ bool ContentView::eventFilter(QObject* watched, QEvent* event)
     switch (event->type()) {
     case QEvent::MouseButtonPress:
     case QEvent::MouseButtonDblClick:
-        // Any touch of the window holds back the periodic refresh, so a list does not jump under the cursor.
+    case QEvent::KeyPress:
+        // Any touch of the window, or key pressed in it, holds back the periodic refresh, so a list does not
+        // jump under the cursor or the keyboard focus.
         m_settings.setLastUserActionAt(QDateTime::currentDateTimeUtc());
         break;
     case QEvent::ChildAdded:
