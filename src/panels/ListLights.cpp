@@ -2,7 +2,7 @@
 
 #include "panels/LightRow.h"
 #include "state/AppSettings.h"
-#include "state/SettingsStore.h"
+#include "state/LightVisibility.h"
 
 #include <QHash>
 #include <QSet>
@@ -16,6 +16,8 @@ ListLights::ListLights(AppSettings& settings, HueHelper& helper, QWidget* parent
     : ScrollColumn(padding, rowSpacing, parent), m_settings(settings), m_helper(helper)
 {
     connect(&m_settings, &AppSettings::lightsChanged, this, &ListLights::onLightsChanged);
+    // The lights pane bumps the counter when the user hides or shows a light.
+    connect(&m_settings, &AppSettings::forceRedrawChanged, this, &ListLights::onLightsChanged);
     refresh();
 }
 
@@ -40,11 +42,10 @@ void ListLights::onLightsChanged()
 
     QList<QWidget*> shown;
     QSet<QString> seen;
-    const QList<HueLight> lights = m_settings.lights();
+    const QList<HueLight> lights = LightVisibility::shownLights(m_settings);
     for (const HueLight& light : lights) {
         // A light listed twice gets one row; the first record wins, as it does for the row's writes.
-        if (seen.contains(light.lamp_id) ||
-            m_settings.store().readBool(QStringLiteral("hide_light_") + light.unique_id))
+        if (seen.contains(light.lamp_id))
             continue;
         seen.insert(light.lamp_id);
         LightRow* row = previous.take(light.lamp_id);
