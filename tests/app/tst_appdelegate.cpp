@@ -6,6 +6,8 @@
 #include "bridge/ActionQueue.h"
 #include "connection/BridgeConnection.h"
 #include "panels/WelcomeView.h"
+#include "preferences/window/PaneTabController.h"
+#include "preferences/window/PausableWindow.h"
 #include "preferences/window/PreferencesWindowController.h"
 #include "simulator/BridgeSimulator.h"
 #include "state/AppSettings.h"
@@ -38,6 +40,7 @@ private Q_SLOTS:
     void sleepThenWakeLeavesOneTimerOfEachKind();
     void helpOpensTheConfiguredPageAndAnEmptyOneNothing();
     void firstStartGreetsAndLetsGoOpensTheWindow();
+    void settingsOpensTheConnectionPaneUntilPaired();
 
 private:
     /// Starts the application against the simulator, already paired.
@@ -270,6 +273,31 @@ void TestAppDelegate::firstStartGreetsAndLetsGoOpensTheWindow()
     QVERIFY(m_delegate->settings().store().readBool(AppDelegate::hasSeenWelcomeScreenKey));
     QCoreApplication::processEvents();
     QVERIFY(!m_delegate->settings().store().contains(QStringLiteral("appInvocations"))); // not a user's click
+}
+
+void TestAppDelegate::settingsOpensTheConnectionPaneUntilPaired()
+{
+    startDelegate();
+    const auto shownPane = [this] {
+        const PaneTabController& tabs = m_delegate->preferences().tabViewController();
+        return tabs.preferencePanes().at(tabs.activeTab().value_or(0)).identifier;
+    };
+    m_delegate->onActivated(QSystemTrayIcon::Trigger, Qt::NoModifier);
+
+    action(QStringLiteral("Settings"))->trigger();
+
+    QVERIFY(m_delegate->preferences().window().isVisible());
+    QVERIFY(!m_delegate->windowController().isShown());
+    QCOMPARE(shownPane(), QStringLiteral("general"));
+    QStringList panes;
+    for (const Pane& pane : m_delegate->preferences().tabViewController().preferencePanes())
+        panes << pane.identifier;
+    QCOMPARE(panes, (QStringList{"general", "advanced", "lights", "hotkeys"}));
+
+    m_delegate->preferences().window().close();
+    m_delegate->connection().disconnectFromBridge();
+    action(QStringLiteral("Settings"))->trigger();
+    QCOMPARE(shownPane(), QStringLiteral("advanced"));
 }
 
 QTEST_MAIN(TestAppDelegate)

@@ -36,6 +36,14 @@ private:
     }
     QString status() const { return child<QLabel>(QStringLiteral("connectionStatus"))->text(); }
     QPushButton* statusButton() const { return child<QPushButton>(QStringLiteral("statusButton")); }
+    bool shows(const QString& text) const
+    {
+        for (QLabel* label : m_view->findChildren<QLabel*>()) {
+            if (label->text() == text && label->isVisible())
+                return true;
+        }
+        return false;
+    }
     QString error() const
     {
         auto* label = child<QLabel>(QStringLiteral("connectionError"));
@@ -75,17 +83,18 @@ void TestConnectionView::statusShowsTheConnectionAndTheMatchingButton()
     QCOMPARE(child<QLabel>(QStringLiteral("connectionStatus"))->palette().color(QPalette::WindowText),
              PaneWidgets::badColor(dark));
     QCOMPARE(statusButton()->text(), QStringLiteral("Connect"));
+    QVERIFY(shows(ConnectionView::unpairedHint()));
+    QVERIFY(!shows(ConnectionView::connectedHint()));
 
+    m_bench->settings().setHueKey(QStringLiteral("a-key"));
     m_bench->settings().setBridgeConnected(true);
 
     QCOMPARE(status(), QStringLiteral("CONNECTED"));
     QCOMPARE(child<QLabel>(QStringLiteral("connectionStatus"))->palette().color(QPalette::WindowText),
              PaneWidgets::goodColor(dark));
     QCOMPARE(statusButton()->text(), QStringLiteral("Disconnect"));
-    bool hintShown = false;
-    for (QLabel* label : m_view->findChildren<QLabel*>())
-        hintShown |= label->text() == ConnectionView::connectedHint() && label->isVisible();
-    QVERIFY(hintShown);
+    QVERIFY(shows(ConnectionView::connectedHint()));
+    QVERIFY(!shows(ConnectionView::unpairedHint()));
 }
 
 void TestConnectionView::pairingAsksForTheLinkButtonUntilItIsPressed()

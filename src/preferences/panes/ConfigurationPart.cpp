@@ -50,7 +50,6 @@ ConfigurationPart::ConfigurationPart(AppSettings& settings, QWidget* parent)
     m_address->setPlaceholderText(addressPlaceholder());
     m_address->setAccessibleName(addressPlaceholder());
     m_address->setFixedWidth(200);
-    m_address->setClearButtonEnabled(true);
     m_connect->setObjectName(QStringLiteral("manualConnectButton"));
     manualRow->addWidget(m_address);
     manualRow->addWidget(m_connect);

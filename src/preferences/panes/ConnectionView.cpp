@@ -24,6 +24,7 @@ ConnectionView::ConnectionView(AppSettings& settings, BridgeDiscovery& discovery
     : QWidget(parent), m_settings(settings), m_discovery(discovery), m_pairing(pairing),
       m_connection(connection), m_debugReport(debugReport), m_status(new QLabel(this)),
       m_statusButton(new QPushButton(this)), m_connectedHint(PaneWidgets::wrappedText(connectedHint(), this)),
+      m_unpairedHint(PaneWidgets::wrappedText(unpairedHint(), this)),
       m_configuration(new ConfigurationPart(settings, this)),
       m_error(PaneWidgets::wrappedText(QString(), this)), m_player(new ImagePlayer(this)),
       m_sendDebug(new LinkButton(sendDebugText(), this))
@@ -51,6 +52,7 @@ ConnectionView::ConnectionView(AppSettings& settings, BridgeDiscovery& discovery
     layout->addWidget(PaneWidgets::subheading(tr("Connection Status"), this));
     layout->addLayout(statusRow);
     layout->addWidget(m_connectedHint);
+    layout->addWidget(m_unpairedHint);
     layout->addSpacing(6);
     layout->addWidget(m_configuration);
     layout->addWidget(m_error);
@@ -66,6 +68,7 @@ ConnectionView::ConnectionView(AppSettings& settings, BridgeDiscovery& discovery
     connect(&m_pairing, &BridgePairing::pairingFinished, this, &ConnectionView::onPairingFinished);
     connect(&m_settings, &AppSettings::bridgeConnectedChanged, this, &ConnectionView::onStateChanged);
     connect(&m_settings, &AppSettings::connectionErrorMessageChanged, this, &ConnectionView::onStateChanged);
+    connect(&m_settings, &AppSettings::hueKeyChanged, this, &ConnectionView::onStateChanged);
     onStateChanged();
 }
 
@@ -73,6 +76,13 @@ QString ConnectionView::connectedHint()
 {
     return tr("If you click the lamp in the menu bar, you should see your lights now. If not, you can try to "
               "re-connect.");
+}
+
+QString ConnectionView::unpairedHint()
+{
+    return tr(
+        "Glowdeck is not paired with a Hue bridge yet. Find your bridge below (Detect), or choose Manual "
+        "and type its address; then press the round link button on the bridge and click Connect.");
 }
 
 QString ConnectionView::linkButtonHint()
@@ -102,6 +112,8 @@ void ConnectionView::onStateChanged()
                      connected ? PaneWidgets::goodColor(dark) : PaneWidgets::badColor(dark));
     m_status->setPalette(palette);
     m_connectedHint->setVisible(connected);
+    // What a new user needs to know first; once paired it would only be in the way.
+    m_unpairedHint->setVisible(!connected && m_settings.hueKey().isEmpty());
     m_error->setText(m_settings.connectionErrorMessage());
     m_error->setVisible(!m_settings.connectionErrorMessage().isEmpty());
     updateBusy();

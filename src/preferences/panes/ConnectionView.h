@@ -34,6 +34,7 @@ public:
     bool debugSent() const { return m_debugSent; }
 
     static QString connectedHint();
+    static QString unpairedHint();
     static QString linkButtonHint();
     static QString sendDebugText();
 
@@ -61,6 +62,7 @@ private:
     QLabel* m_status;
     QPushButton* m_statusButton;
     QLabel* m_connectedHint;
+    QLabel* m_unpairedHint;
     ConfigurationPart* m_configuration;
     QLabel* m_error;
     ImagePlayer* m_player;

@@ -102,7 +102,7 @@ LampSelectorView::LampSelectorView(AppSettings& settings, QWidget* parent)
     layout->addWidget(m_toConnection);
 
     connect(m_list, &QListWidget::itemChanged, this, &LampSelectorView::onItemChanged);
-    connect(m_list, &QListWidget::currentRowChanged, this, &LampSelectorView::onCurrentRowChanged);
+    connect(m_list, &QListWidget::itemSelectionChanged, this, &LampSelectorView::onCurrentRowChanged);
     // A drop moves rows inside the model; the new order is read once the drop has finished.
     connect(m_list->model(), &QAbstractItemModel::rowsMoved, this,
             [this] { QTimer::singleShot(0, this, &LampSelectorView::onRowsMoved); });
@@ -113,7 +113,7 @@ LampSelectorView::LampSelectorView(AppSettings& settings, QWidget* parent)
     for (const auto& [keys, step] : {std::pair{Qt::ALT | Qt::Key_Up, -1}, {Qt::ALT | Qt::Key_Down, 1}}) {
         auto* shortcut = new QShortcut(QKeySequence(keys), m_list, nullptr, nullptr, Qt::WidgetShortcut);
         connect(shortcut, &QShortcut::activated, this,
-                [this, step] { moveLight(m_list->currentRow(), m_list->currentRow() + step); });
+                [this, step] { moveLight(selectedRow(), selectedRow() + step); });
     }
     connect(m_toConnection, &LinkButton::clicked, this, &LampSelectorView::connectionPaneRequested);
     connect(&m_settings, &AppSettings::lightsChanged, this, &LampSelectorView::onLightsChanged);
@@ -212,9 +212,16 @@ void LampSelectorView::moveLight(int from, int to)
     onRowsMoved();
 }
 
+int LampSelectorView::selectedRow() const
+{
+    // Assistive technology selects a row without making it the current one.
+    const QList<QListWidgetItem*> selected = m_list->selectedItems();
+    return selected.isEmpty() ? m_list->currentRow() : m_list->row(selected.first());
+}
+
 void LampSelectorView::onCurrentRowChanged()
 {
-    const int row = m_list->currentRow();
+    const int row = selectedRow();
     m_up->setEnabled(row > 0);
     m_down->setEnabled(row >= 0 && row + 1 < m_list->count());
 }

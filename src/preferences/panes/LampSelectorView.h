@@ -38,6 +38,7 @@ private:
     void onItemChanged();
     void onRowsMoved();
     void onCurrentRowChanged();
+    int selectedRow() const;
     void rebuild();
     void fitListHeight();
     int rowHeight() const;
