@@ -11,6 +11,8 @@ packages=(
     xvfb xauth xdotool trayer x11-utils x11-apps imagemagick dbus-x11 curl
     # driving the program through its accessibility interface, as a screen reader does
     at-spi2-core python3-pyatspi
+    # the debug report script
+    ruby
     # the panel tabs are emoji
     fonts-noto-color-emoji
 )
