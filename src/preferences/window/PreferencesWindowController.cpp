@@ -61,6 +61,8 @@ void PreferencesWindowController::show(const QString& paneIdentifier)
         m_shownBefore = true;
         restoreFrame();
     }
+    // A window the user minimised through the window manager comes back as well.
+    m_window->setWindowState(m_window->windowState() & ~Qt::WindowMinimized);
     m_window->show();
     m_window->raise();
     m_window->activateWindow();
