@@ -1,6 +1,5 @@
 #include "login/xdg/XdgAutostartEntry.h"
 
-#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
@@ -33,7 +32,6 @@ private Q_SLOTS:
     void init();
     void enabledIsReadFromTheEntryEveryTime_data();
     void enabledIsReadFromTheEntryEveryTime();
-    void switchingOnAndOffInTheConfigFolder();
     void anInstalledProgramCopiesItsPackagedEntry();
     void switchingOffMasksASystemEntry();
     void execValueQuotesWhatTheShellWouldSplit_data();
@@ -79,30 +77,6 @@ void TestXdgAutostartEntry::enabledIsReadFromTheEntryEveryTime()
     if (!entry.isEmpty())
         QVERIFY(writeFile(item.entryPath(), entry));
     QCOMPARE(item.isEnabled(), enabled);
-}
-
-void TestXdgAutostartEntry::switchingOnAndOffInTheConfigFolder()
-{
-    const QString config = m_folder->filePath(QStringLiteral("xdg-config"));
-    qputenv("XDG_CONFIG_HOME", config.toUtf8());
-    const std::unique_ptr<LoginItem> item = createLoginItem(id);
-    const QString path = config + QStringLiteral("/autostart/com.brambleworks.Glowdeck.desktop");
-
-    QVERIFY(item->setEnabled(true));
-
-    QVERIFY(item->isEnabled());
-    const QString text = readFile(path);
-    QVERIFY2(text.startsWith(QStringLiteral("[Desktop Entry]\n")), qPrintable(text));
-    // Not installed: the entry starts the very program that is running.
-    QVERIFY2(text.contains(QStringLiteral("\nExec=") +
-                           XdgAutostartEntry::execValue(QCoreApplication::applicationFilePath()) + u'\n'),
-             qPrintable(text));
-
-    QVERIFY(item->setEnabled(false));
-    QVERIFY(!QFile::exists(path));
-    QVERIFY(!item->isEnabled());
-    QVERIFY(item->setEnabled(false)); // nothing to remove is no failure
-    qunsetenv("XDG_CONFIG_HOME");
 }
 
 void TestXdgAutostartEntry::anInstalledProgramCopiesItsPackagedEntry()
