@@ -13,6 +13,8 @@ packages=(
     at-spi2-core python3-pyatspi
     # the drop-down window asks X11 whether a compositing manager runs
     libxcb1-dev
+    # the debug report script
+    ruby
     # the panel tabs are emoji
     fonts-noto-color-emoji
 )

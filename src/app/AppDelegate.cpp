@@ -12,9 +12,18 @@
 #include "connection/BridgePairing.h"
 #include "connection/ShellRunner.h"
 #include "diagnostics/Diagnostics.h"
+#include "login/StartAtLogin.h"
 #include "panels/ContentView.h"
 #include "panels/Theme.h"
 #include "panels/WelcomeView.h"
+#include "preferences/panes/ConnectionView.h"
+#include "preferences/panes/DebugReport.h"
+#include "preferences/panes/DebugView.h"
+#include "preferences/panes/LampSelectorView.h"
+#include "preferences/panes/PaneIcons.h"
+#include "preferences/panes/PlaceholderPane.h"
+#include "preferences/panes/PreferencesGeneralView.h"
+#include "preferences/window/PausableWindow.h"
 #include "preferences/window/PreferencesWindowController.h"
 #include "state/AppSettings.h"
 #include "state/Console.h"
@@ -61,6 +70,38 @@ AppDelegate::~AppDelegate()
     delete m_welcome;
 }
 
+PreferencesWindowController& AppDelegate::preferences()
+{
+    if (!m_preferences)
+        createPreferences();
+    return *m_preferences;
+}
+
+void AppDelegate::createPreferences()
+{
+    QList<AppIconChoice> icons;
+    const QStringList titles{tr("Bulb"), tr("Rays"), tr("Beams"), tr("Glow")};
+    for (int i = 0; i < titles.size(); ++i) {
+        const QString name = QStringLiteral("Icon_Lamp%1").arg(i);
+        icons.append({name, titles.at(i), lampIcon(name)});
+    }
+    auto* general = new PreferencesGeneralView(*m_settings, *m_startAtLogin, icons, m_options.links,
+                                               [this](const QUrl& url) { openUrl(url); });
+    auto* lights = new LampSelectorView(*m_settings);
+    m_preferences = std::make_unique<PreferencesWindowController>(QList<Pane>{
+        {QStringLiteral("general"), tr("General"), PaneIcons::general(), general},
+        {QStringLiteral("advanced"), tr("Connection"), PaneIcons::connection(),
+         new ConnectionView(*m_settings, *m_discovery, *m_pairing, *m_connection, *m_debugReport)},
+        {QStringLiteral("lights"), tr("Lights"), PaneIcons::lights(), lights},
+        {QStringLiteral("hotkeys"), tr("Hotkeys"), PaneIcons::hotkeys(),
+         new PlaceholderPane(tr("Hotkey Settings"), tr("Global keyboard shortcuts are coming soon."))},
+    });
+    m_preferences->setFrameAutosaveName(preferencesFrameName, m_store.get());
+    connect(general, &PreferencesGeneralView::debugInformationRequested, this,
+            &AppDelegate::onShowDebugWindow);
+    connect(lights, &LampSelectorView::connectionPaneRequested, this, &AppDelegate::onOpenConnectionSettings);
+}
+
 void AppDelegate::start()
 {
     m_network = std::make_unique<QNetworkAccessManager>();
@@ -89,8 +130,10 @@ void AppDelegate::start()
     m_shell = std::make_unique<ShellRunner>();
     m_discovery = std::make_unique<BridgeDiscovery>(*m_shell, *m_network);
     m_reviewPrompt = std::make_unique<ReviewPrompt>(*m_store, *m_settings);
-
-    m_preferences = std::make_unique<PreferencesWindowController>(*m_settings);
+    m_startAtLogin =
+        std::make_unique<StartAtLogin>(createLoginItem(applicationId, m_options.loginItemFolder));
+    m_debugReport = std::make_unique<DebugReport>(*m_settings, *m_shell, m_options.settingsFile,
+                                                  m_options.links.errorEndpoint);
 
     createTrayIcon();
 
@@ -105,7 +148,7 @@ void AppDelegate::start()
             return geometry;
         });
     connect(content, &ContentView::settingsRequested, this, &AppDelegate::onOpenSettings);
-    connect(content, &ContentView::connectionSettingsRequested, this, &AppDelegate::onOpenSettings);
+    connect(content, &ContentView::connectionSettingsRequested, this, &AppDelegate::onOpenConnectionSettings);
 
     buildContextMenu();
     connectToBridgeAtStart();
@@ -302,7 +345,30 @@ void AppDelegate::onAllOffInMinutes()
 void AppDelegate::onOpenSettings()
 {
     m_windowController->close();
-    m_preferences->show();
+    // Until a bridge is paired there is nothing else to set up: start where the pairing is.
+    preferences().show(m_settings->hueKey().isEmpty() ? QStringLiteral("advanced") : QString());
+}
+
+void AppDelegate::onOpenConnectionSettings()
+{
+    m_windowController->close();
+    preferences().show(QStringLiteral("advanced"));
+}
+
+void AppDelegate::onShowDebugWindow()
+{
+    if (!m_debugWindow) {
+        m_debugWindow =
+            std::make_unique<DebugView>(*m_debugReport, [this](const QUrl& url) { m_openUrl(url); });
+        // Over the preferences window it was asked for from.
+        m_debugWindow->adjustSize();
+        QRect frame(QPoint(), m_debugWindow->size());
+        frame.moveCenter(preferences().window().frameGeometry().center());
+        m_debugWindow->move(frame.topLeft());
+    }
+    m_debugWindow->show();
+    m_debugWindow->raise();
+    m_debugWindow->activateWindow();
 }
 
 void AppDelegate::onSleepNote()

@@ -21,6 +21,8 @@ class BridgeConnection;
 class BridgeDiscovery;
 class BridgePairing;
 class DesktopAppearance;
+class DebugReport;
+class DebugView;
 class Diagnostics;
 class HueHelper;
 class JsonSettingsStore;
@@ -32,6 +34,7 @@ class QTimer;
 class ReviewPrompt;
 class ShellRunner;
 class SleepWatcher;
+class StartAtLogin;
 class StatusBarMenuWindowController;
 class SwitchOffNotice;
 
@@ -41,6 +44,8 @@ struct AppDelegateOptions
     QString settingsFile;
     ProductLinks links;
     QString crashFolder;
+    /// Where the start-at-login record is kept; empty means the user's real one (the demo keeps its own).
+    QString loginItemFolder;
     /// Set when the start-up time should be printed; started first thing in main.
     const QElapsedTimer* startupClock = nullptr;
 };
@@ -55,6 +60,10 @@ class AppDelegate final : public QObject
 public:
     /// Stored true once the user went through the welcome window.
     static inline const QString hasSeenWelcomeScreenKey = QStringLiteral("hasSeenWelcomeScreen");
+    /// Names the application to the desktop: the start-at-login entry, the desktop entry, saved frames.
+    static inline const QString applicationId = QStringLiteral("com.brambleworks.Glowdeck");
+    /// The key under which the preferences window's frame is kept.
+    static inline const QString preferencesFrameName = applicationId + QStringLiteral(".PreferencesFrame");
 
     AppDelegate(AppDelegateOptions options, std::unique_ptr<SleepWatcher> sleepWatcher,
                 QObject* parent = nullptr);
@@ -76,13 +85,18 @@ public:
     BridgeConnection& connection() const { return *m_connection; }
     QMenu& contextMenu() const { return *m_menu; }
     StatusBarMenuWindowController& windowController() const { return *m_windowController; }
-    PreferencesWindowController& preferences() const { return *m_preferences; }
+    /// The preferences window's controller, created with its panes on first use.
+    PreferencesWindowController& preferences();
+    StartAtLogin& startAtLogin() const { return *m_startAtLogin; }
+    /// The debug information window while it exists.
+    DebugView* debugWindow() const { return m_debugWindow.get(); }
     QSystemTrayIcon& trayIcon() const { return *m_trayIcon; }
     SwitchOffNotice& switchOffNotice() const { return *m_switchOffNotice; }
     /// The welcome window while it is open.
     WelcomeView* welcomeWindow() const { return m_welcome; }
 
 private:
+    void createPreferences();
     void createTrayIcon();
     void showTrayIconWhenAvailable();
     void buildContextMenu();
@@ -99,6 +113,9 @@ private:
     void onAllOff();
     void onAllOffInMinutes();
     void onOpenSettings();
+    /// Closes the drop-down window and shows the connection pane (the drop-down's "not paired yet" link).
+    void onOpenConnectionSettings();
+    void onShowDebugWindow();
     void onLetsGo();
     void onSleepNote();
     void onWakeNote();
@@ -120,7 +137,10 @@ private:
     std::unique_ptr<ShellRunner> m_shell;
     std::unique_ptr<BridgeDiscovery> m_discovery;
     std::unique_ptr<ReviewPrompt> m_reviewPrompt;
-    std::unique_ptr<PreferencesWindowController> m_preferences;
+    std::unique_ptr<StartAtLogin> m_startAtLogin;
+    std::unique_ptr<DebugReport> m_debugReport;
+    std::unique_ptr<PreferencesWindowController> m_preferences; // created on first use
+    std::unique_ptr<DebugView> m_debugWindow;                   // created on first use
     std::unique_ptr<QSystemTrayIcon> m_trayIcon;
     std::unique_ptr<SwitchOffNotice> m_switchOffNotice;
     std::unique_ptr<StatusBarMenuWindowController> m_windowController;

@@ -55,3 +55,8 @@ QString DemoMode::crashFolder() const
 {
     return m_folder.filePath(QStringLiteral("crashes"));
 }
+
+QString DemoMode::loginItemFolder() const
+{
+    return m_folder.filePath(QStringLiteral("login"));
+}

@@ -24,6 +24,8 @@ public:
 
     QString settingsFile() const;
     QString crashFolder() const;
+    /// Where "Run at Start" keeps its record in the demo, instead of the user's real start-up settings.
+    QString loginItemFolder() const;
 
 private:
     QTemporaryDir m_folder;

@@ -88,6 +88,7 @@ int runGlowdeck(int argc, char** argv, const QElapsedTimer& startupClock)
             return 1;
         options.settingsFile = demo->settingsFile();
         options.crashFolder = demo->crashFolder();
+        options.loginItemFolder = demo->loginItemFolder();
     } else {
         options.settingsFile = parser.isSet(settingsOption) ? parser.value(settingsOption)
                                : qEnvironmentVariableIsEmpty("GLOWDECK_SETTINGS")

@@ -1,6 +1,7 @@
 #include "connection/ShellRunner.h"
 
 #include "state/Console.h"
+#include "state/DataFiles.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -73,8 +74,11 @@ void ShellRunner::runScript(const QString& name, const QStringList& arguments,
     printLine(QStringLiteral("-----DEPRECATED USE OF RUN_SCRIPT: ") + name);
     printLine(rule);
 
-    const QString script = QDir(m_scriptFolder).filePath(name + QStringLiteral(".rb"));
-    if (m_scriptFolder.isEmpty() || !QFileInfo(script).isFile()) {
+    // Shipped scripts live in the data folder, installed or in the source tree (see DataFiles.h).
+    const QString fileName = name + QStringLiteral(".rb");
+    const QString script = m_scriptFolder.isEmpty() ? dataFilePath(QStringLiteral("scripts/") + fileName)
+                                                    : QDir(m_scriptFolder).filePath(fileName);
+    if (script.isEmpty() || !QFileInfo(script).isFile()) {
         QMetaObject::invokeMethod(
             this, [done = std::move(done)] { done(std::nullopt); }, Qt::QueuedConnection);
         return;

@@ -12,7 +12,8 @@ class ShellRunner final : public QObject, public CommandExecuting
     Q_DISABLE_COPY_MOVE(ShellRunner)
 
 public:
-    /// `scriptFolder` holds the "<name>.rb" scripts of runScript.
+    /// `scriptFolder` holds the "<name>.rb" scripts of runScript; empty means the shipped ones, found as
+    /// dataFilePath("scripts/<name>.rb").
     explicit ShellRunner(QString scriptFolder = QString(), QObject* parent = nullptr);
 
     void resolveCommandPath(const QString& name, std::function<void(PathResult)> done) override;

@@ -2,7 +2,7 @@
 
 #include "panels/LightRow.h"
 #include "state/AppSettings.h"
-#include "state/SettingsStore.h"
+#include "state/LightVisibility.h"
 
 #include <QHash>
 #include <QSet>
@@ -17,6 +17,8 @@ ListLights::ListLights(AppSettings& settings, HueHelper& helper, QWidget* parent
 {
     connect(&m_settings, &AppSettings::lightsChanged, this, &ListLights::onLightsChanged);
     connect(&m_settings, &AppSettings::bridgeConnectedChanged, this, &ListLights::onBridgeConnectedChanged);
+    // The lights pane bumps the counter when the user hides or shows a light.
+    connect(&m_settings, &AppSettings::forceRedrawChanged, this, &ListLights::onLightsChanged);
     refresh();
 }
 
@@ -37,11 +39,10 @@ QList<HueLight> ListLights::shownLights() const
 {
     QList<HueLight> shown;
     QSet<QString> seen;
-    const QList<HueLight> lights = m_settings.lights();
+    const QList<HueLight> lights = LightVisibility::shownLights(m_settings);
     for (const HueLight& light : lights) {
         // A light listed twice gets one row; the first record wins, as it does for the row's writes.
-        if (seen.contains(light.lamp_id) ||
-            m_settings.store().readBool(QStringLiteral("hide_light_") + light.unique_id))
+        if (seen.contains(light.lamp_id))
             continue;
         seen.insert(light.lamp_id);
         shown.append(light);

@@ -8,6 +8,8 @@
 #include "connection/BridgeConnection.h"
 #include "panels/ContentView.h"
 #include "panels/WelcomeView.h"
+#include "preferences/window/PaneTabController.h"
+#include "preferences/window/PausableWindow.h"
 #include "preferences/window/PreferencesWindowController.h"
 #include "simulator/BridgeSimulator.h"
 #include "state/AppSettings.h"
@@ -40,13 +42,16 @@ private Q_SLOTS:
     void sleepThenWakeLeavesOneTimerOfEachKind();
     void helpOpensTheConfiguredPageAndAnEmptyOneNothing();
     void firstStartGreetsAndLetsGoOpensTheWindow();
-    void settingsLinkOfAnEmptyPanelOpensThePreferences();
+    void settingsLinkOfAnEmptyPanelOpensTheConnectionPane();
     void offInMinutesSaysWhenInTheTooltip();
+    void settingsOpensTheConnectionPaneUntilPaired();
 
 private:
     /// Starts the application against the simulator, already paired.
     void startDelegate(bool seenWelcome = true);
     QAction* action(const QString& title) const;
+    /// The identifier of the pane the preferences window shows.
+    QString shownPane() const;
     int activeTimers(QObject& owner, std::chrono::milliseconds interval) const;
 
     std::unique_ptr<BridgeSimulator> m_bridge;
@@ -91,6 +96,12 @@ void TestAppDelegate::startDelegate(bool seenWelcome)
     m_delegate->start();
     QTRY_VERIFY(!m_delegate->settings().lights().isEmpty());
     QTRY_VERIFY(m_delegate->settings().bridgeConnected());
+}
+
+QString TestAppDelegate::shownPane() const
+{
+    const PaneTabController& tabs = m_delegate->preferences().tabViewController();
+    return tabs.preferencePanes().at(tabs.activeTab().value_or(0)).identifier;
 }
 
 QAction* TestAppDelegate::action(const QString& title) const
@@ -276,7 +287,7 @@ void TestAppDelegate::firstStartGreetsAndLetsGoOpensTheWindow()
     QVERIFY(!m_delegate->settings().store().contains(QStringLiteral("appInvocations"))); // not a user's click
 }
 
-void TestAppDelegate::settingsLinkOfAnEmptyPanelOpensThePreferences()
+void TestAppDelegate::settingsLinkOfAnEmptyPanelOpensTheConnectionPane()
 {
     startDelegate();
     m_delegate->windowController().show();
@@ -284,7 +295,8 @@ void TestAppDelegate::settingsLinkOfAnEmptyPanelOpensThePreferences()
     QVERIFY(content);
     Q_EMIT content->connectionSettingsRequested();
     QVERIFY(!m_delegate->windowController().isShown());
-    QVERIFY(m_delegate->preferences().window() && m_delegate->preferences().window()->isVisible());
+    QVERIFY(m_delegate->preferences().window().isVisible());
+    QCOMPARE(shownPane(), QStringLiteral("advanced"));
 }
 
 void TestAppDelegate::offInMinutesSaysWhenInTheTooltip()
@@ -293,6 +305,12 @@ void TestAppDelegate::offInMinutesSaysWhenInTheTooltip()
     action(QStringLiteral("Off in 30 minutes"))->trigger();
     QVERIFY(m_delegate->switchOffNotice().pendingUntil().isValid());
     QVERIFY(m_delegate->trayIcon().toolTip().contains(QStringLiteral("30 minutes")));
+}
+
+void TestAppDelegate::settingsOpensTheConnectionPaneUntilPaired()
+{
+    startDelegate();
+    m_delegate->onActivated(QSystemTrayIcon::Trigger, Qt::NoModifier);
 }
 
 QTEST_MAIN(TestAppDelegate)

@@ -1,6 +1,9 @@
 #include "TestSupport.h"
 #include "connection/ShellRunner.h"
 
+#include <QDir>
+#include <QFile>
+#include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -15,6 +18,7 @@ private Q_SLOTS:
     void reportsAnUnknownCommand();
     void handsOverStandardOutput();
     void warnsAndAnswersNothingForAMissingScript();
+    void runsShippedScriptsFromTheDataFolder();
 
 private:
     /// Waits for the one answer of an asynchronous call.
@@ -69,6 +73,25 @@ void TestShellRunner::warnsAndAnswersNothingForAMissingScript()
     QCOMPARE(*output, std::optional<QString>());
     const QString rule = QStringLiteral("---------------------------------------");
     QCOMPARE(printed.lines(), (QStringList{rule, "-----DEPRECATED USE OF RUN_SCRIPT: missing", rule}));
+}
+
+void TestShellRunner::runsShippedScriptsFromTheDataFolder()
+{
+    if (QStandardPaths::findExecutable(QStringLiteral("ruby")).isEmpty())
+        QSKIP("ruby is not installed (scripts/install-deps.sh installs it)");
+    QTemporaryDir data;
+    QVERIFY(QDir(data.path()).mkdir(QStringLiteral("scripts")));
+    QFile script(data.filePath(QStringLiteral("scripts/hello.rb")));
+    QVERIFY(script.open(QIODevice::WriteOnly));
+    script.write("puts \"hello #{ARGV.join(' ')}\"\n");
+    script.close();
+    qputenv("GLOWDECK_DATA_DIR", data.path().toUtf8());
+
+    const auto output = answerOf<std::optional<QString>>(
+        [this](auto done) { m_runner.runScript(QStringLiteral("hello"), {QStringLiteral("there")}, done); });
+    qunsetenv("GLOWDECK_DATA_DIR");
+
+    QCOMPARE(output, std::optional<std::optional<QString>>(QStringLiteral("hello there\n")));
 }
 
 QTEST_GUILESS_MAIN(TestShellRunner)

@@ -1,98 +1,58 @@
 #!/usr/bin/env bash
-# Glowdeck as a person sees it: the demo under Xvfb with a real XEmbed tray (trayer), the tray icon clicked,
-# the drop-down window screenshotted, a brightness slider dragged, and the simulated bridge checked for the new
-# brightness. Nothing here talks to anything but loopback: the demo's bridge is its own simulator on
-# 127.0.0.1, every outside address of the program is switched off, and curl only ever asks 127.0.0.1.
+# Glowdeck as a new user meets it, under Xvfb with a real XEmbed tray (trayer) and the accessibility bus: a
+# first start with empty settings against a simulated bridge whose link button is not pressed; the welcome
+# window; Settings from the tray icon's menu; on the connection pane Manual, the bridge's address, Connect and
+# the link-button message; the link button pressed; Connect again and "CONNECTED". Then every pane is looked
+# at (a screenshot each, every control named for a screen reader), a light is hidden, start at login switched
+# on, and the drop-down window lists the bridge's lights without the hidden one; a dragged brightness slider
+# reaches the bridge. Nothing here talks to anything but loopback: the simulator listens on 127.0.0.1, every
+# outside address of the program is switched off, and curl only ever asks 127.0.0.1.
 #
-# Usage: tray_e2e.sh <glowdeck> <artifact-dir>
+# Usage: tray_e2e.sh <glowdeck> <glowdeck-simulator> <artifact-dir>
 # Exit codes: 0 passed, 1 failed, 77 skipped (a tool is missing).
 set -u
 
-glowdeck=${1:?usage: tray_e2e.sh <glowdeck> <artifact-dir>}
-artifacts=${2:?usage: tray_e2e.sh <glowdeck> <artifact-dir>}
+usage="usage: tray_e2e.sh <glowdeck> <glowdeck-simulator> <artifact-dir>"
+glowdeck=${1:?$usage}
+simulator=${2:?$usage}
+artifacts=${3:?$usage}
 
 e2e_name=tray
 . "$(dirname "${BASH_SOURCE[0]}")/lib/desktop.sh"
 
 e2e_require_tools Xvfb trayer xdotool xwd dbus-run-session curl
+e2e_require_atspi
 e2e_private_session "$@"
 e2e_prepare "$artifacts"
 e2e_start_display
 e2e_start_trayer
-e2e_start_glowdeck "$glowdeck" --demo
+e2e_start_atspi
 
-demo_line=$(await_output 'Glowdeck demo: simulated Hue bridge at ' 150) ||
-    fail "no \"Glowdeck demo: simulated Hue bridge at\" line within 15 s"
-address=$(sed -E 's/.*simulated Hue bridge at ([0-9.:]+).*/\1/' <<<"$demo_line")
-case "$address" in
-127.0.0.1:[0-9]*) ;;
-*) fail "the demo bridge is at \"$address\", not on 127.0.0.1" ;;
-esac
-key_line=$(await_output 'Connecting to Bridge\.\.\. \[[^]]+\]' 300) ||
-    fail "no \"Connecting to Bridge... [KEY]\" line within 30 s"
-key=$(sed -E 's/.*Connecting to Bridge\.\.\. \[([^]]+)\].*/\1/' <<<"$key_line")
-trace_line=$(await_output 'tray icon shown after [0-9]+ ms' 50) && say "${trace_line#*: }"
-say "bridge $address, key $key"
-
-# ---- The simulated bridge, over loopback ------------------------------------------------------------------------
-# Prints "id bri" per light that has a brightness, in the bridge's order.
-light_brightness() {
-    local id bri
-    for id in $light_ids; do
-        bri=$(curl -s --noproxy '*' --max-time 2 "http://$address/api/$key/lights/$id" |
-            grep -o '"bri": *[0-9]*' | head -n1 | tr -dc 0-9)
-        [ -n "$bri" ] && echo "$id $bri"
-    done
-}
-lights_json=$(curl -s --noproxy '*' --max-time 5 "http://$address/api/$key/lights") ||
-    fail "the simulated bridge at $address does not answer"
-# Light ids are numbers, and only they are numeric member names holding an object ("12":{...).
-light_ids=$(grep -oE '[{,] *"[0-9]+": *\{' <<<"$lights_json" | tr -dc '0-9\n')
-[ -n "$light_ids" ] || fail "the simulated bridge lists no lights: $lights_json"
-initial=$(light_brightness)
-say "initial brightness (id bri): $(tr '\n' ' ' <<<"$initial")"
-
-# ---- Windows -----------------------------------------------------------------------------------------------------
-# The drop-down window: about 200 px wide and not one of the windows that were open before the first click.
-welcome_ids=""
-dropdown_window() {
-    top_windows | awk -v skip=" $welcome_ids " \
-        'index(skip, " " $1 " ") == 0 && $4 >= 150 && $4 <= 320 && $5 >= 60 { print; exit }'
-}
-await_dropdown() {
-    local found
-    for _ in $(seq "$1"); do
-        found=$(dropdown_window)
-        [ -n "$found" ] && {
-            echo "$found"
-            return 0
-        }
-        sleep 0.1
-    done
-    return 1
-}
-
-# The welcome window of a first start: whatever the program shows by itself before the tray icon is clicked.
-# Its default button ("Let's go!", which also opens the drop-down window) takes Return; a dialog closes on
-# Escape.
-for _ in $(seq 30); do
-    welcome_ids=$(top_windows | awk '{ print $1 }' | tr '\n' ' ')
-    [ -n "$welcome_ids" ] && break
+# ---- The bridge: the simulator program, its link button not pressed -----------------------------------------
+[ -x "$simulator" ] || fail "$simulator is not an executable"
+e2e_background "$simulator" --port 0 >"$e2e_work/simulator.out" 2>&1
+for _ in $(seq 50); do
+    address=$(grep -oE 'listening on 127\.0\.0\.1:[0-9]+' "$e2e_work/simulator.out" | cut -d' ' -f3)
+    [ -n "$address" ] && break
     sleep 0.1
 done
-screenshot welcome
-for welcome_id in $welcome_ids; do
-    say "welcome window \"$(xdotool getwindowname "$welcome_id" 2>/dev/null)\": pressing Return"
-    for key_name in Return Escape; do
-        xdotool windowfocus --sync "$welcome_id" 2>/dev/null || xdotool windowfocus "$welcome_id" 2>/dev/null
-        xdotool key "$key_name"
-        for _ in $(seq 20); do
-            top_windows | grep -q "^$welcome_id " || break 2
-            sleep 0.1
-        done
-    done
-    top_windows | grep -q "^$welcome_id " && say "the welcome window stays open; going on beside it"
-done
+[ -n "$address" ] || fail "the simulator did not start: $(cat "$e2e_work/simulator.out")"
+say "simulated bridge at $address"
+simulator_says() { grep -q -- "$1" "$e2e_work/simulator.out"; }
+
+# ---- A first start with empty settings -----------------------------------------------------------------------
+settings="$e2e_work/settings.json"
+e2e_start_glowdeck "$glowdeck" --settings "$settings"
+trace_line=$(await_output 'tray icon shown after [0-9]+ ms' 50) && say "${trace_line#*: }"
+
+# The stored key, read from the settings file (the program does not print it).
+stored() {
+    /usr/bin/python3 -c 'import json, sys
+try:
+    print(json.load(open(sys.argv[1])).get(sys.argv[2], ""))
+except Exception:
+    pass' "$settings" "$1"
+}
 
 # The tray icon: the program's small window inside trayer's panel; else the middle of the panel.
 tray_icon_centre() {
@@ -105,43 +65,171 @@ tray_icon_centre() {
         )
     done | head -n1
 }
+click_tray_icon() {
+    local centre panel
+    centre=$(tray_icon_centre)
+    if [ -z "$centre" ]; then
+        panel=$(xdotool search --onlyvisible --class trayer | head -n1)
+        centre=$(
+            eval "$(xdotool getwindowgeometry --shell "$panel")"
+            echo "$((X + WIDTH / 2)) $((Y + HEIGHT / 2))"
+        )
+    fi
+    xdotool mousemove $centre click "$1"
+}
+# The drop-down window: about 200 px wide, not the preferences window.
+dropdown_window() {
+    top_windows | awk '$4 >= 150 && $4 <= 320 && $5 >= 60 { print; exit }'
+}
 open_dropdown() {
-    local found centre
-    found=$(dropdown_window)
-    [ -n "$found" ] && {
-        echo "$found"
-        return 0
-    }
+    local found
     for _ in 1 2 3; do
-        centre=$(tray_icon_centre)
-        if [ -z "$centre" ]; then
-            local panel
-            panel=$(xdotool search --onlyvisible --class trayer | head -n1)
-            centre=$(
-                eval "$(xdotool getwindowgeometry --shell "$panel")"
-                echo "$((X + WIDTH / 2)) $((Y + HEIGHT / 2))"
-            )
-        fi
-        xdotool mousemove $centre click 1
-        found=$(await_dropdown 30) && {
+        found=$(dropdown_window)
+        [ -n "$found" ] && {
             echo "$found"
             return 0
         }
+        click_tray_icon 1
+        for _ in $(seq 30); do
+            found=$(dropdown_window)
+            [ -n "$found" ] && {
+                echo "$found"
+                return 0
+            }
+            sleep 0.1
+        done
     done
     return 1
 }
+# Clicks the middle of the left end of an object found through the accessibility interface (a list row's
+# switch, a text field).
+click_object() {
+    local x y w h
+    read -r x y w h < <(atspi where "$1" "$2") || fail "no $1 \"$2\" on screen"
+    xdotool mousemove "$((x + ${3:-12}))" "$((y + h / 2))" click 1
+}
 
+atspi --timeout 10 wait "push button" "Let's go!" >/dev/null || fail "no welcome window with \"Let's go!\""
+screenshot welcome
+atspi press "push button" "Let's go!"
+atspi --timeout 5 wait label "~not able to detect any lights" >/dev/null ||
+    fail "\"Let's go!\" did not open the drop-down window with its \"no lights yet\" hint"
+sleep 0.3 # let it fade in before the picture
+screenshot dropdown-unpaired
+
+# ---- Settings from the tray icon's menu, by keyboard: the fifth entry ---------------------------------------
+for attempt in 1 2 3; do
+    click_tray_icon 3
+    sleep 0.4
+    xdotool key Down Down Down Down Down Return
+    atspi --timeout 3 wait "page tab" Connection >/dev/null 2>&1 && break
+    [ "$attempt" = 3 ] && fail "Settings in the tray icon's menu did not open the preferences window"
+done
+# Not paired yet: the window starts on the connection pane.
+atspi wait "page tab" Connection | grep -q selected || fail "the connection pane is not the one shown"
+atspi --timeout 2 wait label "DISCONNECTED" >/dev/null || fail "the connection pane does not say DISCONNECTED"
+screenshot pane-connection-unpaired
+
+# ---- Pairing: Manual, the address, Connect; the link button; Connect again ---------------------------------
+atspi press "radio button" Manual
+atspi type text "IP address of your HUE bridge" "$address"
+atspi press "push button" Connect
+atspi --timeout 10 wait label "Bridge responded: Press LINK BUTTON and retry" >/dev/null ||
+    fail "Connect before the link button was pressed did not ask for it"
+screenshot pane-connection-link-button
+[ -z "$(stored bridgeUser)" ] || fail "a key was stored before the link button was pressed"
+
+curl -s --noproxy '*' --max-time 5 -X POST "http://$address/__control/linkbutton" >/dev/null ||
+    fail "the simulator's link button cannot be pressed"
+simulator_says 'Link button pressed (POST /__control/linkbutton)' ||
+    fail "the simulator did not say its link button was pressed"
+# The second Connect by keyboard: Return in the address field.
+click_object text "IP address of your HUE bridge" 40
+xdotool key Return
+atspi --timeout 15 wait label CONNECTED >/dev/null || fail "the status does not read CONNECTED after pairing"
+for _ in $(seq 50); do
+    key=$(stored bridgeUser)
+    [ -n "$key" ] && break
+    sleep 0.1
+done
+[ -n "$key" ] || fail "no key in the settings file after pairing"
+[ "$(stored bridgeIP)" = "$address" ] || fail "the settings file holds bridgeIP \"$(stored bridgeIP)\""
+sleep 0.3
+screenshot pane-connection
+say "paired with $address"
+
+# ---- Every pane: a picture each, and no control without a name ----------------------------------------------
+lights_json=$(curl -s --noproxy '*' --max-time 5 "http://$address/api/$key/lights") ||
+    fail "the simulated bridge at $address does not answer"
+# Light ids are numbers, and only they are numeric member names holding an object ("12":{...).
+light_ids=$(grep -oE '[{,] *"[0-9]+": *\{' <<<"$lights_json" | tr -dc '0-9\n')
+[ -n "$light_ids" ] || fail "the simulated bridge lists no lights: $lights_json"
+light_name() { curl -s --noproxy '*' --max-time 2 "http://$address/api/$key/lights/$1" |
+    /usr/bin/python3 -c 'import json, sys; print(json.load(sys.stdin)["name"])'; }
+first_id=$(head -n1 <<<"$light_ids")
+hidden_name=$(light_name "$first_id")
+shown_name=$(light_name "$(sed -n 2p <<<"$light_ids")")
+
+for pane in Connection General Lights Hotkeys; do
+    atspi press "page tab" "$pane"
+    atspi --timeout 3 wait "page tab" "$pane" | grep -q selected || fail "the $pane pane did not open"
+    sleep 0.4 # the window's resize to the pane takes 0.25 s
+    atspi audit "$pane" || fail "the $pane pane has controls without a name"
+    case $pane in
+    Lights)
+        atspi --timeout 5 wait "list item" "$hidden_name" >/dev/null || fail "the lights pane does not list $hidden_name"
+        # Its switch off: the light is no longer shown in the drop-down window.
+        click_object "list item" "$hidden_name" 10
+        for _ in $(seq 20); do
+            grep -q '"hide_light_[^"]*": true' "$settings" && break
+            sleep 0.1
+        done
+        grep -q '"hide_light_[^"]*": true' "$settings" || fail "switching $hidden_name off stored no hide_light_ flag"
+        ;;
+    General)
+        atspi press "check box" "Run at Start"
+        entry="$XDG_CONFIG_HOME/autostart/com.brambleworks.Glowdeck.desktop"
+        for _ in $(seq 20); do
+            [ -f "$entry" ] && break
+            sleep 0.1
+        done
+        grep -q "^Exec=.*glowdeck" "$entry" 2>/dev/null || fail "\"Run at Start\" wrote no autostart entry starting glowdeck"
+        ;;
+    esac
+    screenshot "pane-$(tr 'A-Z' 'a-z' <<<"$pane")"
+done
+
+# Escape closes the window.
+xdotool key Escape
+for _ in $(seq 20); do
+    xdotool search --onlyvisible --name '^Hotkeys$' >/dev/null 2>&1 || break
+    sleep 0.1
+done
+xdotool search --onlyvisible --name '^Hotkeys$' >/dev/null 2>&1 && fail "Escape did not close the preferences window"
+
+# ---- The drop-down window lists the bridge's lights, without the hidden one ---------------------------------
 dropdown=$(open_dropdown) || fail "clicking the tray icon did not open a drop-down window about 200 px wide"
 read -r win_id win_x win_y win_w win_h <<<"$dropdown"
-say "drop-down window ${win_w}x${win_h} at ($win_x,$win_y)"
-sleep 0.5 # let it fade in and lay out before the picture
+atspi --timeout 10 wait label "$shown_name" >/dev/null || fail "the drop-down window does not list $shown_name"
+atspi --timeout 1 wait label "$hidden_name" >/dev/null 2>&1 && fail "the drop-down window lists the hidden $hidden_name"
+say "drop-down window ${win_w}x${win_h} at ($win_x,$win_y) lists $shown_name, not the hidden $hidden_name"
+sleep 0.3
 screenshot dropdown
 
-# ---- Drag a brightness slider from 10 % to 90 % of the width -----------------------------------------------------
+# ---- Drag a brightness slider from 10 % to 90 % of the width -----------------------------------------------
+# Prints "id bri" per light that has a brightness.
+light_brightness() {
+    curl -s --noproxy '*' --max-time 2 "http://$address/api/$key/lights" | /usr/bin/python3 -c 'import json, sys
+for id, light in json.load(sys.stdin).items():
+    if "bri" in light.get("state", {}):
+        print(id, light["state"]["bri"])'
+}
+# The slider is somewhere under the first row's name: try a line every 6 px below it.
+read -r _ name_y _ name_h < <(atspi where label "$shown_name") || fail "no label \"$shown_name\" on screen"
 changed=""
 x_from=$((win_x + win_w / 10))
 x_to=$((win_x + win_w * 9 / 10))
-for dy in $(seq 60 6 200); do
+for dy in $(seq "$((name_y + name_h - win_y))" 6 "$((name_y + name_h - win_y + 90))"); do
     [ "$dy" -ge "$((win_h - 4))" ] && break
     dropdown=$(open_dropdown) || fail "the drop-down window closed and does not open again"
     read -r win_id win_x win_y win_w win_h <<<"$dropdown"
@@ -154,7 +242,7 @@ for dy in $(seq 60 6 200); do
     done
     xdotool mouseup 1
     # The action queue sends within 0.3 to 0.6 s.
-    for _ in $(seq 20); do
+    for _ in $(seq 10); do
         sleep 0.1
         after=$(light_brightness)
         changed=$(awk 'NR == FNR { was[$1] = $2; next } ($1 in was) && was[$1] != $2 { print $1, was[$1], $2; exit }' \
@@ -165,7 +253,7 @@ for dy in $(seq 60 6 200); do
 done
 screenshot after-drag
 
-[ -n "$changed" ] || fail "dragging at every height from 60 to 200 px changed no light's brightness"
+[ -n "$changed" ] || fail "dragging at every height up to 90 px under \"$shown_name\" changed no light's brightness"
 read -r light_id bri_before bri_after <<<"$changed"
 say "dragging at y=$dy px in the window set light $light_id from bri $bri_before to $bri_after"
 [ "$bri_after" -ge 200 ] || fail "light $light_id has bri $bri_after after a drag to 90 %, expected 200 or more"

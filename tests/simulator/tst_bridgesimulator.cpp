@@ -20,6 +20,7 @@ private slots:
     void init();
     void cleanup() { m_simulator.reset(); }
     void pairingNeedsTheLinkButton();
+    void controlRequestPressesTheLinkButton();
     void errorsAnswerWithTypeAndAddress_data();
     void errorsAnswerWithTypeAndAddress();
     void changesShowInTheNextRead_data();
@@ -84,6 +85,23 @@ void tst_BridgeSimulator::pairingNeedsTheLinkButton()
     QVERIFY(m_simulator->users().contains(name));
     QVERIFY(
         send("GET", "/api/" + name + "/config").json.object().value("whitelist").toObject().contains(name));
+}
+
+void tst_BridgeSimulator::controlRequestPressesTheLinkButton()
+{
+    QSignalSpy pressed(m_simulator.get(), &BridgeSimulator::linkButtonPressedByRequest);
+    QCOMPARE(send("GET", "/__control/linkbutton").json["error"].toString(),
+             "press the link button with POST");
+    QVERIFY(!m_simulator->linkButtonPressed());
+
+    QCOMPARE(send("POST", "/__control/linkbutton").json["linkbutton"].toBool(), true);
+
+    QVERIFY(m_simulator->linkButtonPressed());
+    QCOMPARE(pressed.size(), 1);
+    QVERIFY(first(send("POST", "/api", R"({"devicetype":"glowdeck#test"})"), "success").contains("username"));
+    // The simulator's own controls are not bridge traffic.
+    for (const SimulatedRequest& request : m_simulator->requests())
+        QVERIFY(!request.path.startsWith(QStringLiteral("/__control/")));
 }
 
 void tst_BridgeSimulator::errorsAnswerWithTypeAndAddress_data()

@@ -16,6 +16,7 @@ namespace {
 
 constexpr qint64 MaximumHomeFileBytes = 64 * 1024 * 1024;
 const QByteArray JsonType = QByteArrayLiteral("application/json");
+const QString ControlPrefix = QStringLiteral("/__control/");
 
 } // namespace
 
@@ -254,6 +255,8 @@ BridgeSimulator::Fault BridgeSimulator::takeFault()
 
 void BridgeSimulator::onHttpRequest(SimulatorHttpConnection* connection, const SimulatorHttpRequest& http)
 {
+    if (http.path.startsWith(ControlPrefix))
+        return answerControlRequest(connection, http);
     SimulatedRequest request{http.method, http.path, http.body, {}};
     SimulatedApi::parseObject(http.body, &request.body);
     if (m_recording)
@@ -290,6 +293,27 @@ void BridgeSimulator::onHttpRequest(SimulatorHttpConnection* connection, const S
         QTimer::singleShot(m_latency, Qt::PreciseTimer, connection, deliver);
     else
         deliver();
+}
+
+void BridgeSimulator::answerControlRequest(SimulatorHttpConnection* connection,
+                                           const SimulatorHttpRequest& http)
+{
+    // Anyone who can reach the port of a simulator bound to a public address must not control it.
+    if (!http.peer.isLoopback()) {
+        connection->respond(403, JsonType, R"({"error":"control requests are taken from loopback only"})");
+        return;
+    }
+    if (http.path != ControlPrefix + QStringLiteral("linkbutton")) {
+        connection->respond(404, JsonType, R"({"error":"no such control; there is /__control/linkbutton"})");
+        return;
+    }
+    if (http.method != "POST") {
+        connection->respond(405, JsonType, R"({"error":"press the link button with POST"})");
+        return;
+    }
+    pressLinkButton();
+    emit linkButtonPressedByRequest();
+    connection->respond(200, JsonType, R"({"linkbutton":true})");
 }
 
 void BridgeSimulator::onScheduleDue(const QByteArray& method, const QString& address, const QJsonObject& body)

@@ -93,7 +93,8 @@ public:
     bool removeUser(const QString& userName);
     /// Registered user names, oldest first.
     QStringList users() const;
-    /// The link button counts as pressed for the next 30 s, like on a real bridge.
+    /// The link button counts as pressed for the next 30 s, like on a real bridge. A loopback client presses
+    /// it too, at any time, with "POST /__control/linkbutton" (not recorded, never delayed or faulted).
     void pressLinkButton();
     /// When set, every POST /api succeeds without the link button.
     void setAcceptPairingAtOnce(bool accept);
@@ -132,10 +133,14 @@ signals:
     void requestReceived(const SimulatedRequest& request);
     /// Lights, groups, scenes, schedules or users changed, through a request, a timer or the C++ interface.
     void homeChanged();
+    /// A control request ("POST /__control/linkbutton") pressed the link button.
+    void linkButtonPressedByRequest();
 
 private:
     void onHttpRequest(SimulatorHttpConnection* connection, const SimulatorHttpRequest& request);
     void onScheduleDue(const QByteArray& method, const QString& address, const QJsonObject& body);
+    /// Answers a request below "/__control/": the simulator's own controls, not part of the bridge.
+    void answerControlRequest(SimulatorHttpConnection* connection, const SimulatorHttpRequest& request);
 
     Fault takeFault();
 

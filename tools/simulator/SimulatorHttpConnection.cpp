@@ -78,6 +78,7 @@ void SimulatorHttpConnection::processBuffer()
         return;
     case Parse::Complete:
         m_busy = true;
+        request.peer = m_socket->peerAddress();
         emit requestReady(this, request);
         return;
     }

@@ -2,6 +2,7 @@
 
 #include <QByteArray>
 #include <QHash>
+#include <QHostAddress>
 #include <QObject>
 #include <QString>
 
@@ -15,6 +16,7 @@ struct SimulatorHttpRequest
     QString path;                          ///< decoded path without the query
     QHash<QByteArray, QByteArray> headers; ///< names in lower case
     QByteArray body;
+    QHostAddress peer; ///< who sent it
 };
 
 /// One client connection of the simulator's small HTTP/1.1 server. Reads requests with Content-Length

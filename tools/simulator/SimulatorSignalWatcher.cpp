@@ -31,6 +31,7 @@ SimulatorSignalWatcher::SimulatorSignalWatcher(QObject* parent) : QObject(parent
     action.sa_flags = SA_RESTART;
     ::sigaction(SIGINT, &action, nullptr);
     ::sigaction(SIGTERM, &action, nullptr);
+    ::sigaction(SIGUSR1, &action, nullptr);
 }
 
 SimulatorSignalWatcher::~SimulatorSignalWatcher()
@@ -38,12 +39,17 @@ SimulatorSignalWatcher::~SimulatorSignalWatcher()
     if (m_notifier) {
         std::signal(SIGINT, SIG_DFL);
         std::signal(SIGTERM, SIG_DFL);
+        std::signal(SIGUSR1, SIG_DFL);
     }
 }
 
 void SimulatorSignalWatcher::onSocketActivated()
 {
     char byte = 0;
-    if (::read(signalSockets[1], &byte, 1) == 1)
+    if (::read(signalSockets[1], &byte, 1) != 1)
+        return;
+    if (int(byte) == SIGUSR1)
+        emit linkButtonRequested();
+    else
         emit terminationRequested(int(byte));
 }

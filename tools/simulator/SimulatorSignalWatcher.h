@@ -4,8 +4,8 @@
 
 class QSocketNotifier;
 
-/// Turns SIGINT and SIGTERM into a Qt signal on the main thread (the handler only writes to a socket pair,
-/// which is all a signal handler may safely do).
+/// Turns SIGINT and SIGTERM, and SIGUSR1, into Qt signals on the main thread (the handler only writes to a
+/// socket pair, which is all a signal handler may safely do).
 class SimulatorSignalWatcher final : public QObject
 {
     Q_OBJECT
@@ -19,6 +19,8 @@ public:
 signals:
     /// SIGINT or SIGTERM arrived.
     void terminationRequested(int signalNumber);
+    /// SIGUSR1 arrived: somebody pressed the simulated bridge's link button.
+    void linkButtonRequested();
 
 private:
     void onSocketActivated();

@@ -60,7 +60,8 @@ int main(int argc, char* argv[])
                                         QStringLiteral("NAME"));
     const QCommandLineOption linkOption(
         QStringLiteral("press-link-button"),
-        QStringLiteral("Press the link button at start (pairing works for 30 s)."));
+        QStringLiteral("Press the link button at start (pairing works for 30 s). Press it later with "
+                       "SIGUSR1 or a POST to /__control/linkbutton from loopback."));
     const QCommandLineOption acceptOption(
         QStringLiteral("accept-pairing"),
         QStringLiteral("Accept every pairing request without the link button."));
@@ -124,6 +125,17 @@ int main(int argc, char* argv[])
     SimulatorSignalWatcher signalWatcher;
     QObject::connect(&signalWatcher, &SimulatorSignalWatcher::terminationRequested, &app,
                      &QCoreApplication::quit);
+    // The link button can be pressed while the simulator runs, as a real bridge's can.
+    const auto sayPressed = [](const char* how) {
+        std::printf("Link button pressed (%s): pairing works for the next 30 s\n", how);
+        std::fflush(stdout);
+    };
+    QObject::connect(&signalWatcher, &SimulatorSignalWatcher::linkButtonRequested, &simulator, [&] {
+        simulator.pressLinkButton();
+        sayPressed("SIGUSR1");
+    });
+    QObject::connect(&simulator, &BridgeSimulator::linkButtonPressedByRequest,
+                     [&] { sayPressed("POST /__control/linkbutton"); });
     if (!simulator.listen(address, quint16(port)))
         return fail(ExitFailure, simulator.errorString());
     std::printf("Hue bridge simulator listening on %s\n", qPrintable(simulator.hostAndPort()));

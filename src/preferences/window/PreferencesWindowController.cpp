@@ -1,62 +1,96 @@
 #include "preferences/window/PreferencesWindowController.h"
 
-#include "state/AppSettings.h"
+#include "preferences/window/PaneTabController.h"
+#include "preferences/window/PausableWindow.h"
+#include "state/SettingsStore.h"
 
-#include <QFormLayout>
-#include <QLabel>
-#include <QTabWidget>
+#include <QGuiApplication>
+#include <QScreen>
+#include <QShortcut>
+#include <QToolBar>
 #include <QVBoxLayout>
 
-PreferencesWindowController::PreferencesWindowController(AppSettings& settings, QObject* parent)
-    : QObject(parent), m_settings(settings)
-{}
-
-PreferencesWindowController::~PreferencesWindowController() = default;
-
-void PreferencesWindowController::show()
+PreferencesWindowController::PreferencesWindowController(QList<Pane> panes, PaneStyle style, bool animated,
+                                                         bool hidesToolbarForSingleItem, QObject* parent)
+    : QObject(parent), m_window(std::make_unique<PausableWindow>()),
+      m_hidesToolbarForSingleItem(hidesToolbarForSingleItem)
 {
-    if (!m_window)
-        createWindow();
-    onStateChanged();
+    const bool singlePane = panes.size() == 1;
+    m_tabs = new PaneTabController(std::move(panes), style, animated, m_window.get());
+    m_tabs->toolbar().setVisible(!(singlePane && m_hidesToolbarForSingleItem));
+
+    m_window->setObjectName(QStringLiteral("preferencesWindow"));
+    // Titled and closable, but neither resizable nor minimisable: the panes decide the size.
+    m_window->setWindowFlags(Qt::Window | Qt::WindowTitleHint | Qt::WindowCloseButtonHint |
+                             Qt::CustomizeWindowHint);
+    auto* layout = new QVBoxLayout(m_window.get());
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(m_tabs);
+    layout->setSizeConstraint(QLayout::SetFixedSize);
+
+    for (const QKeySequence& keys : {QKeySequence(Qt::Key_Escape), QKeySequence(QKeySequence::Close)}) {
+        auto* shortcut = new QShortcut(keys, m_window.get());
+        shortcut->setContext(Qt::WindowShortcut);
+        connect(shortcut, &QShortcut::activated, m_window.get(), &QWidget::close);
+    }
+    connect(m_window.get(), &PausableWindow::hidden, this, &PreferencesWindowController::saveFrame);
+}
+
+PreferencesWindowController::~PreferencesWindowController()
+{
+    if (m_window->isVisible())
+        saveFrame();
+    // Destroying the window hides it, which would save again from a controller that is half gone.
+    m_window->disconnect(this);
+}
+
+void PreferencesWindowController::setFrameAutosaveName(const QString& name, SettingsStore* store)
+{
+    m_autosaveName = name;
+    m_frameStore = store;
+}
+
+void PreferencesWindowController::show(const QString& paneIdentifier)
+{
+    if (!paneIdentifier.isEmpty())
+        m_tabs->activateTab(paneIdentifier, true);
+    else if (!m_tabs->activeTab())
+        m_tabs->activateTab(0, false);
+
+    if (!m_shownBefore) {
+        m_shownBefore = true;
+        restoreFrame();
+    }
+    // A window the user minimised through the window manager comes back as well.
+    m_window->setWindowState(m_window->windowState() & ~Qt::WindowMinimized);
     m_window->show();
     m_window->raise();
     m_window->activateWindow();
 }
 
-void PreferencesWindowController::createWindow()
+void PreferencesWindowController::restoreFrame()
 {
-    m_window = std::make_unique<QWidget>();
-    m_window->setWindowTitle(QStringLiteral("Glowdeck Settings"));
-    auto* tabs = new QTabWidget;
-    auto* pane = new QWidget;
-    auto* form = new QFormLayout(pane);
-    m_address = new QLabel;
-    m_connected = new QLabel;
-    m_error = new QLabel;
-    m_error->setWordWrap(true);
-    for (QLabel* label : {m_address, m_connected, m_error})
-        label->setTextInteractionFlags(Qt::TextSelectableByMouse);
-    form->addRow(QStringLiteral("Bridge address:"), m_address);
-    form->addRow(QStringLiteral("Status:"), m_connected);
-    form->addRow(QStringLiteral("Last error:"), m_error);
-    tabs->addTab(pane, QStringLiteral("Connection"));
-    auto* layout = new QVBoxLayout(m_window.get());
-    layout->addWidget(tabs);
-    m_window->resize(420, 160);
-
-    connect(&m_settings, &AppSettings::hueIPChanged, this, &PreferencesWindowController::onStateChanged);
-    connect(&m_settings, &AppSettings::bridgeConnectedChanged, this,
-            &PreferencesWindowController::onStateChanged);
-    connect(&m_settings, &AppSettings::connectionErrorMessageChanged, this,
-            &PreferencesWindowController::onStateChanged);
+    m_window->adjustSize();
+    if (m_frameStore && !m_autosaveName.isEmpty()) {
+        const std::optional<QString> saved = m_frameStore->readString(m_autosaveName);
+        // restoreGeometry() refuses damaged data and moves a frame from a screen that is gone onto one that
+        // is there.
+        if (saved && m_window->restoreGeometry(QByteArray::fromBase64(saved->toLatin1())))
+            return;
+    }
+    // The first time, the middle of the screen the pointer is on.
+    const QScreen* screen = QGuiApplication::screenAt(QCursor::pos());
+    if (!screen)
+        screen = QGuiApplication::primaryScreen();
+    if (screen) {
+        QRect frame(QPoint(), m_window->size());
+        frame.moveCenter(screen->availableGeometry().center());
+        m_window->move(frame.topLeft());
+    }
 }
 
-void PreferencesWindowController::onStateChanged()
+void PreferencesWindowController::saveFrame()
 {
-    if (!m_window)
-        return;
-    m_address->setText(m_settings.hueIP().isEmpty() ? QStringLiteral("(none yet)") : m_settings.hueIP());
-    m_connected->setText(m_settings.bridgeConnected() ? QStringLiteral("Connected")
-                                                      : QStringLiteral("Not connected"));
-    m_error->setText(m_settings.connectionErrorMessage());
+    if (m_frameStore && !m_autosaveName.isEmpty())
+        m_frameStore->writeString(m_autosaveName, QString::fromLatin1(m_window->saveGeometry().toBase64()));
 }

@@ -1,36 +1,52 @@
 #pragma once
 
+#include "preferences/window/Pane.h"
+
+#include <QList>
 #include <QObject>
+#include <QString>
 
 #include <memory>
 
-class AppSettings;
-class QLabel;
-class QWidget;
+class PaneTabController;
+class PausableWindow;
+class SettingsStore;
 
-/// The preferences window. For now it holds the connection tab only: the bridge address, whether the bridge
-/// is connected and the last connection error, read from the shared state and kept current.
+/// The preferences window: one window for the whole run, one pane shown at a time, chosen in its toolbar. The
+/// window is not resizable; it takes each pane's size, animated when the user switches panes. Escape and the
+/// platform's close shortcut close it; the last pane shown stays until the next show().
 class PreferencesWindowController final : public QObject
 {
     Q_OBJECT
     Q_DISABLE_COPY_MOVE(PreferencesWindowController)
 
 public:
-    explicit PreferencesWindowController(AppSettings& settings, QObject* parent = nullptr);
+    /// Takes over the panes' views. With a single pane and `hidesToolbarForSingleItem`, no toolbar is shown.
+    /// An empty list of panes is a programming error and stops the process.
+    explicit PreferencesWindowController(QList<Pane> panes, PaneStyle style = PaneStyle::toolbarItems,
+                                         bool animated = true, bool hidesToolbarForSingleItem = true,
+                                         QObject* parent = nullptr);
     ~PreferencesWindowController() override;
 
-    /// Shows the window (created on first use) and brings it to the front.
-    void show();
-    /// The window, once shown.
-    QWidget* window() const { return m_window.get(); }
+    /// Keeps the window's place across restarts in `store` under `name`, restored at the first show.
+    void setFrameAutosaveName(const QString& name, SettingsStore* store);
+
+    /// Shows the window and brings it to the front. With an identifier, shows that pane (the first, without
+    /// animation, when no pane has it); without one, the pane shown last, or the first the first time.
+    void show(const QString& paneIdentifier = QString());
+
+    PausableWindow& window() const { return *m_window; }
+    PaneTabController& tabViewController() const { return *m_tabs; }
+    bool hidesToolbarForSingleItem() const { return m_hidesToolbarForSingleItem; }
 
 private:
-    void createWindow();
-    void onStateChanged();
+    void restoreFrame();
+    void saveFrame();
 
-    AppSettings& m_settings;
-    std::unique_ptr<QWidget> m_window;
-    QLabel* m_address = nullptr;
-    QLabel* m_connected = nullptr;
-    QLabel* m_error = nullptr;
+    std::unique_ptr<PausableWindow> m_window;
+    PaneTabController* m_tabs;
+    bool m_hidesToolbarForSingleItem;
+    bool m_shownBefore = false;
+    QString m_autosaveName;
+    SettingsStore* m_frameStore = nullptr;
 };

@@ -8,11 +8,15 @@ by role and name, with no coordinates, so the end-to-end tests survive layout ch
     atspi.py [--timeout S] [--all] text ROLE NAME
     atspi.py [--timeout S] [--all] wait-text ROLE NAME PATTERN
     atspi.py [--timeout S] [--all] value ROLE NAME [NEW]
+    atspi.py [--timeout S] [--all] where ROLE NAME
+    atspi.py [--timeout S] audit WINDOW
 
 ROLE is an AT-SPI role name ("push button", "check box", "text", "slider", "page tab", "label") or "*".
 NAME is the accessible name; "~PATTERN" matches it as a regular expression instead. Only objects on screen
 (state "showing") count unless --all is given. Exits 1 with a message and the tree when nothing matches
-within the time-out (5 s by default).
+within the time-out (5 s by default). "where" prints the object's screen rectangle as "x y width height".
+"audit" lists every control on screen in the window named WINDOW that has no name, and exits 1 if there is one:
+a screen reader could not tell the user what it is.
 """
 
 import argparse
@@ -103,12 +107,26 @@ def describe(node):
     try:
         states = node.getState()
         flags = [label for label, state in (("showing", pyatspi.STATE_SHOWING), ("focused", pyatspi.STATE_FOCUSED),
-                                            ("checked", pyatspi.STATE_CHECKED), ("enabled", pyatspi.STATE_ENABLED))
+                                            ("checked", pyatspi.STATE_CHECKED), ("selected", pyatspi.STATE_SELECTED),
+                                            ("enabled", pyatspi.STATE_ENABLED))
                  if states.contains(state)]
         line += " [" + ",".join(flags) + "]"
     except Exception:
         pass
     return line
+
+
+CONTROL_ROLES = {"push button", "toggle button", "check box", "radio button", "text", "password text",
+                 "combo box", "list item", "page tab", "slider", "spin button", "menu item", "link"}
+
+
+def audit(window_name, timeout):
+    window = await_node("*", window_name, timeout, False)
+    unnamed = [node for node in walk(window)
+               if showing(node) and node.getRoleName() in CONTROL_ROLES and not (node.name or "").strip()]
+    for node in unnamed:
+        print(f"atspi: unnamed {describe(node)} in '{window_name}'", file=sys.stderr)
+    return not unnamed
 
 
 def tree(out=sys.stdout):
@@ -150,7 +168,8 @@ def main():
     parser.add_argument("command")
     parser.add_argument("arguments", nargs="*")
     args = parser.parse_args()
-    wanted = {"tree": 0, "wait": 2, "press": 2, "type": 3, "text": 2, "wait-text": 3, "value": (2, 3)}
+    wanted = {"tree": 0, "wait": 2, "press": 2, "type": 3, "text": 2, "wait-text": 3, "value": (2, 3), "where": 2,
+              "audit": 1}
     if args.command not in wanted:
         parser.error(f"unknown command {args.command}")
     count = wanted[args.command]
@@ -160,6 +179,8 @@ def main():
     if args.command == "tree":
         tree()
         return
+    if args.command == "audit":
+        sys.exit(0 if audit(args.arguments[0], args.timeout) else 1)
     role, name = args.arguments[0], args.arguments[1]
     node = await_node(role, name, args.timeout, args.all)
     if args.command == "wait":
@@ -182,6 +203,9 @@ def main():
             time.sleep(0.1)
             node = find(role, name, args.all) or node
         print(text_of(node))
+    elif args.command == "where":
+        extents = node.queryComponent().getExtents(pyatspi.DESKTOP_COORDS)
+        print(extents.x, extents.y, extents.width, extents.height)
     elif args.command == "value":
         if len(args.arguments) == 3:
             node.queryValue().currentValue = float(args.arguments[2])

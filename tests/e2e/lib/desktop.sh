@@ -81,6 +81,10 @@ e2e_cleanup() {
     done
     [ -f "$e2e_work/glowdeck.out" ] && cp "$e2e_work/glowdeck.out" "$e2e_artifacts/${e2e_name}-stdout.log"
     [ -f "$e2e_work/glowdeck.err" ] && cp "$e2e_work/glowdeck.err" "$e2e_artifacts/${e2e_name}-stderr.log"
+    local log
+    for log in xvfb trayer; do
+        [ -s "$e2e_work/$log.log" ] && cp "$e2e_work/$log.log" "$e2e_artifacts/${e2e_name}-$log.log"
+    done
     rm -rf "$e2e_work"
 }
 
@@ -110,12 +114,21 @@ e2e_start_display() {
     say "Xvfb on display $DISPLAY"
 }
 
-# An XEmbed tray at the top right. It must be there before glowdeck, or the program sees no tray at first.
+# An XEmbed tray at the top right. It must be there before glowdeck, or the program sees no tray at first. On a
+# busy machine trayer now and then never maps its panel (or dies): it gets a second chance, with its log kept.
 e2e_start_trayer() {
-    e2e_background trayer --edge top --align right --widthtype request --height 24 >"$e2e_work/trayer.log" 2>&1
-    for _ in $(seq 100); do
-        xdotool search --onlyvisible --class trayer >/dev/null 2>&1 && return 0
-        sleep 0.1
+    local attempt
+    for attempt in 1 2; do
+        e2e_background trayer --edge top --align right --widthtype request --height 24 \
+            >"$e2e_work/trayer.log" 2>&1
+        for _ in $(seq 100); do
+            xdotool search --onlyvisible --class trayer >/dev/null 2>&1 && return 0
+            kill -0 "${e2e_pids[-1]}" 2>/dev/null || break
+            sleep 0.1
+        done
+        say "trayer did not show its panel (attempt $attempt): $(tr '\n' ' ' <"$e2e_work/trayer.log")"
+        kill "${e2e_pids[-1]}" 2>/dev/null
+        wait "${e2e_pids[-1]}" 2>/dev/null
     done
     fail "trayer did not show its panel"
 }

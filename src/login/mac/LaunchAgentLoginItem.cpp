@@ -1,0 +1,79 @@
+#include "login/LoginItem.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QSaveFile>
+
+namespace {
+
+/// Start at login on macOS: a launch agent in ~/Library/LaunchAgents that opens the application by its
+/// bundle identifier once at login, the job a login helper inside the bundle would otherwise do. Enabled
+/// while the agent's file exists and does not say Disabled.
+class LaunchAgentLoginItem final : public LoginItem
+{
+public:
+    LaunchAgentLoginItem(QString applicationId, QString folder)
+        : m_applicationId(std::move(applicationId)), m_folder(std::move(folder))
+    {}
+
+    bool isEnabled() const override
+    {
+        QFile file(agentPath());
+        if (!file.open(QIODevice::ReadOnly) || file.size() > 64 * 1024)
+            return false;
+        QByteArray text = file.readAll();
+        text.replace(' ', "").replace('\n', "").replace('\t', "");
+        return !text.contains("<key>Disabled</key><true/>");
+    }
+
+    bool setEnabled(bool enabled) override
+    {
+        if (!enabled)
+            return !QFileInfo::exists(agentPath()) || QFile::remove(agentPath());
+        if (!QDir().mkpath(m_folder))
+            return false;
+        QSaveFile file(agentPath());
+        if (!file.open(QIODevice::WriteOnly))
+            return false;
+        file.write(QStringLiteral(R"(<?xml version="1.0" encoding="UTF-8"?>
+<!DOCTYPE plist PUBLIC "-//Apple//DTD PLIST 1.0//EN" "http://www.apple.com/DTDs/PropertyList-1.0.dtd">
+<plist version="1.0">
+<dict>
+    <key>Label</key>
+    <string>%1</string>
+    <key>ProgramArguments</key>
+    <array>
+        <string>/usr/bin/open</string>
+        <string>-b</string>
+        <string>%2</string>
+    </array>
+    <key>RunAtLoad</key>
+    <true/>
+    <key>ProcessType</key>
+    <string>Interactive</string>
+</dict>
+</plist>
+)")
+                       .arg(label().toHtmlEscaped(), m_applicationId.toHtmlEscaped())
+                       .toUtf8());
+        return file.commit();
+    }
+
+private:
+    /// The identifier a login helper of the application would have.
+    QString label() const { return m_applicationId + QStringLiteral("-StartAtLoginHelper"); }
+    QString agentPath() const { return QDir(m_folder).filePath(label() + QStringLiteral(".plist")); }
+
+    QString m_applicationId;
+    QString m_folder;
+};
+
+} // namespace
+
+std::unique_ptr<LoginItem> createLoginItem(const QString& applicationId, const QString& folder)
+{
+    return std::make_unique<LaunchAgentLoginItem>(
+        applicationId,
+        folder.isEmpty() ? QDir::homePath() + QStringLiteral("/Library/LaunchAgents") : folder);
+}

@@ -1,0 +1,52 @@
+#pragma once
+
+#include <QWidget>
+
+class AppSettings;
+class QLabel;
+class QLineEdit;
+class QPushButton;
+class QRadioButton;
+class QStackedWidget;
+
+/// Where the bridge is: found automatically ("Automatic", the Detect button) or typed in ("Manual", an
+/// address field bound to `hueIP` and a Connect button). What the buttons start is the connection pane's.
+class ConfigurationPart final : public QWidget
+{
+    Q_OBJECT
+    Q_DISABLE_COPY_MOVE(ConfigurationPart)
+
+public:
+    enum ConnectionType
+    {
+        automatic = 0,
+        manual = 1,
+    };
+
+    explicit ConfigurationPart(AppSettings& settings, QWidget* parent = nullptr);
+
+    ConnectionType connectionType() const { return m_connectionType; }
+    void setConnectionType(ConnectionType type);
+    /// Disables what cannot start again while a search or a pairing attempt runs, and says so on the buttons.
+    void setBusy(bool detecting, bool connecting);
+
+    static QString addressPlaceholder();
+
+Q_SIGNALS:
+    void detectRequested();
+    void connectRequested();
+
+private:
+    void onHueIPChanged();
+    void onAddressEdited(const QString& text);
+
+    AppSettings& m_settings;
+    ConnectionType m_connectionType = automatic;
+    QRadioButton* m_automatic;
+    QRadioButton* m_manual;
+    QStackedWidget* m_modes;
+    QPushButton* m_detect;
+    QLabel* m_found;
+    QLineEdit* m_address;
+    QPushButton* m_connect;
+};

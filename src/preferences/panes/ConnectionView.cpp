@@ -1,0 +1,196 @@
+#include "preferences/panes/ConnectionView.h"
+
+#include "connection/BridgeConnection.h"
+#include "connection/BridgeDiscovery.h"
+#include "connection/BridgePairing.h"
+#include "preferences/panes/ConfigurationPart.h"
+#include "preferences/panes/DebugReport.h"
+#include "preferences/panes/ImagePlayer.h"
+#include "preferences/panes/PaneWidgets.h"
+#include "state/AppSettings.h"
+#include "state/SettingsKeys.h"
+#include "state/SettingsStore.h"
+
+#include <QEvent>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPointer>
+#include <QPushButton>
+#include <QTimer>
+#include <QVBoxLayout>
+
+ConnectionView::ConnectionView(AppSettings& settings, BridgeDiscovery& discovery, BridgePairing& pairing,
+                               BridgeConnection& connection, DebugReport& debugReport, QWidget* parent)
+    : QWidget(parent), m_settings(settings), m_discovery(discovery), m_pairing(pairing),
+      m_connection(connection), m_debugReport(debugReport), m_status(new QLabel(this)),
+      m_statusButton(new QPushButton(this)), m_connectedHint(PaneWidgets::wrappedText(connectedHint(), this)),
+      m_unpairedHint(PaneWidgets::wrappedText(unpairedHint(), this)),
+      m_configuration(new ConfigurationPart(settings, this)),
+      m_error(PaneWidgets::wrappedText(QString(), this)), m_player(new ImagePlayer(this)),
+      m_sendDebug(new LinkButton(sendDebugText(), this))
+{
+    m_status->setObjectName(QStringLiteral("connectionStatus"));
+    QFont bold = m_status->font();
+    bold.setBold(true);
+    m_status->setFont(bold);
+    m_statusButton->setObjectName(QStringLiteral("statusButton"));
+    m_error->setObjectName(QStringLiteral("connectionError"));
+    m_error->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    m_sendDebug->setObjectName(QStringLiteral("sendDebugLink"));
+
+    auto* statusRow = new QHBoxLayout;
+    statusRow->addWidget(m_status);
+    statusRow->addSpacing(12);
+    statusRow->addWidget(m_statusButton);
+    statusRow->addStretch();
+
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(PaneWidgets::margin, PaneWidgets::margin, PaneWidgets::margin,
+                               PaneWidgets::margin);
+    layout->setSpacing(10);
+    layout->addWidget(PaneWidgets::heading(tr("Connect to Hue Bridge"), this));
+    layout->addWidget(PaneWidgets::subheading(tr("Connection Status"), this));
+    layout->addLayout(statusRow);
+    layout->addWidget(m_connectedHint);
+    layout->addWidget(m_unpairedHint);
+    layout->addSpacing(6);
+    layout->addWidget(m_configuration);
+    layout->addWidget(m_error);
+    layout->addSpacing(6);
+    layout->addWidget(PaneWidgets::wrappedText(linkButtonHint(), this));
+    layout->addWidget(m_player, 0, Qt::AlignHCenter);
+    layout->addWidget(m_sendDebug);
+
+    connect(m_statusButton, &QPushButton::clicked, this, &ConnectionView::onStatusButton);
+    connect(m_configuration, &ConfigurationPart::connectRequested, this, &ConnectionView::onConnect);
+    connect(m_configuration, &ConfigurationPart::detectRequested, this, &ConnectionView::onDetect);
+    connect(m_sendDebug, &LinkButton::clicked, this, &ConnectionView::onSendDebug);
+    connect(&m_pairing, &BridgePairing::pairingFinished, this, &ConnectionView::onPairingFinished);
+    connect(&m_settings, &AppSettings::bridgeConnectedChanged, this, &ConnectionView::onStateChanged);
+    connect(&m_settings, &AppSettings::connectionErrorMessageChanged, this, &ConnectionView::onStateChanged);
+    connect(&m_settings, &AppSettings::hueKeyChanged, this, &ConnectionView::onStateChanged);
+    onStateChanged();
+}
+
+QString ConnectionView::connectedHint()
+{
+    return tr("If you click the lamp in the menu bar, you should see your lights now. If not, you can try to "
+              "re-connect.");
+}
+
+QString ConnectionView::unpairedHint()
+{
+    return tr(
+        "Glowdeck is not paired with a Hue bridge yet. Find your bridge below (Detect), or choose Manual "
+        "and type its address; then press the round link button on the bridge and click Connect.");
+}
+
+QString ConnectionView::linkButtonHint()
+{
+    return tr("You need to press the LINK button on your bridge before clicking Connect.");
+}
+
+QString ConnectionView::sendDebugText()
+{
+    return tr("Connection troube? Click to send debug data!");
+}
+
+void ConnectionView::changeEvent(QEvent* event)
+{
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange)
+        onStateChanged();
+}
+
+void ConnectionView::onStateChanged()
+{
+    const bool connected = m_settings.bridgeConnected();
+    const bool dark = PaneWidgets::isDark(this);
+    m_status->setText(connected ? tr("CONNECTED") : tr("DISCONNECTED"));
+    QPalette palette = m_status->palette();
+    palette.setColor(QPalette::WindowText,
+                     connected ? PaneWidgets::goodColor(dark) : PaneWidgets::badColor(dark));
+    m_status->setPalette(palette);
+    m_connectedHint->setVisible(connected);
+    // What a new user needs to know first; once paired it would only be in the way.
+    m_unpairedHint->setVisible(!connected && m_settings.hueKey().isEmpty());
+    m_error->setText(m_settings.connectionErrorMessage());
+    m_error->setVisible(!m_settings.connectionErrorMessage().isEmpty());
+    updateBusy();
+}
+
+void ConnectionView::updateBusy()
+{
+    const bool connected = m_settings.bridgeConnected();
+    m_statusButton->setText(connected ? tr("Disconnect") : m_connecting ? tr("Connecting…") : tr("Connect"));
+    m_statusButton->setEnabled(connected || !m_connecting);
+    m_configuration->setBusy(m_detecting, m_connecting);
+}
+
+void ConnectionView::onStatusButton()
+{
+    if (m_settings.bridgeConnected())
+        onDisconnect();
+    else
+        onConnect();
+}
+
+void ConnectionView::onConnect()
+{
+    if (m_connecting)
+        return;
+    m_settings.setConnectionErrorMessage(QString());
+    m_connecting = true;
+    updateBusy();
+    QTimer::singleShot(connectDelayMilliseconds, this, [this] {
+        // A new key is asked for; the old one is forgotten in the file (the bridge still knows it).
+        m_settings.store().writeString(SettingsKeys::bridgeUser, QString());
+        m_pairing.pairWithBridge();
+    });
+}
+
+void ConnectionView::onPairingFinished()
+{
+    m_connecting = false;
+    updateBusy();
+}
+
+void ConnectionView::onDetect()
+{
+    if (m_detecting)
+        return;
+    m_detecting = true;
+    m_settings.setConnectionErrorMessage(QString());
+    updateBusy();
+    m_discovery.detectBridgeIP([self = QPointer(this)](const std::optional<QString>& address) {
+        if (!self)
+            return;
+        self->m_detecting = false;
+        self->updateBusy();
+        const QString found = address.value_or(QString()).trimmed();
+        if (found.isEmpty()) {
+            self->m_settings.setConnectionErrorMessage(BridgePairing::noConnectionMessage());
+            return;
+        }
+        self->m_settings.setHueIP(found);
+        // Without a key this asks the bridge for one: the link-button message tells the user what to do.
+        self->m_connection.connectToBridge();
+    });
+}
+
+void ConnectionView::onDisconnect()
+{
+    // Forgets the key (also the stored one, as the empty string), empties the lists and marks the bridge
+    // disconnected at once; the address stays for the next Connect.
+    m_connection.disconnectFromBridge();
+}
+
+void ConnectionView::onSendDebug()
+{
+    m_debugReport.send();
+    if (!m_debugSent) {
+        m_debugSent = true;
+        m_sendDebug->setText(tr("Thank you!"));
+        m_sendDebug->updateGeometry();
+    }
+}

@@ -1,0 +1,70 @@
+#pragma once
+
+#include <QWidget>
+
+class AppSettings;
+class BridgeConnection;
+class BridgeDiscovery;
+class BridgePairing;
+class ConfigurationPart;
+class DebugReport;
+class ImagePlayer;
+class LinkButton;
+class QLabel;
+class QPushButton;
+
+/// The connection pane ("advanced"): whether a bridge is connected, Connect or Disconnect, finding the bridge
+/// or typing its address, the last connection problem, the link-button hint with its animation, and the
+/// offer to send debug data. All network work runs asynchronously; the pane only starts it and shows the
+/// shared state.
+class ConnectionView final : public QWidget
+{
+    Q_OBJECT
+    Q_DISABLE_COPY_MOVE(ConnectionView)
+
+public:
+    /// "Connect" waits this long after clearing the message, so a repeated failure visibly comes back.
+    static constexpr int connectDelayMilliseconds = 500;
+
+    ConnectionView(AppSettings& settings, BridgeDiscovery& discovery, BridgePairing& pairing,
+                   BridgeConnection& connection, DebugReport& debugReport, QWidget* parent = nullptr);
+
+    ConfigurationPart& configurationPart() const { return *m_configuration; }
+    ImagePlayer& linkExplainer() const { return *m_player; }
+    bool debugSent() const { return m_debugSent; }
+
+    static QString connectedHint();
+    static QString unpairedHint();
+    static QString linkButtonHint();
+    static QString sendDebugText();
+
+protected:
+    void changeEvent(QEvent* event) override;
+
+private:
+    void onStateChanged();
+    void onStatusButton();
+    void onConnect();
+    void onDetect();
+    void onDisconnect();
+    void onSendDebug();
+    void onPairingFinished();
+    void updateBusy();
+
+    AppSettings& m_settings;
+    BridgeDiscovery& m_discovery;
+    BridgePairing& m_pairing;
+    BridgeConnection& m_connection;
+    DebugReport& m_debugReport;
+    bool m_detecting = false;
+    bool m_connecting = false;
+    bool m_debugSent = false;
+    QLabel* m_status;
+    QPushButton* m_statusButton;
+    QLabel* m_connectedHint;
+    QLabel* m_unpairedHint;
+    ConfigurationPart* m_configuration;
+    QLabel* m_error;
+    ImagePlayer* m_player;
+    LinkButton* m_sendDebug;
+};

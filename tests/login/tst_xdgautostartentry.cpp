@@ -1,0 +1,147 @@
+#include "login/xdg/XdgAutostartEntry.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTest>
+
+namespace {
+
+const QString id = QStringLiteral("com.brambleworks.Glowdeck");
+
+QString readFile(const QString& path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+}
+
+bool writeFile(const QString& path, const QString& text)
+{
+    QDir().mkpath(QFileInfo(path).absolutePath());
+    QFile file(path);
+    return file.open(QIODevice::WriteOnly) && file.write(text.toUtf8()) == text.toUtf8().size();
+}
+
+} // namespace
+
+class TestXdgAutostartEntry final : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void enabledIsReadFromTheEntryEveryTime_data();
+    void enabledIsReadFromTheEntryEveryTime();
+    void anInstalledProgramCopiesItsPackagedEntry();
+    void switchingOffMasksASystemEntry();
+    void execValueQuotesWhatTheShellWouldSplit_data();
+    void execValueQuotesWhatTheShellWouldSplit();
+
+private:
+    XdgAutostartEntry entry(const QString& executable = QStringLiteral("/opt/glowdeck/bin/glowdeck"),
+                            const QStringList& systemDirs = {}) const
+    {
+        return XdgAutostartEntry(id, m_folder->filePath(QStringLiteral("config")), systemDirs, executable);
+    }
+
+    std::unique_ptr<QTemporaryDir> m_folder;
+};
+
+void TestXdgAutostartEntry::init()
+{
+    m_folder = std::make_unique<QTemporaryDir>();
+    QVERIFY(m_folder->isValid());
+}
+
+void TestXdgAutostartEntry::enabledIsReadFromTheEntryEveryTime_data()
+{
+    QTest::addColumn<QString>("entry"); // empty: no file
+    QTest::addColumn<bool>("enabled");
+
+    const QString head = QStringLiteral("[Desktop Entry]\nType=Application\nName=Glowdeck\nExec=glowdeck\n");
+    QTest::newRow("no entry") << QString() << false;
+    QTest::newRow("plain entry") << head << true;
+    QTest::newRow("hidden") << head + "Hidden=true\n" << false;
+    QTest::newRow("hidden, blanks around =") << head + "Hidden = true\n" << false;
+    QTest::newRow("Hidden=false") << head + "Hidden=false\n" << true;
+    QTest::newRow("switched off by GNOME") << head + "X-GNOME-Autostart-enabled=false\n" << false;
+    QTest::newRow("Hidden in another group") << head + "[Desktop Action quit]\nHidden=true\n" << true;
+}
+
+void TestXdgAutostartEntry::enabledIsReadFromTheEntryEveryTime()
+{
+    QFETCH(QString, entry);
+    QFETCH(bool, enabled);
+    XdgAutostartEntry item = this->entry();
+    QVERIFY(!item.isEnabled());
+    if (!entry.isEmpty())
+        QVERIFY(writeFile(item.entryPath(), entry));
+    QCOMPARE(item.isEnabled(), enabled);
+}
+
+void TestXdgAutostartEntry::anInstalledProgramCopiesItsPackagedEntry()
+{
+    const QString prefix = m_folder->filePath(QStringLiteral("prefix"));
+    const QString packaged =
+        QStringLiteral("[Desktop Entry]\nType=Application\nName=Glowdeck\nExec=glowdeck\n"
+                       "Icon=com.brambleworks.Glowdeck\nX-GNOME-Autostart-enabled=false\n"
+                       "[Desktop Action settings]\nName=Settings\nExec=glowdeck\n");
+    QVERIFY(writeFile(prefix + QStringLiteral("/share/applications/com.brambleworks.Glowdeck.desktop"),
+                      packaged));
+    XdgAutostartEntry item = entry(prefix + QStringLiteral("/bin/glowdeck"));
+
+    QVERIFY(item.setEnabled(true));
+
+    // The packaged entry, without what would keep it from starting.
+    QCOMPARE(readFile(item.entryPath()),
+             QStringLiteral("[Desktop Entry]\nType=Application\nName=Glowdeck\nExec=glowdeck\n"
+                            "Icon=com.brambleworks.Glowdeck\n[Desktop Action settings]\nName=Settings\n"
+                            "Exec=glowdeck\n"));
+    QVERIFY(item.isEnabled());
+}
+
+void TestXdgAutostartEntry::switchingOffMasksASystemEntry()
+{
+    const QString system = m_folder->filePath(QStringLiteral("etc-xdg"));
+    QVERIFY(writeFile(system + QStringLiteral("/autostart/com.brambleworks.Glowdeck.desktop"),
+                      QStringLiteral("[Desktop Entry]\nType=Application\nName=Glowdeck\nExec=glowdeck\n")));
+    XdgAutostartEntry item = entry(QStringLiteral("/usr/bin/glowdeck"), {system});
+    QVERIFY(item.isEnabled());
+
+    QVERIFY(item.setEnabled(false));
+
+    // Removing ours would leave the system's in force: ours now hides it.
+    QVERIFY(!item.isEnabled());
+    QVERIFY(readFile(item.entryPath()).contains(QStringLiteral("\nHidden=true\n")));
+    QVERIFY(item.setEnabled(true));
+    QVERIFY(item.isEnabled());
+}
+
+void TestXdgAutostartEntry::execValueQuotesWhatTheShellWouldSplit_data()
+{
+    QTest::addColumn<QString>("program");
+    QTest::addColumn<QString>("exec");
+
+    QTest::newRow("plain") << "/usr/bin/glowdeck"
+                           << "/usr/bin/glowdeck";
+    QTest::newRow("blank") << "/home/a b/glowdeck"
+                           << "\"/home/a b/glowdeck\"";
+    QTest::newRow("dollar and quote") << "/x/$HOME\"q"
+                                      << "\"/x/\\\\$HOME\\\\\"q\"";
+    QTest::newRow("backslash") << "/x/a\\b"
+                               << "\"/x/a\\\\\\\\b\"";
+    QTest::newRow("percent is not a field code") << "/x/100%/glowdeck"
+                                                 << "/x/100%%/glowdeck";
+    QTest::newRow("line break cannot be written") << "/x/a\nb"
+                                                  << "";
+}
+
+void TestXdgAutostartEntry::execValueQuotesWhatTheShellWouldSplit()
+{
+    QFETCH(QString, program);
+    QFETCH(QString, exec);
+    QCOMPARE(XdgAutostartEntry::execValue(program), exec);
+}
+
+QTEST_GUILESS_MAIN(TestXdgAutostartEntry)
+#include "tst_xdgautostartentry.moc"

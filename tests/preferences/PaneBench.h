@@ -1,0 +1,93 @@
+#pragma once
+
+#include "DiscoveryServer.h"
+#include "TestSupport.h"
+#include "connection/BridgeConnection.h"
+#include "connection/BridgeDiscovery.h"
+#include "connection/BridgePairing.h"
+#include "connection/CommandExecuting.h"
+#include "preferences/panes/DebugReport.h"
+#include "simulator/BridgeSimulator.h"
+
+#include <QMetaObject>
+#include <QNetworkAccessManager>
+#include <QTest>
+
+#include <memory>
+
+/// Stands in for the shell: an ARP table to hand out (none: `arp` is not installed), and a record of the
+/// scripts asked for.
+class FakeCommands final : public QObject, public CommandExecuting
+{
+public:
+    std::optional<QString> arpTable;
+    QStringList scriptsRun;
+
+    void resolveCommandPath(const QString& name, std::function<void(PathResult)> done) override
+    {
+        later([this, name, done] {
+            arpTable ? done(QStringLiteral("/usr/sbin/arp")) : done(BashError{{}, name});
+        });
+    }
+    void runCommand(const QString&, const QStringList&, std::function<void(QString)> done) override
+    {
+        later([this, done] { done(arpTable.value_or(QString())); });
+    }
+    void runScript(const QString& name, const QStringList& arguments,
+                   std::function<void(std::optional<QString>)> done) override
+    {
+        scriptsRun << name + u'|' + arguments.join(u' ');
+        later([done] { done(QStringLiteral("Debug report written to nowhere")); });
+    }
+
+private:
+    void later(std::function<void()> call) { QMetaObject::invokeMethod(this, call, Qt::QueuedConnection); }
+};
+
+/// What the preference panes talk to, as in the running program: the shared state on a fresh settings file,
+/// the real discovery, pairing and connection against a simulated bridge on loopback, a stand-in discovery
+/// service and a fake shell.
+class PaneBench final
+{
+public:
+    PaneBench()
+    {
+        m_pairing = std::make_unique<BridgePairing>(settings(), m_network);
+        m_connection = std::make_unique<BridgeConnection>(settings(), m_network, *m_pairing);
+        m_discovery = std::make_unique<BridgeDiscovery>(commands, m_network);
+        m_discovery->setServiceUrl(QUrl()); // switched off unless a test starts the stand-in
+        m_debugReport = std::make_unique<DebugReport>(settings(), commands, m_state.fileName(), QUrl());
+    }
+
+    bool start() { return m_bridge.listen() && service.listen(); }
+
+    /// Pairs for real (the link button pressed) and waits until the lights are in.
+    bool connect()
+    {
+        settings().setHueIP(m_bridge.hostAndPort());
+        m_bridge.pressLinkButton();
+        m_connection->connectToBridge();
+        return QTest::qWaitFor([this] { return settings().bridgeConnected(); }, 10000);
+    }
+
+    AppSettings& settings() { return m_state.settings(); }
+    SettingsStore& store() { return m_state.store(); }
+    TestSettings& state() { return m_state; }
+    BridgeSimulator& bridge() { return m_bridge; }
+    BridgeDiscovery& discovery() { return *m_discovery; }
+    BridgePairing& pairing() { return *m_pairing; }
+    BridgeConnection& connection() { return *m_connection; }
+    DebugReport& debugReport() { return *m_debugReport; }
+
+    FakeCommands commands;
+    DiscoveryServer service;
+
+private:
+    TestSettings m_state;
+    BridgeSimulator m_bridge;
+    QNetworkAccessManager m_network;
+    std::unique_ptr<BridgePairing> m_pairing;
+    std::unique_ptr<BridgeConnection> m_connection;
+    std::unique_ptr<BridgeDiscovery> m_discovery;
+    std::unique_ptr<DebugReport> m_debugReport;
+};

@@ -1,0 +1,236 @@
+#include "PaneBench.h"
+#include "preferences/panes/ConfigurationPart.h"
+#include "preferences/panes/ConnectionView.h"
+#include "preferences/panes/ImagePlayer.h"
+#include "preferences/panes/PaneWidgets.h"
+#include "state/SettingsKeys.h"
+
+#include <QFile>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QTemporaryDir>
+#include <QTest>
+
+class TestConnectionView final : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+    void statusShowsTheConnectionAndTheMatchingButton();
+    void pairingAsksForTheLinkButtonUntilItIsPressed();
+    void disconnectStoresAnEmptyKey();
+    void detectFillsInTheAddressOrSaysNothingWasFound_data();
+    void detectFillsInTheAddressOrSaysNothingWasFound();
+    void linkButtonAnimationHoldsTheLastFrameForThirtyTicks();
+    void sendDebugLinkRunsTheScriptAndThanks();
+
+private:
+    template <typename T>
+    T* child(const QString& name) const
+    {
+        return m_view->findChild<T*>(name);
+    }
+    QString status() const { return child<QLabel>(QStringLiteral("connectionStatus"))->text(); }
+    QPushButton* statusButton() const { return child<QPushButton>(QStringLiteral("statusButton")); }
+    bool shows(const QString& text) const
+    {
+        for (QLabel* label : m_view->findChildren<QLabel*>()) {
+            if (label->text() == text && label->isVisible())
+                return true;
+        }
+        return false;
+    }
+    QString error() const
+    {
+        auto* label = child<QLabel>(QStringLiteral("connectionError"));
+        return label->isVisible() ? label->text() : QString();
+    }
+    int linkRequests() const
+    {
+        int count = 0;
+        for (const SimulatedRequest& request : m_bench->bridge().requests())
+            count += request.method == "POST" && request.path == QStringLiteral("/api");
+        return count;
+    }
+
+    std::unique_ptr<PaneBench> m_bench;
+    std::unique_ptr<ConnectionView> m_view;
+};
+
+void TestConnectionView::init()
+{
+    m_bench = std::make_unique<PaneBench>();
+    QVERIFY(m_bench->start());
+    m_view = std::make_unique<ConnectionView>(m_bench->settings(), m_bench->discovery(), m_bench->pairing(),
+                                              m_bench->connection(), m_bench->debugReport());
+    m_view->show();
+}
+
+void TestConnectionView::cleanup()
+{
+    m_view.reset();
+    m_bench.reset();
+}
+
+void TestConnectionView::statusShowsTheConnectionAndTheMatchingButton()
+{
+    const bool dark = PaneWidgets::isDark(m_view.get());
+    QCOMPARE(status(), QStringLiteral("DISCONNECTED"));
+    QCOMPARE(child<QLabel>(QStringLiteral("connectionStatus"))->palette().color(QPalette::WindowText),
+             PaneWidgets::badColor(dark));
+    QCOMPARE(statusButton()->text(), QStringLiteral("Connect"));
+    QVERIFY(shows(ConnectionView::unpairedHint()));
+    QVERIFY(!shows(ConnectionView::connectedHint()));
+
+    m_bench->settings().setHueKey(QStringLiteral("a-key"));
+    m_bench->settings().setBridgeConnected(true);
+
+    QCOMPARE(status(), QStringLiteral("CONNECTED"));
+    QCOMPARE(child<QLabel>(QStringLiteral("connectionStatus"))->palette().color(QPalette::WindowText),
+             PaneWidgets::goodColor(dark));
+    QCOMPARE(statusButton()->text(), QStringLiteral("Disconnect"));
+    QVERIFY(shows(ConnectionView::connectedHint()));
+    QVERIFY(!shows(ConnectionView::unpairedHint()));
+}
+
+void TestConnectionView::pairingAsksForTheLinkButtonUntilItIsPressed()
+{
+    m_bench->store().writeString(SettingsKeys::bridgeUser, QStringLiteral("old-key"));
+    QTest::mouseClick(child<QRadioButton>(QStringLiteral("manualChoice")), Qt::LeftButton);
+    QCOMPARE(m_view->configurationPart().connectionType(), ConfigurationPart::manual);
+    auto* field = child<QLineEdit>(QStringLiteral("addressField"));
+    QVERIFY(field->isVisible());
+    QTest::keyClicks(field, QStringLiteral(" ") + m_bench->bridge().hostAndPort());
+    QCOMPARE(m_bench->settings().hueIP(), m_bench->bridge().hostAndPort());
+    m_bench->settings().setConnectionErrorMessage(QStringLiteral("an old problem"));
+
+    QTest::keyClick(field, Qt::Key_Return);
+
+    // The message goes at once; the bridge is asked half a second later, without the window waiting.
+    QCOMPARE(error(), QString());
+    QCOMPARE(child<QPushButton>(QStringLiteral("manualConnectButton"))->isEnabled(), false);
+    QTRY_COMPARE(error(), QStringLiteral("Bridge responded: Press LINK BUTTON and retry"));
+    QCOMPARE(linkRequests(), 1);
+    QCOMPARE(m_bench->store().value(SettingsKeys::bridgeUser), QVariant(QString()));
+    QCOMPARE(status(), QStringLiteral("DISCONNECTED"));
+    QVERIFY(child<QPushButton>(QStringLiteral("manualConnectButton"))->isEnabled());
+
+    m_bench->bridge().pressLinkButton();
+    QTest::mouseClick(child<QPushButton>(QStringLiteral("manualConnectButton")), Qt::LeftButton);
+
+    QTRY_COMPARE(status(), QStringLiteral("CONNECTED"));
+    QCOMPARE(error(), QString());
+    QCOMPARE(m_bench->store().readString(SettingsKeys::bridgeUser), m_bench->bridge().users().last());
+    QCOMPARE(m_bench->store().readString(SettingsKeys::bridgeIP), m_bench->bridge().hostAndPort());
+    QVERIFY(!m_bench->settings().lights().isEmpty());
+}
+
+void TestConnectionView::disconnectStoresAnEmptyKey()
+{
+    QVERIFY(m_bench->connect());
+    QCOMPARE(statusButton()->text(), QStringLiteral("Disconnect"));
+
+    QTest::mouseClick(statusButton(), Qt::LeftButton);
+
+    QCOMPARE(status(), QStringLiteral("DISCONNECTED"));
+    QCOMPARE(m_bench->store().value(SettingsKeys::bridgeUser), QVariant(QString())); // empty, not removed
+    QCOMPARE(m_bench->settings().hueKey(), QString());
+    QCOMPARE(m_bench->store().readString(SettingsKeys::bridgeIP), m_bench->bridge().hostAndPort());
+    QCOMPARE(statusButton()->text(), QStringLiteral("Connect"));
+}
+
+void TestConnectionView::detectFillsInTheAddressOrSaysNothingWasFound_data()
+{
+    QTest::addColumn<QString>("arpTable"); // empty: no arp at all
+    QTest::addColumn<bool>("service");     // the discovery service answers with the simulator
+    QTest::addColumn<QString>("address");  // "bridge": the simulator's
+    QTest::addColumn<QString>("message");
+
+    const QString pressButton = QStringLiteral("Bridge responded: Press LINK BUTTON and retry");
+    QTest::newRow("in the ARP table") << "? (127.0.0.2) at 00:17:88:aa:bb:cc [ether] on eth0\n"
+                                      << false << "127.0.0.2"
+                                      << "Unable to connect to the Hue bridge. Is the IP address correct?";
+    QTest::newRow("from the discovery service") << "" << true << "bridge" << pressButton;
+    QTest::newRow("nowhere") << "? (10.0.0.1) at 11:22:33:44:55:66 [ether] on eth0\n"
+                             << false << ""
+                             << "Unable to connect to the Hue bridge. Is the IP address correct?";
+}
+
+void TestConnectionView::detectFillsInTheAddressOrSaysNothingWasFound()
+{
+    QFETCH(QString, arpTable);
+    QFETCH(bool, service);
+    QFETCH(QString, address);
+    QFETCH(QString, message);
+    if (!arpTable.isEmpty())
+        m_bench->commands.arpTable = arpTable;
+    if (service) {
+        m_bench->discovery().setServiceUrl(m_bench->service.url());
+        m_bench->service.setAnswer(QStringLiteral(R"({"id":"001788fffe000000","internalipaddress":"%1"})")
+                                       .arg(m_bench->bridge().hostAndPort())
+                                       .toUtf8());
+    }
+    auto* detect = child<QPushButton>(QStringLiteral("detectButton"));
+
+    QTest::mouseClick(detect, Qt::LeftButton);
+
+    QVERIFY(!detect->isEnabled());
+    QTRY_COMPARE_WITH_TIMEOUT(error(), message, 10000);
+    QCOMPARE(m_bench->settings().hueIP(), address == u"bridge" ? m_bench->bridge().hostAndPort() : address);
+    QTRY_VERIFY(detect->isEnabled());
+}
+
+void TestConnectionView::linkButtonAnimationHoldsTheLastFrameForThirtyTicks()
+{
+    ImagePlayer& player = m_view->linkExplainer();
+    QVERIFY(player.timer().isActive());
+    QCOMPARE(player.timer().interval(), 70);
+    QCOMPARE(player.imageName(), QStringLiteral("frame_0"));
+
+    QList<int> shown;
+    for (int tick = 0; tick < 93; ++tick) {
+        player.tick();
+        shown << player.imageIndex();
+    }
+
+    QList<int> expected;
+    for (int frame = 1; frame <= 62; ++frame)
+        expected << frame;
+    for (int hold = 0; hold < 29; ++hold) // frame 62 stays for ticks 62 to 91: 30 ticks, 2.1 s
+        expected << 62;
+    expected << 0 << 1;
+    QCOMPARE(shown, expected);
+
+    m_view->hide();
+    QVERIFY(!player.timer().isActive());
+    m_view->show();
+    QVERIFY(player.timer().isActive());
+}
+
+void TestConnectionView::sendDebugLinkRunsTheScriptAndThanks()
+{
+    // The action only looks Ruby up on the PATH; the fake shell runs nothing.
+    QTemporaryDir bin;
+    QFile ruby(bin.filePath(QStringLiteral("ruby")));
+    QVERIFY(ruby.open(QIODevice::WriteOnly));
+    ruby.setPermissions(QFileDevice::ExeOwner | QFileDevice::ReadOwner);
+    ruby.close();
+    const QByteArray path = qgetenv("PATH");
+    qputenv("PATH", bin.path().toUtf8());
+    auto* link = child<LinkButton>(QStringLiteral("sendDebugLink"));
+    QCOMPARE(link->text(), QStringLiteral("Connection troube? Click to send debug data!"));
+
+    QTest::mouseClick(link, Qt::LeftButton);
+    qputenv("PATH", path);
+
+    QCOMPARE(m_bench->commands.scriptsRun, QStringList{QStringLiteral("send_debug|")});
+    QVERIFY(m_view->debugSent());
+    QCOMPARE(link->text(), QStringLiteral("Thank you!"));
+}
+
+QTEST_MAIN(TestConnectionView)
+#include "tst_connectionview.moc"
