@@ -22,9 +22,9 @@
 #include "preferences/panes/ConnectionView.h"
 #include "preferences/panes/DebugReport.h"
 #include "preferences/panes/DebugView.h"
+#include "preferences/panes/HotkeyView.h"
 #include "preferences/panes/LampSelectorView.h"
 #include "preferences/panes/PaneIcons.h"
-#include "preferences/panes/PlaceholderPane.h"
 #include "preferences/panes/PreferencesGeneralView.h"
 #include "preferences/window/PausableWindow.h"
 #include "preferences/window/PreferencesWindowController.h"
@@ -97,7 +97,7 @@ void AppDelegate::createPreferences()
          new ConnectionView(*m_settings, *m_discovery, *m_pairing, *m_connection, *m_debugReport)},
         {QStringLiteral("lights"), tr("Lights"), PaneIcons::lights(), lights},
         {QStringLiteral("hotkeys"), tr("Hotkeys"), PaneIcons::hotkeys(),
-         new PlaceholderPane(tr("Hotkey Settings"), tr("Global keyboard shortcuts are coming soon."))},
+         new HotkeyView(*m_settings, *m_hotkeys, *m_hotkeyActions)},
     });
     m_preferences->setFrameAutosaveName(preferencesFrameName, m_store.get());
     connect(general, &PreferencesGeneralView::debugInformationRequested, this,

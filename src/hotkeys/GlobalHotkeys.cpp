@@ -67,7 +67,10 @@ GlobalHotkeys::GlobalHotkeys(SettingsStore& store, HotkeyBackend& backend, QObje
 {
     connect(&m_backend, &HotkeyBackend::pressed, this, &GlobalHotkeys::onPressed);
     connect(&m_backend, &HotkeyBackend::released, this, &GlobalHotkeys::onReleased);
-    connect(&m_backend, &HotkeyBackend::unavailable, this, &GlobalHotkeys::unavailable);
+    connect(&m_backend, &HotkeyBackend::unavailable, this, [this](const QString& reason) {
+        m_unavailableReason = reason;
+        Q_EMIT unavailable(reason);
+    });
 }
 
 GlobalHotkeys::~GlobalHotkeys() = default;

@@ -96,6 +96,8 @@ public:
 
     /// False once it is known that this desktop offers no way to register global shortcuts.
     bool isAvailable() const;
+    /// Why not, once unavailable() was sent.
+    QString unavailableReason() const { return m_unavailableReason; }
     /// Whether another program (the desktop, another application) holds the combination. The application's
     /// own registered combinations never count.
     bool isTakenBySystem(const Shortcut& shortcut) const;
@@ -130,6 +132,7 @@ private:
     HandlerTable m_keyDownHandlers;
     HandlerTable m_keyUpHandlers;
     QList<QString> m_reportedUnreadable;
+    QString m_unavailableReason;
     bool m_paused = false;
 };
 

@@ -54,6 +54,15 @@ RecorderField::~RecorderField()
     endRecording();
 }
 
+QSize RecorderField::sizeHint() const
+{
+    const int text = std::max(fontMetrics().horizontalAdvance(recordShortcutText()),
+                              fontMetrics().horizontalAdvance(pressShortcutText()));
+    const int clearButton = style()->pixelMetric(QStyle::PM_SmallIconSize, nullptr, this) + 8;
+    // Centred text with the clear button on one side needs the button's room on both.
+    return {std::max(minimumWidth, text + 2 * clearButton + 16), QLineEdit::sizeHint().height()};
+}
+
 QMessageBox* RecorderField::alert() const
 {
     return m_alert;

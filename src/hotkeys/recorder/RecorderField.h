@@ -28,6 +28,9 @@ public:
 
     const GlobalHotkeys::Name& shortcutName() const { return m_name; }
     bool isRecording() const { return m_recording; }
+    /// Room for the longer placeholder with the clear button beside it.
+    QSize sizeHint() const override;
+
     /// The alert of a refused combination while it shows.
     QMessageBox* alert() const;
 

@@ -1,0 +1,214 @@
+#include "FakeHotkeyBackend.h"
+#include "TestSupport.h"
+#include "bridge/ActionQueue.h"
+#include "bridge/HueHelper.h"
+#include "hotkeys/HotkeyActions.h"
+#include "hotkeys/recorder/RecorderField.h"
+#include "preferences/panes/GroupActionPicker.h"
+#include "preferences/panes/HotkeyView.h"
+#include "preferences/panes/SegmentedControl.h"
+#include "state/SettingsKeys.h"
+
+#include <QAbstractButton>
+#include <QLabel>
+#include <QNetworkAccessManager>
+#include <QStackedWidget>
+#include <QTest>
+
+#include <memory>
+
+class TestHotkeyView final : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+    void withNoRoomsEachPickerOffersOnlyNoAction();
+    void aPickerStoresItsChoiceInTheSlotOneBelowItsNumber();
+    void aPickerKeepsAChoiceForARoomTheBridgeDoesNotList();
+    void stepSizeIsStoredAtOnce_data();
+    void stepSizeIsStoredAtOnce();
+    void everyControlHasANameAndTheViewsSwitch();
+    void saysSoWhereTheDesktopHasNoGlobalShortcuts();
+
+private:
+    void build();
+    GroupActionPicker* picker(int number) const
+    {
+        return m_view->findChild<GroupActionPicker*>(QStringLiteral("groupActionPicker%1").arg(number));
+    }
+    void setRooms(const QList<std::pair<QString, QString>>& idsAndNames);
+
+    std::unique_ptr<TestSettings> m_state;
+    std::unique_ptr<QNetworkAccessManager> m_network;
+    std::unique_ptr<ActionQueue> m_queue;
+    std::unique_ptr<HueHelper> m_helper;
+    std::unique_ptr<HotkeyActions> m_actions;
+    std::unique_ptr<FakeHotkeyBackend> m_backend;
+    std::unique_ptr<GlobalHotkeys> m_hotkeys;
+    std::unique_ptr<HotkeyView> m_view;
+};
+
+void TestHotkeyView::init()
+{
+    m_state = std::make_unique<TestSettings>();
+    m_network = std::make_unique<QNetworkAccessManager>();
+    m_queue = std::make_unique<ActionQueue>(m_state->settings(), *m_network);
+    m_helper = std::make_unique<HueHelper>(m_state->settings(), *m_queue);
+    m_actions = std::make_unique<HotkeyActions>(m_state->settings(), *m_helper);
+    m_backend = std::make_unique<FakeHotkeyBackend>();
+    m_hotkeys = std::make_unique<GlobalHotkeys>(m_state->store(), *m_backend);
+}
+
+void TestHotkeyView::cleanup()
+{
+    m_view.reset();
+    m_hotkeys.reset();
+    m_backend.reset();
+    m_actions.reset();
+    m_helper.reset();
+    m_queue.reset();
+    m_network.reset();
+    m_state.reset();
+}
+
+void TestHotkeyView::build()
+{
+    m_view = std::make_unique<HotkeyView>(m_state->settings(), *m_hotkeys, *m_actions);
+    m_view->show();
+}
+
+void TestHotkeyView::setRooms(const QList<std::pair<QString, QString>>& idsAndNames)
+{
+    QList<HueGroup> rooms;
+    for (const auto& [id, name] : idsAndNames)
+        rooms.append({.id = QUuid::createUuid(), .group_id = id, .name = name});
+    m_state->settings().setGroups(rooms);
+}
+
+void TestHotkeyView::withNoRoomsEachPickerOffersOnlyNoAction()
+{
+    build();
+    for (int number = 1; number <= 5; ++number) {
+        GroupActionPicker* slot = picker(number);
+        QVERIFY(slot);
+        QCOMPARE(slot->count(), 1);
+        QCOMPARE(slot->currentText(), QStringLiteral("(No Action)"));
+        QCOMPARE(slot->selectedAction(), QStringLiteral("no_action"));
+    }
+}
+
+void TestHotkeyView::aPickerStoresItsChoiceInTheSlotOneBelowItsNumber()
+{
+    setRooms(
+        {{QStringLiteral("1"), QStringLiteral("Kitchen")}, {QStringLiteral("2"), QStringLiteral("Hall")}});
+    build();
+    QCOMPARE(picker(1)->count(), 9);
+
+    for (const int number : {1, 5}) {
+        const int index = picker(number)->findText(QStringLiteral("Hall Darker"));
+        picker(number)->setCurrentIndex(index);
+        Q_EMIT picker(number)->activated(index);
+    }
+    SettingsStore& store = m_state->store();
+    QCOMPARE(store.readString(QStringLiteral("hotkeyCustomGroupAction0")),
+             std::optional<QString>("2_darker"));
+    QCOMPARE(store.readString(QStringLiteral("hotkeyCustomGroupAction4")),
+             std::optional<QString>("2_darker"));
+    QVERIFY(!store.contains(QStringLiteral("hotkeyCustomGroupAction5")));
+    // Nothing is registered again: the choice is read at the next press.
+    QVERIFY(m_backend->registrations.isEmpty());
+}
+
+void TestHotkeyView::aPickerKeepsAChoiceForARoomTheBridgeDoesNotList()
+{
+    m_state->store().writeString(QStringLiteral("hotkeyCustomGroupAction1"), QStringLiteral("7_on"));
+    setRooms({{QStringLiteral("1"), QStringLiteral("Kitchen")}});
+    build();
+    GroupActionPicker* second = picker(2);
+    QCOMPARE(second->count(), 6);
+    QCOMPARE(second->currentText(), QStringLiteral("7_on (room not found)"));
+
+    // A refresh brings new records of the same rooms: the list stays as it is.
+    QAbstractItemModel* model = second->model();
+    setRooms({{QStringLiteral("1"), QStringLiteral("Kitchen")}});
+    QCOMPARE(second->model(), model);
+    QCOMPARE(second->count(), 6);
+    // The room comes back: the stored choice is an ordinary one again, and still chosen.
+    setRooms(
+        {{QStringLiteral("1"), QStringLiteral("Kitchen")}, {QStringLiteral("7"), QStringLiteral("Porch")}});
+    QCOMPARE(second->count(), 9);
+    QCOMPARE(second->currentText(), QStringLiteral("Porch On"));
+    QCOMPARE(m_state->store().readString(QStringLiteral("hotkeyCustomGroupAction1")),
+             std::optional<QString>("7_on"));
+}
+
+void TestHotkeyView::stepSizeIsStoredAtOnce_data()
+{
+    QTest::addColumn<int>("choice");
+    QTest::addColumn<qint64>("stored");
+    QTest::newRow("Small") << 0 << qint64(10);
+    QTest::newRow("Medium") << 1 << qint64(25);
+    QTest::newRow("Large") << 2 << qint64(50);
+}
+
+void TestHotkeyView::stepSizeIsStoredAtOnce()
+{
+    QFETCH(int, choice);
+    QFETCH(qint64, stored);
+    m_state->settings().setKeyIncrement(33); // set by hand: none of the three is shown chosen
+    build();
+    auto* step = m_view->findChild<SegmentedControl*>(QStringLiteral("stepSize"));
+    QCOMPARE(step->selectedIndex(), -1);
+
+    QTest::mouseClick(step->button(choice), Qt::LeftButton);
+    QCOMPARE(m_state->store().readInt(SettingsKeys::keyIncrement), stored);
+    QCOMPARE(m_state->settings().keyIncrement(), stored);
+    QCOMPARE(step->selectedIndex(), choice);
+}
+
+void TestHotkeyView::everyControlHasANameAndTheViewsSwitch()
+{
+    build();
+    const QList<RecorderField*> recorders = m_view->findChildren<RecorderField*>();
+    QCOMPARE(recorders.size(), 12);
+    for (const QWidget* control : m_view->findChildren<QWidget*>()) {
+        if (qobject_cast<const RecorderField*>(control) || qobject_cast<const GroupActionPicker*>(control) ||
+            qobject_cast<const QAbstractButton*>(control)) {
+            QVERIFY2(!control->accessibleName().isEmpty() || !control->property("text").toString().isEmpty(),
+                     qPrintable(control->objectName()));
+        }
+    }
+    QCOMPARE(m_view->findChild<RecorderField*>(QStringLiteral("allLightsBrighter"))->accessibleName(),
+             QStringLiteral("Brighter"));
+    QCOMPARE(m_view->findChild<RecorderField*>(QStringLiteral("allLightsDarker"))->accessibleName(),
+             QStringLiteral("Darker"));
+
+    auto* views = m_view->findChild<SegmentedControl*>(QStringLiteral("hotkeyViews"));
+    auto* pages = m_view->findChild<QStackedWidget*>();
+    QCOMPARE(views->selectedIndex(), 0);
+    QVERIFY(m_view->findChild<RecorderField*>(QStringLiteral("allLightsOn"))->isVisible());
+    QTest::mouseClick(views->button(1), Qt::LeftButton);
+    QCOMPARE(pages->currentIndex(), 1);
+    QVERIFY(m_view->findChild<RecorderField*>(QStringLiteral("actionCustomGroup1"))->isVisible());
+    QVERIFY(!m_view->findChild<RecorderField*>(QStringLiteral("allLightsOn"))->isVisible());
+}
+
+void TestHotkeyView::saysSoWhereTheDesktopHasNoGlobalShortcuts()
+{
+    build();
+    auto* notice = m_view->findChild<QLabel*>(QStringLiteral("shortcutsUnavailable"));
+    QVERIFY(!notice->isVisible());
+
+    m_backend->available = false;
+    Q_EMIT m_backend->unavailable(QStringLiteral("no portal here"));
+    QVERIFY(notice->isVisible());
+    QVERIFY(notice->text().contains(QStringLiteral("not available on this desktop")));
+    QVERIFY(notice->text().contains(QStringLiteral("no portal here")));
+    for (const RecorderField* recorder : m_view->findChildren<RecorderField*>())
+        QVERIFY(!recorder->isVisible());
+}
+
+QTEST_MAIN(TestHotkeyView)
+#include "tst_hotkeyview.moc"
