@@ -91,9 +91,30 @@ SegmentedControl::SegmentedControl(const QStringList& titles, QAccessible::Role 
     }
     // Toggled rather than clicked: a screen reader checks the button without clicking it.
     connect(group, &QButtonGroup::idToggled, this, [this](int index, bool checked) {
+        paintSelection();
         if (checked)
             Q_EMIT selected(index);
     });
+}
+
+void SegmentedControl::changeEvent(QEvent* event)
+{
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange)
+        paintSelection();
+}
+
+void SegmentedControl::paintSelection()
+{
+    for (QAbstractButton* button : std::as_const(m_buttons)) {
+        // Only these two roles are set: the rest, and the others' whole palette, follow the window's.
+        QPalette selection;
+        if (button->isChecked()) {
+            selection.setColor(QPalette::Button, palette().color(QPalette::Highlight));
+            selection.setColor(QPalette::ButtonText, palette().color(QPalette::HighlightedText));
+        }
+        button->setPalette(selection);
+    }
 }
 
 int SegmentedControl::selectedIndex() const

@@ -30,7 +30,13 @@ Q_SIGNALS:
     /// The user chose the choice at `index`.
     void selected(int index);
 
+protected:
+    void changeEvent(QEvent* event) override;
+
 private:
+    /// The selected choice in the selection colour, so it stands out in the light and the dark appearance.
+    void paintSelection();
+
     QAccessible::Role m_role;
     QList<QAbstractButton*> m_buttons;
 };
