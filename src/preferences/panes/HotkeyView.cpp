@@ -104,11 +104,12 @@ void HotkeyView::showAvailability()
     if (available)
         return;
     const QString reason = m_hotkeys.unavailableReason();
-    m_unavailable->setText(
-        tr("<p><b>Global shortcuts are not available on this desktop.</b></p>"
-           "<p>Glowdeck registers them through X11 or, on Wayland, through the desktop portal's global "
-           "shortcuts "
-           "service, and neither is offered here%1. Your desktop's own keyboard settings can run "
-           "<tt>glowdeckctl</tt> commands instead, such as <tt>glowdeckctl all-off</tt>.</p>")
-            .arg(reason.isEmpty() ? QString() : QStringLiteral(" (%1)").arg(reason.toHtmlEscaped())));
+    QString text = tr(
+        "<p><b>Global shortcuts are not available on this desktop.</b></p>"
+        "<p>Glowdeck registers them with X11 or, on Wayland, through the desktop portal's global shortcuts "
+        "service, and found neither here. Your desktop's own keyboard settings can run <tt>glowdeckctl</tt> "
+        "commands instead, such as <tt>glowdeckctl all-off</tt>.</p>");
+    if (!reason.isEmpty())
+        text += QStringLiteral("<p><small>%1</small></p>").arg(tr("Details: %1").arg(reason.toHtmlEscaped()));
+    m_unavailable->setText(text);
 }
