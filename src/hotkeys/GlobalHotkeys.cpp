@@ -89,8 +89,11 @@ std::optional<GlobalHotkeys::Shortcut> GlobalHotkeys::getShortcut(const Name& na
 std::optional<GlobalHotkeys::Shortcut> GlobalHotkeys::readShortcut(const SettingsStore& store,
                                                                    const QString& rawValue)
 {
-    const std::optional<QString> text = store.readString(keyPrefix + rawValue);
-    return text ? Shortcut::fromJson(*text) : std::nullopt;
+    // The value as it is: false (cleared) is a stored form of its own here, not a string that failed to read.
+    const QVariant stored = store.value(keyPrefix + rawValue);
+    if (stored.typeId() != QMetaType::QString)
+        return std::nullopt;
+    return Shortcut::fromJson(stored.toString());
 }
 
 void GlobalHotkeys::setShortcut(std::optional<Shortcut> shortcut, const Name& name)

@@ -130,35 +130,17 @@ void HotkeyActions::allLightsDarker()
 
 void HotkeyActions::allLightsRed()
 {
-    changeEveryRoom(
-        [](HueGroup& room) {
-            room.saturation = 255;
-            room.hue = redHue;
-            room.is_on = true;
-        },
-        &HotkeyActions::sendColor);
+    colorEveryRoom(redHue, 255);
 }
 
 void HotkeyActions::allLightsBlue()
 {
-    changeEveryRoom(
-        [](HueGroup& room) {
-            room.saturation = 255;
-            room.hue = blueHue;
-            room.is_on = true;
-        },
-        &HotkeyActions::sendColor);
+    colorEveryRoom(blueHue, 255);
 }
 
 void HotkeyActions::allLightsWhite()
 {
-    changeEveryRoom(
-        [](HueGroup& room) {
-            room.saturation = 0;
-            room.hue = whiteHue;
-            room.is_on = true;
-        },
-        &HotkeyActions::sendColor);
+    colorEveryRoom(whiteHue, 0);
 }
 
 void HotkeyActions::runCustomGroupAction(int slot)
@@ -194,7 +176,18 @@ void HotkeyActions::runCustomGroupAction(int slot)
     }
 }
 
-void HotkeyActions::changeEveryRoom(void (*change)(HueGroup&),
+void HotkeyActions::colorEveryRoom(qint64 hue, qint64 saturation)
+{
+    changeEveryRoom(
+        [hue, saturation](HueGroup& room) {
+            room.saturation = saturation;
+            room.hue = hue;
+            room.is_on = true;
+        },
+        &HotkeyActions::sendColor);
+}
+
+void HotkeyActions::changeEveryRoom(const std::function<void(HueGroup&)>& change,
                                     void (HotkeyActions::*command)(const HueGroup&))
 {
     QList<HueGroup> rooms = m_settings.groups();

@@ -6,6 +6,7 @@
 #include <QObject>
 #include <QString>
 
+#include <functional>
 #include <optional>
 
 class AppSettings;
@@ -96,7 +97,10 @@ public:
 
 private:
     /// Changes each room's record first, so the menu shows it at once, then sends each room its command.
-    void changeEveryRoom(void (*change)(HueGroup&), void (HotkeyActions::*command)(const HueGroup&));
+    void changeEveryRoom(const std::function<void(HueGroup&)>& change,
+                         void (HotkeyActions::*command)(const HueGroup&));
+    /// Every room on, in this colour; the hue and saturation are the room's own from then on.
+    void colorEveryRoom(qint64 hue, qint64 saturation);
     void switchOn(const HueGroup& room);
     void switchOff(const HueGroup& room);
     void brighten(const HueGroup& room);

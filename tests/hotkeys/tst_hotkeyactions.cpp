@@ -1,13 +1,8 @@
-#include "FakeHotkeyBackend.h"
-#include "TestSupport.h"
-#include "bridge/ActionQueue.h"
-#include "bridge/HueHelper.h"
-#include "hotkeys/HotkeyActions.h"
+#include "HotkeyBench.h"
 #include "hotkeys/HotkeyNames.h"
 #include "simulator/BridgeSimulator.h"
 #include "state/SettingsKeys.h"
 
-#include <QNetworkAccessManager>
 #include <QTest>
 
 #include <limits>
@@ -33,85 +28,49 @@ private Q_SLOTS:
     void storesTheStepAndTheChoice();
 
 private:
-    /// Rooms with these group ids, named "Room <id>", all off at brightness 100.
-    void setRooms(const QStringList& ids);
     /// Presses the shortcut of `name` as the desktop would, then lets the posted action run.
     void press(const GlobalHotkeys::Name& name);
     /// The requests the bridge received, as "PUT groups/1/action {...}".
     QStringList received() const;
 
     std::unique_ptr<BridgeSimulator> m_bridge;
-    std::unique_ptr<TestSettings> m_state;
-    std::unique_ptr<QNetworkAccessManager> m_network;
-    std::unique_ptr<ActionQueue> m_queue;
-    std::unique_ptr<HueHelper> m_helper;
-    std::unique_ptr<HotkeyActions> m_actions;
-    std::unique_ptr<FakeHotkeyBackend> m_backend;
-    std::unique_ptr<GlobalHotkeys> m_hotkeys;
+    std::unique_ptr<HotkeyBench> m_bench;
 };
 
 void TestHotkeyActions::init()
 {
     m_bridge = std::make_unique<BridgeSimulator>();
     QVERIFY(m_bridge->listen());
-    m_state = std::make_unique<TestSettings>();
-    m_network = std::make_unique<QNetworkAccessManager>();
-    m_queue = std::make_unique<ActionQueue>(m_state->settings(), *m_network);
-    m_helper = std::make_unique<HueHelper>(m_state->settings(), *m_queue);
-    m_actions = std::make_unique<HotkeyActions>(m_state->settings(), *m_helper);
-    m_backend = std::make_unique<FakeHotkeyBackend>();
-    m_hotkeys = std::make_unique<GlobalHotkeys>(m_state->store(), *m_backend);
-    m_state->settings().setHueIP(m_bridge->hostAndPort());
-    m_state->settings().setHueKey(m_bridge->addUser());
+    m_bench = std::make_unique<HotkeyBench>();
+    m_bench->setBridge(m_bridge->hostAndPort(), m_bridge->addUser());
 
     // Every name gets a combination of its own, then the handlers, as at start-up.
     const QList<GlobalHotkeys::Name>& names = HotkeyNames::all();
     for (qsizetype i = 0; i < names.size(); ++i)
-        m_hotkeys->setShortcut(Shortcut{i, Shortcut::control | Shortcut::option}, names.at(i));
-    m_actions->registerHandlers(*m_hotkeys);
-    QCOMPARE(m_backend->registered().size(), names.size());
+        m_bench->hotkeys().setShortcut(Shortcut{i, Shortcut::control | Shortcut::option}, names.at(i));
+    m_bench->actions().registerHandlers(m_bench->hotkeys());
+    QCOMPARE(m_bench->fake().registered().size(), names.size());
 }
 
 void TestHotkeyActions::cleanup()
 {
-    m_hotkeys.reset();
-    m_backend.reset();
-    m_actions.reset();
-    m_helper.reset();
-    m_queue.reset();
-    m_network.reset();
-    m_state.reset();
+    m_bench.reset();
     m_bridge.reset();
-}
-
-void TestHotkeyActions::setRooms(const QStringList& ids)
-{
-    QList<HueGroup> rooms;
-    for (const QString& id : ids)
-        rooms.append({.id = QUuid::createUuid(),
-                      .group_id = id,
-                      .name = QStringLiteral("Room ") + id,
-                      .brightness = 100,
-                      .saturation = 10,
-                      .hue = 500,
-                      .hue_ip = m_state->settings().hueIP(),
-                      .hue_key = m_state->settings().hueKey()});
-    m_state->settings().setGroups(rooms);
 }
 
 void TestHotkeyActions::press(const GlobalHotkeys::Name& name)
 {
-    const QList<HueGroup> before = m_state->settings().groups();
-    QVERIFY(m_backend->press(*m_hotkeys->getShortcut(name)));
+    const QList<HueGroup> before = m_bench->settings().groups();
+    QVERIFY(m_bench->fake().press(*m_bench->hotkeys().getShortcut(name)));
     // The action waits for the event loop: nothing has changed yet.
-    QCOMPARE(m_state->settings().groups(), before);
+    QCOMPARE(m_bench->settings().groups(), before);
     QCoreApplication::processEvents();
 }
 
 QStringList TestHotkeyActions::received() const
 {
     QStringList lines;
-    const QString prefix = QStringLiteral("/api/%1/").arg(m_state->settings().hueKey());
+    const QString prefix = QStringLiteral("/api/%1/").arg(m_bench->settings().hueKey());
     for (const SimulatedRequest& request : m_bridge->requests())
         lines.append(QString::fromLatin1(request.method) + u' ' + QString(request.path).remove(prefix) +
                      u' ' + QString::fromUtf8(request.rawBody));
@@ -157,10 +116,10 @@ void TestHotkeyActions::everyRoomActionChangesTheRecordsAndSendsOneCommandPerRoo
     QFETCH(qint64, saturation);
     QFETCH(qint64, brightness);
 
-    setRooms({QStringLiteral("1"), QStringLiteral("2")});
-    m_state->settings().setKeyIncrement(25);
+    m_bench->setRooms({QStringLiteral("1"), QStringLiteral("2")});
+    m_bench->settings().setKeyIncrement(25);
     press(name);
-    for (const HueGroup& room : m_state->settings().groups()) {
+    for (const HueGroup& room : m_bench->settings().groups()) {
         QCOMPARE(room.is_on, isOn);
         QCOMPARE(room.hue, hue);
         QCOMPARE(room.saturation, saturation);
@@ -173,8 +132,8 @@ void TestHotkeyActions::everyRoomActionChangesTheRecordsAndSendsOneCommandPerRoo
 
 void TestHotkeyActions::aCustomShortcutReadsTheSlotOneBelowItsNumber()
 {
-    setRooms({QStringLiteral("1"), QStringLiteral("2")});
-    SettingsStore& store = m_state->store();
+    m_bench->setRooms({QStringLiteral("1"), QStringLiteral("2")});
+    SettingsStore& store = m_bench->store();
     store.writeString(QStringLiteral("hotkeyCustomGroupAction0"), QStringLiteral("2_on"));
     store.writeString(QStringLiteral("hotkeyCustomGroupAction1"), QStringLiteral("1_off"));
     store.writeString(QStringLiteral("hotkeyCustomGroupAction4"), QStringLiteral("1_brighter"));
@@ -210,10 +169,10 @@ void TestHotkeyActions::aCustomSlotActsOnEveryRoomWithItsId()
     QFETCH(QList<bool>, isOn);
     QFETCH(QString, request);
 
-    setRooms({QStringLiteral("1"), QStringLiteral("3"), QStringLiteral("3")});
-    m_state->store().writeString(QStringLiteral("hotkeyCustomGroupAction2"), stored);
+    m_bench->setRooms({QStringLiteral("1"), QStringLiteral("3"), QStringLiteral("3")});
+    m_bench->store().writeString(QStringLiteral("hotkeyCustomGroupAction2"), stored);
     press(HotkeyNames::customGroup(3));
-    const QList<HueGroup> rooms = m_state->settings().groups();
+    const QList<HueGroup> rooms = m_bench->settings().groups();
     QCOMPARE((QList<bool>{rooms.at(0).is_on, rooms.at(1).is_on, rooms.at(2).is_on}), isOn);
     QTRY_COMPARE(received(), QStringList{request});
 }
@@ -244,13 +203,13 @@ void TestHotkeyActions::whatCannotBeDoneSendsNothing()
     QFETCH(QVariant, stored);
     QFETCH(int, number); // 1: custom shortcut 1; 0 and below: the name at that place, negated
 
-    setRooms(rooms);
+    m_bench->setRooms(rooms);
     if (stored.isValid())
-        m_state->store().setValue(QStringLiteral("hotkeyCustomGroupAction0"), stored);
+        m_bench->store().setValue(QStringLiteral("hotkeyCustomGroupAction0"), stored);
     press(number > 0 ? HotkeyNames::customGroup(number) : HotkeyNames::all().at(-number));
     // Every command starts the queue's timer at once; none runs.
-    QVERIFY(!m_queue->isProcessing());
-    QVERIFY(m_state->settings().actionQueue().isEmpty());
+    QVERIFY(!m_bench->queue().isProcessing());
+    QVERIFY(m_bench->settings().actionQueue().isEmpty());
 }
 
 void TestHotkeyActions::offersFourChoicesPerRoomAfterNoAction()
@@ -273,21 +232,22 @@ void TestHotkeyActions::offersFourChoicesPerRoomAfterNoAction()
 
 void TestHotkeyActions::storesTheStepAndTheChoice()
 {
-    m_actions->storeStep(10);
-    QCOMPARE(m_state->settings().keyIncrement(), 10);
-    QCOMPARE(m_state->store().readInt(SettingsKeys::keyIncrement), 10);
+    m_bench->actions().storeStep(10);
+    QCOMPARE(m_bench->settings().keyIncrement(), 10);
+    QCOMPARE(m_bench->store().readInt(SettingsKeys::keyIncrement), 10);
 
-    QCOMPARE(m_actions->currentChoice(3), QStringLiteral("no_action"));
-    m_actions->storeChoice(3, QStringLiteral("2_darker"));
-    QCOMPARE(m_actions->currentChoice(3), QStringLiteral("2_darker"));
-    QCOMPARE(m_actions->customGroupAction(3), (GroupHotkeyAction{GroupHotkeyAction::Kind::darker, "2"}));
+    QCOMPARE(m_bench->actions().currentChoice(3), QStringLiteral("no_action"));
+    m_bench->actions().storeChoice(3, QStringLiteral("2_darker"));
+    QCOMPARE(m_bench->actions().currentChoice(3), QStringLiteral("2_darker"));
+    QCOMPARE(m_bench->actions().customGroupAction(3),
+             (GroupHotkeyAction{GroupHotkeyAction::Kind::darker, "2"}));
 
     // A step that cannot be negated: darker says so and sends nothing, instead of a wrong step.
-    setRooms({QStringLiteral("1")});
-    m_state->settings().setKeyIncrement(std::numeric_limits<qint64>::min());
+    m_bench->setRooms({QStringLiteral("1")});
+    m_bench->settings().setKeyIncrement(std::numeric_limits<qint64>::min());
     PrintedLines printed;
     press(HotkeyNames::allLightsDarker());
-    QVERIFY(!m_queue->isProcessing());
+    QVERIFY(!m_bench->queue().isProcessing());
     QCOMPARE(printed.lines().size(), 1);
 }
 

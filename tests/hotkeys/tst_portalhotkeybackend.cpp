@@ -1,8 +1,4 @@
-#include "FakeHotkeyBackend.h"
-#include "TestSupport.h"
-#include "bridge/ActionQueue.h"
-#include "bridge/HueHelper.h"
-#include "hotkeys/HotkeyActions.h"
+#include "HotkeyBench.h"
 #include "hotkeys/HotkeyNames.h"
 #include "hotkeys/portal/PortalHotkeyBackend.h"
 #include "simulator/BridgeSimulator.h"
@@ -13,7 +9,6 @@
 #include <QDBusObjectPath>
 #include <QDBusVariant>
 #include <QDBusVirtualObject>
-#include <QNetworkAccessManager>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -133,13 +128,8 @@ private:
     std::unique_ptr<QDBusConnection> m_desktop;
     std::unique_ptr<StandInShortcutsPortal> m_portal;
     std::unique_ptr<BridgeSimulator> m_bridge;
-    std::unique_ptr<TestSettings> m_state;
-    std::unique_ptr<QNetworkAccessManager> m_network;
-    std::unique_ptr<ActionQueue> m_queue;
-    std::unique_ptr<HueHelper> m_helper;
-    std::unique_ptr<HotkeyActions> m_actions;
-    std::unique_ptr<PortalHotkeyBackend> m_backend;
-    std::unique_ptr<GlobalHotkeys> m_hotkeys;
+    std::unique_ptr<HotkeyBench> m_bench;
+    PortalHotkeyBackend* m_backend = nullptr; // the bench's
 };
 
 void TestPortalHotkeyBackend::initTestCase()
@@ -161,28 +151,11 @@ void TestPortalHotkeyBackend::init()
 
     m_bridge = std::make_unique<BridgeSimulator>();
     QVERIFY(m_bridge->listen());
-    m_state = std::make_unique<TestSettings>();
-    AppSettings& settings = m_state->settings();
-    settings.setHueIP(m_bridge->hostAndPort());
-    settings.setHueKey(m_bridge->addUser());
-    settings.setGroups(
-        {{.group_id = QStringLiteral("1"), .hue_ip = settings.hueIP(), .hue_key = settings.hueKey()},
-         {.group_id = QStringLiteral("2"), .hue_ip = settings.hueIP(), .hue_key = settings.hueKey()}});
-    m_network = std::make_unique<QNetworkAccessManager>();
-    m_queue = std::make_unique<ActionQueue>(settings, *m_network);
-    m_helper = std::make_unique<HueHelper>(settings, *m_queue);
-    m_actions = std::make_unique<HotkeyActions>(settings, *m_helper);
 }
 
 void TestPortalHotkeyBackend::cleanup()
 {
-    m_hotkeys.reset();
-    m_backend.reset();
-    m_actions.reset();
-    m_helper.reset();
-    m_queue.reset();
-    m_network.reset();
-    m_state.reset();
+    m_bench.reset();
     m_bridge.reset();
     m_desktop->unregisterService(PortalHotkeyBackend::service);
     m_desktop->unregisterObject(PortalHotkeyBackend::path, QDBusConnection::UnregisterTree);
@@ -194,12 +167,15 @@ void TestPortalHotkeyBackend::cleanup()
 /// Two stored shortcuts, then the handlers of the twelve actions, as at the application's start.
 void TestPortalHotkeyBackend::start()
 {
-    m_backend = std::make_unique<PortalHotkeyBackend>(QDBusConnection::sessionBus(),
-                                                      QStringLiteral("com.brambleworks.Test"));
-    m_hotkeys = std::make_unique<GlobalHotkeys>(m_state->store(), *m_backend);
-    m_hotkeys->setShortcut(controlAltK, HotkeyNames::allLightsOff());
-    m_hotkeys->setShortcut(superShiftF5, HotkeyNames::allLightsBrighter());
-    m_actions->registerHandlers(*m_hotkeys);
+    auto backend = std::make_unique<PortalHotkeyBackend>(QDBusConnection::sessionBus(),
+                                                         QStringLiteral("com.brambleworks.Test"));
+    m_backend = backend.get();
+    m_bench = std::make_unique<HotkeyBench>(std::move(backend));
+    m_bench->setBridge(m_bridge->hostAndPort(), m_bridge->addUser());
+    m_bench->setRooms({QStringLiteral("1"), QStringLiteral("2")});
+    m_bench->hotkeys().setShortcut(controlAltK, HotkeyNames::allLightsOff());
+    m_bench->hotkeys().setShortcut(superShiftF5, HotkeyNames::allLightsBrighter());
+    m_bench->actions().registerHandlers(m_bench->hotkeys());
 }
 
 QStringList TestPortalHotkeyBackend::received() const
@@ -247,7 +223,7 @@ void TestPortalHotkeyBackend::aNewCombinationIsBoundInAFreshSession()
     QTRY_COMPARE(m_portal->bound.size(), 2);
     const QString first = m_portal->session;
 
-    m_hotkeys->setShortcut(controlAltL, HotkeyNames::allLightsOff());
+    m_bench->hotkeys().setShortcut(controlAltL, HotkeyNames::allLightsOff());
     QTRY_COMPARE(m_portal->calls.size(), 6);
     QCOMPARE(m_portal->calls.mid(3),
              (QStringList{QStringLiteral("Close ") + first, QStringLiteral("CreateSession"),

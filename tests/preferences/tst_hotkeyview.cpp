@@ -1,8 +1,4 @@
-#include "FakeHotkeyBackend.h"
-#include "TestSupport.h"
-#include "bridge/ActionQueue.h"
-#include "bridge/HueHelper.h"
-#include "hotkeys/HotkeyActions.h"
+#include "HotkeyBench.h"
 #include "hotkeys/recorder/RecorderField.h"
 #include "preferences/panes/GroupActionPicker.h"
 #include "preferences/panes/HotkeyView.h"
@@ -11,7 +7,6 @@
 
 #include <QAbstractButton>
 #include <QLabel>
-#include <QNetworkAccessManager>
 #include <QStackedWidget>
 #include <QTest>
 
@@ -38,53 +33,26 @@ private:
     {
         return m_view->findChild<GroupActionPicker*>(QStringLiteral("groupActionPicker%1").arg(number));
     }
-    void setRooms(const QList<std::pair<QString, QString>>& idsAndNames);
 
-    std::unique_ptr<TestSettings> m_state;
-    std::unique_ptr<QNetworkAccessManager> m_network;
-    std::unique_ptr<ActionQueue> m_queue;
-    std::unique_ptr<HueHelper> m_helper;
-    std::unique_ptr<HotkeyActions> m_actions;
-    std::unique_ptr<FakeHotkeyBackend> m_backend;
-    std::unique_ptr<GlobalHotkeys> m_hotkeys;
+    std::unique_ptr<HotkeyBench> m_bench;
     std::unique_ptr<HotkeyView> m_view;
 };
 
 void TestHotkeyView::init()
 {
-    m_state = std::make_unique<TestSettings>();
-    m_network = std::make_unique<QNetworkAccessManager>();
-    m_queue = std::make_unique<ActionQueue>(m_state->settings(), *m_network);
-    m_helper = std::make_unique<HueHelper>(m_state->settings(), *m_queue);
-    m_actions = std::make_unique<HotkeyActions>(m_state->settings(), *m_helper);
-    m_backend = std::make_unique<FakeHotkeyBackend>();
-    m_hotkeys = std::make_unique<GlobalHotkeys>(m_state->store(), *m_backend);
+    m_bench = std::make_unique<HotkeyBench>();
 }
 
 void TestHotkeyView::cleanup()
 {
     m_view.reset();
-    m_hotkeys.reset();
-    m_backend.reset();
-    m_actions.reset();
-    m_helper.reset();
-    m_queue.reset();
-    m_network.reset();
-    m_state.reset();
+    m_bench.reset();
 }
 
 void TestHotkeyView::build()
 {
-    m_view = std::make_unique<HotkeyView>(m_state->settings(), *m_hotkeys, *m_actions);
+    m_view = std::make_unique<HotkeyView>(m_bench->settings(), m_bench->hotkeys(), m_bench->actions());
     m_view->show();
-}
-
-void TestHotkeyView::setRooms(const QList<std::pair<QString, QString>>& idsAndNames)
-{
-    QList<HueGroup> rooms;
-    for (const auto& [id, name] : idsAndNames)
-        rooms.append({.id = QUuid::createUuid(), .group_id = id, .name = name});
-    m_state->settings().setGroups(rooms);
 }
 
 void TestHotkeyView::withNoRoomsEachPickerOffersOnlyNoAction()
@@ -101,8 +69,8 @@ void TestHotkeyView::withNoRoomsEachPickerOffersOnlyNoAction()
 
 void TestHotkeyView::aPickerStoresItsChoiceInTheSlotOneBelowItsNumber()
 {
-    setRooms(
-        {{QStringLiteral("1"), QStringLiteral("Kitchen")}, {QStringLiteral("2"), QStringLiteral("Hall")}});
+    m_bench->setRooms({QStringLiteral("1"), QStringLiteral("2")},
+                      {QStringLiteral("Kitchen"), QStringLiteral("Hall")});
     build();
     QCOMPARE(picker(1)->count(), 9);
 
@@ -111,20 +79,20 @@ void TestHotkeyView::aPickerStoresItsChoiceInTheSlotOneBelowItsNumber()
         picker(number)->setCurrentIndex(index);
         Q_EMIT picker(number)->activated(index);
     }
-    SettingsStore& store = m_state->store();
+    SettingsStore& store = m_bench->store();
     QCOMPARE(store.readString(QStringLiteral("hotkeyCustomGroupAction0")),
              std::optional<QString>("2_darker"));
     QCOMPARE(store.readString(QStringLiteral("hotkeyCustomGroupAction4")),
              std::optional<QString>("2_darker"));
     QVERIFY(!store.contains(QStringLiteral("hotkeyCustomGroupAction5")));
     // Nothing is registered again: the choice is read at the next press.
-    QVERIFY(m_backend->registrations.isEmpty());
+    QVERIFY(m_bench->fake().registrations.isEmpty());
 }
 
 void TestHotkeyView::aPickerKeepsAChoiceForARoomTheBridgeDoesNotList()
 {
-    m_state->store().writeString(QStringLiteral("hotkeyCustomGroupAction1"), QStringLiteral("7_on"));
-    setRooms({{QStringLiteral("1"), QStringLiteral("Kitchen")}});
+    m_bench->store().writeString(QStringLiteral("hotkeyCustomGroupAction1"), QStringLiteral("7_on"));
+    m_bench->setRooms({QStringLiteral("1")}, {QStringLiteral("Kitchen")});
     build();
     GroupActionPicker* second = picker(2);
     QCOMPARE(second->count(), 6);
@@ -132,15 +100,15 @@ void TestHotkeyView::aPickerKeepsAChoiceForARoomTheBridgeDoesNotList()
 
     // A refresh brings new records of the same rooms: the list stays as it is.
     QAbstractItemModel* model = second->model();
-    setRooms({{QStringLiteral("1"), QStringLiteral("Kitchen")}});
+    m_bench->setRooms({QStringLiteral("1")}, {QStringLiteral("Kitchen")});
     QCOMPARE(second->model(), model);
     QCOMPARE(second->count(), 6);
     // The room comes back: the stored choice is an ordinary one again, and still chosen.
-    setRooms(
-        {{QStringLiteral("1"), QStringLiteral("Kitchen")}, {QStringLiteral("7"), QStringLiteral("Porch")}});
+    m_bench->setRooms({QStringLiteral("1"), QStringLiteral("7")},
+                      {QStringLiteral("Kitchen"), QStringLiteral("Porch")});
     QCOMPARE(second->count(), 9);
     QCOMPARE(second->currentText(), QStringLiteral("Porch On"));
-    QCOMPARE(m_state->store().readString(QStringLiteral("hotkeyCustomGroupAction1")),
+    QCOMPARE(m_bench->store().readString(QStringLiteral("hotkeyCustomGroupAction1")),
              std::optional<QString>("7_on"));
 }
 
@@ -157,14 +125,14 @@ void TestHotkeyView::stepSizeIsStoredAtOnce()
 {
     QFETCH(int, choice);
     QFETCH(qint64, stored);
-    m_state->settings().setKeyIncrement(33); // set by hand: none of the three is shown chosen
+    m_bench->settings().setKeyIncrement(33); // set by hand: none of the three is shown chosen
     build();
     auto* step = m_view->findChild<SegmentedControl*>(QStringLiteral("stepSize"));
     QCOMPARE(step->selectedIndex(), -1);
 
     QTest::mouseClick(step->button(choice), Qt::LeftButton);
-    QCOMPARE(m_state->store().readInt(SettingsKeys::keyIncrement), stored);
-    QCOMPARE(m_state->settings().keyIncrement(), stored);
+    QCOMPARE(m_bench->store().readInt(SettingsKeys::keyIncrement), stored);
+    QCOMPARE(m_bench->settings().keyIncrement(), stored);
     QCOMPARE(step->selectedIndex(), choice);
 }
 
@@ -201,8 +169,8 @@ void TestHotkeyView::saysSoWhereTheDesktopHasNoGlobalShortcuts()
     auto* notice = m_view->findChild<QLabel*>(QStringLiteral("shortcutsUnavailable"));
     QVERIFY(!notice->isVisible());
 
-    m_backend->available = false;
-    Q_EMIT m_backend->unavailable(QStringLiteral("no portal here"));
+    m_bench->fake().available = false;
+    Q_EMIT m_bench->fake().unavailable(QStringLiteral("no portal here"));
     QVERIFY(notice->isVisible());
     QVERIFY(notice->text().contains(QStringLiteral("not available on this desktop")));
     QVERIFY(notice->text().contains(QStringLiteral("no portal here")));
