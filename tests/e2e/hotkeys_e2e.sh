@@ -69,22 +69,31 @@ stop_glowdeck() {
     kill "$glowdeck_pid"
     wait "$glowdeck_pid" 2>/dev/null
 }
-# Presses $1 with another program's window focused; waits for one "on": $2 room action per room, no more.
+# Holds the keys down for a second, long enough for the keyboard to repeat them.
+hold() {
+    xdotool keydown "$1"
+    sleep 1
+    xdotool keyup "${1##*+}"
+    xdotool keyup "${1%+*}"
+}
+# Runs "$1 $2" (xdotool key, or hold) with another program's window focused; waits for one "on": $3 room
+# action per room, and makes sure that no more follow.
 press_elsewhere() {
     local before ids
     xdotool windowfocus --sync "$logo" 2>/dev/null
     before=$(wc -l <"$e2e_work/bridge.out")
-    xdotool key "$1"
+    $1 "$2"
     for _ in $(seq 60); do
         ids=$(tail -n +"$((before + 1))" "$e2e_work/bridge.out" |
-            grep -o "PUT /api/$key/groups/[0-9]*/action {\"on\":$2}" | sed 's|.*/groups/||; s|/action.*||' | sort | tr '\n' ' ')
+            grep -o "PUT /api/$key/groups/[0-9]*/action {\"on\":$3}" | sed 's|.*/groups/||; s|/action.*||' | sort |
+            tr '\n' ' ')
         [ "${ids% }" = "$rooms" ] && break
         sleep 0.1
     done
     sleep 0.4 # one more tick of the queue: nothing else may follow
-    ids=$(tail -n +"$((before + 1))" "$e2e_work/bridge.out" | grep "PUT /api/$key/groups/" | sed 's|.*/groups/||; s|/action.*||' |
-        sort | tr '\n' ' ')
-    [ "${ids% }" = "$rooms" ] || fail "$1 sent room actions for \"${ids% }\", not one for each of \"$rooms\""
+    ids=$(tail -n +"$((before + 1))" "$e2e_work/bridge.out" | grep "PUT /api/$key/groups/" |
+        sed 's|.*/groups/||; s|/action.*||' | sort | tr '\n' ' ')
+    [ "${ids% }" = "$rooms" ] || fail "$2 sent room actions for \"${ids% }\", not one for each of \"$rooms\""
 }
 open_hotkeys_pane() {
     local panel attempt
@@ -117,11 +126,14 @@ for _ in $(seq 50); do
 done
 [ -n "$logo" ] || fail "xlogo did not show its window"
 sleep 0.3 # the first refresh settles
-press_elsewhere ctrl+alt+k false
+press_elsewhere "xdotool key" ctrl+alt+k false
 say "Ctrl+Alt+K in another window switched every room off, one action per room"
+# Held down, the keyboard repeats the keys: still one action.
+press_elsewhere hold ctrl+alt+k false
+say "held down for a second, it acts once"
 # Grabbed once per lock variant: it works with Num Lock on as well.
 xdotool key Num_Lock
-press_elsewhere ctrl+alt+k false
+press_elsewhere "xdotool key" ctrl+alt+k false
 xdotool key Num_Lock
 say "and with Num Lock on"
 
@@ -174,7 +186,7 @@ sleep 0.3
 screenshot pane-light
 atspi tree >"$e2e_artifacts/${e2e_name}-tree.txt"
 atspi audit Hotkeys || fail "the hotkeys pane has controls without a name"
-press_elsewhere ctrl+alt+o true
+press_elsewhere "xdotool key" ctrl+alt+o true
 say "a shortcut recorded in the pane works at once"
 
 stop_glowdeck
@@ -185,7 +197,7 @@ for _ in $(seq 50); do
     sleep 0.1
 done
 start_glowdeck
-press_elsewhere ctrl+alt+o true
+press_elsewhere "xdotool key" ctrl+alt+o true
 say "and after a restart"
 open_hotkeys_pane
 atspi --timeout 3 wait-text text "All On" '⌃⌥O' >/dev/null || fail "after a restart the recorder does not show ⌃⌥O"

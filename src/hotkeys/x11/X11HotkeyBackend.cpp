@@ -3,6 +3,7 @@
 #include "hotkeys/KeyTranslation.h"
 
 #include <QGuiApplication>
+#include <QTimer>
 
 #include <xcb/xcb_keysyms.h>
 
@@ -190,6 +191,7 @@ void X11HotkeyBackend::onMappingChanged()
             hotKey->grabs.clear();
     }
     m_held.clear();
+    m_pendingRelease.reset();
     xcb_flush(m_connection);
 }
 
@@ -205,7 +207,7 @@ bool X11HotkeyBackend::nativeEventFilter(const QByteArray& eventType, void* mess
         // Only our grabs on a root window; keys typed into our own windows go on to Qt.
         if (!m_roots.contains(key->event))
             return false;
-        onKeyEvent((event->response_type & ~0x80) == XCB_KEY_PRESS, key->detail, key->state);
+        onKeyEvent((event->response_type & ~0x80) == XCB_KEY_PRESS, key->detail, key->state, key->time);
         return true;
     }
     case XCB_MAPPING_NOTIFY: {
@@ -221,18 +223,30 @@ bool X11HotkeyBackend::nativeEventFilter(const QByteArray& eventType, void* mess
     }
 }
 
-void X11HotkeyBackend::onKeyEvent(bool press, xcb_keycode_t keycode, uint16_t state)
+void X11HotkeyBackend::onKeyEvent(bool press, xcb_keycode_t keycode, uint16_t state, xcb_timestamp_t time)
 {
     if (!press) {
         // Matched on the key alone: the modifiers may be let go first (xdotool does), and the release still
         // belongs to the shortcut that was pressed.
-        if (const auto held = m_held.constFind(keycode); held != m_held.cend()) {
-            const quint32 id = held.value();
-            m_held.erase(held);
-            Q_EMIT released(id);
-        }
+        const auto held = m_held.constFind(keycode);
+        if (held == m_held.cend())
+            return;
+        // A key held down repeats as a release and a press with the same time: the release is told once the
+        // events read with it are handled, unless such a press took it back. One press, one action.
+        reportPendingRelease();
+        m_pendingRelease = Release{keycode, held.value(), time};
+        m_held.erase(held);
+        QTimer::singleShot(0, this, &X11HotkeyBackend::reportPendingRelease);
         return;
     }
+    if (m_pendingRelease && m_pendingRelease->keycode == keycode && m_pendingRelease->time == time) {
+        m_held.insert(keycode, m_pendingRelease->id);
+        m_pendingRelease.reset();
+        return;
+    }
+    reportPendingRelease();
+    if (m_held.contains(keycode))
+        return; // repeated without releases (detectable auto-repeat)
     const uint16_t modifiers = state & shortcutModifiers;
     for (auto hotKey = m_hotKeys.cbegin(); hotKey != m_hotKeys.cend(); ++hotKey) {
         const bool matches = std::any_of(hotKey->grabs.cbegin(), hotKey->grabs.cend(), [&](const Grab& g) {
@@ -244,4 +258,13 @@ void X11HotkeyBackend::onKeyEvent(bool press, xcb_keycode_t keycode, uint16_t st
             return;
         }
     }
+}
+
+void X11HotkeyBackend::reportPendingRelease()
+{
+    if (!m_pendingRelease)
+        return;
+    const quint32 id = m_pendingRelease->id;
+    m_pendingRelease.reset();
+    Q_EMIT released(id);
 }

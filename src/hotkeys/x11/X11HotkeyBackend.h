@@ -7,6 +7,7 @@
 #include <QList>
 
 #include <memory>
+#include <optional>
 
 #include <xcb/xcb.h>
 
@@ -57,7 +58,9 @@ private:
     void readNumLockMask();
     /// The keyboard mapping changed: the same shortcuts may now sit on other keys.
     void onMappingChanged();
-    void onKeyEvent(bool press, xcb_keycode_t keycode, uint16_t state);
+    void onKeyEvent(bool press, xcb_keycode_t keycode, uint16_t state, xcb_timestamp_t time);
+    /// Reports the release that no auto-repeated press took back.
+    void reportPendingRelease();
 
     xcb_connection_t* m_connection;
     QList<xcb_window_t> m_roots;
@@ -65,4 +68,11 @@ private:
     uint16_t m_numLockMask;
     QHash<quint32, HotKey> m_hotKeys;
     QHash<xcb_keycode_t, quint32> m_held; // keys pressed as a hot key and not yet released
+    struct Release
+    {
+        xcb_keycode_t keycode;
+        quint32 id;
+        xcb_timestamp_t time;
+    };
+    std::optional<Release> m_pendingRelease; // until the events that came with it are read
 };
