@@ -33,7 +33,8 @@ private Q_SLOTS:
     void recordsACombinationAndShowsIt();
     void refusesAKeyWithoutAModifierAndKeepsRecording_data();
     void refusesAKeyWithoutAModifierAndKeepsRecording();
-    void escapeKeepsThePreviousShortcut();
+    void escapeAndTabKeepThePreviousShortcut_data();
+    void escapeAndTabKeepThePreviousShortcut();
     void deleteBackspaceAndTheClearButtonClear_data();
     void deleteBackspaceAndTheClearButtonClear();
     void globalShortcutsArePausedExactlyWhileRecording();
@@ -161,15 +162,26 @@ void TestRecorderField::refusesAKeyWithoutAModifierAndKeepsRecording()
     QCOMPARE(m_hotkeys->getShortcut(HotkeyNames::allLightsOn()), std::optional(optionK));
 }
 
-void TestRecorderField::escapeKeepsThePreviousShortcut()
+void TestRecorderField::escapeAndTabKeepThePreviousShortcut_data()
 {
+    QTest::addColumn<Qt::Key>("key");
+    QTest::addColumn<bool>("movesOn"); // to the next field, rather than nowhere
+    QTest::newRow("escape") << Qt::Key_Escape << false;
+    QTest::newRow("tab") << Qt::Key_Tab << true;
+}
+
+void TestRecorderField::escapeAndTabKeepThePreviousShortcut()
+{
+    QFETCH(Qt::Key, key);
+    QFETCH(bool, movesOn);
     m_hotkeys->setShortcut(optionK, HotkeyNames::allLightsOn());
     QCOMPARE(m_field->text(), QStringLiteral("⌥K"));
     startRecording();
     QCOMPARE(m_field->text(), QString()); // the placeholder says it records
-    QTest::keyClick(m_field, Qt::Key_Escape);
+    QTest::keyClick(m_field, key);
     QVERIFY(!m_field->isRecording());
     QVERIFY(!m_field->hasFocus());
+    QCOMPARE(m_other->hasFocus(), movesOn);
     QCOMPARE(m_field->text(), QStringLiteral("⌥K"));
     QCOMPARE(m_field->placeholderText(), QStringLiteral("Record Shortcut"));
     QCOMPARE(m_hotkeys->getShortcut(HotkeyNames::allLightsOn()), std::optional(optionK));
