@@ -196,8 +196,8 @@ constexpr CommandForm commandForms[] = {
      "Get a key from the bridge (press its link button) and store it", noOperands, waitOption | bridgeOption},
     {"status", CtlCommand::status, "", "Show the stored bridge and whether it answers", noOperands,
      bridgeAndKey},
-    {"hotkeys", CtlCommand::hotkeys, "", "List the global shortcuts, their keys and what each does",
-     noOperands, jsonOption},
+    {"hotkeys", CtlCommand::hotkeys, "",
+     "List the global shortcuts, their keys and what each does (--json too)", noOperands, jsonOption},
 };
 
 /// "pair", "discover or pair", "lights, rooms or scenes": the commands that take the option `flag`.
@@ -404,7 +404,7 @@ QString CtlArguments::usage()
                                                            "$GLOWDECK_SETTINGS, else"));
     line(QString(), JsonSettingsStore::defaultFileName());
     line(QStringLiteral("--json"),
-         QStringLiteral("lights, rooms, scenes, hotkeys: print the records as one JSON array"));
+         QStringLiteral("lights, rooms, scenes: print the records as one JSON array"));
     line(QStringLiteral("--in MINUTES"),
          QStringLiteral("all-off: have the bridge switch off in %1 minutes").arg(rangeText(minutesRange)));
     line(QStringLiteral("--wait SECONDS"),
