@@ -21,6 +21,16 @@ namespace {
 using Shortcut = GlobalHotkeys::Shortcut;
 using Kind = GroupHotkeyAction::Kind;
 
+/// What there is to read without a settings file: nothing. Nothing is written here either.
+class NoSettings final : public SettingsStore
+{
+public:
+    bool contains(const QString&) const override { return false; }
+    QVariant value(const QString&) const override { return {}; }
+    void setValue(const QString&, const QVariant&) override {}
+    void remove(const QString&) override {}
+};
+
 /// One shortcut as listed.
 struct Entry
 {
@@ -140,7 +150,7 @@ int run(const CtlInvocation& invocation)
     if (QFileInfo(file).isFile())
         store = std::make_unique<JsonSettingsStore>(file);
     else
-        store = std::make_unique<Ctl::MemorySettingsStore>();
+        store = std::make_unique<NoSettings>();
     const QList<Entry> entries = readEntries(*store);
     Ctl::write(stdout, invocation.json ? json(entries) : table(entries));
     return exitDone;
