@@ -1,9 +1,11 @@
 #pragma once
 
 #include "bridge/ActionQueueItem.h"
+#include "bridge/BridgeAnswer.h"
 
 #include <QObject>
 #include <QPointer>
+#include <QSet>
 #include <QTimer>
 
 #include <chrono>
@@ -22,8 +24,10 @@ class ActionQueue final : public QObject
 
 public:
     static constexpr std::chrono::milliseconds tickInterval{300};
-    /// A change the bridge has not taken within this long is dropped; the next refresh shows the truth.
+    /// A change the bridge has not taken within this long without data, or this long in all, is dropped; the
+    /// next refresh shows the truth.
     static constexpr std::chrono::milliseconds sendTimeout{3000};
+    static constexpr std::chrono::milliseconds sendDeadline{5000};
 
     explicit ActionQueue(AppSettings& settings, QNetworkAccessManager& network, QObject* parent = nullptr);
 
@@ -44,6 +48,9 @@ public:
 Q_SIGNALS:
     /// A request for `item` has just been handed to the network.
     void sent(const ActionQueueItem& item);
+    /// The request for `item` ended so. The queue itself acts on no answer (the refresh corrects the state);
+    /// it only logs the first refusal of each kind.
+    void answered(const ActionQueueItem& item, const WriteOutcome& outcome);
     /// Nothing is queued, no timer runs and every request sent has finished.
     void drained();
 
@@ -51,6 +58,7 @@ private:
     void insert(const ActionQueueItem& item);
     void onTick();
     void send(const ActionQueueItem& item);
+    void onAnswer(const ActionQueueItem& item, const WriteOutcome& outcome);
     void reportIfDrained();
 
     AppSettings& m_settings;
@@ -58,4 +66,5 @@ private:
     QPointer<QTimer> m_processor; // null while idle
     std::function<QDateTime()> m_now = [] { return QDateTime::currentDateTimeUtc(); };
     int m_inFlight = 0;
+    QSet<QString> m_loggedRefusals; // a dragged slider on a lamp that is off would repeat one a hundred times
 };

@@ -269,13 +269,21 @@ void readScene(const element& value, std::optional<BridgeDataType_Scene>& field)
 /// Decodes the top-level object member by member. A member that is null, or not an object, fails the answer:
 /// every element must decode as a resource.
 template <typename Element, typename ReadElement>
-std::optional<std::vector<Element>> decodeList(QByteArrayView json, ReadElement readElement)
+std::optional<std::vector<Element>> decodeList(QByteArrayView json, std::size_t* memberCount,
+                                               ReadElement readElement)
 {
+    if (memberCount)
+        *memberCount = 0;
     const std::optional<element> root = parseDocument(json);
     if (!root)
         return std::nullopt;
     simdjson::dom::object object;
     if (root->get_object().get(object) != simdjson::SUCCESS)
+        return std::nullopt;
+    // The parser counts members as it goes (saturating far above the cap), so this costs nothing.
+    if (memberCount)
+        *memberCount = object.size();
+    if (object.size() > WireDecoder::maxListMembers)
         return std::nullopt;
     try {
         std::vector<Element> list;
@@ -298,25 +306,25 @@ std::optional<std::vector<Element>> decodeList(QByteArrayView json, ReadElement 
 
 namespace WireDecoder {
 
-std::optional<HueBridgeGroupsResponse> decodeGroups(QByteArrayView json)
+std::optional<HueBridgeGroupsResponse> decodeGroups(QByteArrayView json, std::size_t* memberCount)
 {
-    auto groups = decodeList<BridgeDataType_Group>(json, readGroup);
+    auto groups = decodeList<BridgeDataType_Group>(json, memberCount, readGroup);
     if (!groups)
         return std::nullopt;
     return HueBridgeGroupsResponse{std::move(groups)};
 }
 
-std::optional<HueBridgeLightsResponse> decodeLights(QByteArrayView json)
+std::optional<HueBridgeLightsResponse> decodeLights(QByteArrayView json, std::size_t* memberCount)
 {
-    auto devices = decodeList<HueDevice>(json, readDevice);
+    auto devices = decodeList<HueDevice>(json, memberCount, readDevice);
     if (!devices)
         return std::nullopt;
     return HueBridgeLightsResponse{std::move(devices)};
 }
 
-std::optional<HueBridgeScenesResponse> decodeScenes(QByteArrayView json)
+std::optional<HueBridgeScenesResponse> decodeScenes(QByteArrayView json, std::size_t* memberCount)
 {
-    auto scenes = decodeList<BridgeDataType_Scene>(json, readScene);
+    auto scenes = decodeList<BridgeDataType_Scene>(json, memberCount, readScene);
     if (!scenes)
         return std::nullopt;
     return HueBridgeScenesResponse{std::move(scenes)};

@@ -8,6 +8,7 @@
 
 #include <QCoreApplication>
 #include <QNetworkAccessManager>
+#include <QNetworkReply>
 
 BridgeConnection::BridgeConnection(AppSettings& settings, QNetworkAccessManager& network,
                                    BridgePairing& pairing, QObject* parent)
@@ -24,7 +25,9 @@ void BridgeConnection::connectToBridge()
         m_pairing.pairWithBridge();
         return;
     }
-    m_settings.addLogLine(QStringLiteral("Connecting to Bridge... [") + m_settings.hueKey() + u']');
+    // Enough of the key to tell two apart, not enough to use it.
+    m_settings.addLogLine(QStringLiteral("Connecting to Bridge... [\u2026") + m_settings.hueKey().right(4) +
+                          u']');
     refreshLights();
     refreshGroups();
     refreshScenes();
@@ -40,21 +43,41 @@ void BridgeConnection::disconnectFromBridge()
     m_settings.setBridgeConnected(false);
 }
 
+quint64 BridgeConnection::ListRead::next()
+{
+    // A trickling answer would otherwise hold its connection until its deadline, and a healed bridge would
+    // wait for it. The abort answers at once, as a failed connection.
+    if (reply && reply->isRunning())
+        reply->abort();
+    return ++started;
+}
+
+bool BridgeConnection::ListRead::take(quint64 serial)
+{
+    // Answers are decoded on worker threads: an older one may come in after a newer one.
+    if (serial < answered)
+        return false;
+    answered = serial;
+    return true;
+}
+
 void BridgeConnection::refreshLights()
 {
+    const quint64 serial = m_lightsRead.next();
     // A reply can arrive after this object is gone (the application quits mid-read): guard on it.
-    HueCommunicationLights{m_settings.hueIP(), m_settings.hueKey()}.fetch(
-        m_network, [self = QPointer(this)](const LightsResult& result) {
-            if (self)
+    m_lightsRead.reply = HueCommunicationLights{m_settings.hueIP(), m_settings.hueKey()}.fetch(
+        m_network, [self = QPointer(this), serial](const LightsResult& result) {
+            if (self && self->m_lightsRead.take(serial))
                 self->onLights(result);
         });
 }
 
 void BridgeConnection::refreshGroups()
 {
-    HueCommunicationGroups{m_settings.hueIP(), m_settings.hueKey()}.fetch(
-        m_network, [self = QPointer(this)](const GroupsResult& result) {
-            if (!self)
+    const quint64 serial = m_groupsRead.next();
+    m_groupsRead.reply = HueCommunicationGroups{m_settings.hueIP(), m_settings.hueKey()}.fetch(
+        m_network, [self = QPointer(this), serial](const GroupsResult& result) {
+            if (!self || !self->m_groupsRead.take(serial))
                 return;
             // A failed room read is silent: the rooms shown stay until a read succeeds.
             if (result.ok())
@@ -65,13 +88,11 @@ void BridgeConnection::refreshGroups()
 
 void BridgeConnection::refreshScenes()
 {
-    HueCommunicationScenes{m_settings.hueIP(), m_settings.hueKey()}.fetch(
-        m_network, [self = QPointer(this)](const ScenesResult& result) {
-            if (!self)
-                return;
-            if (result.ok())
-                self->m_settings.setScenes(result.records);
-            Q_EMIT self->scenesRefreshed(result);
+    const quint64 serial = m_scenesRead.next();
+    m_scenesRead.reply = HueCommunicationScenes{m_settings.hueIP(), m_settings.hueKey()}.fetch(
+        m_network, [self = QPointer(this), serial](const ScenesResult& result) {
+            if (self && self->m_scenesRead.take(serial))
+                self->onScenes(result);
         });
 }
 
@@ -82,6 +103,7 @@ void BridgeConnection::onLights(const LightsResult& result)
             QCoreApplication::translate("BridgeConnection", "We were unable to find any devices"));
     } else if (!result.ok()) {
         m_settings.setBridgeConnected(false);
+        m_scenesStale = true;
     } else {
         m_settings.setLights(LightOrder::apply(result.records, m_settings.store()));
         m_settings.setBridgeConnected(true);
@@ -91,8 +113,19 @@ void BridgeConnection::onLights(const LightsResult& result)
             m_settings.store().writeString(SettingsKeys::bridgeIP, m_settings.hueIP());
             m_settings.store().writeString(SettingsKeys::bridgeUser, m_settings.hueKey());
         }
+        // Scenes are read four minutes an hour; after a start without the bridge, or an outage, the panel
+        // would stay empty or stale until then.
+        if (std::exchange(m_scenesStale, false) && !m_scenesRead.pending())
+            refreshScenes();
     }
     Q_EMIT lightsRefreshed(result);
+}
+
+void BridgeConnection::onScenes(const ScenesResult& result)
+{
+    if (result.ok())
+        m_settings.setScenes(result.records);
+    Q_EMIT scenesRefreshed(result);
 }
 
 void BridgeConnection::startBridgeStateRefresher()

@@ -13,8 +13,9 @@
 
 namespace {
 
-// The bridge waits for the link button itself; a slow answer is still an answer.
-constexpr std::chrono::milliseconds pairingTimeout{60000};
+// A bridge answers a link request at once, pressed button or not: a longer wait only ever helps a bridge that
+// trickles its answer. The user asks again (or `pair --wait` does).
+constexpr HttpTimeouts pairingTimeouts{longestExchange, longestExchange};
 
 /// The outcome of one link answer: only its first element counts.
 QString outcomeOf(const QString& reply)
@@ -66,7 +67,7 @@ void BridgePairing::postString(const QString& url, std::function<void(std::optio
     }
     QNetworkRequest request(address);
     request.setHeader(QNetworkRequest::ContentTypeHeader, QByteArrayLiteral("application/json"));
-    sendHttpRequest(m_network, request, QByteArrayLiteral("POST"), linkBody, pairingTimeout,
+    sendHttpRequest(m_network, request, QByteArrayLiteral("POST"), linkBody, pairingTimeouts,
                     [done = std::move(done)](const HttpResult& answer) {
                         if (answer.transportFailed || answer.tooLarge)
                             return done(std::nullopt);

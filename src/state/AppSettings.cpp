@@ -1,6 +1,7 @@
 #include "state/AppSettings.h"
 
 #include "state/Console.h"
+#include "state/Redaction.h"
 #include "state/SettingsKeys.h"
 #include "state/SettingsStore.h"
 
@@ -48,11 +49,13 @@ qint64 AppSettings::preferredHeightOfActivePanel() const
 
 void AppSettings::addLogLine(const QString& message)
 {
-    printLine(message);
+    // The log is kept, shown and sent with reports: the key never gets into it.
+    const QString line = redacted(message, m_hueKey);
+    printLine(line);
     // Dropping the whole log at the cap is cheaper than trimming it and loses nothing anyone reads.
     if (m_log.size() >= logCapacity)
         m_log.clear();
-    m_log.append(message);
+    m_log.append(line);
     Q_EMIT logChanged();
 }
 

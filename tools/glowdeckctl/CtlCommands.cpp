@@ -179,16 +179,19 @@ void CtlCommands::fetchRecords()
     case CtlCommand::light:
     case CtlCommand::allOff:
         // all-off --in needs no list, only a bridge that answers; reading the lamps makes sure of that.
-        return HueCommunicationLights{.bridgeIP = address, .apiKey = key}.fetch(
+        HueCommunicationLights{.bridgeIP = address, .apiKey = key}.fetch(
             *m_network, [this](const LightsResult& result) { onLights(result); });
+        return;
     case CtlCommand::rooms:
     case CtlCommand::room:
-        return HueCommunicationGroups{.bridgeIP = address, .apiKey = key}.fetch(
+        HueCommunicationGroups{.bridgeIP = address, .apiKey = key}.fetch(
             *m_network, [this](const GroupsResult& result) { onGroups(result); });
+        return;
     case CtlCommand::scenes:
     case CtlCommand::scene:
-        return HueCommunicationScenes{.bridgeIP = address, .apiKey = key}.fetch(
+        HueCommunicationScenes{.bridgeIP = address, .apiKey = key}.fetch(
             *m_network, [this](const ScenesResult& result) { onScenes(result); });
+        return;
     case CtlCommand::discover:
     case CtlCommand::pair:
     case CtlCommand::status:

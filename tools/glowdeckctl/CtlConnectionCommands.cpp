@@ -23,7 +23,7 @@ using Ctl::write;
 namespace {
 
 /// A bridge answers its public config without a key; a list read takes as long.
-constexpr std::chrono::milliseconds configTimeout{4000};
+constexpr HttpTimeouts configTimeouts{fetchTimeout, fetchDeadline};
 /// The pause between two key requests while `pair --wait` waits for the link button.
 constexpr std::chrono::milliseconds pairingRetry{1000};
 
@@ -248,11 +248,12 @@ void CtlConnectionCommands::status()
         return finish(exitFailed);
     }
     if (!key.isEmpty()) {
-        return HueCommunicationLights{.bridgeIP = m_address, .apiKey = key}.fetch(
+        HueCommunicationLights{.bridgeIP = m_address, .apiKey = key}.fetch(
             *m_network, [this](const LightsResult& result) { onStatusLights(result); });
+        return;
     }
     sendHttpRequest(*m_network, QNetworkRequest(QUrl(QStringLiteral("http://%1/api/config").arg(m_address))),
-                    QByteArrayLiteral("GET"), {}, configTimeout,
+                    QByteArrayLiteral("GET"), {}, configTimeouts,
                     [this](const HttpResult& answer) { onStatusConfig(answer); });
 }
 
