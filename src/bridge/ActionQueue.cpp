@@ -88,7 +88,8 @@ void ActionQueue::send(const ActionQueueItem& item)
 void ActionQueue::onAnswer(const ActionQueueItem& item, const WriteOutcome& outcome)
 {
     --m_inFlight;
-    if (outcome.kind == WriteOutcome::Kind::refused && !m_loggedRefusals.contains(outcome.detail)) {
+    if (m_logRefusals && outcome.kind == WriteOutcome::Kind::refused &&
+        !m_loggedRefusals.contains(outcome.detail)) {
         // A bridge that words every refusal differently gets no more than a screenful at a time.
         if (m_loggedRefusals.size() >= 100)
             m_loggedRefusals.clear();

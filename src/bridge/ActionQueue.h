@@ -42,6 +42,10 @@ public:
     /// Requests sent and not yet answered, failed or timed out.
     int requestsInFlight() const { return m_inFlight; }
 
+    /// Whether the first refusal of each kind goes to the log (on by default; a caller that reports every
+    /// answer itself turns it off).
+    void setLogRefusals(bool log) { m_logRefusals = log; }
+
     /// The clock behind `lastUserActionAt`; tests replace it.
     void setClock(std::function<QDateTime()> now) { m_now = std::move(now); }
 
@@ -66,5 +70,6 @@ private:
     QPointer<QTimer> m_processor; // null while idle
     std::function<QDateTime()> m_now = [] { return QDateTime::currentDateTimeUtc(); };
     int m_inFlight = 0;
+    bool m_logRefusals = true;
     QSet<QString> m_loggedRefusals; // a dragged slider on a lamp that is off would repeat one a hundred times
 };

@@ -123,8 +123,10 @@ void BridgeConnection::onLights(const LightsResult& result)
 
 void BridgeConnection::onScenes(const ScenesResult& result)
 {
-    if (result.ok())
+    if (result.ok()) {
         m_settings.setScenes(result.records);
+        m_scenesStale = false;
+    }
     Q_EMIT scenesRefreshed(result);
 }
 

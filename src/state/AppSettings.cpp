@@ -20,11 +20,22 @@ void AppSettings::load()
     const qint64 increment = m_store.readInt(Keys::keyIncrement);
     setKeyIncrement(increment == 0 ? 50 : increment);
 
+    // Both flags are stored again as read. A value that cannot be read is the user's own: it stays in the
+    // file (the store has said so) and the field takes its default until the user changes the setting.
     if (!m_store.contains(Keys::showColorBarsForRooms))
         m_store.writeBool(Keys::showColorBarsForRooms, true);
-    setShowColorBarsForRooms(m_store.readBool(Keys::showColorBarsForRooms));
+    if (const std::optional<bool> colorBars = m_store.storedBool(Keys::showColorBarsForRooms))
+        setShowColorBarsForRooms(*colorBars);
+    else
+        assign(m_showColorBarsForRooms, true, &AppSettings::showColorBarsForRoomsChanged);
 
-    setShowScenes(m_store.readBool(Keys::showScenes));
+    const std::optional<bool> showScenes = m_store.storedBool(Keys::showScenes);
+    if (showScenes || !m_store.contains(Keys::showScenes)) {
+        setShowScenes(showScenes.value_or(false));
+    } else {
+        m_store.writeInt(Keys::activePanel, int(MainPanels::lights));
+        assign(m_showScenes, false, &AppSettings::showScenesChanged);
+    }
 }
 
 void AppSettings::reloadPresetHeights()

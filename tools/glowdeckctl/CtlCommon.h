@@ -15,8 +15,8 @@ namespace Ctl {
 void write(std::FILE* stream, const QString& text);
 /// One line on standard error, after "glowdeckctl: ".
 void printError(const QString& line);
-/// `text` with control characters replaced: names and addresses from the network must not reach the
-/// terminal as they are.
+/// `text` with control characters and bidirectional overrides replaced by '?': names and addresses from the
+/// network must not reach the terminal as they are. Other characters, joiners of emoji included, stay.
 QString printable(QString text);
 /// --settings, else $GLOWDECK_SETTINGS, else the default file.
 QString settingsFileName(const CtlInvocation& invocation);

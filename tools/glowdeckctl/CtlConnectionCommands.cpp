@@ -112,6 +112,10 @@ void CtlConnectionCommands::onDiscovered(const std::optional<QString>& address)
     m_store = std::make_unique<JsonSettingsStore>(m_fileName);
     m_store->writeString(SettingsKeys::bridgeIP, *address);
     printOut(QStringLiteral("Found a Hue bridge at %1.").arg(*address));
+    if (!m_store->saveError().isEmpty()) {
+        printError(QStringLiteral("Its address was not stored: %1.").arg(m_store->saveError()));
+        return finish(exitFailed);
+    }
     printOut(QStringLiteral("Stored it as the bridge address in %1; next: glowdeckctl pair").arg(m_fileName));
     finish(exitDone);
 }
@@ -214,6 +218,13 @@ void CtlConnectionCommands::onListRefreshed()
                  .arg(m_address, Ctl::counted(m_settings->lights().size(), QStringLiteral("light")),
                       Ctl::counted(m_settings->groups().size(), QStringLiteral("room")),
                       Ctl::counted(m_settings->scenes().size(), QStringLiteral("scene"))));
+    // The key is not printed instead: it lets whoever reads it control the lights. Pairing again is cheap.
+    if (!m_store->saveError().isEmpty()) {
+        printError(QStringLiteral("The key was not stored, so it is lost: %1.\nMake the settings file "
+                                  "writable (or pass --settings FILE) and pair again.")
+                       .arg(m_store->saveError()));
+        return finish(exitFailed);
+    }
     printOut(QStringLiteral("Stored its address and key in %1.").arg(m_fileName));
     finish(exitDone);
 }
@@ -265,17 +276,26 @@ void CtlConnectionCommands::onStatusLights(const LightsResult& result)
             QStringLiteral("answers (%1)").arg(Ctl::counted(result.records.size(), QStringLiteral("light"))));
         return finish(exitDone);
     }
-    printField(QStringLiteral("Bridge"), result.error == BridgeError::connectionFailed
-                                             ? QStringLiteral("does not answer")
-                                             : QStringLiteral("answers, but sent no lamps for this key; run "
-                                                              "glowdeckctl pair"));
+    QString state = QStringLiteral("answers, but sent no lamps for this key; run glowdeckctl pair");
+    if (result.timedOut)
+        state = QStringLiteral("answers too slowly: gave up on its lamps after %1 s")
+                    .arg(fetchDeadline.count() / 1000);
+    else if (result.error == BridgeError::connectionFailed)
+        state = QStringLiteral("does not answer");
+    else if (result.bridgeErrors.isEmpty() && !result.message.isEmpty())
+        state = QStringLiteral("answers, but its lamps cannot be read");
+    printField(QStringLiteral("Bridge"), state);
     finish(exitFailed);
 }
 
 void CtlConnectionCommands::onStatusConfig(const HttpResult& answer)
 {
     if (answer.transportFailed) {
-        printField(QStringLiteral("Bridge"), QStringLiteral("does not answer"));
+        printField(
+            QStringLiteral("Bridge"),
+            answer.timedOut
+                ? QStringLiteral("answers too slowly: gave up after %1 s").arg(fetchDeadline.count() / 1000)
+                : QStringLiteral("does not answer"));
         return finish(exitFailed);
     }
     // A bridge's config is one JSON object; anything else is some other server at that address.
