@@ -43,8 +43,9 @@ void BridgeConnection::disconnectFromBridge()
     m_settings.setBridgeConnected(false);
 }
 
-quint64 BridgeConnection::ListRead::next()
+quint64 BridgeConnection::ListRead::next(quint64 order)
 {
+    startedAt = order;
     // A trickling answer would otherwise hold its connection until its deadline, and a healed bridge would
     // wait for it. The abort answers at once, as a failed connection.
     if (reply && reply->isRunning())
@@ -63,18 +64,19 @@ bool BridgeConnection::ListRead::take(quint64 serial)
 
 void BridgeConnection::refreshLights()
 {
-    const quint64 serial = m_lightsRead.next();
+    const quint64 order = ++m_readsStarted;
+    const quint64 serial = m_lightsRead.next(order);
     // A reply can arrive after this object is gone (the application quits mid-read): guard on it.
     m_lightsRead.reply = HueCommunicationLights{m_settings.hueIP(), m_settings.hueKey()}.fetch(
-        m_network, [self = QPointer(this), serial](const LightsResult& result) {
+        m_network, [self = QPointer(this), serial, order](const LightsResult& result) {
             if (self && self->m_lightsRead.take(serial))
-                self->onLights(result);
+                self->onLights(result, order);
         });
 }
 
 void BridgeConnection::refreshGroups()
 {
-    const quint64 serial = m_groupsRead.next();
+    const quint64 serial = m_groupsRead.next(++m_readsStarted);
     m_groupsRead.reply = HueCommunicationGroups{m_settings.hueIP(), m_settings.hueKey()}.fetch(
         m_network, [self = QPointer(this), serial](const GroupsResult& result) {
             if (!self || !self->m_groupsRead.take(serial))
@@ -88,7 +90,7 @@ void BridgeConnection::refreshGroups()
 
 void BridgeConnection::refreshScenes()
 {
-    const quint64 serial = m_scenesRead.next();
+    const quint64 serial = m_scenesRead.next(++m_readsStarted);
     m_scenesRead.reply = HueCommunicationScenes{m_settings.hueIP(), m_settings.hueKey()}.fetch(
         m_network, [self = QPointer(this), serial](const ScenesResult& result) {
             if (self && self->m_scenesRead.take(serial))
@@ -96,7 +98,7 @@ void BridgeConnection::refreshScenes()
         });
 }
 
-void BridgeConnection::onLights(const LightsResult& result)
+void BridgeConnection::onLights(const LightsResult& result, quint64 order)
 {
     if (result.error == BridgeError::noDevices) {
         m_settings.setConnectionErrorMessage(
@@ -114,8 +116,10 @@ void BridgeConnection::onLights(const LightsResult& result)
             m_settings.store().writeString(SettingsKeys::bridgeUser, m_settings.hueKey());
         }
         // Scenes are read four minutes an hour; after a start without the bridge, or an outage, the panel
-        // would stay empty or stale until then.
-        if (std::exchange(m_scenesStale, false) && !m_scenesRead.pending())
+        // would stay empty or stale until then. A scene read started along with this light read is left to
+        // finish; one from before (still trickling from the outage) is replaced.
+        const bool scenesUnderWay = m_scenesRead.pending() && m_scenesRead.startedAt > order;
+        if (std::exchange(m_scenesStale, false) && !scenesUnderWay)
             refreshScenes();
     }
     Q_EMIT lightsRefreshed(result);

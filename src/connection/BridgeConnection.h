@@ -71,18 +71,20 @@ private:
     struct ListRead
     {
         PendingRead reply;
-        quint64 started = 0;  ///< reads started so far
-        quint64 answered = 0; ///< the newest read whose answer was taken
+        quint64 started = 0;   ///< reads started so far
+        quint64 answered = 0;  ///< the newest read whose answer was taken
+        quint64 startedAt = 0; ///< when the newest read started, counted in reads of all lists
 
-        /// Aborts the read under way (it answers as a failed connection) and numbers the next one.
-        quint64 next();
+        /// Aborts the read under way (it answers as a failed connection) and numbers the next one, which is
+        /// read number `order` of all lists.
+        quint64 next(quint64 order);
         /// Whether the answer of read `serial` is still news: a newer read may have answered first.
         bool take(quint64 serial);
         /// A read was started and has not answered yet (it may be downloading or being decoded).
         bool pending() const { return started > answered; }
     };
 
-    void onLights(const LightsResult& result);
+    void onLights(const LightsResult& result, quint64 order);
     void onScenes(const ScenesResult& result);
 
     AppSettings& m_settings;
@@ -93,6 +95,7 @@ private:
     ListRead m_lightsRead;
     ListRead m_groupsRead;
     ListRead m_scenesRead;
+    quint64 m_readsStarted = 0;
     /// No light read has succeeded since the start or since the last failed one: the scenes may be stale.
     bool m_scenesStale = true;
 };

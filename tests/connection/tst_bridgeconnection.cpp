@@ -50,6 +50,8 @@ private Q_SLOTS:
     void refreshTickSkipsAfterUserActionsAndReadsScenesQuarterHourly();
     void disconnectForgetsTheKeyButKeepsAddressScenesAndTimer();
     void keepsOneRefresherAndStopsIt();
+    void recoversWithinTwoTicksOfTheBridgeHealing_data();
+    void recoversWithinTwoTicksOfTheBridgeHealing();
 
 private:
     AppSettings& settings() { return m_state->settings(); }
@@ -287,6 +289,54 @@ void TestBridgeConnection::keepsOneRefresherAndStopsIt()
     QCOMPARE(activeTimers(), 1);
     m_connection->stopBridgeStateRefresher();
     QVERIFY(!m_connection->isRefreshing() && activeTimers() == 0);
+}
+
+void TestBridgeConnection::recoversWithinTwoTicksOfTheBridgeHealing_data()
+{
+    QTest::addColumn<BridgeSimulator::Fault>("fault");
+    using Fault = BridgeSimulator::Fault;
+    QTest::newRow("error array") << Fault::ErrorArray;
+    QTest::newRow("garbage") << Fault::GarbageBody;
+    QTest::newRow("HTTP error") << Fault::HttpError;
+    QTest::newRow("dropped connection") << Fault::DropConnection;
+    QTest::newRow("drip-feed") << Fault::DripFeed;
+}
+
+void TestBridgeConnection::recoversWithinTwoTicksOfTheBridgeHealing()
+{
+    QFETCH(BridgeSimulator::Fault, fault);
+    // Minute 16: no tick reads the scenes by the clock, only the recovery does.
+    const QDateTime clock(QDate(2024, 5, 6), QTime(12, 16, 10));
+    m_connection->setClock([clock] { return clock; });
+    settings().setLastUserActionAt(clock.addSecs(-60));
+    m_bridge->setDripFeed(1, 500); // slow enough to be useless, fast enough never to look silent
+    m_bridge->setFault(fault);
+
+    // The application starts while the bridge misbehaves; the test runs the ticks itself.
+    m_connection->connectToBridge();
+    m_connection->stopBridgeStateRefresher();
+    QTest::qWait(1000);
+    for (int tick = 0; tick < 2; ++tick) {
+        m_connection->refreshTick();
+        QCOMPARE(repliesInFlight(), fault == BridgeSimulator::Fault::DripFeed ? 3 : 2); // one read per list
+        QTest::qWait(500);
+    }
+    QVERIFY(!settings().bridgeConnected());
+    QVERIFY(settings().lights().isEmpty() && settings().scenes().isEmpty());
+
+    m_bridge->setFault(BridgeSimulator::Fault::None);
+    const auto recovered = [this] {
+        return settings().bridgeConnected() && !settings().lights().isEmpty() &&
+               !settings().groups().isEmpty() && !settings().scenes().isEmpty();
+    };
+    int ticks = 0;
+    while (ticks < 2 && !recovered()) {
+        m_connection->refreshTick();
+        ++ticks;
+        (void)QTest::qWaitFor(recovered, int(BridgeConnection::refreshInterval.count()));
+    }
+    QVERIFY2(recovered(), "not recovered within two ticks");
+    QCOMPARE(ticks, 1);
 }
 
 QTEST_GUILESS_MAIN(TestBridgeConnection)

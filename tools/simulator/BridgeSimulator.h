@@ -122,7 +122,7 @@ public:
         GarbageBody,    ///< status 200 with a body that is not JSON
         ErrorArray,     ///< [{"error":{"type":901,...}}] instead of the real answer
         HttpError,      ///< status 500 with a short text body, as a failing web server answers
-        DripFeed,       ///< the real answer, trickled out a few bytes at a time (setDripFeed())
+        DripFeed,       ///< the real answer, its body trickled out a few bytes at a time (setDripFeed())
     };
     Q_ENUM(Fault)
     /// @p times -1: until setFault(Fault::None); N: the next N requests only. @p method, when given ("PUT"),

@@ -201,7 +201,12 @@ void SimulatorHttpConnection::respondDripping(int status, const QByteArray& cont
 {
     if (!m_busy || m_gone)
         return;
-    m_dripping = responseBytes(status, contentType, body, m_closeAfterAnswer);
+    // The head leaves at once, as from a bridge whose link fails mid-answer: the client sees progress, and
+    // only a limit on the whole exchange ends the wait.
+    const QByteArray answer = responseBytes(status, contentType, body, m_closeAfterAnswer);
+    const qsizetype bodyStart = answer.size() - (m_headRequest ? 0 : body.size());
+    m_socket->write(answer.left(bodyStart));
+    m_dripping = answer.mid(bodyStart);
     m_dripChunk = std::max(1, chunkBytes);
     m_closeAfterDrip = m_closeAfterAnswer;
     if (!m_dripTimer) {

@@ -33,8 +33,8 @@ public:
 
     /// Answers the request handed out last; the next one is read afterwards.
     void respond(int status, const QByteArray& contentType, const QByteArray& body);
-    /// The same answer, trickled out: @p chunkBytes at once, then a pause of @p intervalMs, and so on, like a
-    /// bridge on a failing link. The connection hangs up when the client does.
+    /// The same answer, its body trickled out: the head at once, then @p chunkBytes of the body, a pause of
+    /// @p intervalMs, and so on, like a bridge on a failing link. Stops when the client hangs up.
     void respondDripping(int status, const QByteArray& contentType, const QByteArray& body, int chunkBytes,
                          int intervalMs);
     /// Closes the TCP connection at once, without an answer.
