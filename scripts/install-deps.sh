@@ -17,6 +17,8 @@ packages=(
     ruby
     # the panel tabs are emoji
     fonts-noto-color-emoji
+    # the fuzz targets: clang with libFuzzer and the sanitizers' run-time
+    clang libclang-rt-14-dev
 )
 
 missing=()

@@ -110,6 +110,9 @@ void read(const element& value, std::optional<QVarLengthArray<float, 3>>& field)
         double number = 0;
         if (item.get_double().get(number) != simdjson::SUCCESS) // also accepts integers, as in [0, 0]
             throw WrongShape{};
+        // A coordinate is between 0 and 1; one that does not even fit a float is not a coordinate.
+        if (!(std::abs(number) <= double(std::numeric_limits<float>::max())))
+            throw WrongShape{};
         numbers.append(float(number));
     }
     field = std::move(numbers);

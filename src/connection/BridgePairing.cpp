@@ -9,7 +9,7 @@
 #include <QJsonObject>
 #include <QNetworkAccessManager>
 
-#include <cmath>
+#include <algorithm>
 
 namespace {
 
@@ -17,8 +17,19 @@ namespace {
 // trickles its answer. The user asks again (or `pair --wait` does).
 constexpr HttpTimeouts pairingTimeouts{longestExchange, longestExchange};
 
-/// The outcome of one link answer: only its first element counts.
-QString outcomeOf(const QString& reply)
+/// Bridges hand out 40 letters, digits and dashes. The key goes into every request path and the settings
+/// file, so anything much longer, or outside the characters a path takes as they are, is not taken.
+bool isUsableKey(const QString& key)
+{
+    return !key.isEmpty() && key.size() <= 256 && std::all_of(key.begin(), key.end(), [](QChar c) {
+        return (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z') || (c >= u'0' && c <= u'9') ||
+               c == u'-' || c == u'_' || c == u'.' || c == u'~';
+    });
+}
+
+} // namespace
+
+QString BridgePairing::outcomeOf(const QString& reply)
 {
     if (reply.isEmpty())
         return BridgePairing::noConnection;
@@ -28,19 +39,15 @@ QString outcomeOf(const QString& reply)
     const QJsonObject first = document.array().first().toObject();
 
     // 101 is "link button not pressed"; 1, "unauthorized user", is treated the same on purpose.
-    const QJsonValue type = first.value(u"error").toObject().value(u"type");
-    if (type.isDouble() && std::trunc(type.toDouble()) == type.toDouble()) {
-        const qint64 code = qint64(type.toDouble());
-        if (code == 1 || code == 101)
-            return BridgePairing::pressButton;
-    }
+    // Compared as numbers: any other value, however large, is simply another error.
+    const double type = first.value(u"error").toObject().value(u"type").toDouble(-1);
+    if (type == 1 || type == 101)
+        return BridgePairing::pressButton;
     const QJsonValue username = first.value(u"success").toObject().value(u"username");
-    if (username.isString() && !username.toString().isEmpty())
+    if (username.isString() && isUsableKey(username.toString()))
         return username.toString();
     return BridgePairing::noConnection;
 }
-
-} // namespace
 
 BridgePairing::BridgePairing(AppSettings& settings, QNetworkAccessManager& network, QObject* parent)
     : QObject(parent), m_settings(settings), m_network(network)
