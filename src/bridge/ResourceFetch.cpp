@@ -137,14 +137,19 @@ PendingRead fetchList(QNetworkAccessManager& network, const QString& bridgeIP, c
             }
             if (answer.tooLarge)
                 return deliver(guard, completion, failure<Result>(Error::invalidData, list.undecodable));
+            const auto decode = [=, body = answer.body, status = answer.status] {
+                Result result = fromBody(body, bridgeIP, apiKey);
+                result.httpStatus = status;
+                return result;
+            };
             QCoreApplication* app = QCoreApplication::instance();
             if (!app)
-                return deliver(guard, completion, fromBody(answer.body, bridgeIP, apiKey));
+                return deliver(guard, completion, decode());
             // Decoding a big answer takes a while: the menu stays responsive meanwhile. The application
             // object outlives every pool task (it waits for them when it goes), so posting to it is always
             // safe.
-            QThreadPool::globalInstance()->start([=, body = answer.body] {
-                Result result = fromBody(body, bridgeIP, apiKey);
+            QThreadPool::globalInstance()->start([=] {
+                Result result = decode();
                 QMetaObject::invokeMethod(
                     app, [=, result = std::move(result)]() mutable { deliver(guard, completion, result); },
                     Qt::QueuedConnection);

@@ -52,6 +52,8 @@ struct FetchResult
     /// taking too long.
     QString connectionError;
     bool timedOut = false;
+    /// The answer's HTTP status, when there was an answer (the bridge's own clients do not look at it).
+    int httpStatus = 0;
 
     bool ok() const { return !error.has_value(); }
 };

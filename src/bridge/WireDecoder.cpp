@@ -105,7 +105,12 @@ void read(const element& value, std::optional<QVarLengthArray<float, 3>>& field)
     simdjson::dom::array array;
     if (value.get_array().get(array) != simdjson::SUCCESS)
         throw WrongShape{};
-    QVarLengthArray<float, 3> numbers;
+    // Filled in place, never moved or assigned over an earlier value: Qt 6.4's QVarLengthArray leaks its heap
+    // buffer in a move assignment where both sides have one, and a key given twice (five numbers under "xy",
+    // twice) would leak on every refresh. A wrong shape fails the whole answer, so a half-filled field is
+    // never seen.
+    field.reset();
+    QVarLengthArray<float, 3>& numbers = field.emplace();
     for (element item : array) {
         double number = 0;
         if (item.get_double().get(number) != simdjson::SUCCESS) // also accepts integers, as in [0, 0]
@@ -115,7 +120,6 @@ void read(const element& value, std::optional<QVarLengthArray<float, 3>>& field)
             throw WrongShape{};
         numbers.append(float(number));
     }
-    field = std::move(numbers);
 }
 
 /// Walks the members of an object, handing each to `onMember(key, value)`; null leaves `field` empty.
@@ -127,10 +131,12 @@ void readObject(const element& value, std::optional<Record>& field, OnMember onM
     simdjson::dom::object object;
     if (value.get_object().get(object) != simdjson::SUCCESS)
         throw WrongShape{};
-    Record record{};
+    // Built in place for the same reason as the coordinates above: a repeated key replaces a record that may
+    // hold them.
+    field.reset();
+    Record& record = field.emplace();
     for (auto [key, member] : object)
         onMember(record, key, member);
-    field = std::move(record);
 }
 
 void readGroupState(const element& value, std::optional<BridgeDataType_Group_State>& field)

@@ -273,7 +273,7 @@ void TestGlowdeckCtl::refusedCommandsChangeNothing_data()
     QTest::newRow("error array") << "lights --json" << Fault::ErrorArray << 1
                                  << "refused to send the list: Internal error, 404.";
     QTest::newRow("HTTP error") << "rooms" << Fault::HttpError << 1
-                                << "did not send a list that can be used.";
+                                << "did not send a list that can be used (HTTP status 500).";
     QTest::newRow("dropped") << "all-off" << Fault::DropConnection << 1 << unreachable.arg("{sim}");
     QTest::newRow("refused") << "lights --bridge 127.0.0.1:1 --key abc" << Fault::None << 1
                              << unreachable.arg("127.0.0.1:1");

@@ -272,13 +272,19 @@ void CtlCommands::failFetch(const Result& result)
             QStringLiteral("Unable to connect to the Hue bridge at %1.").arg(bridge) +
             (result.connectionError.isEmpty() ? QString() : u' ' + printable(result.connectionError) + u'.'));
     } else if (!result.bridgeErrors.isEmpty()) {
+        const QString errors = result.bridgeErrors.join(QStringLiteral("; "));
         // "unauthorized user" is what a bridge says to a key it does not know.
+        const QString hint = errors.contains(QStringLiteral("unauthorized"))
+                                 ? QStringLiteral(" Check --key, or pair Glowdeck with the bridge again.")
+                                 : QString();
         printError(
-            QStringLiteral("The bridge at %1 refused to send the list: %2. Check --key, or pair Glowdeck "
-                           "with the bridge again.")
-                .arg(bridge, printable(result.bridgeErrors.join(QStringLiteral("; ")))));
+            QStringLiteral("The bridge at %1 refused to send the list: %2.").arg(bridge, printable(errors)) +
+            hint);
     } else if (result.error == Error::invalidData) {
-        printError(QStringLiteral("The bridge at %1 did not send a list that can be used.").arg(bridge));
+        const bool httpError = result.httpStatus != 0 && (result.httpStatus < 200 || result.httpStatus > 299);
+        printError(
+            QStringLiteral("The bridge at %1 did not send a list that can be used").arg(bridge) +
+            (httpError ? QStringLiteral(" (HTTP status %1).").arg(result.httpStatus) : QStringLiteral(".")));
     }
     finish(exitFailed);
 }
