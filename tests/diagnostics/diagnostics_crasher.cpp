@@ -1,30 +1,13 @@
 #include "diagnostics/Diagnostics.h"
 #include "state/Console.h"
+#include "state/MemorySettingsStore.h"
 #include "state/SettingsKeys.h"
-#include "state/SettingsStore.h"
 
 #include <QCoreApplication>
-#include <QHash>
 #include <QNetworkAccessManager>
 
 #include <stdexcept>
 #include <sys/resource.h>
-
-namespace {
-
-class MemoryStore final : public SettingsStore
-{
-public:
-    bool contains(const QString& key) const override { return m_values.contains(key); }
-    QVariant value(const QString& key) const override { return m_values.value(key); }
-    void setValue(const QString& key, const QVariant& value) override { m_values.insert(key, value); }
-    void remove(const QString& key) override { m_values.remove(key); }
-
-private:
-    QHash<QString, QVariant> m_values;
-};
-
-} // namespace
 
 /// diagnostics_crasher terminate|segfault <crash folder> [<stored key>]
 int main(int argc, char** argv)
@@ -38,7 +21,7 @@ int main(int argc, char** argv)
         return 2;
     const QByteArray how = argv[1];
     QNetworkAccessManager network;
-    MemoryStore store;
+    MemorySettingsStore store;
     const QString key = argc == 4 ? QString::fromLocal8Bit(argv[3]) : QString();
     if (!key.isEmpty())
         store.setValue(SettingsKeys::bridgeUser, key);

@@ -11,7 +11,7 @@ enum CtlExitStatus : int
     exitDone = 0,
     exitFailed = 1, ///< no bridge found, paired with or used; a change refused or unanswered; no such lamp,
                     ///< room or scene; the settings file not written
-    exitUsage = 2, ///< the command line was refused; nothing was sent
+    exitUsage = 2,  ///< the command line was refused; nothing was sent
 };
 
 /// The commands glowdeckctl knows; each has one entry in the command table of CtlArguments.cpp.

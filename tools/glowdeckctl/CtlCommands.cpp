@@ -9,6 +9,7 @@
 #include "bridge/JsonWriter.h"
 #include "state/AppSettings.h"
 #include "state/JsonSettingsStore.h"
+#include "state/MemorySettingsStore.h"
 #include "state/SettingsKeys.h"
 
 #include <QFileInfo>
@@ -195,7 +196,7 @@ bool CtlCommands::openSettings()
             key = store->readString(SettingsKeys::bridgeUser).value_or(QString());
         m_store = std::move(store);
     } else {
-        m_store = std::make_unique<Ctl::MemorySettingsStore>();
+        m_store = std::make_unique<MemorySettingsStore>();
     }
 
     if (address.isEmpty() || key.isEmpty()) {

@@ -2,9 +2,7 @@
 
 #include "CtlArguments.h"
 
-#include "state/SettingsStore.h"
-
-#include <QVariantHash>
+#include <QString>
 
 #include <cstdio>
 
@@ -22,18 +20,5 @@ QString printable(QString text);
 QString settingsFileName(const CtlInvocation& invocation);
 /// "1 light", "3 lights".
 QString counted(qsizetype count, const QString& noun);
-
-/// Stands in for the settings file when there is none to read, so that a run never creates one.
-class MemorySettingsStore final : public SettingsStore
-{
-public:
-    bool contains(const QString& key) const override { return m_values.contains(key); }
-    QVariant value(const QString& key) const override { return m_values.value(key); }
-    void setValue(const QString& key, const QVariant& value) override { m_values.insert(key, value); }
-    void remove(const QString& key) override { m_values.remove(key); }
-
-private:
-    QVariantHash m_values;
-};
 
 } // namespace Ctl

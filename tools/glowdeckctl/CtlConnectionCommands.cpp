@@ -9,6 +9,7 @@
 #include "connection/ShellRunner.h"
 #include "state/AppSettings.h"
 #include "state/JsonSettingsStore.h"
+#include "state/MemorySettingsStore.h"
 #include "state/SettingsKeys.h"
 
 #include <QFileInfo>
@@ -142,7 +143,7 @@ void CtlConnectionCommands::pair()
         return finish(exitFailed);
     }
 
-    m_pairingStore = std::make_unique<Ctl::MemorySettingsStore>();
+    m_pairingStore = std::make_unique<MemorySettingsStore>();
     m_pairingSettings = std::make_unique<AppSettings>(*m_pairingStore);
     m_pairing = std::make_unique<BridgePairing>(*m_pairingSettings, *m_network);
     if (m_invocation.waitSeconds)
