@@ -36,6 +36,9 @@ void BridgeConnection::connectToBridge()
 
 void BridgeConnection::disconnectFromBridge()
 {
+    // A read still under way would bring the lights back, and store an empty key as one that works.
+    for (ListRead* read : {&m_lightsRead, &m_groupsRead, &m_scenesRead})
+        read->forget();
     m_settings.setLights({});
     m_settings.setGroups({});
     m_settings.setHueKey(QString());
@@ -53,10 +56,17 @@ quint64 BridgeConnection::ListRead::next(quint64 order)
     return ++started;
 }
 
+void BridgeConnection::ListRead::forget()
+{
+    if (reply && reply->isRunning())
+        reply->abort();
+    answered = started;
+}
+
 bool BridgeConnection::ListRead::take(quint64 serial)
 {
     // Answers are decoded on worker threads: an older one may come in after a newer one.
-    if (serial < answered)
+    if (serial <= answered)
         return false;
     answered = serial;
     return true;

@@ -78,6 +78,8 @@ private:
         /// Aborts the read under way (it answers as a failed connection) and numbers the next one, which is
         /// read number `order` of all lists.
         quint64 next(quint64 order);
+        /// Aborts the read under way and drops the answers of every read started so far.
+        void forget();
         /// Whether the answer of read `serial` is still news: a newer read may have answered first.
         bool take(quint64 serial);
         /// A read was started and has not answered yet (it may be downloading or being decoded).
