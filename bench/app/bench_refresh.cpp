@@ -8,7 +8,6 @@
 //   --save-home writes that large home as a simulator home file and does nothing else.
 
 #include "LargeHome.h"
-#include "MemoryStore.h"
 #include "bridge/ResourceFetch.h"
 #include "connection/BridgeConnection.h"
 #include "connection/BridgePairing.h"

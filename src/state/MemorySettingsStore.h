@@ -5,7 +5,8 @@
 #include <QVariantHash>
 
 /// Settings kept in memory only, for runs that must not touch a settings file: glowdeckctl without one, the
-/// crash-report test's dying process, benchmarks.
+/// crash-report test's dying process, the benchmarks (which show what the program costs without the file's
+/// writes).
 class MemorySettingsStore final : public SettingsStore
 {
 public:
