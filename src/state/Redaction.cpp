@@ -6,8 +6,9 @@
 namespace {
 
 // Bridges hand out 40 characters today; the oldest firmware let an application choose a user name of 10 to
-// 40. Words such as "config" after "/api/" are shorter and stay readable.
-const QRegularExpression keyInPath(QStringLiteral("/api/[A-Za-z0-9_-]{10,}"));
+// 40. The words of the bridge's interface after "/api/" ("config", "nouser") are shorter and stay readable.
+// The debug report script (data/scripts/send_debug.rb) uses the same pattern.
+const QRegularExpression keyInPath(QStringLiteral("/api/[A-Za-z0-9_-]{8,}"));
 
 } // namespace
 

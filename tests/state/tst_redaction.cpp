@@ -25,8 +25,11 @@ void TestRedaction::hidesTheKeyAndKeyShapedPathSegments_data()
     QTest::newRow("a schedule's own address") << R"({"address":"/api/abcdefghij/groups/0/action"})"
                                               << ""
                                               << R"({"address":"/api/[redacted]/groups/0/action"})";
-    QTest::newRow("a word after /api/ stays")
-        << "GET /api/config and POST /api" << key << "GET /api/config and POST /api";
+    QTest::newRow("a word after /api/ stays") << "GET /api/config, /api/nouser and POST /api" << key
+                                              << "GET /api/config, /api/nouser and POST /api";
+    QTest::newRow("eight characters are a key") << "/api/abcd1234/lights"
+                                                << ""
+                                                << "/api/[redacted]/lights";
     QTest::newRow("a short stored key, percent-encoded too") << "/api/k%2Fy/lights k/y"
                                                              << "k/y"
                                                              << "/api/[redacted]/lights [redacted]";
