@@ -30,7 +30,6 @@ private slots:
     void faultsSpoilTheAnswer_data();
     void faultsSpoilTheAnswer();
     void latencyDoesNotBlock();
-    void dripFeedTricklesTheRealAnswerOfOneMethod();
     void homeRoundTrip();
     void badHomeFileChangesNothing_data();
     void badHomeFileChangesNothing();
@@ -263,25 +262,6 @@ void tst_BridgeSimulator::latencyDoesNotBlock()
     QVERIFY(!replies[0]->isFinished() && !replies[1]->isFinished());
     QTRY_VERIFY_WITH_TIMEOUT(replies[0]->isFinished() && replies[1]->isFinished(), 5000);
     QCOMPARE(QJsonDocument::fromJson(replies[1]->readAll()).object().keys().size(), 12);
-}
-
-void tst_BridgeSimulator::dripFeedTricklesTheRealAnswerOfOneMethod()
-{
-    m_simulator->setDripFeed(16, 100);
-    m_simulator->setFault(BridgeSimulator::Fault::DripFeed, -1, "PUT");
-    QCOMPARE(send("GET", api("/lights")).json.object().size(), 12); // other methods are answered as usual
-
-    QNetworkRequest request(
-        QUrl(QStringLiteral("http://%1%2").arg(m_simulator->hostAndPort(), api("/lights/1/state"))));
-    std::unique_ptr<QNetworkReply> reply(m_network.put(request, R"({"on":false,"bri":7})"));
-    QList<qint64> progress;
-    connect(reply.get(), &QNetworkReply::downloadProgress, this,
-            [&](qint64 received) { progress << received; });
-    QTRY_VERIFY_WITH_TIMEOUT(reply->isFinished(), 5000);
-    QCOMPARE(reply->error(), QNetworkReply::NoError);
-    QVERIFY2(progress.size() >= 2, "the answer did not come in pieces"); // Qt reports every 100 ms at most
-    QCOMPARE(QJsonDocument::fromJson(reply->readAll()).array().size(), 2);
-    QCOMPARE(m_simulator->light("1")["state"][u"bri"].toInt(), 7); // the change itself was made
 }
 
 void tst_BridgeSimulator::homeRoundTrip()

@@ -23,25 +23,20 @@ public:
         if (m_file.open())
             dup2(m_file.handle(), STDERR_FILENO);
     }
-    ~Stderr() { restore(); }
+    ~Stderr() { text(); }
+    /// Ends the capture (the first time) and returns what was said.
     QString text()
     {
-        restore();
+        std::fflush(stderr);
+        if (m_saved >= 0) {
+            dup2(m_saved, STDERR_FILENO);
+            close(std::exchange(m_saved, -1));
+        }
         m_file.seek(0);
         return QString::fromUtf8(m_file.readAll());
     }
 
 private:
-    void restore()
-    {
-        if (m_saved < 0)
-            return;
-        std::fflush(stderr);
-        dup2(m_saved, STDERR_FILENO);
-        close(m_saved);
-        m_saved = -1;
-    }
-
     QTemporaryFile m_file;
     int m_saved = -1;
 };
