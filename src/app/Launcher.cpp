@@ -41,7 +41,8 @@ int runGlowdeck(int argc, char** argv, const QElapsedTimer& startupClock)
 
     // Parsed before the application object exists: without a display, creating it would abort.
     QCommandLineParser parser;
-    parser.setApplicationDescription(QStringLiteral("Philips Hue lights from the system tray."));
+    parser.setApplicationDescription(
+        QStringLiteral("Glowdeck %1: Philips Hue lights from the system tray.").arg(GLOWDECK_VERSION));
     const QCommandLineOption helpOption = parser.addHelpOption();
     const QCommandLineOption versionOption = parser.addVersionOption();
     const QCommandLineOption settingsOption(QStringLiteral("settings"),
