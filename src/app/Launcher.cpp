@@ -8,6 +8,8 @@
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QElapsedTimer>
+#include <QFileInfo>
+#include <QIcon>
 #include <QStandardPaths>
 
 #include <cstdio>
@@ -30,6 +32,17 @@ bool hasDisplay()
     if (!platform.isEmpty() && !platform.startsWith("xcb") && !platform.startsWith("wayland"))
         return true;
     return !qEnvironmentVariableIsEmpty("DISPLAY") || !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
+}
+
+/// The application icon from the icon theme; for a program installed where the desktop does not look for
+/// icons (a private prefix, an unpacked package), the one installed beside it. None in the build tree.
+QIcon applicationIcon()
+{
+    const QString besideProgram =
+        QCoreApplication::applicationDirPath() +
+        QStringLiteral("/../share/icons/hicolor/scalable/apps/%1.svg").arg(AppDelegate::applicationId);
+    return QIcon::fromTheme(AppDelegate::applicationId,
+                            QFileInfo::exists(besideProgram) ? QIcon(besideProgram) : QIcon());
 }
 
 } // namespace
@@ -77,6 +90,9 @@ int runGlowdeck(int argc, char** argv, const QElapsedTimer& startupClock)
 
     QApplication app(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
+    // The desktop matches the program's windows to its desktop entry by this name (the Wayland app id).
+    QGuiApplication::setDesktopFileName(AppDelegate::applicationId);
+    QApplication::setWindowIcon(applicationIcon());
 
     // Declared after the application object, so the simulated bridge goes before it.
     std::optional<DemoMode> demo;
