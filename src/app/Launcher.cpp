@@ -78,6 +78,13 @@ int runGlowdeck(int argc, char** argv, const QElapsedTimer& startupClock)
     }
     if (parser.isSet(versionOption))
         parser.showVersion();
+    if (parser.isSet(QStringLiteral("help-all"))) {
+        // Qt names its own options only to an application object; one on the offscreen platform needs no
+        // display. process() prints the help with them and exits.
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+        QApplication app(argc, argv);
+        parser.process(app);
+    }
 
     if (!hasDisplay()) {
         std::fprintf(stderr, "Glowdeck needs a desktop session with a system tray. Without one, use "
