@@ -17,6 +17,9 @@ packages=(
     ruby
     # the panel tabs are emoji
     fonts-noto-color-emoji
+    # the Debian package (cpack -G DEB reads dependencies with dpkg-shlibdeps and file) and its checks: the
+    # desktop entry, the AppStream metadata, lintian, the manual pages
+    dpkg-dev file desktop-file-utils appstream lintian man-db bsdextrautils
 )
 
 missing=()
