@@ -41,11 +41,13 @@ The package also holds glowdeckctl, which controls the same lights from a
 terminal, and glowdeck-simulator, a simulated bridge to try them with.")
 
 # One package of every install component but the plain LICENSE file, whose text the copyright file holds.
+# Install rules without a component of their own, wherever they are, belong to the default one.
 set(CPACK_DEB_COMPONENT_INSTALL ON)
 set(CPACK_COMPONENTS_GROUPING ALL_COMPONENTS_IN_ONE)
 get_cmake_property(CPACK_COMPONENTS_ALL COMPONENTS)
+list(APPEND CPACK_COMPONENTS_ALL Debian ${CMAKE_INSTALL_DEFAULT_COMPONENT_NAME})
 list(REMOVE_ITEM CPACK_COMPONENTS_ALL Licence)
-list(APPEND CPACK_COMPONENTS_ALL Debian)
+list(REMOVE_DUPLICATES CPACK_COMPONENTS_ALL)
 
 # The copyright file in Debian's machine-readable format, its licence text taken from LICENSE.
 file(READ ${PROJECT_SOURCE_DIR}/LICENSE licence)
