@@ -12,7 +12,7 @@ usage="usage: package_contents.sh <package folder> <source folder> <version>"
 out=${1:?$usage}
 source=${2:?$usage}
 version=${3:?$usage}
-require_tools dpkg dpkg-deb file
+require_tools dpkg dpkg-deb file appstreamcli
 deb=$(ls "$out"/*.deb 2>/dev/null | head -n1)
 [ -f "$deb" ] || fail "no package in $out (the package_build test makes it)"
 work=$(mktemp -d "${TMPDIR:-/tmp}/glowdeck-package.XXXXXX") || exit 1
@@ -82,6 +82,9 @@ done
 for program in glowdeck glowdeckctl glowdeck-simulator; do
     file -b "$root/usr/bin/$program" | grep -q ', stripped' || fail "$program is not stripped"
 done
+# The metadata, the desktop entry and the icon as a software centre finds them in the installed tree.
+tree=$(appstreamcli validate-tree --no-net --no-color "$root" 2>&1) ||
+    fail "appstreamcli validate-tree on the unpacked package:"$'\n'"$tree"
 say "${#expected[@]} files, as the install rules name them"
 
 # ---- Installed and purged in a throwaway root --------------------------------------------------------------
