@@ -17,6 +17,11 @@ packages=(
     ruby
     # the panel tabs are emoji
     fonts-noto-color-emoji
+    # the fuzz targets: clang with libFuzzer and the sanitizers' run-time
+    clang libclang-rt-14-dev
+    # the Debian package (cpack -G DEB reads dependencies with dpkg-shlibdeps and file) and its checks: the
+    # desktop entry, the AppStream metadata, lintian, the manual pages
+    dpkg-dev file desktop-file-utils appstream lintian man-db bsdextrautils
 )
 
 missing=()

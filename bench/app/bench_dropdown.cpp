@@ -6,7 +6,6 @@
 // Usage: bench_dropdown [--lights N] [--opens N] [--ticks N]
 
 #include "LargeHome.h"
-#include "MemoryStore.h"
 #include "app/DropDownWindow.h"
 #include "app/StatusBarMenuWindowController.h"
 #include "bridge/ActionQueue.h"
@@ -15,6 +14,7 @@
 #include "panels/ContentView.h"
 #include "state/AppSettings.h"
 #include "state/LightOrder.h"
+#include "state/MemorySettingsStore.h"
 #include "state/ProductLinks.h"
 
 #include <QApplication>
@@ -108,7 +108,7 @@ int main(int argc, char* argv[])
     }
 
     const LargeHome home = LargeHome::makeNumbered(lightCount, 50, 300);
-    MemoryStore store;
+    MemorySettingsStore store;
     AppSettings settings(store);
     // A first start: no stored heights, so the window opens at its content's height.
     settings.load();

@@ -8,6 +8,8 @@
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QElapsedTimer>
+#include <QFileInfo>
+#include <QIcon>
 #include <QStandardPaths>
 
 #include <cstdio>
@@ -32,6 +34,17 @@ bool hasDisplay()
     return !qEnvironmentVariableIsEmpty("DISPLAY") || !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
 }
 
+/// The application icon from the icon theme; for a program installed where the desktop does not look for
+/// icons (a private prefix, an unpacked package), the one installed beside it. None in the build tree.
+QIcon applicationIcon()
+{
+    const QString besideProgram =
+        QCoreApplication::applicationDirPath() +
+        QStringLiteral("/../share/icons/hicolor/scalable/apps/%1.svg").arg(AppDelegate::applicationId);
+    return QIcon::fromTheme(AppDelegate::applicationId,
+                            QFileInfo::exists(besideProgram) ? QIcon(besideProgram) : QIcon());
+}
+
 } // namespace
 
 int runGlowdeck(int argc, char** argv, const QElapsedTimer& startupClock)
@@ -41,7 +54,8 @@ int runGlowdeck(int argc, char** argv, const QElapsedTimer& startupClock)
 
     // Parsed before the application object exists: without a display, creating it would abort.
     QCommandLineParser parser;
-    parser.setApplicationDescription(QStringLiteral("Philips Hue lights from the system tray."));
+    parser.setApplicationDescription(
+        QStringLiteral("Glowdeck %1: Philips Hue lights from the system tray.").arg(GLOWDECK_VERSION));
     const QCommandLineOption helpOption = parser.addHelpOption();
     const QCommandLineOption versionOption = parser.addVersionOption();
     const QCommandLineOption settingsOption(QStringLiteral("settings"),
@@ -64,6 +78,13 @@ int runGlowdeck(int argc, char** argv, const QElapsedTimer& startupClock)
     }
     if (parser.isSet(versionOption))
         parser.showVersion();
+    if (parser.isSet(QStringLiteral("help-all"))) {
+        // Qt names its own options only to an application object; one on the offscreen platform needs no
+        // display. process() prints the help with them and exits.
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+        QApplication app(argc, argv);
+        parser.process(app);
+    }
 
     if (!hasDisplay()) {
         std::fprintf(stderr, "Glowdeck needs a desktop session with a system tray. Without one, use "
@@ -76,6 +97,9 @@ int runGlowdeck(int argc, char** argv, const QElapsedTimer& startupClock)
 
     QApplication app(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
+    // The desktop matches the program's windows to its desktop entry by this name (the Wayland app id).
+    QGuiApplication::setDesktopFileName(AppDelegate::applicationId);
+    QApplication::setWindowIcon(applicationIcon());
 
     // Declared after the application object, so the simulated bridge goes before it.
     std::optional<DemoMode> demo;

@@ -1,5 +1,6 @@
 #include "bridge/ActionQueue.h"
 
+#include "bridge/BridgeUrl.h"
 #include "bridge/HttpExchange.h"
 #include "state/AppSettings.h"
 
@@ -75,12 +76,29 @@ void ActionQueue::send(const ActionQueueItem& item)
     const QByteArray method =
         item.url.toString().contains(u"/schedules") ? QByteArrayLiteral("POST") : QByteArrayLiteral("PUT");
     ++m_inFlight;
-    // The answer is not looked at: no retry, no rollback. The next refresh brings back the bridge's truth.
-    sendHttpRequest(m_network, request, method, item.body, sendTimeout, [this](const HttpResult&) {
-        --m_inFlight;
-        reportIfDrained();
-    });
+    // No retry, no rollback: the next refresh brings back the bridge's truth.
+    sendHttpRequest(m_network, request, method, item.body, {sendTimeout, sendDeadline},
+                    [this, self = QPointer(this), item](const HttpResult& answer) {
+                        if (self)
+                            onAnswer(item, writeOutcome(answer));
+                    });
     Q_EMIT sent(item);
+}
+
+void ActionQueue::onAnswer(const ActionQueueItem& item, const WriteOutcome& outcome)
+{
+    --m_inFlight;
+    if (m_logRefusals && outcome.kind == WriteOutcome::Kind::refused &&
+        !m_loggedRefusals.contains(outcome.detail)) {
+        // A bridge that words every refusal differently gets no more than a screenful at a time.
+        if (m_loggedRefusals.size() >= 100)
+            m_loggedRefusals.clear();
+        m_loggedRefusals.insert(outcome.detail);
+        m_settings.addLogLine(QStringLiteral("The bridge refused a change of %1: %2")
+                                  .arg(bridgeResourcePath(item.url), outcome.detail));
+    }
+    Q_EMIT answered(item, outcome);
+    reportIfDrained();
 }
 
 void ActionQueue::reportIfDrained()

@@ -1,9 +1,11 @@
 #pragma once
 
 #include "bridge/ActionQueueItem.h"
+#include "bridge/BridgeAnswer.h"
 
 #include <QObject>
 #include <QPointer>
+#include <QSet>
 #include <QTimer>
 
 #include <chrono>
@@ -22,8 +24,10 @@ class ActionQueue final : public QObject
 
 public:
     static constexpr std::chrono::milliseconds tickInterval{300};
-    /// A change the bridge has not taken within this long is dropped; the next refresh shows the truth.
+    /// A change the bridge has not taken within this long without data, or this long in all, is dropped; the
+    /// next refresh shows the truth.
     static constexpr std::chrono::milliseconds sendTimeout{3000};
+    static constexpr std::chrono::milliseconds sendDeadline{5000};
 
     explicit ActionQueue(AppSettings& settings, QNetworkAccessManager& network, QObject* parent = nullptr);
 
@@ -38,12 +42,19 @@ public:
     /// Requests sent and not yet answered, failed or timed out.
     int requestsInFlight() const { return m_inFlight; }
 
+    /// Whether the first refusal of each kind goes to the log (on by default; a caller that reports every
+    /// answer itself turns it off).
+    void setLogRefusals(bool log) { m_logRefusals = log; }
+
     /// The clock behind `lastUserActionAt`; tests replace it.
     void setClock(std::function<QDateTime()> now) { m_now = std::move(now); }
 
 Q_SIGNALS:
     /// A request for `item` has just been handed to the network.
     void sent(const ActionQueueItem& item);
+    /// The request for `item` ended so. The queue itself acts on no answer (the refresh corrects the state);
+    /// it only logs the first refusal of each kind.
+    void answered(const ActionQueueItem& item, const WriteOutcome& outcome);
     /// Nothing is queued, no timer runs and every request sent has finished.
     void drained();
 
@@ -51,6 +62,7 @@ private:
     void insert(const ActionQueueItem& item);
     void onTick();
     void send(const ActionQueueItem& item);
+    void onAnswer(const ActionQueueItem& item, const WriteOutcome& outcome);
     void reportIfDrained();
 
     AppSettings& m_settings;
@@ -58,4 +70,6 @@ private:
     QPointer<QTimer> m_processor; // null while idle
     std::function<QDateTime()> m_now = [] { return QDateTime::currentDateTimeUtc(); };
     int m_inFlight = 0;
+    bool m_logRefusals = true;
+    QSet<QString> m_loggedRefusals; // a dragged slider on a lamp that is off would repeat one a hundred times
 };

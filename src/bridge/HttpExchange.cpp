@@ -2,32 +2,62 @@
 
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
+#include <QTimer>
 
+#include <algorithm>
 #include <memory>
 
 namespace {
 
 /// Network, proxy and protocol failures mean no usable answer; content and server errors (4xx, 5xx) still
-/// carry the bridge's body, whose status the bridge clients do not look at.
+/// carry the bridge's body, whose status the bridge clients decide about.
 bool isTransportFailure(QNetworkReply::NetworkError error)
 {
     return error != QNetworkReply::NoError && (error < 200 || (error >= 300 && error < 400));
 }
 
+/// How one exchange is going; shared by the reply's handlers and its timers.
+struct Exchange
+{
+    bool tooLarge = false;
+    bool timedOut = false;
+};
+
+QTimer* singleShot(QNetworkReply* reply, std::chrono::milliseconds interval)
+{
+    auto* timer = new QTimer(reply);
+    timer->setSingleShot(true);
+    timer->setInterval(interval);
+    return timer;
+}
+
 } // namespace
 
-void sendHttpRequest(QNetworkAccessManager& network, QNetworkRequest request, const QByteArray& method,
-                     const QByteArray& body, std::chrono::milliseconds timeout,
-                     std::function<void(const HttpResult&)> done)
+QPointer<QNetworkReply> sendHttpRequest(QNetworkAccessManager& network, QNetworkRequest request,
+                                        const QByteArray& method, const QByteArray& body,
+                                        HttpTimeouts timeouts, std::function<void(const HttpResult&)> done)
 {
-    request.setTransferTimeout(int(timeout.count()));
     request.setAttribute(QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::ManualRedirectPolicy);
     QNetworkReply* reply = network.sendCustomRequest(request, method, body);
+    auto exchange = std::make_shared<Exchange>();
 
-    auto tooLarge = std::make_shared<bool>(false);
-    auto refuseIfTooLarge = [reply, tooLarge](qint64 size) {
-        if (size > maxAnswerBytes && !*tooLarge) {
-            *tooLarge = true;
+    // Both clocks belong to the reply, so they stop with it. Giving up is an abort, which finishes the reply.
+    QTimer* idle = singleShot(reply, std::min(timeouts.idle, longestExchange));
+    QTimer* deadline = singleShot(reply, std::min(timeouts.total, longestExchange));
+    for (QTimer* timer : {idle, deadline}) {
+        QObject::connect(timer, &QTimer::timeout, reply, [reply, exchange] {
+            exchange->timedOut = true;
+            reply->abort();
+        });
+        timer->start();
+    }
+    const auto moved = [idle] { idle->start(); };
+    QObject::connect(reply, &QNetworkReply::uploadProgress, idle, moved);
+    QObject::connect(reply, &QNetworkReply::metaDataChanged, idle, moved);
+
+    auto refuseIfTooLarge = [reply, exchange](qint64 size) {
+        if (size > maxAnswerBytes && !exchange->tooLarge) {
+            exchange->tooLarge = true;
             reply->abort();
         }
     };
@@ -35,17 +65,27 @@ void sendHttpRequest(QNetworkAccessManager& network, QNetworkRequest request, co
         refuseIfTooLarge(reply->header(QNetworkRequest::ContentLengthHeader).toLongLong());
     });
     QObject::connect(reply, &QNetworkReply::downloadProgress, reply,
-                     [refuseIfTooLarge](qint64 received, qint64) { refuseIfTooLarge(received); });
-    QObject::connect(reply, &QNetworkReply::finished, reply, [reply, tooLarge, done = std::move(done)] {
-        HttpResult result;
-        result.tooLarge = *tooLarge;
-        if (!result.tooLarge) {
-            result.transportFailed = isTransportFailure(reply->error());
-            result.status = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
-            if (!result.transportFailed)
-                result.body = reply->readAll();
-        }
-        reply->deleteLater();
-        done(result);
-    });
+                     [refuseIfTooLarge, moved](qint64 received, qint64) {
+                         moved();
+                         refuseIfTooLarge(received);
+                     });
+    QObject::connect(
+        reply, &QNetworkReply::finished, reply, [reply, exchange, idle, deadline, done = std::move(done)] {
+            idle->stop();
+            deadline->stop();
+            HttpResult result;
+            result.tooLarge = exchange->tooLarge;
+            if (!result.tooLarge) {
+                result.transportFailed = isTransportFailure(reply->error());
+                result.timedOut = exchange->timedOut;
+                result.status = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
+                if (result.transportFailed)
+                    result.error = reply->errorString();
+                else
+                    result.body = reply->readAll();
+            }
+            reply->deleteLater();
+            done(result);
+        });
+    return reply;
 }

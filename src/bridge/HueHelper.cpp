@@ -1,6 +1,7 @@
 #include "bridge/HueHelper.h"
 
 #include "bridge/ActionQueue.h"
+#include "bridge/BridgeUrl.h"
 #include "bridge/UpdateBodies.h"
 #include "state/AppSettings.h"
 
@@ -11,15 +12,16 @@ namespace {
 constexpr qint64 dragTransition = 2; // tenths of a second: smooth while a slider is dragged
 constexpr qint64 stepTransition = 1; // the brighter/darker shortcuts answer faster
 
-QString lampAddress(const HueLight& light)
+QUrl lampAddress(const HueLight& light)
 {
-    return QStringLiteral("http://%1/api/%2/lights/%3/state").arg(light.hue_ip, light.hue_key, light.lamp_id);
+    return bridgeResourceUrl(light.hue_ip, light.hue_key,
+                             {QStringLiteral("lights"), light.lamp_id, QStringLiteral("state")});
 }
 
-QString roomAddress(const HueGroup& group)
+QUrl roomAddress(const HueGroup& group)
 {
-    return QStringLiteral("http://%1/api/%2/groups/%3/action")
-        .arg(group.hue_ip, group.hue_key, group.group_id);
+    return bridgeResourceUrl(group.hue_ip, group.hue_key,
+                             {QStringLiteral("groups"), group.group_id, QStringLiteral("action")});
 }
 
 } // namespace
@@ -93,33 +95,38 @@ void HueHelper::increaseGroupBrightness(HueGroup group, qint64 delta)
 
 void HueHelper::recallScene(const QString& sceneId)
 {
-    const QString address =
-        QStringLiteral("http://%1/api/%2/groups/0/action").arg(m_settings.hueIP(), m_settings.hueKey());
+    const QUrl address =
+        bridgeResourceUrl(m_settings.hueIP(), m_settings.hueKey(),
+                          {QStringLiteral("groups"), QStringLiteral("0"), QStringLiteral("action")});
     enqueue(address, HueSceneRecall{sceneId}.encode(), false, false, sceneId, QStringLiteral("scene"));
 }
 
 void HueHelper::switchAllOffAfterMinutes(qint64 minutes)
 {
     HueScheduleOffMinutes schedule;
-    schedule.command.address = QStringLiteral("/api/%1/groups/0/action").arg(m_settings.hueKey());
+    // The bridge runs this address itself later; the key is one path segment there too.
+    schedule.command.address = QStringLiteral("/api/%1/groups/0/action")
+                                   .arg(QString::fromLatin1(QUrl::toPercentEncoding(m_settings.hueKey())));
     schedule.command.method = QStringLiteral("PUT");
     schedule.command.body.on = false;
     schedule.autodelete = true;
     schedule.localtime = QStringLiteral("PT00:%1:00").arg(minutes, 2, 10, QLatin1Char('0'));
     schedule.recycle = true;
-    const QString address =
-        QStringLiteral("http://%1/api/%2/schedules").arg(m_settings.hueIP(), m_settings.hueKey());
+    const QUrl address =
+        bridgeResourceUrl(m_settings.hueIP(), m_settings.hueKey(), {QStringLiteral("schedules")});
     enqueue(address, schedule.encode(), false, false, QString(), QStringLiteral("schedule"));
 }
 
-void HueHelper::enqueue(const QString& url, QByteArray body, bool isLight, bool isGroup,
+void HueHelper::enqueue(const QUrl& address, QByteArray body, bool isLight, bool isGroup,
                         const QString& itemId, const QString& property)
 {
-    const QUrl address(url);
     if (!address.isValid()) {
-        // Addresses are built from the bridge's own ids and the stored bridge address; only a damaged address
-        // in the settings gets here. Dropping the change keeps the program running.
-        m_settings.addLogLine(QStringLiteral("Not sending a change to an invalid address: %1").arg(url));
+        // A damaged bridge address in the settings, or an id of the bridge's that cannot be a path segment
+        // ("", "." or ".."). Dropping the change keeps the program running.
+        m_settings.addLogLine(
+            QStringLiteral("Not sending the %1 change of \"%2\": the bridge address or the id cannot form a "
+                           "request address.")
+                .arg(property, itemId));
         return;
     }
     ActionQueueItem item;

@@ -4,6 +4,7 @@
 #include "bridge/HueLight.h"
 
 #include <QString>
+#include <QUrl>
 
 class ActionQueue;
 class AppSettings;
@@ -40,7 +41,7 @@ public:
     void switchAllOffAfterMinutes(qint64 minutes);
 
 private:
-    void enqueue(const QString& url, QByteArray body, bool isLight, bool isGroup, const QString& itemId,
+    void enqueue(const QUrl& address, QByteArray body, bool isLight, bool isGroup, const QString& itemId,
                  const QString& property);
 
     AppSettings& m_settings;

@@ -37,7 +37,9 @@ bool equalsLowerCased(WireText text, std::string_view lowerCase)
 
 bool containsLowerCased(WireText text, std::string_view lowerCase)
 {
-    return !std::ranges::search(text, lowerCase, [](char a, char b) { return lower(a) == b; }).empty();
+    // The iterator form: clang 14 cannot compile libstdc++ 12's ranges::search, and the fuzz build uses it.
+    return !lowerCase.empty() && std::search(text.begin(), text.end(), lowerCase.begin(), lowerCase.end(),
+                                             [](char a, char b) { return lower(a) == b; }) != text.end();
 }
 
 void deriveColourAbilities(const HueDevice& device, HueLight& light)

@@ -1,12 +1,16 @@
 #include "bridge/ResourceFetch.h"
 
+#include "bridge/BridgeAnswer.h"
+#include "bridge/BridgeUrl.h"
 #include "bridge/HttpExchange.h"
 #include "bridge/RecordDerivation.h"
 #include "bridge/WireDecoder.h"
 #include "state/Console.h"
 
+#include <QCoreApplication>
 #include <QNetworkAccessManager>
-#include <QUrl>
+#include <QNetworkReply>
+#include <QThreadPool>
 
 static_assert(HueGroupsProtocol<HueCommunicationGroups>);
 static_assert(HueDevicesProtocol<HueCommunicationLights>);
@@ -21,80 +25,136 @@ struct ListTraits
     const char* noData;
     const char* undecodable;
     const char* noneFound;
+    const char* wireName; ///< as the list's messages name the data
+    const char* noun;     ///< one member of the list, plural
 };
 
-constexpr ListTraits groupsList{"/groups", "ERROR: No GROUPS data received. Giving up.",
+constexpr ListTraits groupsList{"groups",
+                                "ERROR: No GROUPS data received. Giving up.",
                                 "Error: Couldn't decode Hue GROUPS data due to unknown JSON data.",
-                                "Error, no groups found on this Hue Bridge."};
-constexpr ListTraits lightsList{"/lights", "ERROR: No data received. Giving up.",
+                                "Error, no groups found on this Hue Bridge.",
+                                "Hue GROUPS data",
+                                "groups"};
+constexpr ListTraits lightsList{"lights",
+                                "ERROR: No data received. Giving up.",
                                 "Error: Couldn't decode Hue data due to unknown JSON data.",
-                                "Error, no devices found on this Hue Bridge."};
-constexpr ListTraits scenesList{"/scenes", "ERROR: No SCENE data received. Giving up.",
+                                "Error, no devices found on this Hue Bridge.",
+                                "Hue data",
+                                "lights"};
+constexpr ListTraits scenesList{"scenes",
+                                "ERROR: No SCENE data received. Giving up.",
                                 "Error: Couldn't decode Hue SCENE data due to unknown JSON data.",
-                                "Error, no scenes found on this Hue Bridge."};
+                                "Error, no scenes found on this Hue Bridge.",
+                                "Hue SCENE data",
+                                "scenes"};
+
+template <typename Result>
+Result failure(typename decltype(Result::error)::value_type error, const char* message = nullptr)
+{
+    Result result;
+    result.error = error;
+    if (message)
+        result.message = QString::fromUtf8(message);
+    return result;
+}
 
 /// Body to records: no body, undecodable body and a missing list each end in the list's own message and
 /// error.
 template <typename Record, typename Error, typename Response, typename WireList, typename Element>
 FetchResult<Record, Error> fromBody(const QByteArray& body, const QString& bridgeIP, const QString& apiKey,
                                     const ListTraits& list, Error noneFound,
-                                    std::optional<Response> (*decode)(QByteArrayView),
+                                    std::optional<Response> (*decode)(QByteArrayView, std::size_t*),
                                     std::optional<WireList> Response::*elementsOf,
                                     std::optional<Record> (RecordDerivation::*derive)(const Element&))
 {
-    if (body.isEmpty()) {
-        printLine(QString::fromUtf8(list.noData));
-        return {{}, Error::invalidData};
-    }
-    const std::optional<Response> response = decode(body);
+    using Result = FetchResult<Record, Error>;
+    if (body.isEmpty())
+        return failure<Result>(Error::invalidData, list.noData);
+    std::size_t members = 0;
+    const std::optional<Response> response = decode(body, &members);
     if (!response) {
-        printLine(QString::fromUtf8(list.undecodable));
-        return {{}, Error::invalidData};
+        Result result = failure<Result>(Error::invalidData, list.undecodable);
+        if (members > WireDecoder::maxListMembers)
+            result.message = QStringLiteral("Error: %1 lists %2 %3, more than the %4 a bridge can hold; the "
+                                            "answer was refused.")
+                                 .arg(QString::fromUtf8(list.wireName))
+                                 .arg(members)
+                                 .arg(QString::fromUtf8(list.noun))
+                                 .arg(WireDecoder::maxListMembers);
+        result.bridgeErrors = bridgeErrors(body);
+        return result;
     }
     const std::optional<WireList>& elements = (*response).*elementsOf;
-    if (!elements) {
-        printLine(QString::fromUtf8(list.noneFound));
-        return {{}, noneFound};
-    }
+    if (!elements)
+        return failure<Result>(noneFound, list.noneFound);
     RecordDerivation derivation(bridgeIP, apiKey);
-    QList<Record> records;
-    records.reserve(qsizetype(elements->size()));
+    Result result;
+    result.records.reserve(qsizetype(elements->size()));
     for (const Element& element : *elements) {
         if (std::optional<Record> record = (derivation.*derive)(element))
-            records.append(std::move(*record));
+            result.records.append(std::move(*record));
     }
-    return {std::move(records), std::nullopt};
+    return result;
+}
+
+/// Hands `result` to `completion` on the main thread, after printing its message there (the printed lines go
+/// to sinks that belong to the main thread), unless `network` is gone by then.
+template <typename Result>
+void deliver(QPointer<QNetworkAccessManager> network, const std::function<void(Result)>& completion,
+             Result result)
+{
+    if (!network)
+        return;
+    if (!result.message.isEmpty())
+        printLine(result.message);
+    completion(std::move(result));
 }
 
 template <typename Result>
-void fetchList(QNetworkAccessManager& network, const QString& bridgeIP, const QString& apiKey,
-               const ListTraits& list, std::function<void(Result)> completion,
-               Result (*fromBody)(const QByteArray&, const QString&, const QString&))
+PendingRead fetchList(QNetworkAccessManager& network, const QString& bridgeIP, const QString& apiKey,
+                      const ListTraits& list, std::function<void(Result)> completion,
+                      Result (*fromBody)(const QByteArray&, const QString&, const QString&))
 {
     using Error = typename decltype(Result::error)::value_type;
-    // The address is used as stored; only one that cannot form a URL at all is caught here, so that a typo in
-    // the settings reads as "no connection" instead of taking the program down.
-    const QUrl url(QStringLiteral("http://") + bridgeIP + QStringLiteral("/api/") + apiKey +
-                   QString::fromUtf8(list.path));
+    // Only an address that cannot form a URL at all is caught here, so that a typo in the settings reads as
+    // "no connection" instead of taking the program down.
+    const QUrl url = bridgeResourceUrl(bridgeIP, apiKey, {QString::fromUtf8(list.path)});
     if (!url.isValid()) {
         QMetaObject::invokeMethod(
-            &network,
-            [completion] {
-                completion(Result{{}, Error::connectionFailed});
-            },
+            &network, [completion] { completion(failure<Result>(Error::connectionFailed)); },
             Qt::QueuedConnection);
-        return;
+        return {};
     }
-    sendHttpRequest(network, QNetworkRequest(url), QByteArrayLiteral("GET"), {}, fetchTimeout,
-                    [=](const HttpResult& answer) {
-                        if (answer.transportFailed)
-                            return completion(Result{{}, Error::connectionFailed});
-                        if (answer.tooLarge) {
-                            printLine(QString::fromUtf8(list.undecodable));
-                            return completion(Result{{}, Error::invalidData});
-                        }
-                        completion(fromBody(answer.body, bridgeIP, apiKey));
-                    });
+    QPointer<QNetworkAccessManager> guard(&network);
+    return sendHttpRequest(
+        network, QNetworkRequest(url), QByteArrayLiteral("GET"), {}, {fetchTimeout, fetchDeadline},
+        [=](const HttpResult& answer) {
+            if (answer.transportFailed) {
+                Result result = failure<Result>(Error::connectionFailed);
+                result.connectionError = answer.error;
+                result.timedOut = answer.timedOut;
+                return deliver(guard, completion, result);
+            }
+            if (answer.tooLarge)
+                return deliver(guard, completion, failure<Result>(Error::invalidData, list.undecodable));
+            const auto decode = [=, body = answer.body, status = answer.status] {
+                Result result = fromBody(body, bridgeIP, apiKey);
+                result.httpStatus = status;
+                return result;
+            };
+            QCoreApplication* app = QCoreApplication::instance();
+            if (!app)
+                return deliver(guard, completion, decode());
+            // Decoding a big answer takes a while: the menu stays responsive meanwhile. The application
+            // object outlives every pool task (it waits for them when it goes), so posting to it is always
+            // safe.
+            QThreadPool::globalInstance()->start([=] {
+                Result result = decode();
+                QMetaObject::invokeMethod(
+                    app, [=, result = std::move(result)]() mutable { deliver(guard, completion, result); },
+                    Qt::QueuedConnection);
+            });
+        });
 }
 
 } // namespace
@@ -152,20 +212,20 @@ QString describe(BridgeDataType_Scenes_Error error)
     return describeError(error, scenesList);
 }
 
-void HueCommunicationGroups::fetch(QNetworkAccessManager& network,
-                                   std::function<void(GroupsResult)> completion) const
+PendingRead HueCommunicationGroups::fetch(QNetworkAccessManager& network,
+                                          std::function<void(GroupsResult)> completion) const
 {
-    fetchList(network, bridgeIP, apiKey, groupsList, std::move(completion), groupsFromBody);
+    return fetchList(network, bridgeIP, apiKey, groupsList, std::move(completion), groupsFromBody);
 }
 
-void HueCommunicationLights::fetch(QNetworkAccessManager& network,
-                                   std::function<void(LightsResult)> completion) const
+PendingRead HueCommunicationLights::fetch(QNetworkAccessManager& network,
+                                          std::function<void(LightsResult)> completion) const
 {
-    fetchList(network, bridgeIP, apiKey, lightsList, std::move(completion), lightsFromBody);
+    return fetchList(network, bridgeIP, apiKey, lightsList, std::move(completion), lightsFromBody);
 }
 
-void HueCommunicationScenes::fetch(QNetworkAccessManager& network,
-                                   std::function<void(ScenesResult)> completion) const
+PendingRead HueCommunicationScenes::fetch(QNetworkAccessManager& network,
+                                          std::function<void(ScenesResult)> completion) const
 {
-    fetchList(network, bridgeIP, apiKey, scenesList, std::move(completion), scenesFromBody);
+    return fetchList(network, bridgeIP, apiKey, scenesList, std::move(completion), scenesFromBody);
 }

@@ -6,7 +6,9 @@
 
 #include <QByteArray>
 #include <QList>
+#include <QPointer>
 #include <QString>
+#include <QStringList>
 
 #include <chrono>
 #include <concepts>
@@ -14,6 +16,7 @@
 #include <optional>
 
 class QNetworkAccessManager;
+class QNetworkReply;
 
 enum class BridgeDataType_Groups_Error
 {
@@ -40,6 +43,17 @@ struct FetchResult
 {
     QList<Record> records;
     std::optional<Error> error;
+    /// The list's own message about a failure (printed by the fetch); empty for success and for a failed
+    /// connection.
+    QString message;
+    /// The descriptions the bridge gave when it answered with its error array ("unauthorized user").
+    QStringList bridgeErrors;
+    /// For a failed connection: why, in the network library's words, and whether the read was given up for
+    /// taking too long.
+    QString connectionError;
+    bool timedOut = false;
+    /// The answer's HTTP status, when there was an answer (the bridge's own clients do not look at it).
+    int httpStatus = 0;
 
     bool ok() const { return !error.has_value(); }
 };
@@ -50,9 +64,14 @@ using ScenesResult = FetchResult<HueScene, BridgeDataType_Scenes_Error>;
 
 /// A list read gives up after this long without data; the periodic refresh is the retry.
 inline constexpr std::chrono::milliseconds fetchTimeout{4000};
+/// ... and after this long in all, however the data trickles in.
+inline constexpr std::chrono::milliseconds fetchDeadline{10000};
 
-// Turning an answer body into records: the steps after the transport, exposed for tests and benchmarks.
-// Each prints the list's own message on failure, exactly as the fetch does.
+/// A list read under way: aborting it ends it at once as a failed connection. Null once it has been answered.
+using PendingRead = QPointer<QNetworkReply>;
+
+// Turning an answer body into records: the steps after the transport, exposed for tests, benchmarks and
+// fuzzing. They print nothing (they run on a worker thread); the fetch prints the result's `message`.
 GroupsResult groupsFromBody(const QByteArray& body, const QString& bridgeIP, const QString& apiKey);
 LightsResult lightsFromBody(const QByteArray& body, const QString& bridgeIP, const QString& apiKey);
 ScenesResult scenesFromBody(const QByteArray& body, const QString& bridgeIP, const QString& apiKey);
@@ -63,13 +82,17 @@ QString describe(BridgeDataType_Groups_Error error);
 QString describe(BridgeError error);
 QString describe(BridgeDataType_Scenes_Error error);
 
+// The three reads: one GET each, bounded by fetchTimeout and fetchDeadline. The answer is decoded and its
+// records derived on a worker thread; the completion runs once, on the network's (the main) thread, unless
+// the network manager is gone by then.
+
 /// Reads the rooms of one bridge ("/groups").
 struct HueCommunicationGroups
 {
     QString bridgeIP;
     QString apiKey;
 
-    void fetch(QNetworkAccessManager& network, std::function<void(GroupsResult)> completion) const;
+    PendingRead fetch(QNetworkAccessManager& network, std::function<void(GroupsResult)> completion) const;
 };
 
 /// Reads the reachable lamps of one bridge ("/lights").
@@ -79,7 +102,7 @@ struct HueCommunicationLights
     QString apiKey;
     QList<HueLight> items;
 
-    void fetch(QNetworkAccessManager& network, std::function<void(LightsResult)> completion) const;
+    PendingRead fetch(QNetworkAccessManager& network, std::function<void(LightsResult)> completion) const;
 };
 
 /// Reads the scenes of one bridge ("/scenes").
@@ -88,7 +111,7 @@ struct HueCommunicationScenes
     QString bridgeIP;
     QString apiKey;
 
-    void fetch(QNetworkAccessManager& network, std::function<void(ScenesResult)> completion) const;
+    PendingRead fetch(QNetworkAccessManager& network, std::function<void(ScenesResult)> completion) const;
 };
 
 /// The ability to read one list; the connection code is written against these, so tests can stand in.

@@ -105,14 +105,21 @@ void read(const element& value, std::optional<QVarLengthArray<float, 3>>& field)
     simdjson::dom::array array;
     if (value.get_array().get(array) != simdjson::SUCCESS)
         throw WrongShape{};
-    QVarLengthArray<float, 3> numbers;
+    // Filled in place, never moved or assigned over an earlier value: Qt 6.4's QVarLengthArray leaks its heap
+    // buffer in a move assignment where both sides have one, and a key given twice (five numbers under "xy",
+    // twice) would leak on every refresh. A wrong shape fails the whole answer, so a half-filled field is
+    // never seen.
+    field.reset();
+    QVarLengthArray<float, 3>& numbers = field.emplace();
     for (element item : array) {
         double number = 0;
         if (item.get_double().get(number) != simdjson::SUCCESS) // also accepts integers, as in [0, 0]
             throw WrongShape{};
+        // A coordinate is between 0 and 1; one that does not even fit a float is not a coordinate.
+        if (!(std::abs(number) <= double(std::numeric_limits<float>::max())))
+            throw WrongShape{};
         numbers.append(float(number));
     }
-    field = std::move(numbers);
 }
 
 /// Walks the members of an object, handing each to `onMember(key, value)`; null leaves `field` empty.
@@ -124,10 +131,12 @@ void readObject(const element& value, std::optional<Record>& field, OnMember onM
     simdjson::dom::object object;
     if (value.get_object().get(object) != simdjson::SUCCESS)
         throw WrongShape{};
-    Record record{};
+    // Built in place for the same reason as the coordinates above: a repeated key replaces a record that may
+    // hold them.
+    field.reset();
+    Record& record = field.emplace();
     for (auto [key, member] : object)
         onMember(record, key, member);
-    field = std::move(record);
 }
 
 void readGroupState(const element& value, std::optional<BridgeDataType_Group_State>& field)
@@ -269,13 +278,21 @@ void readScene(const element& value, std::optional<BridgeDataType_Scene>& field)
 /// Decodes the top-level object member by member. A member that is null, or not an object, fails the answer:
 /// every element must decode as a resource.
 template <typename Element, typename ReadElement>
-std::optional<std::vector<Element>> decodeList(QByteArrayView json, ReadElement readElement)
+std::optional<std::vector<Element>> decodeList(QByteArrayView json, std::size_t* memberCount,
+                                               ReadElement readElement)
 {
+    if (memberCount)
+        *memberCount = 0;
     const std::optional<element> root = parseDocument(json);
     if (!root)
         return std::nullopt;
     simdjson::dom::object object;
     if (root->get_object().get(object) != simdjson::SUCCESS)
+        return std::nullopt;
+    // The parser counts members as it goes (saturating far above the cap), so this costs nothing.
+    if (memberCount)
+        *memberCount = object.size();
+    if (object.size() > WireDecoder::maxListMembers)
         return std::nullopt;
     try {
         std::vector<Element> list;
@@ -298,25 +315,25 @@ std::optional<std::vector<Element>> decodeList(QByteArrayView json, ReadElement 
 
 namespace WireDecoder {
 
-std::optional<HueBridgeGroupsResponse> decodeGroups(QByteArrayView json)
+std::optional<HueBridgeGroupsResponse> decodeGroups(QByteArrayView json, std::size_t* memberCount)
 {
-    auto groups = decodeList<BridgeDataType_Group>(json, readGroup);
+    auto groups = decodeList<BridgeDataType_Group>(json, memberCount, readGroup);
     if (!groups)
         return std::nullopt;
     return HueBridgeGroupsResponse{std::move(groups)};
 }
 
-std::optional<HueBridgeLightsResponse> decodeLights(QByteArrayView json)
+std::optional<HueBridgeLightsResponse> decodeLights(QByteArrayView json, std::size_t* memberCount)
 {
-    auto devices = decodeList<HueDevice>(json, readDevice);
+    auto devices = decodeList<HueDevice>(json, memberCount, readDevice);
     if (!devices)
         return std::nullopt;
     return HueBridgeLightsResponse{std::move(devices)};
 }
 
-std::optional<HueBridgeScenesResponse> decodeScenes(QByteArrayView json)
+std::optional<HueBridgeScenesResponse> decodeScenes(QByteArrayView json, std::size_t* memberCount)
 {
-    auto scenes = decodeList<BridgeDataType_Scene>(json, readScene);
+    auto scenes = decodeList<BridgeDataType_Scene>(json, memberCount, readScene);
     if (!scenes)
         return std::nullopt;
     return HueBridgeScenesResponse{std::move(scenes)};

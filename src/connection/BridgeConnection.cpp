@@ -8,6 +8,7 @@
 
 #include <QCoreApplication>
 #include <QNetworkAccessManager>
+#include <QNetworkReply>
 
 BridgeConnection::BridgeConnection(AppSettings& settings, QNetworkAccessManager& network,
                                    BridgePairing& pairing, QObject* parent)
@@ -24,7 +25,9 @@ void BridgeConnection::connectToBridge()
         m_pairing.pairWithBridge();
         return;
     }
-    m_settings.addLogLine(QStringLiteral("Connecting to Bridge... [") + m_settings.hueKey() + u']');
+    // Enough of the key to tell two apart, not enough to use it.
+    m_settings.addLogLine(QStringLiteral("Connecting to Bridge... [\u2026") + m_settings.hueKey().right(4) +
+                          u']');
     refreshLights();
     refreshGroups();
     refreshScenes();
@@ -33,6 +36,9 @@ void BridgeConnection::connectToBridge()
 
 void BridgeConnection::disconnectFromBridge()
 {
+    // A read still under way would bring the lights back, and store an empty key as one that works.
+    for (ListRead* read : {&m_lightsRead, &m_groupsRead, &m_scenesRead})
+        read->forget();
     m_settings.setLights({});
     m_settings.setGroups({});
     m_settings.setHueKey(QString());
@@ -40,21 +46,50 @@ void BridgeConnection::disconnectFromBridge()
     m_settings.setBridgeConnected(false);
 }
 
+quint64 BridgeConnection::ListRead::next(quint64 order)
+{
+    startedAt = order;
+    // A trickling answer would otherwise hold its connection until its deadline, and a healed bridge would
+    // wait for it. The abort answers at once, as a failed connection.
+    if (reply && reply->isRunning())
+        reply->abort();
+    return ++started;
+}
+
+void BridgeConnection::ListRead::forget()
+{
+    if (reply && reply->isRunning())
+        reply->abort();
+    answered = started;
+}
+
+bool BridgeConnection::ListRead::take(quint64 serial)
+{
+    // Answers are decoded on worker threads: an older one may come in after a newer one.
+    if (serial <= answered)
+        return false;
+    answered = serial;
+    return true;
+}
+
 void BridgeConnection::refreshLights()
 {
+    const quint64 order = ++m_readsStarted;
+    const quint64 serial = m_lightsRead.next(order);
     // A reply can arrive after this object is gone (the application quits mid-read): guard on it.
-    HueCommunicationLights{m_settings.hueIP(), m_settings.hueKey()}.fetch(
-        m_network, [self = QPointer(this)](const LightsResult& result) {
-            if (self)
-                self->onLights(result);
+    m_lightsRead.reply = HueCommunicationLights{m_settings.hueIP(), m_settings.hueKey()}.fetch(
+        m_network, [self = QPointer(this), serial, order](const LightsResult& result) {
+            if (self && self->m_lightsRead.take(serial))
+                self->onLights(result, order);
         });
 }
 
 void BridgeConnection::refreshGroups()
 {
-    HueCommunicationGroups{m_settings.hueIP(), m_settings.hueKey()}.fetch(
-        m_network, [self = QPointer(this)](const GroupsResult& result) {
-            if (!self)
+    const quint64 serial = m_groupsRead.next(++m_readsStarted);
+    m_groupsRead.reply = HueCommunicationGroups{m_settings.hueIP(), m_settings.hueKey()}.fetch(
+        m_network, [self = QPointer(this), serial](const GroupsResult& result) {
+            if (!self || !self->m_groupsRead.take(serial))
                 return;
             // A failed room read is silent: the rooms shown stay until a read succeeds.
             if (result.ok())
@@ -65,23 +100,22 @@ void BridgeConnection::refreshGroups()
 
 void BridgeConnection::refreshScenes()
 {
-    HueCommunicationScenes{m_settings.hueIP(), m_settings.hueKey()}.fetch(
-        m_network, [self = QPointer(this)](const ScenesResult& result) {
-            if (!self)
-                return;
-            if (result.ok())
-                self->m_settings.setScenes(result.records);
-            Q_EMIT self->scenesRefreshed(result);
+    const quint64 serial = m_scenesRead.next(++m_readsStarted);
+    m_scenesRead.reply = HueCommunicationScenes{m_settings.hueIP(), m_settings.hueKey()}.fetch(
+        m_network, [self = QPointer(this), serial](const ScenesResult& result) {
+            if (self && self->m_scenesRead.take(serial))
+                self->onScenes(result);
         });
 }
 
-void BridgeConnection::onLights(const LightsResult& result)
+void BridgeConnection::onLights(const LightsResult& result, quint64 order)
 {
     if (result.error == BridgeError::noDevices) {
         m_settings.setConnectionErrorMessage(
             QCoreApplication::translate("BridgeConnection", "We were unable to find any devices"));
     } else if (!result.ok()) {
         m_settings.setBridgeConnected(false);
+        m_scenesStale = true;
     } else {
         m_settings.setLights(LightOrder::apply(result.records, m_settings.store()));
         m_settings.setBridgeConnected(true);
@@ -91,8 +125,23 @@ void BridgeConnection::onLights(const LightsResult& result)
             m_settings.store().writeString(SettingsKeys::bridgeIP, m_settings.hueIP());
             m_settings.store().writeString(SettingsKeys::bridgeUser, m_settings.hueKey());
         }
+        // Scenes are read four minutes an hour; after a start without the bridge, or an outage, the panel
+        // would stay empty or stale until then. A scene read started along with this light read is left to
+        // finish; one from before (still trickling from the outage) is replaced.
+        const bool scenesUnderWay = m_scenesRead.pending() && m_scenesRead.startedAt > order;
+        if (std::exchange(m_scenesStale, false) && !scenesUnderWay)
+            refreshScenes();
     }
     Q_EMIT lightsRefreshed(result);
+}
+
+void BridgeConnection::onScenes(const ScenesResult& result)
+{
+    if (result.ok()) {
+        m_settings.setScenes(result.records);
+        m_scenesStale = false;
+    }
+    Q_EMIT scenesRefreshed(result);
 }
 
 void BridgeConnection::startBridgeStateRefresher()

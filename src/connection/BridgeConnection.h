@@ -17,6 +17,10 @@ class QNetworkAccessManager;
 /// Keeps the shared state in step with the bridge: pairs when there is no key, reads lights, rooms and
 /// scenes, refreshes them on a timer, persists an address and key that have worked, and forgets the key on
 /// disconnect. Runs on the main thread.
+///
+/// At most one read of each list is under way: a read that is still running when the next one starts (a
+/// bridge that trickles its answer) is aborted first and counts as a failed connection. So a bridge that
+/// heals is read afresh at the next tick.
 class BridgeConnection final : public QObject
 {
     Q_OBJECT
@@ -40,6 +44,8 @@ public:
     /// address, the scenes and the refresh timer are kept.
     void disconnectFromBridge();
 
+    /// Each starts a read of its list, aborting one still under way. A light read that succeeds after failed
+    /// ones (or as the first one) also reads the scenes, which otherwise wait for their quarter hour.
     void refreshLights();
     void refreshGroups();
     void refreshScenes();
@@ -61,11 +67,37 @@ Q_SIGNALS:
     void scenesRefreshed(const ScenesResult& result);
 
 private:
-    void onLights(const LightsResult& result);
+    /// The read of one list under way, if any.
+    struct ListRead
+    {
+        PendingRead reply;
+        quint64 started = 0;   ///< reads started so far
+        quint64 answered = 0;  ///< the newest read whose answer was taken
+        quint64 startedAt = 0; ///< when the newest read started, counted in reads of all lists
+
+        /// Aborts the read under way (it answers as a failed connection) and numbers the next one, which is
+        /// read number `order` of all lists.
+        quint64 next(quint64 order);
+        /// Aborts the read under way and drops the answers of every read started so far.
+        void forget();
+        /// Whether the answer of read `serial` is still news: a newer read may have answered first.
+        bool take(quint64 serial);
+        /// A read was started and has not answered yet (it may be downloading or being decoded).
+        bool pending() const { return started > answered; }
+    };
+
+    void onLights(const LightsResult& result, quint64 order);
+    void onScenes(const ScenesResult& result);
 
     AppSettings& m_settings;
     QNetworkAccessManager& m_network;
     BridgePairing& m_pairing;
     QPointer<QTimer> m_refresher; // null while not refreshing
     std::function<QDateTime()> m_now = [] { return QDateTime::currentDateTime(); };
+    ListRead m_lightsRead;
+    ListRead m_groupsRead;
+    ListRead m_scenesRead;
+    quint64 m_readsStarted = 0;
+    /// No light read has succeeded since the start or since the last failed one: the scenes may be stale.
+    bool m_scenesStale = true;
 };

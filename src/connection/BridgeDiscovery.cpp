@@ -16,7 +16,8 @@ namespace {
 // text anywhere in the line, like the original lookup did.
 constexpr QStringView huePrefix = u"0:17:88";
 
-constexpr std::chrono::milliseconds serviceTimeout{10000};
+// The service answers in well under a second; nothing of ours waits longer than the longest exchange.
+constexpr HttpTimeouts serviceTimeouts{std::chrono::seconds(10), longestExchange};
 
 } // namespace
 
@@ -92,7 +93,7 @@ std::optional<QString> BridgeDiscovery::bridgeAddressFromServiceAnswer(const QBy
 
 void BridgeDiscovery::fetchString(const QUrl& url, std::function<void(std::optional<QString>)> done)
 {
-    sendHttpRequest(m_network, QNetworkRequest(url), QByteArrayLiteral("GET"), {}, serviceTimeout,
+    sendHttpRequest(m_network, QNetworkRequest(url), QByteArrayLiteral("GET"), {}, serviceTimeouts,
                     [done = std::move(done)](const HttpResult& answer) {
                         if (answer.transportFailed || answer.tooLarge)
                             return done(std::nullopt);

@@ -9,15 +9,27 @@
 #include <QJsonObject>
 #include <QNetworkAccessManager>
 
-#include <cmath>
+#include <algorithm>
 
 namespace {
 
-// The bridge waits for the link button itself; a slow answer is still an answer.
-constexpr std::chrono::milliseconds pairingTimeout{60000};
+// A bridge answers a link request at once, pressed button or not: a longer wait only ever helps a bridge that
+// trickles its answer. The user asks again (or `pair --wait` does).
+constexpr HttpTimeouts pairingTimeouts{longestExchange, longestExchange};
 
-/// The outcome of one link answer: only its first element counts.
-QString outcomeOf(const QString& reply)
+/// Bridges hand out 40 letters, digits and dashes. The key goes into every request path and the settings
+/// file, so anything much longer, or outside the characters a path takes as they are, is not taken.
+bool isUsableKey(const QString& key)
+{
+    return !key.isEmpty() && key.size() <= 256 && std::all_of(key.begin(), key.end(), [](QChar c) {
+        return (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z') || (c >= u'0' && c <= u'9') ||
+               c == u'-' || c == u'_' || c == u'.' || c == u'~';
+    });
+}
+
+} // namespace
+
+QString BridgePairing::outcomeOf(const QString& reply)
 {
     if (reply.isEmpty())
         return BridgePairing::noConnection;
@@ -27,19 +39,15 @@ QString outcomeOf(const QString& reply)
     const QJsonObject first = document.array().first().toObject();
 
     // 101 is "link button not pressed"; 1, "unauthorized user", is treated the same on purpose.
-    const QJsonValue type = first.value(u"error").toObject().value(u"type");
-    if (type.isDouble() && std::trunc(type.toDouble()) == type.toDouble()) {
-        const qint64 code = qint64(type.toDouble());
-        if (code == 1 || code == 101)
-            return BridgePairing::pressButton;
-    }
+    // Compared as numbers: any other value, however large, is simply another error.
+    const double type = first.value(u"error").toObject().value(u"type").toDouble(-1);
+    if (type == 1 || type == 101)
+        return BridgePairing::pressButton;
     const QJsonValue username = first.value(u"success").toObject().value(u"username");
-    if (username.isString() && !username.toString().isEmpty())
+    if (username.isString() && isUsableKey(username.toString()))
         return username.toString();
     return BridgePairing::noConnection;
 }
-
-} // namespace
 
 BridgePairing::BridgePairing(AppSettings& settings, QNetworkAccessManager& network, QObject* parent)
     : QObject(parent), m_settings(settings), m_network(network)
@@ -66,7 +74,7 @@ void BridgePairing::postString(const QString& url, std::function<void(std::optio
     }
     QNetworkRequest request(address);
     request.setHeader(QNetworkRequest::ContentTypeHeader, QByteArrayLiteral("application/json"));
-    sendHttpRequest(m_network, request, QByteArrayLiteral("POST"), linkBody, pairingTimeout,
+    sendHttpRequest(m_network, request, QByteArrayLiteral("POST"), linkBody, pairingTimeouts,
                     [done = std::move(done)](const HttpResult& answer) {
                         if (answer.transportFailed || answer.tooLarge)
                             return done(std::nullopt);

@@ -34,6 +34,9 @@ public:
     /// way (the connection step stores it once the bridge has answered with lights).
     void pairWithBridge();
 
+    /// The outcome of one link answer (a key, pressButton or noConnection): only its first element counts.
+    static QString outcomeOf(const QString& reply);
+
     /// POST the link body to `url`; the reply body as UTF-8 text, or nothing without an answer.
     void postString(const QString& url, std::function<void(std::optional<QString>)> done);
 

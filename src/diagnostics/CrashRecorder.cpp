@@ -34,6 +34,8 @@ char versionLine[128];
 volatile sig_atomic_t reportWritten = 0;
 
 std::terminate_handler previousTerminate = nullptr;
+// Used outside signal handlers only: on printed lines and on the message of an uncaught exception.
+CrashRecorder::Redactor redactText;
 struct sigaction previousActions[fatalSignalCount];
 
 // A stack overflow leaves no room to run the handler on the thread's own stack.
@@ -166,6 +168,8 @@ void onFatalSignal(int signo)
         } catch (...) {
         }
     }
+    if (redactText)
+        what = redactText(what);
     printLine(QStringLiteral("[ATTENTION] Uncaught exception ") + what);
     writeReport(QStringLiteral("Uncaught exception %1").arg(what).toUtf8().constData());
     std::abort();
@@ -182,8 +186,9 @@ void rememberLine(const QString& line)
 
 } // namespace
 
-CrashRecorder::CrashRecorder(const QString& folder, const QString& version)
+CrashRecorder::CrashRecorder(const QString& folder, const QString& version, Redactor redact)
 {
+    redactText = std::move(redact);
     const QByteArray prefix =
         folder.isEmpty() ? QByteArray() : QFile::encodeName(QDir(folder).absoluteFilePath("crash-"));
     // A path too long for the buffer is dropped rather than cut: a cut one would land somewhere else.
@@ -219,7 +224,7 @@ CrashRecorder::CrashRecorder(const QString& folder, const QString& version)
     // Whoever listened before (a test, the shared log) keeps hearing every line.
     m_previousSink = setLineSink({});
     setLineSink([previous = m_previousSink](const QString& line) {
-        rememberLine(line);
+        rememberLine(redactText ? redactText(line) : line);
         if (previous)
             previous(line);
     });
@@ -229,6 +234,7 @@ CrashRecorder::~CrashRecorder()
 {
     setLineSink(std::move(m_previousSink));
     std::set_terminate(previousTerminate);
+    redactText = nullptr;
     for (int i = 0; i < fatalSignalCount; ++i)
         sigaction(fatalSignals[i], &previousActions[i], nullptr);
     reportPrefix[0] = '\0';

@@ -3,6 +3,8 @@
 #include "bridge/HttpExchange.h"
 #include "diagnostics/CrashRecorder.h"
 #include "state/Console.h"
+#include "state/Redaction.h"
+#include "state/SettingsKeys.h"
 #include "state/SettingsStore.h"
 
 #include <QCoreApplication>
@@ -21,7 +23,7 @@
 
 namespace {
 
-constexpr std::chrono::seconds sendTimeout{10};
+constexpr HttpTimeouts sendTimeouts{std::chrono::seconds(10), std::chrono::seconds(15)};
 // Reports wait for the user to switch sending on, or for the collector to come back; a program that keeps
 // crashing must not fill the disk meanwhile.
 constexpr int keptReports = 10;
@@ -32,6 +34,27 @@ QString appVersion()
 {
     const QString version = QCoreApplication::applicationVersion();
     return version.isEmpty() ? QStringLiteral(GLOWDECK_VERSION) : version;
+}
+
+/// Every text inside `value`, keys included, passed through `redact`.
+QJsonValue redactedJson(const QJsonValue& value, const std::function<QString(const QString&)>& redact)
+{
+    if (value.isString())
+        return redact(value.toString());
+    if (value.isArray()) {
+        QJsonArray array;
+        for (const QJsonValue element : value.toArray())
+            array.append(redactedJson(element, redact));
+        return array;
+    }
+    if (value.isObject()) {
+        QJsonObject object;
+        const QJsonObject original = value.toObject();
+        for (auto it = original.begin(); it != original.end(); ++it)
+            object.insert(redact(it.key()), redactedJson(it.value(), redact));
+        return object;
+    }
+    return value;
 }
 
 QJsonObject rollbarItem(const QString& level, const QJsonObject& body)
@@ -70,7 +93,8 @@ void Diagnostics::start()
         return;
     if (!m_crashFolder.isEmpty())
         QDir().mkpath(m_crashFolder);
-    m_recorder = std::make_unique<CrashRecorder>(m_crashFolder, appVersion());
+    m_recorder = std::make_unique<CrashRecorder>(m_crashFolder, appVersion(),
+                                                 [this](const QString& line) { return redact(line); });
     CrashRecorder::pruneReports(m_crashFolder, keptReports);
     sendCrashReports();
     reportInfo(QStringLiteral("Glowdeck booted"));
@@ -116,15 +140,25 @@ void Diagnostics::sendCrashReports()
     }
 }
 
+QString Diagnostics::redact(const QString& text) const
+{
+    return redacted(text, m_store.readString(SettingsKeys::bridgeUser).value_or(QString()));
+}
+
 void Diagnostics::sendItem(const QString& level, const QJsonObject& body, std::function<void(bool)> done)
 {
     if (!isEnabled())
         return;
+    // Whatever an item carries (an exception's text, the lines a crash report kept, a report written by an
+    // older version), the key does not leave the machine.
+    const QJsonObject item = redactedJson(rollbarItem(level, body), [this](const QString& text) {
+                                 return redact(text);
+                             }).toObject();
     QNetworkRequest request(m_endpoint);
     request.setHeader(QNetworkRequest::ContentTypeHeader, QByteArrayLiteral("application/json"));
     request.setRawHeader("X-Rollbar-Access-Token", accessToken.toLatin1());
-    const QByteArray json = QJsonDocument(rollbarItem(level, body)).toJson(QJsonDocument::Compact);
-    sendHttpRequest(m_network, request, "POST", json, sendTimeout,
+    const QByteArray json = QJsonDocument(item).toJson(QJsonDocument::Compact);
+    sendHttpRequest(m_network, request, "POST", json, sendTimeouts,
                     [self = QPointer<Diagnostics>(this), done = std::move(done)](const HttpResult& result) {
                         if (done)
                             done(!result.transportFailed);

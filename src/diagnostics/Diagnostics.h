@@ -13,7 +13,8 @@ class QNetworkAccessManager;
 class SettingsStore;
 
 /// Start-up notices, uncaught errors and crash reports, posted as Rollbar items to the product's
-/// error-collection endpoint. No endpoint (or reports switched off by the user) means nothing is sent.
+/// error-collection endpoint. No endpoint (or reports switched off by the user) means nothing is sent. Every
+/// item and every line a crash report keeps passes through the redaction of state/Redaction.h first.
 class Diagnostics final : public QObject
 {
     Q_OBJECT
@@ -47,6 +48,8 @@ Q_SIGNALS:
     void itemSent();
 
 private:
+    /// `text` without the stored key or anything shaped like a key in a request path.
+    QString redact(const QString& text) const;
     void sendCrashReports();
     /// Posts one item; `done` learns whether the collector answered at all.
     void sendItem(const QString& level, const QJsonObject& body,

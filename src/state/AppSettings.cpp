@@ -1,6 +1,7 @@
 #include "state/AppSettings.h"
 
 #include "state/Console.h"
+#include "state/Redaction.h"
 #include "state/SettingsKeys.h"
 #include "state/SettingsStore.h"
 
@@ -19,11 +20,22 @@ void AppSettings::load()
     const qint64 increment = m_store.readInt(Keys::keyIncrement);
     setKeyIncrement(increment == 0 ? 50 : increment);
 
+    // Both flags are stored again as read. A value that cannot be read is the user's own: it stays in the
+    // file (the store has said so) and the field takes its default until the user changes the setting.
     if (!m_store.contains(Keys::showColorBarsForRooms))
         m_store.writeBool(Keys::showColorBarsForRooms, true);
-    setShowColorBarsForRooms(m_store.readBool(Keys::showColorBarsForRooms));
+    if (const std::optional<bool> colorBars = m_store.storedBool(Keys::showColorBarsForRooms))
+        setShowColorBarsForRooms(*colorBars);
+    else
+        assign(m_showColorBarsForRooms, true, &AppSettings::showColorBarsForRoomsChanged);
 
-    setShowScenes(m_store.readBool(Keys::showScenes));
+    const std::optional<bool> showScenes = m_store.storedBool(Keys::showScenes);
+    if (showScenes || !m_store.contains(Keys::showScenes)) {
+        setShowScenes(showScenes.value_or(false));
+    } else {
+        m_store.writeInt(Keys::activePanel, int(MainPanels::lights));
+        assign(m_showScenes, false, &AppSettings::showScenesChanged);
+    }
 }
 
 void AppSettings::reloadPresetHeights()
@@ -48,11 +60,13 @@ qint64 AppSettings::preferredHeightOfActivePanel() const
 
 void AppSettings::addLogLine(const QString& message)
 {
-    printLine(message);
+    // The log is kept, shown and sent with reports: the key never gets into it.
+    const QString line = redacted(message, m_hueKey);
+    printLine(line);
     // Dropping the whole log at the cap is cheaper than trimming it and loses nothing anyone reads.
     if (m_log.size() >= logCapacity)
         m_log.clear();
-    m_log.append(message);
+    m_log.append(line);
     Q_EMIT logChanged();
 }
 

@@ -70,7 +70,7 @@ public:
     /// The preset height of the active panel; 280 for a panel value outside the three.
     qint64 preferredHeightOfActivePanel() const;
 
-    /// Prints the line and appends it to the log.
+    /// Prints the line and appends it to the log, both with the key redacted (state/Redaction.h).
     void addLogLine(const QString& message);
 
     /// Changes the first light with this id in place; returns false when there is none.

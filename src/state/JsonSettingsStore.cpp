@@ -1,5 +1,6 @@
 #include "state/JsonSettingsStore.h"
 
+#include <QCoreApplication>
 #include <QDateTime>
 #include <QDir>
 #include <QFile>
@@ -28,16 +29,13 @@ QVariant fromJson(const QJsonValue& value)
 
 bool readJson(QIODevice& device, QSettings::SettingsMap& map)
 {
-    const QByteArray text = device.readAll();
-    if (text.trimmed().isEmpty())
-        return true;
-    QJsonParseError error;
-    const QJsonDocument document = QJsonDocument::fromJson(text, &error);
-    if (error.error != QJsonParseError::NoError || !document.isObject())
+    // QSettings reads the file again when another process changed it: the same limits hold then.
+    if (device.size() > JsonSettingsStore::maxFileBytes)
         return false;
-    const QJsonObject object = document.object();
-    for (auto it = object.begin(); it != object.end(); ++it)
-        map.insert(it.key(), fromJson(it.value()));
+    const std::optional<QVariantMap> values = JsonSettingsStore::parse(device.readAll());
+    if (!values)
+        return false;
+    map = *values;
     return true;
 }
 
@@ -56,56 +54,21 @@ QSettings::Format jsonFormat()
     return format;
 }
 
-void warn(const QString& message)
-{
-    std::fprintf(stderr, "glowdeck: %s\n", qPrintable(message));
-}
-
 constexpr QFile::Permissions ownerOnly = QFile::ReadOwner | QFile::WriteOwner;
 
-/// Creates a missing file readable by its owner only (QSettings keeps the permissions of an existing file
-/// when it replaces it), and moves an unreadable one out of the way instead of losing it.
-void prepareFile(const QString& fileName)
+QString kindOf(const QFileInfo& info)
 {
-    QFile file(fileName);
-    if (!file.exists()) {
-        QDir().mkpath(QFileInfo(fileName).absolutePath());
-        if (file.open(QIODevice::WriteOnly))
-            file.write("{}\n");
-        file.close();
-        file.setPermissions(ownerOnly);
-        return;
-    }
-    if ((file.permissions() & ~ownerOnly & ~(QFile::ReadUser | QFile::WriteUser)) != 0)
-        file.setPermissions(ownerOnly);
-    if (!file.open(QIODevice::ReadOnly)) {
-        warn(QStringLiteral("cannot read the settings file %1: %2").arg(fileName, file.errorString()));
-        return;
-    }
-    QSettings::SettingsMap probe;
-    if (readJson(file, probe))
-        return;
-    file.close();
-    const QString kept = fileName + QStringLiteral(".broken-") +
-                         QDateTime::currentDateTime().toString(QStringLiteral("yyyyMMdd-HHmmss"));
-    if (QFile::rename(fileName, kept)) {
-        warn(QStringLiteral(
-                 "the settings file %1 is not valid JSON; it was kept as %2 and Glowdeck starts with "
-                 "default settings")
-                 .arg(fileName, kept));
-        prepareFile(fileName);
-    } else {
-        warn(QStringLiteral("the settings file %1 is not valid JSON and could not be moved aside")
-                 .arg(fileName));
-    }
+    if (info.isDir())
+        return QStringLiteral("a folder");
+    return QStringLiteral("not a regular file");
 }
 
 } // namespace
 
-JsonSettingsStore::JsonSettingsStore(const QString& fileName)
+JsonSettingsStore::JsonSettingsStore(const QString& fileName) : m_fileName(fileName)
 {
-    prepareFile(fileName);
-    m_settings = std::make_unique<QSettings>(fileName, jsonFormat());
+    if (prepareFile())
+        m_settings = std::make_unique<QSettings>(fileName, jsonFormat());
 }
 
 JsonSettingsStore::~JsonSettingsStore() = default;
@@ -116,34 +79,142 @@ QString JsonSettingsStore::defaultFileName()
            QStringLiteral("/glowdeck/settings.json");
 }
 
-QString JsonSettingsStore::fileName() const
+std::optional<QVariantMap> JsonSettingsStore::parse(const QByteArray& text)
 {
-    return m_settings->fileName();
+    if (text.trimmed().isEmpty())
+        return QVariantMap();
+    QJsonParseError error;
+    const QJsonDocument document = QJsonDocument::fromJson(text, &error);
+    if (error.error != QJsonParseError::NoError || !document.isObject())
+        return std::nullopt;
+    QVariantMap values;
+    const QJsonObject object = document.object();
+    for (auto it = object.begin(); it != object.end(); ++it)
+        values.insert(it.key(), fromJson(it.value()));
+    return values;
+}
+
+void JsonSettingsStore::warn(const QString& message) const
+{
+    const QString program = QCoreApplication::instance() ? QCoreApplication::applicationName().toLower()
+                                                         : QStringLiteral("glowdeck");
+    std::fprintf(stderr, "%s: %s\n", qPrintable(program), qPrintable(message));
+}
+
+bool JsonSettingsStore::prepareFile()
+{
+    const QFileInfo info(m_fileName);
+    if (!info.exists()) {
+        // Created readable by its owner only before anything is in it (QSettings keeps the permissions of the
+        // file it replaces).
+        QDir().mkpath(info.absolutePath());
+        QFile file(m_fileName);
+        if (!file.open(QIODevice::WriteOnly | QIODevice::NewOnly) || file.write("{}\n") < 0) {
+            m_saveError =
+                QStringLiteral("cannot create the settings file %1: %2").arg(m_fileName, file.errorString());
+            warn(m_saveError + QStringLiteral("; settings are not saved this time"));
+            return false;
+        }
+        file.setPermissions(ownerOnly);
+        return true;
+    }
+    // Opening a folder fails, a named pipe would block us for good, a device could be anything: none of them
+    // is read, written or has its permissions changed.
+    if (!info.isFile()) {
+        m_saveError = QStringLiteral("the settings file %1 is %2").arg(m_fileName, kindOf(info));
+        warn(m_saveError + QStringLiteral("; it is left as it is, and settings are not saved this time"));
+        return false;
+    }
+    if ((info.permissions() & ~ownerOnly & ~(QFile::ReadUser | QFile::WriteUser)) != 0)
+        QFile::setPermissions(m_fileName, ownerOnly);
+
+    if (info.size() > maxFileBytes) {
+        const QString kept = keepAside(QStringLiteral("too-large"));
+        if (kept.isEmpty())
+            return false;
+        warn(QStringLiteral(
+                 "the settings file %1 is larger than 1 MiB (%2 bytes), far more than any of ours; it "
+                 "was not read, it was kept as %3, and Glowdeck starts with default settings")
+                 .arg(m_fileName)
+                 .arg(info.size())
+                 .arg(kept));
+        return prepareFile();
+    }
+    QFile file(m_fileName);
+    if (!file.open(QIODevice::ReadOnly)) {
+        m_saveError =
+            QStringLiteral("cannot read the settings file %1: %2").arg(m_fileName, file.errorString());
+        warn(m_saveError + QStringLiteral("; it is left as it is, and settings are not saved this time"));
+        return false;
+    }
+    if (parse(file.read(maxFileBytes + 1)))
+        return true;
+    file.close();
+    const QString kept = keepAside(QStringLiteral("broken"));
+    if (kept.isEmpty())
+        return false;
+    warn(QStringLiteral("the settings file %1 is not valid JSON; it was kept as %2 and Glowdeck starts with "
+                        "default settings")
+             .arg(m_fileName, kept));
+    return prepareFile();
+}
+
+QString JsonSettingsStore::keepAside(const QString& why)
+{
+    const QString stem = m_fileName + u'.' + why + u'-' +
+                         QDateTime::currentDateTime().toString(QStringLiteral("yyyyMMdd-HHmmss"));
+    // QFile::rename never replaces an existing file: a second broken file within the same second gets "-2".
+    for (int attempt = 1; attempt <= 100; ++attempt) {
+        const QString kept = attempt == 1 ? stem : stem + u'-' + QString::number(attempt);
+        if (QFileInfo::exists(kept))
+            continue;
+        QFile file(m_fileName);
+        if (file.rename(kept))
+            return kept;
+        if (!QFileInfo::exists(kept)) {
+            m_saveError = QStringLiteral("the settings file %1 cannot be used and cannot be moved aside: %2")
+                              .arg(m_fileName, file.errorString());
+            warn(m_saveError + QStringLiteral("; it is left as it is, and settings are not saved this time"));
+            return {};
+        }
+    }
+    m_saveError = QStringLiteral("the settings file %1 cannot be used, and there are too many kept beside it")
+                      .arg(m_fileName);
+    warn(m_saveError + QStringLiteral("; settings are not saved this time"));
+    return {};
 }
 
 bool JsonSettingsStore::contains(const QString& key) const
 {
-    return m_settings->contains(key);
+    return m_settings ? m_settings->contains(key) : m_memory.contains(key);
 }
 
 QVariant JsonSettingsStore::value(const QString& key) const
 {
-    return m_settings->value(key);
+    return m_settings ? m_settings->value(key) : m_memory.value(key);
 }
 
 void JsonSettingsStore::setValue(const QString& key, const QVariant& value)
 {
     // The connection stores the same address and key after every refresh: rewriting (and syncing) the file
     // each time would cost more than the refresh itself.
-    const QVariant stored = m_settings->value(key);
+    const QVariant stored = this->value(key);
     if (stored.typeId() == value.typeId() && stored == value)
         return;
+    if (!m_settings) {
+        m_memory.insert(key, value);
+        return;
+    }
     m_settings->setValue(key, value);
     save();
 }
 
 void JsonSettingsStore::remove(const QString& key)
 {
+    if (!m_settings) {
+        m_memory.remove(key);
+        return;
+    }
     m_settings->remove(key);
     save();
 }
@@ -152,8 +223,20 @@ void JsonSettingsStore::save()
 {
     // Written at once: the command-line tool exits right after its change, and a crash must not lose one.
     m_settings->sync();
-    if (m_settings->status() != QSettings::NoError && !m_reportedWriteFailure) {
-        m_reportedWriteFailure = true;
-        warn(QStringLiteral("cannot write the settings file %1").arg(m_settings->fileName()));
-    }
+    if (m_settings->status() == QSettings::NoError || !m_saveError.isEmpty())
+        return;
+    m_saveError =
+        m_settings->status() == QSettings::AccessError
+            ? QStringLiteral("cannot write the settings file %1").arg(m_fileName)
+            : QStringLiteral("the settings file %1 was changed into something that is not a settings "
+                             "file")
+                  .arg(m_fileName);
+    warn(m_saveError);
+}
+
+void JsonSettingsStore::reportUnreadable(const QString& key, const QString& expected) const
+{
+    warn(QStringLiteral(
+             "the setting \"%1\" in %2 should hold %3; it is ignored, and kept in the file as it is")
+             .arg(key, m_fileName, expected));
 }

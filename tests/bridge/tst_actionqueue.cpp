@@ -8,6 +8,8 @@
 
 #include <memory>
 
+Q_DECLARE_METATYPE(WriteOutcome)
+
 class TestActionQueue final : public QObject
 {
     Q_OBJECT
@@ -24,6 +26,8 @@ private Q_SLOTS:
     void stopsItsTimerWhenDrainedAndStartsAgain();
     void keepsDrainingWhenTheBridgeIsGone();
     void stampsTheLastUserAction();
+    void readsEveryAnswerAndLogsARefusalOnce_data();
+    void readsEveryAnswerAndLogsARefusalOnce();
 
 private:
     ActionQueueItem item(const QString& id, const QString& property, bool light, int value = 0) const;
@@ -193,3 +197,41 @@ void TestActionQueue::stampsTheLastUserAction()
 
 QTEST_GUILESS_MAIN(TestActionQueue)
 #include "tst_actionqueue.moc"
+
+void TestActionQueue::readsEveryAnswerAndLogsARefusalOnce_data()
+{
+    QTest::addColumn<BridgeSimulator::Fault>("fault");
+    QTest::addColumn<WriteOutcome::Kind>("outcome");
+    using Fault = BridgeSimulator::Fault;
+    using Kind = WriteOutcome::Kind;
+    QTest::newRow("accepted") << Fault::None << Kind::accepted;
+    QTest::newRow("refused") << Fault::ErrorArray << Kind::refused;
+    QTest::newRow("HTTP error") << Fault::HttpError << Kind::httpError;
+    QTest::newRow("garbage") << Fault::GarbageBody << Kind::unexpected;
+    QTest::newRow("dropped") << Fault::DropConnection << Kind::noAnswer;
+    QTest::newRow("drip-feed") << Fault::DripFeed << Kind::timedOut;
+}
+
+void TestActionQueue::readsEveryAnswerAndLogsARefusalOnce()
+{
+    QFETCH(BridgeSimulator::Fault, fault);
+    QFETCH(WriteOutcome::Kind, outcome);
+    m_bridge->setDripFeed(1, 1000);
+    m_bridge->setFault(fault);
+    QSignalSpy answered(m_queue.get(), &ActionQueue::answered);
+    m_queue->enqueue(item(QStringLiteral("1"), QStringLiteral("brightness"), true));
+    m_queue->enqueue(item(QStringLiteral("2"), QStringLiteral("brightness"), true));
+    QTRY_COMPARE_WITH_TIMEOUT(answered.size(), 2, int(ActionQueue::sendDeadline.count()) + 3000);
+    for (const QList<QVariant>& answer : answered) {
+        const auto result = answer.at(1).value<WriteOutcome>();
+        QCOMPARE(result.kind, outcome);
+        if (outcome == WriteOutcome::Kind::refused)
+            QCOMPARE(result.detail, QStringLiteral("Internal error, 404"));
+    }
+    const QStringList refusals = m_state->settings().log().filter(QStringLiteral("refused"));
+    QCOMPARE(refusals.size(), outcome == WriteOutcome::Kind::refused ? 1 : 0);
+    if (!refusals.isEmpty()) // the key is not in the log
+        QCOMPARE(refusals.first(),
+                 QStringLiteral("The bridge refused a change of /lights/1/state: Internal error, 404"));
+    QTRY_COMPARE(m_queue->requestsInFlight(), 0);
+}

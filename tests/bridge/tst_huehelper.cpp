@@ -26,6 +26,8 @@ private Q_SLOTS:
     void clampsTheLocalBrightnessOfAnIncrease();
     void sendsTheSwitchOffSchedule();
     void reachesTheBridge();
+    void keepsEachIdOnePathSegment_data();
+    void keepsEachIdOnePathSegment();
 
 private:
     ActionQueueItem queued();
@@ -227,6 +229,35 @@ void TestHueHelper::reachesTheBridge()
     light.lamp_id = id;
     m_helper->setLightBrightness(light, 20);
     QTRY_COMPARE(m_bridge->light(id).value(u"state").toObject().value(u"bri").toInt(), 20);
+}
+
+void TestHueHelper::keepsEachIdOnePathSegment_data()
+{
+    QTest::addColumn<QString>("id");      // a lamp id as a hostile bridge may send it
+    QTest::addColumn<QByteArray>("path"); // as sent after "/api/<key>"; empty: nothing sent
+    QTest::newRow("climbing out") << "1/../../config" << QByteArray("/lights/1%2F..%2F..%2Fconfig/state");
+    QTest::newRow("query and fragment") << "2?x=1#y" << QByteArray("/lights/2%3Fx%3D1%23y/state");
+    QTest::newRow("spaces and non-ASCII") << "l\u00e4mp 3" << QByteArray("/lights/l%C3%A4mp%203/state");
+    QTest::newRow("parent") << ".." << QByteArray();
+    QTest::newRow("empty") << "" << QByteArray();
+}
+
+void TestHueHelper::keepsEachIdOnePathSegment()
+{
+    QFETCH(QString, id);
+    QFETCH(QByteArray, path);
+    HueLight light = m_light;
+    light.lamp_id = id;
+    m_helper->setLightOn(light, true);
+    if (path.isEmpty()) {
+        QTRY_COMPARE(m_state->settings().log().size(), 1);
+        QVERIFY2(m_state->settings().log().first().contains(QStringLiteral("cannot form a request address")),
+                 qPrintable(m_state->settings().log().first()));
+        QVERIFY(m_state->settings().actionQueue().isEmpty());
+        return;
+    }
+    QTRY_COMPARE(m_bridge->requests().size(), 1);
+    QCOMPARE(m_bridge->requests().first().target, "/api/" + m_light.hue_key.toLatin1() + path);
 }
 
 QTEST_GUILESS_MAIN(TestHueHelper)

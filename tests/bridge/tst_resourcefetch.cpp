@@ -5,6 +5,7 @@
 #include <QNetworkAccessManager>
 #include <QSignalSpy>
 #include <QTest>
+#include <QThread>
 
 namespace {
 
@@ -58,6 +59,7 @@ private Q_SLOTS:
     void derivesScenes();
     void reportsFailuresWithTheListsOwnMessage_data();
     void reportsFailuresWithTheListsOwnMessage();
+    void acceptsAThousandMembersAndNoMore();
 };
 
 void TestResourceFetch::derivesLights_data()
@@ -274,6 +276,14 @@ void TestResourceFetch::reportsFailuresWithTheListsOwnMessage_data()
         << "lights" << -2 << 1 << "Error: Couldn't decode Hue data due to unknown JSON data.";
     QTest::newRow("scenes, nobody listening") << "scenes" << -3 << 0 << QString();
     QTest::newRow("lights, silent bridge: gives up") << "lights" << -4 << 0 << QString();
+    QTest::newRow("lights, HTTP error") << "lights" << int(Fault::HttpError) << 1
+                                        << "Error: Couldn't decode Hue data due to unknown JSON data.";
+    QTest::newRow("scenes, trickling bridge: gives up at the deadline")
+        << "scenes" << int(Fault::DripFeed) << 0 << QString();
+    QTest::newRow("groups, too many")
+        << "groups" << -5 << 1
+        << "Error: Hue GROUPS data lists 1001 groups, more than the 1000 a bridge "
+           "can hold; the answer was refused.";
 }
 
 void TestResourceFetch::reportsFailuresWithTheListsOwnMessage()
@@ -287,6 +297,8 @@ void TestResourceFetch::reportsFailuresWithTheListsOwnMessage()
     QVERIFY(bridge.listen());
     const QString key = bridge.addUser();
     QString address = bridge.hostAndPort();
+    // A byte every half second never trips the time-out without data: only the deadline ends the read.
+    bridge.setDripFeed(1, 500);
     if (fault >= 0)
         bridge.setFault(BridgeSimulator::Fault(fault));
     else if (fault == -1)
@@ -295,13 +307,19 @@ void TestResourceFetch::reportsFailuresWithTheListsOwnMessage()
         bridge.setRawResource(list, "{\"1\":\"" + QByteArray(17 * 1024 * 1024, 'x') + "\"}");
     else if (fault == -3)
         address = QStringLiteral("127.0.0.1:1");
+    else if (fault == -5)
+        bridge.setRawResource(list, '{' + QByteArray("\"1\":{},").repeated(1001).chopped(1) + '}');
     else
         bridge.setLatency(int(fetchTimeout.count()) + 2000); // answers only after the fetch has given up
 
     PrintedLines printed;
     QNetworkAccessManager network;
     std::optional<int> outcome;
-    const auto done = [&](const auto& result) { outcome = result.error ? int(*result.error) : -1; };
+    bool onMainThread = false; // decoding runs on a worker thread, the answer comes back to this one
+    const auto done = [&](const auto& result) {
+        outcome = result.error ? int(*result.error) : -1;
+        onMainThread = QThread::currentThread() == thread();
+    };
     if (list == u"lights")
         HueCommunicationLights{address, key}.fetch(network, done);
     else if (list == u"groups")
@@ -309,9 +327,29 @@ void TestResourceFetch::reportsFailuresWithTheListsOwnMessage()
     else
         HueCommunicationScenes{address, key}.fetch(network, done);
 
-    QTRY_VERIFY_WITH_TIMEOUT(outcome.has_value(), 10000);
+    QTRY_VERIFY_WITH_TIMEOUT(outcome.has_value(), int(fetchDeadline.count()) + 5000);
     QCOMPARE(*outcome, error);
+    QVERIFY(onMainThread);
     QCOMPARE(printed.lines(), message.isEmpty() ? QStringList{} : QStringList{message});
+}
+
+void TestResourceFetch::acceptsAThousandMembersAndNoMore()
+{
+    const QByteArray member = lamp("Dimmable light", "");
+    const auto lamps = [&member](int count) {
+        QByteArray text = "{";
+        for (int i = 1; i <= count; ++i)
+            text += (i > 1 ? ",\"" : "\"") + QByteArray::number(i) + "\":" + member;
+        return text + '}';
+    };
+    const LightsResult thousand =
+        lightsFromBody(lamps(1000), QStringLiteral("10.0.0.2"), QStringLiteral("KEY"));
+    QVERIFY(thousand.ok());
+    QCOMPARE(thousand.records.size(), 1000);
+    const LightsResult more = lightsFromBody(lamps(1001), QStringLiteral("10.0.0.2"), QStringLiteral("KEY"));
+    QCOMPARE(more.error, BridgeError::invalidData);
+    QVERIFY(more.records.isEmpty());
+    QVERIFY2(more.message.contains(QStringLiteral("lists 1001 lights")), qPrintable(more.message));
 }
 
 QTEST_GUILESS_MAIN(TestResourceFetch)

@@ -50,6 +50,9 @@ private Q_SLOTS:
     void refreshTickSkipsAfterUserActionsAndReadsScenesQuarterHourly();
     void disconnectForgetsTheKeyButKeepsAddressScenesAndTimer();
     void keepsOneRefresherAndStopsIt();
+    void disconnectDropsTheReadsUnderWay();
+    void recoversWithinTwoTicksOfTheBridgeHealing_data();
+    void recoversWithinTwoTicksOfTheBridgeHealing();
 
 private:
     AppSettings& settings() { return m_state->settings(); }
@@ -126,7 +129,10 @@ void TestBridgeConnection::readsTheListsBeforeStoringTheBridge()
     settings().setConnectionErrorMessage(QStringLiteral("earlier trouble"));
     ListReads reads(m_connection.get());
     m_connection->connectToBridge();
-    QVERIFY(settings().log().contains(QStringLiteral("Connecting to Bridge... [%1]").arg(m_key)));
+    // The log is kept and sent with reports: the key's last four characters only.
+    QVERIFY(
+        settings().log().contains(QStringLiteral("Connecting to Bridge... [\u2026%1]").arg(m_key.right(4))));
+    QVERIFY(!settings().log().join(u'\n').contains(m_key));
     QVERIFY(!store().contains(Keys::bridgeIP) && !store().contains(Keys::bridgeUser));
     QVERIFY(reads.waitForAll());
     QCOMPARE(listsRead(), (QStringList{"lights", "groups", "scenes"}));
@@ -246,6 +252,8 @@ void TestBridgeConnection::refreshTickSkipsAfterUserActionsAndReadsScenesQuarter
     QFETCH(QTime, now);
     QFETCH(int, sinceUserAction);
     QFETCH(QStringList, lists);
+    QVERIFY(connectAndWait()); // a first light read would bring the scenes along
+    m_connection->stopBridgeStateRefresher();
     const QDateTime clock(QDate(2024, 5, 6), now);
     m_connection->setClock([clock] { return clock; });
     settings().setLastUserActionAt(clock.addMSecs(-sinceUserAction));
@@ -282,6 +290,66 @@ void TestBridgeConnection::keepsOneRefresherAndStopsIt()
     QCOMPARE(activeTimers(), 1);
     m_connection->stopBridgeStateRefresher();
     QVERIFY(!m_connection->isRefreshing() && activeTimers() == 0);
+}
+
+void TestBridgeConnection::disconnectDropsTheReadsUnderWay()
+{
+    m_bridge->setLatency(300);
+    m_connection->connectToBridge();
+    m_connection->disconnectFromBridge();
+    // Nothing is left that could answer later: no light list, no key stored as one that works.
+    QCOMPARE(repliesInFlight(), 0);
+    QVERIFY(settings().lights().isEmpty() && !settings().bridgeConnected());
+}
+
+void TestBridgeConnection::recoversWithinTwoTicksOfTheBridgeHealing_data()
+{
+    QTest::addColumn<BridgeSimulator::Fault>("fault");
+    using Fault = BridgeSimulator::Fault;
+    QTest::newRow("error array") << Fault::ErrorArray;
+    QTest::newRow("garbage") << Fault::GarbageBody;
+    QTest::newRow("HTTP error") << Fault::HttpError;
+    QTest::newRow("dropped connection") << Fault::DropConnection;
+    QTest::newRow("drip-feed") << Fault::DripFeed;
+}
+
+void TestBridgeConnection::recoversWithinTwoTicksOfTheBridgeHealing()
+{
+    QFETCH(BridgeSimulator::Fault, fault);
+    // Minute 16: no tick reads the scenes by the clock, only the recovery does.
+    const QDateTime clock(QDate(2024, 5, 6), QTime(12, 16, 10));
+    m_connection->setClock([clock] { return clock; });
+    settings().setLastUserActionAt(clock.addSecs(-60));
+    m_bridge->setDripFeed(1, 500); // slow enough to be useless, fast enough never to look silent
+    m_bridge->setFault(fault);
+
+    // The application starts while the bridge misbehaves; the test runs the ticks itself.
+    const bool trickles = fault == BridgeSimulator::Fault::DripFeed;
+    ListReads reads(m_connection.get());
+    m_connection->connectToBridge();
+    m_connection->stopBridgeStateRefresher();
+    if (!trickles) // a trickling read only ends when the next one replaces it
+        QVERIFY(reads.waitForAll());
+    m_connection->refreshTick();
+    QCOMPARE(repliesInFlight(), trickles ? 3 : 2); // one read per list: the scenes are still trickling
+    QVERIFY(!reads.spies[0].isEmpty() || reads.spies[0].wait(5000));
+    QVERIFY(!reads.spies[0].last().first().value<LightsResult>().ok());
+    QVERIFY(!settings().bridgeConnected());
+    QVERIFY(settings().lights().isEmpty() && settings().scenes().isEmpty());
+
+    m_bridge->setFault(BridgeSimulator::Fault::None);
+    const auto recovered = [this] {
+        return settings().bridgeConnected() && !settings().lights().isEmpty() &&
+               !settings().groups().isEmpty() && !settings().scenes().isEmpty();
+    };
+    int ticks = 0;
+    while (ticks < 2 && !recovered()) {
+        m_connection->refreshTick();
+        ++ticks;
+        (void)QTest::qWaitFor(recovered, int(BridgeConnection::refreshInterval.count()));
+    }
+    QVERIFY2(recovered(), "not recovered within two ticks");
+    QCOMPARE(ticks, 1);
 }
 
 QTEST_GUILESS_MAIN(TestBridgeConnection)

@@ -3,7 +3,9 @@
 
 #include "bridge/CodedRecords.h"
 
+#include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -14,7 +16,9 @@
 #include <QTest>
 #include <QTimer>
 
+#include <algorithm>
 #include <memory>
+#include <vector>
 
 namespace {
 
@@ -26,7 +30,7 @@ const QByteArray lightsBody = R"({
        "capabilities": {"control": {"ct": {"min": 153, "max": 500}}},
        "state": {"on": true, "bri": 200, "hue": 8000, "sat": 120, "ct": 300, "xy": [0.4, 0.4],
                  "colormode": "xy", "reachable": true}},
- "10": {"name": "Hall", "type": "Color temperature light", "productname": "Hue ambiance lamp",
+ "10": {"name": "Hall\u202e\u001b[2J", "type": "Color temperature light", "productname": "Hue ambiance lamp",
         "state": {"on": false, "bri": 1, "ct": 400, "colormode": "ct", "reachable": true}},
  "1": {"name": "Porch", "type": "Dimmable light", "productname": "Hue white lamp",
        "state": {"on": true, "bri": 254, "reachable": true}}})";
@@ -50,8 +54,8 @@ class TestGlowdeckCtl final : public QObject
 
 private Q_SLOTS:
     void init();
-    void listsAsJsonKeepTheBridgeOrder();
-    void listsAsATable();
+    void listsAsJsonKeepTheBridgeOrderAndNotTheKey();
+    void listsAsATableWithoutTerminalControls();
     void commandsSendTheirRequests_data();
     void commandsSendTheirRequests();
     void refusedCommandsChangeNothing_data();
@@ -61,11 +65,18 @@ private Q_SLOTS:
     void discoverAndPairStoreWhatTheyFind();
     void statusNeverShowsTheKey_data();
     void statusNeverShowsTheKey();
+    void failedChangesFailTheRun_data();
+    void failedChangesFailTheRun();
+    void everyWaitIsBounded();
+    void aSettingsFileThatCannotBeWrittenFailsTheRun_data();
+    void aSettingsFileThatCannotBeWrittenFailsTheRun();
 
 private:
     /// Runs glowdeckctl ("light 2 on"); `nameSimulator` adds --bridge and --key for the simulator.
     /// "{sim}" stands for the address of the simulator.
     Run run(const QString& commandLine, bool nameSimulator = true);
+    /// Starts several runs at once and waits for all of them.
+    QList<Run> runAll(const QStringList& commandLines, bool nameSimulator = true);
     QString settingsFile() const { return m_dir->filePath(QStringLiteral("settings.json")); }
     /// Writes the simulator's address as "bridgeIP" and, if `withKey`, its key as "bridgeUser".
     void storeSettings(bool withKey);
@@ -94,25 +105,45 @@ void TestGlowdeckCtl::init()
 
 Run TestGlowdeckCtl::run(const QString& commandLine, bool nameSimulator)
 {
-    QStringList arguments = commandLine.split(u' ', Qt::SkipEmptyParts);
-    arguments.replaceInStrings(QStringLiteral("{sim}"), m_sim->hostAndPort());
-    if (nameSimulator)
-        arguments << QStringLiteral("--bridge") << m_sim->hostAndPort() << QStringLiteral("--key") << m_key;
-    QProcess process;
+    return runAll({commandLine}, nameSimulator).first();
+}
+
+QList<Run> TestGlowdeckCtl::runAll(const QStringList& commandLines, bool nameSimulator)
+{
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(QStringLiteral("GLOWDECK_SETTINGS"), settingsFile());
     // Never the public discovery service: always the loopback stand-in.
     environment.insert(QStringLiteral("GLOWDECK_DISCOVERY_URL"), m_discovery->url().toString());
-    process.setProcessEnvironment(environment);
-    QSignalSpy finished(&process, &QProcess::finished);
-    process.start(QStringLiteral(GLOWDECKCTL_PATH), arguments);
-    // The simulator answers on this thread: wait with the event loop running, never with waitForFinished.
-    if (!finished.wait(20000) || process.exitStatus() != QProcess::NormalExit) {
-        process.kill();
-        return {};
+    std::vector<std::unique_ptr<QProcess>> processes;
+    for (const QString& commandLine : commandLines) {
+        QStringList arguments = commandLine.split(u' ', Qt::SkipEmptyParts);
+        arguments.replaceInStrings(QStringLiteral("{sim}"), m_sim->hostAndPort());
+        if (nameSimulator)
+            arguments << QStringLiteral("--bridge") << m_sim->hostAndPort() << QStringLiteral("--key")
+                      << m_key;
+        auto& process = processes.emplace_back(std::make_unique<QProcess>());
+        process->setProcessEnvironment(environment);
+        process->start(QStringLiteral(GLOWDECKCTL_PATH), arguments);
     }
-    return {process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()),
-            QString::fromUtf8(process.readAllStandardError())};
+    // The simulator answers on this thread: wait with the event loop running, never with waitForFinished.
+    // Every wait of glowdeckctl ends within 15 s; these 20 s are only the harness's own limit.
+    const auto allDone = [&] {
+        return std::ranges::all_of(processes, [](auto& p) { return p->state() == QProcess::NotRunning; });
+    };
+    if (!QTest::qWaitFor(allDone, 20000))
+        qWarning("glowdeckctl still runs after 20 s");
+    QList<Run> runs;
+    for (auto& process : processes) {
+        if (process->state() != QProcess::NotRunning || process->exitStatus() != QProcess::NormalExit) {
+            process->kill();
+            process->waitForFinished();
+            runs.append(Run{});
+            continue;
+        }
+        runs.append(Run{process->exitCode(), QString::fromUtf8(process->readAllStandardOutput()),
+                        QString::fromUtf8(process->readAllStandardError())});
+    }
+    return runs;
 }
 
 void TestGlowdeckCtl::storeSettings(bool withKey)
@@ -141,10 +172,11 @@ QStringList TestGlowdeckCtl::received() const
     return sent;
 }
 
-void TestGlowdeckCtl::listsAsJsonKeepTheBridgeOrder()
+void TestGlowdeckCtl::listsAsJsonKeepTheBridgeOrderAndNotTheKey()
 {
     const Run result = run(QStringLiteral("lights --json"));
     QCOMPARE(result.exitCode, 0);
+    QVERIFY(!result.out.contains(m_key)); // this output ends up in scripts and bug reports
     QCOMPARE(result.out.count(u'\n'), 1); // one line
     const QJsonArray lights = QJsonDocument::fromJson(result.out.toUtf8()).array();
     QStringList ids;
@@ -158,19 +190,25 @@ void TestGlowdeckCtl::listsAsJsonKeepTheBridgeOrder()
     // clang-format off
     const QJsonObject expected{{"name", "Desk lamp"}, {"product_name", "Hue color lamp"}, {"is_on", true},
                                {"brightness", 200}, {"allows_color", true}, {"ct_max", 500},
-                               {"hue_ip", m_sim->hostAndPort()}, {"hue_key", m_key}};
+                               {"hue_ip", m_sim->hostAndPort()}, {"hue_key", ""}};
     // clang-format on
     for (auto it = expected.begin(); it != expected.end(); ++it)
         QCOMPARE(desk.value(it.key()), it.value());
     QVERIFY(result.out.startsWith(QStringLiteral(R"([{"lamp_id":"2","name":"Desk lamp","product_name")")));
+
+    const Run withKey = run(QStringLiteral("rooms --json --with-key"));
+    QCOMPARE(withKey.exitCode, 0);
+    QCOMPARE(QJsonDocument::fromJson(withKey.out.toUtf8())[0]["hue_key"].toString(), m_key);
 }
 
-void TestGlowdeckCtl::listsAsATable()
+void TestGlowdeckCtl::listsAsATableWithoutTerminalControls()
 {
     const Run result = run(QStringLiteral("lights"));
     QCOMPARE(result.exitCode, 0);
-    for (const char* text : {"Desk lamp", "colour", "Hall", "white tone", "dimmable"})
+    // The bidirectional override would show the rest of the line backwards, the escape clear the screen.
+    for (const char* text : {"Desk lamp", "colour", "Hall??[2J", "white tone", "dimmable"})
         QVERIFY2(result.out.contains(QLatin1String(text)), qPrintable(result.out));
+    QVERIFY(!result.out.contains(QChar(0x202e)) && !result.out.contains(QChar(0x1b)));
     const QStringList lines = result.out.split(u'\n');
     QVERIFY(lines.at(0).startsWith(QStringLiteral("ID ")));
     QCOMPARE(lines.at(1).indexOf(QStringLiteral("Desk lamp")), lines.at(0).indexOf(QStringLiteral("NAME")));
@@ -190,8 +228,8 @@ void TestGlowdeckCtl::commandsSendTheirRequests_data()
         {R"(PUT lights/2/state {"hue":1000,"sat":120,"on":true,"transitiontime":2})"});
     row("light ct", "light 10 ct 153", {R"(PUT lights/10/state {"ct":153,"on":true,"transitiontime":2})"});
     row("room off", "room 1 off", {R"(PUT groups/1/action {"on":false})"});
-    row("room brighter", "room 1 brighter 255",
-        {R"(PUT groups/1/action {"bri_inc":255,"transitiontime":1,"on":true})"});
+    row("room brighter", "room 1 brighter 254",
+        {R"(PUT groups/1/action {"bri_inc":254,"transitiontime":1,"on":true})"});
     row("scene", "scene abc-1", {R"(PUT groups/0/action {"scene":"abc-1"})"});
     // One request per lamp, in the bridge's order.
     row("all-off", "all-off",
@@ -223,7 +261,7 @@ void TestGlowdeckCtl::refusedCommandsChangeNothing_data()
     // Each is wrong in one way only, so only the check itself can stop it. discover, pair and status take
     // no --key, discover no --bridge.
     for (const char* line :
-         {"", "lamps", "light 2 blink", "light 2 brightness 256", "light 2 ct 152", "room 1 brighter 256",
+         {"", "lamps", "light 2 blink", "light 2 brightness 256", "light 2 ct 152", "room 1 brighter 255",
           "all-off --in 0", "light 2 on --json", "discover --bridge {sim}", "pair --bridge {sim} --wait 601",
           "status --bridge {sim} x"})
         QTest::newRow(*line ? line : "(nothing)") << line << Fault::None << 2 << "Usage: glowdeckctl";
@@ -232,7 +270,10 @@ void TestGlowdeckCtl::refusedCommandsChangeNothing_data()
     QTest::newRow("unknown light") << "light 99 on" << Fault::None << 1
                                    << "No light with id 99 on this bridge.";
     QTest::newRow("garbage") << "light 2 on" << Fault::GarbageBody << 1 << undecodable;
-    QTest::newRow("error array") << "lights --json" << Fault::ErrorArray << 1 << undecodable;
+    QTest::newRow("error array") << "lights --json" << Fault::ErrorArray << 1
+                                 << "refused to send the list: Internal error, 404.";
+    QTest::newRow("HTTP error") << "rooms" << Fault::HttpError << 1
+                                << "did not send a list that can be used (HTTP status 500).";
     QTest::newRow("dropped") << "all-off" << Fault::DropConnection << 1 << unreachable.arg("{sim}");
     QTest::newRow("refused") << "lights --bridge 127.0.0.1:1 --key abc" << Fault::None << 1
                              << unreachable.arg("127.0.0.1:1");
@@ -341,6 +382,82 @@ void TestGlowdeckCtl::statusNeverShowsTheKey()
     QVERIFY2(result.out.contains(lines), qPrintable(result.out));
     QVERIFY(!(result.out + result.err).contains(m_key)); // whether there is a key, never the key
     QCOMPARE(received(), QStringList{request});
+}
+
+void TestGlowdeckCtl::failedChangesFailTheRun_data()
+{
+    QTest::addColumn<BridgeSimulator::Fault>("fault"); // on the change only: the list is read as usual
+    QTest::addColumn<QString>("message");
+    using Fault = BridgeSimulator::Fault;
+    const QString change = QStringLiteral("The bridge at {sim} %1 PUT /lights/2/state");
+    QTest::newRow("refused") << Fault::ErrorArray << change.arg("refused") + ": Internal error, 404.";
+    QTest::newRow("HTTP error") << Fault::HttpError << change.arg("answered") + " with HTTP status 500.";
+    QTest::newRow("garbage") << Fault::GarbageBody << change.arg("answered") + " with something that is not";
+    QTest::newRow("dropped") << Fault::DropConnection << change.arg("did not answer") + ": ";
+    QTest::newRow("drip-feed") << Fault::DripFeed
+                               << change.arg("did not answer") + " in time (3 s without data, or 5 s in all)";
+}
+
+void TestGlowdeckCtl::failedChangesFailTheRun()
+{
+    QFETCH(BridgeSimulator::Fault, fault);
+    QFETCH(QString, message);
+    m_sim->setDripFeed(2, 1000);
+    m_sim->setFault(fault, -1, "PUT");
+    const Run result = run(QStringLiteral("light 2 off"));
+    QCOMPARE(result.exitCode, 1);
+    QVERIFY2(result.err.contains(message.replace(QStringLiteral("{sim}"), m_sim->hostAndPort())),
+             qPrintable(result.err));
+    QCOMPARE(result.err.count(u'\n'), 1); // said once, on standard error only
+    QVERIFY2(result.out.isEmpty(), qPrintable(result.out));
+}
+
+void TestGlowdeckCtl::everyWaitIsBounded()
+{
+    // A bridge that sends a byte every half second never trips a time-out without data: only the deadlines
+    // end these runs. They run side by side, so the slowest (15 s) bounds the test.
+    m_sim->setDripFeed(1, 500);
+    m_sim->setFault(BridgeSimulator::Fault::DripFeed);
+    storeSettings(true);
+    const QString discovery = QStringLiteral("discover --discovery-url http://{sim}/api/config");
+    const QList<Run> runs = runAll({QStringLiteral("lights"), QStringLiteral("status"),
+                                    QStringLiteral("pair --bridge {sim}"), discovery},
+                                   false);
+    const QStringList messages{"did not send the list in time (4 s without data, or 10 s in all)",
+                               "answers too slowly: gave up on its lamps after 10 s",
+                               "Unable to connect to the Hue bridge. Is the IP address correct?",
+                               "No Hue bridge found on this network."};
+    for (qsizetype i = 0; i < runs.size(); ++i) {
+        QCOMPARE(runs[i].exitCode, 1);
+        QVERIFY2((runs[i].out + runs[i].err).contains(messages[i]), qPrintable(runs[i].out + runs[i].err));
+    }
+}
+
+void TestGlowdeckCtl::aSettingsFileThatCannotBeWrittenFailsTheRun_data()
+{
+    QTest::addColumn<QString>("commandLine");
+    QTest::addColumn<QString>("message");
+    QTest::newRow("pair") << "pair --bridge {sim}"
+                          << "The key was not stored, so it is lost";
+    QTest::newRow("discover") << "discover"
+                              << "Its address was not stored";
+}
+
+void TestGlowdeckCtl::aSettingsFileThatCannotBeWrittenFailsTheRun()
+{
+    QFETCH(QString, commandLine);
+    QFETCH(QString, message);
+    // A folder where the file should be: reported, left as it is, and nothing can be stored.
+    QVERIFY(QDir().mkpath(settingsFile()));
+    const QFile::Permissions before = QFile::permissions(settingsFile());
+    m_sim->pressLinkButton();
+    m_discovery->setAnswer(R"({"internalipaddress":"192.0.2.7"})");
+    const Run result = run(commandLine, false);
+    QCOMPARE(result.exitCode, 1);
+    QVERIFY2(result.err.contains(message) && result.err.contains(QStringLiteral("is a folder")),
+             qPrintable(result.err));
+    QVERIFY(QFileInfo(settingsFile()).isDir());
+    QCOMPARE(QFile::permissions(settingsFile()), before);
 }
 
 QTEST_GUILESS_MAIN(TestGlowdeckCtl)

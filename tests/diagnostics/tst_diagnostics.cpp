@@ -87,6 +87,7 @@ private slots:
     void reportsAnUncaughtExceptionAtDebugLevel();
     void aDyingProcessLeavesAReport_data();
     void aDyingProcessLeavesAReport();
+    void theKeyNeverLeavesTheMachine();
 
 private:
     std::unique_ptr<Diagnostics> diagnostics(const QUrl& endpoint)
@@ -265,6 +266,43 @@ void TestDiagnostics::aDyingProcessLeavesAReport()
     QVERIFY(!report.contains(QStringLiteral("Switching light 10 on\n")));
     if (how == "terminate")
         QVERIFY(crasher.readAllStandardOutput().contains("[ATTENTION] Uncaught exception lamp on fire\n"));
+}
+
+void TestDiagnostics::theKeyNeverLeavesTheMachine()
+{
+    // A 40-character key, as bridges hand out, stored as the paired bridge's.
+    const QString key = QStringLiteral("7dK2mQ9xLp4vR8sT1wY6zB3nC5fH0jA2gE4iU6oP");
+    m_settings->store().writeString(QStringLiteral("bridgeUser"), key);
+    // A report left by an older version, with the key as it was printed then.
+    leaveReport(1600000000, ("Connecting to Bridge... [" + key + "]\n").toUtf8());
+    // A process that dies after printing the key, and throws an exception naming it.
+    QProcess crasher;
+    QSignalSpy finished(&crasher, &QProcess::finished);
+    crasher.start(QStringLiteral(DIAGNOSTICS_CRASHER), {QStringLiteral("terminate"), m_folder->path(), key});
+    QVERIFY(finished.wait(30000));
+    QCOMPARE(reportFiles().size(), 2);
+    for (const QString& name : reportFiles()) {
+        QFile file(m_folder->filePath(name));
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        const QByteArray text = file.readAll();
+        // What the dying process kept is clean already; the old report is cleaned when it is sent.
+        QVERIFY2(name.startsWith(QStringLiteral("crash-1600000000")) || !text.contains(key.toUtf8()),
+                 text.constData());
+    }
+
+    auto reporting = diagnostics(m_collector->url());
+    reporting->start();
+    reporting->reportUncaughtException(QStringLiteral("bad answer from /api/%1/groups").arg(key));
+    QTRY_COMPARE(m_collector->items.size(), 4); // two reports, the start-up notice, the exception
+    QByteArray sent;
+    for (const Collector::Item& item : m_collector->items)
+        sent += QJsonDocument(item.body).toJson();
+    QVERIFY2(!sent.contains(key.toUtf8()), sent.constData());
+    QVERIFY(sent.contains("Using key [redacted]"));
+    QVERIFY(sent.contains("PUT http://127.0.0.1:9/api/[redacted]/lights/1/state"));
+    QVERIFY(sent.contains("Uncaught exception lamp on fire at /api/[redacted]/lights"));
+    QVERIFY(sent.contains("Connecting to Bridge... [[redacted]]"));
+    QVERIFY(sent.contains("bad answer from /api/[redacted]/groups"));
 }
 
 QTEST_GUILESS_MAIN(TestDiagnostics)

@@ -32,6 +32,7 @@ private Q_SLOTS:
     void init();
     void enabledIsReadFromTheEntryEveryTime_data();
     void enabledIsReadFromTheEntryEveryTime();
+    void anInstalledProgramCopiesItsPackagedEntry_data();
     void anInstalledProgramCopiesItsPackagedEntry();
     void switchingOffMasksASystemEntry();
     void execValueQuotesWhatTheShellWouldSplit_data();
@@ -79,24 +80,43 @@ void TestXdgAutostartEntry::enabledIsReadFromTheEntryEveryTime()
     QCOMPARE(item.isEnabled(), enabled);
 }
 
+void TestXdgAutostartEntry::anInstalledProgramCopiesItsPackagedEntry_data()
+{
+    QTest::addColumn<QString>("packagedExec");
+    QTest::addColumn<QString>("arguments"); // kept after the running program
+
+    QTest::newRow("program found on PATH") << "glowdeck"
+                                           << "";
+    QTest::newRow("with arguments") << "glowdeck --settings /x/s.json"
+                                    << " --settings /x/s.json";
+    QTest::newRow("quoted program") << "\"/old place/gl\\\\\"deck\" --demo"
+                                    << " --demo";
+}
+
 void TestXdgAutostartEntry::anInstalledProgramCopiesItsPackagedEntry()
 {
+    QFETCH(QString, packagedExec);
+    QFETCH(QString, arguments);
     const QString prefix = m_folder->filePath(QStringLiteral("prefix"));
     const QString packaged =
-        QStringLiteral("[Desktop Entry]\nType=Application\nName=Glowdeck\nExec=glowdeck\n"
+        QStringLiteral("[Desktop Entry]\nType=Application\nName=Glowdeck\nTryExec=glowdeck\nExec=%1\n"
                        "Icon=com.brambleworks.Glowdeck\nX-GNOME-Autostart-enabled=false\n"
-                       "[Desktop Action settings]\nName=Settings\nExec=glowdeck\n");
+                       "[Desktop Action settings]\nName=Settings\nExec=glowdeck\n")
+            .arg(packagedExec);
     QVERIFY(writeFile(prefix + QStringLiteral("/share/applications/com.brambleworks.Glowdeck.desktop"),
                       packaged));
-    XdgAutostartEntry item = entry(prefix + QStringLiteral("/bin/glowdeck"));
+    const QString program = prefix + QStringLiteral("/bin/glowdeck");
+    XdgAutostartEntry item = entry(program);
 
     QVERIFY(item.setEnabled(true));
 
-    // The packaged entry, without what would keep it from starting.
+    // The packaged entry, without what would keep it from starting, starting the program that wrote it
+    // (an unpacked package or a private prefix is not on PATH); other groups stay as they are.
     QCOMPARE(readFile(item.entryPath()),
-             QStringLiteral("[Desktop Entry]\nType=Application\nName=Glowdeck\nExec=glowdeck\n"
+             QStringLiteral("[Desktop Entry]\nType=Application\nName=Glowdeck\nExec=%1%2\n"
                             "Icon=com.brambleworks.Glowdeck\n[Desktop Action settings]\nName=Settings\n"
-                            "Exec=glowdeck\n"));
+                            "Exec=glowdeck\n")
+                 .arg(XdgAutostartEntry::execValue(program), arguments));
     QVERIFY(item.isEnabled());
 }
 

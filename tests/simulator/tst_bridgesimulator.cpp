@@ -226,6 +226,8 @@ void tst_BridgeSimulator::faultsSpoilTheAnswer_data()
                           << QNetworkReply::RemoteHostClosedError << 0;
     QTest::newRow("garbage") << BridgeSimulator::Fault::GarbageBody << 1 << QNetworkReply::NoError << 0;
     QTest::newRow("error array") << BridgeSimulator::Fault::ErrorArray << 1 << QNetworkReply::NoError << 901;
+    QTest::newRow("HTTP error") << BridgeSimulator::Fault::HttpError << 1
+                                << QNetworkReply::InternalServerError << 0;
 }
 
 void tst_BridgeSimulator::faultsSpoilTheAnswer()

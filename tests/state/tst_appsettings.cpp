@@ -15,6 +15,7 @@ private Q_SLOTS:
     void loadsStoredValues();
     void replacesOnlyAZeroKeyIncrement_data();
     void replacesOnlyAZeroKeyIncrement();
+    void keepsFlagsItCannotReadInTheFile();
     void asksForAResizeOnEveryPanelAssignment();
     void givesTheDefaultHeightForAnUnknownPanel();
     void switchingScenesOffResetsTheStoredPanel();
@@ -88,6 +89,20 @@ void TestAppSettings::replacesOnlyAZeroKeyIncrement()
     QCOMPARE(t.settings().keyIncrement(), loaded);
 }
 
+void TestAppSettings::keepsFlagsItCannotReadInTheFile()
+{
+    TestSettings t;
+    t.store().setValue(Keys::showScenes, QStringLiteral("maybe"));
+    t.store().setValue(Keys::showColorBarsForRooms, QVariant(QVariantList{}));
+    t.settings().load();
+    QVERIFY(!t.settings().showScenes());
+    QVERIFY(t.settings().showColorBarsForRooms());
+    QCOMPARE(t.store().value(Keys::showScenes),
+             QVariant(QStringLiteral("maybe"))); // the user's, until changed
+    QCOMPARE(t.store().value(Keys::showColorBarsForRooms), QVariant(QVariantList{}));
+    QCOMPARE(t.store().readInt(Keys::activePanel), 0);
+}
+
 void TestAppSettings::asksForAResizeOnEveryPanelAssignment()
 {
     TestSettings t;
@@ -136,6 +151,7 @@ void TestAppSettings::storesColourBarsBeforeShowingThem()
 
 void TestAppSettings::dropsTheWholeLogAtItsCap()
 {
+    // ... and keeps the key out of it.
     TestSettings t;
     AppSettings& s = t.settings();
     PrintedLines printed;
@@ -145,6 +161,11 @@ void TestAppSettings::dropsTheWholeLogAtItsCap()
     s.addLogLine(QStringLiteral("next"));
     QCOMPARE(s.log(), QStringList{QStringLiteral("next")});
     QCOMPARE(printed.lines().size(), 1002);
+
+    s.setHueKey(QStringLiteral("secret-key"));
+    s.addLogLine(QStringLiteral("GET /api/secret-key/lights"));
+    QCOMPARE(s.log().last(), QStringLiteral("GET /api/[redacted]/lights"));
+    QCOMPARE(printed.lines().last(), s.log().last());
 }
 
 void TestAppSettings::notifiesOnlyOnChange()

@@ -2,8 +2,59 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QTemporaryDir>
+#include <QTemporaryFile>
 #include <QTest>
+
+#include <cstdio>
+#include <unistd.h>
+
+namespace {
+
+/// What the store says on standard error while it lives.
+class Stderr final
+{
+public:
+    Stderr()
+    {
+        std::fflush(stderr);
+        m_saved = dup(STDERR_FILENO);
+        if (m_file.open())
+            dup2(m_file.handle(), STDERR_FILENO);
+    }
+    ~Stderr() { text(); }
+    /// Ends the capture (the first time) and returns what was said.
+    QString text()
+    {
+        std::fflush(stderr);
+        if (m_saved >= 0) {
+            dup2(m_saved, STDERR_FILENO);
+            close(std::exchange(m_saved, -1));
+        }
+        m_file.seek(0);
+        return QString::fromUtf8(m_file.readAll());
+    }
+
+private:
+    QTemporaryFile m_file;
+    int m_saved = -1;
+};
+
+void writeFile(const QString& name, const QByteArray& content)
+{
+    QFile file(name);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    QCOMPARE(file.write(content), content.size());
+}
+
+QByteArray readFile(const QString& name)
+{
+    QFile file(name);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+} // namespace
 
 class TestJsonSettingsStore final : public QObject
 {
@@ -14,7 +65,11 @@ private Q_SLOTS:
     void readsLooselyTypedValuesLikeTheSystemStore_data();
     void readsLooselyTypedValuesLikeTheSystemStore();
     void isReadableByItsOwnerOnly();
-    void keepsABrokenFileInsteadOfOverwritingIt();
+    void keepsUnusableFilesAsideUnderNamesOfTheirOwn_data();
+    void keepsUnusableFilesAsideUnderNamesOfTheirOwn();
+    void leavesAFolderInItsPlaceAlone();
+    void reportsAFailedWrite();
+    void reportsAWrongTypeOnceAndKeepsIt();
     void followsTheConfigurationFolder();
 };
 
@@ -79,23 +134,101 @@ void TestJsonSettingsStore::isReadableByItsOwnerOnly()
              QFile::ReadOwner | QFile::WriteOwner);
 }
 
-void TestJsonSettingsStore::keepsABrokenFileInsteadOfOverwritingIt()
+void TestJsonSettingsStore::keepsUnusableFilesAsideUnderNamesOfTheirOwn_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<QString>("keptAs");
+    QTest::addColumn<QString>("message");
+    QTest::newRow("not JSON") << QByteArray(R"({"bridgeUser": "secret", )") << "broken"
+                              << "is not valid JSON; it was kept as";
+    QTest::newRow("larger than 1 MiB")
+        << QByteArray(R"({"bridgeUser": "secret", "x": ")" + QByteArray(1024 * 1024, 'x') + "\"}")
+        << "too-large"
+        << "is larger than 1 MiB (1048609 bytes), far more than any of ours; it was not read, it was kept as";
+}
+
+void TestJsonSettingsStore::keepsUnusableFilesAsideUnderNamesOfTheirOwn()
+{
+    QFETCH(QByteArray, content);
+    QFETCH(QString, keptAs);
+    QFETCH(QString, message);
+    QTemporaryDir dir;
+    const QString file = dir.filePath(QStringLiteral("settings.json"));
+    // Twice within one second: the second kept file must not replace the first.
+    for (int round = 0; round < 2; ++round) {
+        writeFile(file, content);
+        Stderr said;
+        JsonSettingsStore store(file);
+        QVERIFY(!store.contains(QStringLiteral("bridgeUser")));
+        store.writeBool(QStringLiteral("showScenes"), true);
+        QVERIFY(store.saveError().isEmpty());
+        QVERIFY2(said.text().contains(message), qPrintable(said.text()));
+    }
+    const QStringList kept = QDir(dir.path()).entryList({"settings.json." + keptAs + "-*"});
+    QCOMPARE(kept.size(), 2);
+    for (const QString& name : kept)
+        QCOMPARE(readFile(dir.filePath(name)), content);
+    QVERIFY(JsonSettingsStore(file).readBool(QStringLiteral("showScenes")));
+}
+
+void TestJsonSettingsStore::leavesAFolderInItsPlaceAlone()
 {
     QTemporaryDir dir;
     const QString file = dir.filePath(QStringLiteral("settings.json"));
-    QFile broken(file);
-    QVERIFY(broken.open(QIODevice::WriteOnly));
-    broken.write(R"({"bridgeUser": "secret", )");
-    broken.close();
-
+    QVERIFY(QDir().mkpath(file));
+    const QFile::Permissions before = QFile::permissions(file);
+    Stderr said;
     JsonSettingsStore store(file);
-    QVERIFY(!store.contains(QStringLiteral("bridgeUser")));
-    store.writeBool(QStringLiteral("showScenes"), true);
-    const QStringList kept = QDir(dir.path()).entryList({QStringLiteral("settings.json.broken-*")});
-    QCOMPARE(kept.size(), 1);
-    QFile copy(dir.filePath(kept.first()));
-    QVERIFY(copy.open(QIODevice::ReadOnly));
-    QVERIFY(copy.readAll().contains("secret"));
+    store.writeString(QStringLiteral("bridgeIP"), QStringLiteral("192.0.2.7"));
+    QCOMPARE(store.readString(QStringLiteral("bridgeIP")), QStringLiteral("192.0.2.7")); // for this run
+    QVERIFY(store.saveError().contains(QStringLiteral("is a folder")));
+    QVERIFY2(
+        said.text().contains(QStringLiteral("is a folder; it is left as it is, and settings are not saved")),
+        qPrintable(said.text()));
+    QVERIFY(QFileInfo(file).isDir());
+    QCOMPARE(QFile::permissions(file), before);
+    QCOMPARE(QDir(dir.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
+             QStringList{"settings.json"});
+}
+
+void TestJsonSettingsStore::reportsAFailedWrite()
+{
+    QTemporaryDir dir;
+    const QString folder = dir.filePath(QStringLiteral("config"));
+    JsonSettingsStore store(folder + QStringLiteral("/settings.json"));
+    store.writeInt(QStringLiteral("keyIncrement"), 20);
+    QVERIFY(store.saveError().isEmpty());
+    // The folder goes away under the running program and a file takes its place: nothing can be written.
+    QVERIFY(QDir(folder).removeRecursively());
+    writeFile(folder, "not a folder");
+    Stderr said;
+    store.writeInt(QStringLiteral("keyIncrement"), 30);
+    store.writeInt(QStringLiteral("keyIncrement"), 40);
+    QVERIFY(store.saveError().startsWith(QStringLiteral("cannot write the settings file")));
+    QCOMPARE(said.text().count(QStringLiteral("cannot write")), 1);
+}
+
+void TestJsonSettingsStore::reportsAWrongTypeOnceAndKeepsIt()
+{
+    QTemporaryDir dir;
+    const QString file = dir.filePath(QStringLiteral("settings.json"));
+    writeFile(file, R"({"showScenes": "banana", "bridgeUser": 42, "keyIncrement": [1]})");
+    Stderr said;
+    JsonSettingsStore store(file);
+    for (int round = 0; round < 2; ++round) {
+        QVERIFY(!store.readBool(QStringLiteral("showScenes")));
+        QCOMPARE(store.readString(QStringLiteral("bridgeUser")), std::nullopt);
+        QCOMPARE(store.readInt(QStringLiteral("keyIncrement")), 0);
+    }
+    store.writeBool(QStringLiteral("showColorBarsForRooms"), true);
+    const QString text = said.text();
+    for (const char* line : {R"("showScenes" in %1 should hold a boolean (true or false))",
+                             R"("bridgeUser" in %1 should hold text (a JSON string))",
+                             R"("keyIncrement" in %1 should hold a whole number)"})
+        QCOMPARE(text.count(QString::fromLatin1(line).arg(file)), 1);
+    const QByteArray kept = readFile(file);
+    QVERIFY2(kept.contains(R"("showScenes": "banana")") && kept.contains(R"("bridgeUser": 42)"),
+             kept.constData());
 }
 
 void TestJsonSettingsStore::followsTheConfigurationFolder()

@@ -28,15 +28,16 @@ struct ActionForm
     const char* note;
 };
 
-// The bridge's own ranges: "bri" 0-255 (it stores at most 254), "hue" 0-65535, "ct" in mired.
+// The bridge's own ranges: "bri" 0-255 (it stores at most 254), "hue" 0-65535, "ct" in mired, "bri_inc"
+// -254 to 254 (it refuses 255).
 constexpr ActionForm actionForms[] = {
     {"on", CtlAction::on, false, {}, false, "switch on"},
     {"off", CtlAction::off, false, {}, false, "switch off"},
     {"brightness", CtlAction::brightness, true, {0, 255}, false, " (4 or less switches off)"},
     {"hue", CtlAction::hue, true, {0, 65535}, false, " (colour; the lamp keeps its saturation)"},
     {"ct", CtlAction::ct, true, {153, 500}, false, " mired (white tone; higher is warmer)"},
-    {"brighter", CtlAction::brighter, true, {1, 255}, true, " (rooms only: raise the brightness by N)"},
-    {"darker", CtlAction::darker, true, {1, 255}, true, " (rooms only: lower the brightness by N)"},
+    {"brighter", CtlAction::brighter, true, {1, 254}, true, " (rooms only: raise the brightness by N)"},
+    {"darker", CtlAction::darker, true, {1, 254}, true, " (rooms only: lower the brightness by N)"},
 };
 
 constexpr Range minutesRange{1, 1440};
@@ -45,7 +46,7 @@ constexpr Range waitRange{1, 600};
 /// The options that go with some commands only; each command's entry lists those it takes.
 enum OptionFlag : unsigned
 {
-    jsonOption = 1U << 0,
+    jsonOption = 1U << 0, // --json and --with-key
     inOption = 1U << 1,
     waitOption = 1U << 2,
     discoveryUrlOption = 1U << 3,
@@ -278,13 +279,14 @@ CtlArguments CtlArguments::parse(const QStringList& arguments)
     const QCommandLineOption key(QStringLiteral("key"), QString(), QStringLiteral("KEY"));
     const QCommandLineOption settings(QStringLiteral("settings"), QString(), QStringLiteral("FILE"));
     const QCommandLineOption json(QStringLiteral("json"));
+    const QCommandLineOption withKey(QStringLiteral("with-key"));
     const QCommandLineOption in(QStringLiteral("in"), QString(), QStringLiteral("MINUTES"));
     const QCommandLineOption wait(QStringLiteral("wait"), QString(), QStringLiteral("SECONDS"));
     const QCommandLineOption discoveryUrl(QStringLiteral("discovery-url"), QString(), QStringLiteral("URL"));
     const QCommandLineOption help(QStringList{QStringLiteral("h"), QStringLiteral("help")});
     const QCommandLineOption version(QStringList{QStringLiteral("v"), QStringLiteral("version")});
     QCommandLineParser parser;
-    parser.addOptions({bridge, key, settings, json, in, wait, discoveryUrl, help, version});
+    parser.addOptions({bridge, key, settings, json, withKey, in, wait, discoveryUrl, help, version});
     if (!parser.parse(arguments))
         return refused(parser.errorText());
 
@@ -318,8 +320,13 @@ CtlArguments CtlArguments::parse(const QStringList& arguments)
         return refused(error);
 
     const std::pair<const QCommandLineOption&, OptionFlag> ownedOptions[] = {
-        {json, jsonOption},     {in, inOption},   {wait, waitOption}, {discoveryUrl, discoveryUrlOption},
-        {bridge, bridgeOption}, {key, keyOption},
+        {json, jsonOption},
+        {withKey, jsonOption},
+        {in, inOption},
+        {wait, waitOption},
+        {discoveryUrl, discoveryUrlOption},
+        {bridge, bridgeOption},
+        {key, keyOption},
     };
     for (const auto& [option, flag] : ownedOptions) {
         if (parser.isSet(option) && !(form->options & flag))
@@ -328,6 +335,9 @@ CtlArguments CtlArguments::parse(const QStringList& arguments)
     }
 
     invocation.json = parser.isSet(json);
+    invocation.withKey = parser.isSet(withKey);
+    if (invocation.withKey && !invocation.json)
+        return refused(QStringLiteral("--with-key goes with --json only: a table never shows the key."));
     if (parser.isSet(in)) {
         qint64 minutes = 0;
         if (QString error = readNumber(parser.value(in), QStringLiteral("--in"), minutesRange, minutes);
@@ -404,7 +414,12 @@ QString CtlArguments::usage()
                                                            "$GLOWDECK_SETTINGS, else"));
     line(QString(), JsonSettingsStore::defaultFileName());
     line(QStringLiteral("--json"),
-         QStringLiteral("lights, rooms, scenes: print the records as one JSON array"));
+         QStringLiteral("lights, rooms, scenes: print the records as one JSON array, with"));
+    line(QString(), QStringLiteral("\"hue_key\" empty"));
+    line(QStringLiteral("--with-key"),
+         QStringLiteral("with --json: fill in \"hue_key\" (the key lets anyone who reads "
+                        "it"));
+    line(QString(), QStringLiteral("control your lights)"));
     line(QStringLiteral("--in MINUTES"),
          QStringLiteral("all-off: have the bridge switch off in %1 minutes").arg(rangeText(minutesRange)));
     line(QStringLiteral("--wait SECONDS"),
@@ -419,8 +434,13 @@ QString CtlArguments::usage()
     text += QStringLiteral("\nThe bridge's address and key are kept in the settings file: 'discover' stores "
                            "the address, 'pair'\n"
                            "the key, and the other commands use them.\n"
+                           "A change is done once the bridge has answered it; every wait is bounded (a list "
+                           "10 s, a change 5 s,\n"
+                           "pairing and discovery 15 s).\n"
                            "\nExit status: 0 done; 1 no bridge was found, or it could not be reached, paired "
-                           "with or used, or it\n"
-                           "has no such lamp, room or scene; 2 bad command line (nothing is sent).\n");
+                           "with or used, it\n"
+                           "refused or did not answer a change, it has no such lamp, room or scene, or the "
+                           "settings file could\n"
+                           "not be written; 2 bad command line (nothing is sent).\n");
     return text;
 }

@@ -9,7 +9,8 @@
 enum CtlExitStatus : int
 {
     exitDone = 0,
-    exitFailed = 1, ///< no bridge found, paired with or used, or it has no such lamp, room or scene
+    exitFailed = 1, ///< no bridge found, paired with or used; a change refused or unanswered; no such lamp,
+                    ///< room or scene; the settings file not written
     exitUsage = 2,  ///< the command line was refused; nothing was sent
 };
 
@@ -52,6 +53,7 @@ struct CtlInvocation
     std::optional<qint64> waitSeconds;     ///< pair --wait
     std::optional<QString> discoveryUrl;   ///< discover --discovery-url; empty switches the service off
     bool json = false;
+    bool withKey = false; ///< --with-key: the JSON records carry the key
     QString bridge;       ///< --bridge; empty: the stored address (pair stores it)
     QString key;          ///< --key; empty: the stored key
     QString settingsFile; ///< --settings; empty: $GLOWDECK_SETTINGS, else the default file

@@ -3,11 +3,13 @@
 #include "CtlCommon.h"
 
 #include "bridge/ActionQueue.h"
+#include "bridge/BridgeUrl.h"
 #include "bridge/CodedRecords.h"
 #include "bridge/HueHelper.h"
 #include "bridge/JsonWriter.h"
 #include "state/AppSettings.h"
 #include "state/JsonSettingsStore.h"
+#include "state/MemorySettingsStore.h"
 #include "state/SettingsKeys.h"
 
 #include <QFileInfo>
@@ -85,22 +87,72 @@ QString scenesTable(const QList<HueScene>& scenes)
     return table(rows);
 }
 
-/// The records in their coded form, in the bridge's order, as one compact line.
+/// The records in their coded form, in the bridge's order, as one compact line. Output like this ends up in
+/// scripts, logs and bug reports: "hue_key" stays empty unless `withKey`.
 template <typename Record>
-QString jsonArray(const QList<Record>& records)
+QString jsonArray(const QList<Record>& records, bool withKey)
 {
     JsonWriter json;
     json.beginArray();
-    for (const Record& record : records)
+    for (Record record : records) {
+        if (!withKey)
+            record.hue_key.clear();
         CodedRecords::write(json, record);
+    }
     json.endArray();
     return QString::fromUtf8(json.text()) + u'\n';
 }
 
 template <typename Record>
-void printRecords(const QList<Record>& records, bool json, QString (*asTable)(const QList<Record>&))
+void printRecords(const QList<Record>& records, const CtlInvocation& invocation,
+                  QString (*asTable)(const QList<Record>&))
 {
-    write(stdout, json ? jsonArray(records) : asTable(records));
+    write(stdout, invocation.json ? jsonArray(records, invocation.withKey) : asTable(records));
+}
+
+/// "PUT /lights/2/state": a change as the bridge sees it, without the key.
+QString request(const ActionQueueItem& item)
+{
+    const bool post = item.url.toString().contains(u"/schedules");
+    return (post ? QStringLiteral("POST ") : QStringLiteral("PUT ")) +
+           printable(bridgeResourcePath(item.url));
+}
+
+QString seconds(std::chrono::milliseconds duration)
+{
+    return QString::number(duration.count() / 1000.0);
+}
+
+/// One sentence about a change that did not go through.
+QString describeFailure(const QString& bridge, const ActionQueueItem& item, const WriteOutcome& outcome)
+{
+    using Kind = WriteOutcome::Kind;
+    switch (outcome.kind) {
+    case Kind::refused:
+        return QStringLiteral("The bridge at %1 refused %2: %3.")
+            .arg(bridge, request(item), printable(outcome.detail));
+    case Kind::httpError:
+        return QStringLiteral("The bridge at %1 answered %2 with HTTP status %3.")
+            .arg(bridge, request(item))
+            .arg(outcome.status);
+    case Kind::unexpected:
+        return QStringLiteral(
+                   "The bridge at %1 answered %2 with something that is not a Hue bridge's answer; the "
+                   "change may not have been made.")
+            .arg(bridge, request(item));
+    case Kind::timedOut:
+        return QStringLiteral(
+                   "The bridge at %1 did not answer %2 in time (%3 s without data, or %4 s in all); the "
+                   "change may not have been made.")
+            .arg(bridge, request(item), seconds(ActionQueue::sendTimeout),
+                 seconds(ActionQueue::sendDeadline));
+    case Kind::noAnswer:
+        return QStringLiteral("The bridge at %1 did not answer %2: %3.")
+            .arg(bridge, request(item), printable(outcome.detail));
+    case Kind::accepted:
+        break;
+    }
+    return {};
 }
 
 } // namespace
@@ -134,7 +186,8 @@ bool CtlCommands::openSettings()
 
     QString address = m_invocation.bridge;
     QString key = m_invocation.key;
-    const bool fileExists = QFileInfo(file).isFile();
+    // Anything in the way (a folder too) is opened, so that the store says what is wrong with it.
+    const bool fileExists = QFileInfo::exists(file);
     if ((address.isEmpty() || key.isEmpty()) && fileExists) {
         auto store = std::make_unique<JsonSettingsStore>(file);
         if (address.isEmpty())
@@ -143,7 +196,7 @@ bool CtlCommands::openSettings()
             key = store->readString(SettingsKeys::bridgeUser).value_or(QString());
         m_store = std::move(store);
     } else {
-        m_store = std::make_unique<Ctl::MemorySettingsStore>();
+        m_store = std::make_unique<MemorySettingsStore>();
     }
 
     if (address.isEmpty() || key.isEmpty()) {
@@ -164,9 +217,11 @@ bool CtlCommands::openSettings()
     m_settings->setHueIP(address);
     m_settings->setHueKey(key);
     m_queue = std::make_unique<ActionQueue>(*m_settings, *m_network);
+    m_queue->setLogRefusals(false); // every failed change gets its own line on standard error
     m_helper = std::make_unique<HueHelper>(*m_settings, *m_queue);
     connect(m_queue.get(), &ActionQueue::sent, &m_watchdog, qOverload<>(&QTimer::start));
-    connect(m_queue.get(), &ActionQueue::drained, this, [this] { finish(exitDone); });
+    connect(m_queue.get(), &ActionQueue::answered, this, &CtlCommands::onAnswered);
+    connect(m_queue.get(), &ActionQueue::drained, this, &CtlCommands::onDrained);
     return true;
 }
 
@@ -179,16 +234,19 @@ void CtlCommands::fetchRecords()
     case CtlCommand::light:
     case CtlCommand::allOff:
         // all-off --in needs no list, only a bridge that answers; reading the lamps makes sure of that.
-        return HueCommunicationLights{.bridgeIP = address, .apiKey = key}.fetch(
+        HueCommunicationLights{.bridgeIP = address, .apiKey = key}.fetch(
             *m_network, [this](const LightsResult& result) { onLights(result); });
+        return;
     case CtlCommand::rooms:
     case CtlCommand::room:
-        return HueCommunicationGroups{.bridgeIP = address, .apiKey = key}.fetch(
+        HueCommunicationGroups{.bridgeIP = address, .apiKey = key}.fetch(
             *m_network, [this](const GroupsResult& result) { onGroups(result); });
+        return;
     case CtlCommand::scenes:
     case CtlCommand::scene:
-        return HueCommunicationScenes{.bridgeIP = address, .apiKey = key}.fetch(
+        HueCommunicationScenes{.bridgeIP = address, .apiKey = key}.fetch(
             *m_network, [this](const ScenesResult& result) { onScenes(result); });
+        return;
     case CtlCommand::discover:
     case CtlCommand::pair:
     case CtlCommand::status:
@@ -199,27 +257,47 @@ void CtlCommands::fetchRecords()
     finish(exitFailed);
 }
 
-template <typename Error>
-void CtlCommands::failFetch(Error error)
+template <typename Result>
+void CtlCommands::failFetch(const Result& result)
 {
+    using Error = typename decltype(Result::error)::value_type;
+    const QString bridge = m_settings->hueIP();
     // The fetch has printed the list's own message for an answer it could not use, but nothing for a
     // connection that failed.
-    if (error == Error::connectionFailed)
-        printError(QStringLiteral("Unable to connect to the Hue bridge at %1.").arg(m_settings->hueIP()));
-    else if (error == Error::invalidData)
-        printError(QStringLiteral("The bridge at %1 did not send the list. A key it does not know has that "
-                                  "effect: check --key, or pair Glowdeck with the bridge again.")
-                       .arg(m_settings->hueIP()));
+    if (result.timedOut) {
+        printError(
+            QStringLiteral("The Hue bridge at %1 did not send the list in time (%2 s without data, or %3 s "
+                           "in all).")
+                .arg(bridge, seconds(fetchTimeout), seconds(fetchDeadline)));
+    } else if (result.error == Error::connectionFailed) {
+        printError(
+            QStringLiteral("Unable to connect to the Hue bridge at %1.").arg(bridge) +
+            (result.connectionError.isEmpty() ? QString() : u' ' + printable(result.connectionError) + u'.'));
+    } else if (!result.bridgeErrors.isEmpty()) {
+        const QString errors = result.bridgeErrors.join(QStringLiteral("; "));
+        // "unauthorized user" is what a bridge says to a key it does not know.
+        const QString hint = errors.contains(QStringLiteral("unauthorized"))
+                                 ? QStringLiteral(" Check --key, or pair Glowdeck with the bridge again.")
+                                 : QString();
+        printError(
+            QStringLiteral("The bridge at %1 refused to send the list: %2.").arg(bridge, printable(errors)) +
+            hint);
+    } else if (result.error == Error::invalidData) {
+        const bool httpError = result.httpStatus != 0 && (result.httpStatus < 200 || result.httpStatus > 299);
+        printError(
+            QStringLiteral("The bridge at %1 did not send a list that can be used").arg(bridge) +
+            (httpError ? QStringLiteral(" (HTTP status %1).").arg(result.httpStatus) : QStringLiteral(".")));
+    }
     finish(exitFailed);
 }
 
 void CtlCommands::onLights(const LightsResult& result)
 {
     if (!result.ok())
-        return failFetch(*result.error);
+        return failFetch(result);
     m_settings->setLights(result.records);
     if (m_invocation.command == CtlCommand::lights) {
-        printRecords(result.records, m_invocation.json, lightsTable);
+        printRecords(result.records, m_invocation, lightsTable);
         return finish(exitDone);
     }
     if (m_invocation.command == CtlCommand::allOff)
@@ -234,10 +312,10 @@ void CtlCommands::onLights(const LightsResult& result)
 void CtlCommands::onGroups(const GroupsResult& result)
 {
     if (!result.ok())
-        return failFetch(*result.error);
+        return failFetch(result);
     m_settings->setGroups(result.records);
     if (m_invocation.command == CtlCommand::rooms) {
-        printRecords(result.records, m_invocation.json, groupsTable);
+        printRecords(result.records, m_invocation, groupsTable);
         return finish(exitDone);
     }
     const auto group = std::find_if(result.records.begin(), result.records.end(), [this](const HueGroup& g) {
@@ -251,10 +329,10 @@ void CtlCommands::onGroups(const GroupsResult& result)
 void CtlCommands::onScenes(const ScenesResult& result)
 {
     if (!result.ok())
-        return failFetch(*result.error);
+        return failFetch(result);
     m_settings->setScenes(result.records);
     if (m_invocation.command == CtlCommand::scenes) {
-        printRecords(result.records, m_invocation.json, scenesTable);
+        printRecords(result.records, m_invocation, scenesTable);
         return finish(exitDone);
     }
     const bool known = std::any_of(result.records.begin(), result.records.end(),
@@ -339,7 +417,25 @@ void CtlCommands::awaitQueue()
         printError(QStringLiteral("Nothing was sent to the bridge."));
         return finish(exitFailed);
     }
-    // drained() finishes the run.
+    // drained() finishes the run, once every change has been answered.
+}
+
+void CtlCommands::onAnswered(const ActionQueueItem& item, const WriteOutcome& outcome)
+{
+    m_watchdog.start();
+    if (outcome.ok())
+        return;
+    // All lamps of a bridge that is gone fail alike: say it once.
+    const QString failure = describeFailure(m_settings->hueIP(), item, outcome);
+    if (!m_failures.contains(failure))
+        m_failures.append(failure);
+}
+
+void CtlCommands::onDrained()
+{
+    for (const QString& failure : std::as_const(m_failures))
+        printError(failure);
+    finish(m_failures.isEmpty() ? exitDone : exitFailed);
 }
 
 void CtlCommands::failUnknown(const QString& what)

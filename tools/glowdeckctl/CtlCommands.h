@@ -12,12 +12,16 @@
 
 class ActionQueue;
 class AppSettings;
+struct ActionQueueItem;
+struct WriteOutcome;
 class HueHelper;
 class QNetworkAccessManager;
 class SettingsStore;
 
 /// Runs one checked list or change command against the bridge: reads the list it needs afresh, then prints it
-/// or sends the change through the same HueHelper and ActionQueue as the tray menu, and reports the status.
+/// or sends the change through the same HueHelper and ActionQueue as the tray menu, waits for the bridge's
+/// answer to every change, and reports the status: a change refused, answered with an HTTP error, not
+/// answered in time or not answered at all fails the run.
 class CtlCommands final : public QObject
 {
     Q_OBJECT
@@ -46,11 +50,13 @@ private:
     void changeLight(const HueLight& light);
     void changeGroup(const HueGroup& group);
     void switchAllOff(const QList<HueLight>& lights);
-    /// Waits for the queue to send what the commands just handed to it.
+    /// Waits for the queue to send what the commands just handed to it, and for the answers.
     void awaitQueue();
-    /// Reports a failed list read; `Error` is the list's error enum.
-    template <typename Error>
-    void failFetch(Error error);
+    void onAnswered(const ActionQueueItem& item, const WriteOutcome& outcome);
+    void onDrained();
+    /// Reports a failed list read.
+    template <typename Result>
+    void failFetch(const Result& result);
     void failUnknown(const QString& what);
     void giveUp();
     void finish(int exitStatus);
@@ -62,5 +68,6 @@ private:
     std::unique_ptr<ActionQueue> m_queue;
     std::unique_ptr<HueHelper> m_helper;
     QTimer m_watchdog;
+    QStringList m_failures; ///< one line per distinct failed change
     bool m_finished = false;
 };

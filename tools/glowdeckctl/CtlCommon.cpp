@@ -16,10 +16,23 @@ void printError(const QString& line)
     write(stderr, QStringLiteral("glowdeckctl: ") + line + u'\n');
 }
 
+namespace {
+
+/// Characters that change how a terminal shows what follows them: C0 and C1 controls (escape sequences,
+/// bells, carriage returns), the bidirectional embeddings, overrides, isolates and marks that can make a name
+/// read backwards or hide text, and the line and paragraph separators.
+bool changesTheTerminal(char16_t c)
+{
+    return QChar(c).category() == QChar::Other_Control || c == 0x061C || c == 0x200E || c == 0x200F ||
+           (c >= 0x202A && c <= 0x202E) || (c >= 0x2066 && c <= 0x2069) || c == 0x2028 || c == 0x2029;
+}
+
+} // namespace
+
 QString printable(QString text)
 {
     for (QChar& c : text) {
-        if (c.category() == QChar::Other_Control)
+        if (changesTheTerminal(c.unicode()))
             c = u'?';
     }
     return text;

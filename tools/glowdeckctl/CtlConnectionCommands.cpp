@@ -9,6 +9,7 @@
 #include "connection/ShellRunner.h"
 #include "state/AppSettings.h"
 #include "state/JsonSettingsStore.h"
+#include "state/MemorySettingsStore.h"
 #include "state/SettingsKeys.h"
 
 #include <QFileInfo>
@@ -23,7 +24,7 @@ using Ctl::write;
 namespace {
 
 /// A bridge answers its public config without a key; a list read takes as long.
-constexpr std::chrono::milliseconds configTimeout{4000};
+constexpr HttpTimeouts configTimeouts{fetchTimeout, fetchDeadline};
 /// The pause between two key requests while `pair --wait` waits for the link button.
 constexpr std::chrono::milliseconds pairingRetry{1000};
 
@@ -112,6 +113,10 @@ void CtlConnectionCommands::onDiscovered(const std::optional<QString>& address)
     m_store = std::make_unique<JsonSettingsStore>(m_fileName);
     m_store->writeString(SettingsKeys::bridgeIP, *address);
     printOut(QStringLiteral("Found a Hue bridge at %1.").arg(*address));
+    if (!m_store->saveError().isEmpty()) {
+        printError(QStringLiteral("Its address was not stored: %1.").arg(m_store->saveError()));
+        return finish(exitFailed);
+    }
     printOut(QStringLiteral("Stored it as the bridge address in %1; next: glowdeckctl pair").arg(m_fileName));
     finish(exitDone);
 }
@@ -138,7 +143,7 @@ void CtlConnectionCommands::pair()
         return finish(exitFailed);
     }
 
-    m_pairingStore = std::make_unique<Ctl::MemorySettingsStore>();
+    m_pairingStore = std::make_unique<MemorySettingsStore>();
     m_pairingSettings = std::make_unique<AppSettings>(*m_pairingStore);
     m_pairing = std::make_unique<BridgePairing>(*m_pairingSettings, *m_network);
     if (m_invocation.waitSeconds)
@@ -214,6 +219,13 @@ void CtlConnectionCommands::onListRefreshed()
                  .arg(m_address, Ctl::counted(m_settings->lights().size(), QStringLiteral("light")),
                       Ctl::counted(m_settings->groups().size(), QStringLiteral("room")),
                       Ctl::counted(m_settings->scenes().size(), QStringLiteral("scene"))));
+    // The key is not printed instead: it lets whoever reads it control the lights. Pairing again is cheap.
+    if (!m_store->saveError().isEmpty()) {
+        printError(QStringLiteral("The key was not stored, so it is lost: %1.\nMake the settings file "
+                                  "writable (or pass --settings FILE) and pair again.")
+                       .arg(m_store->saveError()));
+        return finish(exitFailed);
+    }
     printOut(QStringLiteral("Stored its address and key in %1.").arg(m_fileName));
     finish(exitDone);
 }
@@ -248,11 +260,12 @@ void CtlConnectionCommands::status()
         return finish(exitFailed);
     }
     if (!key.isEmpty()) {
-        return HueCommunicationLights{.bridgeIP = m_address, .apiKey = key}.fetch(
+        HueCommunicationLights{.bridgeIP = m_address, .apiKey = key}.fetch(
             *m_network, [this](const LightsResult& result) { onStatusLights(result); });
+        return;
     }
     sendHttpRequest(*m_network, QNetworkRequest(QUrl(QStringLiteral("http://%1/api/config").arg(m_address))),
-                    QByteArrayLiteral("GET"), {}, configTimeout,
+                    QByteArrayLiteral("GET"), {}, configTimeouts,
                     [this](const HttpResult& answer) { onStatusConfig(answer); });
 }
 
@@ -264,17 +277,26 @@ void CtlConnectionCommands::onStatusLights(const LightsResult& result)
             QStringLiteral("answers (%1)").arg(Ctl::counted(result.records.size(), QStringLiteral("light"))));
         return finish(exitDone);
     }
-    printField(QStringLiteral("Bridge"), result.error == BridgeError::connectionFailed
-                                             ? QStringLiteral("does not answer")
-                                             : QStringLiteral("answers, but sent no lamps for this key; run "
-                                                              "glowdeckctl pair"));
+    QString state = QStringLiteral("answers, but sent no lamps for this key; run glowdeckctl pair");
+    if (result.timedOut)
+        state = QStringLiteral("answers too slowly: gave up on its lamps after %1 s")
+                    .arg(fetchDeadline.count() / 1000);
+    else if (result.error == BridgeError::connectionFailed)
+        state = QStringLiteral("does not answer");
+    else if (result.bridgeErrors.isEmpty() && !result.message.isEmpty())
+        state = QStringLiteral("answers, but its lamps cannot be read");
+    printField(QStringLiteral("Bridge"), state);
     finish(exitFailed);
 }
 
 void CtlConnectionCommands::onStatusConfig(const HttpResult& answer)
 {
     if (answer.transportFailed) {
-        printField(QStringLiteral("Bridge"), QStringLiteral("does not answer"));
+        printField(
+            QStringLiteral("Bridge"),
+            answer.timedOut
+                ? QStringLiteral("answers too slowly: gave up after %1 s").arg(fetchDeadline.count() / 1000)
+                : QStringLiteral("does not answer"));
         return finish(exitFailed);
     }
     // A bridge's config is one JSON object; anything else is some other server at that address.

@@ -239,14 +239,23 @@ void BridgeSimulator::setLatency(int milliseconds)
     m_latency = std::max(0, milliseconds);
 }
 
-void BridgeSimulator::setFault(Fault fault, int times)
+void BridgeSimulator::setFault(Fault fault, int times, const QByteArray& method)
 {
     m_fault = times == 0 ? Fault::None : fault;
     m_faultTimes = m_fault == Fault::None ? -1 : times;
+    m_faultMethod = method.toUpper();
 }
 
-BridgeSimulator::Fault BridgeSimulator::takeFault()
+void BridgeSimulator::setDripFeed(int bytes, int intervalMs)
 {
+    m_dripBytes = std::max(1, bytes);
+    m_dripIntervalMs = std::max(1, intervalMs);
+}
+
+BridgeSimulator::Fault BridgeSimulator::takeFault(const QByteArray& method)
+{
+    if (!m_faultMethod.isEmpty() && method != m_faultMethod)
+        return Fault::None;
     const Fault fault = m_fault;
     if (fault != Fault::None && m_faultTimes > 0 && --m_faultTimes == 0)
         m_fault = Fault::None;
@@ -257,19 +266,26 @@ void BridgeSimulator::onHttpRequest(SimulatorHttpConnection* connection, const S
 {
     if (http.path.startsWith(ControlPrefix))
         return answerControlRequest(connection, http);
-    SimulatedRequest request{http.method, http.path, http.body, {}};
+    SimulatedRequest request{http.method, http.path, http.body, {}, http.target};
     SimulatedApi::parseObject(http.body, &request.body);
     if (m_recording)
         m_requests.append(request);
     emit requestReceived(request);
 
-    const Fault fault = takeFault();
+    const Fault fault = takeFault(http.method);
     SimulatedApi::Answer answer;
+    QByteArray contentType = JsonType;
     switch (fault) {
     case Fault::None:
+    case Fault::DripFeed:
         answer = m_api->handle(http.method, http.path, http.body);
         if (answer.changed)
             emit homeChanged();
+        break;
+    case Fault::HttpError:
+        answer.status = 500;
+        answer.body = QByteArrayLiteral("Internal Server Error\n");
+        contentType = QByteArrayLiteral("text/plain");
         break;
     case Fault::GarbageBody:
         answer.body = QByteArrayLiteral("<html>garbage");
@@ -282,11 +298,14 @@ void BridgeSimulator::onHttpRequest(SimulatorHttpConnection* connection, const S
         break;
     }
 
-    auto deliver = [connection, fault, answer] {
+    auto deliver = [this, connection, fault, answer, contentType] {
         if (fault == Fault::DropConnection)
             connection->abortConnection();
+        else if (fault == Fault::DripFeed)
+            connection->respondDripping(answer.status, contentType, answer.body, m_dripBytes,
+                                        m_dripIntervalMs);
         else
-            connection->respond(answer.status, JsonType, answer.body);
+            connection->respond(answer.status, contentType, answer.body);
     };
     // The connection is the timer's context: a client that hangs up meanwhile simply gets nothing.
     if (m_latency > 0)

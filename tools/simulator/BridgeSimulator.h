@@ -22,9 +22,10 @@ struct SimulatorHttpRequest;
 struct SimulatedRequest
 {
     QByteArray method; ///< "GET", "PUT", "POST", "DELETE"
-    QString path;      ///< e.g. "/api/KEY/lights/3/state" (no query)
+    QString path;      ///< e.g. "/api/KEY/lights/3/state" (no query), percent-decoded
     QByteArray rawBody;
-    QJsonObject body; ///< rawBody parsed when it is a JSON object, else empty
+    QJsonObject body;  ///< rawBody parsed when it is a JSON object, else empty
+    QByteArray target; ///< the request target as sent, still percent-encoded, query included
 };
 Q_DECLARE_METATYPE(SimulatedRequest)
 
@@ -120,13 +121,20 @@ public:
         DropConnection, ///< close the TCP connection without an answer
         GarbageBody,    ///< status 200 with a body that is not JSON
         ErrorArray,     ///< [{"error":{"type":901,...}}] instead of the real answer
+        HttpError,      ///< status 500 with a short text body, as a failing web server answers
+        DripFeed,       ///< the real answer, its body trickled out a few bytes at a time (setDripFeed())
     };
     Q_ENUM(Fault)
-    /// @p times -1: until setFault(Fault::None); N: the next N requests only. Requests hit by a fault do not
-    /// change the home. Note that QNetworkAccessManager silently sends a request again once when its reused
-    /// keep-alive connection is dropped, so its callers only see a drop that lasts at least two requests.
-    void setFault(Fault fault, int times = -1);
+    /// @p times -1: until setFault(Fault::None); N: the next N requests only. @p method, when given ("PUT"),
+    /// limits the fault to requests with that method; the others are answered normally and not counted.
+    /// Requests hit by a fault do not change the home, except under DripFeed, whose answer is the real one.
+    /// Note that QNetworkAccessManager silently sends a request again once when its reused keep-alive
+    /// connection is dropped, so its callers only see a drop that lasts at least two requests.
+    void setFault(Fault fault, int times = -1, const QByteArray& method = {});
     Fault fault() const { return m_fault; }
+    /// How DripFeed trickles: @p bytes at once, then a pause of @p intervalMs (4 bytes every 3 s by default,
+    /// slow enough to be useless, fast enough to keep a time-out without data from firing).
+    void setDripFeed(int bytes, int intervalMs);
 
 signals:
     /// A request was received (and recorded); emitted before it is answered.
@@ -142,7 +150,7 @@ private:
     /// Answers a request below "/__control/": the simulator's own controls, not part of the bridge.
     void answerControlRequest(SimulatorHttpConnection* connection, const SimulatorHttpRequest& request);
 
-    Fault takeFault();
+    Fault takeFault(const QByteArray& method);
 
     std::unique_ptr<SimulatedHome> m_home;
     SimulatedSchedules* m_schedules = nullptr;
@@ -153,5 +161,8 @@ private:
     int m_latency = 0;
     Fault m_fault = Fault::None;
     int m_faultTimes = -1;
+    QByteArray m_faultMethod;
+    int m_dripBytes = 4;
+    int m_dripIntervalMs = 3000;
     QString m_errorString;
 };

@@ -1,6 +1,7 @@
 #include "SimulatorHttpConnection.h"
 
 #include <QTcpSocket>
+#include <QTimer>
 #include <QUrl>
 
 namespace {
@@ -162,8 +163,8 @@ void SimulatorHttpConnection::respond(int status, const QByteArray& contentType,
     writeResponse(status, contentType, body, m_closeAfterAnswer);
 }
 
-void SimulatorHttpConnection::writeResponse(int status, const QByteArray& contentType, const QByteArray& body,
-                                            bool close)
+QByteArray SimulatorHttpConnection::responseBytes(int status, const QByteArray& contentType,
+                                                  const QByteArray& body, bool close) const
 {
     QByteArray head = "HTTP/1.1 " + QByteArray::number(status) + ' ' + reasonPhrase(status) + "\r\n";
     head += "Cache-Control: no-store, no-cache, must-revalidate, post-check=0, pre-check=0\r\n";
@@ -172,8 +173,19 @@ void SimulatorHttpConnection::writeResponse(int status, const QByteArray& conten
     head += "Content-Type: " + contentType + "\r\n";
     head += "Content-Length: " + QByteArray::number(body.size()) + "\r\n";
     head += close ? "Connection: close\r\n\r\n" : "Connection: Keep-Alive\r\n\r\n";
+    return m_headRequest ? head : head + body;
+}
+
+void SimulatorHttpConnection::writeResponse(int status, const QByteArray& contentType, const QByteArray& body,
+                                            bool close)
+{
     // One write for head and body, so that they leave in one segment.
-    m_socket->write(m_headRequest ? head : head + body);
+    m_socket->write(responseBytes(status, contentType, body, close));
+    finishAnswer(close);
+}
+
+void SimulatorHttpConnection::finishAnswer(bool close)
+{
     m_busy = false;
     if (close) {
         m_gone = true;
@@ -182,6 +194,43 @@ void SimulatorHttpConnection::writeResponse(int status, const QByteArray& conten
     }
     // Queued, so a client that sent several requests at once is not served from inside this call.
     QMetaObject::invokeMethod(this, &SimulatorHttpConnection::processBuffer, Qt::QueuedConnection);
+}
+
+void SimulatorHttpConnection::respondDripping(int status, const QByteArray& contentType,
+                                              const QByteArray& body, int chunkBytes, int intervalMs)
+{
+    if (!m_busy || m_gone)
+        return;
+    // The head leaves at once, as from a bridge whose link fails mid-answer: the client sees progress, and
+    // only a limit on the whole exchange ends the wait.
+    const QByteArray answer = responseBytes(status, contentType, body, m_closeAfterAnswer);
+    const qsizetype bodyStart = answer.size() - (m_headRequest ? 0 : body.size());
+    m_socket->write(answer.left(bodyStart));
+    m_dripping = answer.mid(bodyStart);
+    m_dripChunk = std::max(1, chunkBytes);
+    m_closeAfterDrip = m_closeAfterAnswer;
+    if (!m_dripTimer) {
+        m_dripTimer = new QTimer(this);
+        connect(m_dripTimer, &QTimer::timeout, this, &SimulatorHttpConnection::onDripTick);
+    }
+    m_dripTimer->setInterval(std::max(1, intervalMs));
+    onDripTick();
+    m_dripTimer->start();
+}
+
+void SimulatorHttpConnection::onDripTick()
+{
+    if (m_gone) {
+        m_dripTimer->stop();
+        return;
+    }
+    m_socket->write(m_dripping.left(m_dripChunk));
+    m_socket->flush();
+    m_dripping.remove(0, m_dripChunk);
+    if (m_dripping.isEmpty()) {
+        m_dripTimer->stop();
+        finishAnswer(m_closeAfterDrip);
+    }
 }
 
 void SimulatorHttpConnection::abortConnection()

@@ -7,6 +7,7 @@
 #include <QString>
 
 class QTcpSocket;
+class QTimer;
 
 /// One HTTP/1.1 request as read off a connection.
 struct SimulatorHttpRequest
@@ -32,6 +33,10 @@ public:
 
     /// Answers the request handed out last; the next one is read afterwards.
     void respond(int status, const QByteArray& contentType, const QByteArray& body);
+    /// The same answer, its body trickled out: the head at once, then @p chunkBytes of the body, a pause of
+    /// @p intervalMs, and so on, like a bridge on a failing link. Stops when the client hangs up.
+    void respondDripping(int status, const QByteArray& contentType, const QByteArray& body, int chunkBytes,
+                         int intervalMs);
     /// Closes the TCP connection at once, without an answer.
     void abortConnection();
 
@@ -51,7 +56,11 @@ private:
     void onDisconnected();
     void processBuffer();
     Parse parseRequest(SimulatorHttpRequest* request, int* failureStatus);
+    QByteArray responseBytes(int status, const QByteArray& contentType, const QByteArray& body,
+                             bool close) const;
     void writeResponse(int status, const QByteArray& contentType, const QByteArray& body, bool close);
+    void onDripTick();
+    void finishAnswer(bool close);
 
     QTcpSocket* m_socket = nullptr;
     QByteArray m_buffer;
@@ -60,4 +69,8 @@ private:
     bool m_headRequest = false;
     bool m_continueSent = false; // "100 Continue" already written for the request being read
     bool m_gone = false;
+    QByteArray m_dripping; // what is still to be trickled out
+    int m_dripChunk = 0;
+    bool m_closeAfterDrip = false;
+    QTimer* m_dripTimer = nullptr;
 };

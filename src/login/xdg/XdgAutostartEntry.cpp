@@ -64,6 +64,31 @@ bool entryStartsProgram(const QString& path)
     return starts;
 }
 
+/// What follows the program in an Exec value as the file holds it, with the blank before it. The program is
+/// the first argument: up to a blank, or in double quotes. Two escapes are nested there: the value's own (a
+/// backslash is written as two), and inside the quotes the argument's (a backslash escapes the next
+/// character); so a quote in the program's path is written as two backslashes and the quote.
+QString argumentsAfterProgram(const QString& exec)
+{
+    if (!exec.startsWith(u'"')) {
+        const qsizetype blank = exec.indexOf(u' ');
+        return blank < 0 ? QString() : exec.mid(blank);
+    }
+    bool escaped = false;
+    for (qsizetype i = 1; i < exec.size(); ++i) {
+        QChar c = exec.at(i);
+        if (c == u'\\' && i + 1 < exec.size())
+            c = exec.at(++i) == u'\\' ? u'\\' : u'_'; // \s, \t...: neither a quote nor a backslash
+        if (escaped)
+            escaped = false;
+        else if (c == u'\\')
+            escaped = true;
+        else if (c == u'"')
+            return exec.mid(i + 1);
+    }
+    return QString();
+}
+
 bool isAbsolute(const QString& path)
 {
     return !path.isEmpty() && QDir::isAbsolutePath(path);
@@ -157,19 +182,25 @@ QString XdgAutostartEntry::entryText() const
     const QString installed =
         QDir::cleanPath(QFileInfo(m_executable).absolutePath() +
                         QStringLiteral("/../share/applications/%1.desktop").arg(m_applicationId));
+    const QString exec = execValue(m_executable);
     if (const std::optional<QStringList> lines =
             QFileInfo(installed).isFile() ? readLines(installed) : std::nullopt) {
-        // The packaged entry, minus what would keep it from starting.
+        // The packaged entry, minus what would keep it from starting. Its Exec names the program for a PATH
+        // search, which may find another one or none (an unpacked package, a prefix off PATH): the copy
+        // starts the program that wrote it, with the entry's arguments. TryExec would search PATH as well.
         QStringList kept;
-        forEachLine(*lines, [&kept](const QString& line, bool inEntry) {
-            const QString key = inEntry ? keyAndValue(line).first : QString();
-            if (key != u"Hidden" && key != u"X-GNOME-Autostart-enabled")
+        forEachLine(*lines, [&kept, &exec](const QString& line, bool inEntry) {
+            const auto [key, value] = inEntry ? keyAndValue(line) : std::pair<QString, QString>();
+            if (key == u"Hidden" || key == u"X-GNOME-Autostart-enabled" || key == u"TryExec")
+                return;
+            if (key == u"Exec" && !exec.isEmpty())
+                kept.append(QStringLiteral("Exec=") + exec + argumentsAfterProgram(value));
+            else
                 kept.append(line);
         });
         return kept.join(u'\n');
     }
 
-    const QString exec = execValue(m_executable);
     if (exec.isEmpty())
         return QString();
     return QStringLiteral("%1\n"

@@ -13,7 +13,8 @@ class XdgAutostartEntry final : public LoginItem
 public:
     /// `configHome` is the user's configuration folder, `configDirs` the system's, in order of importance.
     /// `executable` is the running program: when "<its folder>/../share/applications/<id>.desktop" exists
-    /// (an installed program), the entry is a copy of that one; otherwise it starts `executable` itself.
+    /// (an installed program), the entry is a copy of that one, its Exec pointed at `executable`; otherwise
+    /// it starts `executable` itself.
     XdgAutostartEntry(QString applicationId, QString configHome, QStringList configDirs, QString executable);
 
     /// The user's configuration folder ($XDG_CONFIG_HOME when it is an absolute path, else ~/.config) and

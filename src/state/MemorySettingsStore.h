@@ -2,11 +2,12 @@
 
 #include "state/SettingsStore.h"
 
-#include <QHash>
+#include <QVariantHash>
 
-/// A store that keeps values in memory only: shows what the program costs without the settings file's
-/// writes.
-class MemoryStore final : public SettingsStore
+/// Settings kept in memory only, for runs that must not touch a settings file: glowdeckctl without one, the
+/// crash-report test's dying process, the benchmarks (which show what the program costs without the file's
+/// writes).
+class MemorySettingsStore final : public SettingsStore
 {
 public:
     bool contains(const QString& key) const override { return m_values.contains(key); }
@@ -15,5 +16,5 @@ public:
     void remove(const QString& key) override { m_values.remove(key); }
 
 private:
-    QHash<QString, QVariant> m_values;
+    QVariantHash m_values;
 };

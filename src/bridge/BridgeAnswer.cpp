@@ -1,0 +1,51 @@
+#include "bridge/BridgeAnswer.h"
+
+#include "bridge/HttpExchange.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+namespace {
+
+// An error answer is a few hundred bytes; a list of this size is something else and not worth parsing twice.
+constexpr qsizetype maxErrorAnswerBytes = 64 * 1024;
+
+} // namespace
+
+QStringList bridgeErrors(const QByteArray& body)
+{
+    if (body.size() > maxErrorAnswerBytes || !body.trimmed().startsWith('['))
+        return {};
+    const QJsonDocument document = QJsonDocument::fromJson(body);
+    QStringList errors;
+    for (const QJsonValue entry : document.array()) {
+        const QJsonValue error = entry.toObject().value(u"error");
+        if (!error.isObject())
+            continue;
+        const QString description = error.toObject().value(u"description").toString();
+        errors.append(!description.isEmpty()
+                          ? description
+                          : QStringLiteral("error %1").arg(error.toObject().value(u"type").toInteger()));
+    }
+    return errors;
+}
+
+WriteOutcome writeOutcome(const HttpResult& answer)
+{
+    using Kind = WriteOutcome::Kind;
+    if (answer.timedOut)
+        return {Kind::timedOut, 0, {}};
+    if (answer.transportFailed)
+        return {Kind::noAnswer, 0, answer.error};
+    if (answer.tooLarge)
+        return {Kind::unexpected, answer.status, {}};
+    // The bridge's own words say more than its status, whatever status came with them.
+    if (const QStringList errors = bridgeErrors(answer.body); !errors.isEmpty())
+        return {Kind::refused, answer.status, errors.join(QStringLiteral("; "))};
+    if (answer.status < 200 || answer.status > 299)
+        return {Kind::httpError, answer.status, {}};
+    if (!QJsonDocument::fromJson(answer.body).isArray())
+        return {Kind::unexpected, answer.status, {}};
+    return {Kind::accepted, answer.status, {}};
+}
