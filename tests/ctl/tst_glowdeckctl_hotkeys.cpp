@@ -15,7 +15,6 @@ private Q_SLOTS:
     void init();
     void listsTheKeysAndActionsAsThePaneShowsThem();
     void listsThemAsJsonForScripts();
-    void aMissingSettingsFileIsReadAsEmptyAndNotCreated();
 
 private:
     /// Runs glowdeckctl with `arguments`; its standard output, or a null string when it failed.
@@ -83,10 +82,8 @@ void TestGlowdeckCtlHotkeys::listsThemAsJsonForScripts()
     QVERIFY(list.at(0).toObject().value("shortcut").isNull());
     QCOMPARE(list.at(7).toObject().value("choice").toString(), QStringLiteral("3_brighter"));
     QVERIFY(!list.at(6).toObject().contains("choice"));
-}
 
-void TestGlowdeckCtlHotkeys::aMissingSettingsFileIsReadAsEmptyAndNotCreated()
-{
+    // Without a settings file nothing is assigned, and no file is made.
     const QString missing = m_dir.filePath(QStringLiteral("none.json"));
     const QString output = run({QStringLiteral("hotkeys"), QStringLiteral("--settings"), missing});
     QCOMPARE(output.count(QStringLiteral(" - ")), 12);

@@ -59,8 +59,6 @@ void TestKeyTranslation::readsTheKeysQtReports_data()
     QTest::addColumn<QKeyCombination>("pressed");
     QTest::addColumn<std::optional<Shortcut>>("expected");
 
-    QTest::newRow("ctrl+alt+k") << QKeyCombination(Qt::ControlModifier | Qt::AltModifier, Qt::Key_K)
-                                << std::optional(Shortcut{40, Shortcut::control | Shortcut::option});
     QTest::newRow("super+shift+f5") << QKeyCombination(Qt::MetaModifier | Qt::ShiftModifier, Qt::Key_F5)
                                     << std::optional(Shortcut{96, Shortcut::command | Shortcut::shift});
     QTest::newRow("shifted symbol: the key it is on")
