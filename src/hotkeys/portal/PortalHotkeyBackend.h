@@ -50,7 +50,7 @@ public:
     /// The portal's identifier of a combination, e.g. "glowdeck-40-6144". It stands for the keys rather than
     /// the name, so a combination recorded anew is bound anew even where the desktop remembers old bindings.
     static QString shortcutId(const GlobalHotkeys::Shortcut& shortcut);
-    /// The trigger in the shortcuts specification's form, e.g. "CTRL+ALT+k" or "LOGO+SHIFT+F5".
+    /// The trigger as freedesktop.org's shortcut format writes it, e.g. "CTRL+ALT+k" or "LOGO+SHIFT+F5".
     static QString preferredTrigger(const GlobalHotkeys::Shortcut& shortcut);
 
 private Q_SLOTS:
