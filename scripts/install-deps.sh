@@ -11,8 +11,8 @@ packages=(
     xvfb xauth xdotool trayer x11-utils x11-apps imagemagick dbus-x11 curl
     # driving the program through its accessibility interface, as a screen reader does
     at-spi2-core python3-pyatspi
-    # the drop-down window asks X11 whether a compositing manager runs
-    libxcb1-dev
+    # the drop-down window asks X11 whether a compositing manager runs; global shortcuts grab keys there
+    libxcb1-dev libxcb-keysyms1-dev
     # the debug report script
     ruby
     # the panel tabs are emoji

@@ -49,6 +49,7 @@ _glowdeckctl()
     all-off) options+=" --in --bridge --key" ;;
     discover) options+=" --discovery-url" ;;
     pair) options+=" --wait --bridge" ;;
+    hotkeys) options+=" --json --with-key" ;;
     "") options="--bridge --key --settings --json --with-key --in --wait --discovery-url --help --version" ;;
     esac
     if [[ $cur == -* ]]; then
@@ -58,7 +59,7 @@ _glowdeckctl()
 
     local words=""
     case $command in
-    "") words="lights rooms scenes light room scene all-off discover pair status" ;;
+    "") words="lights rooms scenes light room scene all-off discover pair status hotkeys" ;;
     light) [[ $operands -eq 1 ]] && words="on off brightness hue ct" ;;
     room) [[ $operands -eq 1 ]] && words="on off brightness hue ct brighter darker" ;;
     esac

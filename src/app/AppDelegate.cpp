@@ -12,6 +12,9 @@
 #include "connection/BridgePairing.h"
 #include "connection/ShellRunner.h"
 #include "diagnostics/Diagnostics.h"
+#include "hotkeys/GlobalHotkeys.h"
+#include "hotkeys/HotkeyActions.h"
+#include "hotkeys/HotkeyBackend.h"
 #include "login/StartAtLogin.h"
 #include "panels/ContentView.h"
 #include "panels/Theme.h"
@@ -19,9 +22,9 @@
 #include "preferences/panes/ConnectionView.h"
 #include "preferences/panes/DebugReport.h"
 #include "preferences/panes/DebugView.h"
+#include "preferences/panes/HotkeyView.h"
 #include "preferences/panes/LampSelectorView.h"
 #include "preferences/panes/PaneIcons.h"
-#include "preferences/panes/PlaceholderPane.h"
 #include "preferences/panes/PreferencesGeneralView.h"
 #include "preferences/window/PausableWindow.h"
 #include "preferences/window/PreferencesWindowController.h"
@@ -94,7 +97,7 @@ void AppDelegate::createPreferences()
          new ConnectionView(*m_settings, *m_discovery, *m_pairing, *m_connection, *m_debugReport)},
         {QStringLiteral("lights"), tr("Lights"), PaneIcons::lights(), lights},
         {QStringLiteral("hotkeys"), tr("Hotkeys"), PaneIcons::hotkeys(),
-         new PlaceholderPane(tr("Hotkey Settings"), tr("Global keyboard shortcuts are coming soon."))},
+         new HotkeyView(*m_settings, *m_hotkeys, *m_hotkeyActions)},
     });
     m_preferences->setFrameAutosaveName(preferencesFrameName, m_store.get());
     connect(general, &PreferencesGeneralView::debugInformationRequested, this,
@@ -151,6 +154,7 @@ void AppDelegate::start()
     connect(content, &ContentView::connectionSettingsRequested, this, &AppDelegate::onOpenConnectionSettings);
 
     buildContextMenu();
+    registerHotkeys();
     connectToBridgeAtStart();
 
     if (!m_store->readBool(hasSeenWelcomeScreenKey))
@@ -212,6 +216,19 @@ void AppDelegate::buildContextMenu()
                       [this] { openUrl(m_options.links.feedback); });
     m_menu->addSeparator();
     m_menu->addAction(QStringLiteral("Quit Glowdeck"), this, &AppDelegate::onQuit);
+}
+
+void AppDelegate::registerHotkeys()
+{
+    m_hotkeyBackend =
+        m_options.hotkeyBackend ? m_options.hotkeyBackend() : createHotkeyBackend(applicationId);
+    m_hotkeys = std::make_unique<GlobalHotkeys>(*m_store, *m_hotkeyBackend);
+    connect(m_hotkeys.get(), &GlobalHotkeys::unavailable, this, [this](const QString& reason) {
+        m_settings->addLogLine(
+            QStringLiteral("Glowdeck: global shortcuts are not available on this desktop: %1.").arg(reason));
+    });
+    m_hotkeyActions = std::make_unique<HotkeyActions>(*m_settings, *m_helper);
+    m_hotkeyActions->registerHandlers(*m_hotkeys);
 }
 
 void AppDelegate::connectToBridgeAtStart()

@@ -24,6 +24,9 @@ class DesktopAppearance;
 class DebugReport;
 class DebugView;
 class Diagnostics;
+class GlobalHotkeys;
+class HotkeyActions;
+class HotkeyBackend;
 class HueHelper;
 class JsonSettingsStore;
 class PreferencesWindowController;
@@ -48,6 +51,8 @@ struct AppDelegateOptions
     QString loginItemFolder;
     /// Set when the start-up time should be printed; started first thing in main.
     const QElapsedTimer* startupClock = nullptr;
+    /// Makes the desktop's service for global shortcuts; empty: the platform's own (tests pass a fake one).
+    std::function<std::unique_ptr<HotkeyBackend>()> hotkeyBackend;
 };
 
 /// The composition root: owns the shared state, the bridge client, the tray icon, its menu and the windows
@@ -70,7 +75,8 @@ public:
     ~AppDelegate() override;
 
     /// Runs the start-up sequence: diagnostics, sleep and resize observation, settings, preferences, tray
-    /// icon, drop-down window, menu, the bridge connection and, on a first start, the welcome window.
+    /// icon, drop-down window, menu, the global shortcuts, the bridge connection and, on a first start, the
+    /// welcome window.
     void start();
 
     /// What a click on the tray icon does: a context click, or a click with Control held, shows the menu
@@ -85,6 +91,7 @@ public:
     BridgeConnection& connection() const { return *m_connection; }
     QMenu& contextMenu() const { return *m_menu; }
     StatusBarMenuWindowController& windowController() const { return *m_windowController; }
+    GlobalHotkeys& hotkeys() const { return *m_hotkeys; }
     /// The preferences window's controller, created with its panes on first use.
     PreferencesWindowController& preferences();
     StartAtLogin& startAtLogin() const { return *m_startAtLogin; }
@@ -100,6 +107,7 @@ private:
     void createTrayIcon();
     void showTrayIconWhenAvailable();
     void buildContextMenu();
+    void registerHotkeys();
     void connectToBridgeAtStart();
     void showWelcomeWindow();
     void popUpContextMenu();
@@ -132,6 +140,9 @@ private:
     std::unique_ptr<AppSettings> m_settings;
     std::unique_ptr<ActionQueue> m_queue;
     std::unique_ptr<HueHelper> m_helper;
+    std::unique_ptr<HotkeyBackend> m_hotkeyBackend;
+    std::unique_ptr<GlobalHotkeys> m_hotkeys;
+    std::unique_ptr<HotkeyActions> m_hotkeyActions;
     std::unique_ptr<BridgePairing> m_pairing;
     std::unique_ptr<BridgeConnection> m_connection;
     std::unique_ptr<ShellRunner> m_shell;

@@ -1,3 +1,4 @@
+#include "FakeHotkeyBackend.h"
 #include "TestSupport.h"
 #include "app/AppDelegate.h"
 #include "app/DropDownWindow.h"
@@ -45,6 +46,7 @@ private Q_SLOTS:
     void settingsLinkOfAnEmptyPanelOpensTheConnectionPane();
     void offInMinutesSaysWhenInTheTooltip();
     void settingsOpensTheConnectionPaneUntilPaired();
+    void aStoredShortcutWorksFromTheStart();
 
 private:
     /// Starts the application against the simulator, already paired.
@@ -58,6 +60,7 @@ private:
     std::unique_ptr<QTemporaryDir> m_folder;
     std::unique_ptr<AppDelegate> m_delegate;
     SleepWatcher* m_sleepWatcher = nullptr;
+    FakeHotkeyBackend* m_hotkeyBackend = nullptr;
     ProductLinks m_links;
     QList<QUrl> m_opened;
 };
@@ -87,11 +90,19 @@ void TestAppDelegate::startDelegate(bool seenWelcome)
         store.writeString(SettingsKeys::bridgeUser, m_bridge->addUser());
         if (seenWelcome)
             store.writeBool(AppDelegate::hasSeenWelcomeScreenKey, true);
+        // Ctrl+Alt+K switches every room off.
+        store.writeString(QStringLiteral("GlobalHotkeys_allLightsOff"),
+                          QStringLiteral(R"({"carbonKeyCode":40,"carbonModifiers":6144})"));
     }
     auto watcher = std::make_unique<SleepWatcher>();
     m_sleepWatcher = watcher.get();
-    m_delegate = std::make_unique<AppDelegate>(
-        AppDelegateOptions{file, m_links, m_folder->filePath(QStringLiteral("crashes"))}, std::move(watcher));
+    AppDelegateOptions options{file, m_links, m_folder->filePath(QStringLiteral("crashes"))};
+    options.hotkeyBackend = [this] {
+        auto backend = std::make_unique<FakeHotkeyBackend>();
+        m_hotkeyBackend = backend.get();
+        return backend;
+    };
+    m_delegate = std::make_unique<AppDelegate>(std::move(options), std::move(watcher));
     m_delegate->setUrlOpener([this](const QUrl& url) { m_opened << url; });
     m_delegate->start();
     QTRY_VERIFY(!m_delegate->settings().lights().isEmpty());
@@ -311,6 +322,37 @@ void TestAppDelegate::settingsOpensTheConnectionPaneUntilPaired()
 {
     startDelegate();
     m_delegate->onActivated(QSystemTrayIcon::Trigger, Qt::NoModifier);
+}
+
+void TestAppDelegate::aStoredShortcutWorksFromTheStart()
+{
+    startDelegate();
+    const GlobalHotkeys::Shortcut controlAltK{40, GlobalHotkeys::Shortcut::control |
+                                                      GlobalHotkeys::Shortcut::option};
+    QCOMPARE(m_hotkeyBackend->registered(), QList<GlobalHotkeys::Shortcut>{controlAltK});
+    QTRY_VERIFY(!m_delegate->settings().groups().isEmpty());
+    m_bridge->clearRequests();
+
+    QVERIFY(m_hotkeyBackend->press(controlAltK));
+    // Shown at once, after the key event.
+    const auto anyOn = [this] {
+        const QList<HueGroup> rooms = m_delegate->settings().groups();
+        return std::any_of(rooms.cbegin(), rooms.cend(), [](const HueGroup& room) { return room.is_on; });
+    };
+    QTRY_VERIFY(!anyOn());
+    QStringList expected;
+    for (const HueGroup& room : m_delegate->settings().groups())
+        expected << QStringLiteral("/groups/%1/action").arg(room.group_id);
+    const auto switchedOff = [this] {
+        QStringList paths;
+        for (const SimulatedRequest& request : m_bridge->requests()) {
+            if (request.path.contains(QStringLiteral("/groups/")) &&
+                request.body == QJsonObject{{QStringLiteral("on"), false}})
+                paths << request.path.mid(request.path.indexOf(QStringLiteral("/groups/")));
+        }
+        return paths;
+    };
+    QTRY_COMPARE_WITH_TIMEOUT(switchedOff(), expected, 10000);
 }
 
 QTEST_MAIN(TestAppDelegate)

@@ -197,6 +197,8 @@ constexpr CommandForm commandForms[] = {
      "Get a key from the bridge (press its link button) and store it", noOperands, waitOption | bridgeOption},
     {"status", CtlCommand::status, "", "Show the stored bridge and whether it answers", noOperands,
      bridgeAndKey},
+    {"hotkeys", CtlCommand::hotkeys, "",
+     "List the global shortcuts, their keys and what each does (--json too)", noOperands, jsonOption},
 };
 
 /// "pair", "discover or pair", "lights, rooms or scenes": the commands that take the option `flag`.

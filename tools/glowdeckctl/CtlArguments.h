@@ -26,7 +26,8 @@ enum class CtlCommand
     allOff,
     discover,
     pair,
-    status
+    status,
+    hotkeys
 };
 
 /// What the `light` and `room` commands change.

@@ -250,7 +250,8 @@ void CtlCommands::fetchRecords()
     case CtlCommand::discover:
     case CtlCommand::pair:
     case CtlCommand::status:
-        break; // CtlConnectionCommands runs these
+    case CtlCommand::hotkeys:
+        break; // CtlConnectionCommands and CtlHotkeys run these
     }
     printError(QStringLiteral("This command is not run here."));
     finish(exitFailed);

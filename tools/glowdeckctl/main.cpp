@@ -2,6 +2,7 @@
 #include "CtlCommands.h"
 #include "CtlCommon.h"
 #include "CtlConnectionCommands.h"
+#include "CtlHotkeys.h"
 
 #include <QCoreApplication>
 
@@ -43,6 +44,8 @@ int main(int argc, char* argv[])
     }
 
     const CtlInvocation& invocation = arguments.invocation();
+    if (invocation.command == CtlCommand::hotkeys)
+        return CtlHotkeys::run(invocation);
     if (CtlConnectionCommands::handles(invocation.command))
         return run<CtlConnectionCommands>(app, invocation);
     return run<CtlCommands>(app, invocation);

@@ -44,8 +44,11 @@ DebugView::DebugView(DebugReport& report, std::function<void(const QUrl&)> openU
     connect(m_send, &QPushButton::clicked, this, &DebugView::onSend);
     connect(m_show, &QPushButton::clicked, this, &DebugView::onShowReport);
     connect(&m_report, &DebugReport::finished, this, &DebugView::onFinished);
-    for (const QKeySequence& keys : {QKeySequence(Qt::Key_Escape), QKeySequence(QKeySequence::Close)})
-        connect(new QShortcut(keys, this), &QShortcut::activated, this, &QWidget::close);
+    for (const QKeySequence& keys : {QKeySequence(Qt::Key_Escape), QKeySequence(QKeySequence::Close)}) {
+        auto* shortcut = new QShortcut(keys, this);
+        shortcut->setWhatsThis(tr("Close Window"));
+        connect(shortcut, &QShortcut::activated, this, &QWidget::close);
+    }
     m_outcome->hide();
 }
 

@@ -112,6 +112,7 @@ LampSelectorView::LampSelectorView(AppSettings& settings, QWidget* parent)
             [this] { moveLight(m_list->currentRow(), m_list->currentRow() + 1); });
     for (const auto& [keys, step] : {std::pair{Qt::ALT | Qt::Key_Up, -1}, {Qt::ALT | Qt::Key_Down, 1}}) {
         auto* shortcut = new QShortcut(QKeySequence(keys), m_list, nullptr, nullptr, Qt::WidgetShortcut);
+        shortcut->setWhatsThis(step < 0 ? tr("Move Up") : tr("Move Down"));
         connect(shortcut, &QShortcut::activated, this,
                 [this, step] { moveLight(selectedRow(), selectedRow() + step); });
     }

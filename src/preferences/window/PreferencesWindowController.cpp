@@ -31,6 +31,8 @@ PreferencesWindowController::PreferencesWindowController(QList<Pane> panes, Pane
     for (const QKeySequence& keys : {QKeySequence(Qt::Key_Escape), QKeySequence(QKeySequence::Close)}) {
         auto* shortcut = new QShortcut(keys, m_window.get());
         shortcut->setContext(Qt::WindowShortcut);
+        // Also names it where a global shortcut with the same keys is refused.
+        shortcut->setWhatsThis(tr("Close Window"));
         connect(shortcut, &QShortcut::activated, m_window.get(), &QWidget::close);
     }
     connect(m_window.get(), &PausableWindow::hidden, this, &PreferencesWindowController::saveFrame);

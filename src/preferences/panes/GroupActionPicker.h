@@ -1,0 +1,40 @@
+#pragma once
+
+#include "hotkeys/HotkeyActions.h"
+
+#include <QComboBox>
+#include <QList>
+
+class AppSettings;
+
+/// The choice of what one custom shortcut does: "(No Action)", or on, off, brighter or darker for one room.
+/// A choice is stored at once and used at the next press. The list follows the rooms the bridge reports.
+class GroupActionPicker final : public QComboBox
+{
+    Q_OBJECT
+    Q_DISABLE_COPY_MOVE(GroupActionPicker)
+
+public:
+    /// `dropdownIndex` is the slot, 0 to 4, that the custom shortcut of the same row reads.
+    GroupActionPicker(AppSettings& settings, HotkeyActions& actions, int dropdownIndex,
+                      QWidget* parent = nullptr);
+
+    /// The stored choice's id.
+    QString selectedAction() const { return m_selectedAction; }
+    QList<GroupActionOption> availableGroupActions() const { return m_availableGroupActions; }
+
+protected:
+    void hidePopup() override;
+
+private:
+    void onActivated(int index);
+    /// Builds the list again when the rooms changed in a way it shows, never while it is open.
+    void rebuild();
+
+    AppSettings& m_settings;
+    HotkeyActions& m_actions;
+    int m_dropdownIndex;
+    QString m_selectedAction;
+    QList<GroupActionOption> m_availableGroupActions;
+    bool m_rebuildWhenClosed = false;
+};

@@ -1,0 +1,255 @@
+#include "HotkeyBench.h"
+#include "hotkeys/HotkeyNames.h"
+#include "simulator/BridgeSimulator.h"
+#include "state/SettingsKeys.h"
+
+#include <QTest>
+
+#include <limits>
+#include <memory>
+
+using Shortcut = GlobalHotkeys::Shortcut;
+
+class TestHotkeyActions final : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+    void everyRoomActionChangesTheRecordsAndSendsOneCommandPerRoom_data();
+    void everyRoomActionChangesTheRecordsAndSendsOneCommandPerRoom();
+    void aCustomShortcutReadsTheSlotOneBelowItsNumber();
+    void aCustomSlotActsOnEveryRoomWithItsId_data();
+    void aCustomSlotActsOnEveryRoomWithItsId();
+    void whatCannotBeDoneSendsNothing_data();
+    void whatCannotBeDoneSendsNothing();
+    void offersFourChoicesPerRoomAfterNoAction();
+    void storesTheStepAndTheChoice();
+
+private:
+    /// Presses the shortcut of `name` as the desktop would, then lets the posted action run.
+    void press(const GlobalHotkeys::Name& name);
+    /// The requests the bridge received, as "PUT groups/1/action {...}".
+    QStringList received() const;
+
+    std::unique_ptr<BridgeSimulator> m_bridge;
+    std::unique_ptr<HotkeyBench> m_bench;
+};
+
+void TestHotkeyActions::init()
+{
+    m_bridge = std::make_unique<BridgeSimulator>();
+    QVERIFY(m_bridge->listen());
+    m_bench = std::make_unique<HotkeyBench>();
+    m_bench->setBridge(m_bridge->hostAndPort(), m_bridge->addUser());
+
+    // Every name gets a combination of its own, then the handlers, as at start-up.
+    const QList<GlobalHotkeys::Name>& names = HotkeyNames::all();
+    for (qsizetype i = 0; i < names.size(); ++i)
+        m_bench->hotkeys().setShortcut(Shortcut{i, Shortcut::control | Shortcut::option}, names.at(i));
+    m_bench->actions().registerHandlers(m_bench->hotkeys());
+    QCOMPARE(m_bench->fake().registered().size(), names.size());
+}
+
+void TestHotkeyActions::cleanup()
+{
+    m_bench.reset();
+    m_bridge.reset();
+}
+
+void TestHotkeyActions::press(const GlobalHotkeys::Name& name)
+{
+    const QList<HueGroup> before = m_bench->settings().groups();
+    QVERIFY(m_bench->fake().press(*m_bench->hotkeys().getShortcut(name)));
+    // The action waits for the event loop: nothing has changed yet.
+    QCOMPARE(m_bench->settings().groups(), before);
+    QCoreApplication::processEvents();
+}
+
+QStringList TestHotkeyActions::received() const
+{
+    QStringList lines;
+    const QString prefix = QStringLiteral("/api/%1/").arg(m_bench->settings().hueKey());
+    for (const SimulatedRequest& request : m_bridge->requests())
+        lines.append(QString::fromLatin1(request.method) + u' ' + QString(request.path).remove(prefix) +
+                     u' ' + QString::fromUtf8(request.rawBody));
+    return lines;
+}
+
+void TestHotkeyActions::everyRoomActionChangesTheRecordsAndSendsOneCommandPerRoom_data()
+{
+    QTest::addColumn<GlobalHotkeys::Name>("name");
+    QTest::addColumn<QString>("body");
+    QTest::addColumn<bool>("isOn");
+    QTest::addColumn<qint64>("hue");
+    QTest::addColumn<qint64>("saturation");
+    QTest::addColumn<qint64>("brightness");
+
+    QTest::newRow("on") << HotkeyNames::allLightsOn() << R"({"on":true})" << true << 500LL << 10LL << 100LL;
+    QTest::newRow("off") << HotkeyNames::allLightsOff() << R"({"on":false})" << false << 500LL << 10LL
+                         << 100LL;
+    QTest::newRow("brighter by the step")
+        << HotkeyNames::allLightsBrighter() << R"({"bri_inc":25,"transitiontime":1,"on":true})" << true
+        << 500LL << 10LL << 125LL;
+    // Marked on although it only dims, like brighter.
+    QTest::newRow("darker by the step")
+        << HotkeyNames::allLightsDarker() << R"({"bri_inc":-25,"transitiontime":1,"on":true})" << true
+        << 500LL << 10LL << 75LL;
+    QTest::newRow("red") << HotkeyNames::allLightsRed()
+                         << R"({"hue":1913,"sat":255,"on":true,"transitiontime":2})" << true << 1913LL
+                         << 255LL << 100LL;
+    QTest::newRow("blue") << HotkeyNames::allLightsBlue()
+                          << R"({"hue":47058,"sat":255,"on":true,"transitiontime":2})" << true << 47058LL
+                          << 255LL << 100LL;
+    QTest::newRow("white") << HotkeyNames::allLightsWhite()
+                           << R"({"hue":43413,"sat":0,"on":true,"transitiontime":2})" << true << 43413LL
+                           << 0LL << 100LL;
+}
+
+void TestHotkeyActions::everyRoomActionChangesTheRecordsAndSendsOneCommandPerRoom()
+{
+    QFETCH(GlobalHotkeys::Name, name);
+    QFETCH(QString, body);
+    QFETCH(bool, isOn);
+    QFETCH(qint64, hue);
+    QFETCH(qint64, saturation);
+    QFETCH(qint64, brightness);
+
+    m_bench->setRooms({QStringLiteral("1"), QStringLiteral("2")});
+    m_bench->settings().setKeyIncrement(25);
+    press(name);
+    for (const HueGroup& room : m_bench->settings().groups()) {
+        QCOMPARE(room.is_on, isOn);
+        QCOMPARE(room.hue, hue);
+        QCOMPARE(room.saturation, saturation);
+        QCOMPARE(room.brightness, brightness);
+    }
+    QTRY_COMPARE(received().size(), 2);
+    QCOMPARE(received(), (QStringList{QStringLiteral("PUT groups/1/action ") + body,
+                                      QStringLiteral("PUT groups/2/action ") + body}));
+}
+
+void TestHotkeyActions::aCustomShortcutReadsTheSlotOneBelowItsNumber()
+{
+    m_bench->setRooms({QStringLiteral("1"), QStringLiteral("2")});
+    SettingsStore& store = m_bench->store();
+    store.writeString(QStringLiteral("hotkeyCustomGroupAction0"), QStringLiteral("2_on"));
+    store.writeString(QStringLiteral("hotkeyCustomGroupAction1"), QStringLiteral("1_off"));
+    store.writeString(QStringLiteral("hotkeyCustomGroupAction4"), QStringLiteral("1_brighter"));
+
+    press(HotkeyNames::customGroup(1));
+    QTRY_COMPARE(received(), QStringList{QStringLiteral(R"(PUT groups/2/action {"on":true})")});
+    press(HotkeyNames::customGroup(5));
+    QTRY_COMPARE(received().size(), 2);
+    QCOMPARE(received().last(),
+             QStringLiteral(R"(PUT groups/1/action {"bri_inc":50,"transitiontime":1,"on":true})"));
+    // Nothing is stored under a fifth slot number: custom shortcut 5 read slot 4.
+    QVERIFY(!store.contains(QStringLiteral("hotkeyCustomGroupAction5")));
+}
+
+void TestHotkeyActions::aCustomSlotActsOnEveryRoomWithItsId_data()
+{
+    QTest::addColumn<QString>("stored");
+    QTest::addColumn<QList<bool>>("isOn");
+    QTest::addColumn<QString>("request");
+
+    QTest::newRow("on") << "3_on" << QList<bool>{false, true, true} << R"(PUT groups/3/action {"on":true})";
+    QTest::newRow("off") << "1_off" << QList<bool>{false, false, false}
+                         << R"(PUT groups/1/action {"on":false})";
+    // The local change of a brightness step goes to the first room with the id, twice here (100 - 2 x 50
+    // leaves it off); the queue keeps one request per room id and property.
+    QTest::newRow("darker") << "3_darker" << QList<bool>{false, false, false}
+                            << R"(PUT groups/3/action {"bri_inc":-50,"transitiontime":1,"on":false})";
+}
+
+void TestHotkeyActions::aCustomSlotActsOnEveryRoomWithItsId()
+{
+    QFETCH(QString, stored);
+    QFETCH(QList<bool>, isOn);
+    QFETCH(QString, request);
+
+    m_bench->setRooms({QStringLiteral("1"), QStringLiteral("3"), QStringLiteral("3")});
+    m_bench->store().writeString(QStringLiteral("hotkeyCustomGroupAction2"), stored);
+    press(HotkeyNames::customGroup(3));
+    const QList<HueGroup> rooms = m_bench->settings().groups();
+    QCOMPARE((QList<bool>{rooms.at(0).is_on, rooms.at(1).is_on, rooms.at(2).is_on}), isOn);
+    QTRY_COMPARE(received(), QStringList{request});
+}
+
+void TestHotkeyActions::whatCannotBeDoneSendsNothing_data()
+{
+    QTest::addColumn<QStringList>("rooms");
+    QTest::addColumn<QVariant>("stored");
+    QTest::addColumn<int>("number");
+
+    const QStringList rooms{QStringLiteral("1"), QStringLiteral("3")};
+    QTest::newRow("no action") << rooms << QVariant(QStringLiteral("no_action")) << 1;
+    QTest::newRow("nothing stored") << rooms << QVariant() << 1;
+    QTest::newRow("a bare group id") << rooms << QVariant(QStringLiteral("3")) << 1;
+    QTest::newRow("an unknown verb") << rooms << QVariant(QStringLiteral("3_dim")) << 1;
+    QTest::newRow("an extra part") << rooms << QVariant(QStringLiteral("3_on_x")) << 1;
+    QTest::newRow("no group id") << rooms << QVariant(QStringLiteral("_on")) << 1;
+    QTest::newRow("a number, not text") << rooms << QVariant(3) << 1;
+    QTest::newRow("a room that is gone") << rooms << QVariant(QStringLiteral("7_on")) << 1;
+    for (int number = 0; number < 12; ++number)
+        QTest::addRow("no rooms, shortcut %d", number)
+            << QStringList() << QVariant(QStringLiteral("1_on")) << -number;
+}
+
+void TestHotkeyActions::whatCannotBeDoneSendsNothing()
+{
+    QFETCH(QStringList, rooms);
+    QFETCH(QVariant, stored);
+    QFETCH(int, number); // 1: custom shortcut 1; 0 and below: the name at that place, negated
+
+    m_bench->setRooms(rooms);
+    if (stored.isValid())
+        m_bench->store().setValue(QStringLiteral("hotkeyCustomGroupAction0"), stored);
+    press(number > 0 ? HotkeyNames::customGroup(number) : HotkeyNames::all().at(-number));
+    // Every command starts the queue's timer at once; none runs.
+    QVERIFY(!m_bench->queue().isProcessing());
+    QVERIFY(m_bench->settings().actionQueue().isEmpty());
+}
+
+void TestHotkeyActions::offersFourChoicesPerRoomAfterNoAction()
+{
+    QCOMPARE(HotkeyActions::options({}),
+             (QList<GroupActionOption>{{QStringLiteral("no_action"), QStringLiteral("(No Action)")}}));
+    const QList<HueGroup> rooms{{.group_id = QStringLiteral("1"), .name = QStringLiteral("Kitchen")},
+                                {.group_id = QStringLiteral("2"), .name = QStringLiteral("Hall")}};
+    QStringList ids;
+    QStringList titles;
+    for (const GroupActionOption& option : HotkeyActions::options(rooms)) {
+        ids << option.id;
+        titles << option.title;
+    }
+    QCOMPARE(ids, (QStringList{"no_action", "1_on", "1_off", "1_brighter", "1_darker", "2_on", "2_off",
+                               "2_brighter", "2_darker"}));
+    QCOMPARE(titles, (QStringList{"(No Action)", "Kitchen On", "Kitchen Off", "Kitchen Brighter",
+                                  "Kitchen Darker", "Hall On", "Hall Off", "Hall Brighter", "Hall Darker"}));
+}
+
+void TestHotkeyActions::storesTheStepAndTheChoice()
+{
+    m_bench->actions().storeStep(10);
+    QCOMPARE(m_bench->settings().keyIncrement(), 10);
+    QCOMPARE(m_bench->store().readInt(SettingsKeys::keyIncrement), 10);
+
+    QCOMPARE(m_bench->actions().currentChoice(3), QStringLiteral("no_action"));
+    m_bench->actions().storeChoice(3, QStringLiteral("2_darker"));
+    QCOMPARE(m_bench->actions().currentChoice(3), QStringLiteral("2_darker"));
+    QCOMPARE(m_bench->actions().customGroupAction(3),
+             (GroupHotkeyAction{GroupHotkeyAction::Kind::darker, "2"}));
+
+    // A step that cannot be negated: darker says so and sends nothing, instead of a wrong step.
+    m_bench->setRooms({QStringLiteral("1")});
+    m_bench->settings().setKeyIncrement(std::numeric_limits<qint64>::min());
+    PrintedLines printed;
+    press(HotkeyNames::allLightsDarker());
+    QVERIFY(!m_bench->queue().isProcessing());
+    QCOMPARE(printed.lines().size(), 1);
+}
+
+QTEST_GUILESS_MAIN(TestHotkeyActions)
+#include "tst_hotkeyactions.moc"

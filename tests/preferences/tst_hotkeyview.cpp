@@ -1,0 +1,153 @@
+#include "HotkeyBench.h"
+#include "hotkeys/recorder/RecorderField.h"
+#include "preferences/panes/GroupActionPicker.h"
+#include "preferences/panes/HotkeyView.h"
+#include "preferences/panes/SegmentedControl.h"
+#include "state/SettingsKeys.h"
+
+#include <QAbstractButton>
+#include <QLabel>
+#include <QTest>
+
+#include <memory>
+
+class TestHotkeyView final : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+    void withNoRoomsEachPickerOffersOnlyNoAction();
+    void aPickerStoresItsChoiceInTheSlotOneBelowItsNumber();
+    void aPickerKeepsAChoiceForARoomTheBridgeDoesNotList();
+    void stepSizeIsStoredAtOnce_data();
+    void stepSizeIsStoredAtOnce();
+    void saysSoWhereTheDesktopHasNoGlobalShortcuts();
+
+private:
+    void build();
+    GroupActionPicker* picker(int number) const
+    {
+        return m_view->findChild<GroupActionPicker*>(QStringLiteral("groupActionPicker%1").arg(number));
+    }
+
+    std::unique_ptr<HotkeyBench> m_bench;
+    std::unique_ptr<HotkeyView> m_view;
+};
+
+void TestHotkeyView::init()
+{
+    m_bench = std::make_unique<HotkeyBench>();
+}
+
+void TestHotkeyView::cleanup()
+{
+    m_view.reset();
+    m_bench.reset();
+}
+
+void TestHotkeyView::build()
+{
+    m_view = std::make_unique<HotkeyView>(m_bench->settings(), m_bench->hotkeys(), m_bench->actions());
+    m_view->show();
+}
+
+void TestHotkeyView::withNoRoomsEachPickerOffersOnlyNoAction()
+{
+    build();
+    for (int number = 1; number <= 5; ++number) {
+        GroupActionPicker* slot = picker(number);
+        QVERIFY(slot);
+        QCOMPARE(slot->count(), 1);
+        QCOMPARE(slot->currentText(), QStringLiteral("(No Action)"));
+        QCOMPARE(slot->selectedAction(), QStringLiteral("no_action"));
+    }
+}
+
+void TestHotkeyView::aPickerStoresItsChoiceInTheSlotOneBelowItsNumber()
+{
+    m_bench->setRooms({QStringLiteral("1"), QStringLiteral("2")},
+                      {QStringLiteral("Kitchen"), QStringLiteral("Hall")});
+    build();
+    QCOMPARE(picker(1)->count(), 9);
+
+    for (const int number : {1, 5}) {
+        const int index = picker(number)->findText(QStringLiteral("Hall Darker"));
+        picker(number)->setCurrentIndex(index);
+        Q_EMIT picker(number)->activated(index);
+    }
+    SettingsStore& store = m_bench->store();
+    QCOMPARE(store.readString(QStringLiteral("hotkeyCustomGroupAction0")),
+             std::optional<QString>("2_darker"));
+    QCOMPARE(store.readString(QStringLiteral("hotkeyCustomGroupAction4")),
+             std::optional<QString>("2_darker"));
+    QVERIFY(!store.contains(QStringLiteral("hotkeyCustomGroupAction5")));
+    // Nothing is registered again: the choice is read at the next press.
+    QVERIFY(m_bench->fake().registrations.isEmpty());
+}
+
+void TestHotkeyView::aPickerKeepsAChoiceForARoomTheBridgeDoesNotList()
+{
+    m_bench->store().writeString(QStringLiteral("hotkeyCustomGroupAction1"), QStringLiteral("7_on"));
+    m_bench->setRooms({QStringLiteral("1")}, {QStringLiteral("Kitchen")});
+    build();
+    GroupActionPicker* second = picker(2);
+    QCOMPARE(second->count(), 6);
+    QCOMPARE(second->currentText(), QStringLiteral("7_on (room not found)"));
+
+    // A refresh brings new records of the same rooms: the list stays as it is.
+    QAbstractItemModel* model = second->model();
+    m_bench->setRooms({QStringLiteral("1")}, {QStringLiteral("Kitchen")});
+    QCOMPARE(second->model(), model);
+    QCOMPARE(second->count(), 6);
+    // The room comes back: the stored choice is an ordinary one again, and still chosen.
+    m_bench->setRooms({QStringLiteral("1"), QStringLiteral("7")},
+                      {QStringLiteral("Kitchen"), QStringLiteral("Porch")});
+    QCOMPARE(second->count(), 9);
+    QCOMPARE(second->currentText(), QStringLiteral("Porch On"));
+    QCOMPARE(m_bench->store().readString(QStringLiteral("hotkeyCustomGroupAction1")),
+             std::optional<QString>("7_on"));
+}
+
+void TestHotkeyView::stepSizeIsStoredAtOnce_data()
+{
+    QTest::addColumn<int>("choice");
+    QTest::addColumn<qint64>("stored");
+    QTest::newRow("Small") << 0 << qint64(10);
+    QTest::newRow("Medium") << 1 << qint64(25);
+    QTest::newRow("Large") << 2 << qint64(50);
+}
+
+void TestHotkeyView::stepSizeIsStoredAtOnce()
+{
+    QFETCH(int, choice);
+    QFETCH(qint64, stored);
+    m_bench->settings().setKeyIncrement(33); // set by hand: none of the three is shown chosen
+    build();
+    auto* step = m_view->findChild<SegmentedControl*>(QStringLiteral("stepSize"));
+    QCOMPARE(step->selectedIndex(), -1);
+
+    QTest::mouseClick(step->button(choice), Qt::LeftButton);
+    QCOMPARE(m_bench->store().readInt(SettingsKeys::keyIncrement), stored);
+    QCOMPARE(m_bench->settings().keyIncrement(), stored);
+    QCOMPARE(step->selectedIndex(), choice);
+}
+
+void TestHotkeyView::saysSoWhereTheDesktopHasNoGlobalShortcuts()
+{
+    build();
+    auto* notice = m_view->findChild<QLabel*>(QStringLiteral("shortcutsUnavailable"));
+    QVERIFY(!notice->isVisible());
+
+    m_bench->fake().available = false;
+    Q_EMIT m_bench->fake().unavailable(QStringLiteral("no portal here"));
+    QVERIFY(notice->isVisible());
+    QVERIFY(notice->text().contains(QStringLiteral("not available on this desktop")));
+    QVERIFY(notice->text().contains(QStringLiteral("no portal here")));
+    for (const RecorderField* recorder : m_view->findChildren<RecorderField*>())
+        QVERIFY(!recorder->isVisible());
+}
+
+QTEST_MAIN(TestHotkeyView)
+#include "tst_hotkeyview.moc"

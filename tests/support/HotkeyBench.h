@@ -1,0 +1,65 @@
+#pragma once
+
+#include "FakeHotkeyBackend.h"
+#include "TestSupport.h"
+#include "bridge/ActionQueue.h"
+#include "bridge/HueHelper.h"
+#include "hotkeys/GlobalHotkeys.h"
+#include "hotkeys/HotkeyActions.h"
+
+#include <QNetworkAccessManager>
+
+#include <memory>
+
+/// What the global shortcuts work with, as in the running program: the shared state on a fresh settings file,
+/// the bridge client's commands and queue, the twelve actions, and the shortcut store on a back-end of the
+/// test's choosing (a fake one unless given).
+class HotkeyBench final
+{
+public:
+    explicit HotkeyBench(std::unique_ptr<HotkeyBackend> backend = std::make_unique<FakeHotkeyBackend>())
+        : m_queue(m_state.settings(), m_network), m_helper(m_state.settings(), m_queue),
+          m_actions(m_state.settings(), m_helper), m_backend(std::move(backend)),
+          m_hotkeys(m_state.store(), *m_backend)
+    {}
+
+    /// Points the shared state at a bridge; rooms made afterwards carry its address and key.
+    void setBridge(const QString& hostAndPort, const QString& key)
+    {
+        settings().setHueIP(hostAndPort);
+        settings().setHueKey(key);
+    }
+    /// Rooms with these group ids, named "Room <id>" unless `names` says otherwise, off at brightness 100.
+    void setRooms(const QStringList& ids, const QStringList& names = {})
+    {
+        QList<HueGroup> rooms;
+        for (qsizetype i = 0; i < ids.size(); ++i)
+            rooms.append({.id = QUuid::createUuid(),
+                          .group_id = ids.at(i),
+                          .name = names.value(i, QStringLiteral("Room ") + ids.at(i)),
+                          .brightness = 100,
+                          .saturation = 10,
+                          .hue = 500,
+                          .hue_ip = settings().hueIP(),
+                          .hue_key = settings().hueKey()});
+        settings().setGroups(rooms);
+    }
+
+    TestSettings& state() { return m_state; }
+    AppSettings& settings() { return m_state.settings(); }
+    SettingsStore& store() { return m_state.store(); }
+    ActionQueue& queue() { return m_queue; }
+    HotkeyActions& actions() { return m_actions; }
+    GlobalHotkeys& hotkeys() { return m_hotkeys; }
+    /// The fake back-end, when the bench made it.
+    FakeHotkeyBackend& fake() { return static_cast<FakeHotkeyBackend&>(*m_backend); }
+
+private:
+    TestSettings m_state;
+    QNetworkAccessManager m_network;
+    ActionQueue m_queue;
+    HueHelper m_helper;
+    HotkeyActions m_actions;
+    std::unique_ptr<HotkeyBackend> m_backend;
+    GlobalHotkeys m_hotkeys;
+};

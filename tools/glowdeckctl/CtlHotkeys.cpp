@@ -1,0 +1,159 @@
+#include "CtlHotkeys.h"
+
+#include "CtlCommon.h"
+
+#include "hotkeys/GlobalHotkeys.h"
+#include "hotkeys/HotkeyActions.h"
+#include "hotkeys/HotkeyNames.h"
+#include "hotkeys/KeyTranslation.h"
+#include "state/JsonSettingsStore.h"
+#include "state/SettingsKeys.h"
+
+#include <QFileInfo>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include <memory>
+
+namespace {
+
+using Shortcut = GlobalHotkeys::Shortcut;
+using Kind = GroupHotkeyAction::Kind;
+
+/// What there is to read without a settings file: nothing. Nothing is written here either.
+class NoSettings final : public SettingsStore
+{
+public:
+    bool contains(const QString&) const override { return false; }
+    QVariant value(const QString&) const override { return {}; }
+    void setValue(const QString&, const QVariant&) override {}
+    void remove(const QString&) override {}
+};
+
+/// One shortcut as listed.
+struct Entry
+{
+    QString name;
+    std::optional<Shortcut> shortcut;
+    bool unreadable = false;       ///< something is stored that is not a shortcut
+    QString action;                ///< what it does, in words
+    std::optional<QString> choice; ///< a custom shortcut's stored choice ("3_on", "no_action")
+};
+
+QString customAction(const QString& choice)
+{
+    const GroupHotkeyAction action = HotkeyActions::parseCustomGroupAction(choice);
+    switch (action.kind) {
+    case Kind::on:
+        return QStringLiteral("room %1 on").arg(action.groupId);
+    case Kind::off:
+        return QStringLiteral("room %1 off").arg(action.groupId);
+    case Kind::brighter:
+        return QStringLiteral("room %1 brighter").arg(action.groupId);
+    case Kind::darker:
+        return QStringLiteral("room %1 darker").arg(action.groupId);
+    case Kind::none:
+        break;
+    }
+    return choice == HotkeyActions::noAction
+               ? QStringLiteral("nothing")
+               : QStringLiteral("nothing (\"%1\" is no room action)").arg(choice);
+}
+
+QList<Entry> readEntries(const SettingsStore& store)
+{
+    // As the application reads it: a stored 0, or nothing, is 50.
+    const qint64 step =
+        store.readInt(SettingsKeys::keyIncrement) == 0 ? 50 : store.readInt(SettingsKeys::keyIncrement);
+    const QStringList everyRoom{QStringLiteral("every room on"),
+                                QStringLiteral("every room off"),
+                                QStringLiteral("every room brighter by %1").arg(step),
+                                QStringLiteral("every room darker by %1").arg(step),
+                                QStringLiteral("every room red"),
+                                QStringLiteral("every room blue"),
+                                QStringLiteral("every room white")};
+    QList<Entry> entries;
+    const QList<GlobalHotkeys::Name>& names = HotkeyNames::all();
+    for (qsizetype i = 0; i < names.size(); ++i) {
+        Entry entry;
+        entry.name = names.at(i).rawValue;
+        entry.shortcut = GlobalHotkeys::readShortcut(store, entry.name);
+        const QVariant stored = store.value(GlobalHotkeys::keyPrefix + entry.name);
+        entry.unreadable = !entry.shortcut && stored.isValid() && stored != QVariant(false);
+        if (i < everyRoom.size()) {
+            entry.action = everyRoom.at(i);
+        } else {
+            // Custom shortcut n reads slot n - 1.
+            const int slot = HotkeyActions::slotOfCustomShortcut(int(i - everyRoom.size()) + 1);
+            entry.choice = store.readString(HotkeyActions::customGroupActionKey + QString::number(slot))
+                               .value_or(HotkeyActions::noAction);
+            entry.action = customAction(*entry.choice);
+        }
+        entries.append(entry);
+    }
+    return entries;
+}
+
+QString keysOf(const Entry& entry)
+{
+    if (entry.shortcut)
+        return KeyTranslation::displayString(*entry.shortcut);
+    return entry.unreadable ? QStringLiteral("(unreadable)") : QStringLiteral("-");
+}
+
+QString table(const QList<Entry>& entries)
+{
+    qsizetype nameWidth = 4;
+    qsizetype keysWidth = 4;
+    for (const Entry& entry : entries) {
+        nameWidth = std::max(nameWidth, entry.name.size());
+        keysWidth = std::max(keysWidth, keysOf(entry).size());
+    }
+    const auto line = [&](const QString& name, const QString& keys, const QString& action) {
+        return name.leftJustified(nameWidth + 2) + keys.leftJustified(keysWidth + 2) + action + u'\n';
+    };
+    QString text = line(QStringLiteral("NAME"), QStringLiteral("KEYS"), QStringLiteral("ACTION"));
+    for (const Entry& entry : entries)
+        text += line(entry.name, keysOf(entry), Ctl::printable(entry.action));
+    return text;
+}
+
+QString json(const QList<Entry>& entries)
+{
+    QJsonArray array;
+    for (const Entry& entry : entries) {
+        QJsonObject object{{QStringLiteral("name"), entry.name}, {QStringLiteral("action"), entry.action}};
+        object.insert(QStringLiteral("keys"), entry.shortcut ? QJsonValue(keysOf(entry)) : QJsonValue());
+        object.insert(QStringLiteral("shortcut"),
+                      entry.shortcut
+                          ? QJsonValue(QJsonObject{
+                                {QStringLiteral("carbonKeyCode"), entry.shortcut->carbonKeyCode},
+                                {QStringLiteral("carbonModifiers"), entry.shortcut->carbonModifiers}})
+                          : QJsonValue());
+        if (entry.choice)
+            object.insert(QStringLiteral("choice"), *entry.choice);
+        array.append(object);
+    }
+    return QString::fromUtf8(QJsonDocument(array).toJson(QJsonDocument::Indented));
+}
+
+} // namespace
+
+namespace CtlHotkeys {
+
+int run(const CtlInvocation& invocation)
+{
+    // An absent file is read as empty, never created.
+    const QString file = Ctl::settingsFileName(invocation);
+    std::unique_ptr<SettingsStore> store;
+    if (QFileInfo(file).isFile())
+        store = std::make_unique<JsonSettingsStore>(file);
+    else
+        store = std::make_unique<NoSettings>();
+    const QList<Entry> entries = readEntries(*store);
+    Ctl::write(stdout, invocation.json ? json(entries) : table(entries));
+    return exitDone;
+}
+
+} // namespace CtlHotkeys
