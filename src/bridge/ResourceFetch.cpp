@@ -113,7 +113,8 @@ void deliver(QPointer<QNetworkAccessManager> network, const std::function<void(R
 template <typename Result>
 PendingRead fetchList(QNetworkAccessManager& network, const QString& bridgeIP, const QString& apiKey,
                       const ListTraits& list, std::function<void(Result)> completion,
-                      Result (*fromBody)(const QByteArray&, const QString&, const QString&))
+                      Result (*fromBody)(const QByteArray&, const QString&, const QString&),
+                      std::shared_ptr<ListMemo<Result>> memo)
 {
     using Error = typename decltype(Result::error)::value_type;
     // Only an address that cannot form a URL at all is caught here, so that a typo in the settings reads as
@@ -126,35 +127,55 @@ PendingRead fetchList(QNetworkAccessManager& network, const QString& bridgeIP, c
         return {};
     }
     QPointer<QNetworkAccessManager> guard(&network);
-    return sendHttpRequest(
-        network, QNetworkRequest(url), QByteArrayLiteral("GET"), {}, {fetchTimeout, fetchDeadline},
-        [=](const HttpResult& answer) {
-            if (answer.transportFailed) {
-                Result result = failure<Result>(Error::connectionFailed);
-                result.connectionError = answer.error;
-                result.timedOut = answer.timedOut;
-                return deliver(guard, completion, result);
-            }
-            if (answer.tooLarge)
-                return deliver(guard, completion, failure<Result>(Error::invalidData, list.undecodable));
-            const auto decode = [=, body = answer.body, status = answer.status] {
-                Result result = fromBody(body, bridgeIP, apiKey);
-                result.httpStatus = status;
-                return result;
-            };
-            QCoreApplication* app = QCoreApplication::instance();
-            if (!app)
-                return deliver(guard, completion, decode());
-            // Decoding a big answer takes a while: the menu stays responsive meanwhile. The application
-            // object outlives every pool task (it waits for them when it goes), so posting to it is always
-            // safe.
-            QThreadPool::globalInstance()->start([=] {
-                Result result = decode();
-                QMetaObject::invokeMethod(
-                    app, [=, result = std::move(result)]() mutable { deliver(guard, completion, result); },
-                    Qt::QueuedConnection);
-            });
-        });
+    return sendHttpRequest(network, QNetworkRequest(url), QByteArrayLiteral("GET"), {},
+                           {fetchTimeout, fetchDeadline}, [=](const HttpResult& answer) {
+                               if (answer.transportFailed) {
+                                   Result result = failure<Result>(Error::connectionFailed);
+                                   result.connectionError = answer.error;
+                                   result.timedOut = answer.timedOut;
+                                   return deliver(guard, completion, result);
+                               }
+                               if (answer.tooLarge)
+                                   return deliver(guard, completion,
+                                                  failure<Result>(Error::invalidData, list.undecodable));
+                               // Comparing the bytes costs a few microseconds; decoding them again, a hundred
+                               // times that.
+                               if (memo && memo->url == url && memo->body == answer.body) {
+                                   Result result = memo->result;
+                                   result.httpStatus = answer.status;
+                                   return deliver(guard, completion, std::move(result));
+                               }
+                               // Kept only once decoded well, and only for this address: another bridge or
+                               // key starts afresh.
+                               const auto remember = [memo, url, body = answer.body](const Result& result) {
+                                   if (memo && result.ok())
+                                       *memo = ListMemo<Result>{url, body, result};
+                               };
+                               const auto decode = [=, body = answer.body, status = answer.status] {
+                                   Result result = fromBody(body, bridgeIP, apiKey);
+                                   result.httpStatus = status;
+                                   return result;
+                               };
+                               QCoreApplication* app = QCoreApplication::instance();
+                               if (!app) {
+                                   Result result = decode();
+                                   remember(result);
+                                   return deliver(guard, completion, std::move(result));
+                               }
+                               // Decoding a big answer takes a while: the menu stays responsive meanwhile.
+                               // The application object outlives every pool task (it waits for them when it
+                               // goes), so posting to it is always safe.
+                               QThreadPool::globalInstance()->start([=] {
+                                   Result result = decode();
+                                   QMetaObject::invokeMethod(
+                                       app,
+                                       [=, result = std::move(result)]() mutable {
+                                           remember(result);
+                                           deliver(guard, completion, result);
+                                       },
+                                       Qt::QueuedConnection);
+                               });
+                           });
 }
 
 } // namespace
@@ -215,17 +236,17 @@ QString describe(BridgeDataType_Scenes_Error error)
 PendingRead HueCommunicationGroups::fetch(QNetworkAccessManager& network,
                                           std::function<void(GroupsResult)> completion) const
 {
-    return fetchList(network, bridgeIP, apiKey, groupsList, std::move(completion), groupsFromBody);
+    return fetchList(network, bridgeIP, apiKey, groupsList, std::move(completion), groupsFromBody, memo);
 }
 
 PendingRead HueCommunicationLights::fetch(QNetworkAccessManager& network,
                                           std::function<void(LightsResult)> completion) const
 {
-    return fetchList(network, bridgeIP, apiKey, lightsList, std::move(completion), lightsFromBody);
+    return fetchList(network, bridgeIP, apiKey, lightsList, std::move(completion), lightsFromBody, memo);
 }
 
 PendingRead HueCommunicationScenes::fetch(QNetworkAccessManager& network,
                                           std::function<void(ScenesResult)> completion) const
 {
-    return fetchList(network, bridgeIP, apiKey, scenesList, std::move(completion), scenesFromBody);
+    return fetchList(network, bridgeIP, apiKey, scenesList, std::move(completion), scenesFromBody, memo);
 }

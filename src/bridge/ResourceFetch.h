@@ -9,10 +9,12 @@
 #include <QPointer>
 #include <QString>
 #include <QStringList>
+#include <QUrl>
 
 #include <chrono>
 #include <concepts>
 #include <functional>
+#include <memory>
 #include <optional>
 
 class QNetworkAccessManager;
@@ -70,6 +72,18 @@ inline constexpr std::chrono::milliseconds fetchDeadline{10000};
 /// A list read under way: aborting it ends it at once as a failed connection. Null once it has been answered.
 using PendingRead = QPointer<QNetworkReply>;
 
+/// The newest answer of one list that decoded into records, kept by whoever reads that list again and again:
+/// a bridge whose lamps did not change sends the same bytes at every refresh, and an answer equal to the one
+/// kept is not decoded again but answered with the same records (rooms and scenes keep their list
+/// identities, so nothing downstream sees a change). Filled in and read on the main thread.
+template <typename Result>
+struct ListMemo
+{
+    QUrl url;
+    QByteArray body;
+    Result result;
+};
+
 // Turning an answer body into records: the steps after the transport, exposed for tests, benchmarks and
 // fuzzing. They print nothing (they run on a worker thread); the fetch prints the result's `message`.
 GroupsResult groupsFromBody(const QByteArray& body, const QString& bridgeIP, const QString& apiKey);
@@ -92,6 +106,9 @@ struct HueCommunicationGroups
     QString bridgeIP;
     QString apiKey;
 
+    /// Optional: the newest answer that decoded, kept across reads.
+    std::shared_ptr<ListMemo<GroupsResult>> memo;
+
     PendingRead fetch(QNetworkAccessManager& network, std::function<void(GroupsResult)> completion) const;
 };
 
@@ -102,6 +119,9 @@ struct HueCommunicationLights
     QString apiKey;
     QList<HueLight> items;
 
+    /// Optional: the newest answer that decoded, kept across reads.
+    std::shared_ptr<ListMemo<LightsResult>> memo;
+
     PendingRead fetch(QNetworkAccessManager& network, std::function<void(LightsResult)> completion) const;
 };
 
@@ -110,6 +130,9 @@ struct HueCommunicationScenes
 {
     QString bridgeIP;
     QString apiKey;
+
+    /// Optional: the newest answer that decoded, kept across reads.
+    std::shared_ptr<ListMemo<ScenesResult>> memo;
 
     PendingRead fetch(QNetworkAccessManager& network, std::function<void(ScenesResult)> completion) const;
 };

@@ -39,6 +39,9 @@ void BridgeConnection::disconnectFromBridge()
     // A read still under way would bring the lights back, and store an empty key as one that works.
     for (ListRead* read : {&m_lightsRead, &m_groupsRead, &m_scenesRead})
         read->forget();
+    *m_lightsMemo = {};
+    *m_groupsMemo = {};
+    *m_scenesMemo = {};
     m_settings.setLights({});
     m_settings.setGroups({});
     m_settings.setHueKey(QString());
@@ -77,17 +80,18 @@ void BridgeConnection::refreshLights()
     const quint64 order = ++m_readsStarted;
     const quint64 serial = m_lightsRead.next(order);
     // A reply can arrive after this object is gone (the application quits mid-read): guard on it.
-    m_lightsRead.reply = HueCommunicationLights{m_settings.hueIP(), m_settings.hueKey()}.fetch(
-        m_network, [self = QPointer(this), serial, order](const LightsResult& result) {
-            if (self && self->m_lightsRead.take(serial))
-                self->onLights(result, order);
-        });
+    m_lightsRead.reply =
+        HueCommunicationLights{m_settings.hueIP(), m_settings.hueKey(), {}, m_lightsMemo}.fetch(
+            m_network, [self = QPointer(this), serial, order](const LightsResult& result) {
+                if (self && self->m_lightsRead.take(serial))
+                    self->onLights(result, order);
+            });
 }
 
 void BridgeConnection::refreshGroups()
 {
     const quint64 serial = m_groupsRead.next(++m_readsStarted);
-    m_groupsRead.reply = HueCommunicationGroups{m_settings.hueIP(), m_settings.hueKey()}.fetch(
+    m_groupsRead.reply = HueCommunicationGroups{m_settings.hueIP(), m_settings.hueKey(), m_groupsMemo}.fetch(
         m_network, [self = QPointer(this), serial](const GroupsResult& result) {
             if (!self || !self->m_groupsRead.take(serial))
                 return;
@@ -101,7 +105,7 @@ void BridgeConnection::refreshGroups()
 void BridgeConnection::refreshScenes()
 {
     const quint64 serial = m_scenesRead.next(++m_readsStarted);
-    m_scenesRead.reply = HueCommunicationScenes{m_settings.hueIP(), m_settings.hueKey()}.fetch(
+    m_scenesRead.reply = HueCommunicationScenes{m_settings.hueIP(), m_settings.hueKey(), m_scenesMemo}.fetch(
         m_network, [self = QPointer(this), serial](const ScenesResult& result) {
             if (self && self->m_scenesRead.take(serial))
                 self->onScenes(result);

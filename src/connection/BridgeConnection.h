@@ -97,6 +97,10 @@ private:
     ListRead m_lightsRead;
     ListRead m_groupsRead;
     ListRead m_scenesRead;
+    // The last answer of each list, so an unchanged bridge costs a comparison per tick, not a decode.
+    std::shared_ptr<ListMemo<LightsResult>> m_lightsMemo = std::make_shared<ListMemo<LightsResult>>();
+    std::shared_ptr<ListMemo<GroupsResult>> m_groupsMemo = std::make_shared<ListMemo<GroupsResult>>();
+    std::shared_ptr<ListMemo<ScenesResult>> m_scenesMemo = std::make_shared<ListMemo<ScenesResult>>();
     quint64 m_readsStarted = 0;
     /// No light read has succeeded since the start or since the last failed one: the scenes may be stale.
     bool m_scenesStale = true;

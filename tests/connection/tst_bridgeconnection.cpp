@@ -51,6 +51,7 @@ private Q_SLOTS:
     void disconnectForgetsTheKeyButKeepsAddressScenesAndTimer();
     void keepsOneRefresherAndStopsIt();
     void disconnectDropsTheReadsUnderWay();
+    void anUnchangedAnswerChangesNothingAndAChangedOneIsRead();
     void recoversWithinTwoTicksOfTheBridgeHealing_data();
     void recoversWithinTwoTicksOfTheBridgeHealing();
 
@@ -300,6 +301,28 @@ void TestBridgeConnection::disconnectDropsTheReadsUnderWay()
     // Nothing is left that could answer later: no light list, no key stored as one that works.
     QCOMPARE(repliesInFlight(), 0);
     QVERIFY(settings().lights().isEmpty() && !settings().bridgeConnected());
+}
+
+void TestBridgeConnection::anUnchangedAnswerChangesNothingAndAChangedOneIsRead()
+{
+    QVERIFY(connectAndWait());
+    const QList<HueGroup> rooms = settings().groups();
+    const qsizetype lamps = settings().lights().size();
+    QSignalSpy roomsChanged(&settings(), &AppSettings::groupsChanged);
+    QSignalSpy lightsChanged(&settings(), &AppSettings::lightsChanged);
+
+    // The same bytes again: the rooms keep their list identities, so nothing downstream is told.
+    ListReads reads(m_connection.get());
+    m_connection->refreshTick();
+    QVERIFY(QTest::qWaitFor([&] { return !reads.spies[0].isEmpty() && !reads.spies[1].isEmpty(); }, 10000));
+    QCOMPARE(settings().groups(), rooms);
+    QCOMPARE(roomsChanged.size(), 0);
+    QCOMPARE(lightsChanged.size(), 0);
+
+    // A lamp unplugged at the wall changes the answer, which is read as usual.
+    QVERIFY(m_bridge->setLightReachable(m_bridge->lightIds().first(), false));
+    m_connection->refreshTick();
+    QTRY_COMPARE(settings().lights().size(), lamps - 1);
 }
 
 void TestBridgeConnection::recoversWithinTwoTicksOfTheBridgeHealing_data()
