@@ -2,12 +2,14 @@
 // process of its own (so the bridge's work is not counted), waiting for both the light and the room answer
 // before the next tick. Prints one line per home; docs/performance.md records the figures.
 //
-// Usage: bench_refresh [--simulator PATH] [--ticks N] [--lights N] [--memory-store]
+// Usage: bench_refresh [--simulator PATH] [--ticks N] [--lights N] [--memory-store] [--qt-network]
 //        bench_refresh --lights N --save-home FILE
 //   --lights 0 (the default) uses the simulator's default home; a positive count generates a large home.
 //   --save-home writes that large home as a simulator home file and does nothing else.
+//   --qt-network reads through Qt's own network access manager instead of the program's, for comparison.
 
 #include "LargeHome.h"
+#include "bridge/BridgeNetworkAccess.h"
 #include "bridge/ResourceFetch.h"
 #include "connection/BridgeConnection.h"
 #include "connection/BridgePairing.h"
@@ -62,13 +64,15 @@ bool writeLargeHome(const QString& fileName, int lightCount)
 class RefreshBench final : public QObject
 {
 public:
-    RefreshBench(const QString& address, int ticks, const QString& settingsFile)
+    RefreshBench(const QString& address, int ticks, const QString& settingsFile,
+                 std::unique_ptr<QNetworkAccessManager> network)
         // Without a file: what a tick costs without the settings file's writes.
-        : m_store(settingsFile.isEmpty()
+        : m_network(std::move(network)),
+          m_store(settingsFile.isEmpty()
                       ? std::unique_ptr<SettingsStore>(std::make_unique<MemorySettingsStore>())
                       : std::make_unique<JsonSettingsStore>(settingsFile)),
-          m_settings(*m_store), m_pairing(m_settings, m_network),
-          m_connection(m_settings, m_network, m_pairing), m_ticks(ticks)
+          m_settings(*m_store), m_pairing(m_settings, *m_network),
+          m_connection(m_settings, *m_network, m_pairing), m_ticks(ticks)
     {
         m_settings.setHueIP(address);
         m_settings.setHueKey(benchKey);
@@ -131,7 +135,7 @@ private:
         QTimer::singleShot(0, this, &RefreshBench::tick);
     }
 
-    QNetworkAccessManager m_network;
+    std::unique_ptr<QNetworkAccessManager> m_network;
     std::unique_ptr<SettingsStore> m_store;
     AppSettings m_settings;
     BridgePairing m_pairing;
@@ -167,7 +171,10 @@ int main(int argc, char* argv[])
     const QCommandLineOption saveOption(QStringLiteral("save-home"),
                                         QStringLiteral("Write the large home for the simulator and stop."),
                                         QStringLiteral("FILE"));
-    parser.addOptions({simulatorOption, ticksOption, lightsOption, memoryOption, saveOption});
+    const QCommandLineOption qtNetworkOption(QStringLiteral("qt-network"),
+                                             QStringLiteral("Read through Qt's own network access manager."));
+    parser.addOptions(
+        {simulatorOption, ticksOption, lightsOption, memoryOption, saveOption, qtNetworkOption});
     parser.process(app);
     const int ticks = parser.value(ticksOption).toInt();
     const int lights = parser.value(lightsOption).toInt();
@@ -208,8 +215,11 @@ int main(int argc, char* argv[])
             return;
         }
         const bool inMemory = parser.isSet(memoryOption);
+        auto network = parser.isSet(qtNetworkOption) ? std::make_unique<QNetworkAccessManager>()
+                                                     : std::make_unique<BridgeNetworkAccess>();
         bench = std::make_unique<RefreshBench>(
-            match.captured(1), ticks, inMemory ? QString() : dir.filePath(QStringLiteral("settings.json")));
+            match.captured(1), ticks, inMemory ? QString() : dir.filePath(QStringLiteral("settings.json")),
+            std::move(network));
         bench->start();
     });
     QObject::connect(&simulator, &QProcess::errorOccurred, &app, [&](QProcess::ProcessError) {
@@ -233,10 +243,11 @@ int main(int argc, char* argv[])
             std::fprintf(stderr, "bench_refresh: a refresh failed\n");
         return 1;
     }
-    std::printf("refresh tick, %d lights, %d rooms, settings %s: %.1f us CPU per tick, %.2f ms wall per tick "
-                "(%d ticks)\n",
-                bench->lightCount(), bench->groupCount(),
-                parser.isSet(memoryOption) ? "in memory" : "in a file", bench->cpuPerTick() * 1e6,
-                bench->wallPerTick(), ticks);
+    std::printf(
+        "refresh tick, %d lights, %d rooms, settings %s, %s: %.1f us CPU per tick, %.2f ms wall per tick "
+        "(%d ticks)\n",
+        bench->lightCount(), bench->groupCount(), parser.isSet(memoryOption) ? "in memory" : "in a file",
+        parser.isSet(qtNetworkOption) ? "Qt's network manager" : "the program's network manager",
+        bench->cpuPerTick() * 1e6, bench->wallPerTick(), ticks);
     return 0;
 }

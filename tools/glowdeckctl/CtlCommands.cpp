@@ -3,6 +3,7 @@
 #include "CtlCommon.h"
 
 #include "bridge/ActionQueue.h"
+#include "bridge/BridgeNetworkAccess.h"
 #include "bridge/BridgeUrl.h"
 #include "bridge/CodedRecords.h"
 #include "bridge/HueHelper.h"
@@ -158,8 +159,7 @@ QString describeFailure(const QString& bridge, const ActionQueueItem& item, cons
 } // namespace
 
 CtlCommands::CtlCommands(CtlInvocation invocation, QObject* parent)
-    : QObject(parent), m_invocation(std::move(invocation)),
-      m_network(std::make_unique<QNetworkAccessManager>())
+    : QObject(parent), m_invocation(std::move(invocation)), m_network(std::make_unique<BridgeNetworkAccess>())
 {
     m_watchdog.setSingleShot(true);
     m_watchdog.setInterval(patience);

@@ -2,6 +2,7 @@
 
 #include "CtlCommon.h"
 
+#include "bridge/BridgeNetworkAccess.h"
 #include "bridge/HttpExchange.h"
 #include "connection/BridgeConnection.h"
 #include "connection/BridgeDiscovery.h"
@@ -47,8 +48,7 @@ bool CtlConnectionCommands::handles(CtlCommand command)
 }
 
 CtlConnectionCommands::CtlConnectionCommands(CtlInvocation invocation, QObject* parent)
-    : QObject(parent), m_invocation(std::move(invocation)),
-      m_network(std::make_unique<QNetworkAccessManager>())
+    : QObject(parent), m_invocation(std::move(invocation)), m_network(std::make_unique<BridgeNetworkAccess>())
 {}
 
 CtlConnectionCommands::~CtlConnectionCommands()
