@@ -3,10 +3,12 @@
 // before the next tick. Prints one line per home; docs/performance.md records the figures.
 //
 // Usage: bench_refresh [--simulator PATH] [--ticks N] [--lights N] [--memory-store] [--qt-network]
+//                     [--interval MS]
 //        bench_refresh --lights N --save-home FILE
 //   --lights 0 (the default) uses the simulator's default home; a positive count generates a large home.
 //   --save-home writes that large home as a simulator home file and does nothing else.
 //   --qt-network reads through Qt's own network access manager instead of the program's, for comparison.
+//   --interval pauses between ticks as the program does (3500), so each tick starts with cold caches.
 
 #include "LargeHome.h"
 #include "bridge/BridgeNetworkAccess.h"
@@ -65,14 +67,14 @@ class RefreshBench final : public QObject
 {
 public:
     RefreshBench(const QString& address, int ticks, const QString& settingsFile,
-                 std::unique_ptr<QNetworkAccessManager> network)
+                 std::unique_ptr<QNetworkAccessManager> network, int intervalMs)
         // Without a file: what a tick costs without the settings file's writes.
         : m_network(std::move(network)),
           m_store(settingsFile.isEmpty()
                       ? std::unique_ptr<SettingsStore>(std::make_unique<MemorySettingsStore>())
                       : std::make_unique<JsonSettingsStore>(settingsFile)),
           m_settings(*m_store), m_pairing(m_settings, *m_network),
-          m_connection(m_settings, *m_network, m_pairing), m_ticks(ticks)
+          m_connection(m_settings, *m_network, m_pairing), m_ticks(ticks), m_intervalMs(intervalMs)
     {
         m_settings.setHueIP(address);
         m_settings.setHueKey(benchKey);
@@ -132,7 +134,7 @@ private:
             return;
         }
         // The next tick from the event loop, as the timer would run it, not from inside a reply's signal.
-        QTimer::singleShot(0, this, &RefreshBench::tick);
+        QTimer::singleShot(m_intervalMs, this, &RefreshBench::tick);
     }
 
     std::unique_ptr<QNetworkAccessManager> m_network;
@@ -141,6 +143,7 @@ private:
     BridgePairing m_pairing;
     BridgeConnection m_connection;
     const int m_ticks;
+    const int m_intervalMs;
     int m_done = 0;
     bool m_lightsDone = false;
     bool m_groupsDone = false;
@@ -173,8 +176,12 @@ int main(int argc, char* argv[])
                                         QStringLiteral("FILE"));
     const QCommandLineOption qtNetworkOption(QStringLiteral("qt-network"),
                                              QStringLiteral("Read through Qt's own network access manager."));
-    parser.addOptions(
-        {simulatorOption, ticksOption, lightsOption, memoryOption, saveOption, qtNetworkOption});
+    const QCommandLineOption intervalOption(
+        QStringLiteral("interval"),
+        QStringLiteral("Pause between ticks, as the program's timer makes (0: none)."), QStringLiteral("MS"),
+        QStringLiteral("0"));
+    parser.addOptions({simulatorOption, ticksOption, lightsOption, memoryOption, saveOption, qtNetworkOption,
+                       intervalOption});
     parser.process(app);
     const int ticks = parser.value(ticksOption).toInt();
     const int lights = parser.value(lightsOption).toInt();
@@ -219,7 +226,7 @@ int main(int argc, char* argv[])
                                                      : std::make_unique<BridgeNetworkAccess>();
         bench = std::make_unique<RefreshBench>(
             match.captured(1), ticks, inMemory ? QString() : dir.filePath(QStringLiteral("settings.json")),
-            std::move(network));
+            std::move(network), parser.value(intervalOption).toInt());
         bench->start();
     });
     QObject::connect(&simulator, &QProcess::errorOccurred, &app, [&](QProcess::ProcessError) {
