@@ -24,9 +24,8 @@ private Q_SLOTS:
     void savesTheHeightUnderTheActivePanelOnly_data();
     void savesTheHeightUnderTheActivePanelOnly();
     void savesTheHeightAtTheEndOfADrag();
-    void closesOnAClickOutside();
-    void staysOpenOnAClickInside();
-    void closesWhenAnotherWindowTakesTheFocus();
+    void staysOpenOnAClickInsideAndClosesOnLeaving_data();
+    void staysOpenOnAClickInsideAndClosesOnLeaving();
     void opensUnderTheIconNearTheRightEdge();
     void opensAtTheContentsHeightWithoutAStoredHeight_data();
     void opensAtTheContentsHeightWithoutAStoredHeight();
@@ -35,7 +34,6 @@ private Q_SLOTS:
     void topGripOfAnUpwardWindowKeepsItsBottomEdge();
     void restoresTheStoredPanelBeforeOpening_data();
     void restoresTheStoredPanelBeforeOpening();
-    void escapeClosesTheWindow();
     void shapeHoldsOnlyFullyPaintedPixels_data();
     void shapeHoldsOnlyFullyPaintedPixels();
 
@@ -130,41 +128,35 @@ void TestStatusBarMenuWindowController::savesTheHeightAtTheEndOfADrag()
     QCOMPARE(m_state->settings().presetWindowHeightScenes(), 340);
 }
 
-void TestStatusBarMenuWindowController::closesOnAClickOutside()
+void TestStatusBarMenuWindowController::staysOpenOnAClickInsideAndClosesOnLeaving_data()
 {
-    m_controller->show();
-    QVERIFY(QTest::qWaitForWindowExposed(&m_controller->window()));
+    QTest::addColumn<QString>("leaving");
+    QTest::newRow("click outside") << "click outside";
+    QTest::newRow("another window takes the focus") << "focus";
+    QTest::newRow("Escape") << "Escape";
+}
 
-    QTest::mouseClick(m_otherWindow.get(), Qt::LeftButton, {}, QPoint(10, 10));
+void TestStatusBarMenuWindowController::staysOpenOnAClickInsideAndClosesOnLeaving()
+{
+    QFETCH(QString, leaving);
+    m_controller->show();
+    QVERIFY(QTest::qWaitForWindowActive(&m_controller->window()));
+    QTest::mouseClick(m_content, Qt::LeftButton, {}, QPoint(100, 100));
+    QCoreApplication::processEvents();
+    QVERIFY(m_controller->isShown());
+    QCOMPARE(m_controller->window().windowOpacity(), 1.0);
+
+    if (leaving == "click outside")
+        QTest::mouseClick(m_otherWindow.get(), Qt::LeftButton, {}, QPoint(10, 10));
+    else if (leaving == "focus")
+        m_otherWindow->activateWindow();
+    else
+        QTest::keyClick(&m_controller->window(), Qt::Key_Escape);
 
     QTRY_VERIFY(!m_controller->isShown());
     QTRY_VERIFY(!m_controller->window().isVisible()); // after the fade
     // The tray icon's own click arrives right after such a press: it must not open the window again.
-    QVERIFY(m_controller->closedByOutsideClickJustNow());
-}
-
-void TestStatusBarMenuWindowController::staysOpenOnAClickInside()
-{
-    m_controller->show();
-    QVERIFY(QTest::qWaitForWindowExposed(&m_controller->window()));
-
-    QTest::mouseClick(m_content, Qt::LeftButton, {}, QPoint(100, 100));
-    QCoreApplication::processEvents();
-
-    QVERIFY(m_controller->isShown());
-    QVERIFY(m_controller->window().isVisible());
-    QCOMPARE(m_controller->window().windowOpacity(), 1.0);
-}
-
-void TestStatusBarMenuWindowController::closesWhenAnotherWindowTakesTheFocus()
-{
-    m_controller->show();
-    QVERIFY(QTest::qWaitForWindowActive(&m_controller->window()));
-
-    m_otherWindow->activateWindow();
-
-    QTRY_VERIFY(!m_controller->isShown());
-    QTRY_VERIFY(!m_controller->window().isVisible());
+    QVERIFY(leaving != "click outside" || m_controller->closedByOutsideClickJustNow());
 }
 
 void TestStatusBarMenuWindowController::opensUnderTheIconNearTheRightEdge()
@@ -276,15 +268,6 @@ void TestStatusBarMenuWindowController::restoresTheStoredPanelBeforeOpening()
         m_state->store().writeInt(SettingsKeys::activePanel, panel);
     m_controller->restoreActivePanel();
     QCOMPARE(int(m_state->settings().activeMainPanel()), panel);
-}
-
-void TestStatusBarMenuWindowController::escapeClosesTheWindow()
-{
-    m_controller->show();
-    QVERIFY(QTest::qWaitForWindowActive(&m_controller->window()));
-    QTest::keyClick(&m_controller->window(), Qt::Key_Escape);
-    QVERIFY(!m_controller->isShown());
-    QTRY_VERIFY(!m_controller->window().isVisible());
 }
 
 void TestStatusBarMenuWindowController::shapeHoldsOnlyFullyPaintedPixels_data()
