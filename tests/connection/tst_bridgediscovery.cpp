@@ -1,41 +1,13 @@
 #include "CountingNetwork.h"
 #include "DiscoveryServer.h"
+#include "FakeCommands.h"
 #include "TestSupport.h"
 #include "connection/BridgeDiscovery.h"
-#include "connection/CommandExecuting.h"
 
 #include <QNetworkAccessManager>
 #include <QTest>
-#include <QTimer>
 
 #include <memory>
-
-/// Canned answers in place of real programs; answers later, as the real runner does, and keeps every call.
-class FakeCommands final : public CommandExecuting
-{
-public:
-    PathResult path = QStringLiteral("/usr/sbin/arp");
-    QString output;
-    QStringList resolved;
-    QList<QPair<QString, QStringList>> runs;
-
-    void resolveCommandPath(const QString& name, std::function<void(PathResult)> done) override
-    {
-        resolved.append(name);
-        QTimer::singleShot(0, [done, result = path] { done(result); });
-    }
-    void runCommand(const QString& program, const QStringList& arguments,
-                    std::function<void(QString)> done) override
-    {
-        runs.append({program, arguments});
-        QTimer::singleShot(0, [done, text = output] { done(text); });
-    }
-    void runScript(const QString&, const QStringList&,
-                   std::function<void(std::optional<QString>)> done) override
-    {
-        QTimer::singleShot(0, [done] { done(std::nullopt); });
-    }
-};
 
 namespace {
 
@@ -194,9 +166,8 @@ void TestBridgeDiscovery::asksTheArpTableFirstAndThenTheService()
     QFETCH(QString, address);
     QFETCH(bool, asked);
     PrintedLines printed;
-    if (arp == "missing")
-        m_commands->path = BashError{BashError::Kind::commandNotFound, QStringLiteral("arp")};
-    m_commands->output = arp == "bridge" ? routerLine + u'\n' + bridgeLine + u'\n' : routerLine;
+    if (arp != "missing")
+        m_commands->arpTable = arp == "bridge" ? routerLine + u'\n' + bridgeLine + u'\n' : routerLine;
     m_service->setSilent(service == "silent");
     if (service == "several")
         m_service->setAnswer(R"([{"internalipaddress":"10.0.0.2"},{"internalipaddress":"10.0.0.3"}])");
