@@ -1,3 +1,4 @@
+#include "MouseDrag.h"
 #include "TestSupport.h"
 #include "app/DropDownWindow.h"
 #include "app/HeightGrip.h"
@@ -6,7 +7,6 @@
 
 #include <QApplication>
 #include <QImage>
-#include <QMouseEvent>
 #include <QPainter>
 #include <QScreen>
 #include <QTest>
@@ -38,8 +38,6 @@ private Q_SLOTS:
     void shapeHoldsOnlyFullyPaintedPixels();
 
 private:
-    void sendMouse(QWidget* widget, QEvent::Type type, QPoint local, Qt::MouseButtons buttons);
-
     std::unique_ptr<TestSettings> m_state;
     std::unique_ptr<StatusBarMenuWindowController> m_controller;
     std::unique_ptr<QWidget> m_otherWindow;
@@ -65,15 +63,6 @@ void TestStatusBarMenuWindowController::cleanup()
     m_controller.reset();
     m_otherWindow.reset();
     m_state.reset();
-}
-
-void TestStatusBarMenuWindowController::sendMouse(QWidget* widget, QEvent::Type type, QPoint local,
-                                                  Qt::MouseButtons buttons)
-{
-    const Qt::MouseButton button = type == QEvent::MouseMove ? Qt::NoButton : Qt::LeftButton;
-    QMouseEvent event(type, QPointF(local), QPointF(widget->mapToGlobal(local)), button, buttons,
-                      Qt::NoModifier);
-    QApplication::sendEvent(widget, &event);
 }
 
 void TestStatusBarMenuWindowController::savesTheHeightUnderTheActivePanelOnly_data()
@@ -118,10 +107,10 @@ void TestStatusBarMenuWindowController::savesTheHeightAtTheEndOfADrag()
     QTRY_COMPARE(m_content->height(), 300);
     HeightGrip* grip = m_controller->window().grip();
 
-    sendMouse(grip, QEvent::MouseButtonPress, QPoint(50, 2), Qt::LeftButton);
-    sendMouse(grip, QEvent::MouseMove, QPoint(50, 42), Qt::LeftButton);
+    sendMouse(grip, QEvent::MouseButtonPress, QPoint(50, 2));
+    sendMouse(grip, QEvent::MouseMove, QPoint(50, 42));
     QVERIFY(!m_state->store().contains(SettingsKeys::preferredWindowHeightScenes)); // not before letting go
-    sendMouse(grip, QEvent::MouseButtonRelease, QPoint(50, 42), Qt::NoButton);
+    sendMouse(grip, QEvent::MouseButtonRelease, QPoint(50, 42));
 
     QTRY_COMPARE(m_content->height(), 340);
     QCOMPARE(m_state->store().readInt(SettingsKeys::preferredWindowHeightScenes), 340);
@@ -241,9 +230,7 @@ void TestStatusBarMenuWindowController::topGripOfAnUpwardWindowKeepsItsBottomEdg
     HeightGrip* grip = m_controller->window().grip();
     QCOMPARE(grip->geometry().top(), 0);
 
-    sendMouse(grip, QEvent::MouseButtonPress, QPoint(50, 2), Qt::LeftButton);
-    sendMouse(grip, QEvent::MouseMove, QPoint(50, -38), Qt::LeftButton);
-    sendMouse(grip, QEvent::MouseButtonRelease, QPoint(50, -38), Qt::NoButton);
+    drag(grip, {QPointF(50, 2), QPointF(50, -38)});
 
     const QRect after = m_controller->window().geometry();
     QCOMPARE(after.bottom(), before.bottom());
