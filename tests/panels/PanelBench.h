@@ -6,6 +6,7 @@
 #include "bridge/HueHelper.h"
 #include "simulator/BridgeSimulator.h"
 
+#include <QJsonObject>
 #include <QNetworkAccessManager>
 #include <QTest>
 
@@ -100,3 +101,31 @@ private:
     std::unique_ptr<ActionQueue> m_queue;
     std::unique_ptr<HueHelper> m_helper;
 };
+
+/// The child of @p parent whose class is named @p className (the last one, if several).
+inline QWidget* childOfClass(QWidget* parent, const QString& className)
+{
+    QWidget* found = nullptr;
+    for (auto* candidate : parent->findChildren<QWidget*>()) {
+        if (QString::fromLatin1(candidate->metaObject()->className()) == className)
+            found = candidate;
+    }
+    return found;
+}
+
+/// The keys of a command's body whose values the light's or room's record does not show.
+template <typename Record>
+QStringList unshownFields(const Record& record, const QJsonObject& body)
+{
+    const QJsonObject shown{{"bri", record.brightness},
+                            {"hue", record.hue},
+                            {"sat", record.saturation},
+                            {"ct", record.color_temperature},
+                            {"on", record.is_on}};
+    QStringList unshown;
+    for (auto it = body.begin(); it != body.end(); ++it) {
+        if (it.key() != u"transitiontime" && shown.value(it.key()) != it.value())
+            unshown << it.key();
+    }
+    return unshown;
+}
