@@ -1,3 +1,4 @@
+#include "MouseDrag.h"
 #include "TestSupport.h"
 #include "app/DropDownWindow.h"
 #include "app/HeightGrip.h"
@@ -6,7 +7,6 @@
 
 #include <QApplication>
 #include <QImage>
-#include <QMouseEvent>
 #include <QPainter>
 #include <QScreen>
 #include <QTest>
@@ -24,9 +24,8 @@ private Q_SLOTS:
     void savesTheHeightUnderTheActivePanelOnly_data();
     void savesTheHeightUnderTheActivePanelOnly();
     void savesTheHeightAtTheEndOfADrag();
-    void closesOnAClickOutside();
-    void staysOpenOnAClickInside();
-    void closesWhenAnotherWindowTakesTheFocus();
+    void staysOpenOnAClickInsideAndClosesOnLeaving_data();
+    void staysOpenOnAClickInsideAndClosesOnLeaving();
     void opensUnderTheIconNearTheRightEdge();
     void opensAtTheContentsHeightWithoutAStoredHeight_data();
     void opensAtTheContentsHeightWithoutAStoredHeight();
@@ -35,13 +34,10 @@ private Q_SLOTS:
     void topGripOfAnUpwardWindowKeepsItsBottomEdge();
     void restoresTheStoredPanelBeforeOpening_data();
     void restoresTheStoredPanelBeforeOpening();
-    void escapeClosesTheWindow();
     void shapeHoldsOnlyFullyPaintedPixels_data();
     void shapeHoldsOnlyFullyPaintedPixels();
 
 private:
-    void sendMouse(QWidget* widget, QEvent::Type type, QPoint local, Qt::MouseButtons buttons);
-
     std::unique_ptr<TestSettings> m_state;
     std::unique_ptr<StatusBarMenuWindowController> m_controller;
     std::unique_ptr<QWidget> m_otherWindow;
@@ -67,15 +63,6 @@ void TestStatusBarMenuWindowController::cleanup()
     m_controller.reset();
     m_otherWindow.reset();
     m_state.reset();
-}
-
-void TestStatusBarMenuWindowController::sendMouse(QWidget* widget, QEvent::Type type, QPoint local,
-                                                  Qt::MouseButtons buttons)
-{
-    const Qt::MouseButton button = type == QEvent::MouseMove ? Qt::NoButton : Qt::LeftButton;
-    QMouseEvent event(type, QPointF(local), QPointF(widget->mapToGlobal(local)), button, buttons,
-                      Qt::NoModifier);
-    QApplication::sendEvent(widget, &event);
 }
 
 void TestStatusBarMenuWindowController::savesTheHeightUnderTheActivePanelOnly_data()
@@ -120,51 +107,45 @@ void TestStatusBarMenuWindowController::savesTheHeightAtTheEndOfADrag()
     QTRY_COMPARE(m_content->height(), 300);
     HeightGrip* grip = m_controller->window().grip();
 
-    sendMouse(grip, QEvent::MouseButtonPress, QPoint(50, 2), Qt::LeftButton);
-    sendMouse(grip, QEvent::MouseMove, QPoint(50, 42), Qt::LeftButton);
+    sendMouse(grip, QEvent::MouseButtonPress, QPoint(50, 2));
+    sendMouse(grip, QEvent::MouseMove, QPoint(50, 42));
     QVERIFY(!m_state->store().contains(SettingsKeys::preferredWindowHeightScenes)); // not before letting go
-    sendMouse(grip, QEvent::MouseButtonRelease, QPoint(50, 42), Qt::NoButton);
+    sendMouse(grip, QEvent::MouseButtonRelease, QPoint(50, 42));
 
     QTRY_COMPARE(m_content->height(), 340);
     QCOMPARE(m_state->store().readInt(SettingsKeys::preferredWindowHeightScenes), 340);
     QCOMPARE(m_state->settings().presetWindowHeightScenes(), 340);
 }
 
-void TestStatusBarMenuWindowController::closesOnAClickOutside()
+void TestStatusBarMenuWindowController::staysOpenOnAClickInsideAndClosesOnLeaving_data()
 {
-    m_controller->show();
-    QVERIFY(QTest::qWaitForWindowExposed(&m_controller->window()));
+    QTest::addColumn<QString>("leaving");
+    QTest::newRow("click outside") << "click outside";
+    QTest::newRow("another window takes the focus") << "focus";
+    QTest::newRow("Escape") << "Escape";
+}
 
-    QTest::mouseClick(m_otherWindow.get(), Qt::LeftButton, {}, QPoint(10, 10));
+void TestStatusBarMenuWindowController::staysOpenOnAClickInsideAndClosesOnLeaving()
+{
+    QFETCH(QString, leaving);
+    m_controller->show();
+    QVERIFY(QTest::qWaitForWindowActive(&m_controller->window()));
+    QTest::mouseClick(m_content, Qt::LeftButton, {}, QPoint(100, 100));
+    QCoreApplication::processEvents();
+    QVERIFY(m_controller->isShown());
+    QCOMPARE(m_controller->window().windowOpacity(), 1.0);
+
+    if (leaving == "click outside")
+        QTest::mouseClick(m_otherWindow.get(), Qt::LeftButton, {}, QPoint(10, 10));
+    else if (leaving == "focus")
+        m_otherWindow->activateWindow();
+    else
+        QTest::keyClick(&m_controller->window(), Qt::Key_Escape);
 
     QTRY_VERIFY(!m_controller->isShown());
     QTRY_VERIFY(!m_controller->window().isVisible()); // after the fade
     // The tray icon's own click arrives right after such a press: it must not open the window again.
-    QVERIFY(m_controller->closedByOutsideClickJustNow());
-}
-
-void TestStatusBarMenuWindowController::staysOpenOnAClickInside()
-{
-    m_controller->show();
-    QVERIFY(QTest::qWaitForWindowExposed(&m_controller->window()));
-
-    QTest::mouseClick(m_content, Qt::LeftButton, {}, QPoint(100, 100));
-    QCoreApplication::processEvents();
-
-    QVERIFY(m_controller->isShown());
-    QVERIFY(m_controller->window().isVisible());
-    QCOMPARE(m_controller->window().windowOpacity(), 1.0);
-}
-
-void TestStatusBarMenuWindowController::closesWhenAnotherWindowTakesTheFocus()
-{
-    m_controller->show();
-    QVERIFY(QTest::qWaitForWindowActive(&m_controller->window()));
-
-    m_otherWindow->activateWindow();
-
-    QTRY_VERIFY(!m_controller->isShown());
-    QTRY_VERIFY(!m_controller->window().isVisible());
+    QVERIFY(leaving != "click outside" || m_controller->closedByOutsideClickJustNow());
 }
 
 void TestStatusBarMenuWindowController::opensUnderTheIconNearTheRightEdge()
@@ -249,9 +230,7 @@ void TestStatusBarMenuWindowController::topGripOfAnUpwardWindowKeepsItsBottomEdg
     HeightGrip* grip = m_controller->window().grip();
     QCOMPARE(grip->geometry().top(), 0);
 
-    sendMouse(grip, QEvent::MouseButtonPress, QPoint(50, 2), Qt::LeftButton);
-    sendMouse(grip, QEvent::MouseMove, QPoint(50, -38), Qt::LeftButton);
-    sendMouse(grip, QEvent::MouseButtonRelease, QPoint(50, -38), Qt::NoButton);
+    drag(grip, {QPointF(50, 2), QPointF(50, -38)});
 
     const QRect after = m_controller->window().geometry();
     QCOMPARE(after.bottom(), before.bottom());
@@ -276,15 +255,6 @@ void TestStatusBarMenuWindowController::restoresTheStoredPanelBeforeOpening()
         m_state->store().writeInt(SettingsKeys::activePanel, panel);
     m_controller->restoreActivePanel();
     QCOMPARE(int(m_state->settings().activeMainPanel()), panel);
-}
-
-void TestStatusBarMenuWindowController::escapeClosesTheWindow()
-{
-    m_controller->show();
-    QVERIFY(QTest::qWaitForWindowActive(&m_controller->window()));
-    QTest::keyClick(&m_controller->window(), Qt::Key_Escape);
-    QVERIFY(!m_controller->isShown());
-    QTRY_VERIFY(!m_controller->window().isVisible());
 }
 
 void TestStatusBarMenuWindowController::shapeHoldsOnlyFullyPaintedPixels_data()

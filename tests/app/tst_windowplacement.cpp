@@ -13,8 +13,6 @@ private Q_SLOTS:
     void placesTheWindowFromTheIconOrThePointer_data();
     void placesTheWindowFromTheIconOrThePointer();
     void keepsTheRightEdgeFiveInsideTheScreen();
-    void heightFromContentIsCappedAtTwoThirdsOfTheScreen_data();
-    void heightFromContentIsCappedAtTwoThirdsOfTheScreen();
 };
 
 namespace {
@@ -101,22 +99,6 @@ void TestWindowPlacement::keepsTheRightEdgeFiveInsideTheScreen()
             WindowPlacement::dropDownFrame(QRect(iconX, 0, 22, 24), {}, 200, 280, screen).frame;
         QVERIFY2(frame.x() + frame.width() <= 1280 - 5, qPrintable(QString::number(iconX)));
     }
-}
-
-void TestWindowPlacement::heightFromContentIsCappedAtTwoThirdsOfTheScreen_data()
-{
-    QTest::addColumn<int>("content");
-    QTest::addColumn<int>("expected");
-    QTest::newRow("short content keeps the minimum") << 120 << 200;
-    QTest::newRow("content that fits") << 430 << 430;
-    QTest::newRow("200 lights stop at two thirds") << 9000 << 800 * 2 / 3;
-}
-
-void TestWindowPlacement::heightFromContentIsCappedAtTwoThirdsOfTheScreen()
-{
-    QFETCH(int, content);
-    QFETCH(int, expected);
-    QCOMPARE(WindowPlacement::heightFromContent(content, screen, 200), expected);
 }
 
 QTEST_APPLESS_MAIN(TestWindowPlacement)

@@ -17,10 +17,8 @@ class TestActionQueue final : public QObject
 private Q_SLOTS:
     void init();
     void cleanup();
-    void keepsOnlyTheNewestValueOfADraggedSlider();
-    void keepsDifferentPropertiesInOrder();
-    void replacesOneSidedly_data();
-    void replacesOneSidedly();
+    void mergesRepeatedChanges_data();
+    void mergesRepeatedChanges();
     void sendsOneRequestPerTick();
     void sendsSchedulesWithPost();
     void stopsItsTimerWhenDrainedAndStartsAgain();
@@ -80,49 +78,57 @@ QList<SimulatedRequest> TestActionQueue::changes() const
     return sent;
 }
 
-void TestActionQueue::keepsOnlyTheNewestValueOfADraggedSlider()
+void TestActionQueue::mergesRepeatedChanges_data()
 {
+    // Changes to item "3" as "light|group property value"; what is left queued as "light|group property
+    // body".
+    QTest::addColumn<QStringList>("enqueued");
+    QTest::addColumn<QStringList>("queued");
+
+    QStringList drag;
     for (int bri = 10; bri <= 100; bri += 10)
-        m_queue->enqueue(item(QStringLiteral("3"), QStringLiteral("brightness"), true, bri));
-    QSignalSpy drained(m_queue.get(), &ActionQueue::drained);
-    QVERIFY(drained.wait(3000));
-    QCOMPARE(changes().size(), 1);
-    QCOMPARE(changes().first().body.value(u"bri").toInt(), 100);
-    QCOMPARE(changes().first().path, QStringLiteral("/api/%1/lights/3/state").arg(m_key));
-}
-
-void TestActionQueue::keepsDifferentPropertiesInOrder()
-{
-    m_queue->enqueue(item(QStringLiteral("3"), QStringLiteral("brightness"), true, 1));
-    m_queue->enqueue(item(QStringLiteral("3"), QStringLiteral("hue"), true, 2));
-    m_queue->enqueue(item(QStringLiteral("3"), QStringLiteral("brightness"), true, 3));
-    QTRY_COMPARE(m_state->settings().actionQueue().size(), 2);
+        drag << u"light brightness %1"_qs.arg(bri);
+    QTest::newRow("a dragged slider leaves its newest value") << drag << QStringList{"light brightness 100"};
     // The replacing entry goes to the end, behind the hue change queued after the one it replaces.
-    QCOMPARE(m_state->settings().actionQueue().at(0).property, QStringLiteral("hue"));
-    QCOMPARE(m_state->settings().actionQueue().at(1).body, QByteArray(R"({"bri":3})"));
+    QTest::newRow("other properties keep their order")
+        << QStringList{"light brightness 1", "light hue 2", "light brightness 3"}
+        << QStringList{"light hue 2", "light brightness 3"};
+    QTest::newRow("a room's change does not replace a light's")
+        << QStringList{"light on 1", "group on 2"} << QStringList{"light on 1", "group on 2"};
+    QTest::newRow("a light's change replaces a room's")
+        << QStringList{"group on 1", "light on 2"} << QStringList{"light on 2"};
+    QTest::newRow("light then light") << QStringList{"light on 1", "light on 2"} << QStringList{"light on 2"};
+    QTest::newRow("group then group") << QStringList{"group on 1", "group on 2"} << QStringList{"group on 2"};
 }
 
-void TestActionQueue::replacesOneSidedly_data()
+void TestActionQueue::mergesRepeatedChanges()
 {
-    QTest::addColumn<bool>("firstIsLight");
-    QTest::addColumn<bool>("secondIsLight");
-    QTest::addColumn<int>("remaining");
+    QFETCH(QStringList, enqueued);
+    QFETCH(QStringList, queued);
+    for (const QString& change : enqueued) {
+        const QStringList parts = change.split(u' ');
+        m_queue->enqueue(
+            item(QStringLiteral("3"), parts.at(1), parts.at(0) == u"light", parts.at(2).toInt()));
+    }
+    const auto left = [this] {
+        QStringList items;
+        for (const ActionQueueItem& entry : m_state->settings().actionQueue())
+            items << (entry.is_light_update ? u"light "_qs : u"group "_qs) + entry.property + u' ' +
+                         QString::fromUtf8(entry.body).section(u':', 1).chopped(1);
+        return items;
+    };
+    QTRY_COMPARE(left(), queued);
 
-    QTest::newRow("light then group: both stay") << true << false << 2;
-    QTest::newRow("group then light: the light replaces") << false << true << 1;
-    QTest::newRow("light then light") << true << true << 1;
-    QTest::newRow("group then group") << false << false << 1;
-}
-
-void TestActionQueue::replacesOneSidedly()
-{
-    QFETCH(bool, firstIsLight);
-    QFETCH(bool, secondIsLight);
-    QFETCH(int, remaining);
-    m_queue->enqueue(item(QStringLiteral("3"), QStringLiteral("on"), firstIsLight, 1));
-    m_queue->enqueue(item(QStringLiteral("3"), QStringLiteral("on"), secondIsLight, 2));
-    QTRY_COMPARE(m_state->settings().actionQueue().size(), remaining);
-    QCOMPARE(m_state->settings().actionQueue().last().is_light_update, secondIsLight);
+    // What is left is what reaches the bridge, in that order.
+    QSignalSpy drained(m_queue.get(), &ActionQueue::drained);
+    QVERIFY(drained.wait(5000));
+    QStringList sent;
+    for (const SimulatedRequest& request : changes())
+        sent << request.path.section(u'/', 3, 4) + u' ' + QString::number(request.body.value(u"bri").toInt());
+    QStringList expected;
+    for (const QString& entry : queued)
+        expected << (entry.startsWith(u"light") ? u"lights/3 "_qs : u"groups/3 "_qs) + entry.section(u' ', 2);
+    QCOMPARE(sent, expected);
 }
 
 void TestActionQueue::sendsOneRequestPerTick()

@@ -25,7 +25,6 @@ private Q_SLOTS:
     void clampsTheLocalBrightnessOfAnIncrease_data();
     void clampsTheLocalBrightnessOfAnIncrease();
     void sendsTheSwitchOffSchedule();
-    void reachesTheBridge();
     void keepsEachIdOnePathSegment_data();
     void keepsEachIdOnePathSegment();
 
@@ -220,15 +219,6 @@ void TestHueHelper::sendsTheSwitchOffSchedule()
     m_helper->switchAllOffAfterMinutes(90); // minutes are not limited to an hour
     QTRY_COMPARE(m_bridge->requests().size(), 2);
     QCOMPARE(m_bridge->requests().last().body.value(u"localtime").toString(), QStringLiteral("PT00:90:00"));
-}
-
-void TestHueHelper::reachesTheBridge()
-{
-    const QString id = m_bridge->lightIds().first();
-    HueLight light = m_light;
-    light.lamp_id = id;
-    m_helper->setLightBrightness(light, 20);
-    QTRY_COMPARE(m_bridge->light(id).value(u"state").toObject().value(u"bri").toInt(), 20);
 }
 
 void TestHueHelper::keepsEachIdOnePathSegment_data()

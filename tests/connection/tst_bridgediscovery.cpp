@@ -1,41 +1,13 @@
 #include "CountingNetwork.h"
 #include "DiscoveryServer.h"
+#include "FakeCommands.h"
 #include "TestSupport.h"
 #include "connection/BridgeDiscovery.h"
-#include "connection/CommandExecuting.h"
 
 #include <QNetworkAccessManager>
 #include <QTest>
-#include <QTimer>
 
 #include <memory>
-
-/// Canned answers in place of real programs; answers later, as the real runner does, and keeps every call.
-class FakeCommands final : public CommandExecuting
-{
-public:
-    PathResult path = QStringLiteral("/usr/sbin/arp");
-    QString output;
-    QStringList resolved;
-    QList<QPair<QString, QStringList>> runs;
-
-    void resolveCommandPath(const QString& name, std::function<void(PathResult)> done) override
-    {
-        resolved.append(name);
-        QTimer::singleShot(0, [done, result = path] { done(result); });
-    }
-    void runCommand(const QString& program, const QStringList& arguments,
-                    std::function<void(QString)> done) override
-    {
-        runs.append({program, arguments});
-        QTimer::singleShot(0, [done, text = output] { done(text); });
-    }
-    void runScript(const QString&, const QStringList&,
-                   std::function<void(std::optional<QString>)> done) override
-    {
-        QTimer::singleShot(0, [done] { done(std::nullopt); });
-    }
-};
 
 namespace {
 
@@ -61,11 +33,8 @@ private Q_SLOTS:
     void findsTheBridgeInTheArpTable();
     void readsOnlyASingleBridgeFromTheService_data();
     void readsOnlyASingleBridgeFromTheService();
-    void anArpHitAnswersWithoutAskingTheService();
-    void asksTheServiceWhenTheArpTableHasNoBridge_data();
-    void asksTheServiceWhenTheArpTableHasNoBridge();
-    void answersNothingWhenNeitherKnowsABridge_data();
-    void answersNothingWhenNeitherKnowsABridge();
+    void asksTheArpTableFirstAndThenTheService_data();
+    void asksTheArpTableFirstAndThenTheService();
 
 private:
     /// Runs one detection to its answer.
@@ -170,69 +139,59 @@ void TestBridgeDiscovery::readsOnlyASingleBridgeFromTheService()
     QCOMPARE(shown(BridgeDiscovery::bridgeAddressFromServiceAnswer(answer)), address);
 }
 
-void TestBridgeDiscovery::anArpHitAnswersWithoutAskingTheService()
+void TestBridgeDiscovery::asksTheArpTableFirstAndThenTheService_data()
 {
-    PrintedLines printed;
-    m_commands->output = routerLine + u'\n' + bridgeLine + u'\n';
-    QCOMPARE(shown(detect()), QStringLiteral("192.168.1.20"));
-    QCOMPARE(m_commands->resolved, QStringList{"arp"});
-    QCOMPARE(m_commands->runs.size(), 1);
-    QCOMPARE(m_commands->runs.first().first, QStringLiteral("/usr/sbin/arp"));
-    QCOMPARE(m_commands->runs.first().second, QStringList{"-na"});
-    QVERIFY(printed.lines().contains(QStringLiteral("HueHelper: Bridge IP detected via ARP: 192.168.1.20")));
-    QCOMPARE(m_network->requests, 0);
-    QCOMPARE(m_service->requestCount(), 0);
+    QTest::addColumn<QString>("arp");     // "bridge", "router" (no bridge in the table) or "missing"
+    QTest::addColumn<QString>("service"); // "answers", "silent", "several", "unreachable" or "off"
+    QTest::addColumn<QString>("address");
+    QTest::addColumn<bool>("asked"); // the stand-in service; Qt asks again on a connection closed unanswered
+
+    const auto row = [](const char* name, const char* arp, const char* service, const QString& address,
+                        bool asked) {
+        QTest::newRow(name) << QString(arp) << QString(service) << address << asked;
+    };
+    row("an ARP hit does not ask the service", "bridge", "answers", "192.168.1.20", false);
+    row("no bridge in the table", "router", "answers", "192.168.1.77", true);
+    row("arp not found", "missing", "answers", "192.168.1.77", true);
+    row("service silent", "router", "silent", nothing, true);
+    row("service lists several bridges", "router", "several", nothing, true);
+    row("service unreachable", "router", "unreachable", nothing, false);
+    row("service switched off", "router", "off", nothing, false);
 }
 
-void TestBridgeDiscovery::asksTheServiceWhenTheArpTableHasNoBridge_data()
+void TestBridgeDiscovery::asksTheArpTableFirstAndThenTheService()
 {
-    QTest::addColumn<bool>("arpFound");
-
-    QTest::newRow("no bridge in the table") << true;
-    QTest::newRow("arp not found") << false;
-}
-
-void TestBridgeDiscovery::asksTheServiceWhenTheArpTableHasNoBridge()
-{
-    QFETCH(bool, arpFound);
-    PrintedLines printed;
-    if (!arpFound)
-        m_commands->path = BashError{BashError::Kind::commandNotFound, QStringLiteral("arp")};
-    m_commands->output = routerLine;
-    QCOMPARE(shown(detect()), QStringLiteral("192.168.1.77"));
-    QCOMPARE(m_service->requestCount(), 1);
-    QCOMPARE(m_commands->runs.size(), arpFound ? 1 : 0);
-    QVERIFY(printed.lines().filter(QStringLiteral("via ARP")).isEmpty());
-}
-
-void TestBridgeDiscovery::answersNothingWhenNeitherKnowsABridge_data()
-{
-    QTest::addColumn<QString>("service");
-    QTest::addColumn<QByteArray>("answer");
-
-    QTest::newRow("service silent") << "silent" << QByteArray();
-    QTest::newRow("service lists several bridges")
-        << "answers" << QByteArray(R"([{"internalipaddress":"10.0.0.2"},{"internalipaddress":"10.0.0.3"}])");
-    QTest::newRow("service unreachable") << "unreachable" << QByteArray();
-    QTest::newRow("service switched off") << "off" << QByteArray();
-}
-
-void TestBridgeDiscovery::answersNothingWhenNeitherKnowsABridge()
-{
+    QFETCH(QString, arp);
     QFETCH(QString, service);
-    QFETCH(QByteArray, answer);
+    QFETCH(QString, address);
+    QFETCH(bool, asked);
     PrintedLines printed;
-    m_commands->output = routerLine;
-    m_service->setAnswer(answer);
+    if (arp != "missing")
+        m_commands->arpTable = arp == "bridge" ? routerLine + u'\n' + bridgeLine + u'\n' : routerLine;
     m_service->setSilent(service == "silent");
+    if (service == "several")
+        m_service->setAnswer(R"([{"internalipaddress":"10.0.0.2"},{"internalipaddress":"10.0.0.3"}])");
     if (service == "unreachable")
         m_discovery->setServiceUrl(QUrl(QStringLiteral("http://127.0.0.1:1/")));
     if (service == "off")
         m_discovery->setServiceUrl(QUrl());
-    QCOMPARE(shown(detect()), nothing);
-    QCOMPARE(printed.lines(), QStringList());
-    if (service == "off")
+
+    QCOMPARE(shown(detect()), address);
+    QCOMPARE(m_commands->resolved, QStringList{"arp"});
+    QCOMPARE(m_commands->runs.size(), arp == "missing" ? 0 : 1);
+    if (arp != "missing") {
+        QCOMPARE(m_commands->runs.first().first, QStringLiteral("/usr/sbin/arp"));
+        QCOMPARE(m_commands->runs.first().second, QStringList{"-na"});
+    }
+    QCOMPARE(m_service->requestCount() > 0, asked);
+    if (arp == "bridge" || service == "off")
         QCOMPARE(m_network->requests, 0);
+    if (arp == "bridge")
+        QCOMPARE(printed.lines(), QStringList{"HueHelper: Bridge IP detected via ARP: 192.168.1.20"});
+    else if (address == nothing)
+        QCOMPARE(printed.lines(), QStringList());
+    else
+        QVERIFY(printed.lines().filter(QStringLiteral("via ARP")).isEmpty());
 }
 
 QTEST_GUILESS_MAIN(TestBridgeDiscovery)

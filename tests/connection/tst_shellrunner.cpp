@@ -14,8 +14,8 @@ class TestShellRunner final : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void resolvesACommandThroughTheLoginShell_data();
     void resolvesACommandThroughTheLoginShell();
-    void reportsAnUnknownCommand();
     void handsOverStandardOutput();
     void warnsAndAnswersNothingForAMissingScript();
     void runsShippedScriptsFromTheDataFolder();
@@ -35,23 +35,26 @@ private:
     ShellRunner m_runner;
 };
 
-void TestShellRunner::resolvesACommandThroughTheLoginShell()
+void TestShellRunner::resolvesACommandThroughTheLoginShell_data()
 {
-    const auto path = answerOf<CommandExecuting::PathResult>(
-        [this](auto done) { m_runner.resolveCommandPath(QStringLiteral("sh"), done); });
-    QVERIFY(path.has_value());
-    QVERIFY(std::holds_alternative<QString>(*path));
-    QVERIFY2(std::get<QString>(*path).endsWith(QStringLiteral("/sh")), qPrintable(std::get<QString>(*path)));
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<bool>("found");
+    QTest::newRow("sh") << "sh" << true;
+    QTest::newRow("unknown command") << "no-such-command-glowdeck" << false;
 }
 
-void TestShellRunner::reportsAnUnknownCommand()
+void TestShellRunner::resolvesACommandThroughTheLoginShell()
 {
-    const QString name = QStringLiteral("no-such-command-glowdeck");
+    QFETCH(QString, name);
+    QFETCH(bool, found);
     const auto path =
         answerOf<CommandExecuting::PathResult>([&](auto done) { m_runner.resolveCommandPath(name, done); });
     QVERIFY(path.has_value());
-    QVERIFY(std::holds_alternative<BashError>(*path));
-    QCOMPARE(std::get<BashError>(*path), (BashError{BashError::Kind::commandNotFound, name}));
+    QCOMPARE(std::holds_alternative<QString>(*path), found);
+    if (found)
+        QVERIFY2(std::get<QString>(*path).endsWith(u'/' + name), qPrintable(std::get<QString>(*path)));
+    else
+        QCOMPARE(std::get<BashError>(*path), (BashError{BashError::Kind::commandNotFound, name}));
 }
 
 void TestShellRunner::handsOverStandardOutput()

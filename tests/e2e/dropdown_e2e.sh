@@ -78,7 +78,7 @@ screenshot_tray() {
 # The drop-down window as "id x y width height", once it shows.
 dropdown_window() {
     local found
-    for _ in $(seq "${1:-30}"); do
+    for _ in $(seq "${1:-50}"); do
         found=$(top_windows | awk '$4 == 200 && $5 >= 200 { print; exit }')
         [ -n "$found" ] && {
             echo "$found"
@@ -89,7 +89,7 @@ dropdown_window() {
     return 1
 }
 dropdown_gone() {
-    for _ in $(seq 30); do
+    for _ in $(seq 50); do
         [ -z "$(top_windows | awk '$4 == 200 && $5 >= 200')" ] && return 0
         sleep 0.1
     done
@@ -148,12 +148,15 @@ say "$controls named controls on screen, none without a name"
 # The keyboard: Tab through settings and tabs to the first switch and slider; End sends full brightness.
 first=$(curl -s --noproxy '*' "http://$address/api/$key/lights" | grep -oE '"[0-9]+": *\{' | head -n1 | tr -dc 0-9)
 for _ in 1 2 3 4 5; do xdotool key Tab; done
-sleep 0.2
-name=$(focused_name)
+for _ in $(seq 50); do # the focus reaches the accessibility bus a moment after the keys
+    name=$(focused_name)
+    [ "$name" = "Living room floor lamp by the big window brightness" ] && break
+    sleep 0.1
+done
 [ "$name" = "Living room floor lamp by the big window brightness" ] || fail "five Tabs reach \"$name\", not the first slider"
 screenshot keyboard-focus
 xdotool key End
-for _ in $(seq 30); do
+for _ in $(seq 50); do
     [ "$(light_bri "$first")" -ge 254 ] 2>/dev/null && break
     sleep 0.1
 done
@@ -206,9 +209,9 @@ activate() { # x y: the pointer goes there and the panel activates the item, as 
     dbus-send --session --type=method_call --dest="$item" /StatusNotifierItem \
         org.kde.StatusNotifierItem.Activate "int32:$1" "int32:$2"
 }
-sleep 1
+await_output 'tray icon shown after' 100 >/dev/null || fail "the tray icon did not show on the StatusNotifierItem tray"
 activate 700 12
-window=$(dropdown_window 30) || fail "Activate on the StatusNotifierItem did not open the window"
+window=$(dropdown_window 50) || fail "Activate on the StatusNotifierItem did not open the window"
 read -r _ wx wy ww wh <<<"$window"
 say "StatusNotifierItem, pointer at (700,12): ${ww}x${wh} at ($wx,$wy)"
 [ "$wx" -eq 600 ] && [ "$wy" -ge 13 ] && [ "$wy" -le 24 ] || fail "the window is not at the pointer: $window"
@@ -217,7 +220,7 @@ screenshot dark-at-pointer
 activate 700 12
 dropdown_gone || fail "a second Activate did not close the window"
 activate 1000 790
-window=$(dropdown_window 30) || fail "the window did not open from a bottom panel"
+window=$(dropdown_window 50) || fail "the window did not open from a bottom panel"
 read -r _ wx wy ww wh <<<"$window"
 say "pointer at (1000,790): ${ww}x${wh} at ($wx,$wy)"
 [ $((wy + wh)) -le 790 ] && [ $((wy + wh)) -ge 770 ] && [ "$wx" -eq 900 ] || fail "the window is not above the pointer: $window"

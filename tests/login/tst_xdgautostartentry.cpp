@@ -85,12 +85,9 @@ void TestXdgAutostartEntry::anInstalledProgramCopiesItsPackagedEntry_data()
     QTest::addColumn<QString>("packagedExec");
     QTest::addColumn<QString>("arguments"); // kept after the running program
 
-    QTest::newRow("program found on PATH") << "glowdeck"
-                                           << "";
-    QTest::newRow("with arguments") << "glowdeck --settings /x/s.json"
-                                    << " --settings /x/s.json";
-    QTest::newRow("quoted program") << "\"/old place/gl\\\\\"deck\" --demo"
-                                    << " --demo";
+    QTest::newRow("program found on PATH") << u"glowdeck"_qs << QString();
+    QTest::newRow("with arguments") << u"glowdeck --settings /x/s.json"_qs << u" --settings /x/s.json"_qs;
+    QTest::newRow("quoted program") << u"\"/old place/gl\\\\\"deck\" --demo"_qs << u" --demo"_qs;
 }
 
 void TestXdgAutostartEntry::anInstalledProgramCopiesItsPackagedEntry()
@@ -142,18 +139,15 @@ void TestXdgAutostartEntry::execValueQuotesWhatTheShellWouldSplit_data()
     QTest::addColumn<QString>("program");
     QTest::addColumn<QString>("exec");
 
-    QTest::newRow("plain") << "/usr/bin/glowdeck"
-                           << "/usr/bin/glowdeck";
-    QTest::newRow("blank") << "/home/a b/glowdeck"
-                           << "\"/home/a b/glowdeck\"";
-    QTest::newRow("dollar and quote") << "/x/$HOME\"q"
-                                      << "\"/x/\\\\$HOME\\\\\"q\"";
-    QTest::newRow("backslash") << "/x/a\\b"
-                               << "\"/x/a\\\\\\\\b\"";
-    QTest::newRow("percent is not a field code") << "/x/100%/glowdeck"
-                                                 << "/x/100%%/glowdeck";
-    QTest::newRow("line break cannot be written") << "/x/a\nb"
-                                                  << "";
+    const auto row = [](const char* name, const char* program, const char* exec) {
+        QTest::newRow(name) << QString(program) << QString(exec);
+    };
+    row("plain", "/usr/bin/glowdeck", "/usr/bin/glowdeck");
+    row("blank", "/home/a b/glowdeck", "\"/home/a b/glowdeck\"");
+    row("dollar and quote", "/x/$HOME\"q", "\"/x/\\\\$HOME\\\\\"q\"");
+    row("backslash", "/x/a\\b", "\"/x/a\\\\\\\\b\"");
+    row("percent is not a field code", "/x/100%/glowdeck", "/x/100%%/glowdeck");
+    row("line break cannot be written", "/x/a\nb", "");
 }
 
 void TestXdgAutostartEntry::execValueQuotesWhatTheShellWouldSplit()

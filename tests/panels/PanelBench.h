@@ -1,12 +1,12 @@
 #pragma once
 
+#include "MouseDrag.h"
 #include "TestSupport.h"
 #include "bridge/ActionQueue.h"
 #include "bridge/HueHelper.h"
 #include "simulator/BridgeSimulator.h"
 
-#include <QApplication>
-#include <QMouseEvent>
+#include <QJsonObject>
 #include <QNetworkAccessManager>
 #include <QTest>
 
@@ -102,21 +102,30 @@ private:
     std::unique_ptr<HueHelper> m_helper;
 };
 
-/// Sends one mouse event of a left-button drag straight to @p widget. (QTest's mouse functions take the
-/// point (0, 0) for "the centre", and the left edge is exactly what some tests need.)
-inline void sendMouse(QWidget* widget, QEvent::Type type, QPointF position)
+/// The child of @p parent whose class is named @p className (the last one, if several).
+inline QWidget* childOfClass(QWidget* parent, const QString& className)
 {
-    const Qt::MouseButton button = type == QEvent::MouseMove ? Qt::NoButton : Qt::LeftButton;
-    const Qt::MouseButtons held = type == QEvent::MouseButtonRelease ? Qt::NoButton : Qt::LeftButton;
-    QMouseEvent event(type, position, widget->mapToGlobal(position), button, held, Qt::NoModifier);
-    QApplication::sendEvent(widget, &event);
+    QWidget* found = nullptr;
+    for (auto* candidate : parent->findChildren<QWidget*>()) {
+        if (QString::fromLatin1(candidate->metaObject()->className()) == className)
+            found = candidate;
+    }
+    return found;
 }
 
-/// A drag as the pointer makes it: press at the first point, moves with the button held, release at the last.
-inline void drag(QWidget* widget, const QList<QPointF>& points)
+/// The keys of a command's body whose values the light's or room's record does not show.
+template <typename Record>
+QStringList unshownFields(const Record& record, const QJsonObject& body)
 {
-    sendMouse(widget, QEvent::MouseButtonPress, points.first());
-    for (qsizetype i = 1; i < points.size(); ++i)
-        sendMouse(widget, QEvent::MouseMove, points.at(i));
-    sendMouse(widget, QEvent::MouseButtonRelease, points.last());
+    const QJsonObject shown{{"bri", record.brightness},
+                            {"hue", record.hue},
+                            {"sat", record.saturation},
+                            {"ct", record.color_temperature},
+                            {"on", record.is_on}};
+    QStringList unshown;
+    for (auto it = body.begin(); it != body.end(); ++it) {
+        if (it.key() != u"transitiontime" && shown.value(it.key()) != it.value())
+            unshown << it.key();
+    }
+    return unshown;
 }

@@ -21,10 +21,8 @@ private Q_SLOTS:
     void membersDecideTheBar_data();
     void membersDecideTheBar();
     void followsTheColorBarOptionAndTheLights();
-    void sliderSendsTheRoomBrightness_data();
-    void sliderSendsTheRoomBrightness();
-    void colorFieldSendsTheRoomHue();
-    void whiteToneBarStartsAtCtMin();
+    void dragSendsTheRoomCommand_data();
+    void dragSendsTheRoomCommand();
     void switchSendsOnAndOff();
 
 private:
@@ -112,64 +110,50 @@ void TestGroupRow::followsTheColorBarOptionAndTheLights()
     QCOMPARE(m_list->groupRows().first(), row); // updated in place, not rebuilt
 }
 
-void TestGroupRow::sliderSendsTheRoomBrightness_data()
+void TestGroupRow::dragSendsTheRoomCommand_data()
 {
-    QTest::addColumn<qreal>("fraction");
-    QTest::addColumn<int>("brightness");
-    QTest::addColumn<bool>("on");
+    QTest::addColumn<QString>("member");        // "1" takes colour, "2" white tones only
+    QTest::addColumn<QString>("control");       // class name
+    QTest::addColumn<QList<QPointF>>("points"); // fractions of the control's real size, first to last pixel
+    QTest::addColumn<QJsonObject>("body");      // without the transition time
 
-    QTest::newRow("right end sends 255") << 1.0 << 255 << true;
-    QTest::newRow("left end switches off") << 0.0 << 0 << false;
+    QTest::newRow("slider, right end sends 255")
+        << "1"
+        << "CustomSlider" << QList<QPointF>{{0.5, 0.5}, {1, 0.5}} << QJsonObject{{"bri", 255}, {"on", true}};
+    QTest::newRow("slider, left end switches off")
+        << "1"
+        << "CustomSlider" << QList<QPointF>{{0.5, 0.5}, {0, 0.5}} << QJsonObject{{"bri", 0}, {"on", false}};
+    QTest::newRow("colour, half way and past the bottom edge")
+        << "1"
+        << "ColorField" << QList<QPointF>{{0.1, 0.1}, {0.5, 2}}
+        << QJsonObject{{"hue", 32767}, {"sat", 250}, {"on", true}};
+    QTest::newRow("white tone starts at ct_min")
+        << "2"
+        << "TemperatureBar" << QList<QPointF>{{0, 0.5}} << QJsonObject{{"ct", 153}, {"on", true}};
 }
 
-void TestGroupRow::sliderSendsTheRoomBrightness()
+void TestGroupRow::dragSendsTheRoomCommand()
 {
-    QFETCH(qreal, fraction);
-    QFETCH(int, brightness);
-    QFETCH(bool, on);
+    QFETCH(QString, member);
+    QFETCH(QString, control);
+    QFETCH(QList<QPointF>, points);
+    QFETCH(QJsonObject, body);
 
-    GroupRow* row = showRoom({u"1"_qs});
+    GroupRow* row = showRoom({member});
     QVERIFY(row);
-    auto* slider = row->findChild<CustomSlider*>();
-    drag(slider, {QPointF(slider->width() * 0.5, 8), QPointF(slider->width() * fraction, 8)});
+    QWidget* target = childOfClass(row, control);
+    QVERIFY(target);
+    for (QPointF& point : points)
+        point = QPointF(point.x() * (target->width() - 1), point.y() * (target->height() - 1));
+    drag(target, points);
 
-    const HueGroup record = m_bench->settings().groups().first();
-    QCOMPARE(record.brightness, brightness);
-    QCOMPARE(record.is_on, on);
+    // Shown at once in the record, and sent as one request.
+    QCOMPARE(unshownFields(m_bench->settings().groups().first(), body), QStringList());
     QTRY_VERIFY(m_bench->settled());
-    const QList<SimulatedRequest> sent = m_bench->requestsTo(target());
+    const QList<SimulatedRequest> sent = m_bench->requestsTo(this->target());
     QCOMPARE(sent.size(), 1);
-    QCOMPARE(sent.first().body, (QJsonObject{{"bri", brightness}, {"on", on}, {"transitiontime", 2}}));
-}
-
-void TestGroupRow::colorFieldSendsTheRoomHue()
-{
-    GroupRow* row = showRoom({u"1"_qs});
-    QVERIFY(row);
-    auto* field = row->findChild<ColorField*>();
-    // Half way along the field's real width, and dragged past its bottom edge.
-    drag(field, {QPointF(20, 10), QPointF((field->width() - 1) / 2.0, 80)});
-
-    const HueGroup record = m_bench->settings().groups().first();
-    QCOMPARE(record.hue, 32767);
-    QCOMPARE(record.saturation, 250);
-    QTRY_VERIFY(m_bench->settled());
-    const QList<SimulatedRequest> sent = m_bench->requestsTo(target());
-    QCOMPARE(sent.size(), 1);
-    QCOMPARE(sent.first().body,
-             (QJsonObject{{"hue", 32767}, {"sat", 250}, {"on", true}, {"transitiontime", 2}}));
-}
-
-void TestGroupRow::whiteToneBarStartsAtCtMin()
-{
-    GroupRow* row = showRoom({u"2"_qs});
-    QVERIFY(row);
-    drag(row->findChild<TemperatureBar*>(), {QPointF(0, 7)});
-
-    QCOMPARE(m_bench->settings().groups().first().color_temperature, 153);
-    QTRY_COMPARE(m_bench->requestsTo(target()).size(), 1);
-    QCOMPARE(m_bench->requestsTo(target()).first().body,
-             (QJsonObject{{"ct", 153}, {"on", true}, {"transitiontime", 2}}));
+    body.insert(u"transitiontime"_qs, 2);
+    QCOMPARE(sent.first().body, body);
 }
 
 void TestGroupRow::switchSendsOnAndOff()

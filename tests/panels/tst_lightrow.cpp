@@ -18,20 +18,15 @@ class TestLightRow final : public QObject
 private Q_SLOTS:
     void init();
     void cleanup();
-    void sliderSendsTheBrightnessOfItsPosition_data();
-    void sliderSendsTheBrightnessOfItsPosition();
+    void dragSendsTheValueOfThePoint_data();
+    void dragSendsTheValueOfThePoint();
     void dragOfManyMovesReachesTheBridgeAsItsLastValue();
-    void colorFieldSendsHueAndSaturation_data();
-    void colorFieldSendsHueAndSaturation();
-    void whiteToneBarSendsTheTemperatureRange_data();
-    void whiteToneBarSendsTheTemperatureRange();
     void switchSendsOnAndOff();
     void showsTheBarsTheLampSupports_data();
     void showsTheBarsTheLampSupports();
     void ignoresAChangeToALightThatIsGone();
     void keysMoveAFocusedControlThroughItsCommand_data();
     void keysMoveAFocusedControlThroughItsCommand();
-    void spaceTogglesAFocusedSwitch();
     void showsOffDimmedAndCutsALongNameWithATooltip();
     void markersShowTheCurrentColourAndTone();
 
@@ -67,36 +62,67 @@ void TestLightRow::makeRow(bool color, bool ambient)
     QVERIFY(QTest::qWaitForWindowExposed(m_row.get()));
 }
 
-void TestLightRow::sliderSendsTheBrightnessOfItsPosition_data()
+void TestLightRow::dragSendsTheValueOfThePoint_data()
 {
-    QTest::addColumn<qreal>("fraction"); // of the slider's width
-    QTest::addColumn<int>("brightness");
-    QTest::addColumn<bool>("on");
-
-    QTest::newRow("right end sends 255") << 1.0 << 255 << true;
-    QTest::newRow("beyond the right end") << 1.3 << 255 << true;
-    QTest::newRow("middle") << 0.5 << 127 << true;
-    QTest::newRow("a fifth") << 0.2 << 51 << true;
-    QTest::newRow("left end switches off") << 0.0 << 0 << false;
-    QTest::newRow("beyond the left end") << -0.2 << 0 << false;
+    // Points as fractions of the control's real size (first to last pixel), which a click reaches; beyond 1
+    // or below 0 is a drag past the control's edge, which must stay in the bridge's ranges. The record
+    // starts off, so every change but a brightness of 0 switches the lamp on.
+    QTest::addColumn<QString>("control"); // class name
+    QTest::addColumn<QPointF>("point");
+    QTest::addColumn<qint64>("ctMax"); // the lamp's range is 153..ctMax; 10000 with ct_min 0: none reported
+    QTest::addColumn<QJsonObject>("body");
+    const auto row = [](const char* name, const char* control, QPointF point, const QJsonObject& body,
+                        qint64 ctMax = 454) {
+        QJsonObject withTransition = body;
+        withTransition.insert(u"transitiontime"_qs, 2);
+        QTest::newRow(name) << QString::fromLatin1(control) << point << ctMax << withTransition;
+    };
+    const auto bri = [](int value) { return QJsonObject{{"bri", value}, {"on", value > 0}}; };
+    row("slider, right end sends 255", "CustomSlider", {1.0, 0.5}, bri(255));
+    row("slider, beyond the right end", "CustomSlider", {1.3, 0.5}, bri(255));
+    row("slider, middle", "CustomSlider", {0.5, 0.5}, bri(127));
+    row("slider, a fifth", "CustomSlider", {0.2, 0.5}, bri(51));
+    row("slider, left end switches off", "CustomSlider", {0.0, 0.5}, bri(0));
+    row("slider, beyond the left end", "CustomSlider", {-0.2, 0.5}, bri(0));
+    const auto hueSat = [](int hue, int sat) {
+        return QJsonObject{{"hue", hue}, {"sat", sat}, {"on", true}};
+    };
+    row("colour, bottom edge is saturation 250", "ColorField", {0.05, 1}, hueSat(3276, 250));
+    row("colour, half way is hue 32767", "ColorField", {0.5, 0.5}, hueSat(32767, 125));
+    row("colour, right edge is hue 65535", "ColorField", {1, 0}, hueSat(65535, 0));
+    row("colour, far past the bottom right", "ColorField", {9, 12}, hueSat(65535, 250));
+    row("colour, far past the top left", "ColorField", {-7, -3}, hueSat(0, 0));
+    const auto ct = [](int mired) { return QJsonObject{{"ct", mired}, {"on", true}}; };
+    row("white tone, left end is exactly ct_min", "TemperatureBar", {0.0, 0.5}, ct(153));
+    row("white tone, half way", "TemperatureBar", {0.5, 0.5}, ct(153 + 150));
+    row("white tone, right end is ct_max", "TemperatureBar", {1.0, 0.5}, ct(454));
+    row("white tone, past the right end", "TemperatureBar", {1.6, 0.5}, ct(454));
+    row("white tone, past the left end", "TemperatureBar", {-0.4, 0.5}, ct(153));
+    // The decoder's stand-ins for a lamp that reports no range: the common white range instead.
+    row("white tone, no range, right end", "TemperatureBar", {1.0, 0.5}, ct(500), 10000);
+    row("white tone, no range, left end", "TemperatureBar", {0.0, 0.5}, ct(153), 10000);
 }
 
-void TestLightRow::sliderSendsTheBrightnessOfItsPosition()
+void TestLightRow::dragSendsTheValueOfThePoint()
 {
-    QFETCH(qreal, fraction);
-    QFETCH(int, brightness);
-    QFETCH(bool, on);
+    QFETCH(QString, control);
+    QFETCH(QPointF, point);
+    QFETCH(qint64, ctMax);
+    QFETCH(QJsonObject, body);
 
-    // Fractions of the span from the first pixel to the last, which a click reaches.
-    auto* slider = m_row->findChild<CustomSlider*>();
-    drag(slider, {QPointF((slider->width() - 1) * fraction, 8)});
+    m_bench->settings().updateLight(m_id, [=](HueLight& l) {
+        l.is_on = false;
+        l.ct_min = ctMax == 10000 ? 0 : 153;
+        l.ct_max = ctMax;
+    });
+    QWidget* target = childOfClass(m_row.get(), control);
+    QVERIFY(target);
+    drag(target, {QPointF(point.x() * (target->width() - 1), point.y() * (target->height() - 1))});
 
-    const HueLight record = m_bench->settings().lights().first();
-    QCOMPARE(record.brightness, brightness);
-    QCOMPARE(record.is_on, on);
+    // Shown at once in the record, and sent as one request.
+    QCOMPARE(unshownFields(m_bench->settings().lights().first(), body), QStringList());
     QTRY_COMPARE(m_bench->requestsTo(u"lights/%1/state"_qs.arg(m_id)).size(), 1);
-    QCOMPARE(m_bench->requestsTo(u"lights/%1/state"_qs.arg(m_id)).first().body,
-             (QJsonObject{{"bri", brightness}, {"on", on}, {"transitiontime", 2}}));
+    QCOMPARE(m_bench->requestsTo(u"lights/%1/state"_qs.arg(m_id)).first().body, body);
 }
 
 void TestLightRow::dragOfManyMovesReachesTheBridgeAsItsLastValue()
@@ -115,88 +141,18 @@ void TestLightRow::dragOfManyMovesReachesTheBridgeAsItsLastValue()
     QCOMPARE(m_bench->bridge().light(m_id).value(u"state").toObject().value(u"bri").toInt(), last);
 }
 
-void TestLightRow::colorFieldSendsHueAndSaturation_data()
-{
-    // Points as fractions of the field's real size (first to last pixel); beyond 1 or below 0 is a drag past
-    // the field's edge, which must stay in the bridge's ranges.
-    QTest::addColumn<QPointF>("point");
-    QTest::addColumn<int>("hue");
-    QTest::addColumn<int>("saturation");
-
-    QTest::newRow("bottom edge is saturation 250") << QPointF(0.05, 1) << 3276 << 250;
-    QTest::newRow("half way is hue 32767") << QPointF(0.5, 0.5) << 32767 << 125;
-    QTest::newRow("right edge is hue 65535") << QPointF(1, 0) << 65535 << 0;
-    QTest::newRow("dragged far past the bottom right") << QPointF(9, 12) << 65535 << 250;
-    QTest::newRow("dragged far past the top left") << QPointF(-7, -3) << 0 << 0;
-}
-
-void TestLightRow::colorFieldSendsHueAndSaturation()
-{
-    QFETCH(QPointF, point);
-    QFETCH(int, hue);
-    QFETCH(int, saturation);
-
-    m_bench->settings().updateLight(m_id, [](HueLight& l) { l.is_on = false; });
-    auto* field = m_row->findChild<ColorField*>();
-    drag(field, {QPointF(point.x() * (field->width() - 1), point.y() * (field->height() - 1))});
-
-    const HueLight record = m_bench->settings().lights().first();
-    QCOMPARE(record.hue, hue);
-    QCOMPARE(record.saturation, saturation);
-    QVERIFY(record.is_on);
-    QTRY_COMPARE(m_bench->requestsTo(u"lights/%1/state"_qs.arg(m_id)).size(), 1);
-    QCOMPARE(m_bench->requestsTo(u"lights/%1/state"_qs.arg(m_id)).first().body,
-             (QJsonObject{{"hue", hue}, {"sat", saturation}, {"on", true}, {"transitiontime", 2}}));
-}
-
-void TestLightRow::whiteToneBarSendsTheTemperatureRange_data()
-{
-    QTest::addColumn<qreal>("fraction"); // of the bar's real width, first to last pixel
-    QTest::addColumn<qint64>("ctMin");
-    QTest::addColumn<qint64>("ctMax");
-    QTest::addColumn<int>("mired");
-
-    QTest::newRow("left end is exactly ct_min") << 0.0 << qint64(153) << qint64(454) << 153;
-    QTest::newRow("half way") << 0.5 << qint64(153) << qint64(454) << 153 + 150;
-    QTest::newRow("a click at the right end is ct_max") << 1.0 << qint64(153) << qint64(454) << 454;
-    QTest::newRow("dragged past the right end") << 1.6 << qint64(153) << qint64(454) << 454;
-    QTest::newRow("dragged past the left end") << -0.4 << qint64(153) << qint64(454) << 153;
-    // The decoder's stand-ins for a lamp that reports no range: the common white range instead.
-    QTest::newRow("no range reported, right end") << 1.0 << qint64(0) << qint64(10000) << 500;
-    QTest::newRow("no range reported, left end") << 0.0 << qint64(0) << qint64(10000) << 153;
-}
-
-void TestLightRow::whiteToneBarSendsTheTemperatureRange()
-{
-    QFETCH(qreal, fraction);
-    QFETCH(qint64, ctMin);
-    QFETCH(qint64, ctMax);
-    QFETCH(int, mired);
-
-    m_bench->settings().updateLight(m_id, [=](HueLight& l) {
-        l.ct_min = ctMin;
-        l.ct_max = ctMax;
-    });
-    auto* bar = m_row->findChild<TemperatureBar*>();
-    drag(bar, {QPointF(fraction * (bar->width() - 1), 7)});
-
-    QCOMPARE(m_bench->settings().lights().first().color_temperature, mired);
-    QTRY_COMPARE(m_bench->requestsTo(u"lights/%1/state"_qs.arg(m_id)).size(), 1);
-    QCOMPARE(m_bench->requestsTo(u"lights/%1/state"_qs.arg(m_id)).first().body,
-             (QJsonObject{{"ct", mired}, {"on", true}, {"transitiontime", 2}}));
-}
-
 void TestLightRow::switchSendsOnAndOff()
 {
     auto* toggle = m_row->findChild<RowSwitch*>();
     QVERIFY(toggle->isChecked()); // the record is on
+    QCOMPARE(toggle->accessibleName(), u"Lamp %1"_qs.arg(m_id));
 
     QTest::mouseClick(toggle, Qt::LeftButton);
     QVERIFY(!m_bench->settings().lights().first().is_on);
     QTRY_COMPARE(m_bench->requestsTo(u"lights/%1/state"_qs.arg(m_id)).size(), 1);
     QCOMPARE(m_bench->requestsTo(u"lights/%1/state"_qs.arg(m_id)).last().body, (QJsonObject{{"on", false}}));
 
-    QTest::mouseClick(toggle, Qt::LeftButton);
+    QTest::keyClick(toggle, Qt::Key_Space); // a focused switch toggles on Space
     QVERIFY(m_bench->settings().lights().first().is_on);
     QTRY_COMPARE(m_bench->requestsTo(u"lights/%1/state"_qs.arg(m_id)).size(), 2);
     QCOMPARE(m_bench->requestsTo(u"lights/%1/state"_qs.arg(m_id)).last().body, (QJsonObject{{"on", true}}));
@@ -273,11 +229,7 @@ void TestLightRow::keysMoveAFocusedControlThroughItsCommand()
     QFETCH(QList<int>, keys);
     QFETCH(QJsonObject, body);
 
-    QWidget* focused = nullptr;
-    for (auto* candidate : m_row->findChildren<QWidget*>()) {
-        if (QString::fromLatin1(candidate->metaObject()->className()) == control)
-            focused = candidate;
-    }
+    QWidget* focused = childOfClass(m_row.get(), control);
     QVERIFY(focused && (focused->focusPolicy() & Qt::TabFocus));
     for (int key : keys)
         QTest::keyClick(focused, Qt::Key(key));
@@ -286,16 +238,6 @@ void TestLightRow::keysMoveAFocusedControlThroughItsCommand()
     const QList<SimulatedRequest> sent = m_bench->requestsTo(u"lights/%1/state"_qs.arg(m_id));
     QCOMPARE(sent.size(), 1);
     QCOMPARE(sent.first().body, body);
-}
-
-void TestLightRow::spaceTogglesAFocusedSwitch()
-{
-    auto* toggle = m_row->findChild<RowSwitch*>();
-    QCOMPARE(toggle->accessibleName(), u"Lamp %1"_qs.arg(m_id));
-    QTest::keyClick(toggle, Qt::Key_Space);
-    QVERIFY(!m_bench->settings().lights().first().is_on);
-    QTRY_COMPARE(m_bench->requestsTo(u"lights/%1/state"_qs.arg(m_id)).size(), 1);
-    QCOMPARE(m_bench->requestsTo(u"lights/%1/state"_qs.arg(m_id)).first().body, (QJsonObject{{"on", false}}));
 }
 
 void TestLightRow::showsOffDimmedAndCutsALongNameWithATooltip()

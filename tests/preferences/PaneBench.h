@@ -1,48 +1,18 @@
 #pragma once
 
 #include "DiscoveryServer.h"
+#include "FakeCommands.h"
 #include "TestSupport.h"
 #include "connection/BridgeConnection.h"
 #include "connection/BridgeDiscovery.h"
 #include "connection/BridgePairing.h"
-#include "connection/CommandExecuting.h"
 #include "preferences/panes/DebugReport.h"
 #include "simulator/BridgeSimulator.h"
 
-#include <QMetaObject>
 #include <QNetworkAccessManager>
 #include <QTest>
 
 #include <memory>
-
-/// Stands in for the shell: an ARP table to hand out (none: `arp` is not installed), and a record of the
-/// scripts asked for.
-class FakeCommands final : public QObject, public CommandExecuting
-{
-public:
-    std::optional<QString> arpTable;
-    QStringList scriptsRun;
-
-    void resolveCommandPath(const QString& name, std::function<void(PathResult)> done) override
-    {
-        later([this, name, done] {
-            arpTable ? done(QStringLiteral("/usr/sbin/arp")) : done(BashError{{}, name});
-        });
-    }
-    void runCommand(const QString&, const QStringList&, std::function<void(QString)> done) override
-    {
-        later([this, done] { done(arpTable.value_or(QString())); });
-    }
-    void runScript(const QString& name, const QStringList& arguments,
-                   std::function<void(std::optional<QString>)> done) override
-    {
-        scriptsRun << name + u'|' + arguments.join(u' ');
-        later([done] { done(QStringLiteral("Debug report written to nowhere")); });
-    }
-
-private:
-    void later(std::function<void()> call) { QMetaObject::invokeMethod(this, call, Qt::QueuedConnection); }
-};
 
 /// What the preference panes talk to, as in the running program: the shared state on a fresh settings file,
 /// the real discovery, pairing and connection against a simulated bridge on loopback, a stand-in discovery

@@ -20,9 +20,8 @@ class TestConnectionView final : public QObject
 private Q_SLOTS:
     void init();
     void cleanup();
-    void statusShowsTheConnectionAndTheMatchingButton();
+    void statusShowsTheConnectionAndItsButtonDisconnects();
     void pairingAsksForTheLinkButtonUntilItIsPressed();
-    void disconnectStoresAnEmptyKey();
     void detectFillsInTheAddressOrSaysNothingWasFound_data();
     void detectFillsInTheAddressOrSaysNothingWasFound();
     void linkButtonAnimationHoldsTheLastFrameForThirtyTicks();
@@ -76,7 +75,7 @@ void TestConnectionView::cleanup()
     m_bench.reset();
 }
 
-void TestConnectionView::statusShowsTheConnectionAndTheMatchingButton()
+void TestConnectionView::statusShowsTheConnectionAndItsButtonDisconnects()
 {
     const bool dark = PaneWidgets::isDark(m_view.get());
     QCOMPARE(status(), QStringLiteral("DISCONNECTED"));
@@ -86,8 +85,7 @@ void TestConnectionView::statusShowsTheConnectionAndTheMatchingButton()
     QVERIFY(shows(ConnectionView::unpairedHint()));
     QVERIFY(!shows(ConnectionView::connectedHint()));
 
-    m_bench->settings().setHueKey(QStringLiteral("a-key"));
-    m_bench->settings().setBridgeConnected(true);
+    QVERIFY(m_bench->connect());
 
     QCOMPARE(status(), QStringLiteral("CONNECTED"));
     QCOMPARE(child<QLabel>(QStringLiteral("connectionStatus"))->palette().color(QPalette::WindowText),
@@ -95,6 +93,14 @@ void TestConnectionView::statusShowsTheConnectionAndTheMatchingButton()
     QCOMPARE(statusButton()->text(), QStringLiteral("Disconnect"));
     QVERIFY(shows(ConnectionView::connectedHint()));
     QVERIFY(!shows(ConnectionView::unpairedHint()));
+
+    QTest::mouseClick(statusButton(), Qt::LeftButton);
+
+    QCOMPARE(status(), QStringLiteral("DISCONNECTED"));
+    QCOMPARE(m_bench->store().value(SettingsKeys::bridgeUser), QVariant(QString())); // empty, not removed
+    QCOMPARE(m_bench->settings().hueKey(), QString());
+    QCOMPARE(m_bench->store().readString(SettingsKeys::bridgeIP), m_bench->bridge().hostAndPort());
+    QCOMPARE(statusButton()->text(), QStringLiteral("Connect"));
 }
 
 void TestConnectionView::pairingAsksForTheLinkButtonUntilItIsPressed()
@@ -127,20 +133,6 @@ void TestConnectionView::pairingAsksForTheLinkButtonUntilItIsPressed()
     QCOMPARE(m_bench->store().readString(SettingsKeys::bridgeUser), m_bench->bridge().users().last());
     QCOMPARE(m_bench->store().readString(SettingsKeys::bridgeIP), m_bench->bridge().hostAndPort());
     QVERIFY(!m_bench->settings().lights().isEmpty());
-}
-
-void TestConnectionView::disconnectStoresAnEmptyKey()
-{
-    QVERIFY(m_bench->connect());
-    QCOMPARE(statusButton()->text(), QStringLiteral("Disconnect"));
-
-    QTest::mouseClick(statusButton(), Qt::LeftButton);
-
-    QCOMPARE(status(), QStringLiteral("DISCONNECTED"));
-    QCOMPARE(m_bench->store().value(SettingsKeys::bridgeUser), QVariant(QString())); // empty, not removed
-    QCOMPARE(m_bench->settings().hueKey(), QString());
-    QCOMPARE(m_bench->store().readString(SettingsKeys::bridgeIP), m_bench->bridge().hostAndPort());
-    QCOMPARE(statusButton()->text(), QStringLiteral("Connect"));
 }
 
 void TestConnectionView::detectFillsInTheAddressOrSaysNothingWasFound_data()

@@ -71,24 +71,15 @@ void TestPreferencesWindowController::showPicksThePane_data()
     QTest::addColumn<QString>("asked");
     QTest::addColumn<QString>("shown");
 
-    QTest::newRow("first show") << ""
-                                << ""
-                                << "general";
-    QTest::newRow("by identifier") << ""
-                                   << "lights"
-                                   << "lights";
-    QTest::newRow("unknown identifier") << ""
-                                        << "hotkeys"
-                                        << "general";
-    QTest::newRow("the last one again") << "lights"
-                                        << ""
-                                        << "lights";
-    QTest::newRow("another one") << "lights"
-                                 << "advanced"
-                                 << "advanced";
-    QTest::newRow("unknown after another") << "lights"
-                                           << "nope"
-                                           << "general";
+    const auto row = [](const char* name, const char* earlier, const char* asked, const char* shown) {
+        QTest::newRow(name) << QString(earlier) << QString(asked) << QString(shown);
+    };
+    row("first show", "", "", "general");
+    row("by identifier", "", "lights", "lights");
+    row("unknown identifier", "", "hotkeys", "general");
+    row("the last one again", "lights", "", "lights");
+    row("another one", "lights", "advanced", "advanced");
+    row("unknown after another", "lights", "nope", "general");
 }
 
 void TestPreferencesWindowController::showPicksThePane()

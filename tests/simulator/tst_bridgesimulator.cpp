@@ -27,8 +27,6 @@ private slots:
     void changesShowInTheNextRead();
     void scheduleFires();
     void membersKeepTheirOrder();
-    void faultsSpoilTheAnswer_data();
-    void faultsSpoilTheAnswer();
     void latencyDoesNotBlock();
     void homeRoundTrip();
     void badHomeFileChangesNothing_data();
@@ -213,41 +211,6 @@ void tst_BridgeSimulator::membersKeepTheirOrder()
                                 R"({"7":{"name":"b","state":{"on":true}},"3":{"name":"a","state":{}}})");
     QCOMPARE(m_simulator->lightIds(), (QStringList{"7", "3"}));
     QCOMPARE(servedIds("/lights"), (QStringList{"7", "3"}));
-}
-
-void tst_BridgeSimulator::faultsSpoilTheAnswer_data()
-{
-    QTest::addColumn<BridgeSimulator::Fault>("fault");
-    QTest::addColumn<int>("times");
-    QTest::addColumn<QNetworkReply::NetworkError>("error");
-    QTest::addColumn<int>("errorType"); // 0: the body is no JSON at all
-    // Qt retries on a dropped keep-alive connection, so a drop must last to be seen.
-    QTest::newRow("drop") << BridgeSimulator::Fault::DropConnection << -1
-                          << QNetworkReply::RemoteHostClosedError << 0;
-    QTest::newRow("garbage") << BridgeSimulator::Fault::GarbageBody << 1 << QNetworkReply::NoError << 0;
-    QTest::newRow("error array") << BridgeSimulator::Fault::ErrorArray << 1 << QNetworkReply::NoError << 901;
-    QTest::newRow("HTTP error") << BridgeSimulator::Fault::HttpError << 1
-                                << QNetworkReply::InternalServerError << 0;
-}
-
-void tst_BridgeSimulator::faultsSpoilTheAnswer()
-{
-    QFETCH(BridgeSimulator::Fault, fault);
-    QFETCH(int, times);
-    QFETCH(QNetworkReply::NetworkError, error);
-    QFETCH(int, errorType);
-    QVERIFY(send("GET", api("/config")).json.isObject()); // a keep-alive connection is open now
-
-    m_simulator->setFault(fault, times);
-    const Reply reply = send("PUT", api("/lights/1/state"), R"({"on":false})");
-    QCOMPARE(reply.error, error);
-    QCOMPARE(reply.json.isNull() ? 0 : first(reply, "error").value("type").toInt(-1), errorType);
-    QVERIFY(m_simulator->light("1")["state"][u"on"].toBool()); // not applied
-
-    if (times < 0)
-        m_simulator->setFault(BridgeSimulator::Fault::None);
-    const Reply after = send("PUT", api("/lights/1/state"), R"({"on":false})");
-    QVERIFY2(!first(after, "success").isEmpty(), after.body.constData());
 }
 
 void tst_BridgeSimulator::latencyDoesNotBlock()

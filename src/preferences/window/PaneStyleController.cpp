@@ -1,7 +1,8 @@
 #include "preferences/window/PaneStyleController.h"
 
+#include "preferences/window/ChoiceAccessible.h"
+
 #include <QAccessible>
-#include <QAccessibleWidget>
 #include <QAction>
 #include <QActionGroup>
 #include <QButtonGroup>
@@ -14,47 +15,17 @@ namespace {
 const QString toolbarName = QStringLiteral("PreferencesToolbar");
 const QString segmentedControlName = QStringLiteral("toolbarSegmentedControl");
 
-/// A pane button is a tab to assistive technology ("page tab", selected while its pane shows), not the check
-/// box a checkable button would otherwise be.
-class PaneButtonAccessible final : public QAccessibleWidget
-{
-public:
-    explicit PaneButtonAccessible(QAbstractButton* button) : QAccessibleWidget(button, QAccessible::PageTab)
-    {}
-
-    QString text(QAccessible::Text kind) const override
-    {
-        return kind == QAccessible::Name ? QString(button()->text()).remove(u'&')
-                                         : QAccessibleWidget::text(kind);
-    }
-    QAccessible::State state() const override
-    {
-        QAccessible::State state = QAccessibleWidget::state();
-        state.selectable = true;
-        state.selected = button()->isChecked();
-        return state;
-    }
-    QStringList actionNames() const override { return {pressAction()}; }
-    void doAction(const QString& name) override
-    {
-        if (name == pressAction())
-            button()->click();
-    }
-
-private:
-    QAbstractButton* button() const { return static_cast<QAbstractButton*>(widget()); }
-};
-
 QAccessibleInterface* paneButtonAccessible(const QString&, QObject* object)
 {
-    // Decided by where the button sits, known from its construction on: assistive technology may ask for a
-    // button's interface (and keep it) before anything else is set on the button.
+    // A pane button is a tab to assistive technology, selected while its pane shows. Decided by where the
+    // button sits, known from its construction on: assistive technology may ask for a button's interface (and
+    // keep it) before anything else is set on the button.
     if (object->metaObject() != &QToolButton::staticMetaObject)
         return nullptr;
     auto* button = static_cast<QToolButton*>(object);
     const QWidget* parent = button->parentWidget();
     if (parent && (parent->objectName() == toolbarName || parent->objectName() == segmentedControlName))
-        return new PaneButtonAccessible(button);
+        return new ChoiceAccessible(button, QAccessible::PageTab);
     return nullptr;
 }
 
