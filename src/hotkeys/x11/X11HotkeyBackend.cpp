@@ -8,6 +8,7 @@
 #include <xcb/xcb_keysyms.h>
 
 #include <cstdlib>
+#include <utility>
 
 namespace {
 
@@ -192,6 +193,7 @@ void X11HotkeyBackend::onMappingChanged()
     }
     m_held.clear();
     m_pendingRelease.reset();
+    m_toldRelease.reset();
     xcb_flush(m_connection);
 }
 
@@ -244,6 +246,10 @@ void X11HotkeyBackend::onKeyEvent(bool press, xcb_keycode_t keycode, uint16_t st
         m_pendingRelease.reset();
         return;
     }
+    // The press of a repeat can also come in a later read than its release, on a busy machine: the release
+    // was told already, and the key is still the same press.
+    if (m_toldRelease && m_toldRelease->keycode == keycode && m_toldRelease->time == time)
+        return;
     reportPendingRelease();
     if (m_held.contains(keycode))
         return; // repeated without releases (detectable auto-repeat)
@@ -265,6 +271,6 @@ void X11HotkeyBackend::reportPendingRelease()
     if (!m_pendingRelease)
         return;
     const quint32 id = m_pendingRelease->id;
-    m_pendingRelease.reset();
+    m_toldRelease = std::exchange(m_pendingRelease, std::nullopt);
     Q_EMIT released(id);
 }

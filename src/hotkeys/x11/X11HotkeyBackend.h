@@ -75,4 +75,5 @@ private:
         xcb_timestamp_t time;
     };
     std::optional<Release> m_pendingRelease; // until the events that came with it are read
+    std::optional<Release> m_toldRelease;    // the last release told, to know its repeated press again
 };
