@@ -17,7 +17,7 @@ class ConnectionPool;
 /// a system call of its own on a thread of its own; a refresh of an unchanged home is two requests every few
 /// seconds, and this makes them cheap. The replies behave as Qt's do: the same signals, attributes, headers
 /// and error codes, `finished` exactly once, and `abort()` answering at once.
-class BridgeNetworkAccess final : public QNetworkAccessManager
+class BridgeNetworkAccess : public QNetworkAccessManager
 {
     Q_OBJECT
 

@@ -1,5 +1,6 @@
 #include "TestSupport.h"
 #include "bridge/ActionQueue.h"
+#include "bridge/BridgeNetworkAccess.h"
 #include "bridge/HueHelper.h"
 #include "simulator/BridgeSimulator.h"
 
@@ -45,7 +46,7 @@ void TestHueHelper::init()
     m_bridge = std::make_unique<BridgeSimulator>();
     QVERIFY(m_bridge->listen());
     m_state = std::make_unique<TestSettings>();
-    m_network = std::make_unique<QNetworkAccessManager>();
+    m_network = std::make_unique<BridgeNetworkAccess>();
     m_queue = std::make_unique<ActionQueue>(m_state->settings(), *m_network);
     m_helper = std::make_unique<HueHelper>(m_state->settings(), *m_queue);
 

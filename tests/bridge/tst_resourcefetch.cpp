@@ -1,4 +1,5 @@
 #include "TestSupport.h"
+#include "bridge/BridgeNetworkAccess.h"
 #include "bridge/ResourceFetch.h"
 #include "simulator/BridgeSimulator.h"
 
@@ -313,7 +314,7 @@ void TestResourceFetch::reportsFailuresWithTheListsOwnMessage()
         bridge.setLatency(int(fetchTimeout.count()) + 2000); // answers only after the fetch has given up
 
     PrintedLines printed;
-    QNetworkAccessManager network;
+    BridgeNetworkAccess network;
     std::optional<int> outcome;
     bool onMainThread = false; // decoding runs on a worker thread, the answer comes back to this one
     const auto done = [&](const auto& result) {

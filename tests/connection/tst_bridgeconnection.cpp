@@ -1,4 +1,5 @@
 #include "TestSupport.h"
+#include "bridge/BridgeNetworkAccess.h"
 #include "connection/BridgeConnection.h"
 #include "connection/BridgePairing.h"
 #include "simulator/BridgeSimulator.h"
@@ -81,7 +82,7 @@ void TestBridgeConnection::init()
     m_state = std::make_unique<TestSettings>();
     settings().setHueIP(m_bridge->hostAndPort());
     settings().setHueKey(m_key);
-    m_network = std::make_unique<QNetworkAccessManager>();
+    m_network = std::make_unique<BridgeNetworkAccess>();
     m_pairing = std::make_unique<BridgePairing>(settings(), *m_network);
     m_connection = std::make_unique<BridgeConnection>(settings(), *m_network, *m_pairing);
 }

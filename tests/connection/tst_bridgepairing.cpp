@@ -1,5 +1,6 @@
 #include "DiscoveryServer.h"
 #include "TestSupport.h"
+#include "bridge/BridgeNetworkAccess.h"
 #include "connection/BridgePairing.h"
 #include "simulator/BridgeSimulator.h"
 #include "state/SettingsKeys.h"
@@ -40,7 +41,7 @@ void TestBridgePairing::init()
     QVERIFY(m_bridge->listen());
     m_state = std::make_unique<TestSettings>();
     m_state->settings().setHueIP(m_bridge->hostAndPort());
-    m_network = std::make_unique<QNetworkAccessManager>();
+    m_network = std::make_unique<BridgeNetworkAccess>();
     m_pairing = std::make_unique<BridgePairing>(m_state->settings(), *m_network);
 }
 

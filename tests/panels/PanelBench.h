@@ -3,6 +3,7 @@
 #include "MouseDrag.h"
 #include "TestSupport.h"
 #include "bridge/ActionQueue.h"
+#include "bridge/BridgeNetworkAccess.h"
 #include "bridge/HueHelper.h"
 #include "simulator/BridgeSimulator.h"
 
@@ -19,7 +20,7 @@ class PanelBench final
 public:
     PanelBench()
     {
-        m_network = std::make_unique<QNetworkAccessManager>();
+        m_network = std::make_unique<BridgeNetworkAccess>();
         m_queue = std::make_unique<ActionQueue>(m_state.settings(), *m_network);
         m_helper = std::make_unique<HueHelper>(m_state.settings(), *m_queue);
     }

@@ -3,6 +3,7 @@
 #include "DiscoveryServer.h"
 #include "FakeCommands.h"
 #include "TestSupport.h"
+#include "bridge/BridgeNetworkAccess.h"
 #include "connection/BridgeConnection.h"
 #include "connection/BridgeDiscovery.h"
 #include "connection/BridgePairing.h"
@@ -55,7 +56,7 @@ public:
 private:
     TestSettings m_state;
     BridgeSimulator m_bridge;
-    QNetworkAccessManager m_network;
+    BridgeNetworkAccess m_network;
     std::unique_ptr<BridgePairing> m_pairing;
     std::unique_ptr<BridgeConnection> m_connection;
     std::unique_ptr<BridgeDiscovery> m_discovery;

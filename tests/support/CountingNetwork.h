@@ -1,10 +1,10 @@
 #pragma once
 
-#include <QNetworkAccessManager>
+#include "bridge/BridgeNetworkAccess.h"
 
-/// A network access manager that counts the requests made through it, so a test can prove that nothing was
-/// sent at all.
-class CountingNetwork final : public QNetworkAccessManager
+/// The program's network access manager, counting the requests made through it, so a test can prove that
+/// nothing was sent at all.
+class CountingNetwork final : public BridgeNetworkAccess
 {
 public:
     int requests = 0;
@@ -13,6 +13,6 @@ protected:
     QNetworkReply* createRequest(Operation op, const QNetworkRequest& request, QIODevice* body) override
     {
         ++requests;
-        return QNetworkAccessManager::createRequest(op, request, body);
+        return BridgeNetworkAccess::createRequest(op, request, body);
     }
 };

@@ -3,6 +3,7 @@
 #include "FakeHotkeyBackend.h"
 #include "TestSupport.h"
 #include "bridge/ActionQueue.h"
+#include "bridge/BridgeNetworkAccess.h"
 #include "bridge/HueHelper.h"
 #include "hotkeys/GlobalHotkeys.h"
 #include "hotkeys/HotkeyActions.h"
@@ -56,7 +57,7 @@ public:
 
 private:
     TestSettings m_state;
-    QNetworkAccessManager m_network;
+    BridgeNetworkAccess m_network;
     ActionQueue m_queue;
     HueHelper m_helper;
     HotkeyActions m_actions;

@@ -128,8 +128,9 @@ public:
     /// @p times -1: until setFault(Fault::None); N: the next N requests only. @p method, when given ("PUT"),
     /// limits the fault to requests with that method; the others are answered normally and not counted.
     /// Requests hit by a fault do not change the home, except under DripFeed, whose answer is the real one.
-    /// Note that QNetworkAccessManager silently sends a request again once when its reused keep-alive
-    /// connection is dropped, so its callers only see a drop that lasts at least two requests.
+    /// Note that both Qt's network access manager and the program's own send a request again once when a
+    /// reused keep-alive connection is dropped, so their callers only see a drop that lasts at least two
+    /// requests.
     void setFault(Fault fault, int times = -1, const QByteArray& method = {});
     Fault fault() const { return m_fault; }
     /// How DripFeed trickles: @p bytes at once, then a pause of @p intervalMs (4 bytes every 3 s by default,
