@@ -1,6 +1,6 @@
 #pragma once
 
-#include "bridge/ActionQueueItem.h"
+#include "model/ActionQueueItem.h"
 #include "bridge/BridgeAnswer.h"
 
 #include <QObject>

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "bridge/HueGroup.h"
-#include "bridge/HueLight.h"
-#include "bridge/HueScene.h"
+#include "model/HueGroup.h"
+#include "model/HueLight.h"
+#include "model/HueScene.h"
 #include "bridge/WireTypes.h"
 
 #include <optional>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "bridge/HueGroup.h"
+#include "model/HueGroup.h"
 
 #include <QList>
 #include <QObject>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "bridge/HueGroup.h"
-#include "bridge/HueLight.h"
+#include "model/HueGroup.h"
+#include "model/HueLight.h"
 #include "panels/ControlRow.h"
 
 #include <functional>

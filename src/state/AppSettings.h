@@ -1,9 +1,9 @@
 #pragma once
 
-#include "bridge/ActionQueueItem.h"
-#include "bridge/HueGroup.h"
-#include "bridge/HueLight.h"
-#include "bridge/HueScene.h"
+#include "model/ActionQueueItem.h"
+#include "model/HueGroup.h"
+#include "model/HueLight.h"
+#include "model/HueScene.h"
 #include "state/MainPanels.h"
 
 #include <QDateTime>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "bridge/HueLight.h"
+#include "model/HueLight.h"
 
 #include <QList>
 
