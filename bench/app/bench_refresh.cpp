@@ -11,7 +11,7 @@
 //   --interval pauses between ticks as the program does (3500), so each tick starts with cold caches.
 
 #include "LargeHome.h"
-#include "bridge/BridgeNetworkAccess.h"
+#include "bridge/BridgeNetwork.h"
 #include "bridge/ResourceFetch.h"
 #include "connection/BridgeConnection.h"
 #include "connection/BridgePairing.h"
@@ -223,7 +223,7 @@ int main(int argc, char* argv[])
         }
         const bool inMemory = parser.isSet(memoryOption);
         auto network = parser.isSet(qtNetworkOption) ? std::make_unique<QNetworkAccessManager>()
-                                                     : std::make_unique<BridgeNetworkAccess>();
+                                                     : std::make_unique<BridgeNetwork>();
         bench = std::make_unique<RefreshBench>(
             match.captured(1), ticks, inMemory ? QString() : dir.filePath(QStringLiteral("settings.json")),
             std::move(network), parser.value(intervalOption).toInt());

@@ -6,7 +6,7 @@
 #include "app/StatusBarMenuWindowController.h"
 #include "app/SwitchOffNotice.h"
 #include "bridge/ActionQueue.h"
-#include "bridge/BridgeNetworkAccess.h"
+#include "bridge/BridgeNetwork.h"
 #include "bridge/HueHelper.h"
 #include "connection/BridgeConnection.h"
 #include "connection/BridgeDiscovery.h"
@@ -108,7 +108,8 @@ void AppDelegate::createPreferences()
 
 void AppDelegate::start()
 {
-    m_network = std::make_unique<BridgeNetworkAccess>();
+    m_network = std::make_unique<BridgeNetwork>();
+    m_network->addTrustRoots(m_options.bridgeTrustRoots);
     m_store = std::make_unique<JsonSettingsStore>(m_options.settingsFile);
 
     // Reports go out before anything else can fail.

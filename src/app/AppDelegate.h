@@ -6,6 +6,7 @@
 #include <QElapsedTimer>
 #include <QObject>
 #include <QPointer>
+#include <QSslCertificate>
 #include <QSystemTrayIcon>
 #include <QUrl>
 
@@ -32,7 +33,7 @@ class JsonSettingsStore;
 class PreferencesWindowController;
 class QAction;
 class QMenu;
-class QNetworkAccessManager;
+class BridgeNetwork;
 class QTimer;
 class ReviewPrompt;
 class ShellRunner;
@@ -53,6 +54,8 @@ struct AppDelegateOptions
     const QElapsedTimer* startupClock = nullptr;
     /// Makes the desktop's service for global shortcuts; empty: the platform's own (tests pass a fake one).
     std::function<std::unique_ptr<HotkeyBackend>()> hotkeyBackend;
+    /// Authorities trusted for the bridge beside its maker's (--trust-root, the demo's own).
+    QList<QSslCertificate> bridgeTrustRoots;
 };
 
 /// The composition root: owns the shared state, the bridge client, the tray icon, its menu and the windows
@@ -134,7 +137,7 @@ private:
     std::unique_ptr<SleepWatcher> m_sleepWatcher;
     std::unique_ptr<DesktopAppearance> m_appearance;
     std::optional<QPalette> m_lightPalette; // the palette before a dark one replaced it
-    std::unique_ptr<QNetworkAccessManager> m_network;
+    std::unique_ptr<BridgeNetwork> m_network;
     std::unique_ptr<JsonSettingsStore> m_store;
     std::unique_ptr<Diagnostics> m_diagnostics;
     std::unique_ptr<AppSettings> m_settings;

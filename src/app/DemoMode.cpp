@@ -51,6 +51,11 @@ QString DemoMode::settingsFile() const
     return m_folder.filePath(QStringLiteral("settings.json"));
 }
 
+QList<QSslCertificate> DemoMode::trustRoots() const
+{
+    return {};
+}
+
 QString DemoMode::crashFolder() const
 {
     return m_folder.filePath(QStringLiteral("crashes"));

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QList>
+#include <QSslCertificate>
 #include <QString>
 #include <QTemporaryDir>
 
@@ -24,6 +26,8 @@ public:
 
     QString settingsFile() const;
     QString crashFolder() const;
+    /// The simulated bridge's own authority, trusted for its certificate in the demo only.
+    QList<QSslCertificate> trustRoots() const;
     /// Where "Run at Start" keeps its record in the demo, instead of the user's real start-up settings.
     QString loginItemFolder() const;
 

@@ -1,5 +1,7 @@
 #include "app/Launcher.h"
 
+#include "bridge/BridgeNetwork.h"
+
 #include "app/AppDelegate.h"
 #include "app/DemoMode.h"
 #include "app/SleepWatcher.h"
@@ -63,8 +65,15 @@ int runGlowdeck(int argc, char** argv, const QElapsedTimer& startupClock)
                                             QStringLiteral("file"));
     const QCommandLineOption demoOption(
         QStringLiteral("demo"), QStringLiteral("Run against a simulated bridge, with settings of its own."));
+    const QCommandLineOption trustRootOption(
+        QStringLiteral("trust-root"),
+        QStringLiteral(
+            "Also trust the authority in <file> (PEM) for the bridge's certificate, beside the bridge "
+            "maker's own (for a test bridge)."),
+        QStringLiteral("file"));
     parser.addOption(settingsOption);
     parser.addOption(demoOption);
+    parser.addOption(trustRootOption);
     if (!parser.parse(argumentList(argc, argv))) {
         std::fprintf(stderr, "%s\nTry glowdeck --help.\n", qPrintable(parser.errorText()));
         return 2;
@@ -121,6 +130,25 @@ int runGlowdeck(int argc, char** argv, const QElapsedTimer& startupClock)
         options.crashFolder = QStandardPaths::writableLocation(QStandardPaths::AppLocalDataLocation) +
                               QStringLiteral("/crashes");
     }
+    QStringList trustFiles = parser.values(trustRootOption);
+    if (qEnvironmentVariableIsSet("GLOWDECK_BRIDGE_TRUST_ROOTS"))
+        trustFiles.prepend(qEnvironmentVariable("GLOWDECK_BRIDGE_TRUST_ROOTS"));
+    for (const QString& file : trustFiles) {
+        QString problem;
+        const QList<QSslCertificate> roots = BridgeNetwork::readRoots(file, &problem);
+        if (!problem.isEmpty()) {
+            std::fprintf(stderr, "glowdeck: --trust-root: %s\n", qPrintable(problem));
+            return 2;
+        }
+        // Said every time: an extra authority can vouch for any bridge, so it must never be there unnoticed.
+        for (const QSslCertificate& root : roots)
+            std::fprintf(stdout, "glowdeck: also trusting %s (%s) for the bridge's certificate\n",
+                         qPrintable(root.subjectInfo(QSslCertificate::CommonName).value(0)),
+                         qPrintable(file));
+        options.bridgeTrustRoots += roots;
+    }
+    if (demo)
+        options.bridgeTrustRoots += demo->trustRoots();
     options.links = ProductLinks::fromEnvironment();
     if (qEnvironmentVariableIsSet("GLOWDECK_TRACE_STARTUP"))
         options.startupClock = &startupClock;

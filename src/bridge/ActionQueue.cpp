@@ -1,5 +1,6 @@
 #include "bridge/ActionQueue.h"
 
+#include "bridge/BridgeNetwork.h"
 #include "bridge/BridgeUrl.h"
 #include "bridge/HttpExchange.h"
 #include "state/AppSettings.h"
@@ -73,6 +74,7 @@ void ActionQueue::send(const ActionQueueItem& item)
 {
     QNetworkRequest request(item.url);
     request.setHeader(QNetworkRequest::ContentTypeHeader, QByteArrayLiteral("application/json"));
+    BridgeNetwork::prepare(request, m_settings.bridgeIdentity());
     const QByteArray method =
         item.url.toString().contains(u"/schedules") ? QByteArrayLiteral("POST") : QByteArrayLiteral("PUT");
     ++m_inFlight;

@@ -1,5 +1,7 @@
 #include "bridge/BridgeUrl.h"
 
+#include "model/BridgeAddress.h"
+
 namespace {
 
 bool isSegment(const QString& text)
@@ -7,15 +9,14 @@ bool isSegment(const QString& text)
     return !text.isEmpty() && text != u"." && text != u"..";
 }
 
-} // namespace
-
-QUrl bridgeResourceUrl(const QString& bridgeIP, const QString& apiKey, const QStringList& segments)
+QUrl urlBelowApi(const QString& bridgeIP, QString path, const QStringList& segments)
 {
-    QUrl url(QStringLiteral("http://") + bridgeIP, QUrl::StrictMode);
-    if (!url.isValid() || url.host().isEmpty() || !url.path().isEmpty() || url.hasQuery() ||
-        url.hasFragment() || !url.userInfo().isEmpty() || !isSegment(apiKey))
+    const std::optional<BridgeAddress> address = BridgeAddress::parse(bridgeIP);
+    if (!address || address->scheme.isEmpty())
         return {};
-    QString path = QStringLiteral("/api/") + QString::fromLatin1(QUrl::toPercentEncoding(apiKey));
+    QUrl url(address->base(address->scheme), QUrl::StrictMode);
+    if (!url.isValid() || url.host().isEmpty())
+        return {};
     for (const QString& segment : segments) {
         if (!isSegment(segment))
             return {};
@@ -23,6 +24,21 @@ QUrl bridgeResourceUrl(const QString& bridgeIP, const QString& apiKey, const QSt
     }
     url.setPath(path, QUrl::StrictMode);
     return url.isValid() ? url : QUrl();
+}
+
+} // namespace
+
+QUrl bridgeResourceUrl(const QString& bridgeIP, const QString& apiKey, const QStringList& segments)
+{
+    if (!isSegment(apiKey))
+        return {};
+    return urlBelowApi(
+        bridgeIP, QStringLiteral("/api/") + QString::fromLatin1(QUrl::toPercentEncoding(apiKey)), segments);
+}
+
+QUrl bridgePublicUrl(const QString& bridgeIP, const QStringList& segments)
+{
+    return urlBelowApi(bridgeIP, QStringLiteral("/api"), segments);
 }
 
 QString bridgeResourcePath(const QUrl& url)

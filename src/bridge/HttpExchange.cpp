@@ -79,10 +79,15 @@ QPointer<QNetworkReply> sendHttpRequest(QNetworkAccessManager& network, QNetwork
                 result.transportFailed = isTransportFailure(reply->error());
                 result.timedOut = exchange->timedOut;
                 result.status = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
-                if (result.transportFailed)
-                    result.error = reply->errorString();
-                else
+                result.certificate = BridgeNetwork::certificateOf(reply);
+                result.refusal = BridgeNetwork::refusalOf(reply);
+                if (result.transportFailed) {
+                    result.networkError = reply->error();
+                    result.error = result.refusal.isEmpty() ? reply->errorString() : result.refusal;
+                } else {
                     result.body = reply->readAll();
+                    result.location = reply->rawHeader(QByteArrayLiteral("Location"));
+                }
             }
             reply->deleteLater();
             done(result);

@@ -1,6 +1,9 @@
 #pragma once
 
+#include "bridge/BridgeNetwork.h"
+
 #include <QByteArray>
+#include <QNetworkReply>
 #include <QNetworkRequest>
 #include <QPointer>
 #include <QString>
@@ -23,8 +26,18 @@ struct HttpResult
     bool tooLarge = false;
     int status = 0;
     QByteArray body;
-    /// Why there is no answer, in the network library's words; empty when there is one.
+    /// Why there is no answer, in the network library's words (or the refusal below); empty when there is
+    /// one.
     QString error;
+    /// The network library's code for the failure: a refused connection and a peer that speaks no TLS are
+    /// told apart from the rest when choosing between HTTPS and plain HTTP.
+    QNetworkReply::NetworkError networkError = QNetworkReply::NoError;
+    /// The bridge's certificate was refused (BridgeNetwork): why, as a sentence. Nothing was sent.
+    QString refusal;
+    /// Where a redirection (3xx) points, as sent.
+    QByteArray location;
+    /// What the bridge presented, for an exchange over HTTPS with a bridge.
+    BridgeCertificate certificate;
 };
 
 /// Answers bigger than this are refused: nothing a bridge or the discovery service sends comes near it, and

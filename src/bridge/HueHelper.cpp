@@ -96,7 +96,7 @@ void HueHelper::increaseGroupBrightness(HueGroup group, qint64 delta)
 void HueHelper::recallScene(const QString& sceneId)
 {
     const QUrl address =
-        bridgeResourceUrl(m_settings.hueIP(), m_settings.hueKey(),
+        bridgeResourceUrl(m_settings.bridgeEndpoint(), m_settings.hueKey(),
                           {QStringLiteral("groups"), QStringLiteral("0"), QStringLiteral("action")});
     enqueue(address, HueSceneRecall{sceneId}.encode(), false, false, sceneId, QStringLiteral("scene"));
 }
@@ -113,7 +113,7 @@ void HueHelper::switchAllOffAfterMinutes(qint64 minutes)
     schedule.localtime = QStringLiteral("PT00:%1:00").arg(minutes, 2, 10, QLatin1Char('0'));
     schedule.recycle = true;
     const QUrl address =
-        bridgeResourceUrl(m_settings.hueIP(), m_settings.hueKey(), {QStringLiteral("schedules")});
+        bridgeResourceUrl(m_settings.bridgeEndpoint(), m_settings.hueKey(), {QStringLiteral("schedules")});
     enqueue(address, schedule.encode(), false, false, QString(), QStringLiteral("schedule"));
 }
 

@@ -12,10 +12,6 @@
 #include <QNetworkReply>
 #include <QThreadPool>
 
-static_assert(HueGroupsProtocol<HueCommunicationGroups>);
-static_assert(HueDevicesProtocol<HueCommunicationLights>);
-static_assert(HueScenesProtocol<HueCommunicationScenes>);
-
 namespace {
 
 /// The three lists differ in their path, their wording and their types; everything else is shared.
@@ -112,7 +108,8 @@ void deliver(QPointer<QNetworkAccessManager> network, const std::function<void(R
 
 template <typename Result>
 PendingRead fetchList(QNetworkAccessManager& network, const QString& bridgeIP, const QString& apiKey,
-                      const ListTraits& list, std::function<void(Result)> completion,
+                      const BridgeIdentity& identity, const ListTraits& list,
+                      std::function<void(Result)> completion,
                       Result (*fromBody)(const QByteArray&, const QString&, const QString&),
                       std::shared_ptr<ListMemo<Result>> memo)
 {
@@ -127,12 +124,15 @@ PendingRead fetchList(QNetworkAccessManager& network, const QString& bridgeIP, c
         return {};
     }
     QPointer<QNetworkAccessManager> guard(&network);
-    return sendHttpRequest(network, QNetworkRequest(url), QByteArrayLiteral("GET"), {},
-                           {fetchTimeout, fetchDeadline}, [=](const HttpResult& answer) {
+    QNetworkRequest request(url);
+    BridgeNetwork::prepare(request, identity);
+    return sendHttpRequest(network, request, QByteArrayLiteral("GET"), {}, {fetchTimeout, fetchDeadline},
+                           [=](const HttpResult& answer) {
                                if (answer.transportFailed) {
                                    Result result = failure<Result>(Error::connectionFailed);
                                    result.connectionError = answer.error;
                                    result.timedOut = answer.timedOut;
+                                   result.refusal = answer.refusal;
                                    return deliver(guard, completion, result);
                                }
                                if (answer.tooLarge)
@@ -236,17 +236,20 @@ QString describe(BridgeDataType_Scenes_Error error)
 PendingRead HueCommunicationGroups::fetch(QNetworkAccessManager& network,
                                           std::function<void(GroupsResult)> completion) const
 {
-    return fetchList(network, bridgeIP, apiKey, groupsList, std::move(completion), groupsFromBody, memo);
+    return fetchList(network, bridgeIP, apiKey, identity, groupsList, std::move(completion), groupsFromBody,
+                     memo);
 }
 
 PendingRead HueCommunicationLights::fetch(QNetworkAccessManager& network,
                                           std::function<void(LightsResult)> completion) const
 {
-    return fetchList(network, bridgeIP, apiKey, lightsList, std::move(completion), lightsFromBody, memo);
+    return fetchList(network, bridgeIP, apiKey, identity, lightsList, std::move(completion), lightsFromBody,
+                     memo);
 }
 
 PendingRead HueCommunicationScenes::fetch(QNetworkAccessManager& network,
                                           std::function<void(ScenesResult)> completion) const
 {
-    return fetchList(network, bridgeIP, apiKey, scenesList, std::move(completion), scenesFromBody, memo);
+    return fetchList(network, bridgeIP, apiKey, identity, scenesList, std::move(completion), scenesFromBody,
+                     memo);
 }

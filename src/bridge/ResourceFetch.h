@@ -1,5 +1,6 @@
 #pragma once
 
+#include "model/BridgeIdentity.h"
 #include "model/HueGroup.h"
 #include "model/HueLight.h"
 #include "model/HueScene.h"
@@ -12,7 +13,6 @@
 #include <QUrl>
 
 #include <chrono>
-#include <concepts>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -54,6 +54,8 @@ struct FetchResult
     /// taking too long.
     QString connectionError;
     bool timedOut = false;
+    /// The bridge's certificate was refused: why (also in `connectionError`). Nothing was sent.
+    QString refusal;
     /// The answer's HTTP status, when there was an answer (the bridge's own clients do not look at it).
     int httpStatus = 0;
 
@@ -108,6 +110,8 @@ struct HueCommunicationGroups
 
     /// Optional: the newest answer that decoded, kept across reads.
     std::shared_ptr<ListMemo<GroupsResult>> memo;
+    /// What the bridge must prove over HTTPS.
+    BridgeIdentity identity;
 
     PendingRead fetch(QNetworkAccessManager& network, std::function<void(GroupsResult)> completion) const;
 };
@@ -117,10 +121,11 @@ struct HueCommunicationLights
 {
     QString bridgeIP;
     QString apiKey;
-    QList<HueLight> items;
 
     /// Optional: the newest answer that decoded, kept across reads.
     std::shared_ptr<ListMemo<LightsResult>> memo;
+    /// What the bridge must prove over HTTPS.
+    BridgeIdentity identity;
 
     PendingRead fetch(QNetworkAccessManager& network, std::function<void(LightsResult)> completion) const;
 };
@@ -133,26 +138,8 @@ struct HueCommunicationScenes
 
     /// Optional: the newest answer that decoded, kept across reads.
     std::shared_ptr<ListMemo<ScenesResult>> memo;
+    /// What the bridge must prove over HTTPS.
+    BridgeIdentity identity;
 
     PendingRead fetch(QNetworkAccessManager& network, std::function<void(ScenesResult)> completion) const;
-};
-
-/// The ability to read one list; the connection code is written against these, so tests can stand in.
-template <typename T>
-concept HueGroupsProtocol = requires(const T& t, QNetworkAccessManager& n,
-                                     std::function<void(GroupsResult)> c)
-{
-    t.fetch(n, c);
-};
-template <typename T>
-concept HueDevicesProtocol = requires(const T& t, QNetworkAccessManager& n,
-                                      std::function<void(LightsResult)> c)
-{
-    t.fetch(n, c);
-};
-template <typename T>
-concept HueScenesProtocol = requires(const T& t, QNetworkAccessManager& n,
-                                     std::function<void(ScenesResult)> c)
-{
-    t.fetch(n, c);
 };

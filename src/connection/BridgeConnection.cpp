@@ -1,6 +1,7 @@
 #include "connection/BridgeConnection.h"
 
 #include "connection/BridgePairing.h"
+#include "connection/BridgeProbe.h"
 #include "state/AppSettings.h"
 #include "state/LightOrder.h"
 #include "state/SettingsKeys.h"
@@ -28,10 +29,57 @@ void BridgeConnection::connectToBridge()
     // Enough of the key to tell two apart, not enough to use it.
     m_settings.addLogLine(QStringLiteral("Connecting to Bridge... [\u2026") + m_settings.hueKey().right(4) +
                           u']');
-    refreshLights();
-    refreshGroups();
-    refreshScenes();
+    m_reached = false;
+    reach();
     startBridgeStateRefresher();
+}
+
+void BridgeConnection::reach()
+{
+    if (m_reaching)
+        return;
+    const std::optional<BridgeAddress> address = BridgeAddress::parse(m_settings.hueIP());
+    if (!address) {
+        m_settings.setBridgeConnected(false);
+        return;
+    }
+    if (!needsProbe(*address, m_settings.bridgeTransport(), m_settings.bridgeID())) {
+        if (m_settings.bridgeTransport().isEmpty())
+            m_settings.setBridgeContact(address->scheme, m_settings.bridgeID(),
+                                        m_settings.bridgeCertificateKey());
+        m_reached = true;
+        refreshLights();
+        refreshGroups();
+        refreshScenes();
+        return;
+    }
+    m_reaching = true;
+    const ProbeKnowledge knowledge{m_settings.bridgeTransport(), m_settings.bridgeIdentity(), false};
+    probeBridge(m_network, *address, knowledge, this, [this](const ProbeResult& result) {
+        m_reaching = false;
+        if (!result.contact) {
+            m_settings.addLogLine(result.problem);
+            // Not answering is what the refresh retries quietly; a bridge that is not the one paired is said.
+            if (result.refused)
+                m_settings.setConnectionErrorMessage(result.problem);
+            m_settings.setBridgeConnected(false);
+            return;
+        }
+        const BridgeContact& contact = *result.contact;
+        if (contact.transport != m_settings.bridgeTransport() || contact.bridgeId != m_settings.bridgeID())
+            m_settings.addLogLine(
+                QStringLiteral("Reached bridge %1 at %2 (%3)")
+                    .arg(contact.bridgeId, contact.endpoint,
+                         contact.transport == BridgeAddress::http ? QStringLiteral("plain HTTP")
+                         : contact.pinnedKey.isEmpty()
+                             ? QStringLiteral("certificate signed by the bridge maker")
+                             : QStringLiteral("self-signed certificate, trusted since pairing")));
+        m_settings.setBridgeContact(contact.transport, contact.bridgeId, contact.pinnedKey);
+        m_reached = true;
+        refreshLights();
+        refreshGroups();
+        refreshScenes();
+    });
 }
 
 void BridgeConnection::disconnectFromBridge()
@@ -81,8 +129,9 @@ void BridgeConnection::refreshLights()
     const quint64 serial = m_lightsRead.next(order);
     // A reply can arrive after this object is gone (the application quits mid-read): guard on it.
     m_lightsRead.reply =
-        HueCommunicationLights{m_settings.hueIP(), m_settings.hueKey(), {}, m_lightsMemo}.fetch(
-            m_network, [self = QPointer(this), serial, order](const LightsResult& result) {
+        HueCommunicationLights{m_settings.bridgeEndpoint(), m_settings.hueKey(), m_lightsMemo,
+                               m_settings.bridgeIdentity()}
+            .fetch(m_network, [self = QPointer(this), serial, order](const LightsResult& result) {
                 if (self && self->m_lightsRead.take(serial))
                     self->onLights(result, order);
             });
@@ -91,25 +140,27 @@ void BridgeConnection::refreshLights()
 void BridgeConnection::refreshGroups()
 {
     const quint64 serial = m_groupsRead.next(++m_readsStarted);
-    m_groupsRead.reply = HueCommunicationGroups{m_settings.hueIP(), m_settings.hueKey(), m_groupsMemo}.fetch(
-        m_network, [self = QPointer(this), serial](const GroupsResult& result) {
-            if (!self || !self->m_groupsRead.take(serial))
-                return;
-            // A failed room read is silent: the rooms shown stay until a read succeeds.
-            if (result.ok())
-                self->m_settings.setGroups(result.records);
-            Q_EMIT self->groupsRefreshed(result);
-        });
+    m_groupsRead.reply = HueCommunicationGroups{m_settings.bridgeEndpoint(), m_settings.hueKey(),
+                                                m_groupsMemo, m_settings.bridgeIdentity()}
+                             .fetch(m_network, [self = QPointer(this), serial](const GroupsResult& result) {
+                                 if (!self || !self->m_groupsRead.take(serial))
+                                     return;
+                                 // A failed room read is silent: the rooms shown stay until a read succeeds.
+                                 if (result.ok())
+                                     self->m_settings.setGroups(result.records);
+                                 Q_EMIT self->groupsRefreshed(result);
+                             });
 }
 
 void BridgeConnection::refreshScenes()
 {
     const quint64 serial = m_scenesRead.next(++m_readsStarted);
-    m_scenesRead.reply = HueCommunicationScenes{m_settings.hueIP(), m_settings.hueKey(), m_scenesMemo}.fetch(
-        m_network, [self = QPointer(this), serial](const ScenesResult& result) {
-            if (self && self->m_scenesRead.take(serial))
-                self->onScenes(result);
-        });
+    m_scenesRead.reply = HueCommunicationScenes{m_settings.bridgeEndpoint(), m_settings.hueKey(),
+                                                m_scenesMemo, m_settings.bridgeIdentity()}
+                             .fetch(m_network, [self = QPointer(this), serial](const ScenesResult& result) {
+                                 if (self && self->m_scenesRead.take(serial))
+                                     self->onScenes(result);
+                             });
 }
 
 void BridgeConnection::onLights(const LightsResult& result, quint64 order)
@@ -118,6 +169,10 @@ void BridgeConnection::onLights(const LightsResult& result, quint64 order)
         m_settings.setConnectionErrorMessage(
             QCoreApplication::translate("BridgeConnection", "We were unable to find any devices"));
     } else if (!result.ok()) {
+        if (!result.refusal.isEmpty()) {
+            m_settings.setConnectionErrorMessage(result.refusal);
+            m_reached = false;
+        }
         m_settings.setBridgeConnected(false);
         m_scenesStale = true;
     } else {
@@ -125,10 +180,8 @@ void BridgeConnection::onLights(const LightsResult& result, quint64 order)
         m_settings.setBridgeConnected(true);
         m_settings.setConnectionErrorMessage(QString());
         // Only an address and key the bridge has just answered with are worth keeping.
-        if (!m_settings.hueIP().isEmpty()) {
-            m_settings.store().writeString(SettingsKeys::bridgeIP, m_settings.hueIP());
-            m_settings.store().writeString(SettingsKeys::bridgeUser, m_settings.hueKey());
-        }
+        if (!m_settings.hueIP().isEmpty())
+            m_settings.persistBridge();
         // Scenes are read four minutes an hour; after a start without the bridge, or an outage, the panel
         // would stay empty or stale until then. A scene read started along with this light read is left to
         // finish; one from before (still trickling from the outage) is replaced.
@@ -173,6 +226,8 @@ void BridgeConnection::refreshTick()
     // Leave the bridge alone while the user is still changing things, or the refresh would undo them.
     if (now.msecsTo(m_settings.lastUserActionAt()) >= -qint64(quietAfterUserAction.count()) * 1000)
         return;
+    if (!m_reached)
+        return reach();
     refreshLights();
     refreshGroups();
     // Scenes rarely change: refresh them only during four minutes of every hour.

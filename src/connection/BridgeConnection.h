@@ -37,8 +37,9 @@ public:
     /// The clock behind the skip rule and the scene minutes; tests replace it.
     void setClock(std::function<QDateTime()> now) { m_now = std::move(now); }
 
-    /// With a key: reads all three lists and makes sure the refresh timer runs (one timer, however often this
-    /// is called). Without one: starts pairing, which connects again when it succeeds.
+    /// With a key: makes sure the bridge at `hueIP` is the one paired (its certificate, over HTTPS where it
+    /// offers it), then reads all three lists, and makes sure the refresh timer runs (one timer, however
+    /// often this is called). Without one: starts pairing, which connects again when it succeeds.
     void connectToBridge();
     /// Empties lights and rooms, forgets the key (also the stored one) and marks the bridge disconnected. The
     /// address, the scenes and the refresh timer are kept.
@@ -86,6 +87,8 @@ private:
         bool pending() const { return started > answered; }
     };
 
+    /// Reaches the bridge anew (BridgeProbe) and reads the lists once it proved who it is.
+    void reach();
     void onLights(const LightsResult& result, quint64 order);
     void onScenes(const ScenesResult& result);
 
@@ -104,4 +107,8 @@ private:
     quint64 m_readsStarted = 0;
     /// No light read has succeeded since the start or since the last failed one: the scenes may be stale.
     bool m_scenesStale = true;
+    /// The bridge at the address proved its identity since the last connect; until then ticks reach for it
+    /// instead of reading.
+    bool m_reached = false;
+    bool m_reaching = false;
 };

@@ -1,5 +1,7 @@
 #include "connection/BridgePairing.h"
 
+#include "bridge/BridgeNetwork.h"
+#include "bridge/BridgeUrl.h"
 #include "bridge/HttpExchange.h"
 #include "state/AppSettings.h"
 
@@ -64,7 +66,8 @@ QString BridgePairing::noConnectionMessage()
                                        "Unable to connect to the Hue bridge. Is the IP address correct?");
 }
 
-void BridgePairing::postString(const QString& url, std::function<void(std::optional<QString>)> done)
+void BridgePairing::postString(const QString& url, const BridgeIdentity& identity,
+                               std::function<void(std::optional<QString>)> done)
 {
     const QUrl address(url);
     if (!address.isValid() || address.host().isEmpty()) {
@@ -74,6 +77,7 @@ void BridgePairing::postString(const QString& url, std::function<void(std::optio
     }
     QNetworkRequest request(address);
     request.setHeader(QNetworkRequest::ContentTypeHeader, QByteArrayLiteral("application/json"));
+    BridgeNetwork::prepare(request, identity);
     sendHttpRequest(m_network, request, QByteArrayLiteral("POST"), linkBody, pairingTimeouts,
                     [done = std::move(done)](const HttpResult& answer) {
                         if (answer.transportFailed || answer.tooLarge)
@@ -82,23 +86,45 @@ void BridgePairing::postString(const QString& url, std::function<void(std::optio
                     });
 }
 
-void BridgePairing::requestApiKey(const QString& ip, std::function<void(QString)> done)
+void BridgePairing::requestApiKey(const QString& address, std::function<void(PairingOutcome)> done)
 {
-    postString(QStringLiteral("http://") + ip + QStringLiteral("/api"),
-               [done = std::move(done)](const std::optional<QString>& reply) {
-                   done(outcomeOf(reply.value_or(QString())));
-               });
+    const std::optional<BridgeAddress> parsed = BridgeAddress::parse(address);
+    if (!parsed) {
+        QMetaObject::invokeMethod(
+            this,
+            [done = std::move(done)] {
+                done({noConnection, {}, {}});
+            },
+            Qt::QueuedConnection);
+        return;
+    }
+    // What is known still counts for one thing: a bridge reached over HTTPS before is not paired in clear.
+    const ProbeKnowledge known{m_settings.bridgeTransport(), m_settings.bridgeIdentity(), true};
+    probeBridge(m_network, *parsed, known, this, [this, done](const ProbeResult& probe) {
+        if (!probe.contact)
+            return done({noConnection, {}, probe.refused ? probe.problem : QString()});
+        const BridgeContact contact = *probe.contact;
+        // The key request goes only to the bridge just identified, by its id and, if self-signed, its key.
+        postString(bridgePublicUrl(contact.endpoint).toString(), {contact.bridgeId, contact.pinnedKey},
+                   [done, contact](const std::optional<QString>& reply) {
+                       done({outcomeOf(reply.value_or(QString())), contact, {}});
+                   });
+    });
 }
 
 void BridgePairing::pairWithBridge()
 {
-    requestApiKey(m_settings.hueIP(), [this](const QString& outcome) {
+    requestApiKey(m_settings.hueIP(), [this](const PairingOutcome& answer) {
+        const QString& outcome = answer.outcome;
         if (outcome == pressButton) {
             m_settings.setConnectionErrorMessage(pressButtonMessage());
         } else if (outcome == noConnection) {
-            m_settings.setConnectionErrorMessage(noConnectionMessage());
+            m_settings.setConnectionErrorMessage(answer.refusal.isEmpty() ? noConnectionMessage()
+                                                                          : answer.refusal);
         } else {
             // The key is stored for good only once the bridge has answered a light read with it.
+            m_settings.setBridgeContact(answer.contact->transport, answer.contact->bridgeId,
+                                        answer.contact->pinnedKey);
             m_settings.setHueKey(outcome);
         }
         Q_EMIT pairingFinished(outcome);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "connection/BridgeProbe.h"
+
 #include <QObject>
 #include <QString>
 
@@ -8,6 +10,17 @@
 
 class AppSettings;
 class QNetworkAccessManager;
+
+/// One answer to a key request: the key or an outcome word, and how the bridge was reached.
+struct PairingOutcome
+{
+    /// The new key, BridgePairing::pressButton or BridgePairing::noConnection.
+    QString outcome;
+    /// How the bridge was reached and who it proved to be; set whenever it answered.
+    std::optional<BridgeContact> contact;
+    /// Why the bridge could not be asked, when its identity was refused: said instead of noConnection's text.
+    QString refusal;
+};
 
 /// Asks the bridge for an application key after its link button was pressed.
 class BridgePairing final : public QObject
@@ -24,21 +37,26 @@ public:
 
     BridgePairing(AppSettings& settings, QNetworkAccessManager& network, QObject* parent = nullptr);
 
-    /// POSTs the link body to "http://<ip>/api" and answers once with the key, pressButton (the bridge's
-    /// errors 101 and 1) or noConnection (no answer, an answer that is not a JSON array of results, an empty
-    /// array, any other error). Only the first element of the answer counts.
-    void requestApiKey(const QString& ip, std::function<void(QString)> done);
+    /// Finds out how to reach the bridge at `address` (any form BridgeAddress takes) and who it is, then
+    /// POSTs the link body to its "/api" and answers once with the key, pressButton (the bridge's errors 101
+    /// and 1) or noConnection (no answer, a refused identity, an answer that is not a JSON array of results,
+    /// an empty array, any other error). Only the first element of the answer counts. Pairing is where a
+    /// bridge's identity is learnt: a new bridge id, and the key of a self-signed certificate, are trusted
+    /// here.
+    void requestApiKey(const QString& address, std::function<void(PairingOutcome)> done);
 
-    /// The "Connect" action: asks the bridge at `hueIP`; on success sets `hueKey` and emits paired(),
-    /// otherwise sets `connectionErrorMessage` to the matching message. The stored key is left alone either
-    /// way (the connection step stores it once the bridge has answered with lights).
+    /// The "Connect" action: asks the bridge at `hueIP`; on success sets `hueKey` and what was learnt of the
+    /// bridge and emits paired(), otherwise sets `connectionErrorMessage` to the matching message. The stored
+    /// key is left alone either way (the connection step stores it once the bridge has answered with lights).
     void pairWithBridge();
 
     /// The outcome of one link answer (a key, pressButton or noConnection): only its first element counts.
     static QString outcomeOf(const QString& reply);
 
-    /// POST the link body to `url`; the reply body as UTF-8 text, or nothing without an answer.
-    void postString(const QString& url, std::function<void(std::optional<QString>)> done);
+    /// POST the link body to `url` (a bridge that must prove `identity`); the reply body as UTF-8 text, or
+    /// nothing without an answer.
+    void postString(const QString& url, const BridgeIdentity& identity,
+                    std::function<void(std::optional<QString>)> done);
 
     static QString pressButtonMessage();
     static QString noConnectionMessage();

@@ -1,5 +1,7 @@
 #include "state/AppSettings.h"
 
+#include "model/BridgeAddress.h"
+
 #include "state/Console.h"
 #include "state/Redaction.h"
 #include "state/SettingsKeys.h"
@@ -12,6 +14,18 @@ void AppSettings::load()
     namespace Keys = SettingsKeys;
     setHueIP(m_store.readString(Keys::bridgeIP).value_or(QString()));
     setHueKey(m_store.readString(Keys::bridgeUser).value_or(QString()));
+    // What is not of its shape is not used: the bridge is then simply asked again.
+    QString transport = m_store.readString(Keys::bridgeTransport).value_or(QString());
+    if (transport != BridgeAddress::https && transport != BridgeAddress::http)
+        transport.clear();
+    QString bridgeId = m_store.readString(Keys::bridgeID).value_or(QString());
+    if (!BridgeIdentity::isBridgeId(bridgeId))
+        bridgeId.clear();
+    QByteArray certificateKey =
+        QByteArray::fromHex(m_store.readString(Keys::bridgeCertificateKey).value_or(QString()).toLatin1());
+    if (certificateKey.size() != 32)
+        certificateKey.clear();
+    setBridgeContact(transport, bridgeId.toUpper(), certificateKey);
     setAppIcon(m_store.readString(Keys::appIcon).value_or(QStringLiteral("Icon_Lamp0")));
 
     // An absent height reads as 0 and is taken as it stands: the window then opens at its fallback height.
@@ -136,6 +150,35 @@ void AppSettings::setHueIP(const QString& address)
 void AppSettings::setHueKey(const QString& key)
 {
     assign(m_hueKey, key, &AppSettings::hueKeyChanged);
+}
+
+void AppSettings::setBridgeContact(const QString& transport, const QString& bridgeId,
+                                   const QByteArray& certificateKey)
+{
+    if (transport == m_bridgeTransport && bridgeId == m_bridgeID && certificateKey == m_bridgeCertificateKey)
+        return;
+    m_bridgeTransport = transport;
+    m_bridgeID = bridgeId;
+    m_bridgeCertificateKey = certificateKey;
+    Q_EMIT bridgeContactChanged();
+}
+
+QString AppSettings::bridgeEndpoint() const
+{
+    const std::optional<BridgeAddress> address = BridgeAddress::parse(m_hueIP);
+    if (!address || (address->scheme.isEmpty() && m_bridgeTransport.isEmpty()))
+        return {};
+    return address->base(m_bridgeTransport);
+}
+
+void AppSettings::persistBridge()
+{
+    namespace Keys = SettingsKeys;
+    m_store.writeString(Keys::bridgeIP, m_hueIP);
+    m_store.writeString(Keys::bridgeUser, m_hueKey);
+    m_store.writeString(Keys::bridgeID, m_bridgeID);
+    m_store.writeString(Keys::bridgeTransport, m_bridgeTransport);
+    m_store.writeString(Keys::bridgeCertificateKey, QString::fromLatin1(m_bridgeCertificateKey.toHex()));
 }
 
 void AppSettings::setForceRedraw(int counter)

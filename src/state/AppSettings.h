@@ -1,6 +1,7 @@
 #pragma once
 
 #include "model/ActionQueueItem.h"
+#include "model/BridgeIdentity.h"
 #include "model/HueGroup.h"
 #include "model/HueLight.h"
 #include "model/HueScene.h"
@@ -78,6 +79,22 @@ public:
     /// Changes the first room with this id in place; returns false when there is none.
     bool updateGroup(const QString& groupId, const std::function<void(HueGroup&)>& change);
 
+    /// How the bridge was reached and who it proved to be, learnt when it was paired or first reached:
+    /// "https" or "http" (empty until known), its bridge id, and the pinned key of a self-signed certificate.
+    QString bridgeTransport() const { return m_bridgeTransport; }
+    QString bridgeID() const { return m_bridgeID; }
+    QByteArray bridgeCertificateKey() const { return m_bridgeCertificateKey; }
+    void setBridgeContact(const QString& transport, const QString& bridgeId,
+                          const QByteArray& certificateKey);
+    /// What the bridge at `hueIP` must prove: the stored id and pinned key.
+    BridgeIdentity bridgeIdentity() const { return {m_bridgeID, m_bridgeCertificateKey}; }
+    /// The base every request to the bridge starts with ("https://192.168.1.5"): `hueIP` with its own scheme,
+    /// or with the transport learnt; empty while neither says how to reach it.
+    QString bridgeEndpoint() const;
+    /// Writes the address, the key and what was learnt about the bridge to the settings file: done once the
+    /// bridge has answered with them.
+    void persistBridge();
+
     /// The store behind the persisted fields, for the keys other parts of the application own.
     SettingsStore& store() const { return m_store; }
 
@@ -149,6 +166,8 @@ Q_SIGNALS:
 
     /// The drop-down window should take this height (in points): sent on every panel assignment.
     void windowResizePlease(qint64 height);
+    /// The transport, the bridge id or the pinned key changed.
+    void bridgeContactChanged();
 
 private:
     template <typename T>
@@ -176,4 +195,7 @@ private:
     MainPanels m_activeMainPanel = MainPanels::lights;
     bool m_showScenes = false;
     bool m_showColorBarsForRooms = true;
+    QString m_bridgeTransport;
+    QString m_bridgeID;
+    QByteArray m_bridgeCertificateKey;
 };

@@ -7,6 +7,9 @@ namespace SettingsKeys {
 
 inline const QString bridgeIP = QStringLiteral("bridgeIP");
 inline const QString bridgeUser = QStringLiteral("bridgeUser");
+inline const QString bridgeID = QStringLiteral("bridgeID");
+inline const QString bridgeTransport = QStringLiteral("bridgeTransport");
+inline const QString bridgeCertificateKey = QStringLiteral("bridgeCertificateKey");
 inline const QString appIcon = QStringLiteral("appIcon");
 inline const QString keyIncrement = QStringLiteral("keyIncrement");
 inline const QString preferredWindowHeightLights = QStringLiteral("preferredWindowHeightLights");

@@ -1,5 +1,5 @@
 #include "app/DemoMode.h"
-#include "bridge/BridgeNetworkAccess.h"
+#include "bridge/BridgeNetwork.h"
 #include "simulator/BridgeSimulator.h"
 #include "state/JsonSettingsStore.h"
 #include "state/SettingsKeys.h"
@@ -47,7 +47,7 @@ void TestDemoMode::pointsItsOwnSettingsAtALoopbackBridge()
     QVERIFY(!store.contains(SettingsKeys::bridgeUser)); // the usual pairing runs
 
     // The simulated bridge answers there and pairs without its link button.
-    BridgeNetworkAccess network;
+    BridgeNetwork network;
     QNetworkRequest request(QUrl(QStringLiteral("http://%1/api").arg(address)));
     request.setHeader(QNetworkRequest::ContentTypeHeader, QStringLiteral("application/json"));
     QNetworkReply* reply = network.post(request, QByteArrayLiteral(R"({"devicetype":"test#demo"})"));

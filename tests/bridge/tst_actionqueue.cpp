@@ -1,6 +1,6 @@
 #include "TestSupport.h"
 #include "bridge/ActionQueue.h"
-#include "bridge/BridgeNetworkAccess.h"
+#include "bridge/BridgeNetwork.h"
 #include "simulator/BridgeSimulator.h"
 
 #include <QNetworkAccessManager>
@@ -45,7 +45,7 @@ void TestActionQueue::init()
     QVERIFY(m_bridge->listen());
     m_key = m_bridge->addUser();
     m_state = std::make_unique<TestSettings>();
-    m_network = std::make_unique<BridgeNetworkAccess>();
+    m_network = std::make_unique<BridgeNetwork>();
     m_queue = std::make_unique<ActionQueue>(m_state->settings(), *m_network);
 }
 

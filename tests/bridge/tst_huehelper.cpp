@@ -1,6 +1,6 @@
 #include "TestSupport.h"
 #include "bridge/ActionQueue.h"
-#include "bridge/BridgeNetworkAccess.h"
+#include "bridge/BridgeNetwork.h"
 #include "bridge/HueHelper.h"
 #include "simulator/BridgeSimulator.h"
 
@@ -46,24 +46,25 @@ void TestHueHelper::init()
     m_bridge = std::make_unique<BridgeSimulator>();
     QVERIFY(m_bridge->listen());
     m_state = std::make_unique<TestSettings>();
-    m_network = std::make_unique<BridgeNetworkAccess>();
+    m_network = std::make_unique<BridgeNetwork>();
     m_queue = std::make_unique<ActionQueue>(m_state->settings(), *m_network);
     m_helper = std::make_unique<HueHelper>(m_state->settings(), *m_queue);
 
     AppSettings& settings = m_state->settings();
     settings.setHueIP(m_bridge->hostAndPort());
+    settings.setBridgeContact(QStringLiteral("http"), {}, {});
     settings.setHueKey(m_bridge->addUser());
     m_light = {.lamp_id = QStringLiteral("3"),
                .is_on = true,
                .brightness = 100,
                .saturation = 140,
-               .hue_ip = settings.hueIP(),
+               .hue_ip = settings.bridgeEndpoint(),
                .hue_key = settings.hueKey()};
     m_room = {.group_id = QStringLiteral("2"),
               .is_on = true,
               .brightness = 100,
               .saturation = 77,
-              .hue_ip = settings.hueIP(),
+              .hue_ip = settings.bridgeEndpoint(),
               .hue_key = settings.hueKey()};
     settings.setLights({m_light});
     settings.setGroups({m_room});

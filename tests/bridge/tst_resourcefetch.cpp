@@ -1,5 +1,5 @@
 #include "TestSupport.h"
-#include "bridge/BridgeNetworkAccess.h"
+#include "bridge/BridgeNetwork.h"
 #include "bridge/ResourceFetch.h"
 #include "simulator/BridgeSimulator.h"
 
@@ -297,7 +297,7 @@ void TestResourceFetch::reportsFailuresWithTheListsOwnMessage()
     BridgeSimulator bridge;
     QVERIFY(bridge.listen());
     const QString key = bridge.addUser();
-    QString address = bridge.hostAndPort();
+    QString address = QStringLiteral("http://") + bridge.hostAndPort();
     // A byte every half second never trips the time-out without data: only the deadline ends the read.
     bridge.setDripFeed(1, 500);
     if (fault >= 0)
@@ -307,14 +307,14 @@ void TestResourceFetch::reportsFailuresWithTheListsOwnMessage()
     else if (fault == -2)
         bridge.setRawResource(list, "{\"1\":\"" + QByteArray(17 * 1024 * 1024, 'x') + "\"}");
     else if (fault == -3)
-        address = QStringLiteral("127.0.0.1:1");
+        address = QStringLiteral("http://127.0.0.1:1");
     else if (fault == -5)
         bridge.setRawResource(list, '{' + QByteArray("\"1\":{},").repeated(1001).chopped(1) + '}');
     else
         bridge.setLatency(int(fetchTimeout.count()) + 2000); // answers only after the fetch has given up
 
     PrintedLines printed;
-    BridgeNetworkAccess network;
+    BridgeNetwork network;
     std::optional<int> outcome;
     bool onMainThread = false; // decoding runs on a worker thread, the answer comes back to this one
     const auto done = [&](const auto& result) {

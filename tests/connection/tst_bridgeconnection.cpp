@@ -1,5 +1,5 @@
 #include "TestSupport.h"
-#include "bridge/BridgeNetworkAccess.h"
+#include "bridge/BridgeNetwork.h"
 #include "connection/BridgeConnection.h"
 #include "connection/BridgePairing.h"
 #include "simulator/BridgeSimulator.h"
@@ -80,9 +80,10 @@ void TestBridgeConnection::init()
     QVERIFY(m_bridge->listen());
     m_key = m_bridge->addUser();
     m_state = std::make_unique<TestSettings>();
-    settings().setHueIP(m_bridge->hostAndPort());
+    settings().setHueIP(QStringLiteral("http://") + m_bridge->hostAndPort());
+    settings().setBridgeContact(QStringLiteral("http"), QStringLiteral("001788FFFE6A3B2C"), {});
     settings().setHueKey(m_key);
-    m_network = std::make_unique<BridgeNetworkAccess>();
+    m_network = std::make_unique<BridgeNetwork>();
     m_pairing = std::make_unique<BridgePairing>(settings(), *m_network);
     m_connection = std::make_unique<BridgeConnection>(settings(), *m_network, *m_pairing);
 }
@@ -143,7 +144,7 @@ void TestBridgeConnection::readsTheListsBeforeStoringTheBridge()
             !settings().scenes().isEmpty());
     QVERIFY(settings().bridgeConnected() && m_connection->isRefreshing());
     QCOMPARE(settings().connectionErrorMessage(), QString());
-    QCOMPARE(store().readString(Keys::bridgeIP), m_bridge->hostAndPort());
+    QCOMPARE(store().readString(Keys::bridgeIP), QStringLiteral("http://") + m_bridge->hostAndPort());
     QCOMPARE(store().readString(Keys::bridgeUser), m_key);
 }
 
@@ -164,8 +165,11 @@ void TestBridgeConnection::pairsFirstWithoutAKey()
     m_connection->connectToBridge();
     QVERIFY(settings().log().contains(QStringLiteral("We have a Bridge IP, but no API key yet...")));
     QVERIFY(finished.wait(10000));
-    const SimulatedRequest first = m_bridge->requests().first();
-    QCOMPARE(first.method + ' ' + first.path.toUtf8(), "POST /api");
+    // Who the bridge is, then the key request to it.
+    const SimulatedRequest first = m_bridge->requests().at(0);
+    QCOMPARE(first.method + ' ' + first.path.toUtf8(), "GET /api/config");
+    const SimulatedRequest second = m_bridge->requests().at(1);
+    QCOMPARE(second.method + ' ' + second.path.toUtf8(), "POST /api");
     if (!buttonPressed) {
         QVERIFY(settings().hueKey().isEmpty() && settings().lights().isEmpty());
         QVERIFY(!store().contains(Keys::bridgeUser));
@@ -189,7 +193,7 @@ void TestBridgeConnection::failedLightReadStoresNothing()
 {
     QFETCH(BridgeSimulator::Fault, fault);
     if (fault == BridgeSimulator::Fault::None)
-        settings().setHueIP(QStringLiteral("127.0.0.1:1"));
+        settings().setHueIP(QStringLiteral("http://127.0.0.1:1"));
     m_bridge->setFault(fault);
     settings().setBridgeConnected(true);
     settings().setConnectionErrorMessage(QStringLiteral("earlier trouble"));
@@ -278,7 +282,7 @@ void TestBridgeConnection::disconnectForgetsTheKeyButKeepsAddressScenesAndTimer(
     QVERIFY(settings().lights().isEmpty() && settings().groups().isEmpty() && settings().hueKey().isEmpty());
     QCOMPARE(store().readString(Keys::bridgeUser), QString(""));
     QVERIFY(!settings().bridgeConnected() && m_connection->isRefreshing());
-    QCOMPARE(store().readString(Keys::bridgeIP), m_bridge->hostAndPort());
+    QCOMPARE(store().readString(Keys::bridgeIP), QStringLiteral("http://") + m_bridge->hostAndPort());
     QCOMPARE(settings().scenes(), scenes);
     QCOMPARE(activeTimers(), 1);
 }

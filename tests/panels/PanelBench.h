@@ -3,7 +3,7 @@
 #include "MouseDrag.h"
 #include "TestSupport.h"
 #include "bridge/ActionQueue.h"
-#include "bridge/BridgeNetworkAccess.h"
+#include "bridge/BridgeNetwork.h"
 #include "bridge/HueHelper.h"
 #include "simulator/BridgeSimulator.h"
 
@@ -20,7 +20,7 @@ class PanelBench final
 public:
     PanelBench()
     {
-        m_network = std::make_unique<BridgeNetworkAccess>();
+        m_network = std::make_unique<BridgeNetwork>();
         m_queue = std::make_unique<ActionQueue>(m_state.settings(), *m_network);
         m_helper = std::make_unique<HueHelper>(m_state.settings(), *m_queue);
     }
@@ -31,6 +31,7 @@ public:
         if (!m_bridge.listen())
             return false;
         settings().setHueIP(m_bridge.hostAndPort());
+        settings().setBridgeContact(QStringLiteral("http"), {}, {});
         m_key = m_bridge.addUser();
         settings().setHueKey(m_key);
         return true;
@@ -54,7 +55,7 @@ public:
                 .color_temperature = 300,
                 .ct_min = 153,
                 .ct_max = 454,
-                .hue_ip = settings().hueIP(),
+                .hue_ip = settings().bridgeEndpoint(),
                 .hue_key = settings().hueKey(),
                 .unique_id = QStringLiteral("00:17:88:01:00:00:00:%1-0b").arg(lampId)};
     }
@@ -71,7 +72,7 @@ public:
                 .saturation = 77,
                 .ct_min = 153,
                 .ct_max = 500,
-                .hue_ip = settings().hueIP(),
+                .hue_ip = settings().bridgeEndpoint(),
                 .hue_key = settings().hueKey()};
     }
 

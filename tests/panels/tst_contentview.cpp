@@ -1,6 +1,6 @@
 #include "TestSupport.h"
 #include "UrlCatcher.h"
-#include "bridge/BridgeNetworkAccess.h"
+#include "bridge/BridgeNetwork.h"
 
 #include "bridge/ActionQueue.h"
 #include "bridge/HueHelper.h"
@@ -62,7 +62,7 @@ private:
     struct Rig
     {
         TestSettings files;
-        BridgeNetworkAccess network;
+        BridgeNetwork network;
         ActionQueue queue{files.settings(), network};
         HueHelper helper{files.settings(), queue};
         UrlCatcher browser;

@@ -3,7 +3,7 @@
 #include "DiscoveryServer.h"
 #include "FakeCommands.h"
 #include "TestSupport.h"
-#include "bridge/BridgeNetworkAccess.h"
+#include "bridge/BridgeNetwork.h"
 #include "connection/BridgeConnection.h"
 #include "connection/BridgeDiscovery.h"
 #include "connection/BridgePairing.h"
@@ -36,6 +36,7 @@ public:
     bool connect()
     {
         settings().setHueIP(m_bridge.hostAndPort());
+        settings().setBridgeContact(QStringLiteral("http"), {}, {});
         m_bridge.pressLinkButton();
         m_connection->connectToBridge();
         return QTest::qWaitFor([this] { return settings().bridgeConnected(); }, 10000);
@@ -56,7 +57,7 @@ public:
 private:
     TestSettings m_state;
     BridgeSimulator m_bridge;
-    BridgeNetworkAccess m_network;
+    BridgeNetwork m_network;
     std::unique_ptr<BridgePairing> m_pairing;
     std::unique_ptr<BridgeConnection> m_connection;
     std::unique_ptr<BridgeDiscovery> m_discovery;

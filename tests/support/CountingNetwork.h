@@ -1,10 +1,10 @@
 #pragma once
 
-#include "bridge/BridgeNetworkAccess.h"
+#include "bridge/BridgeNetwork.h"
 
 /// The program's network access manager, counting the requests made through it, so a test can prove that
 /// nothing was sent at all.
-class CountingNetwork final : public BridgeNetworkAccess
+class CountingNetwork final : public BridgeNetwork
 {
 public:
     int requests = 0;
@@ -13,6 +13,6 @@ protected:
     QNetworkReply* createRequest(Operation op, const QNetworkRequest& request, QIODevice* body) override
     {
         ++requests;
-        return BridgeNetworkAccess::createRequest(op, request, body);
+        return BridgeNetwork::createRequest(op, request, body);
     }
 };

@@ -3,7 +3,7 @@
 #include "FakeHotkeyBackend.h"
 #include "TestSupport.h"
 #include "bridge/ActionQueue.h"
-#include "bridge/BridgeNetworkAccess.h"
+#include "bridge/BridgeNetwork.h"
 #include "bridge/HueHelper.h"
 #include "hotkeys/GlobalHotkeys.h"
 #include "hotkeys/HotkeyActions.h"
@@ -28,6 +28,7 @@ public:
     void setBridge(const QString& hostAndPort, const QString& key)
     {
         settings().setHueIP(hostAndPort);
+        settings().setBridgeContact(QStringLiteral("http"), {}, {});
         settings().setHueKey(key);
     }
     /// Rooms with these group ids, named "Room <id>" unless `names` says otherwise, off at brightness 100.
@@ -41,7 +42,7 @@ public:
                           .brightness = 100,
                           .saturation = 10,
                           .hue = 500,
-                          .hue_ip = settings().hueIP(),
+                          .hue_ip = settings().bridgeEndpoint(),
                           .hue_key = settings().hueKey()});
         settings().setGroups(rooms);
     }
@@ -57,7 +58,7 @@ public:
 
 private:
     TestSettings m_state;
-    BridgeNetworkAccess m_network;
+    BridgeNetwork m_network;
     ActionQueue m_queue;
     HueHelper m_helper;
     HotkeyActions m_actions;

@@ -1,5 +1,7 @@
 #include "CtlArguments.h"
 
+#include "model/BridgeAddress.h"
+
 #include "state/JsonSettingsStore.h"
 
 #include <QCommandLineOption>
@@ -232,9 +234,10 @@ bool isBridgeKey(const QString& text)
     });
 }
 
-const QStringList valueOptions = {QStringLiteral("--bridge"),   QStringLiteral("--key"),
-                                  QStringLiteral("--settings"), QStringLiteral("--in"),
-                                  QStringLiteral("--wait"),     QStringLiteral("--discovery-url")};
+const QStringList valueOptions = {QStringLiteral("--bridge"),    QStringLiteral("--key"),
+                                  QStringLiteral("--settings"),  QStringLiteral("--in"),
+                                  QStringLiteral("--wait"),      QStringLiteral("--discovery-url"),
+                                  QStringLiteral("--trust-root")};
 
 /// QCommandLineParser reads "-5" as the short option "5"; a negative number deserves its own message.
 QString negativeNumberIn(const QStringList& arguments)
@@ -257,9 +260,7 @@ QString negativeNumberIn(const QStringList& arguments)
 
 bool CtlArguments::isBridgeAddress(const QString& text)
 {
-    const QUrl url(QStringLiteral("http://") + text + u'/', QUrl::StrictMode);
-    return !text.isEmpty() && url.isValid() && !url.host().isEmpty() && url.path() == u"/" &&
-           url.userInfo().isEmpty() && !url.hasQuery() && !url.hasFragment();
+    return BridgeAddress::parse(text).has_value();
 }
 
 CtlArguments CtlArguments::refused(const QString& why)
@@ -276,6 +277,7 @@ CtlArguments CtlArguments::parse(const QStringList& arguments)
         return refused(error);
 
     const QCommandLineOption bridge(QStringLiteral("bridge"), QString(), QStringLiteral("HOST[:PORT]"));
+    const QCommandLineOption trustRoot(QStringLiteral("trust-root"), QString(), QStringLiteral("FILE"));
     const QCommandLineOption key(QStringLiteral("key"), QString(), QStringLiteral("KEY"));
     const QCommandLineOption settings(QStringLiteral("settings"), QString(), QStringLiteral("FILE"));
     const QCommandLineOption json(QStringLiteral("json"));
@@ -286,7 +288,8 @@ CtlArguments CtlArguments::parse(const QStringList& arguments)
     const QCommandLineOption help(QStringList{QStringLiteral("h"), QStringLiteral("help")});
     const QCommandLineOption version(QStringList{QStringLiteral("v"), QStringLiteral("version")});
     QCommandLineParser parser;
-    parser.addOptions({bridge, key, settings, json, withKey, in, wait, discoveryUrl, help, version});
+    parser.addOptions(
+        {bridge, key, settings, json, withKey, in, wait, discoveryUrl, trustRoot, help, version});
     if (!parser.parse(arguments))
         return refused(parser.errorText());
 
@@ -363,8 +366,9 @@ CtlArguments CtlArguments::parse(const QStringList& arguments)
     if (parser.isSet(bridge)) {
         invocation.bridge = parser.value(bridge);
         if (!isBridgeAddress(invocation.bridge))
-            return refused(
-                QStringLiteral("--bridge takes HOST or HOST:PORT, not %1.").arg(quoted(invocation.bridge)));
+            return refused(QStringLiteral("--bridge takes HOST, HOST:PORT, https://HOST[:PORT] or "
+                                          "http://HOST[:PORT], not %1.")
+                               .arg(quoted(invocation.bridge)));
     }
     if (parser.isSet(key)) {
         invocation.key = parser.value(key);
@@ -373,6 +377,7 @@ CtlArguments CtlArguments::parse(const QStringList& arguments)
                 QStringLiteral("--key takes the bridge's key (letters, digits, '-', '_', '.', '~'), not %1.")
                     .arg(quoted(invocation.key)));
     }
+    invocation.trustRoots = parser.values(trustRoot);
     if (parser.isSet(settings)) {
         invocation.settingsFile = parser.value(settings);
         if (invocation.settingsFile.isEmpty())

@@ -53,10 +53,11 @@ struct CtlInvocation
     std::optional<qint64> waitSeconds;     ///< pair --wait
     std::optional<QString> discoveryUrl;   ///< discover --discovery-url; empty switches the service off
     bool json = false;
-    bool withKey = false; ///< --with-key: the JSON records carry the key
-    QString bridge;       ///< --bridge; empty: the stored address (pair stores it)
-    QString key;          ///< --key; empty: the stored key
-    QString settingsFile; ///< --settings; empty: $GLOWDECK_SETTINGS, else the default file
+    bool withKey = false;   ///< --with-key: the JSON records carry the key
+    QString bridge;         ///< --bridge; empty: the stored address (pair stores it)
+    QString key;            ///< --key; empty: the stored key
+    QString settingsFile;   ///< --settings; empty: $GLOWDECK_SETTINGS, else the default file
+    QStringList trustRoots; ///< --trust-root: files of authorities trusted for the bridge beside its maker's
 };
 
 /// Reads glowdeckctl's command line. It touches neither the network nor the settings file, so a command line

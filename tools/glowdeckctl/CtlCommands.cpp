@@ -3,11 +3,12 @@
 #include "CtlCommon.h"
 
 #include "bridge/ActionQueue.h"
-#include "bridge/BridgeNetworkAccess.h"
+#include "bridge/BridgeNetwork.h"
 #include "bridge/BridgeUrl.h"
 #include "bridge/CodedRecords.h"
 #include "bridge/HueHelper.h"
 #include "bridge/JsonWriter.h"
+#include "connection/BridgeProbe.h"
 #include "state/AppSettings.h"
 #include "state/JsonSettingsStore.h"
 #include "state/MemorySettingsStore.h"
@@ -159,7 +160,7 @@ QString describeFailure(const QString& bridge, const ActionQueueItem& item, cons
 } // namespace
 
 CtlCommands::CtlCommands(CtlInvocation invocation, QObject* parent)
-    : QObject(parent), m_invocation(std::move(invocation)), m_network(std::make_unique<BridgeNetworkAccess>())
+    : QObject(parent), m_invocation(std::move(invocation)), m_network(Ctl::makeNetwork(m_invocation))
 {
     m_watchdog.setSingleShot(true);
     m_watchdog.setInterval(patience);
@@ -175,9 +176,31 @@ CtlCommands::~CtlCommands()
 void CtlCommands::start()
 {
     m_watchdog.start();
-    if (!openSettings())
+    if (!m_network || !openSettings())
         return finish(exitFailed);
-    fetchRecords();
+    // The bridge proves who it is before its key is sent: the one stored, or for an address given with
+    // --bridge, any bridge whose certificate its maker signed.
+    const std::optional<BridgeAddress> address = BridgeAddress::parse(m_settings->hueIP());
+    if (!address) {
+        printError(QStringLiteral("The bridge address %1 is not HOST[:PORT] or https://HOST[:PORT].")
+                       .arg(printable(m_settings->hueIP())));
+        return finish(exitFailed);
+    }
+    if (!needsProbe(*address, m_knowledge.transport, m_knowledge.identity.bridgeId)) {
+        const QString transport = address->scheme.isEmpty() ? m_knowledge.transport : address->scheme;
+        m_settings->setBridgeContact(transport, m_knowledge.identity.bridgeId,
+                                     m_knowledge.identity.pinnedKey);
+        return fetchRecords();
+    }
+    probeBridge(*m_network, *address, m_knowledge, this, [this](const ProbeResult& result) {
+        if (!result.contact) {
+            printError(printable(result.problem));
+            return finish(exitFailed);
+        }
+        m_settings->setBridgeContact(result.contact->transport, result.contact->bridgeId,
+                                     result.contact->pinnedKey);
+        fetchRecords();
+    });
 }
 
 bool CtlCommands::openSettings()
@@ -188,12 +211,19 @@ bool CtlCommands::openSettings()
     QString key = m_invocation.key;
     // Anything in the way (a folder too) is opened, so that the store says what is wrong with it.
     const bool fileExists = QFileInfo::exists(file);
-    if ((address.isEmpty() || key.isEmpty()) && fileExists) {
+    if (fileExists) {
         auto store = std::make_unique<JsonSettingsStore>(file);
+        const QString storedAddress = store->readString(SettingsKeys::bridgeIP).value_or(QString());
         if (address.isEmpty())
-            address = store->readString(SettingsKeys::bridgeIP).value_or(QString());
+            address = storedAddress;
         if (key.isEmpty())
             key = store->readString(SettingsKeys::bridgeUser).value_or(QString());
+        // What was learnt about the stored bridge holds for it, and for nothing else.
+        if (address == storedAddress) {
+            AppSettings stored(*store);
+            stored.load();
+            m_knowledge = {stored.bridgeTransport(), stored.bridgeIdentity(), false};
+        }
         m_store = std::move(store);
     } else {
         m_store = std::make_unique<MemorySettingsStore>();
@@ -227,24 +257,25 @@ bool CtlCommands::openSettings()
 
 void CtlCommands::fetchRecords()
 {
-    const QString address = m_settings->hueIP();
+    const QString address = m_settings->bridgeEndpoint();
     const QString key = m_settings->hueKey();
+    const BridgeIdentity identity = m_settings->bridgeIdentity();
     switch (m_invocation.command) {
     case CtlCommand::lights:
     case CtlCommand::light:
     case CtlCommand::allOff:
         // all-off --in needs no list, only a bridge that answers; reading the lamps makes sure of that.
-        HueCommunicationLights{.bridgeIP = address, .apiKey = key}.fetch(
+        HueCommunicationLights{.bridgeIP = address, .apiKey = key, .identity = identity}.fetch(
             *m_network, [this](const LightsResult& result) { onLights(result); });
         return;
     case CtlCommand::rooms:
     case CtlCommand::room:
-        HueCommunicationGroups{.bridgeIP = address, .apiKey = key}.fetch(
+        HueCommunicationGroups{.bridgeIP = address, .apiKey = key, .identity = identity}.fetch(
             *m_network, [this](const GroupsResult& result) { onGroups(result); });
         return;
     case CtlCommand::scenes:
     case CtlCommand::scene:
-        HueCommunicationScenes{.bridgeIP = address, .apiKey = key}.fetch(
+        HueCommunicationScenes{.bridgeIP = address, .apiKey = key, .identity = identity}.fetch(
             *m_network, [this](const ScenesResult& result) { onScenes(result); });
         return;
     case CtlCommand::discover:

@@ -3,6 +3,7 @@
 #include "CtlArguments.h"
 
 #include "bridge/ResourceFetch.h"
+#include "connection/BridgeProbe.h"
 
 #include <QObject>
 #include <QTimer>
@@ -15,7 +16,7 @@ class AppSettings;
 struct ActionQueueItem;
 struct WriteOutcome;
 class HueHelper;
-class QNetworkAccessManager;
+class BridgeNetwork;
 class SettingsStore;
 
 /// Runs one checked list or change command against the bridge: reads the list it needs afresh, then prints it
@@ -62,11 +63,13 @@ private:
     void finish(int exitStatus);
 
     CtlInvocation m_invocation;
-    std::unique_ptr<QNetworkAccessManager> m_network;
+    std::unique_ptr<BridgeNetwork> m_network;
     std::unique_ptr<SettingsStore> m_store;
     std::unique_ptr<AppSettings> m_settings;
     std::unique_ptr<ActionQueue> m_queue;
     std::unique_ptr<HueHelper> m_helper;
+    /// What the settings file says about the bridge being addressed, when it is the stored one.
+    ProbeKnowledge m_knowledge;
     QTimer m_watchdog;
     QStringList m_failures; ///< one line per distinct failed change
     bool m_finished = false;

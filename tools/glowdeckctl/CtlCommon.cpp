@@ -1,5 +1,6 @@
 #include "CtlCommon.h"
 
+#include "bridge/BridgeNetwork.h"
 #include "state/JsonSettingsStore.h"
 
 namespace Ctl {
@@ -45,6 +46,28 @@ QString settingsFileName(const CtlInvocation& invocation)
     if (QString file = qEnvironmentVariable("GLOWDECK_SETTINGS"); !file.isEmpty())
         return file;
     return JsonSettingsStore::defaultFileName();
+}
+
+std::unique_ptr<BridgeNetwork> makeNetwork(const CtlInvocation& invocation)
+{
+    auto network = std::make_unique<BridgeNetwork>();
+    QStringList files = invocation.trustRoots;
+    if (QString file = qEnvironmentVariable("GLOWDECK_BRIDGE_TRUST_ROOTS"); !file.isEmpty())
+        files.prepend(file);
+    for (const QString& file : files) {
+        QString problem;
+        const QList<QSslCertificate> roots = BridgeNetwork::readRoots(file, &problem);
+        if (!problem.isEmpty()) {
+            printError(QStringLiteral("--trust-root: %1.").arg(problem));
+            return nullptr;
+        }
+        // Said every time: an extra authority can vouch for any bridge, so it is never there unnoticed.
+        for (const QSslCertificate& root : roots)
+            printError(QStringLiteral("also trusting %1 (%2) for the bridge's certificate.")
+                           .arg(printable(root.subjectInfo(QSslCertificate::CommonName).value(0)), file));
+        network->addTrustRoots(roots);
+    }
+    return network;
 }
 
 QString counted(qsizetype count, const QString& noun)

@@ -5,6 +5,9 @@
 #include <QString>
 
 #include <cstdio>
+#include <memory>
+
+class BridgeNetwork;
 
 /// What the command runners of glowdeckctl share: output and the settings file.
 namespace Ctl {
@@ -18,6 +21,9 @@ void printError(const QString& line);
 QString printable(QString text);
 /// --settings, else $GLOWDECK_SETTINGS, else the default file.
 QString settingsFileName(const CtlInvocation& invocation);
+/// The network access of one run, trusting GLOWDECK_BRIDGE_TRUST_ROOTS and --trust-root beside the bridge
+/// maker's authorities (each said on standard error); null, with the reason printed, when one cannot be read.
+std::unique_ptr<BridgeNetwork> makeNetwork(const CtlInvocation& invocation);
 /// "1 light", "3 lights".
 QString counted(qsizetype count, const QString& noun);
 

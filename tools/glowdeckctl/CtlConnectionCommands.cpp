@@ -2,11 +2,12 @@
 
 #include "CtlCommon.h"
 
-#include "bridge/BridgeNetworkAccess.h"
+#include "bridge/BridgeNetwork.h"
 #include "bridge/HttpExchange.h"
 #include "connection/BridgeConnection.h"
 #include "connection/BridgeDiscovery.h"
 #include "connection/BridgePairing.h"
+#include "connection/BridgeProbe.h"
 #include "connection/ShellRunner.h"
 #include "state/AppSettings.h"
 #include "state/JsonSettingsStore.h"
@@ -24,8 +25,6 @@ using Ctl::write;
 
 namespace {
 
-/// A bridge answers its public config without a key; a list read takes as long.
-constexpr HttpTimeouts configTimeouts{fetchTimeout, fetchDeadline};
 /// The pause between two key requests while `pair --wait` waits for the link button.
 constexpr std::chrono::milliseconds pairingRetry{1000};
 
@@ -48,7 +47,7 @@ bool CtlConnectionCommands::handles(CtlCommand command)
 }
 
 CtlConnectionCommands::CtlConnectionCommands(CtlInvocation invocation, QObject* parent)
-    : QObject(parent), m_invocation(std::move(invocation)), m_network(std::make_unique<BridgeNetworkAccess>())
+    : QObject(parent), m_invocation(std::move(invocation)), m_network(Ctl::makeNetwork(m_invocation))
 {}
 
 CtlConnectionCommands::~CtlConnectionCommands()
@@ -60,6 +59,8 @@ CtlConnectionCommands::~CtlConnectionCommands()
 void CtlConnectionCommands::start()
 {
     m_fileName = Ctl::settingsFileName(m_invocation);
+    if (!m_network)
+        return finish(exitFailed);
     switch (m_invocation.command) {
     case CtlCommand::discover:
         return discover();
@@ -153,11 +154,14 @@ void CtlConnectionCommands::pair()
 
 void CtlConnectionCommands::askForKey()
 {
-    m_pairing->requestApiKey(m_address, [this](const QString& outcome) { onPairingOutcome(outcome); });
+    m_pairing->requestApiKey(m_address, [this](const PairingOutcome& outcome) { onPairingOutcome(outcome); });
 }
 
-void CtlConnectionCommands::onPairingOutcome(const QString& outcome)
+void CtlConnectionCommands::onPairingOutcome(const PairingOutcome& answer)
 {
+    const QString& outcome = answer.outcome;
+    if (answer.contact)
+        m_contact = answer.contact;
     if (outcome == BridgePairing::pressButton) {
         // Only ask again when the next answer can still come within the time given.
         if (m_invocation.waitSeconds && m_waitUntil.remainingTimeAsDuration() > pairingRetry) {
@@ -172,7 +176,8 @@ void CtlConnectionCommands::onPairingOutcome(const QString& outcome)
         return finish(exitFailed);
     }
     if (outcome == BridgePairing::noConnection) {
-        printError(BridgePairing::noConnectionMessage());
+        printError(answer.refusal.isEmpty() ? BridgePairing::noConnectionMessage()
+                                            : printable(answer.refusal));
         return finish(exitFailed);
     }
     connectWithKey(outcome);
@@ -186,6 +191,7 @@ void CtlConnectionCommands::connectWithKey(const QString& key)
     m_settings = std::make_unique<AppSettings>(*m_store);
     m_settings->setHueIP(m_address);
     m_settings->setHueKey(key);
+    m_settings->setBridgeContact(m_contact->transport, m_contact->bridgeId, m_contact->pinnedKey);
     m_connection = std::make_unique<BridgeConnection>(*m_settings, *m_network, *m_pairing);
     m_listsPending = 3;
     connect(m_connection.get(), &BridgeConnection::lightsRefreshed, this, [this](const LightsResult& result) {
@@ -215,8 +221,11 @@ void CtlConnectionCommands::onListRefreshed()
                 .arg(m_address, why));
         return finish(exitFailed);
     }
-    printOut(QStringLiteral("Paired with the bridge at %1: %2, %3, %4.")
-                 .arg(m_address, Ctl::counted(m_settings->lights().size(), QStringLiteral("light")),
+    printOut(QStringLiteral("Paired with bridge %1 at %2 over %3: %4, %5, %6.")
+                 .arg(m_settings->bridgeID(), m_address,
+                      describeTransport(m_settings->bridgeTransport(),
+                                        !m_settings->bridgeCertificateKey().isEmpty()),
+                      Ctl::counted(m_settings->lights().size(), QStringLiteral("light")),
                       Ctl::counted(m_settings->groups().size(), QStringLiteral("room")),
                       Ctl::counted(m_settings->scenes().size(), QStringLiteral("scene"))));
     // The key is not printed instead: it lets whoever reads it control the lights. Pairing again is cheap.
@@ -254,19 +263,40 @@ void CtlConnectionCommands::status()
                    QStringLiteral("no bridge address stored; run glowdeckctl discover"));
         return finish(exitFailed);
     }
-    if (!CtlArguments::isBridgeAddress(m_address)) {
+    const std::optional<BridgeAddress> address = BridgeAddress::parse(m_address);
+    if (!address) {
         printField(QStringLiteral("Bridge"),
                    QStringLiteral("the stored address is not HOST[:PORT]; run glowdeckctl discover"));
         return finish(exitFailed);
     }
-    if (!key.isEmpty()) {
-        HueCommunicationLights{.bridgeIP = m_address, .apiKey = key}.fetch(
-            *m_network, [this](const LightsResult& result) { onStatusLights(result); });
-        return;
+    // What the file says about the bridge holds for the stored address only.
+    ProbeKnowledge known;
+    if (m_store && m_address == stored(SettingsKeys::bridgeIP)) {
+        AppSettings settings(*m_store);
+        settings.load();
+        known = {settings.bridgeTransport(), settings.bridgeIdentity(), false};
     }
-    sendHttpRequest(*m_network, QNetworkRequest(QUrl(QStringLiteral("http://%1/api/config").arg(m_address))),
-                    QByteArrayLiteral("GET"), {}, configTimeouts,
-                    [this](const HttpResult& answer) { onStatusConfig(answer); });
+    probeBridge(*m_network, *address, known, this,
+                [this, key](const ProbeResult& result) { onStatusProbe(result, key); });
+}
+
+void CtlConnectionCommands::onStatusProbe(const ProbeResult& result, const QString& key)
+{
+    if (!result.contact) {
+        printField(QStringLiteral("Bridge"), printable(result.problem));
+        return finish(exitFailed);
+    }
+    const BridgeContact& contact = *result.contact;
+    printField(QStringLiteral("Bridge id"), contact.bridgeId);
+    printField(QStringLiteral("Transport"),
+               describeTransport(contact.transport, !contact.pinnedKey.isEmpty()));
+    if (key.isEmpty()) {
+        printField(QStringLiteral("Bridge"), QStringLiteral("answers; no key yet: run glowdeckctl pair"));
+        return finish(exitDone);
+    }
+    HueCommunicationLights{
+        .bridgeIP = contact.endpoint, .apiKey = key, .identity = {contact.bridgeId, contact.pinnedKey}}
+        .fetch(*m_network, [this](const LightsResult& result) { onStatusLights(result); });
 }
 
 void CtlConnectionCommands::onStatusLights(const LightsResult& result)
@@ -287,27 +317,6 @@ void CtlConnectionCommands::onStatusLights(const LightsResult& result)
         state = QStringLiteral("answers, but its lamps cannot be read");
     printField(QStringLiteral("Bridge"), state);
     finish(exitFailed);
-}
-
-void CtlConnectionCommands::onStatusConfig(const HttpResult& answer)
-{
-    if (answer.transportFailed) {
-        printField(
-            QStringLiteral("Bridge"),
-            answer.timedOut
-                ? QStringLiteral("answers too slowly: gave up after %1 s").arg(fetchDeadline.count() / 1000)
-                : QStringLiteral("does not answer"));
-        return finish(exitFailed);
-    }
-    // A bridge's config is one JSON object; anything else is some other server at that address.
-    if (answer.tooLarge || answer.status != 200 || !QJsonDocument::fromJson(answer.body).isObject()) {
-        printField(
-            QStringLiteral("Bridge"),
-            QStringLiteral("answers, but not as a Hue bridge does (HTTP status %1)").arg(answer.status));
-        return finish(exitFailed);
-    }
-    printField(QStringLiteral("Bridge"), QStringLiteral("answers; no key yet: run glowdeckctl pair"));
-    finish(exitDone);
 }
 
 void CtlConnectionCommands::finish(int exitStatus)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "CtlArguments.h"
+#include "connection/BridgePairing.h"
 
 #include "bridge/ResourceFetch.h"
 
@@ -14,10 +15,9 @@ class AppSettings;
 class BridgeConnection;
 class BridgeDiscovery;
 class BridgePairing;
-class QNetworkAccessManager;
+class BridgeNetwork;
 class SettingsStore;
 class ShellRunner;
-struct HttpResult;
 
 /// Runs the commands that set up the link to the bridge, through the same connection code as the tray menu:
 /// `discover` finds the bridge and stores its address, `pair` gets a key and stores it once the bridge has
@@ -52,20 +52,22 @@ private:
 
     void pair();
     void askForKey();
-    void onPairingOutcome(const QString& outcome);
+    void onPairingOutcome(const PairingOutcome& answer);
+    void onStatusProbe(const ProbeResult& result, const QString& key);
     void connectWithKey(const QString& key);
     void onListRefreshed();
 
     void status();
     void onStatusLights(const LightsResult& result);
-    void onStatusConfig(const HttpResult& answer);
 
     void finish(int exitStatus);
 
     CtlInvocation m_invocation;
     QString m_fileName;
     QString m_address;
-    std::unique_ptr<QNetworkAccessManager> m_network;
+    /// How the bridge was reached when it was asked for a key.
+    std::optional<BridgeContact> m_contact;
+    std::unique_ptr<BridgeNetwork> m_network;
     std::unique_ptr<ShellRunner> m_shell;
     std::unique_ptr<BridgeDiscovery> m_discovery;
     /// The settings file: opened to read when it exists, created once there is something to store.

@@ -4,6 +4,8 @@
 #include <QTimer>
 #include <QUrl>
 
+#include <cctype>
+
 namespace {
 
 constexpr qsizetype MaximumHeaderBytes = 64 * 1024;
@@ -88,6 +90,10 @@ void SimulatorHttpConnection::processBuffer()
 SimulatorHttpConnection::Parse SimulatorHttpConnection::parseRequest(SimulatorHttpRequest* request,
                                                                      int* failureStatus)
 {
+    // A request starts with its method's letters. Anything else, a TLS greeting above all, is refused at
+    // once, as web servers do, instead of waiting for a header end that never comes.
+    if (!m_buffer.isEmpty() && !std::isalpha(static_cast<unsigned char>(m_buffer.front())))
+        return Parse::Bad;
     const qsizetype headerEnd = m_buffer.indexOf("\r\n\r\n");
     if (headerEnd < 0) {
         if (m_buffer.size() <= MaximumHeaderBytes)

@@ -1,0 +1,185 @@
+#include "bridge/BridgeNetwork.h"
+
+#include <QCryptographicHash>
+#include <QFile>
+#include <QNetworkReply>
+#include <QSslConfiguration>
+#include <QSslKey>
+
+#include <algorithm>
+
+namespace {
+
+constexpr auto identityAttribute = QNetworkRequest::Attribute(QNetworkRequest::User + 41);
+constexpr char certificateProperty[] = "glowdeckBridgeCertificate";
+constexpr char refusalProperty[] = "glowdeckBridgeRefusal";
+
+/// Qt checks the certificate's names against this instead of the address, and keeps connections for reuse
+/// under it: a connection opened to learn who a bridge is never carries a request meant for a known one.
+/// ".invalid" names nothing, so Qt's own check always leaves the decision to ours.
+const QString anyBridgeName = QStringLiteral("any-bridge.invalid");
+const QString firstUseName = QStringLiteral("first-use.invalid");
+
+QByteArray publicKeyHash(const QSslCertificate& certificate)
+{
+    return QCryptographicHash::hash(certificate.publicKey().toDer(), QCryptographicHash::Sha256);
+}
+
+QString commonName(const QSslCertificate& certificate)
+{
+    return certificate.subjectInfo(QSslCertificate::CommonName).value(0);
+}
+
+QString where(const QNetworkReply* reply)
+{
+    const QUrl url = reply->url();
+    const QString host = url.host().contains(u':') ? u'[' + url.host() + u']' : url.host();
+    return url.port() < 0 || url.port() == 443 ? host : host + u':' + QString::number(url.port());
+}
+
+/// The verdict on one handshake: empty when the certificate is the bridge's, else why not.
+QString judge(const QSslCertificate& leaf, const QList<QSslError>& errors, const BridgeIdentity& identity,
+              const QString& at, bool* selfSignedAccepted)
+{
+    const QString name = commonName(leaf);
+    const QString bridge = QStringLiteral("The bridge at %1 presented ").arg(at);
+    if (leaf.isNull())
+        return bridge + QStringLiteral("no certificate.");
+    const bool nameMatches = identity.bridgeId.isEmpty()
+                                 ? BridgeIdentity::isBridgeId(name)
+                                 : name.compare(identity.bridgeId, Qt::CaseInsensitive) == 0;
+    if (!nameMatches) {
+        return BridgeIdentity::isBridgeId(name)
+                   ? bridge + QStringLiteral("a certificate for another bridge (%1).").arg(name.toUpper())
+                   : bridge + QStringLiteral("a certificate that is not a Hue bridge's.");
+    }
+    // The name was checked above; what is left is the signature and the dates.
+    QList<QSslError::SslError> kinds;
+    for (const QSslError& error : errors) {
+        if (error.error() != QSslError::HostNameMismatch)
+            kinds.append(error.error());
+    }
+    if (kinds.isEmpty())
+        return {};
+    if (leaf.isSelfSigned()) {
+        const QByteArray key = publicKeyHash(leaf);
+        if (!identity.pinnedKey.isEmpty()) {
+            if (key != identity.pinnedKey)
+                return bridge +
+                       QStringLiteral("a different certificate than when it was paired: pair again to "
+                                      "trust it.");
+            *selfSignedAccepted = true;
+            return {};
+        }
+        if (identity.trustOnFirstUse) {
+            *selfSignedAccepted = true;
+            return {};
+        }
+        return bridge + QStringLiteral("a certificate that is not signed by the bridge maker: pair again to "
+                                       "trust it.");
+    }
+    if (kinds.contains(QSslError::CertificateExpired))
+        return bridge + QStringLiteral("an expired certificate.");
+    if (kinds.contains(QSslError::CertificateNotYetValid))
+        return bridge +
+               QStringLiteral("a certificate that is not valid yet (is this computer's clock right?).");
+    return bridge + QStringLiteral("a certificate that is not a Hue bridge's.");
+}
+
+void record(QNetworkReply* reply, const QSslCertificate& leaf, bool selfSigned)
+{
+    reply->setProperty(
+        certificateProperty,
+        QVariant::fromValue(BridgeCertificate{commonName(leaf).toUpper(), publicKeyHash(leaf), !selfSigned}));
+}
+
+} // namespace
+
+BridgeNetwork::BridgeNetwork(QObject* parent) : QNetworkAccessManager(parent), m_roots(makerRoots()) {}
+
+QList<QSslCertificate> BridgeNetwork::makerRoots()
+{
+    Q_INIT_RESOURCE(bridge_trust);
+    QList<QSslCertificate> roots;
+    for (const char* name : {":/bridge/trust/root-bridge.pem", ":/bridge/trust/hue-root-ca-01.pem"})
+        roots += QSslCertificate::fromPath(QString::fromLatin1(name));
+    return roots;
+}
+
+QList<QSslCertificate> BridgeNetwork::readRoots(const QString& fileName, QString* problem)
+{
+    QFile file(fileName);
+    if (!file.open(QIODevice::ReadOnly)) {
+        *problem = QStringLiteral("cannot read %1: %2").arg(fileName, file.errorString());
+        return {};
+    }
+    const QList<QSslCertificate> roots = QSslCertificate::fromData(file.read(1024 * 1024), QSsl::Pem);
+    if (roots.isEmpty())
+        *problem = QStringLiteral("%1 holds no PEM certificate").arg(fileName);
+    return roots;
+}
+
+void BridgeNetwork::addTrustRoots(const QList<QSslCertificate>& roots)
+{
+    for (const QSslCertificate& root : roots) {
+        if (!root.isNull() && !m_roots.contains(root))
+            m_roots.append(root);
+    }
+    // A connection kept from before trusted less; the next request starts afresh.
+    clearConnectionCache();
+}
+
+void BridgeNetwork::prepare(QNetworkRequest& request, const BridgeIdentity& identity)
+{
+    request.setAttribute(identityAttribute, QVariant::fromValue(identity));
+}
+
+BridgeCertificate BridgeNetwork::certificateOf(const QNetworkReply* reply)
+{
+    return reply->property(certificateProperty).value<BridgeCertificate>();
+}
+
+QString BridgeNetwork::refusalOf(const QNetworkReply* reply)
+{
+    return reply->property(refusalProperty).toString();
+}
+
+QNetworkReply* BridgeNetwork::createRequest(Operation op, const QNetworkRequest& original, QIODevice* body)
+{
+    const QVariant marked = original.attribute(identityAttribute);
+    if (!marked.isValid() || original.url().scheme() != u"https")
+        return QNetworkAccessManager::createRequest(op, original, body);
+
+    const BridgeIdentity identity = marked.value<BridgeIdentity>();
+    QNetworkRequest request = original;
+    QSslConfiguration tls = QSslConfiguration::defaultConfiguration();
+    // Only these authorities: a certificate that the system's store vouches for is still not a bridge's.
+    tls.setCaCertificates(m_roots);
+    tls.setPeerVerifyMode(QSslSocket::VerifyPeer);
+    request.setSslConfiguration(tls);
+    request.setPeerVerifyName(!identity.bridgeId.isEmpty() ? identity.bridgeId.toLower()
+                              : identity.trustOnFirstUse   ? firstUseName
+                                                           : anyBridgeName);
+
+    QNetworkReply* reply = QNetworkAccessManager::createRequest(op, request, body);
+    // Both run during the handshake, before the request is written.
+    connect(reply, &QNetworkReply::sslErrors, reply, [reply, identity](const QList<QSslError>& errors) {
+        bool selfSigned = false;
+        QSslCertificate leaf = reply->sslConfiguration().peerCertificate();
+        if (leaf.isNull() && !errors.isEmpty())
+            leaf = errors.first().certificate();
+        const QString refusal = judge(leaf, errors, identity, where(reply), &selfSigned);
+        if (!refusal.isEmpty()) {
+            reply->setProperty(refusalProperty, refusal);
+            return; // not ignored: Qt ends the connection
+        }
+        record(reply, leaf, selfSigned);
+        reply->ignoreSslErrors(errors);
+    });
+    connect(reply, &QNetworkReply::encrypted, reply, [reply] {
+        // Without errors Qt found the chain good and the name equal to the bridge id.
+        if (!reply->property(certificateProperty).isValid())
+            record(reply, reply->sslConfiguration().peerCertificate(), false);
+    });
+    return reply;
+}

@@ -1,0 +1,60 @@
+#pragma once
+
+#include "model/BridgeIdentity.h"
+
+#include <QList>
+#include <QNetworkAccessManager>
+#include <QSslCertificate>
+
+class QNetworkReply;
+
+/// What a bridge showed of itself on one encrypted exchange.
+struct BridgeCertificate
+{
+    /// The certificate's common name: a bridge's id, as the bridge maker writes it into every bridge's.
+    QString bridgeId;
+    /// SHA-256 of its public key: what is pinned for a self-signed certificate.
+    QByteArray publicKeyHash;
+    /// Signed by one of the trusted authorities; false for a self-signed certificate let through by its key.
+    bool signedByAuthority = false;
+
+    bool operator==(const BridgeCertificate&) const = default;
+};
+Q_DECLARE_METATYPE(BridgeCertificate)
+
+/// The network access manager of the program and of glowdeckctl: Qt's own, with one addition. A request
+/// marked as one to a bridge (`prepare`) and sent over HTTPS trusts only the bridge maker's two authorities
+/// (and those added with `addTrustRoots`), never the system's, and takes the certificate's common name for
+/// the bridge id that it must match, since a bridge's certificate names no address. A refused certificate
+/// ends the exchange during the handshake, before anything of the request, the key included, is sent.
+class BridgeNetwork : public QNetworkAccessManager
+{
+    Q_OBJECT
+
+public:
+    /// Trusts the bridge maker's authorities only; the programs add GLOWDECK_BRIDGE_TRUST_ROOTS and
+    /// --trust-root.
+    explicit BridgeNetwork(QObject* parent = nullptr);
+
+    /// The two authorities that sign Hue bridges' certificates, shipped with the program.
+    static QList<QSslCertificate> makerRoots();
+    /// Reads extra authorities from a PEM file; empty with `problem` set when there are none to be had.
+    static QList<QSslCertificate> readRoots(const QString& fileName, QString* problem);
+
+    /// Trusts another authority for bridges from now on (the tests' own, the demo's, --trust-root).
+    void addTrustRoots(const QList<QSslCertificate>& roots);
+    QList<QSslCertificate> trustRoots() const { return m_roots; }
+
+    /// Marks `request` as going to a bridge that must prove `identity`.
+    static void prepare(QNetworkRequest& request, const BridgeIdentity& identity);
+    /// What the bridge presented on `reply`, once its handshake is done; empty for plain HTTP.
+    static BridgeCertificate certificateOf(const QNetworkReply* reply);
+    /// Why the bridge's certificate was refused on `reply`, as a sentence; empty when it was not.
+    static QString refusalOf(const QNetworkReply* reply);
+
+protected:
+    QNetworkReply* createRequest(Operation op, const QNetworkRequest& request, QIODevice* body) override;
+
+private:
+    QList<QSslCertificate> m_roots;
+};

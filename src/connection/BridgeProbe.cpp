@@ -1,0 +1,159 @@
+#include "connection/BridgeProbe.h"
+
+#include "bridge/BridgeNetwork.h"
+#include "bridge/BridgeUrl.h"
+#include "bridge/HttpExchange.h"
+
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QNetworkAccessManager>
+#include <QPointer>
+
+namespace {
+
+// A bridge answers its public configuration at once; a list read takes as long.
+constexpr HttpTimeouts probeTimeouts{std::chrono::milliseconds(4000), std::chrono::milliseconds(10000)};
+
+/// One probe under way: the bases still to try, in order.
+struct Probe
+{
+    QNetworkAccessManager& network;
+    BridgeAddress address;
+    ProbeKnowledge known;
+    QPointer<QObject> context;
+    std::function<void(const ProbeResult&)> done;
+    QStringList bases;
+    bool redirected = false;
+
+    void next();
+    void onAnswer(const QString& base, const HttpResult& answer);
+    /// Answers once and ends the probe.
+    void finish(const ProbeResult& result)
+    {
+        const auto answer = std::move(done);
+        const QPointer<QObject> receiver = context;
+        delete this;
+        if (receiver)
+            answer(result);
+    }
+    QString at() const { return QStringLiteral("The bridge at %1").arg(address.hostAndPort()); }
+};
+
+void Probe::next()
+{
+    if (bases.isEmpty())
+        return finish({{}, at() + QStringLiteral(" does not answer."), false});
+    const QString base = bases.takeFirst();
+    QNetworkRequest request(bridgePublicUrl(base, {QStringLiteral("config")}));
+    // No key goes with this request; what it learns is checked against what the bridge says below.
+    BridgeIdentity identity = known.mayLearn ? BridgeIdentity{} : known.identity;
+    // A self-signed certificate is trusted only when the user pairs: then its key is pinned.
+    identity.trustOnFirstUse = known.mayLearn;
+    BridgeNetwork::prepare(request, identity);
+    sendHttpRequest(network, request, QByteArrayLiteral("GET"), {}, probeTimeouts,
+                    [this, base](const HttpResult& answer) { onAnswer(base, answer); });
+}
+
+void Probe::onAnswer(const QString& base, const HttpResult& answer)
+{
+    const bool overHttps = base.startsWith(BridgeAddress::https + u':');
+    if (!answer.refusal.isEmpty())
+        return finish({{}, answer.refusal, true});
+    if (answer.transportFailed) {
+        const bool noTls = answer.networkError == QNetworkReply::ConnectionRefusedError ||
+                           answer.networkError == QNetworkReply::SslHandshakeFailedError;
+        if (overHttps && noTls && !bases.isEmpty())
+            return next();
+        if (overHttps && noTls && known.transport == BridgeAddress::https && address.scheme.isEmpty())
+            return finish(
+                {{},
+                 at() + QStringLiteral(" refused an encrypted connection. It was reached over HTTPS "
+                                       "before, so Glowdeck does not fall back to plain HTTP."),
+                 true});
+        return finish({{},
+                       at() + (answer.timedOut ? QStringLiteral(" answers too slowly.")
+                                               : QStringLiteral(" does not answer.")),
+                       false});
+    }
+    if (answer.status >= 300 && answer.status < 400) {
+        // The newest bridge sends plain HTTP to HTTPS. Only the same host is followed: a redirect elsewhere
+        // could take the bridge's traffic anywhere.
+        const QUrl from(base);
+        const QUrl to = from.resolved(QUrl(QString::fromUtf8(answer.location)));
+        if (!overHttps && !redirected && to.scheme() == BridgeAddress::https &&
+            to.host().compare(from.host(), Qt::CaseInsensitive) == 0) {
+            redirected = true;
+            BridgeAddress https = address;
+            https.scheme.clear();
+            https.port = to.port();
+            bases = {https.base(BridgeAddress::https)};
+            return next();
+        }
+        return finish(
+            {{}, at() + QStringLiteral(" sent Glowdeck elsewhere (HTTP %1).").arg(answer.status), false});
+    }
+    const QJsonObject config = QJsonDocument::fromJson(answer.body).object();
+    const QString bridgeId = config.value(u"bridgeid").toString().toUpper();
+    if (answer.status < 200 || answer.status >= 300 || !BridgeIdentity::isBridgeId(bridgeId))
+        return finish(
+            {{},
+             at() + QStringLiteral(" answers, but not as a Hue bridge does (HTTP %1).").arg(answer.status),
+             false});
+    if (overHttps && answer.certificate.bridgeId != bridgeId)
+        return finish({{},
+                       at() + QStringLiteral(" presented a certificate for bridge %1 but says it is %2.")
+                                  .arg(answer.certificate.bridgeId, bridgeId),
+                       true});
+    if (!known.mayLearn && !known.identity.bridgeId.isEmpty() &&
+        bridgeId.compare(known.identity.bridgeId, Qt::CaseInsensitive) != 0)
+        return finish({{}, at() + QStringLiteral(" is another bridge (%1).").arg(bridgeId), true});
+    const bool sameBridge = bridgeId.compare(known.identity.bridgeId, Qt::CaseInsensitive) == 0;
+    if (!overHttps && known.transport == BridgeAddress::https && (!known.mayLearn || sameBridge))
+        return finish({{},
+                       at() + QStringLiteral(" offers only plain HTTP now. It was reached over HTTPS before, "
+                                             "so Glowdeck does not fall back to plain HTTP."),
+                       true});
+    BridgeContact contact;
+    contact.endpoint = base;
+    contact.transport = overHttps ? BridgeAddress::https : BridgeAddress::http;
+    contact.bridgeId = bridgeId;
+    if (overHttps && !answer.certificate.signedByAuthority)
+        contact.pinnedKey = answer.certificate.publicKeyHash;
+    contact.name = config.value(u"name").toString();
+    finish({contact, {}, false});
+}
+
+} // namespace
+
+bool needsProbe(const BridgeAddress& address, const QString& transport, const QString& bridgeId)
+{
+    if (address.scheme == BridgeAddress::http)
+        return false;
+    const bool known = !bridgeId.isEmpty() && !transport.isEmpty();
+    return !(known && (transport == BridgeAddress::https || !address.scheme.isEmpty()));
+}
+
+QString describeTransport(const QString& transport, bool selfSigned)
+{
+    if (transport == BridgeAddress::http)
+        return QStringLiteral("plain HTTP (this bridge offers no encryption)");
+    if (transport != BridgeAddress::https)
+        return {};
+    return selfSigned ? QStringLiteral("HTTPS (this bridge's certificate is not signed by the bridge maker; "
+                                       "trusted since pairing)")
+                      : QStringLiteral("HTTPS (certificate signed by the bridge maker)");
+}
+
+void probeBridge(QNetworkAccessManager& network, const BridgeAddress& address, const ProbeKnowledge& known,
+                 QObject* context, std::function<void(const ProbeResult&)> done)
+{
+    // It deletes itself when it answers.
+    auto* probe = new Probe{network, address, known, context, std::move(done), {}, false};
+    if (!address.scheme.isEmpty())
+        probe->bases = {address.base(address.scheme)};
+    else if (known.transport == BridgeAddress::https && !known.mayLearn)
+        probe->bases = {address.base(BridgeAddress::https)};
+    else
+        probe->bases = {address.base(BridgeAddress::https), address.base(BridgeAddress::http)};
+    probe->next();
+}

@@ -1,0 +1,64 @@
+#pragma once
+
+#include "model/BridgeAddress.h"
+#include "model/BridgeIdentity.h"
+
+#include <QObject>
+#include <QString>
+
+#include <functional>
+#include <optional>
+
+class QNetworkAccessManager;
+struct HttpResult;
+
+/// How a bridge was reached and who it proved to be.
+struct BridgeContact
+{
+    QString endpoint;     ///< the base of every request: "https://192.168.1.5", "http://10.0.0.2:8080"
+    QString transport;    ///< "https" or "http"
+    QString bridgeId;     ///< as its configuration says, upper case
+    QByteArray pinnedKey; ///< a self-signed certificate's key, trusted now; empty when an authority signed it
+    QString name;         ///< the name the bridge's owner gave it
+
+    bool operator==(const BridgeContact&) const = default;
+};
+
+/// The outcome of one probe: a contact, or why there is none.
+struct ProbeResult
+{
+    std::optional<BridgeContact> contact;
+    QString problem;
+    /// The bridge answered but its identity was refused (as opposed to not answering at all).
+    bool refused = false;
+};
+
+/// What is already known about the bridge at an address, and how much may be learnt afresh.
+struct ProbeKnowledge
+{
+    /// The transport used before: after "https" nothing falls back to plain HTTP.
+    QString transport;
+    /// The identity the bridge proved before; empty id: none yet.
+    BridgeIdentity identity;
+    /// Pairing, chosen by the user: a new bridge id and a self-signed certificate may be trusted now.
+    bool mayLearn = false;
+};
+
+/// Whether the bridge at `address` must be asked who it is and how to reach it before a request with the key
+/// goes to it. Not when the address says plain HTTP itself (nothing there proves anything), nor for a bridge
+/// known by its id and transport, whose certificate every request checks; a bridge reached in clear at an
+/// address without a scheme is asked again, in case it offers HTTPS by now.
+bool needsProbe(const BridgeAddress& address, const QString& transport, const QString& bridgeId);
+
+/// How a bridge is reached, as the connection pane and glowdeckctl say it: "HTTPS (certificate signed by the
+/// bridge maker)", "plain HTTP (this bridge offers no encryption)"...; empty for an empty transport.
+QString describeTransport(const QString& transport, bool selfSigned);
+
+/// Finds out how to reach the bridge at an address and that it is the bridge it should be, by reading its
+/// public configuration (no key is sent). A bare HOST is tried as https://HOST first and as http://HOST only
+/// when that port refuses the connection or speaks no TLS; HOST:PORT the same on that port; an address with a
+/// scheme means just that. A redirect from plain HTTP to HTTPS on the same host is followed. The
+/// certificate's bridge id must be the one the configuration reports, and the one known before unless
+/// `mayLearn`.
+void probeBridge(QNetworkAccessManager& network, const BridgeAddress& address, const ProbeKnowledge& known,
+                 QObject* context, std::function<void(const ProbeResult&)> done);
