@@ -3,8 +3,9 @@
 
 # Glowdeck's debug report. Collects what helps to find out why Glowdeck does not reach a bridge: the program's
 # versions, the settings file and the last log lines with the bridge key replaced by "[redacted]", and whether
-# the stored bridge address answers. Writes the report to the user's cache folder, where the user can read it,
-# and posts it to the error-collection endpoint when one is configured.
+# the stored bridge address answers (Glowdeck checks that itself, with the bridge's certificate, and hands the
+# outcome over). Writes the report to the user's cache folder, where the user can read it, and posts it to the
+# error-collection endpoint when one is configured.
 #
 # Glowdeck runs it with no arguments after writing "debug-report-input.json" beside the report (versions, the
 # settings file's path, the log, the key in use, the endpoint). Run by hand it takes an input file as its only
@@ -21,7 +22,6 @@ require 'uri'
 
 REDACTED = '[redacted]'
 LOG_LINES = 200
-BRIDGE_TIMEOUT = 2
 POST_TIMEOUT = 6
 
 def cache_folder
@@ -75,25 +75,6 @@ def redact_settings(settings, redact)
   end
 end
 
-# Whether something answers at the address like a bridge does: "GET /api/config" needs no key.
-def bridge_answer(address)
-  return 'no address stored' if address.to_s.strip.empty?
-  return "not an address: #{address.inspect}" unless address.match?(/\A[A-Za-z0-9.\-:\[\]]+\z/)
-
-  uri = URI("http://#{address}/api/config")
-  response = Net::HTTP.start(uri.host, uri.port, open_timeout: BRIDGE_TIMEOUT, read_timeout: BRIDGE_TIMEOUT) do |http|
-    http.get(uri.request_uri)
-  end
-  config = JSON.parse(response.body) rescue nil
-  if config.is_a?(Hash) && config['bridgeid']
-    "answers (HTTP #{response.code}, #{config['name'].inspect}, API #{config['apiversion'] || 'unknown'})"
-  else
-    "answers (HTTP #{response.code}), but not like a Hue bridge"
-  end
-rescue StandardError => e
-  "does not answer (#{e.class}: #{e.message})"
-end
-
 def post_report(endpoint, token, version, report)
   uri = URI(endpoint)
   body = {
@@ -145,7 +126,7 @@ report = <<~REPORT
   Operating system: #{input['os'] || RbConfig::CONFIG['host_os']}
   Ruby: #{RUBY_VERSION}
 
-  Bridge at #{address.empty? ? '(none)' : address}: #{bridge_answer(address)}
+  Bridge at #{address.empty? ? '(none)' : address}: #{redact.call(input['bridgeCheck'].to_s)}
 
   Settings (#{settings_path}):
   #{settings_text}

@@ -139,6 +139,7 @@ void AppDelegate::start()
         std::make_unique<StartAtLogin>(createLoginItem(applicationId, m_options.loginItemFolder));
     m_debugReport = std::make_unique<DebugReport>(*m_settings, *m_shell, m_options.settingsFile,
                                                   m_options.links.errorEndpoint);
+    m_debugReport->setNetwork(m_network.get());
 
     createTrayIcon();
 

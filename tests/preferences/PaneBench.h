@@ -43,6 +43,7 @@ public:
     }
 
     AppSettings& settings() { return m_state.settings(); }
+    BridgeNetwork& network() { return m_network; }
     SettingsStore& store() { return m_state.store(); }
     TestSettings& state() { return m_state; }
     BridgeSimulator& bridge() { return m_bridge; }

@@ -214,7 +214,7 @@ void TestConnectionView::sendDebugLinkRunsTheScriptAndThanks()
     const QByteArray path = qgetenv("PATH");
     qputenv("PATH", bin.path().toUtf8());
     auto* link = child<LinkButton>(QStringLiteral("sendDebugLink"));
-    QCOMPARE(link->text(), QStringLiteral("Connection troube? Click to send debug data!"));
+    QCOMPARE(link->text(), QStringLiteral("Connection trouble? Click to send debug data!"));
 
     QTest::mouseClick(link, Qt::LeftButton);
     qputenv("PATH", path);

@@ -91,6 +91,7 @@ void TestDebugReport::writesAndPostsAReportWithoutTheKey()
 {
     const QUrl endpoint(QStringLiteral("http://%1/crash/").arg(m_collector.hostAndPort()));
     DebugReport report(m_bench->settings(), m_shell, m_bench->state().fileName(), endpoint);
+    report.setNetwork(&m_bench->network());
 
     QVERIFY(send(report));
 
@@ -99,7 +100,7 @@ void TestDebugReport::writesAndPostsAReportWithoutTheKey()
     for (const QByteArray& part :
          {QByteArray("Qt: " QT_VERSION_STR), QByteArray("\"bridgeUser\": \"[redacted]\""),
           QByteArray("Connecting to Bridge... [[redacted]]"), QByteArray("GET /api/[redacted]/lights failed"),
-          QByteArray(": answers (HTTP 200")})
+          QByteArray(": answers as bridge 001788FFFE6A3B2C (\"Philips hue\"), over plain HTTP")})
         QVERIFY2(text.contains(part), part.constData());
     QVERIFY(!text.contains(key.toUtf8()));
     QVERIFY(!text.contains(otherKey.toUtf8()));

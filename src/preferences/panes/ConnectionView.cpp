@@ -1,5 +1,7 @@
 #include "preferences/panes/ConnectionView.h"
 
+#include "connection/BridgeProbe.h"
+
 #include "connection/BridgeConnection.h"
 #include "connection/BridgeDiscovery.h"
 #include "connection/BridgePairing.h"
@@ -25,6 +27,7 @@ ConnectionView::ConnectionView(AppSettings& settings, BridgeDiscovery& discovery
       m_connection(connection), m_debugReport(debugReport), m_status(new QLabel(this)),
       m_statusButton(new QPushButton(this)), m_connectedHint(PaneWidgets::wrappedText(connectedHint(), this)),
       m_unpairedHint(PaneWidgets::wrappedText(unpairedHint(), this)),
+      m_security(PaneWidgets::wrappedText(QString(), this)),
       m_configuration(new ConfigurationPart(settings, this)),
       m_error(PaneWidgets::wrappedText(QString(), this)), m_player(new ImagePlayer(this)),
       m_sendDebug(new LinkButton(sendDebugText(), this))
@@ -35,6 +38,7 @@ ConnectionView::ConnectionView(AppSettings& settings, BridgeDiscovery& discovery
     m_status->setFont(bold);
     m_statusButton->setObjectName(QStringLiteral("statusButton"));
     m_error->setObjectName(QStringLiteral("connectionError"));
+    m_security->setObjectName(QStringLiteral("connectionSecurity"));
     m_error->setTextInteractionFlags(Qt::TextSelectableByMouse);
     m_sendDebug->setObjectName(QStringLiteral("sendDebugLink"));
 
@@ -51,6 +55,7 @@ ConnectionView::ConnectionView(AppSettings& settings, BridgeDiscovery& discovery
     layout->addWidget(PaneWidgets::heading(tr("Connect to Hue Bridge"), this));
     layout->addWidget(PaneWidgets::subheading(tr("Connection Status"), this));
     layout->addLayout(statusRow);
+    layout->addWidget(m_security);
     layout->addWidget(m_connectedHint);
     layout->addWidget(m_unpairedHint);
     layout->addSpacing(6);
@@ -69,6 +74,7 @@ ConnectionView::ConnectionView(AppSettings& settings, BridgeDiscovery& discovery
     connect(&m_settings, &AppSettings::bridgeConnectedChanged, this, &ConnectionView::onStateChanged);
     connect(&m_settings, &AppSettings::connectionErrorMessageChanged, this, &ConnectionView::onStateChanged);
     connect(&m_settings, &AppSettings::hueKeyChanged, this, &ConnectionView::onStateChanged);
+    connect(&m_settings, &AppSettings::bridgeContactChanged, this, &ConnectionView::onStateChanged);
     onStateChanged();
 }
 
@@ -92,7 +98,7 @@ QString ConnectionView::linkButtonHint()
 
 QString ConnectionView::sendDebugText()
 {
-    return tr("Connection troube? Click to send debug data!");
+    return tr("Connection trouble? Click to send debug data!");
 }
 
 void ConnectionView::changeEvent(QEvent* event)
@@ -116,6 +122,14 @@ void ConnectionView::onStateChanged()
     m_unpairedHint->setVisible(!connected && m_settings.hueKey().isEmpty());
     m_error->setText(m_settings.connectionErrorMessage());
     m_error->setVisible(!m_settings.connectionErrorMessage().isEmpty());
+    // Whether the key travels encrypted, and to which bridge: worth a line while paired.
+    const QString transport =
+        describeTransport(m_settings.bridgeTransport(), !m_settings.bridgeCertificateKey().isEmpty());
+    const bool paired = !m_settings.hueKey().isEmpty() && !transport.isEmpty();
+    m_security->setText(paired && !m_settings.bridgeID().isEmpty()
+                            ? tr("Bridge %1, over %2").arg(m_settings.bridgeID(), transport)
+                            : tr("Over %1").arg(transport));
+    m_security->setVisible(paired);
     updateBusy();
 }
 

@@ -63,6 +63,7 @@ private:
     QPushButton* m_statusButton;
     QLabel* m_connectedHint;
     QLabel* m_unpairedHint;
+    QLabel* m_security; ///< how the bridge is reached and who it proved to be
     ConfigurationPart* m_configuration;
     QLabel* m_error;
     ImagePlayer* m_player;

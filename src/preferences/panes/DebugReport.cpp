@@ -1,5 +1,6 @@
 #include "preferences/panes/DebugReport.h"
 
+#include "connection/BridgeProbe.h"
 #include "connection/CommandExecuting.h"
 #include "diagnostics/Diagnostics.h"
 #include "state/AppSettings.h"
@@ -50,12 +51,30 @@ void DebugReport::send()
         Q_EMIT finished(false);
         return;
     }
-    if (!writeInput()) {
+    m_running = true;
+    const std::optional<BridgeAddress> address = BridgeAddress::parse(m_settings.hueIP());
+    if (!m_network || !address)
+        return runScript(address ? QStringLiteral("not checked") : QStringLiteral("no usable address"));
+    // The same check as every connection makes: no plain request to a bridge that offers HTTPS.
+    const ProbeKnowledge known{m_settings.bridgeTransport(), m_settings.bridgeIdentity(), false};
+    probeBridge(*m_network, *address, known, this, [this](const ProbeResult& result) {
+        if (!result.contact)
+            return runScript(result.problem);
+        const BridgeContact& contact = *result.contact;
+        runScript(QStringLiteral("answers as bridge %1 (\"%2\"), over %3")
+                      .arg(contact.bridgeId, contact.name,
+                           describeTransport(contact.transport, !contact.pinnedKey.isEmpty())));
+    });
+}
+
+void DebugReport::runScript(const QString& bridgeCheck)
+{
+    if (!writeInput(bridgeCheck)) {
+        m_running = false;
         m_settings.addLogLine(QStringLiteral("Glowdeck: no debug report: cannot write to ") + folder());
         Q_EMIT finished(false);
         return;
     }
-    m_running = true;
     m_commands.runScript(QStringLiteral("send_debug"), {}, [this](const std::optional<QString>& output) {
         m_running = false;
         QFile::remove(inputPath());
@@ -67,7 +86,7 @@ void DebugReport::send()
     });
 }
 
-bool DebugReport::writeInput() const
+bool DebugReport::writeInput(const QString& bridgeCheck) const
 {
     // Reports are switched off as a whole by the user's "sendErrorReports": false.
     const bool mayPost = !m_settings.store().contains(Diagnostics::sendReportsKey) ||
@@ -78,6 +97,7 @@ bool DebugReport::writeInput() const
         {"os", QSysInfo::prettyProductName()},
         {"settingsFile", m_settingsFile},
         {"bridgeAddress", m_settings.hueIP()},
+        {"bridgeCheck", bridgeCheck},
         // The key in use may not be stored yet (just paired): the script hides both.
         {"keys", QJsonArray{m_settings.hueKey()}},
         {"log", QJsonArray::fromStringList(m_settings.log())},

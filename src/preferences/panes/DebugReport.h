@@ -5,6 +5,7 @@
 #include <QUrl>
 
 class AppSettings;
+class QNetworkAccessManager;
 class CommandExecuting;
 
 /// The "send_debug" diagnostic action: runs the shipped script send_debug.rb through the shell runner, which
@@ -30,6 +31,9 @@ public:
     static QString inputPath();
 
     bool isRunning() const { return m_running; }
+    /// Where the report's check of the bridge goes (with its certificate checked as always); without one the
+    /// report says the bridge was not checked.
+    void setNetwork(QNetworkAccessManager* network) { m_network = network; }
 
     /// Runs the script once (a call while it runs is ignored). Without Ruby it logs that and does nothing
     /// else.
@@ -40,11 +44,13 @@ Q_SIGNALS:
     void finished(bool written);
 
 private:
-    bool writeInput() const;
+    void runScript(const QString& bridgeCheck);
+    bool writeInput(const QString& bridgeCheck) const;
 
     AppSettings& m_settings;
     CommandExecuting& m_commands;
     QString m_settingsFile;
     QUrl m_endpoint;
+    QNetworkAccessManager* m_network = nullptr;
     bool m_running = false;
 };
