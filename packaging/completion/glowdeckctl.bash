@@ -13,9 +13,9 @@ _glowdeckctl()
         cur=""
     fi
 
-    local value_options="--bridge --key --settings --in --wait --discovery-url"
+    local value_options="--bridge --key --settings --in --wait --discovery-url --trust-root"
     case $prev in
-    --settings)
+    --settings | --trust-root)
         COMPREPLY=($(compgen -f -- "$cur"))
         compopt -o filenames 2>/dev/null
         return
@@ -42,7 +42,7 @@ _glowdeckctl()
         fi
     done
 
-    local options="--settings"
+    local options="--settings --trust-root"
     case $command in
     lights | rooms | scenes) options+=" --json --with-key --bridge --key" ;;
     light | room | scene | status) options+=" --bridge --key" ;;
@@ -50,7 +50,7 @@ _glowdeckctl()
     discover) options+=" --discovery-url" ;;
     pair) options+=" --wait --bridge" ;;
     hotkeys) options+=" --json --with-key" ;;
-    "") options="--bridge --key --settings --json --with-key --in --wait --discovery-url --help --version" ;;
+    "") options="--bridge --key --settings --trust-root --json --with-key --in --wait --discovery-url --help --version" ;;
     esac
     if [[ $cur == -* ]]; then
         COMPREPLY=($(compgen -W "$options" -- "$cur"))

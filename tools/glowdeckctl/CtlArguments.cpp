@@ -412,12 +412,15 @@ QString CtlArguments::usage()
              (form.takesValue ? rangeText(form.range) : QString()) + QString::fromLatin1(form.note));
     }
     text += QStringLiteral("\nOptions:\n");
-    line(QStringLiteral("--bridge HOST[:PORT]"),
-         QStringLiteral("bridge address for this run; only pair stores it (once it has a key)"));
+    line(QStringLiteral("--bridge ADDRESS"),
+         QStringLiteral("bridge address for this run (HOST, HOST:PORT, https://HOST[:PORT] or "
+                        "http://HOST[:PORT]); only pair stores it (once it has a key)"));
     line(QStringLiteral("--key KEY"), QStringLiteral("bridge key for this run (not stored)"));
     line(QStringLiteral("--settings FILE"), QStringLiteral("settings file holding the paired bridge; default "
                                                            "$GLOWDECK_SETTINGS, else"));
     line(QString(), JsonSettingsStore::defaultFileName());
+    line(QStringLiteral("--trust-root FILE"),
+         QStringLiteral("also trust this authority (PEM) for the bridge's certificate (a test bridge)"));
     line(QStringLiteral("--json"),
          QStringLiteral("lights, rooms, scenes: print the records as one JSON array, with"));
     line(QString(), QStringLiteral("\"hue_key\" empty"));
