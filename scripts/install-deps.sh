@@ -7,6 +7,8 @@ packages=(
     cmake g++ make pkg-config
     qt6-base-dev qt6-svg-dev
     libsimdjson-dev libbenchmark-dev
+    # the bridge simulator mints its HTTPS certificates with OpenSSL's libcrypto
+    libssl-dev
     # the end-to-end test: a virtual display with a tray host, input and screenshots
     xvfb xauth xdotool trayer x11-utils x11-apps imagemagick dbus-x11 curl
     # driving the program through its accessibility interface, as a screen reader does

@@ -32,16 +32,27 @@ bool DemoMode::start()
     m_bridge->setAcceptPairingAtOnce(true);
     // A demo may run for hours: keeping every request would only grow.
     m_bridge->setRecording(false);
-    if (!m_bridge->listen(QHostAddress::LocalHost, 0)) {
-        std::fprintf(stderr, "Glowdeck demo: the simulated bridge cannot listen: %s\n",
+    // HTTPS as a current bridge speaks it, with an authority of the simulator's own that only this demo
+    // trusts; plain HTTP only when that cannot be had, and then said.
+    QString address;
+    if (m_bridge->listenTls(QHostAddress::LocalHost, 0)) {
+        address = m_bridge->tlsHostAndPort();
+    } else {
+        std::fprintf(stderr,
+                     "Glowdeck demo: the simulated bridge cannot speak HTTPS (%s); it uses plain HTTP.\n",
                      qPrintable(m_bridge->errorString()));
-        return false;
+        if (!m_bridge->listen(QHostAddress::LocalHost, 0)) {
+            std::fprintf(stderr, "Glowdeck demo: the simulated bridge cannot listen: %s\n",
+                         qPrintable(m_bridge->errorString()));
+            return false;
+        }
+        address = m_bridge->hostAndPort();
     }
     {
         JsonSettingsStore store(settingsFile());
-        store.writeString(SettingsKeys::bridgeIP, m_bridge->hostAndPort());
+        store.writeString(SettingsKeys::bridgeIP, address);
     }
-    std::fprintf(stdout, "Glowdeck demo: simulated Hue bridge at %s\n", qPrintable(m_bridge->hostAndPort()));
+    std::fprintf(stdout, "Glowdeck demo: simulated Hue bridge at %s\n", qPrintable(address));
     std::fflush(stdout);
     return true;
 }
@@ -53,7 +64,9 @@ QString DemoMode::settingsFile() const
 
 QList<QSslCertificate> DemoMode::trustRoots() const
 {
-    return {};
+    if (!m_bridge || m_bridge->tlsPort() == 0)
+        return {};
+    return {m_bridge->authorityCertificate()};
 }
 
 QString DemoMode::crashFolder() const

@@ -74,6 +74,7 @@ void BridgeConnection::reach()
                          : contact.pinnedKey.isEmpty()
                              ? QStringLiteral("certificate signed by the bridge maker")
                              : QStringLiteral("self-signed certificate, trusted since pairing")));
+        m_settings.setHueIP(addressAfter(m_settings.hueIP(), contact));
         m_settings.setBridgeContact(contact.transport, contact.bridgeId, contact.pinnedKey);
         m_reached = true;
         refreshLights();

@@ -123,6 +123,7 @@ void BridgePairing::pairWithBridge()
                                                                           : answer.refusal);
         } else {
             // The key is stored for good only once the bridge has answered a light read with it.
+            m_settings.setHueIP(addressAfter(m_settings.hueIP(), *answer.contact));
             m_settings.setBridgeContact(answer.contact->transport, answer.contact->bridgeId,
                                         answer.contact->pinnedKey);
             m_settings.setHueKey(outcome);

@@ -101,8 +101,8 @@ void Probe::onAnswer(const QString& base, const HttpResult& answer)
              false});
     if (overHttps && answer.certificate.bridgeId != bridgeId)
         return finish({{},
-                       at() + QStringLiteral(" presented a certificate for bridge %1 but says it is %2.")
-                                  .arg(answer.certificate.bridgeId, bridgeId),
+                       at() + QStringLiteral(" presented a certificate for another bridge (%1).")
+                                  .arg(answer.certificate.bridgeId),
                        true});
     if (!known.mayLearn && !known.identity.bridgeId.isEmpty() &&
         bridgeId.compare(known.identity.bridgeId, Qt::CaseInsensitive) != 0)
@@ -131,6 +131,12 @@ bool needsProbe(const BridgeAddress& address, const QString& transport, const QS
         return false;
     const bool known = !bridgeId.isEmpty() && !transport.isEmpty();
     return !(known && (transport == BridgeAddress::https || !address.scheme.isEmpty()));
+}
+
+QString addressAfter(const QString& given, const BridgeContact& contact)
+{
+    const std::optional<BridgeAddress> address = BridgeAddress::parse(given);
+    return address && address->base(contact.transport) == contact.endpoint ? given : contact.endpoint;
 }
 
 QString describeTransport(const QString& transport, bool selfSigned)

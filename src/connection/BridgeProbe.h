@@ -50,6 +50,10 @@ struct ProbeKnowledge
 /// address without a scheme is asked again, in case it offers HTTPS by now.
 bool needsProbe(const BridgeAddress& address, const QString& transport, const QString& bridgeId);
 
+/// The address to keep for a bridge given as `given` and reached as `contact`: `given` itself, unless the
+/// bridge sent Glowdeck elsewhere (plain HTTP redirected to HTTPS on another port): then where it was reached.
+QString addressAfter(const QString& given, const BridgeContact& contact);
+
 /// How a bridge is reached, as the connection pane and glowdeckctl say it: "HTTPS (certificate signed by the
 /// bridge maker)", "plain HTTP (this bridge offers no encryption)"...; empty for an empty transport.
 QString describeTransport(const QString& transport, bool selfSigned);

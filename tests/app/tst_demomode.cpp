@@ -1,7 +1,10 @@
 #include "app/DemoMode.h"
 #include "bridge/BridgeNetwork.h"
+#include "connection/BridgePairing.h"
 #include "simulator/BridgeSimulator.h"
+#include "state/AppSettings.h"
 #include "state/JsonSettingsStore.h"
+#include "state/MemorySettingsStore.h"
 #include "state/SettingsKeys.h"
 
 #include <QFileInfo>
@@ -46,15 +49,23 @@ void TestDemoMode::pointsItsOwnSettingsAtALoopbackBridge()
     QVERIFY2(address.startsWith(QStringLiteral("127.0.0.1:")), qPrintable(address));
     QVERIFY(!store.contains(SettingsKeys::bridgeUser)); // the usual pairing runs
 
-    // The simulated bridge answers there and pairs without its link button.
+    // The simulated bridge pairs over HTTPS without its link button, trusted through the demo's own
+    // authority only.
+    const auto pair = [&](BridgeNetwork& network) {
+        MemorySettingsStore memory;
+        AppSettings settings(memory);
+        BridgePairing pairing(settings, network);
+        std::optional<PairingOutcome> outcome;
+        pairing.requestApiKey(address, [&](const PairingOutcome& answer) { outcome = answer; });
+        return QTest::qWaitFor([&] { return outcome.has_value(); }, 10000) ? *outcome : PairingOutcome{};
+    };
+    BridgeNetwork untrusting;
+    QVERIFY(pair(untrusting).refusal.contains(QStringLiteral("not a Hue bridge's")));
     BridgeNetwork network;
-    QNetworkRequest request(QUrl(QStringLiteral("http://%1/api").arg(address)));
-    request.setHeader(QNetworkRequest::ContentTypeHeader, QStringLiteral("application/json"));
-    QNetworkReply* reply = network.post(request, QByteArrayLiteral(R"({"devicetype":"test#demo"})"));
-    QSignalSpy finished(reply, &QNetworkReply::finished);
-    QVERIFY(finished.wait());
-    QVERIFY2(reply->readAll().contains("success"), "pairing refused");
-    reply->deleteLater();
+    network.addTrustRoots(demo.trustRoots());
+    const PairingOutcome paired = pair(network);
+    QVERIFY2(paired.contact && paired.contact->transport == u"https", qPrintable(paired.refusal));
+    QVERIFY(paired.outcome != BridgePairing::pressButton && paired.outcome != BridgePairing::noConnection);
 }
 
 QTEST_GUILESS_MAIN(TestDemoMode)

@@ -197,6 +197,7 @@ void CtlCommands::start()
             printError(printable(result.problem));
             return finish(exitFailed);
         }
+        m_settings->setHueIP(addressAfter(m_settings->hueIP(), *result.contact));
         m_settings->setBridgeContact(result.contact->transport, result.contact->bridgeId,
                                      result.contact->pinnedKey);
         fetchRecords();

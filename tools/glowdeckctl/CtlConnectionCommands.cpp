@@ -189,6 +189,7 @@ void CtlConnectionCommands::connectWithKey(const QString& key)
     if (!m_store)
         m_store = std::make_unique<JsonSettingsStore>(m_fileName);
     m_settings = std::make_unique<AppSettings>(*m_store);
+    m_address = addressAfter(m_address, *m_contact);
     m_settings->setHueIP(m_address);
     m_settings->setHueKey(key);
     m_settings->setBridgeContact(m_contact->transport, m_contact->bridgeId, m_contact->pinnedKey);

@@ -10,6 +10,7 @@
 #include <QFile>
 #include <QJsonDocument>
 #include <QSaveFile>
+#include <QSslConfiguration>
 #include <QTimer>
 
 namespace {
@@ -18,20 +19,144 @@ constexpr qint64 MaximumHomeFileBytes = 64 * 1024 * 1024;
 const QByteArray JsonType = QByteArrayLiteral("application/json");
 const QString ControlPrefix = QStringLiteral("/__control/");
 
+/// "127.0.0.1:54321" for a server listening there; loopback for one listening on every interface.
+QString reachableAt(QHostAddress address, quint16 port)
+{
+    if (address == QHostAddress(QHostAddress::Any) || address == QHostAddress(QHostAddress::AnyIPv4))
+        address = QHostAddress(QHostAddress::LocalHost);
+    else if (address == QHostAddress(QHostAddress::AnyIPv6))
+        address = QHostAddress(QHostAddress::LocalHostIPv6);
+    const QString host = address.protocol() == QAbstractSocket::IPv6Protocol
+                             ? QLatin1Char('[') + address.toString() + QLatin1Char(']')
+                             : address.toString();
+    return host + QLatin1Char(':') + QString::number(port);
+}
+
 } // namespace
 
 BridgeSimulator::BridgeSimulator(QObject* parent)
     : QObject(parent), m_home(std::make_unique<SimulatedHome>()), m_schedules(new SimulatedSchedules(this)),
-      m_server(new SimulatorHttpServer(this)), m_api(std::make_unique<SimulatedApi>(*m_home, *m_schedules))
+      m_server(new SimulatorHttpServer(false, this)),
+      m_api(std::make_unique<SimulatedApi>(*m_home, *m_schedules))
 {
     connect(m_server, &SimulatorHttpServer::requestReady, this, &BridgeSimulator::onHttpRequest);
     connect(m_schedules, &SimulatedSchedules::commandDue, this, &BridgeSimulator::onScheduleDue);
+}
+
+bool BridgeSimulator::listenTls(const QHostAddress& address, quint16 port)
+{
+    if (!m_tlsServer) {
+        // Made once, when first needed: a key or two and certificates, a few milliseconds.
+        m_authority = SimulatorCertificates::makeAuthority(QStringLiteral("Glowdeck test bridge authority"));
+        m_strangerAuthority =
+            SimulatorCertificates::makeAuthority(QStringLiteral("Somebody else's authority"));
+        m_leafKey = SimulatorCertificates::makeKey();
+        m_selfSignedKey = SimulatorCertificates::makeKey();
+        if (m_authority.isNull() || m_strangerAuthority.isNull() || m_leafKey.isNull()) {
+            m_errorString = QStringLiteral("cannot make the certificates (OpenSSL)");
+            return false;
+        }
+        m_tlsServer = new SimulatorHttpServer(true, this);
+        connect(m_tlsServer, &SimulatorHttpServer::requestReady, this, &BridgeSimulator::onHttpRequest);
+        presentCertificate();
+    }
+    if (!m_tlsServer->listen(address, port)) {
+        m_errorString = m_tlsServer->errorString();
+        return false;
+    }
+    m_errorString.clear();
+    return true;
+}
+
+quint16 BridgeSimulator::tlsPort() const
+{
+    return m_tlsServer && m_tlsServer->isListening() ? m_tlsServer->port() : 0;
+}
+
+QString BridgeSimulator::tlsHostAndPort() const
+{
+    return reachableAt(m_tlsServer ? m_tlsServer->address() : QHostAddress(), tlsPort());
+}
+
+bool BridgeSimulator::writeAuthority(const QString& fileName, QString* error) const
+{
+    QSaveFile file(fileName);
+    if (file.open(QIODevice::WriteOnly) && file.write(m_authority.certificate.toPem()) >= 0 && file.commit())
+        return true;
+    if (error)
+        *error = QStringLiteral("Cannot write %1: %2").arg(fileName, file.errorString());
+    return false;
+}
+
+QString BridgeSimulator::bridgeId() const
+{
+    return m_home->bridgeId();
+}
+
+void BridgeSimulator::setBridgeId(const QString& id)
+{
+    m_home->setBridgeId(id);
+    presentCertificate();
+}
+
+void BridgeSimulator::setCertificate(CertificateKind kind)
+{
+    m_certificateKind = kind;
+    presentCertificate();
+}
+
+void BridgeSimulator::renewSelfSignedKey()
+{
+    m_selfSignedKey = SimulatorCertificates::makeKey();
+    presentCertificate();
+}
+
+void BridgeSimulator::setRedirectHttpToHttps(bool redirect)
+{
+    m_redirectHttp = redirect;
+}
+
+void BridgeSimulator::presentCertificate()
+{
+    if (!m_tlsServer)
+        return;
+    namespace Make = SimulatorCertificates;
+    const QString id = bridgeId();
+    QSslKey key = m_leafKey;
+    QSslCertificate certificate;
+    switch (m_certificateKind) {
+    case CertificateKind::Signed:
+        certificate = Make::makeLeaf(id, key, &m_authority);
+        break;
+    case CertificateKind::SelfSigned:
+        key = m_selfSignedKey;
+        certificate = Make::makeLeaf(id, key, nullptr);
+        break;
+    case CertificateKind::OtherBridge:
+        certificate = Make::makeLeaf(QStringLiteral("001788FFFE000BAD"), key, &m_authority);
+        break;
+    case CertificateKind::Expired:
+        certificate = Make::makeLeaf(id, key, &m_authority, -730, -1);
+        break;
+    case CertificateKind::UnknownAuthority:
+        certificate = Make::makeLeaf(id, key, &m_strangerAuthority);
+        break;
+    }
+    QSslConfiguration configuration = QSslConfiguration::defaultConfiguration();
+    configuration.setLocalCertificate(certificate);
+    configuration.setPrivateKey(key);
+    configuration.setPeerVerifyMode(QSslSocket::VerifyNone); // a bridge asks nothing of its clients
+    m_tlsServer->setSslConfiguration(configuration);
+    // A kept-alive connection would go on with the old certificate.
+    m_tlsServer->dropConnections();
 }
 
 BridgeSimulator::~BridgeSimulator()
 {
     // Connections and timers go first, while the home they would work on still exists.
     m_server->close();
+    if (m_tlsServer)
+        m_tlsServer->close();
     m_schedules->clear();
 }
 
@@ -51,6 +176,8 @@ bool BridgeSimulator::listen(const QHostAddress& address, quint16 port)
 void BridgeSimulator::close()
 {
     m_server->close();
+    if (m_tlsServer)
+        m_tlsServer->close();
 }
 
 bool BridgeSimulator::isListening() const
@@ -65,16 +192,7 @@ quint16 BridgeSimulator::port() const
 
 QString BridgeSimulator::hostAndPort() const
 {
-    QHostAddress address = m_server->address();
-    // Listening on every interface: loopback is the one address sure to reach us.
-    if (address == QHostAddress(QHostAddress::Any) || address == QHostAddress(QHostAddress::AnyIPv4))
-        address = QHostAddress(QHostAddress::LocalHost);
-    else if (address == QHostAddress(QHostAddress::AnyIPv6))
-        address = QHostAddress(QHostAddress::LocalHostIPv6);
-    const QString host = address.protocol() == QAbstractSocket::IPv6Protocol
-                             ? QLatin1Char('[') + address.toString() + QLatin1Char(']')
-                             : address.toString();
-    return host + QLatin1Char(':') + QString::number(port());
+    return reachableAt(m_server->address(), port());
 }
 
 void BridgeSimulator::loadDefaultHome()
@@ -266,11 +384,25 @@ void BridgeSimulator::onHttpRequest(SimulatorHttpConnection* connection, const S
 {
     if (http.path.startsWith(ControlPrefix))
         return answerControlRequest(connection, http);
-    SimulatedRequest request{http.method, http.path, http.body, {}, http.target};
+    SimulatedRequest request{http.method, http.path, http.body, {}, http.target, http.encrypted};
     SimulatedApi::parseObject(http.body, &request.body);
     if (m_recording)
         m_requests.append(request);
     emit requestReceived(request);
+
+    if (m_redirectHttp && !http.encrypted && tlsPort() != 0) {
+        // The newest bridge: plain HTTP is only ever sent on to HTTPS, on the host the client named.
+        QByteArray host = http.headers.value("host");
+        const qsizetype colon = host.lastIndexOf(':');
+        if (colon > host.lastIndexOf(']'))
+            host.truncate(colon);
+        if (host.isEmpty())
+            host = "127.0.0.1";
+        connection->respondWithHeaders(
+            301, "text/html", "<html><body>Moved</body></html>",
+            {{"Location", "https://" + host + ':' + QByteArray::number(tlsPort()) + http.target}});
+        return;
+    }
 
     const Fault fault = takeFault(http.method);
     SimulatedApi::Answer answer;

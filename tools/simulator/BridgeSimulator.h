@@ -1,11 +1,15 @@
 #pragma once
 
+#include "SimulatorCertificates.h"
+
 #include <QByteArray>
 #include <QHostAddress>
 #include <QJsonObject>
 #include <QList>
 #include <QMetaType>
 #include <QObject>
+#include <QSslCertificate>
+#include <QSslKey>
 #include <QString>
 #include <QStringList>
 
@@ -24,8 +28,9 @@ struct SimulatedRequest
     QByteArray method; ///< "GET", "PUT", "POST", "DELETE"
     QString path;      ///< e.g. "/api/KEY/lights/3/state" (no query), percent-decoded
     QByteArray rawBody;
-    QJsonObject body;  ///< rawBody parsed when it is a JSON object, else empty
-    QByteArray target; ///< the request target as sent, still percent-encoded, query included
+    QJsonObject body;       ///< rawBody parsed when it is a JSON object, else empty
+    QByteArray target;      ///< the request target as sent, still percent-encoded, query included
+    bool encrypted = false; ///< it came over HTTPS
 };
 Q_DECLARE_METATYPE(SimulatedRequest)
 
@@ -53,6 +58,45 @@ public:
     QString hostAndPort() const;
     /// Why the last listen() failed.
     QString errorString() const { return m_errorString; }
+    /// "http://127.0.0.1:54321", the address of the plain-HTTP port.
+    QString httpAddress() const { return QStringLiteral("http://") + hostAndPort(); }
+
+    // HTTPS, as a bridge serves it: a certificate for its bridge id, signed by an authority of its own that
+    // clients must be told to trust (authorityCertificate()), made fresh for every simulator.
+
+    /// Serves the same interface over HTTPS as well. Port 0 picks a free port. False, with errorString().
+    bool listenTls(const QHostAddress& address = QHostAddress::LocalHost, quint16 port = 0);
+    /// The HTTPS port, 0 when not listening.
+    quint16 tlsPort() const;
+    /// "127.0.0.1:54321" of the HTTPS port, and "https://127.0.0.1:54321".
+    QString tlsHostAndPort() const;
+    QString httpsAddress() const { return QStringLiteral("https://") + tlsHostAndPort(); }
+    /// The authority that signs the simulator's certificates: what a client trusts to trust this bridge.
+    QSslCertificate authorityCertificate() const { return m_authority.certificate; }
+    bool writeAuthority(const QString& fileName, QString* error = nullptr) const;
+    /// The config's "bridgeid" (upper case), which the certificate names; changing it changes the
+    /// certificate.
+    QString bridgeId() const;
+    void setBridgeId(const QString& id);
+
+    /// Which certificate HTTPS clients are shown, as real bridges (and impostors) show them.
+    enum class CertificateKind
+    {
+        Signed,           ///< the bridge's own, signed by the authority (current firmware)
+        SelfSigned,       ///< the bridge's own, signed by itself (old firmware); same key until renewed
+        OtherBridge,      ///< signed by the authority, but for another bridge id
+        Expired,          ///< the bridge's own, signed, but no longer valid
+        UnknownAuthority, ///< the bridge's own subject, signed by an authority nobody trusts
+    };
+    Q_ENUM(CertificateKind)
+    /// Applies to new connections; open ones are dropped.
+    void setCertificate(CertificateKind kind);
+    CertificateKind certificateKind() const { return m_certificateKind; }
+    /// A new key for the self-signed certificate, as a reset bridge with old firmware would make.
+    void renewSelfSignedKey();
+    /// Plain HTTP answers every request (but the loopback controls) with 301 to the same target over HTTPS,
+    /// as the newest bridge does. Such requests are still recorded.
+    void setRedirectHttpToHttps(bool redirect);
 
     // Home
 
@@ -156,6 +200,7 @@ private:
     std::unique_ptr<SimulatedHome> m_home;
     SimulatedSchedules* m_schedules = nullptr;
     SimulatorHttpServer* m_server = nullptr;
+    SimulatorHttpServer* m_tlsServer = nullptr;
     std::unique_ptr<SimulatedApi> m_api;
     QList<SimulatedRequest> m_requests;
     bool m_recording = true;
@@ -166,4 +211,11 @@ private:
     int m_dripBytes = 4;
     int m_dripIntervalMs = 3000;
     QString m_errorString;
+    void presentCertificate();
+    SimulatorIdentity m_authority;
+    SimulatorIdentity m_strangerAuthority;
+    QSslKey m_leafKey;
+    QSslKey m_selfSignedKey;
+    CertificateKind m_certificateKind = CertificateKind::Signed;
+    bool m_redirectHttp = false;
 };

@@ -455,6 +455,25 @@ void SimulatedHome::setIpAddress(const QString& address)
     m_ipAddress = address;
 }
 
+QString SimulatedHome::bridgeId() const
+{
+    return m_config.value(u"bridgeid").toString().toUpper();
+}
+
+void SimulatedHome::setBridgeId(const QString& id)
+{
+    m_config.insert(QStringLiteral("bridgeid"), id.toUpper());
+    // A bridge id is its hardware address with FFFE in the middle.
+    const QString hex = id.toLower();
+    if (hex.size() == 16) {
+        QStringList bytes;
+        for (const QString& part : {hex.left(6), hex.right(6)})
+            for (int i = 0; i < 6; i += 2)
+                bytes << part.mid(i, 2);
+        m_config.insert(QStringLiteral("mac"), bytes.join(u':'));
+    }
+}
+
 bool SimulatedHome::hasUser(const QString& name) const
 {
     return std::any_of(m_users.begin(), m_users.end(),

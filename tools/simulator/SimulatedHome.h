@@ -67,6 +67,9 @@ public:
     QJsonObject publicConfig() const;
     /// Sets "ipaddress" of the config (the address the simulator listens on).
     void setIpAddress(const QString& address);
+    /// The config's "bridgeid", upper case; and a new one (the "mac" follows it, as on a real bridge).
+    QString bridgeId() const;
+    void setBridgeId(const QString& id);
 
     QList<User> users() const { return m_users; }
     bool hasUser(const QString& name) const;

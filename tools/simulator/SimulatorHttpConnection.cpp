@@ -1,5 +1,6 @@
 #include "SimulatorHttpConnection.h"
 
+#include <QSslSocket>
 #include <QTcpSocket>
 #include <QTimer>
 #include <QUrl>
@@ -18,6 +19,8 @@ QByteArray reasonPhrase(int status)
         return "Continue";
     case 200:
         return "OK";
+    case 301:
+        return "Moved Permanently";
     case 400:
         return "Bad Request";
     case 404:
@@ -82,6 +85,7 @@ void SimulatorHttpConnection::processBuffer()
     case Parse::Complete:
         m_busy = true;
         request.peer = m_socket->peerAddress();
+        request.encrypted = qobject_cast<QSslSocket*>(m_socket) != nullptr;
         emit requestReady(this, request);
         return;
     }
@@ -169,6 +173,15 @@ void SimulatorHttpConnection::respond(int status, const QByteArray& contentType,
     writeResponse(status, contentType, body, m_closeAfterAnswer);
 }
 
+void SimulatorHttpConnection::respondWithHeaders(int status, const QByteArray& contentType,
+                                                 const QByteArray& body,
+                                                 const QList<std::pair<QByteArray, QByteArray>>& headers)
+{
+    m_extraHeaders = headers;
+    respond(status, contentType, body);
+    m_extraHeaders.clear();
+}
+
 QByteArray SimulatorHttpConnection::responseBytes(int status, const QByteArray& contentType,
                                                   const QByteArray& body, bool close) const
 {
@@ -177,6 +190,8 @@ QByteArray SimulatorHttpConnection::responseBytes(int status, const QByteArray& 
     head += "Pragma: no-cache\r\n";
     head += "Access-Control-Allow-Origin: *\r\n";
     head += "Content-Type: " + contentType + "\r\n";
+    for (const auto& [name, value] : m_extraHeaders)
+        head += name + ": " + value + "\r\n";
     head += "Content-Length: " + QByteArray::number(body.size()) + "\r\n";
     head += close ? "Connection: close\r\n\r\n" : "Connection: Keep-Alive\r\n\r\n";
     return m_headRequest ? head : head + body;

@@ -17,7 +17,8 @@ struct SimulatorHttpRequest
     QString path;                          ///< decoded path without the query
     QHash<QByteArray, QByteArray> headers; ///< names in lower case
     QByteArray body;
-    QHostAddress peer; ///< who sent it
+    QHostAddress peer;      ///< who sent it
+    bool encrypted = false; ///< it came over TLS
 };
 
 /// One client connection of the simulator's small HTTP/1.1 server. Reads requests with Content-Length
@@ -33,6 +34,9 @@ public:
 
     /// Answers the request handed out last; the next one is read afterwards.
     void respond(int status, const QByteArray& contentType, const QByteArray& body);
+    /// The same, with further header lines ("Location" of a redirection).
+    void respondWithHeaders(int status, const QByteArray& contentType, const QByteArray& body,
+                            const QList<std::pair<QByteArray, QByteArray>>& headers);
     /// The same answer, its body trickled out: the head at once, then @p chunkBytes of the body, a pause of
     /// @p intervalMs, and so on, like a bridge on a failing link. Stops when the client hangs up.
     void respondDripping(int status, const QByteArray& contentType, const QByteArray& body, int chunkBytes,
@@ -63,6 +67,7 @@ private:
     void finishAnswer(bool close);
 
     QTcpSocket* m_socket = nullptr;
+    QList<std::pair<QByteArray, QByteArray>> m_extraHeaders; ///< for the answer being written
     QByteArray m_buffer;
     bool m_busy = false; // a request was handed out and waits for its answer
     bool m_closeAfterAnswer = false;

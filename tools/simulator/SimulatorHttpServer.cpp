@@ -2,12 +2,23 @@
 
 #include "SimulatorHttpConnection.h"
 
+#include <QSslServer>
 #include <QTcpServer>
 #include <QTcpSocket>
 
-SimulatorHttpServer::SimulatorHttpServer(QObject* parent) : QObject(parent), m_tcpServer(new QTcpServer(this))
+SimulatorHttpServer::SimulatorHttpServer(bool encrypted, QObject* parent)
+    : QObject(parent), m_tcpServer(encrypted ? new QSslServer(this) : new QTcpServer(this))
 {
-    connect(m_tcpServer, &QTcpServer::newConnection, this, &SimulatorHttpServer::onNewConnection);
+    // An encrypted connection is handed out only once its handshake is done; a client that refuses the
+    // certificate never gets that far, and never sends a request.
+    connect(m_tcpServer, &QTcpServer::pendingConnectionAvailable, this,
+            &SimulatorHttpServer::onNewConnection);
+}
+
+void SimulatorHttpServer::setSslConfiguration(const QSslConfiguration& configuration)
+{
+    if (auto* server = qobject_cast<QSslServer*>(m_tcpServer))
+        server->setSslConfiguration(configuration);
 }
 
 SimulatorHttpServer::~SimulatorHttpServer() = default;
@@ -27,6 +38,11 @@ bool SimulatorHttpServer::listen(const QHostAddress& address, quint16 port)
 void SimulatorHttpServer::close()
 {
     m_tcpServer->close();
+    dropConnections();
+}
+
+void SimulatorHttpServer::dropConnections()
+{
     const QList<SimulatorHttpConnection*> connections =
         findChildren<SimulatorHttpConnection*>(Qt::FindDirectChildrenOnly);
     for (SimulatorHttpConnection* connection : connections)

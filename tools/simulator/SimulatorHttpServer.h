@@ -4,6 +4,7 @@
 #include <QObject>
 #include <QString>
 
+class QSslConfiguration;
 class QTcpServer;
 class SimulatorHttpConnection;
 struct SimulatorHttpRequest;
@@ -16,13 +17,18 @@ class SimulatorHttpServer final : public QObject
 {
     Q_OBJECT
 public:
-    explicit SimulatorHttpServer(QObject* parent = nullptr);
+    /// `encrypted`: TLS on every connection (setSslConfiguration() says with which certificate).
+    explicit SimulatorHttpServer(bool encrypted = false, QObject* parent = nullptr);
     ~SimulatorHttpServer() override;
 
     /// Starts listening; false with errorString() on failure. Listening again first closes.
     bool listen(const QHostAddress& address, quint16 port);
     /// Stops listening and drops every open connection.
     void close();
+    /// Drops every open connection, listening on.
+    void dropConnections();
+    /// The certificate and key of an encrypted server, for connections from now on.
+    void setSslConfiguration(const QSslConfiguration& configuration);
     bool isListening() const;
     quint16 port() const;
     QHostAddress address() const;

@@ -4,6 +4,8 @@
 #include <QCommandLineParser>
 #include <QCoreApplication>
 #include <QHostAddress>
+#include <QMap>
+#include <QRegularExpression>
 
 #include <cstdio>
 
@@ -70,8 +72,30 @@ int main(int argc, char* argv[])
                                            QStringLiteral("MS"), QStringLiteral("0"));
     const QCommandLineOption verboseOption(QStringLiteral("verbose"),
                                            QStringLiteral("Print every request received."));
+    const QCommandLineOption tlsPortOption(
+        QStringLiteral("tls-port"), QStringLiteral("Serve HTTPS on port N as well (0: any free port)."),
+        QStringLiteral("N"));
+    const QCommandLineOption certificateOption(
+        QStringLiteral("certificate"),
+        QStringLiteral("The certificate HTTPS clients see: signed (default), self-signed, other-bridge, "
+                       "expired or unknown-authority."),
+        QStringLiteral("KIND"), QStringLiteral("signed"));
+    const QCommandLineOption bridgeIdOption(QStringLiteral("bridge-id"),
+                                            QStringLiteral("The bridge id (16 hexadecimal digits)."),
+                                            QStringLiteral("ID"));
+    const QCommandLineOption authorityOption(
+        QStringLiteral("write-authority"),
+        QStringLiteral("Write the authority that signs the certificate to FILE (PEM), for a client to "
+                       "trust."),
+        QStringLiteral("FILE"));
+    const QCommandLineOption redirectOption(
+        QStringLiteral("redirect-http"),
+        QStringLiteral("Answer plain HTTP with 301 to HTTPS, as the newest bridge does."));
+    const QCommandLineOption noHttpOption(QStringLiteral("no-http"),
+                                          QStringLiteral("Serve HTTPS only (with --tls-port)."));
     parser.addOptions({portOption, bindOption, homeOption, saveOption, userOption, linkOption, acceptOption,
-                       latencyOption, verboseOption});
+                       latencyOption, verboseOption, tlsPortOption, certificateOption, bridgeIdOption,
+                       authorityOption, redirectOption, noHttpOption});
     if (!parser.parse(QCoreApplication::arguments()))
         return fail(ExitBadInput, parser.errorText());
     if (parser.isSet(QStringLiteral("help")))
@@ -97,8 +121,33 @@ int main(int argc, char* argv[])
         return fail(ExitBadInput,
                     QStringLiteral("--bind needs an IP address, not \"%1\"").arg(parser.value(bindOption)));
 
+    int tlsPort = -1;
+    if (parser.isSet(tlsPortOption) && !readNumber(parser.value(tlsPortOption), 0, 65535, &tlsPort))
+        return fail(ExitBadInput, QStringLiteral("--tls-port needs a number from 0 to 65535, not \"%1\"")
+                                      .arg(parser.value(tlsPortOption)));
+    if ((parser.isSet(noHttpOption) || parser.isSet(redirectOption) || parser.isSet(authorityOption)) &&
+        tlsPort < 0)
+        return fail(ExitBadInput, QStringLiteral("--no-http, --redirect-http and --write-authority go with "
+                                                 "--tls-port"));
+    const QMap<QString, BridgeSimulator::CertificateKind> kinds{
+        {QStringLiteral("signed"), BridgeSimulator::CertificateKind::Signed},
+        {QStringLiteral("self-signed"), BridgeSimulator::CertificateKind::SelfSigned},
+        {QStringLiteral("other-bridge"), BridgeSimulator::CertificateKind::OtherBridge},
+        {QStringLiteral("expired"), BridgeSimulator::CertificateKind::Expired},
+        {QStringLiteral("unknown-authority"), BridgeSimulator::CertificateKind::UnknownAuthority}};
+    if (!kinds.contains(parser.value(certificateOption)))
+        return fail(ExitBadInput,
+                    QStringLiteral("--certificate is one of %1, not \"%2\"")
+                        .arg(kinds.keys().join(QStringLiteral(", ")), parser.value(certificateOption)));
+    static const QRegularExpression bridgeId(QStringLiteral("^[0-9A-Fa-f]{16}$"));
+    if (parser.isSet(bridgeIdOption) && !bridgeId.match(parser.value(bridgeIdOption)).hasMatch())
+        return fail(ExitBadInput, QStringLiteral("--bridge-id needs 16 hexadecimal digits, not \"%1\"")
+                                      .arg(parser.value(bridgeIdOption)));
+
     BridgeSimulator simulator;
     QString error;
+    if (parser.isSet(bridgeIdOption))
+        simulator.setBridgeId(parser.value(bridgeIdOption));
     if (parser.isSet(homeOption) && !simulator.loadHome(parser.value(homeOption), &error))
         return fail(ExitBadInput, error);
     for (const QString& user : parser.values(userOption)) {
@@ -138,9 +187,21 @@ int main(int argc, char* argv[])
     });
     QObject::connect(&simulator, &BridgeSimulator::linkButtonPressedByRequest,
                      [&] { sayPressed("POST /__control/linkbutton"); });
-    if (!simulator.listen(address, quint16(port)))
-        return fail(ExitFailure, simulator.errorString());
-    std::printf("Hue bridge simulator listening on %s\n", qPrintable(simulator.hostAndPort()));
+    if (!parser.isSet(noHttpOption)) {
+        if (!simulator.listen(address, quint16(port)))
+            return fail(ExitFailure, simulator.errorString());
+        std::printf("Hue bridge simulator listening on %s\n", qPrintable(simulator.hostAndPort()));
+    }
+    if (tlsPort >= 0) {
+        if (!simulator.listenTls(address, quint16(tlsPort)))
+            return fail(ExitFailure, simulator.errorString());
+        simulator.setCertificate(kinds.value(parser.value(certificateOption)));
+        simulator.setRedirectHttpToHttps(parser.isSet(redirectOption));
+        if (parser.isSet(authorityOption) && !simulator.writeAuthority(parser.value(authorityOption), &error))
+            return fail(ExitFailure, error);
+        std::printf("Hue bridge simulator listening for HTTPS on %s (bridge %s)\n",
+                    qPrintable(simulator.tlsHostAndPort()), qPrintable(simulator.bridgeId()));
+    }
     std::fflush(stdout);
     return app.exec();
 }
