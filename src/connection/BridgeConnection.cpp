@@ -43,7 +43,7 @@ void BridgeConnection::reach()
         m_settings.setBridgeConnected(false);
         return;
     }
-    if (!needsProbe(*address, m_settings.bridgeTransport(), m_settings.bridgeID())) {
+    if (!m_mustAsk && !needsProbe(*address, m_settings.bridgeTransport(), m_settings.bridgeID())) {
         if (m_settings.bridgeTransport().isEmpty())
             m_settings.setBridgeContact(address->scheme, m_settings.bridgeID(),
                                         m_settings.bridgeCertificateKey());
@@ -74,6 +74,7 @@ void BridgeConnection::reach()
                          : contact.pinnedKey.isEmpty()
                              ? QStringLiteral("certificate signed by the bridge maker")
                              : QStringLiteral("self-signed certificate, trusted since pairing")));
+        m_mustAsk = false;
         m_settings.setHueIP(addressAfter(m_settings.hueIP(), contact));
         m_settings.setBridgeContact(contact.transport, contact.bridgeId, contact.pinnedKey);
         m_reached = true;
@@ -170,9 +171,13 @@ void BridgeConnection::onLights(const LightsResult& result, quint64 order)
         m_settings.setConnectionErrorMessage(
             QCoreApplication::translate("BridgeConnection", "We were unable to find any devices"));
     } else if (!result.ok()) {
-        if (!result.refusal.isEmpty()) {
+        if (!result.refusal.isEmpty())
             m_settings.setConnectionErrorMessage(result.refusal);
+        // A bridge that stopped answering may answer elsewhere or otherwise (plain HTTP only, say): the next
+        // tick asks it who it is before it is read again.
+        if (result.error == BridgeError::connectionFailed) {
             m_reached = false;
+            m_mustAsk = true;
         }
         m_settings.setBridgeConnected(false);
         m_scenesStale = true;

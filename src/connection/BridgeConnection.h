@@ -111,4 +111,6 @@ private:
     /// instead of reading.
     bool m_reached = false;
     bool m_reaching = false;
+    /// The bridge stopped answering: ask it who it is before reading again, even when it is known.
+    bool m_mustAsk = false;
 };

@@ -359,7 +359,10 @@ void TestBridgeConnection::recoversWithinTwoTicksOfTheBridgeHealing()
     if (!trickles) // a trickling read only ends when the next one replaces it
         QVERIFY(reads.waitForAll());
     m_connection->refreshTick();
-    QCOMPARE(repliesInFlight(), trickles ? 3 : 2); // one read per list: the scenes are still trickling
+    // One read per list (the scenes are still trickling); a bridge that stopped answering is first asked who
+    // it is, and read once it has said.
+    const bool dropped = fault == BridgeSimulator::Fault::DropConnection;
+    QCOMPARE(repliesInFlight(), trickles ? 3 : dropped ? 1 : 2);
     QVERIFY(!reads.spies[0].isEmpty() || reads.spies[0].wait(5000));
     QVERIFY(!reads.spies[0].last().first().value<LightsResult>().ok());
     QVERIFY(!settings().bridgeConnected());

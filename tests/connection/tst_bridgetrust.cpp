@@ -1,0 +1,232 @@
+#include "TestSupport.h"
+#include "bridge/BridgeNetwork.h"
+#include "connection/BridgeConnection.h"
+#include "connection/BridgePairing.h"
+#include "simulator/BridgeSimulator.h"
+#include "state/SettingsKeys.h"
+
+#include <QSignalSpy>
+#include <QTest>
+
+#include <memory>
+
+using Kind = BridgeSimulator::CertificateKind;
+
+/// Who gets the key: pairing over HTTPS learns the bridge's identity, and every later request goes only to a
+/// bridge that proves it, over HTTPS wherever the bridge offers it.
+class TestBridgeTrust final : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+    void pairingTrustsOnlyABridgesCertificate_data();
+    void pairingTrustsOnlyABridgesCertificate();
+    void aPairedBridgeMustKeepProvingItself_data();
+    void aPairedBridgeMustKeepProvingItself();
+    void plainHttpIsLeftForHttpsWhereverTheBridgeOffersIt();
+
+private:
+    /// Pairs with the bridge at `address` (link button pressed) and waits for the outcome.
+    QString pair(const QString& address);
+    /// Connects with the key and waits for the first light read.
+    bool connectAndRead();
+    /// Requests that carried the key (anything below "/api/<key>").
+    QList<SimulatedRequest> requestsWithKey() const;
+
+    AppSettings& settings() { return m_state->settings(); }
+
+    std::unique_ptr<BridgeSimulator> m_bridge;
+    std::unique_ptr<TestSettings> m_state;
+    std::unique_ptr<BridgeNetwork> m_network;
+    std::unique_ptr<BridgePairing> m_pairing;
+    std::unique_ptr<BridgeConnection> m_connection;
+};
+
+void TestBridgeTrust::init()
+{
+    m_bridge = std::make_unique<BridgeSimulator>();
+    QVERIFY(m_bridge->listen());
+    QVERIFY(m_bridge->listenTls());
+    m_bridge->setAcceptPairingAtOnce(true);
+    m_state = std::make_unique<TestSettings>();
+    m_network = std::make_unique<BridgeNetwork>();
+    m_network->addTrustRoots({m_bridge->authorityCertificate()});
+    m_pairing = std::make_unique<BridgePairing>(settings(), *m_network);
+    m_connection = std::make_unique<BridgeConnection>(settings(), *m_network, *m_pairing);
+}
+
+void TestBridgeTrust::cleanup()
+{
+    m_connection.reset();
+    m_pairing.reset();
+    m_network.reset();
+    m_state.reset();
+    m_bridge.reset();
+}
+
+QString TestBridgeTrust::pair(const QString& address)
+{
+    settings().setHueIP(address);
+    QSignalSpy finished(m_pairing.get(), &BridgePairing::pairingFinished);
+    m_pairing->pairWithBridge();
+    return finished.wait(10000) ? finished.first().first().toString() : QStringLiteral("<no answer>");
+}
+
+bool TestBridgeTrust::connectAndRead()
+{
+    QSignalSpy read(m_connection.get(), &BridgeConnection::lightsRefreshed);
+    m_connection->connectToBridge();
+    // A refused bridge gets no read at all: its message is the outcome. A read aborted by this connect (the
+    // one pairing started) does not count.
+    const auto succeeded = [&] {
+        for (const QList<QVariant>& arguments : read) {
+            if (arguments.first().value<LightsResult>().ok())
+                return true;
+        }
+        return false;
+    };
+    QTest::qWaitFor([&] { return succeeded() || !settings().connectionErrorMessage().isEmpty(); }, 10000);
+    return succeeded();
+}
+
+QList<SimulatedRequest> TestBridgeTrust::requestsWithKey() const
+{
+    QList<SimulatedRequest> keyed;
+    for (const SimulatedRequest& request : m_bridge->requests()) {
+        if (request.path.startsWith(QStringLiteral("/api/")) && request.path != u"/api/config")
+            keyed.append(request);
+    }
+    return keyed;
+}
+
+void TestBridgeTrust::pairingTrustsOnlyABridgesCertificate_data()
+{
+    QTest::addColumn<Kind>("certificate");
+    QTest::addColumn<QString>("refusal"); // empty: pairs, and over HTTPS
+    QTest::newRow("signed by the maker") << Kind::Signed << QString();
+    QTest::newRow("self-signed, trusted on first use") << Kind::SelfSigned << QString();
+    QTest::newRow("another bridge's")
+        << Kind::OtherBridge << "presented a certificate for another bridge (001788FFFE000BAD).";
+    QTest::newRow("unknown authority")
+        << Kind::UnknownAuthority << "presented a certificate that is not a Hue bridge's.";
+    QTest::newRow("expired") << Kind::Expired << "presented an expired certificate.";
+}
+
+void TestBridgeTrust::pairingTrustsOnlyABridgesCertificate()
+{
+    QFETCH(Kind, certificate);
+    QFETCH(QString, refusal);
+    m_bridge->setCertificate(certificate);
+    const QString outcome = pair(m_bridge->tlsHostAndPort());
+    if (!refusal.isEmpty()) {
+        QCOMPARE(outcome, BridgePairing::noConnection);
+        QCOMPARE(settings().connectionErrorMessage(),
+                 QStringLiteral("The bridge at %1 ").arg(m_bridge->tlsHostAndPort()) + refusal);
+        // Nothing but the public configuration was asked, if anything got through the handshake at all.
+        for (const SimulatedRequest& request : m_bridge->requests())
+            QCOMPARE(request.method + ' ' + request.path.toUtf8(), QByteArray("GET /api/config"));
+        QVERIFY(settings().hueKey().isEmpty());
+        return;
+    }
+    QVERIFY(outcome != BridgePairing::noConnection);
+    QCOMPARE(settings().bridgeTransport(), QStringLiteral("https"));
+    QCOMPARE(settings().bridgeID(), m_bridge->bridgeId());
+    QCOMPARE(settings().bridgeCertificateKey().isEmpty(), certificate == Kind::Signed);
+    QVERIFY(connectAndRead());
+    QVERIFY(!requestsWithKey().isEmpty());
+    for (const SimulatedRequest& request : requestsWithKey())
+        QVERIFY(request.encrypted);
+    // What was learnt is kept with the key.
+    QCOMPARE(m_state->store().readString(SettingsKeys::bridgeID), m_bridge->bridgeId());
+    QCOMPARE(m_state->store().readString(SettingsKeys::bridgeTransport), QStringLiteral("https"));
+}
+
+void TestBridgeTrust::aPairedBridgeMustKeepProvingItself_data()
+{
+    QTest::addColumn<Kind>("pairedWith");
+    QTest::addColumn<int>("change"); // 0: another certificate kind, 1: a new self-signed key, 2: plain only
+    QTest::addColumn<Kind>("then");
+    QTest::addColumn<QString>("refusal");
+    QTest::newRow("signed, then another bridge's")
+        << Kind::Signed << 0 << Kind::OtherBridge
+        << "presented a certificate for another bridge (001788FFFE000BAD).";
+    QTest::newRow("signed, then self-signed")
+        << Kind::Signed << 0 << Kind::SelfSigned
+        << "presented a certificate that is not signed by the bridge maker: pair again to trust it.";
+    QTest::newRow("self-signed, then another key")
+        << Kind::SelfSigned << 1 << Kind::SelfSigned
+        << "presented a different certificate than when it was paired: pair again to trust it.";
+    QTest::newRow("HTTPS, then plain HTTP only") << Kind::Signed << 2 << Kind::Signed
+                                                 << "refused an encrypted connection. It was reached over "
+                                                    "HTTPS before, so Glowdeck does not fall back "
+                                                    "to plain HTTP.";
+}
+
+void TestBridgeTrust::aPairedBridgeMustKeepProvingItself()
+{
+    QFETCH(Kind, pairedWith);
+    QFETCH(int, change);
+    QFETCH(Kind, then);
+    QFETCH(QString, refusal);
+    m_bridge->setCertificate(pairedWith);
+    // A bare address, as a user types it: over HTTPS first.
+    const QString address = QStringLiteral("127.0.0.1:%1").arg(m_bridge->tlsPort());
+    QVERIFY(pair(address) != BridgePairing::noConnection);
+    QVERIFY(connectAndRead());
+
+    if (change == 2) {
+        // The same bridge, answering only in clear at the same port: a downgrade, or somebody else.
+        const quint16 port = m_bridge->tlsPort();
+        m_bridge->close();
+        QVERIFY(m_bridge->listen(QHostAddress::LocalHost, port));
+    } else if (change == 1) {
+        m_bridge->renewSelfSignedKey();
+    } else {
+        m_bridge->setCertificate(then);
+    }
+    m_bridge->clearRequests();
+    settings().setConnectionErrorMessage(QString());
+    QVERIFY(!connectAndRead());
+    // Said at once, or at the next tick, which asks a bridge that stopped answering who it is.
+    QTRY_COMPARE_WITH_TIMEOUT(settings().connectionErrorMessage(),
+                              QStringLiteral("The bridge at %1 ").arg(address) + refusal, 10000);
+    QVERIFY(!settings().bridgeConnected());
+    QVERIFY(requestsWithKey().isEmpty()); // the key went nowhere
+}
+
+void TestBridgeTrust::plainHttpIsLeftForHttpsWhereverTheBridgeOffersIt()
+{
+    // The newest bridge: plain HTTP only sends clients on to HTTPS.
+    m_bridge->setRedirectHttpToHttps(true);
+    QVERIFY(pair(m_bridge->httpAddress()) != BridgePairing::noConnection);
+    QVERIFY(connectAndRead());
+    QCOMPARE(settings().hueIP(), m_bridge->httpsAddress());
+    QCOMPARE(settings().bridgeTransport(), QStringLiteral("https"));
+    for (const SimulatedRequest& request : requestsWithKey())
+        QVERIFY2(request.encrypted, qPrintable(request.path));
+
+    // A bridge of the first generation: plain HTTP only, and said so.
+    m_bridge->close();
+    m_bridge->setRedirectHttpToHttps(false);
+    QVERIFY(m_bridge->listen());
+    settings().setBridgeContact({}, {}, {});
+    QVERIFY(pair(m_bridge->hostAndPort()) != BridgePairing::noConnection);
+    QCOMPARE(settings().bridgeTransport(), QStringLiteral("http"));
+    QVERIFY(connectAndRead());
+
+    // ... until it offers HTTPS: the next connect moves it there by itself.
+    const quint16 port = m_bridge->port();
+    m_bridge->close();
+    QVERIFY(m_bridge->listenTls(QHostAddress::LocalHost, port));
+    m_bridge->clearRequests();
+    QVERIFY(connectAndRead());
+    QCOMPARE(settings().bridgeTransport(), QStringLiteral("https"));
+    QVERIFY(!requestsWithKey().isEmpty());
+    for (const SimulatedRequest& request : requestsWithKey())
+        QVERIFY(request.encrypted);
+}
+
+QTEST_GUILESS_MAIN(TestBridgeTrust)
+#include "tst_bridgetrust.moc"
