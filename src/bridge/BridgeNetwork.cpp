@@ -136,7 +136,14 @@ void BridgeNetwork::prepare(QNetworkRequest& request, const BridgeIdentity& iden
 
 BridgeCertificate BridgeNetwork::certificateOf(const QNetworkReply* reply)
 {
-    return reply->property(certificateProperty).value<BridgeCertificate>();
+    if (const QVariant recorded = reply->property(certificateProperty); recorded.isValid())
+        return recorded.value<BridgeCertificate>();
+    // A kept-alive connection has no handshake of its own: it was judged when it was opened, for requests
+    // that expect the same (Qt keeps connections apart by the name verified), so its certificate stands.
+    const QSslCertificate leaf = reply->sslConfiguration().peerCertificate();
+    if (leaf.isNull() || !reply->request().attribute(identityAttribute).isValid())
+        return {};
+    return {commonName(leaf).toUpper(), publicKeyHash(leaf), !leaf.isSelfSigned()};
 }
 
 QString BridgeNetwork::refusalOf(const QNetworkReply* reply)

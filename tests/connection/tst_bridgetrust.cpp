@@ -87,7 +87,8 @@ bool TestBridgeTrust::connectAndRead()
         }
         return false;
     };
-    QTest::qWaitFor([&] { return succeeded() || !settings().connectionErrorMessage().isEmpty(); }, 10000);
+    if (!QTest::qWaitFor([&] { return succeeded() || !settings().connectionErrorMessage().isEmpty(); }, 10000))
+        return false;
     return succeeded();
 }
 
