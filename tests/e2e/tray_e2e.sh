@@ -1,8 +1,9 @@
 #!/usr/bin/env bash
 # Glowdeck as a new user meets it, under Xvfb with a real XEmbed tray (trayer) and the accessibility bus: a
-# first start with empty settings against a simulated bridge whose link button is not pressed; the welcome
-# window; Settings from the tray icon's menu; on the connection pane Manual, the bridge's address, Connect and
-# the link-button message; the link button pressed; Connect again and "CONNECTED". Then every pane is looked
+# first start with empty settings against a simulated bridge that speaks HTTPS, as current bridges do, and whose
+# link button is not pressed; the welcome window; Settings from the tray icon's menu; on the connection pane
+# Manual, the bridge's address, Connect and the link-button message; the link button pressed; Connect again,
+# "CONNECTED" and the bridge named as reached over HTTPS. Then every pane is looked
 # at (a screenshot each, every control named for a screen reader), a light is hidden, start at login switched
 # on, and the drop-down window lists the bridge's lights without the hidden one; a dragged brightness slider
 # reaches the bridge. Nothing here talks to anything but loopback: the simulator listens on 127.0.0.1, every
@@ -28,21 +29,31 @@ e2e_start_display
 e2e_start_trayer
 e2e_start_atspi
 
-# ---- The bridge: the simulator program, its link button not pressed -----------------------------------------
+# ---- The bridge: the simulator program over HTTPS, its link button not pressed -------------------------------
 [ -x "$simulator" ] || fail "$simulator is not an executable"
-e2e_background "$simulator" --port 0 >"$e2e_work/simulator.out" 2>&1
-for _ in $(seq 50); do
-    address=$(grep -oE 'listening on 127\.0\.0\.1:[0-9]+' "$e2e_work/simulator.out" | cut -d' ' -f3)
-    [ -n "$address" ] && break
-    sleep 0.1
-done
-[ -n "$address" ] || fail "the simulator did not start: $(cat "$e2e_work/simulator.out")"
-say "simulated bridge at $address"
-simulator_says() { grep -q -- "$1" "$e2e_work/simulator.out"; }
+# Starts a simulator with the given options; sets $address (plain HTTP, for curl) and $tls_address.
+start_simulator() {
+    local out="$e2e_work/simulator-$1.out"
+    shift
+    e2e_background "$simulator" --port 0 "$@" >"$out" 2>&1
+    address="" tls_address=""
+    for _ in $(seq 50); do
+        address=$(grep -oE 'listening on 127\.0\.0\.1:[0-9]+' "$out" | cut -d' ' -f3)
+        tls_address=$(grep -oE 'listening for HTTPS on 127\.0\.0\.1:[0-9]+' "$out" | cut -d' ' -f5)
+        [ -n "$address" ] && { [ -n "$tls_address" ] || ! grep -q -- --tls-port <<<"$*"; } && break
+        sleep 0.1
+    done
+    [ -n "$address" ] || fail "the simulator did not start: $(cat "$out")"
+}
+# Its authority, trusted by this run only: the bridge maker's would never sign a test bridge.
+start_simulator signed --tls-port 0 --write-authority "$e2e_work/authority.pem"
+[ -n "$tls_address" ] || fail "the simulator does not serve HTTPS: $(cat "$e2e_work/simulator-signed.out")"
+say "simulated bridge at https://$tls_address (plain HTTP for the test's own curl at $address)"
+simulator_says() { grep -q -- "$1" "$e2e_work/simulator-signed.out"; }
 
 # ---- A first start with empty settings -----------------------------------------------------------------------
 settings="$e2e_work/settings.json"
-e2e_start_glowdeck "$glowdeck" --settings "$settings"
+e2e_start_glowdeck "$glowdeck" --settings "$settings" --trust-root "$e2e_work/authority.pem"
 trace_line=$(await_output 'tray icon shown after [0-9]+ ms' 50) && say "${trace_line#*: }"
 
 # The stored key, read from the settings file (the program does not print it).
@@ -132,7 +143,7 @@ screenshot pane-connection-unpaired
 
 # ---- Pairing: Manual, the address, Connect; the link button; Connect again ---------------------------------
 atspi press "radio button" Manual
-atspi type text "IP address of your HUE bridge" "$address"
+atspi type text "IP address of your HUE bridge" "$tls_address"
 atspi press "push button" Connect
 atspi --timeout 10 wait label "Bridge responded: Press LINK BUTTON and retry" >/dev/null ||
     fail "Connect before the link button was pressed did not ask for it"
@@ -153,10 +164,13 @@ for _ in $(seq 50); do
     sleep 0.1
 done
 [ -n "$key" ] || fail "no key in the settings file after pairing"
-[ "$(stored bridgeIP)" = "$address" ] || fail "the settings file holds bridgeIP \"$(stored bridgeIP)\""
+[ "$(stored bridgeIP)" = "$tls_address" ] || fail "the settings file holds bridgeIP \"$(stored bridgeIP)\""
+[ "$(stored bridgeTransport)" = https ] || fail "the bridge was not reached over HTTPS: \"$(stored bridgeTransport)\""
+atspi --timeout 5 wait label "~over HTTPS .certificate signed by" >/dev/null ||
+    fail "the connection pane does not say that the bridge is reached over HTTPS"
 sleep 0.3
 screenshot pane-connection
-say "paired with $address"
+say "paired with $tls_address over HTTPS, bridge $(stored bridgeID)"
 
 # ---- Every pane: a picture each, and no control without a name ----------------------------------------------
 lights_json=$(curl -s --noproxy '*' --max-time 5 "http://$address/api/$key/lights") ||
@@ -257,6 +271,35 @@ screenshot after-drag
 read -r light_id bri_before bri_after <<<"$changed"
 say "dragging at y=$dy px in the window set light $light_id from bri $bri_before to $bri_after"
 [ "$bri_after" -ge 200 ] || fail "light $light_id has bri $bri_after after a drag to 90 %, expected 200 or more"
+# ---- The connection pane for a bridge with old firmware (self-signed) and one without HTTPS ----------------
+for kind in self-signed plain-http; do
+    if [ "$kind" = self-signed ]; then
+        start_simulator "$kind" --tls-port 0 --certificate self-signed --bridge-id 001788FFFE00C0DE --accept-pairing
+        target=$tls_address
+        expect="~this bridge's certificate is not signed by the bridge maker"
+    else
+        start_simulator "$kind" --bridge-id 001788FFFE00BEEF --accept-pairing
+        target=$address
+        expect="~plain HTTP .this bridge offers no encryption"
+    fi
+    for attempt in 1 2 3; do
+        click_tray_icon 3
+        sleep 0.4
+        xdotool key Down Down Down Down Down Return
+        atspi --timeout 3 wait "page tab" Connection >/dev/null 2>&1 && break
+        [ "$attempt" = 3 ] && fail "Settings in the tray icon's menu did not open the preferences window"
+    done
+    atspi press "page tab" Connection
+    atspi press "radio button" Manual
+    atspi type text "IP address of your HUE bridge" "$target"
+    atspi press "push button" Connect
+    atspi --timeout 15 wait label "$expect" >/dev/null || fail "pairing with the $kind bridge at $target is not shown as such"
+    sleep 0.3
+    screenshot "pane-connection-$kind"
+    say "paired with the $kind bridge at $target: $(stored bridgeTransport), bridge $(stored bridgeID)"
+    xdotool key Escape
+done
+
 kill -0 "$glowdeck_pid" 2>/dev/null || fail "glowdeck quit during the test"
 say "PASS"
 exit 0
