@@ -2,12 +2,12 @@
 // process of its own (so the bridge's work is not counted), waiting for both the light and the room answer
 // before the next tick. Prints one line per home; docs/performance.md records the figures.
 //
-// Usage: bench_refresh [--simulator PATH] [--ticks N] [--lights N] [--memory-store] [--qt-network]
+// Usage: bench_refresh [--simulator PATH] [--ticks N] [--lights N] [--memory-store] [--https]
 //                     [--interval MS]
 //        bench_refresh --lights N --save-home FILE
 //   --lights 0 (the default) uses the simulator's default home; a positive count generates a large home.
 //   --save-home writes that large home as a simulator home file and does nothing else.
-//   --qt-network reads through Qt's own network access manager instead of the program's, for comparison.
+//   --https reads over HTTPS as from a current bridge, its certificate checked, instead of plain HTTP.
 //   --interval pauses between ticks as the program does (3500), so each tick starts with cold caches.
 
 #include "LargeHome.h"
@@ -25,7 +25,6 @@
 #include <QFile>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QNetworkAccessManager>
 #include <QProcess>
 #include <QRegularExpression>
 #include <QTemporaryDir>
@@ -66,24 +65,36 @@ bool writeLargeHome(const QString& fileName, int lightCount)
 class RefreshBench final : public QObject
 {
 public:
-    RefreshBench(const QString& address, int ticks, const QString& settingsFile,
-                 std::unique_ptr<QNetworkAccessManager> network, int intervalMs)
+    RefreshBench(const QString& address, const QString& bridgeId, int ticks, const QString& settingsFile,
+                 const QList<QSslCertificate>& trustRoots, int intervalMs)
         // Without a file: what a tick costs without the settings file's writes.
-        : m_network(std::move(network)),
+        : m_network(std::make_unique<BridgeNetwork>()),
           m_store(settingsFile.isEmpty()
                       ? std::unique_ptr<SettingsStore>(std::make_unique<MemorySettingsStore>())
                       : std::make_unique<JsonSettingsStore>(settingsFile)),
           m_settings(*m_store), m_pairing(m_settings, *m_network),
           m_connection(m_settings, *m_network, m_pairing), m_ticks(ticks), m_intervalMs(intervalMs)
     {
+        m_network->addTrustRoots(trustRoots);
         m_settings.setHueIP(address);
         m_settings.setHueKey(benchKey);
+        if (!bridgeId.isEmpty())
+            m_settings.setBridgeContact(QStringLiteral("https"), bridgeId, {});
         // Minute 1 of the hour: no scene read; the last user action long past: no tick is skipped.
         const QDateTime now(QDate(2026, 1, 5), QTime(12, 1));
         m_connection.setClock([now] { return now; });
         m_settings.setLastUserActionAt(now.addSecs(-3600));
         connect(&m_connection, &BridgeConnection::lightsRefreshed, this, &RefreshBench::onLights);
         connect(&m_connection, &BridgeConnection::groupsRefreshed, this, &RefreshBench::onGroups);
+        // A bridge that is never read (refused, or not reached) ends the run instead of hanging it.
+        m_watchdog.setSingleShot(true);
+        m_watchdog.setInterval(10000);
+        connect(&m_watchdog, &QTimer::timeout, this, [this] {
+            std::fprintf(stderr, "bench_refresh: no answer within 10 s: %s\n",
+                         qPrintable(m_settings.connectionErrorMessage()));
+            m_failed = true;
+            QCoreApplication::exit(1);
+        });
     }
 
     void start() { tick(); }
@@ -98,6 +109,7 @@ private:
     void tick()
     {
         m_lightsDone = m_groupsDone = false;
+        m_watchdog.start();
         m_connection.refreshTick();
     }
 
@@ -119,6 +131,7 @@ private:
     {
         if (!m_lightsDone || !m_groupsDone)
             return;
+        m_watchdog.stop();
         ++m_done;
         if (m_done == warmUpTicks) {
             m_cpuStart = cpuSeconds();
@@ -137,7 +150,7 @@ private:
         QTimer::singleShot(m_intervalMs, this, &RefreshBench::tick);
     }
 
-    std::unique_ptr<QNetworkAccessManager> m_network;
+    std::unique_ptr<BridgeNetwork> m_network;
     std::unique_ptr<SettingsStore> m_store;
     AppSettings m_settings;
     BridgePairing m_pairing;
@@ -152,6 +165,7 @@ private:
     double m_cpu = 0;
     qint64 m_wall = 0;
     QElapsedTimer m_clock;
+    QTimer m_watchdog;
 };
 
 } // namespace
@@ -174,13 +188,13 @@ int main(int argc, char* argv[])
     const QCommandLineOption saveOption(QStringLiteral("save-home"),
                                         QStringLiteral("Write the large home for the simulator and stop."),
                                         QStringLiteral("FILE"));
-    const QCommandLineOption qtNetworkOption(QStringLiteral("qt-network"),
-                                             QStringLiteral("Read through Qt's own network access manager."));
+    const QCommandLineOption httpsOption(QStringLiteral("https"),
+                                         QStringLiteral("Read over HTTPS, the certificate checked."));
     const QCommandLineOption intervalOption(
         QStringLiteral("interval"),
         QStringLiteral("Pause between ticks, as the program's timer makes (0: none)."), QStringLiteral("MS"),
         QStringLiteral("0"));
-    parser.addOptions({simulatorOption, ticksOption, lightsOption, memoryOption, saveOption, qtNetworkOption,
+    parser.addOptions({simulatorOption, ticksOption, lightsOption, memoryOption, saveOption, httpsOption,
                        intervalOption});
     parser.process(app);
     const int ticks = parser.value(ticksOption).toInt();
@@ -199,6 +213,11 @@ int main(int argc, char* argv[])
     QTemporaryDir dir;
     QStringList simulatorArguments{QStringLiteral("--port"), QStringLiteral("0"), QStringLiteral("--user"),
                                    benchKey};
+    const bool https = parser.isSet(httpsOption);
+    const QString authorityFile = dir.filePath(QStringLiteral("authority.pem"));
+    if (https)
+        simulatorArguments << QStringLiteral("--no-http") << QStringLiteral("--tls-port") << QStringLiteral("0")
+                           << QStringLiteral("--write-authority") << authorityFile;
     if (lights > 0) {
         const QString homeFile = dir.filePath(QStringLiteral("home.json"));
         if (!writeLargeHome(homeFile, lights)) {
@@ -214,19 +233,23 @@ int main(int argc, char* argv[])
     QObject::connect(&simulator, &QProcess::readyReadStandardOutput, &app, [&] {
         if (bench || !simulator.canReadLine())
             return;
-        static const QRegularExpression listening(QStringLiteral("listening on (127\\.0\\.0\\.1:\\d+)"));
+        static const QRegularExpression listening(
+            QStringLiteral("listening (?:for HTTPS )?on (127\\.0\\.0\\.1:\\d+)(?: \\(bridge (\\w+)\\))?"));
         const QRegularExpressionMatch match = listening.match(QString::fromUtf8(simulator.readLine()));
-        if (!match.hasMatch()) {
-            std::fprintf(stderr, "bench_refresh: the simulator does not say where it listens\n");
+        QString problem;
+        const QList<QSslCertificate> roots =
+            https ? BridgeNetwork::readRoots(authorityFile, &problem) : QList<QSslCertificate>();
+        if (!match.hasMatch() || !problem.isEmpty()) {
+            std::fprintf(stderr, "bench_refresh: the simulator does not say where it listens %s\n",
+                         qPrintable(problem));
             QCoreApplication::exit(1);
             return;
         }
         const bool inMemory = parser.isSet(memoryOption);
-        auto network = parser.isSet(qtNetworkOption) ? std::make_unique<QNetworkAccessManager>()
-                                                     : std::make_unique<BridgeNetwork>();
         bench = std::make_unique<RefreshBench>(
-            match.captured(1), ticks, inMemory ? QString() : dir.filePath(QStringLiteral("settings.json")),
-            std::move(network), parser.value(intervalOption).toInt());
+            (https ? QStringLiteral("https://") : QString()) + match.captured(1), match.captured(2), ticks,
+            inMemory ? QString() : dir.filePath(QStringLiteral("settings.json")), roots,
+            parser.value(intervalOption).toInt());
         bench->start();
     });
     QObject::connect(&simulator, &QProcess::errorOccurred, &app, [&](QProcess::ProcessError) {
@@ -254,7 +277,7 @@ int main(int argc, char* argv[])
         "refresh tick, %d lights, %d rooms, settings %s, %s: %.1f us CPU per tick, %.2f ms wall per tick "
         "(%d ticks)\n",
         bench->lightCount(), bench->groupCount(), parser.isSet(memoryOption) ? "in memory" : "in a file",
-        parser.isSet(qtNetworkOption) ? "Qt's network manager" : "the program's network manager",
+        https ? "HTTPS" : "plain HTTP",
         bench->cpuPerTick() * 1e6, bench->wallPerTick(), ticks);
     return 0;
 }

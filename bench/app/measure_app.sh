@@ -3,7 +3,7 @@
 # CPU time per refresh tick, the drop-down window of the 200-light home (click to shown, the views' share of a
 # tick) and a long run of that home with the window open and then closed (resident memory and the whole
 # program's CPU per tick). Everything runs on a private Xvfb display with trayer as the tray and the simulated
-# bridge on 127.0.0.1; every outside address of the program is switched off.
+# bridge on 127.0.0.1 over HTTPS; every outside address of the program is switched off.
 #
 # Usage: measure_app.sh <build-dir> [start-up runs (10)] [memory seconds (60)] [long-run seconds (600)]
 # Needs: Xvfb, trayer, xdotool, dbus-run-session (the packages of tests/e2e/tray_e2e.sh).
@@ -117,22 +117,31 @@ echo "start-up ($runs runs): tray icon shown after $(printf '%s\n' "${traces[@]}
 
 # ---- 2. Resident memory after a minute of refreshing -------------------------------------------------------------
 # The bridge runs as its own process so its memory is not counted.
-key=measureappkey0123456789
-"$simulator" --port 0 --user "$key" --verbose >"$work/simulator.out" 2>&1 &
-pids+=($!)
-for _ in $(seq 100); do
-    grep -q 'listening on' "$work/simulator.out" && break
-    sleep 0.1
-done
-address=$(grep -o 'listening on 127\.0\.0\.1:[0-9]*' "$work/simulator.out" | sed 's/listening on //')
-[ -n "$address" ] || {
-    echo "measure_app: the simulator did not start" >&2
-    exit 1
+# A bridge as sold today: HTTPS only, its certificate signed by an authority this run trusts.
+# Usage: start_bridge OUT SETTINGS KEY [simulator options]; writes the settings of a paired program.
+start_bridge() {
+    local out=$1 settings=$2 bridge_key=$3 address id
+    shift 3
+    "$simulator" --no-http --tls-port 0 --write-authority "$work/authority.pem" --user "$bridge_key" --verbose \
+        "$@" >"$out" 2>&1 &
+    pids+=($!)
+    for _ in $(seq 100); do
+        grep -q 'listening for HTTPS on' "$out" && break
+        sleep 0.1
+    done
+    address=$(grep -o 'listening for HTTPS on 127\.0\.0\.1:[0-9]*' "$out" | sed 's/.* on //')
+    id=$(grep -o '(bridge [0-9A-F]*)' "$out" | tr -d '()' | cut -d' ' -f2)
+    [ -n "$address" ] || {
+        echo "measure_app: the simulator did not start: $(cat "$out")" >&2
+        exit 1
+    }
+    printf '{"bridgeIP":"%s","bridgeTransport":"https","bridgeID":"%s","bridgeUser":"%s","hasSeenWelcomeScreen":true}\n' \
+        "$address" "$id" "$bridge_key" >"$settings"
+    chmod 0600 "$settings"
 }
-printf '{"bridgeIP":"%s","bridgeUser":"%s","hasSeenWelcomeScreen":true}\n' "$address" "$key" \
-    >"$work/settings.json"
-chmod 0600 "$work/settings.json"
-"$glowdeck" --settings "$work/settings.json" >"$work/memory.out" 2>&1 &
+key=measureappkey0123456789
+start_bridge "$work/simulator.out" "$work/settings.json" "$key"
+"$glowdeck" --settings "$work/settings.json" --trust-root "$work/authority.pem" >"$work/memory.out" 2>&1 &
 pid=$!
 pids+=("$pid")
 rss_at() { grep VmRSS "/proc/$pid/status" 2>/dev/null | tr -dc 0-9; }
@@ -156,8 +165,10 @@ stop "$pid"
 "$bench" --simulator "$simulator" --ticks 300 --lights 200
 "$bench" --simulator "$simulator" --ticks 300 --memory-store
 "$bench" --simulator "$simulator" --ticks 300 --lights 200 --memory-store
-"$bench" --simulator "$simulator" --ticks 300 --lights 200 --memory-store --qt-network
+"$bench" --simulator "$simulator" --ticks 300 --https
+"$bench" --simulator "$simulator" --ticks 300 --lights 200 --https
 "$bench" --simulator "$simulator" --ticks 20 --lights 200 --interval 3500
+"$bench" --simulator "$simulator" --ticks 20 --lights 200 --interval 3500 --https
 
 # ---- 4. The drop-down window of the 200-light home ----------------------------------------------------------------
 "$dropdown_bench" --lights 200
@@ -167,17 +178,9 @@ stop "$pid"
 # simulator process of its own.
 "$bench" --lights 200 --save-home "$work/home200.json" || exit 1
 large_key=measurelargekey0123456789
-"$simulator" --port 0 --user "$large_key" --home "$work/home200.json" --verbose >"$work/large.out" 2>&1 &
-pids+=($!)
-for _ in $(seq 100); do
-    grep -q 'listening on' "$work/large.out" && break
-    sleep 0.1
-done
-address=$(grep -o 'listening on 127\.0\.0\.1:[0-9]*' "$work/large.out" | sed 's/listening on //')
-printf '{"bridgeIP":"%s","bridgeUser":"%s","hasSeenWelcomeScreen":true}\n' "$address" "$large_key" \
-    >"$work/large.json"
-chmod 0600 "$work/large.json"
-GLOWDECK_TRACE_STARTUP=1 "$glowdeck" --settings "$work/large.json" >"$work/large-app.out" 2>&1 &
+start_bridge "$work/large.out" "$work/large.json" "$large_key" --home "$work/home200.json"
+GLOWDECK_TRACE_STARTUP=1 "$glowdeck" --settings "$work/large.json" --trust-root "$work/authority.pem" \
+    >"$work/large-app.out" 2>&1 &
 pid=$!
 pids+=("$pid")
 for _ in $(seq 100); do

@@ -48,7 +48,11 @@ bool SimulatedHome::load(const QByteArray& text, QString* error)
     m_lights = std::move(document.lights);
     m_groups = std::move(document.groups);
     m_scenes = std::move(document.scenes);
+    const QString keptId = bridgeId();
     m_config = document.config;
+    // Every bridge has an id: a home file that names none keeps this bridge's.
+    if (!m_config.contains(u"bridgeid") && !keptId.isEmpty())
+        setBridgeId(keptId);
     m_groupZeroAction = defaultGroupZeroAction();
     // A loaded home never locks out an application that paired before.
     for (const User& user : std::as_const(document.users)) {

@@ -146,10 +146,11 @@ int main(int argc, char* argv[])
 
     BridgeSimulator simulator;
     QString error;
-    if (parser.isSet(bridgeIdOption))
-        simulator.setBridgeId(parser.value(bridgeIdOption));
     if (parser.isSet(homeOption) && !simulator.loadHome(parser.value(homeOption), &error))
         return fail(ExitBadInput, error);
+    // After the home file: the command line names the bridge even when the file does too.
+    if (parser.isSet(bridgeIdOption))
+        simulator.setBridgeId(parser.value(bridgeIdOption));
     for (const QString& user : parser.values(userOption)) {
         if (!simulator.registerUser(user, QStringLiteral("glowdeck#simulator")))
             return fail(ExitBadInput, QStringLiteral("--user \"%1\" is not a usable user name").arg(user));
