@@ -110,7 +110,10 @@ void HueHelper::switchAllOffAfterMinutes(qint64 minutes)
     schedule.command.method = QStringLiteral("PUT");
     schedule.command.body.on = false;
     schedule.autodelete = true;
-    schedule.localtime = QStringLiteral("PT00:%1:00").arg(minutes, 2, 10, QLatin1Char('0'));
+    // A bridge's time pattern counts minutes up to 59: 90 minutes are "PT01:30:00".
+    schedule.localtime = QStringLiteral("PT%1:%2:00")
+                             .arg(minutes / 60, 2, 10, QLatin1Char('0'))
+                             .arg(minutes % 60, 2, 10, QLatin1Char('0'));
     schedule.recycle = true;
     const QUrl address =
         bridgeResourceUrl(m_settings.bridgeEndpoint(), m_settings.hueKey(), {QStringLiteral("schedules")});

@@ -37,7 +37,7 @@ public:
 
     /// Recalls a scene through group 0, so the bridge applies it to the scene's own lamps.
     void recallScene(const QString& sceneId);
-    /// Has the bridge switch every lamp off after `minutes` (not limited: 90 gives "PT00:90:00").
+    /// Has the bridge switch every lamp off after `minutes` (90 gives "PT01:30:00").
     void switchAllOffAfterMinutes(qint64 minutes);
 
 private:

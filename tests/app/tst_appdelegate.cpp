@@ -176,7 +176,7 @@ void TestAppDelegate::offInMinutesReadsTheDelayFromTheTitle_data()
 
     QTest::newRow("5") << "Off in 5 minutes" << QString() << "PT00:05:00";
     QTest::newRow("30") << "Off in 30 minutes" << QString() << "PT00:30:00";
-    QTest::newRow("60") << "Off in 60 minutes" << QString() << "PT00:60:00";
+    QTest::newRow("60") << "Off in 60 minutes" << QString() << "PT01:00:00";
     QTest::newRow("a title without 30 or 60 gives 5") << "Off in 30 minutes"
                                                       << "Later, please"
                                                       << "PT00:05:00";
@@ -204,7 +204,8 @@ void TestAppDelegate::offInMinutesReadsTheDelayFromTheTitle()
     QCOMPARE(request.method, QByteArray("POST"));
     QVERIFY(request.path.endsWith(QStringLiteral("/schedules")));
     QCOMPARE(request.body.value(QStringLiteral("localtime")).toString(), localtime);
-    QVERIFY(m_delegate->trayIcon().toolTip().contains(u"in %1 minutes"_qs.arg(localtime.mid(5, 2).toInt())));
+    const int minutes = localtime.mid(2, 2).toInt() * 60 + localtime.mid(5, 2).toInt();
+    QVERIFY(m_delegate->trayIcon().toolTip().contains(u"in %1 minutes"_qs.arg(minutes)));
 }
 
 void TestAppDelegate::controlClickOpensTheMenuAndNotTheWindow()

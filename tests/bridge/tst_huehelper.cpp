@@ -218,9 +218,9 @@ void TestHueHelper::sendsTheSwitchOffSchedule()
         {"recycle", true}};
     QCOMPARE(request.body, expected);
 
-    m_helper->switchAllOffAfterMinutes(90); // minutes are not limited to an hour
+    m_helper->switchAllOffAfterMinutes(90); // hours and minutes, as the bridge takes them
     QTRY_COMPARE(m_bridge->requests().size(), 2);
-    QCOMPARE(m_bridge->requests().last().body.value(u"localtime").toString(), QStringLiteral("PT00:90:00"));
+    QCOMPARE(m_bridge->requests().last().body.value(u"localtime").toString(), QStringLiteral("PT01:30:00"));
 }
 
 void TestHueHelper::keepsEachIdOnePathSegment_data()

@@ -184,7 +184,8 @@ void tst_BridgeSimulator::changesShowInTheNextRead()
 
 void tst_BridgeSimulator::scheduleFires()
 {
-    QCOMPARE(SimulatedSchedules::timerDuration("PT00:90:00"), 90 * 60 * 1000);
+    QCOMPARE(SimulatedSchedules::timerDuration("PT01:30:00"), 90 * 60 * 1000);
+    QCOMPARE(SimulatedSchedules::timerDuration("PT00:90:00"), -1); // a bridge refuses minutes above 59
     const QString body = QStringLiteral(R"({"name":"all off","localtime":"PT00:00:01","autodelete":true,
         "command":{"address":"/api/%1/groups/0/action","method":"PUT","body":{"on":false}}})");
     const Reply reply = send("POST", api("/schedules"), body.arg(m_user).toUtf8());

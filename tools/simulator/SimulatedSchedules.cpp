@@ -27,7 +27,8 @@ SimulatedSchedules::~SimulatedSchedules() = default;
 
 qint64 SimulatedSchedules::timerDuration(const QString& localTime)
 {
-    static const QRegularExpression pattern(QStringLiteral("^PT(\\d{1,5}):(\\d{1,5}):(\\d{1,5})$"));
+    // As a bridge reads it: two digits each, minutes and seconds below 60.
+    static const QRegularExpression pattern(QStringLiteral("^PT(\\d\\d):([0-5]\\d):([0-5]\\d)$"));
     const QRegularExpressionMatch match = pattern.match(localTime);
     if (!match.hasMatch())
         return -1;

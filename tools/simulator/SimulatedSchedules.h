@@ -31,7 +31,8 @@ public:
     /// Stops and forgets every schedule.
     void clear();
 
-    /// Parses "PThh:mm:ss" (minutes and seconds may exceed 59) into milliseconds; -1 when it is not one.
+    /// Parses "PThh:mm:ss" (minutes and seconds below 60, as a bridge takes it) into milliseconds; -1 when it
+    /// is not one.
     static qint64 timerDuration(const QString& localTime);
 
 signals:
