@@ -236,20 +236,24 @@ void X11HotkeyBackend::onKeyEvent(bool press, xcb_keycode_t keycode, uint16_t st
         // A key held down repeats as a release and a press with the same time: the release is told once the
         // events read with it are handled, unless such a press took it back. One press, one action.
         reportPendingRelease();
-        m_pendingRelease = Release{keycode, held.value(), time};
+        m_pendingRelease = Release{keycode, held->id, time, held->releaseTold};
         m_held.erase(held);
         QTimer::singleShot(0, this, &X11HotkeyBackend::reportPendingRelease);
         return;
     }
     if (m_pendingRelease && m_pendingRelease->keycode == keycode && m_pendingRelease->time == time) {
-        m_held.insert(keycode, m_pendingRelease->id);
+        m_held.insert(keycode, {m_pendingRelease->id, m_pendingRelease->told});
         m_pendingRelease.reset();
         return;
     }
     // The press of a repeat can also come in a later read than its release, on a busy machine: the release
-    // was told already, and the key is still the same press.
-    if (m_toldRelease && m_toldRelease->keycode == keycode && m_toldRelease->time == time)
+    // was told already, and the key is still the same press. It stays held, so that its further repeats do
+    // not count as presses, and its real release is not told twice.
+    if (m_toldRelease && m_toldRelease->keycode == keycode && m_toldRelease->time == time) {
+        m_held.insert(keycode, {m_toldRelease->id, true});
+        m_toldRelease.reset();
         return;
+    }
     reportPendingRelease();
     if (m_held.contains(keycode))
         return; // repeated without releases (detectable auto-repeat)
@@ -259,7 +263,7 @@ void X11HotkeyBackend::onKeyEvent(bool press, xcb_keycode_t keycode, uint16_t st
             return g.keycode == keycode && g.modifiers == modifiers;
         });
         if (matches) {
-            m_held.insert(keycode, hotKey.key());
+            m_held.insert(keycode, {hotKey.key()});
             Q_EMIT pressed(hotKey.key());
             return;
         }
@@ -270,7 +274,9 @@ void X11HotkeyBackend::reportPendingRelease()
 {
     if (!m_pendingRelease)
         return;
-    const quint32 id = m_pendingRelease->id;
-    m_toldRelease = std::exchange(m_pendingRelease, std::nullopt);
-    Q_EMIT released(id);
+    const Release release = *std::exchange(m_pendingRelease, std::nullopt);
+    m_toldRelease = release;
+    m_toldRelease->told = true;
+    if (!release.told)
+        Q_EMIT released(release.id);
 }

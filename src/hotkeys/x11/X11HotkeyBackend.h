@@ -67,12 +67,18 @@ private:
     _XCBKeySymbols* m_symbols;
     uint16_t m_numLockMask;
     QHash<quint32, HotKey> m_hotKeys;
-    QHash<xcb_keycode_t, quint32> m_held; // keys pressed as a hot key and not yet released
+    struct Held
+    {
+        quint32 id;
+        bool releaseTold = false; // told early: a repeat's press came too late to take the release back
+    };
+    QHash<xcb_keycode_t, Held> m_held; // keys pressed as a hot key and not yet released
     struct Release
     {
         xcb_keycode_t keycode;
         quint32 id;
         xcb_timestamp_t time;
+        bool told = false;
     };
     std::optional<Release> m_pendingRelease; // until the events that came with it are read
     std::optional<Release> m_toldRelease;    // the last release told, to know its repeated press again
