@@ -129,13 +129,17 @@ sleep 0.3 # let it fade in before the picture
 screenshot dropdown-unpaired
 
 # ---- Settings from the tray icon's menu, by keyboard: the fifth entry ---------------------------------------
-for attempt in 1 2 3; do
-    click_tray_icon 3
-    sleep 0.4
-    xdotool key Down Down Down Down Down Return
-    atspi --timeout 3 wait "page tab" Connection >/dev/null 2>&1 && break
-    [ "$attempt" = 3 ] && fail "Settings in the tray icon's menu did not open the preferences window"
-done
+open_settings() {
+    local attempt
+    for attempt in 1 2 3; do
+        click_tray_icon 3
+        sleep 0.4
+        xdotool key Down Down Down Down Down Return
+        atspi --timeout 3 wait "page tab" Connection >/dev/null 2>&1 && return
+    done
+    fail "Settings in the tray icon's menu did not open the preferences window"
+}
+open_settings
 # Not paired yet: the window starts on the connection pane.
 atspi wait "page tab" Connection | grep -q selected || fail "the connection pane is not the one shown"
 atspi --timeout 2 wait label "DISCONNECTED" >/dev/null || fail "the connection pane does not say DISCONNECTED"
@@ -282,13 +286,7 @@ for kind in self-signed plain-http; do
         target=$address
         expect="~plain HTTP .this bridge offers no encryption"
     fi
-    for attempt in 1 2 3; do
-        click_tray_icon 3
-        sleep 0.4
-        xdotool key Down Down Down Down Down Return
-        atspi --timeout 3 wait "page tab" Connection >/dev/null 2>&1 && break
-        [ "$attempt" = 3 ] && fail "Settings in the tray icon's menu did not open the preferences window"
-    done
+    open_settings
     atspi press "page tab" Connection
     atspi press "radio button" Manual
     atspi type text "IP address of your HUE bridge" "$target"
