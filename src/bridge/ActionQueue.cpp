@@ -45,12 +45,12 @@ void ActionQueue::insert(const ActionQueueItem& item)
 {
     m_settings.setLastUserActionAt(m_now());
 
-    // One-sided on purpose: a newer group change leaves an older light change of the same id alone, while a
-    // newer light change replaces an older group change.
+    // Like with like only: lamp "3" and room "3" are different things on a bridge, so a change replaces an
+    // older one only of the same kind of resource, the same id and the same property.
     QList<ActionQueueItem> queue = m_settings.actionQueue();
     queue.removeIf([&item](const ActionQueueItem& pending) {
-        return pending.item_id == item.item_id && !(pending.is_light_update && item.is_group_update) &&
-               pending.property == item.property;
+        return pending.item_id == item.item_id && pending.is_light_update == item.is_light_update &&
+               pending.is_group_update == item.is_group_update && pending.property == item.property;
     });
     queue.append(item);
     m_settings.setActionQueue(queue);

@@ -94,10 +94,11 @@ void TestActionQueue::mergesRepeatedChanges_data()
     QTest::newRow("other properties keep their order")
         << QStringList{"light brightness 1", "light hue 2", "light brightness 3"}
         << QStringList{"light hue 2", "light brightness 3"};
+    // Lamp "3" and room "3" are different things: neither replaces the other.
     QTest::newRow("a room's change does not replace a light's")
         << QStringList{"light on 1", "group on 2"} << QStringList{"light on 1", "group on 2"};
-    QTest::newRow("a light's change replaces a room's")
-        << QStringList{"group on 1", "light on 2"} << QStringList{"light on 2"};
+    QTest::newRow("a light's change does not replace a room's")
+        << QStringList{"group on 1", "light on 2"} << QStringList{"group on 1", "light on 2"};
     QTest::newRow("light then light") << QStringList{"light on 1", "light on 2"} << QStringList{"light on 2"};
     QTest::newRow("group then group") << QStringList{"group on 1", "group on 2"} << QStringList{"group on 2"};
 }
