@@ -228,6 +228,10 @@ void BridgeConnection::stopBridgeStateRefresher()
 
 void BridgeConnection::refreshTick()
 {
+    // Without a key (disconnected, or never paired) there is nothing to read: the timer runs, the bridge
+    // hears nothing until a key is stored again.
+    if (m_settings.hueKey().isEmpty())
+        return;
     const QDateTime now = m_now();
     // Leave the bridge alone while the user is still changing things, or the refresh would undo them.
     if (now.msecsTo(m_settings.lastUserActionAt()) >= -qint64(quietAfterUserAction.count()) * 1000)

@@ -285,6 +285,15 @@ void TestBridgeConnection::disconnectForgetsTheKeyButKeepsAddressScenesAndTimer(
     QCOMPARE(store().readString(Keys::bridgeIP), QStringLiteral("http://") + m_bridge->hostAndPort());
     QCOMPARE(settings().scenes(), scenes);
     QCOMPARE(activeTimers(), 1);
+    // The timer keeps running, but without a key its ticks send nothing.
+    const QDateTime clock = QDateTime::currentDateTime();
+    m_connection->setClock([clock] { return clock; });
+    settings().setLastUserActionAt(clock.addSecs(-3600));
+    m_bridge->clearRequests();
+    QSignalSpy read(m_connection.get(), &BridgeConnection::lightsRefreshed);
+    m_connection->refreshTick();
+    QTest::qWait(200);
+    QVERIFY(m_bridge->requests().isEmpty() && read.isEmpty());
 }
 
 void TestBridgeConnection::keepsOneRefresherAndStopsIt()
