@@ -95,7 +95,7 @@ void record(QNetworkReply* reply, const QSslCertificate& leaf, bool selfSigned)
 
 } // namespace
 
-BridgeNetwork::BridgeNetwork(QObject* parent) : QNetworkAccessManager(parent), m_roots(makerRoots()) {}
+BridgeNetwork::BridgeNetwork(QObject* parent) : QNetworkAccessManager(parent) {}
 
 QList<QSslCertificate> BridgeNetwork::makerRoots()
 {
@@ -117,6 +117,17 @@ QList<QSslCertificate> BridgeNetwork::readRoots(const QString& fileName, QString
     if (roots.isEmpty())
         *problem = QStringLiteral("%1 holds no PEM certificate").arg(fileName);
     return roots;
+}
+
+QList<QSslCertificate> BridgeNetwork::trustRoots() const
+{
+    // Read at the first HTTPS request, not at start: reading a certificate loads the TLS library, which
+    // the tray icon does not need to show.
+    if (!m_makerRootsRead) {
+        m_roots = makerRoots() + m_roots;
+        m_makerRootsRead = true;
+    }
+    return m_roots;
 }
 
 void BridgeNetwork::addTrustRoots(const QList<QSslCertificate>& roots)
@@ -161,7 +172,7 @@ QNetworkReply* BridgeNetwork::createRequest(Operation op, const QNetworkRequest&
     QNetworkRequest request = original;
     QSslConfiguration tls = QSslConfiguration::defaultConfiguration();
     // Only these authorities: a certificate that the system's store vouches for is still not a bridge's.
-    tls.setCaCertificates(m_roots);
+    tls.setCaCertificates(trustRoots());
     tls.setPeerVerifyMode(QSslSocket::VerifyPeer);
     request.setSslConfiguration(tls);
     request.setPeerVerifyName(!identity.bridgeId.isEmpty() ? identity.bridgeId.toLower()

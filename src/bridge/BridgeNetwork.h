@@ -43,7 +43,7 @@ public:
 
     /// Trusts another authority for bridges from now on (the tests' own, the demo's, --trust-root).
     void addTrustRoots(const QList<QSslCertificate>& roots);
-    QList<QSslCertificate> trustRoots() const { return m_roots; }
+    QList<QSslCertificate> trustRoots() const;
 
     /// Marks `request` as going to a bridge that must prove `identity`.
     static void prepare(QNetworkRequest& request, const BridgeIdentity& identity);
@@ -56,5 +56,6 @@ protected:
     QNetworkReply* createRequest(Operation op, const QNetworkRequest& request, QIODevice* body) override;
 
 private:
-    QList<QSslCertificate> m_roots;
+    mutable QList<QSslCertificate> m_roots;
+    mutable bool m_makerRootsRead = false;
 };
