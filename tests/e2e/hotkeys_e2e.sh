@@ -208,4 +208,9 @@ atspi --timeout 3 wait text "Shortcut 1" >/dev/null || fail "Individual Groups s
 sleep 0.3
 screenshot pane-individual-dark
 atspi audit Hotkeys || fail "the Individual Groups view has controls without a name"
+# The connection pane in the dark: its line on how the key travels stays legible.
+atspi press "page tab" Connection
+atspi --timeout 5 wait label "~over plain HTTP|over HTTPS" >/dev/null || fail "the connection pane does not say how the key travels"
+sleep 0.3
+screenshot pane-connection-dark
 say "PASS"
