@@ -100,7 +100,7 @@ void AppDelegate::createPreferences()
         {QStringLiteral("hotkeys"), tr("Hotkeys"), PaneIcons::hotkeys(),
          new HotkeyView(*m_settings, *m_hotkeys, *m_hotkeyActions)},
     });
-    m_preferences->setFrameAutosaveName(preferencesFrameName, m_store.get());
+    m_preferences->setFrameAutosaveName(preferencesFrameName, &m_settings->preferences());
     connect(general, &PreferencesGeneralView::debugInformationRequested, this,
             &AppDelegate::onShowDebugWindow);
     connect(lights, &LampSelectorView::connectionPaneRequested, this, &AppDelegate::onOpenConnectionSettings);
@@ -134,7 +134,7 @@ void AppDelegate::start()
     m_connection = std::make_unique<BridgeConnection>(*m_settings, *m_network, *m_pairing);
     m_shell = std::make_unique<ShellRunner>();
     m_discovery = std::make_unique<BridgeDiscovery>(*m_shell, *m_network);
-    m_reviewPrompt = std::make_unique<ReviewPrompt>(*m_store, *m_settings);
+    m_reviewPrompt = std::make_unique<ReviewPrompt>(*m_settings);
     m_startAtLogin =
         std::make_unique<StartAtLogin>(createLoginItem(applicationId, m_options.loginItemFolder));
     m_debugReport = std::make_unique<DebugReport>(*m_settings, *m_shell, m_options.settingsFile,
@@ -160,7 +160,7 @@ void AppDelegate::start()
     registerHotkeys();
     connectToBridgeAtStart();
 
-    if (!m_store->readBool(hasSeenWelcomeScreenKey))
+    if (!m_settings->preferences().hasSeenWelcomeScreen())
         showWelcomeWindow();
 }
 
@@ -265,7 +265,7 @@ void AppDelegate::onLetsGo()
         m_welcome->close();
     // Not an opening by the user's click on the icon: the review prompt does not count it.
     showDropDownWindow();
-    m_store->writeBool(hasSeenWelcomeScreenKey, true);
+    m_settings->preferences().setHasSeenWelcomeScreen();
 }
 
 void AppDelegate::onActivated(QSystemTrayIcon::ActivationReason reason, Qt::KeyboardModifiers modifiers)

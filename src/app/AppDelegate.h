@@ -66,8 +66,6 @@ class AppDelegate final : public QObject
     Q_DISABLE_COPY_MOVE(AppDelegate)
 
 public:
-    /// Stored true once the user went through the welcome window.
-    static inline const QString hasSeenWelcomeScreenKey = QStringLiteral("hasSeenWelcomeScreen");
     /// Names the application to the desktop: the start-at-login entry, the desktop entry, saved frames.
     static inline const QString applicationId = QStringLiteral("com.brambleworks.Glowdeck");
     /// The key under which the preferences window's frame is kept.

@@ -2,7 +2,7 @@
 
 #include "simulator/BridgeSimulator.h"
 #include "state/JsonSettingsStore.h"
-#include "state/SettingsKeys.h"
+#include "state/Preferences.h"
 
 #include <QDir>
 
@@ -50,7 +50,7 @@ bool DemoMode::start()
     }
     {
         JsonSettingsStore store(settingsFile());
-        store.writeString(SettingsKeys::bridgeIP, address);
+        Preferences(store).setBridgeAddress(address);
     }
     std::fprintf(stdout, "Glowdeck demo: simulated Hue bridge at %s\n", qPrintable(address));
     std::fflush(stdout);

@@ -1,22 +1,21 @@
 #include "app/ReviewPrompt.h"
 
 #include "state/AppSettings.h"
-#include "state/SettingsStore.h"
 
 #include <limits>
 
-ReviewPrompt::ReviewPrompt(SettingsStore& store, AppSettings& settings) : m_store(store), m_settings(settings)
-{}
+ReviewPrompt::ReviewPrompt(AppSettings& settings) : m_settings(settings) {}
 
 void ReviewPrompt::onWindowOpened()
 {
     // Every comparison uses the count before this opening. A count at the top of the range (only a
     // hand-edited file gets there) stays where it is instead of wrapping round.
-    const qint64 n = m_store.readInt(appInvocationsKey);
+    Preferences& preferences = m_settings.preferences();
+    const qint64 n = preferences.windowOpenings();
     if (n < std::numeric_limits<qint64>::max())
-        m_store.writeInt(appInvocationsKey, n + 1);
+        preferences.setWindowOpenings(n + 1);
 
-    if (m_store.readBool(noMoreReviewRequestsKey))
+    if (preferences.hasReviewed())
         return;
     // The gap at n = 40 is deliberate: that opening neither shows nor hides the banner.
     if (m_settings.showReviewRequest()) {

@@ -6,8 +6,6 @@
 #include "app/WindowPlacement.h"
 #include "state/AppSettings.h"
 #include "state/MainPanels.h"
-#include "state/SettingsKeys.h"
-#include "state/SettingsStore.h"
 
 #include <QApplication>
 #include <QCursor>
@@ -51,9 +49,10 @@ StatusBarMenuWindowController::~StatusBarMenuWindowController()
 
 void StatusBarMenuWindowController::restoreActivePanel()
 {
-    if (!m_settings.store().contains(SettingsKeys::activePanel))
+    const std::optional<qint64> storedPanel = m_settings.preferences().storedActivePanel();
+    if (!storedPanel)
         return;
-    const qint64 stored = m_settings.store().readInt(SettingsKeys::activePanel);
+    const qint64 stored = *storedPanel;
     // A value outside int is damage, not a panel; one outside the three is kept, as the setter keeps it.
     if (stored < std::numeric_limits<int>::min() || stored > std::numeric_limits<int>::max())
         return;
@@ -156,22 +155,22 @@ void StatusBarMenuWindowController::positionWindow(qint64 height)
 
 void StatusBarMenuWindowController::saveWindowHeight()
 {
-    const qint64 panel = m_settings.store().readInt(SettingsKeys::activePanel);
+    // The stored panel, not the field: before the first opening the field may not have been restored yet.
+    const qint64 panel = m_settings.preferences().storedActivePanel().value_or(0);
     const int height = m_window->content()->height();
     switch (panel) {
     case static_cast<qint64>(MainPanels::lights):
-        m_settings.store().writeInt(SettingsKeys::preferredWindowHeightLights, height);
+        m_settings.setPresetWindowHeightLights(height);
         break;
     case static_cast<qint64>(MainPanels::rooms):
-        m_settings.store().writeInt(SettingsKeys::preferredWindowHeightRooms, height);
+        m_settings.setPresetWindowHeightRooms(height);
         break;
     case static_cast<qint64>(MainPanels::scenes):
-        m_settings.store().writeInt(SettingsKeys::preferredWindowHeightScenes, height);
+        m_settings.setPresetWindowHeightScenes(height);
         break;
     default:
-        return;
+        break;
     }
-    m_settings.reloadPresetHeights();
 }
 
 void StatusBarMenuWindowController::startOutsideClickMonitor()

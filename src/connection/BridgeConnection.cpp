@@ -4,8 +4,6 @@
 #include "connection/BridgeProbe.h"
 #include "state/AppSettings.h"
 #include "state/LightOrder.h"
-#include "state/SettingsKeys.h"
-#include "state/SettingsStore.h"
 
 #include <QCoreApplication>
 #include <QNetworkAccessManager>
@@ -95,7 +93,7 @@ void BridgeConnection::disconnectFromBridge()
     m_settings.setLights({});
     m_settings.setGroups({});
     m_settings.setHueKey(QString());
-    m_settings.store().writeString(SettingsKeys::bridgeUser, QString());
+    m_settings.forgetStoredKey();
     m_settings.setBridgeConnected(false);
 }
 
@@ -182,7 +180,7 @@ void BridgeConnection::onLights(const LightsResult& result, quint64 order)
         m_settings.setBridgeConnected(false);
         m_scenesStale = true;
     } else {
-        m_settings.setLights(LightOrder::apply(result.records, m_settings.store()));
+        m_settings.setLights(LightOrder::apply(result.records, m_settings.preferences().lightOrder()));
         m_settings.setBridgeConnected(true);
         m_settings.setConnectionErrorMessage(QString());
         // Only an address and key the bridge has just answered with are worth keeping.

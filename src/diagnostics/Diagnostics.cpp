@@ -4,8 +4,6 @@
 #include "diagnostics/CrashRecorder.h"
 #include "state/Console.h"
 #include "state/Redaction.h"
-#include "state/SettingsKeys.h"
-#include "state/SettingsStore.h"
 
 #include <QCoreApplication>
 #include <QDateTime>
@@ -81,7 +79,7 @@ QJsonObject rollbarItem(const QString& level, const QJsonObject& body)
 
 Diagnostics::Diagnostics(QNetworkAccessManager& network, SettingsStore& store, QUrl endpoint,
                          QString crashFolder, QObject* parent)
-    : QObject(parent), m_network(network), m_store(store), m_endpoint(std::move(endpoint)),
+    : QObject(parent), m_network(network), m_preferences(store), m_endpoint(std::move(endpoint)),
       m_crashFolder(std::move(crashFolder))
 {}
 
@@ -104,7 +102,7 @@ bool Diagnostics::isEnabled() const
 {
     const bool validEndpoint = m_endpoint.isValid() && !m_endpoint.host().isEmpty() &&
                                (m_endpoint.scheme() == "https" || m_endpoint.scheme() == "http");
-    return validEndpoint && (!m_store.contains(sendReportsKey) || m_store.readBool(sendReportsKey));
+    return validEndpoint && m_preferences.sendsErrorReports();
 }
 
 void Diagnostics::reportInfo(const QString& message)
@@ -142,7 +140,7 @@ void Diagnostics::sendCrashReports()
 
 QString Diagnostics::redact(const QString& text) const
 {
-    return redacted(text, m_store.readString(SettingsKeys::bridgeUser).value_or(QString()));
+    return redacted(text, m_preferences.bridgeKey());
 }
 
 void Diagnostics::sendItem(const QString& level, const QJsonObject& body, std::function<void(bool)> done)

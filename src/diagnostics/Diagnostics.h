@@ -1,5 +1,7 @@
 #pragma once
 
+#include "state/Preferences.h"
+
 #include <QJsonObject>
 #include <QObject>
 #include <QString>
@@ -23,8 +25,6 @@ class Diagnostics final : public QObject
 public:
     /// The project's access token for the error-collection service.
     static inline const QString accessToken = QStringLiteral("3f9c1a7e5b2d4c6e8a0b1c2d3e4f5a6b");
-    /// Bool setting; absent means reports are sent.
-    static inline const QString sendReportsKey = QStringLiteral("sendErrorReports");
 
     /// `crashFolder` keeps crash reports written while the process dies, until the next start sends them.
     Diagnostics(QNetworkAccessManager& network, SettingsStore& store, QUrl endpoint, QString crashFolder,
@@ -56,7 +56,7 @@ private:
                   std::function<void(bool answered)> done = {});
 
     QNetworkAccessManager& m_network;
-    SettingsStore& m_store;
+    Preferences m_preferences;
     QUrl m_endpoint;
     QString m_crashFolder;
     std::unique_ptr<CrashRecorder> m_recorder; // null until start()

@@ -5,8 +5,6 @@
 #include "hotkeys/HotkeyNames.h"
 #include "state/AppSettings.h"
 #include "state/Console.h"
-#include "state/SettingsKeys.h"
-#include "state/SettingsStore.h"
 
 #include <limits>
 
@@ -29,11 +27,6 @@ constexpr ActionWord actionWords[] = {
     {"darker", Kind::darker, QT_TRANSLATE_NOOP("HotkeyActions", "Darker")},
 };
 
-QString slotKey(int slot)
-{
-    return HotkeyActions::customGroupActionKey + QString::number(slot);
-}
-
 } // namespace
 
 HotkeyActions::HotkeyActions(AppSettings& settings, HueHelper& helper, QObject* parent)
@@ -54,23 +47,22 @@ QList<GroupActionOption> HotkeyActions::options(const QList<HueGroup>& rooms)
 
 QString HotkeyActions::currentChoice(int slot) const
 {
-    return m_settings.store().readString(slotKey(slot)).value_or(noAction);
+    return m_settings.preferences().customGroupAction(slot).value_or(noAction);
 }
 
 void HotkeyActions::storeChoice(int slot, const QString& optionId)
 {
-    m_settings.store().writeString(slotKey(slot), optionId);
+    m_settings.preferences().setCustomGroupAction(slot, optionId);
 }
 
 void HotkeyActions::storeStep(qint64 step)
 {
-    m_settings.store().writeInt(SettingsKeys::keyIncrement, step);
     m_settings.setKeyIncrement(step);
 }
 
 GroupHotkeyAction HotkeyActions::customGroupAction(int slot) const
 {
-    const std::optional<QString> stored = m_settings.store().readString(slotKey(slot));
+    const std::optional<QString> stored = m_settings.preferences().customGroupAction(slot);
     return stored ? parseCustomGroupAction(*stored) : GroupHotkeyAction{};
 }
 

@@ -51,8 +51,6 @@ class HotkeyActions final : public QObject
 public:
     /// The value of a custom slot that does nothing (also what an absent setting reads as).
     static inline const QString noAction = QStringLiteral("no_action");
-    /// A slot's choice is stored under this key followed by the slot number, 0 to 4.
-    static inline const QString customGroupActionKey = QStringLiteral("hotkeyCustomGroupAction");
 
     // The colour presets, on the bridge's scales (hue 0-65535, saturation 0-255). White is no saturation; its
     // hue is only what the room keeps.

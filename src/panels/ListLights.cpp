@@ -17,8 +17,7 @@ ListLights::ListLights(AppSettings& settings, HueHelper& helper, QWidget* parent
 {
     connect(&m_settings, &AppSettings::lightsChanged, this, &ListLights::onLightsChanged);
     connect(&m_settings, &AppSettings::bridgeConnectedChanged, this, &ListLights::onBridgeConnectedChanged);
-    // The lights pane bumps the counter when the user hides or shows a light.
-    connect(&m_settings, &AppSettings::forceRedrawChanged, this, &ListLights::onLightsChanged);
+    connect(&m_settings, &AppSettings::lightVisibilityChanged, this, &ListLights::onLightsChanged);
     refresh();
 }
 

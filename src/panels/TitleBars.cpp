@@ -4,7 +4,6 @@
 #include "panels/Theme.h"
 #include "state/AppSettings.h"
 #include "state/ProductLinks.h"
-#include "state/SettingsStore.h"
 
 #include <QCoreApplication>
 #include <QEvent>
@@ -188,8 +187,7 @@ void RegularTitlebarView::onShowReviewRequestChanged()
 void RegularTitlebarView::onReviewClicked()
 {
     Browser::open(m_review);
-    m_settings.store().writeBool(noMoreReviewRequestsKey, true);
-    m_settings.store().writeString(reviewedVersionKey, QCoreApplication::applicationVersion());
+    m_settings.preferences().setReviewed(QCoreApplication::applicationVersion());
     m_settings.setShowReviewRequest(false);
 }
 

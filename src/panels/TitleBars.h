@@ -42,11 +42,6 @@ class RegularTitlebarView final : public QWidget
 public:
     RegularTitlebarView(AppSettings& settings, const ProductLinks& links, QWidget* parent = nullptr);
 
-    /// The settings key set once the user has followed the review request; no request is shown after it.
-    static inline const QString noMoreReviewRequestsKey = QStringLiteral("noMoreReviewRequests");
-    /// The settings key holding the version the user reviewed.
-    static inline const QString reviewedVersionKey = QStringLiteral("reviewedVersion");
-
 Q_SIGNALS:
     /// The user wants the preferences window.
     void settingsRequested();

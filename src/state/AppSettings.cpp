@@ -26,13 +26,18 @@ void AppSettings::load()
     if (certificateKey.size() != 32)
         certificateKey.clear();
     setBridgeContact(transport, bridgeId.toUpper(), certificateKey);
-    setAppIcon(m_store.readString(Keys::appIcon).value_or(QStringLiteral("Icon_Lamp0")));
+    assign(m_appIcon, m_store.readString(Keys::appIcon).value_or(QStringLiteral("Icon_Lamp0")),
+           &AppSettings::appIconChanged);
 
     // An absent height reads as 0 and is taken as it stands: the window then opens at its fallback height.
-    reloadPresetHeights();
+    assign(m_presetWindowHeightRooms, m_store.readInt(Keys::preferredWindowHeightRooms),
+           &AppSettings::presetWindowHeightRoomsChanged);
+    assign(m_presetWindowHeightLights, m_store.readInt(Keys::preferredWindowHeightLights),
+           &AppSettings::presetWindowHeightLightsChanged);
+    assign(m_presetWindowHeightScenes, m_store.readInt(Keys::preferredWindowHeightScenes),
+           &AppSettings::presetWindowHeightScenesChanged);
 
-    const qint64 increment = m_store.readInt(Keys::keyIncrement);
-    setKeyIncrement(increment == 0 ? 50 : increment);
+    assign(m_keyIncrement, m_preferences.keyIncrement(), &AppSettings::keyIncrementChanged);
 
     // Both flags are stored again as read. A value that cannot be read is the user's own: it stays in the
     // file (the store has said so) and the field takes its default until the user changes the setting.
@@ -50,13 +55,6 @@ void AppSettings::load()
         m_store.writeInt(Keys::activePanel, int(MainPanels::lights));
         assign(m_showScenes, false, &AppSettings::showScenesChanged);
     }
-}
-
-void AppSettings::reloadPresetHeights()
-{
-    setPresetWindowHeightRooms(m_store.readInt(SettingsKeys::preferredWindowHeightRooms));
-    setPresetWindowHeightLights(m_store.readInt(SettingsKeys::preferredWindowHeightLights));
-    setPresetWindowHeightScenes(m_store.readInt(SettingsKeys::preferredWindowHeightScenes));
 }
 
 qint64 AppSettings::preferredHeightOfActivePanel() const
@@ -181,6 +179,19 @@ void AppSettings::persistBridge()
     m_store.writeString(Keys::bridgeCertificateKey, QString::fromLatin1(m_bridgeCertificateKey.toHex()));
 }
 
+void AppSettings::forgetStoredKey()
+{
+    m_store.writeString(SettingsKeys::bridgeUser, QString());
+}
+
+void AppSettings::setLightHidden(const HueLight& light, bool hidden)
+{
+    if (m_preferences.isLightHidden(light) == hidden)
+        return;
+    m_preferences.setLightHidden(light, hidden);
+    Q_EMIT lightVisibilityChanged();
+}
+
 void AppSettings::setForceRedraw(int counter)
 {
     assign(m_forceRedraw, counter, &AppSettings::forceRedrawChanged);
@@ -203,26 +214,31 @@ void AppSettings::setShowReviewRequest(bool show)
 
 void AppSettings::setAppIcon(const QString& name)
 {
+    m_store.writeString(SettingsKeys::appIcon, name);
     assign(m_appIcon, name, &AppSettings::appIconChanged);
 }
 
 void AppSettings::setKeyIncrement(qint64 increment)
 {
+    m_store.writeInt(SettingsKeys::keyIncrement, increment);
     assign(m_keyIncrement, increment, &AppSettings::keyIncrementChanged);
 }
 
 void AppSettings::setPresetWindowHeightLights(qint64 height)
 {
+    m_store.writeInt(SettingsKeys::preferredWindowHeightLights, height);
     assign(m_presetWindowHeightLights, height, &AppSettings::presetWindowHeightLightsChanged);
 }
 
 void AppSettings::setPresetWindowHeightRooms(qint64 height)
 {
+    m_store.writeInt(SettingsKeys::preferredWindowHeightRooms, height);
     assign(m_presetWindowHeightRooms, height, &AppSettings::presetWindowHeightRoomsChanged);
 }
 
 void AppSettings::setPresetWindowHeightScenes(qint64 height)
 {
+    m_store.writeInt(SettingsKeys::preferredWindowHeightScenes, height);
     assign(m_presetWindowHeightScenes, height, &AppSettings::presetWindowHeightScenesChanged);
 }
 

@@ -6,6 +6,7 @@
 #include "model/HueLight.h"
 #include "model/HueScene.h"
 #include "state/MainPanels.h"
+#include "state/Preferences.h"
 
 #include <QDateTime>
 #include <QList>
@@ -66,8 +67,6 @@ public:
 
     /// Reads the persisted values, in the order the application has always read them.
     void load();
-    /// Reads the three preferred window heights again (after the window stored a new one).
-    void reloadPresetHeights();
     /// The preset height of the active panel; 280 for a panel value outside the three.
     qint64 preferredHeightOfActivePanel() const;
 
@@ -94,9 +93,14 @@ public:
     /// Writes the address, the key and what was learnt about the bridge to the settings file: done once the
     /// bridge has answered with them.
     void persistBridge();
+    /// Empties the key in the settings file; `hueKey` keeps its value.
+    void forgetStoredKey();
 
-    /// The store behind the persisted fields, for the keys other parts of the application own.
-    SettingsStore& store() const { return m_store; }
+    /// The user's other persisted choices. Only this object and the shortcuts read or write the settings file.
+    Preferences& preferences() { return m_preferences; }
+    const Preferences& preferences() const { return m_preferences; }
+    /// Hides or shows a light in the lights panel and says so with `lightVisibilityChanged`.
+    void setLightHidden(const HueLight& light, bool hidden);
 
     QList<ActionQueueItem> actionQueue() const { return m_actionQueue; }
     QList<HueLight> lights() const { return m_lights; }
@@ -130,6 +134,7 @@ public:
     void setConnectionErrorMessage(const QString& message);
     void setLastUserActionAt(const QDateTime& time);
     void setShowReviewRequest(bool show);
+    /// The setters of persisted fields store the value, then set the field.
     void setAppIcon(const QString& name);
     void setKeyIncrement(qint64 increment);
     void setPresetWindowHeightLights(qint64 height);
@@ -168,12 +173,15 @@ Q_SIGNALS:
     void windowResizePlease(qint64 height);
     /// The transport, the bridge id or the pinned key changed.
     void bridgeContactChanged();
+    /// The user hid or showed a light.
+    void lightVisibilityChanged();
 
 private:
     template <typename T>
     void assign(T& field, const T& value, void (AppSettings::*changed)());
 
     SettingsStore& m_store;
+    Preferences m_preferences{m_store};
 
     QList<ActionQueueItem> m_actionQueue;
     QList<HueLight> m_lights;

@@ -1,16 +1,8 @@
 #include "state/LightOrder.h"
 
-#include "state/SettingsStore.h"
-
 #include <QHash>
 #include <QSet>
 #include <QStringList>
-
-namespace {
-
-const QString lightOrderKey = QStringLiteral("lightOrder");
-
-} // namespace
 
 namespace LightOrder {
 
@@ -42,20 +34,6 @@ QList<HueLight> apply(const QList<HueLight>& bridgeOrder, const QString& storedO
         }
     }
     return ordered;
-}
-
-QList<HueLight> apply(const QList<HueLight>& bridgeOrder, const SettingsStore& store)
-{
-    return apply(bridgeOrder, store.readString(lightOrderKey).value_or(QString()));
-}
-
-void save(SettingsStore& store, const QList<HueLight>& lights)
-{
-    QStringList ids;
-    ids.reserve(lights.size());
-    for (const HueLight& light : lights)
-        ids.append(light.lamp_id);
-    store.writeString(lightOrderKey, ids.join(u','));
 }
 
 } // namespace LightOrder

@@ -2,14 +2,18 @@
 
 #include <QString>
 
-/// Names of the persisted settings; they are the file format, so they never change.
+/// Names of the persisted settings; they are the file format, so they never change. The shortcuts keep their
+/// own "GlobalHotkeys_" keys beside these (hotkeys/GlobalHotkeys.h).
 namespace SettingsKeys {
 
+// The bridge, written once it has answered with them.
 inline const QString bridgeIP = QStringLiteral("bridgeIP");
 inline const QString bridgeUser = QStringLiteral("bridgeUser");
 inline const QString bridgeID = QStringLiteral("bridgeID");
 inline const QString bridgeTransport = QStringLiteral("bridgeTransport");
 inline const QString bridgeCertificateKey = QStringLiteral("bridgeCertificateKey");
+
+// The fields of the shared state.
 inline const QString appIcon = QStringLiteral("appIcon");
 inline const QString keyIncrement = QStringLiteral("keyIncrement");
 inline const QString preferredWindowHeightLights = QStringLiteral("preferredWindowHeightLights");
@@ -18,5 +22,21 @@ inline const QString preferredWindowHeightScenes = QStringLiteral("preferredWind
 inline const QString activePanel = QStringLiteral("activePanel");
 inline const QString showScenes = QStringLiteral("showScenes");
 inline const QString showColorBarsForRooms = QStringLiteral("showColorBarsForRooms");
+
+// The user's other choices and what the application remembers between runs.
+inline const QString hasSeenWelcomeScreen = QStringLiteral("hasSeenWelcomeScreen");
+inline const QString appInvocations = QStringLiteral("appInvocations");
+/// Set once the user has followed the review request; no request is shown after it.
+inline const QString noMoreReviewRequests = QStringLiteral("noMoreReviewRequests");
+/// The version the user reviewed.
+inline const QString reviewedVersion = QStringLiteral("reviewedVersion");
+/// Followed by the slot number (0 to 4): the room action of a custom shortcut.
+inline const QString customGroupActionPrefix = QStringLiteral("hotkeyCustomGroupAction");
+/// Lamp ids joined with ",".
+inline const QString lightOrder = QStringLiteral("lightOrder");
+/// Followed by a light's `unique_id`: true when the user hid the light.
+inline const QString hiddenLightPrefix = QStringLiteral("hide_light_");
+/// Absent means reports are sent.
+inline const QString sendErrorReports = QStringLiteral("sendErrorReports");
 
 } // namespace SettingsKeys

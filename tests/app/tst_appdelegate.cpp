@@ -87,7 +87,7 @@ void TestAppDelegate::startDelegate(bool seenWelcome)
         store.writeString(SettingsKeys::bridgeIP, m_bridge->hostAndPort());
         store.writeString(SettingsKeys::bridgeUser, m_bridge->addUser());
         if (seenWelcome)
-            store.writeBool(AppDelegate::hasSeenWelcomeScreenKey, true);
+            store.writeBool(SettingsKeys::hasSeenWelcomeScreen, true);
         // Ctrl+Alt+K switches every room off.
         store.writeString(QStringLiteral("GlobalHotkeys_allLightsOff"),
                           QStringLiteral(R"({"carbonKeyCode":40,"carbonModifiers":6144})"));
@@ -240,13 +240,12 @@ void TestAppDelegate::contextClickClosesTheOpenWindow()
 void TestAppDelegate::plainClickTogglesTheWindowAndCountsTheOpening()
 {
     startDelegate();
-    m_delegate->settings().store().writeInt(SettingsKeys::preferredWindowHeightLights, 360);
-    m_delegate->settings().reloadPresetHeights();
+    m_delegate->settings().setPresetWindowHeightLights(360);
 
     m_delegate->onActivated(QSystemTrayIcon::Trigger, Qt::NoModifier);
     QVERIFY(m_delegate->windowController().isShown());
     QCOMPARE(m_delegate->windowController().preferredHeight(), 360);
-    QTRY_COMPARE(m_delegate->settings().store().readInt(QStringLiteral("appInvocations")), 1);
+    QTRY_COMPARE(m_delegate->settings().preferences().windowOpenings(), 1);
 
     m_delegate->onActivated(QSystemTrayIcon::Trigger, Qt::NoModifier);
     QVERIFY(!m_delegate->windowController().isShown());
@@ -293,9 +292,9 @@ void TestAppDelegate::firstStartGreetsAndLetsGoOpensTheWindow()
 
     QTRY_VERIFY(!welcome); // closed and gone
     QVERIFY(m_delegate->windowController().isShown());
-    QVERIFY(m_delegate->settings().store().readBool(AppDelegate::hasSeenWelcomeScreenKey));
+    QVERIFY(m_delegate->settings().preferences().hasSeenWelcomeScreen());
     QCoreApplication::processEvents();
-    QVERIFY(!m_delegate->settings().store().contains(QStringLiteral("appInvocations"))); // not a user's click
+    QCOMPARE(m_delegate->settings().preferences().windowOpenings(), 0); // not a user's click
 }
 
 void TestAppDelegate::settingsLinkOfAnEmptyPanelOpensTheConnectionPane()

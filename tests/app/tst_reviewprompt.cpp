@@ -1,5 +1,6 @@
 #include "TestSupport.h"
 #include "app/ReviewPrompt.h"
+#include "state/SettingsKeys.h"
 
 #include <QTest>
 
@@ -44,14 +45,14 @@ void TestReviewPrompt::decidesOnEachOpening()
 
     TestSettings state;
     if (count >= 0)
-        state.store().writeInt(ReviewPrompt::appInvocationsKey, count);
+        state.store().writeInt(SettingsKeys::appInvocations, count);
     if (noMore)
-        state.store().writeBool(ReviewPrompt::noMoreReviewRequestsKey, true);
+        state.store().writeBool(SettingsKeys::noMoreReviewRequests, true);
     state.settings().setShowReviewRequest(shown);
 
-    ReviewPrompt(state.store(), state.settings()).onWindowOpened();
+    ReviewPrompt(state.settings()).onWindowOpened();
 
-    QCOMPARE(state.store().readInt(ReviewPrompt::appInvocationsKey), expectedCount);
+    QCOMPARE(state.store().readInt(SettingsKeys::appInvocations), expectedCount);
     QCOMPARE(state.settings().showReviewRequest(), expectedShown);
 }
 

@@ -1,6 +1,7 @@
 #include "CountingNetwork.h"
 #include "TestSupport.h"
 #include "diagnostics/Diagnostics.h"
+#include "state/SettingsKeys.h"
 
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -161,7 +162,7 @@ void TestDiagnostics::sendsNothingWhenSwitchedOff()
     QFETCH(QUrl, endpoint);
     QFETCH(bool, switchedOff);
     if (switchedOff)
-        m_settings->store().writeBool(Diagnostics::sendReportsKey, false);
+        m_settings->store().writeBool(SettingsKeys::sendErrorReports, false);
     const QString report = leaveReport(1700000000);
 
     auto reporting = diagnostics(endpoint);

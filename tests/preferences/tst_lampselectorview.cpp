@@ -70,7 +70,7 @@ void TestLampSelectorView::listsTheLightsInTheStoredOrderWithTheirSwitches()
 
 void TestLampSelectorView::switchingALightOffHidesItFromTheDropDown()
 {
-    QSignalSpy redraw(&m_state->settings(), &AppSettings::forceRedrawChanged);
+    QSignalSpy redraw(&m_state->settings(), &AppSettings::lightVisibilityChanged);
 
     m_view->list().item(1)->setCheckState(Qt::Unchecked);
 

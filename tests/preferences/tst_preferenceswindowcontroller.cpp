@@ -173,7 +173,7 @@ void TestPreferencesWindowController::theFrameIsKeptAcrossRestarts()
     TestSettings state;
     const QString name = QStringLiteral("com.brambleworks.Glowdeck.PreferencesFrame");
     create(panes());
-    m_controller->setFrameAutosaveName(name, &state.store());
+    m_controller->setFrameAutosaveName(name, &state.settings().preferences());
     m_controller->show();
     m_controller->window().move(123, 77);
     m_controller->window().close();
@@ -181,7 +181,7 @@ void TestPreferencesWindowController::theFrameIsKeptAcrossRestarts()
 
     state.reopen();
     create(panes());
-    m_controller->setFrameAutosaveName(name, &state.store());
+    m_controller->setFrameAutosaveName(name, &state.settings().preferences());
     m_controller->show(QStringLiteral("lights"));
 
     QCOMPARE(m_controller->window().pos(), QPoint(123, 77));
@@ -189,7 +189,7 @@ void TestPreferencesWindowController::theFrameIsKeptAcrossRestarts()
     // A damaged value is passed over.
     state.store().writeString(name, QStringLiteral("not a frame"));
     create(panes());
-    m_controller->setFrameAutosaveName(name, &state.store());
+    m_controller->setFrameAutosaveName(name, &state.settings().preferences());
     m_controller->show();
     QVERIFY(m_controller->window().isVisible());
     m_controller.reset(); // before the store it saves to

@@ -1,4 +1,3 @@
-#include "TestSupport.h"
 #include "state/LightOrder.h"
 
 #include <QTest>
@@ -25,8 +24,6 @@ QStringList idsOf(const QList<HueLight>& lights)
     return ids;
 }
 
-const QString lightOrderKey = QStringLiteral("lightOrder");
-
 } // namespace
 
 class TestLightOrder final : public QObject
@@ -36,8 +33,6 @@ class TestLightOrder final : public QObject
 private Q_SLOTS:
     void putsStoredLightsFirst_data();
     void putsStoredLightsFirst();
-    void savesIdsJoinedWithCommas();
-    void readsTheOrderFromTheStore();
 };
 
 void TestLightOrder::putsStoredLightsFirst_data()
@@ -57,21 +52,6 @@ void TestLightOrder::putsStoredLightsFirst()
     const QList<HueLight> ordered = LightOrder::apply(lamps({"1", "2", "3"}), stored);
     QCOMPARE(idsOf(ordered), expected);
     QCOMPARE(ordered.first().name, QStringLiteral("Lamp ") + expected.first());
-}
-
-void TestLightOrder::savesIdsJoinedWithCommas()
-{
-    TestSettings state;
-    LightOrder::save(state.store(), lamps({"1", "2", "3"}));
-    QCOMPARE(state.store().value(lightOrderKey), QVariant(QStringLiteral("1,2,3")));
-}
-
-void TestLightOrder::readsTheOrderFromTheStore()
-{
-    TestSettings state;
-    QCOMPARE(idsOf(LightOrder::apply(lamps({"1", "2", "3"}), state.store())), (QStringList{"1", "2", "3"}));
-    state.store().writeString(lightOrderKey, QStringLiteral("3,1"));
-    QCOMPARE(idsOf(LightOrder::apply(lamps({"1", "2", "3"}), state.store())), (QStringList{"3", "1", "2"}));
 }
 
 QTEST_GUILESS_MAIN(TestLightOrder)

@@ -12,7 +12,7 @@
 #include "state/AppSettings.h"
 #include "state/JsonSettingsStore.h"
 #include "state/MemorySettingsStore.h"
-#include "state/SettingsKeys.h"
+#include "state/Preferences.h"
 
 #include <QFileInfo>
 #include <QNetworkAccessManager>
@@ -214,11 +214,12 @@ bool CtlCommands::openSettings()
     const bool fileExists = QFileInfo::exists(file);
     if (fileExists) {
         auto store = std::make_unique<JsonSettingsStore>(file);
-        const QString storedAddress = store->readString(SettingsKeys::bridgeIP).value_or(QString());
+        const Preferences preferences(*store);
+        const QString storedAddress = preferences.bridgeAddress();
         if (address.isEmpty())
             address = storedAddress;
         if (key.isEmpty())
-            key = store->readString(SettingsKeys::bridgeUser).value_or(QString());
+            key = preferences.bridgeKey();
         // What was learnt about the stored bridge holds for it, and for nothing else.
         if (address == storedAddress) {
             AppSettings stored(*store);

@@ -12,7 +12,7 @@
 #include "state/AppSettings.h"
 #include "state/JsonSettingsStore.h"
 #include "state/MemorySettingsStore.h"
-#include "state/SettingsKeys.h"
+#include "state/Preferences.h"
 
 #include <QFileInfo>
 #include <QJsonDocument>
@@ -81,9 +81,14 @@ bool CtlConnectionCommands::openExistingSettings()
     return m_store != nullptr;
 }
 
-QString CtlConnectionCommands::stored(const QString& key) const
+QString CtlConnectionCommands::storedAddress() const
 {
-    return m_store ? m_store->readString(key).value_or(QString()) : QString();
+    return m_store ? Preferences(*m_store).bridgeAddress() : QString();
+}
+
+QString CtlConnectionCommands::storedKey() const
+{
+    return m_store ? Preferences(*m_store).bridgeKey() : QString();
 }
 
 // discover
@@ -112,7 +117,7 @@ void CtlConnectionCommands::onDiscovered(const std::optional<QString>& address)
         return finish(exitFailed);
     }
     m_store = std::make_unique<JsonSettingsStore>(m_fileName);
-    m_store->writeString(SettingsKeys::bridgeIP, *address);
+    Preferences(*m_store).setBridgeAddress(*address);
     printOut(QStringLiteral("Found a Hue bridge at %1.").arg(*address));
     if (!m_store->saveError().isEmpty()) {
         printError(QStringLiteral("Its address was not stored: %1.").arg(m_store->saveError()));
@@ -128,7 +133,7 @@ void CtlConnectionCommands::pair()
 {
     m_address = m_invocation.bridge;
     if (m_address.isEmpty() && openExistingSettings())
-        m_address = stored(SettingsKeys::bridgeIP);
+        m_address = storedAddress();
     if (m_address.isEmpty()) {
         printError(
             QStringLiteral("No bridge address stored in %1.\nRun 'glowdeckctl discover' first, or pass "
@@ -245,9 +250,9 @@ void CtlConnectionCommands::onListRefreshed()
 void CtlConnectionCommands::status()
 {
     openExistingSettings();
-    m_address = m_invocation.bridge.isEmpty() ? stored(SettingsKeys::bridgeIP) : m_invocation.bridge;
-    const QString key = m_invocation.key.isEmpty() ? stored(SettingsKeys::bridgeUser) : m_invocation.key;
-    const bool keyStored = !stored(SettingsKeys::bridgeUser).isEmpty();
+    m_address = m_invocation.bridge.isEmpty() ? storedAddress() : m_invocation.bridge;
+    const QString key = m_invocation.key.isEmpty() ? storedKey() : m_invocation.key;
+    const bool keyStored = !storedKey().isEmpty();
 
     printField(QStringLiteral("Settings file"),
                m_fileName + (m_store ? QString() : QStringLiteral(" (not there yet)")));
@@ -272,7 +277,7 @@ void CtlConnectionCommands::status()
     }
     // What the file says about the bridge holds for the stored address only.
     ProbeKnowledge known;
-    if (m_store && m_address == stored(SettingsKeys::bridgeIP)) {
+    if (m_store && m_address == storedAddress()) {
         AppSettings settings(*m_store);
         settings.load();
         known = {settings.bridgeTransport(), settings.bridgeIdentity(), false};

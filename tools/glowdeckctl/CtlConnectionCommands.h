@@ -44,8 +44,9 @@ Q_SIGNALS:
 private:
     /// Opens the settings file when it exists, without creating it; false when there is none.
     bool openExistingSettings();
-    /// The stored value of `key`, or an empty string.
-    QString stored(const QString& key) const;
+    /// The stored address and key, or empty strings.
+    QString storedAddress() const;
+    QString storedKey() const;
 
     void discover();
     void onDiscovered(const std::optional<QString>& address);

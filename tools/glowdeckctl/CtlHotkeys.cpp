@@ -7,7 +7,7 @@
 #include "hotkeys/HotkeyNames.h"
 #include "hotkeys/KeyTranslation.h"
 #include "state/JsonSettingsStore.h"
-#include "state/SettingsKeys.h"
+#include "state/Preferences.h"
 
 #include <QFileInfo>
 #include <QJsonArray>
@@ -61,11 +61,11 @@ QString customAction(const QString& choice)
                : QStringLiteral("nothing (\"%1\" is no room action)").arg(choice);
 }
 
-QList<Entry> readEntries(const SettingsStore& store)
+QList<Entry> readEntries(SettingsStore& store)
 {
     // As the application reads it: a stored 0, or nothing, is 50.
-    const qint64 step =
-        store.readInt(SettingsKeys::keyIncrement) == 0 ? 50 : store.readInt(SettingsKeys::keyIncrement);
+    const Preferences preferences(store);
+    const qint64 step = preferences.keyIncrement();
     const QStringList everyRoom{QStringLiteral("every room on"),
                                 QStringLiteral("every room off"),
                                 QStringLiteral("every room brighter by %1").arg(step),
@@ -86,8 +86,7 @@ QList<Entry> readEntries(const SettingsStore& store)
         } else {
             // Custom shortcut n reads slot n - 1.
             const int slot = HotkeyActions::slotOfCustomShortcut(int(i - everyRoom.size()) + 1);
-            entry.choice = store.readString(HotkeyActions::customGroupActionKey + QString::number(slot))
-                               .value_or(HotkeyActions::noAction);
+            entry.choice = preferences.customGroupAction(slot).value_or(HotkeyActions::noAction);
             entry.action = customAction(*entry.choice);
         }
         entries.append(entry);

@@ -10,8 +10,6 @@
 #include "preferences/panes/ImagePlayer.h"
 #include "preferences/panes/PaneWidgets.h"
 #include "state/AppSettings.h"
-#include "state/SettingsKeys.h"
-#include "state/SettingsStore.h"
 
 #include <QEvent>
 #include <QHBoxLayout>
@@ -158,7 +156,7 @@ void ConnectionView::onConnect()
     updateBusy();
     QTimer::singleShot(connectDelayMilliseconds, this, [this] {
         // A new key is asked for; the old one is forgotten in the file (the bridge still knows it).
-        m_settings.store().writeString(SettingsKeys::bridgeUser, QString());
+        m_settings.forgetStoredKey();
         m_pairing.pairWithBridge();
     });
 }

@@ -4,7 +4,6 @@
 #include "connection/CommandExecuting.h"
 #include "diagnostics/Diagnostics.h"
 #include "state/AppSettings.h"
-#include "state/SettingsStore.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -89,8 +88,7 @@ void DebugReport::runScript(const QString& bridgeCheck)
 bool DebugReport::writeInput(const QString& bridgeCheck) const
 {
     // Reports are switched off as a whole by the user's "sendErrorReports": false.
-    const bool mayPost = !m_settings.store().contains(Diagnostics::sendReportsKey) ||
-                         m_settings.store().readBool(Diagnostics::sendReportsKey);
+    const bool mayPost = m_settings.preferences().sendsErrorReports();
     const QJsonObject input{
         {"version", QCoreApplication::applicationVersion()},
         {"qt", QString::fromLatin1(qVersion())},

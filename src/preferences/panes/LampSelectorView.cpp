@@ -3,7 +3,6 @@
 #include "preferences/panes/PaneWidgets.h"
 #include "state/AppSettings.h"
 #include "state/LightOrder.h"
-#include "state/LightVisibility.h"
 
 #include <QAbstractItemModel>
 #include <QHBoxLayout>
@@ -124,7 +123,7 @@ LampSelectorView::LampSelectorView(AppSettings& settings, QWidget* parent)
 void LampSelectorView::onLightsChanged()
 {
     // The pane's order is the stored one; the bridge's list reaches it through that order.
-    const QList<HueLight> fresh = LightOrder::apply(m_settings.lights(), m_settings.store());
+    const QList<HueLight> fresh = LightOrder::apply(m_settings.lights(), m_settings.preferences().lightOrder());
     if (static_cast<LightList*>(m_list)->isDragging() || listed(fresh) == listed(m_lights))
         return;
     rebuild();
@@ -132,7 +131,7 @@ void LampSelectorView::onLightsChanged()
 
 void LampSelectorView::rebuild()
 {
-    m_lights = LightOrder::apply(m_settings.lights(), m_settings.store());
+    m_lights = LightOrder::apply(m_settings.lights(), m_settings.preferences().lightOrder());
     const QString current =
         m_list->currentItem() ? m_list->currentItem()->data(lampIdRole).toString() : QString();
     const QSignalBlocker blocker(m_list);
@@ -144,8 +143,7 @@ void LampSelectorView::rebuild()
         item->setFlags(Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsUserCheckable |
                        Qt::ItemIsDragEnabled);
         // A light never switched here has no flag and counts as shown.
-        item->setCheckState(LightVisibility::isHidden(m_settings.store(), light) ? Qt::Unchecked
-                                                                                 : Qt::Checked);
+        item->setCheckState(m_settings.preferences().isLightHidden(light) ? Qt::Unchecked : Qt::Checked);
         if (light.lamp_id == current)
             m_list->setCurrentItem(item);
     }
@@ -172,18 +170,8 @@ void LampSelectorView::fitListHeight()
 
 void LampSelectorView::onItemChanged()
 {
-    bool changed = false;
-    for (int row = 0; row < m_list->count() && row < m_lights.size(); ++row) {
-        const HueLight& light = m_lights.at(row);
-        const bool hidden = m_list->item(row)->checkState() != Qt::Checked;
-        if (hidden != LightVisibility::isHidden(m_settings.store(), light)) {
-            LightVisibility::setHidden(m_settings.store(), light, hidden);
-            changed = true;
-        }
-    }
-    // The drop-down window redraws its lights panel on this counter.
-    if (changed)
-        m_settings.setForceRedraw(m_settings.forceRedraw() + 1);
+    for (int row = 0; row < m_list->count() && row < m_lights.size(); ++row)
+        m_settings.setLightHidden(m_lights.at(row), m_list->item(row)->checkState() != Qt::Checked);
 }
 
 void LampSelectorView::onRowsMoved()
@@ -199,7 +187,7 @@ void LampSelectorView::onRowsMoved()
     if (reordered.size() != m_lights.size() || listed(reordered) == listed(m_lights))
         return;
     m_lights = reordered;
-    LightOrder::save(m_settings.store(), m_lights);
+    m_settings.preferences().setLightOrder(m_lights);
     onCurrentRowChanged();
 }
 

@@ -5,8 +5,6 @@
 #include "preferences/panes/PreferencesInformationView.h"
 #include "state/AppSettings.h"
 #include "state/ProductLinks.h"
-#include "state/SettingsKeys.h"
-#include "state/SettingsStore.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -103,7 +101,6 @@ void PreferencesGeneralView::onIconChosen(int index)
     const QString name = m_appIcon->itemData(index).toString();
     if (name.isEmpty())
         return;
-    m_settings.store().writeString(SettingsKeys::appIcon, name);
     m_settings.setAppIcon(name);
 }
 

@@ -2,7 +2,7 @@
 
 #include "preferences/window/PaneTabController.h"
 #include "preferences/window/PausableWindow.h"
-#include "state/SettingsStore.h"
+#include "state/Preferences.h"
 
 #include <QGuiApplication>
 #include <QScreen>
@@ -46,10 +46,10 @@ PreferencesWindowController::~PreferencesWindowController()
     m_window->disconnect(this);
 }
 
-void PreferencesWindowController::setFrameAutosaveName(const QString& name, SettingsStore* store)
+void PreferencesWindowController::setFrameAutosaveName(const QString& name, Preferences* preferences)
 {
     m_autosaveName = name;
-    m_frameStore = store;
+    m_framePreferences = preferences;
 }
 
 void PreferencesWindowController::show(const QString& paneIdentifier)
@@ -73,8 +73,8 @@ void PreferencesWindowController::show(const QString& paneIdentifier)
 void PreferencesWindowController::restoreFrame()
 {
     m_window->adjustSize();
-    if (m_frameStore && !m_autosaveName.isEmpty()) {
-        const std::optional<QString> saved = m_frameStore->readString(m_autosaveName);
+    if (m_framePreferences && !m_autosaveName.isEmpty()) {
+        const std::optional<QString> saved = m_framePreferences->windowFrame(m_autosaveName);
         // restoreGeometry() refuses damaged data and moves a frame from a screen that is gone onto one that
         // is there.
         if (saved && m_window->restoreGeometry(QByteArray::fromBase64(saved->toLatin1())))
@@ -93,6 +93,7 @@ void PreferencesWindowController::restoreFrame()
 
 void PreferencesWindowController::saveFrame()
 {
-    if (m_frameStore && !m_autosaveName.isEmpty())
-        m_frameStore->writeString(m_autosaveName, QString::fromLatin1(m_window->saveGeometry().toBase64()));
+    if (m_framePreferences && !m_autosaveName.isEmpty())
+        m_framePreferences->setWindowFrame(m_autosaveName,
+                                           QString::fromLatin1(m_window->saveGeometry().toBase64()));
 }

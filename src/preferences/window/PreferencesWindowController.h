@@ -10,7 +10,7 @@
 
 class PaneTabController;
 class PausableWindow;
-class SettingsStore;
+class Preferences;
 
 /// The preferences window: one window for the whole run, one pane shown at a time, chosen in its toolbar. The
 /// window is not resizable; it takes each pane's size, animated when the user switches panes. Escape and the
@@ -29,7 +29,7 @@ public:
     ~PreferencesWindowController() override;
 
     /// Keeps the window's place across restarts in `store` under `name`, restored at the first show.
-    void setFrameAutosaveName(const QString& name, SettingsStore* store);
+    void setFrameAutosaveName(const QString& name, Preferences* preferences);
 
     /// Shows the window and brings it to the front. With an identifier, shows that pane (the first, without
     /// animation, when no pane has it); without one, the pane shown last, or the first the first time.
@@ -48,5 +48,5 @@ private:
     bool m_hidesToolbarForSingleItem;
     bool m_shownBefore = false;
     QString m_autosaveName;
-    SettingsStore* m_frameStore = nullptr;
+    Preferences* m_framePreferences = nullptr;
 };

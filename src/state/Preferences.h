@@ -1,0 +1,63 @@
+#pragma once
+
+#include "model/HueLight.h"
+
+#include <QList>
+#include <QString>
+
+#include <optional>
+
+class SettingsStore;
+
+/// The user's persisted choices that are not fields of the shared state, and what the application remembers
+/// between runs: each is read and written here under its key (state/SettingsKeys.h) and nowhere else.
+/// `AppSettings` owns the one the application uses; the command-line tool and the error reports make their own
+/// over the same file.
+class Preferences final
+{
+public:
+    explicit Preferences(SettingsStore& store) : m_store(store) {}
+
+    /// The stored address and key, as the application last wrote them.
+    QString bridgeAddress() const;
+    void setBridgeAddress(const QString& address);
+    QString bridgeKey() const;
+
+    /// The step of the brighter and darker shortcuts; a stored 0, or nothing, is 50.
+    qint64 keyIncrement() const;
+
+    bool hasSeenWelcomeScreen() const;
+    void setHasSeenWelcomeScreen();
+
+    /// How often the user has opened the drop-down window with a click.
+    qint64 windowOpenings() const;
+    void setWindowOpenings(qint64 count);
+    /// Whether the user has followed the review request.
+    bool hasReviewed() const;
+    void setReviewed(const QString& version);
+
+    /// The panel stored last, as stored (it may name none of the three); nothing when absent.
+    std::optional<qint64> storedActivePanel() const;
+
+    /// The stored room action of a custom shortcut's slot; nothing when absent or not text.
+    std::optional<QString> customGroupAction(int slot) const;
+    void setCustomGroupAction(int slot, const QString& optionId);
+
+    /// The lamp ids in the order the user gave them, joined with ","; empty when never ordered.
+    QString lightOrder() const;
+    void setLightOrder(const QList<HueLight>& lights);
+
+    /// true only when the flag is stored as true; a light never shown in the lights pane is visible.
+    bool isLightHidden(const HueLight& light) const;
+    void setLightHidden(const HueLight& light, bool hidden);
+
+    /// A window's saved frame (base64 of its geometry) under its autosave name.
+    std::optional<QString> windowFrame(const QString& name) const;
+    void setWindowFrame(const QString& name, const QString& frame);
+
+    /// Unless the user stored "sendErrorReports": false.
+    bool sendsErrorReports() const;
+
+private:
+    SettingsStore& m_store;
+};
