@@ -16,7 +16,7 @@ class QNetworkAccessManager;
 
 /// Keeps the newest pending change per target and property and sends one request per tick, so a dragged
 /// slider costs the bridge about three requests a second, however fast the user drags. The pending changes
-/// themselves live in `AppSettings::actionQueue`, so views can observe them.
+/// live in `AppSettings::actionQueue`; only this class reads and changes them.
 class ActionQueue final : public QObject
 {
     Q_OBJECT

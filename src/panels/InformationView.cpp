@@ -42,7 +42,7 @@ void InformationView::buildPage()
     layout->setSpacing(12);
 
     // The seam for an embedded page: with Qt WebEngine a QWebEngineView (background off, "darkMode();" run
-    // after loading when `darkMode` is set, title and finish reported to the model) takes this place. Until
+    // after loading when `darkMode` is set) takes this place. Until
     // the build finds Qt6::WebEngineWidgets the page opens in the browser instead.
     const QUrl page = m_model->link();
     if (!page.isEmpty() && page.isValid()) {

@@ -10,22 +10,6 @@ void WebViewModel::setLink(const QUrl& link)
     Q_EMIT linkChanged();
 }
 
-void WebViewModel::setDidFinishLoading(bool finished)
-{
-    if (m_didFinishLoading == finished)
-        return;
-    m_didFinishLoading = finished;
-    Q_EMIT didFinishLoadingChanged();
-}
-
-void WebViewModel::setPageTitle(const QString& title)
-{
-    if (m_pageTitle == title)
-        return;
-    m_pageTitle = title;
-    Q_EMIT pageTitleChanged();
-}
-
 void WebViewModel::setDarkMode(bool dark)
 {
     if (m_darkMode == dark)
