@@ -1,5 +1,5 @@
 #include "CountingNetwork.h"
-#include "DiscoveryServer.h"
+#include "LoopbackServer.h"
 #include "FakeCommands.h"
 #include "TestSupport.h"
 #include "connection/BridgeDiscovery.h"
@@ -42,7 +42,7 @@ private:
 
     std::unique_ptr<FakeCommands> m_commands;
     std::unique_ptr<CountingNetwork> m_network;
-    std::unique_ptr<DiscoveryServer> m_service;
+    std::unique_ptr<LoopbackServer> m_service;
     std::unique_ptr<BridgeDiscovery> m_discovery;
 };
 
@@ -50,7 +50,7 @@ void TestBridgeDiscovery::init()
 {
     m_commands = std::make_unique<FakeCommands>();
     m_network = std::make_unique<CountingNetwork>();
-    m_service = std::make_unique<DiscoveryServer>();
+    m_service = std::make_unique<LoopbackServer>();
     QVERIFY(m_service->listen());
     m_service->setAnswer(R"({"id":"001788fffe0a0b0c","internalipaddress":"192.168.1.77","port":443})");
     m_discovery = std::make_unique<BridgeDiscovery>(*m_commands, *m_network);

@@ -1,5 +1,5 @@
 #include "BridgeSimulator.h"
-#include "DiscoveryServer.h"
+#include "LoopbackServer.h"
 
 #include "bridge/CodedRecords.h"
 
@@ -87,7 +87,7 @@ private:
     QString sim() const;
 
     std::unique_ptr<BridgeSimulator> m_sim;
-    std::unique_ptr<DiscoveryServer> m_discovery;
+    std::unique_ptr<LoopbackServer> m_discovery;
     std::unique_ptr<QTemporaryDir> m_dir;
     QString m_key;
 };
@@ -101,7 +101,7 @@ void TestGlowdeckCtl::init()
     m_sim->setRawResource(QStringLiteral("lights"), lightsBody);
     m_sim->setRawResource(QStringLiteral("groups"), groupsBody);
     m_sim->setRawResource(QStringLiteral("scenes"), scenesBody);
-    m_discovery = std::make_unique<DiscoveryServer>();
+    m_discovery = std::make_unique<LoopbackServer>();
     QVERIFY(m_discovery->listen());
 }
 

@@ -1,4 +1,5 @@
 #include "CountingNetwork.h"
+#include "LoopbackServer.h"
 #include "TestSupport.h"
 #include "diagnostics/Diagnostics.h"
 #include "state/SettingsKeys.h"
@@ -16,62 +17,6 @@
 #include <QUuid>
 
 #include <memory>
-
-/// Stands in for the error-collection service on 127.0.0.1: keeps every posted item and answers each with one
-/// status.
-class Collector final : public QObject
-{
-public:
-    struct Item
-    {
-        QByteArray requestLine;
-        QHash<QByteArray, QByteArray> headers; // names in lower case
-        QJsonObject body;
-    };
-    QList<Item> items;
-    int status = 200;
-
-    Collector()
-    {
-        QVERIFY(m_server.listen(QHostAddress::LocalHost, 0));
-        connect(&m_server, &QTcpServer::newConnection, this, [this] {
-            while (QTcpSocket* socket = m_server.nextPendingConnection()) {
-                connect(socket, &QTcpSocket::disconnected, socket, &QObject::deleteLater);
-                connect(socket, &QTcpSocket::readyRead, socket, [this, socket] { onReadyRead(socket); });
-            }
-        });
-    }
-    QUrl url() const { return QUrl(QStringLiteral("http://127.0.0.1:%1/crash/").arg(m_server.serverPort())); }
-
-private:
-    void onReadyRead(QTcpSocket* socket)
-    {
-        const QByteArray received = socket->property("received").toByteArray() + socket->readAll();
-        socket->setProperty("received", received);
-        const qsizetype headerEnd = received.indexOf("\r\n\r\n");
-        if (headerEnd < 0)
-            return;
-        Item item;
-        const QList<QByteArray> lines = received.left(headerEnd).split('\n');
-        item.requestLine = lines.first().trimmed();
-        for (const QByteArray& line : lines.mid(1)) {
-            const qsizetype colon = line.indexOf(':');
-            item.headers.insert(line.left(colon).trimmed().toLower(), line.mid(colon + 1).trimmed());
-        }
-        const QByteArray body = received.mid(headerEnd + 4);
-        if (body.size() < item.headers.value("content-length").toLongLong())
-            return;
-        item.body = QJsonDocument::fromJson(body).object();
-        items.append(item);
-        const QByteArray answer = R"({"err":0})";
-        socket->write("HTTP/1.1 " + QByteArray::number(status) + " OK\r\nContent-Type: application/json\r\n" +
-                      "Content-Length: " + QByteArray::number(answer.size()) +
-                      "\r\nConnection: close\r\n\r\n" + answer);
-        socket->disconnectFromHost();
-    }
-
-    QTcpServer m_server;
-};
 
 class TestDiagnostics final : public QObject
 {
@@ -104,9 +49,9 @@ private:
     }
     QStringList reportFiles() const { return QDir(m_folder->path()).entryList({"crash-*.txt"}, QDir::Files); }
     /// The value at "key/key/..." below an item's "data".
-    static QJsonValue data(const Collector::Item& item, const QString& path)
+    static QJsonValue data(const LoopbackServer::Request& item, const QString& path)
     {
-        QJsonValue value = item.body["data"];
+        QJsonValue value = QJsonDocument::fromJson(item.body).object()["data"];
         for (const QString& key : path.split('/'))
             value = value.toObject().value(key);
         return value;
@@ -115,7 +60,7 @@ private:
     std::unique_ptr<TestSettings> m_settings;
     std::unique_ptr<QTemporaryDir> m_folder;
     std::unique_ptr<CountingNetwork> m_network;
-    std::unique_ptr<Collector> m_collector;
+    std::unique_ptr<LoopbackServer> m_collector;
 };
 
 void TestDiagnostics::init()
@@ -123,21 +68,23 @@ void TestDiagnostics::init()
     m_settings = std::make_unique<TestSettings>();
     m_folder = std::make_unique<QTemporaryDir>();
     m_network = std::make_unique<CountingNetwork>();
-    m_collector = std::make_unique<Collector>();
+    m_collector = std::make_unique<LoopbackServer>();
+    QVERIFY(m_collector->listen());
+    m_collector->setAnswer(R"({"err":0})");
 }
 
 void TestDiagnostics::announcesTheStartAsAnInformationItem()
 {
     const qint64 before = QDateTime::currentSecsSinceEpoch();
-    auto reporting = diagnostics(m_collector->url());
+    auto reporting = diagnostics(m_collector->url(QStringLiteral("/crash/")));
     reporting->start();
-    QTRY_COMPARE(m_collector->items.size(), 1);
+    QTRY_COMPARE(m_collector->requests().size(), 1);
 
-    const Collector::Item item = m_collector->items.first();
+    const LoopbackServer::Request item = m_collector->requests().first();
     QCOMPARE(item.requestLine, "POST /crash/ HTTP/1.1");
     QCOMPARE(item.headers["content-type"], "application/json");
     QCOMPARE(item.headers["x-rollbar-access-token"], "3f9c1a7e5b2d4c6e8a0b1c2d3e4f5a6b");
-    QCOMPARE(item.body["access_token"], "3f9c1a7e5b2d4c6e8a0b1c2d3e4f5a6b");
+    QCOMPARE(QJsonDocument::fromJson(item.body).object()["access_token"], "3f9c1a7e5b2d4c6e8a0b1c2d3e4f5a6b");
     QCOMPARE(data(item, "level"), "info");
     QCOMPARE(data(item, "body/message/body"), "Glowdeck booted");
     QCOMPARE(data(item, "environment"), "production");
@@ -196,12 +143,12 @@ void TestDiagnostics::sendsAReportLeftByAnEarlierRunAsCriticalAndRemovesIt_data(
 void TestDiagnostics::sendsAReportLeftByAnEarlierRunAsCriticalAndRemovesIt()
 {
     QFETCH(int, status);
-    m_collector->status = status;
+    m_collector->setStatus(status);
     const QByteArray text = "Glowdeck 0.1.0\nFatal signal SIGBUS (7)\n\nLast printed lines:\nConnected\n";
     const QString report = leaveReport(1700000000, text);
 
     auto reporting =
-        diagnostics(status ? m_collector->url() : QUrl(QStringLiteral("http://127.0.0.1:1/crash/")));
+        diagnostics(status ? m_collector->url(QStringLiteral("/crash/")) : QUrl(QStringLiteral("http://127.0.0.1:1/crash/")));
     QSignalSpy sent(reporting.get(), &Diagnostics::itemSent);
     reporting->start();
     QTRY_COMPARE(sent.size(), 2);
@@ -209,23 +156,23 @@ void TestDiagnostics::sendsAReportLeftByAnEarlierRunAsCriticalAndRemovesIt()
         QVERIFY(QFile::exists(report));
         return;
     }
-    QCOMPARE(m_collector->items.size(), 2);
-    QCOMPARE(data(m_collector->items[0], "level"), "critical");
-    QCOMPARE(data(m_collector->items[0], "body/crash_report/raw"), QString::fromUtf8(text));
-    QCOMPARE(data(m_collector->items[1], "body/message/body"), "Glowdeck booted");
+    QCOMPARE(m_collector->requests().size(), 2);
+    QCOMPARE(data(m_collector->requests()[0], "level"), "critical");
+    QCOMPARE(data(m_collector->requests()[0], "body/crash_report/raw"), QString::fromUtf8(text));
+    QCOMPARE(data(m_collector->requests()[1], "body/message/body"), "Glowdeck booted");
     QTRY_VERIFY(!QFile::exists(report));
 }
 
 void TestDiagnostics::reportsAnUncaughtExceptionAtDebugLevel()
 {
     PrintedLines printed;
-    auto reporting = diagnostics(m_collector->url());
+    auto reporting = diagnostics(m_collector->url(QStringLiteral("/crash/")));
     reporting->start(); // keeps the printed lines for crash reports, and must pass them on
-    QTRY_COMPARE(m_collector->items.size(), 1);
+    QTRY_COMPARE(m_collector->requests().size(), 1);
     reporting->reportUncaughtException(QStringLiteral("lamp on fire"));
     QCOMPARE(printed.lines(), QStringList{QStringLiteral("[ATTENTION] Uncaught exception lamp on fire")});
-    QTRY_COMPARE(m_collector->items.size(), 2);
-    const Collector::Item item = m_collector->items[1];
+    QTRY_COMPARE(m_collector->requests().size(), 2);
+    const LoopbackServer::Request item = m_collector->requests()[1];
     QCOMPARE(data(item, "level"), "debug");
     QCOMPARE(data(item, "body/trace/exception/class"), "UncaughtException");
     QCOMPARE(data(item, "body/trace/exception/message"), "lamp on fire");
@@ -291,13 +238,13 @@ void TestDiagnostics::theKeyNeverLeavesTheMachine()
                  text.constData());
     }
 
-    auto reporting = diagnostics(m_collector->url());
+    auto reporting = diagnostics(m_collector->url(QStringLiteral("/crash/")));
     reporting->start();
     reporting->reportUncaughtException(QStringLiteral("bad answer from /api/%1/groups").arg(key));
-    QTRY_COMPARE(m_collector->items.size(), 4); // two reports, the start-up notice, the exception
+    QTRY_COMPARE(m_collector->requests().size(), 4); // two reports, the start-up notice, the exception
     QByteArray sent;
-    for (const Collector::Item& item : m_collector->items)
-        sent += QJsonDocument(item.body).toJson();
+    for (const LoopbackServer::Request& item : m_collector->requests())
+        sent += item.body;
     QVERIFY2(!sent.contains(key.toUtf8()), sent.constData());
     QVERIFY(sent.contains("Using key [redacted]"));
     QVERIFY(sent.contains("PUT http://127.0.0.1:9/api/[redacted]/lights/1/state"));

@@ -5,8 +5,8 @@
 #include "bridge/ActionQueue.h"
 #include "bridge/BridgeNetwork.h"
 #include "bridge/HueHelper.h"
-#include "simulator/BridgeSimulator.h"
 
+#include <QJsonDocument>
 #include <QJsonObject>
 #include <QNetworkAccessManager>
 #include <QTest>
@@ -14,7 +14,8 @@
 #include <memory>
 
 /// What the panels talk to, as in the running program: the shared state on a fresh settings file, the real
-/// commands and queue, and a simulated bridge on loopback that records what reaches it.
+/// commands and queue. What the commands put on the wire is their own tests' business: the bench keeps what
+/// leaves the queue, and the requests go to a loopback port where nobody listens.
 class PanelBench final
 {
 public:
@@ -23,24 +24,16 @@ public:
         m_network = std::make_unique<BridgeNetwork>();
         m_queue = std::make_unique<ActionQueue>(m_state.settings(), *m_network);
         m_helper = std::make_unique<HueHelper>(m_state.settings(), *m_queue);
-    }
-
-    /// Starts the bridge and points the shared state at it.
-    bool start()
-    {
-        if (!m_bridge.listen())
-            return false;
-        settings().setHueIP(m_bridge.hostAndPort());
+        QObject::connect(m_queue.get(), &ActionQueue::sent,
+                         [this](const ActionQueueItem& item) { m_sent.append(item); });
+        settings().setHueIP(QStringLiteral("127.0.0.1:9"));
         settings().setBridgeContact(QStringLiteral("http"), {}, {});
-        m_key = m_bridge.addUser();
         settings().setHueKey(m_key);
-        return true;
     }
 
     AppSettings& settings() { return m_state.settings(); }
     SettingsStore& store() { return m_state.store(); }
     HueHelper& helper() { return *m_helper; }
-    BridgeSimulator& bridge() { return m_bridge; }
 
     HueLight light(const QString& lampId, bool color, bool ambient)
     {
@@ -76,17 +69,19 @@ public:
                 .hue_key = settings().hueKey()};
     }
 
-    /// The PUT requests that reached the bridge for @p target, e.g. "lights/3/state".
-    QList<SimulatedRequest> requestsTo(const QString& target) const
+    /// The bodies of the changes that left the queue for @p target, e.g. "lights/3/state".
+    QList<QJsonObject> sentTo(const QString& target) const
     {
-        QList<SimulatedRequest> matching;
+        QList<QJsonObject> bodies;
         const QString path = QStringLiteral("/api/%1/%2").arg(m_key, target);
-        for (const SimulatedRequest& request : m_bridge.requests()) {
-            if (request.method == "PUT" && request.path == path)
-                matching.append(request);
+        for (const ActionQueueItem& item : m_sent) {
+            if (item.url.path() == path)
+                bodies.append(QJsonDocument::fromJson(item.body).object());
         }
-        return matching;
+        return bodies;
     }
+    /// Every change that left the queue.
+    QList<ActionQueueItem> sent() const { return m_sent; }
 
     /// Every queued change has been sent and answered (the queue only starts once something was enqueued).
     bool settled()
@@ -96,8 +91,8 @@ public:
     }
 
 private:
-    BridgeSimulator m_bridge;
-    QString m_key;
+    QString m_key = QStringLiteral("panel-bench-key");
+    QList<ActionQueueItem> m_sent;
     TestSettings m_state;
     std::unique_ptr<QNetworkAccessManager> m_network;
     std::unique_ptr<ActionQueue> m_queue;

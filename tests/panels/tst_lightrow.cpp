@@ -41,8 +41,7 @@ private:
 void TestLightRow::init()
 {
     m_bench = std::make_unique<PanelBench>();
-    QVERIFY(m_bench->start());
-    m_id = m_bench->bridge().lightIds().first();
+    m_id = QStringLiteral("1");
     makeRow(true, true);
 }
 
@@ -121,8 +120,8 @@ void TestLightRow::dragSendsTheValueOfThePoint()
 
     // Shown at once in the record, and sent as one request.
     QCOMPARE(unshownFields(m_bench->settings().lights().first(), body), QStringList());
-    QTRY_COMPARE(m_bench->requestsTo(u"lights/%1/state"_qs.arg(m_id)).size(), 1);
-    QCOMPARE(m_bench->requestsTo(u"lights/%1/state"_qs.arg(m_id)).first().body, body);
+    QTRY_COMPARE(m_bench->sentTo(u"lights/%1/state"_qs.arg(m_id)).size(), 1);
+    QCOMPARE(m_bench->sentTo(u"lights/%1/state"_qs.arg(m_id)).first(), body);
 }
 
 void TestLightRow::dragOfManyMovesReachesTheBridgeAsItsLastValue()
@@ -134,11 +133,10 @@ void TestLightRow::dragOfManyMovesReachesTheBridgeAsItsLastValue()
     const int last = int(float(60 / w) * 255);
 
     QTRY_VERIFY(m_bench->settled());
-    const QList<SimulatedRequest> sent = m_bench->requestsTo(u"lights/%1/state"_qs.arg(m_id));
+    const QList<QJsonObject> sent = m_bench->sentTo(u"lights/%1/state"_qs.arg(m_id));
     QCOMPARE(sent.size(), 1);
-    QCOMPARE(sent.first().body.value(u"bri").toInt(), last);
+    QCOMPARE(sent.first().value(u"bri").toInt(), last);
     QCOMPARE(slider->value(), float(60 / w));
-    QCOMPARE(m_bench->bridge().light(m_id).value(u"state").toObject().value(u"bri").toInt(), last);
 }
 
 void TestLightRow::switchSendsOnAndOff()
@@ -149,13 +147,13 @@ void TestLightRow::switchSendsOnAndOff()
 
     QTest::mouseClick(toggle, Qt::LeftButton);
     QVERIFY(!m_bench->settings().lights().first().is_on);
-    QTRY_COMPARE(m_bench->requestsTo(u"lights/%1/state"_qs.arg(m_id)).size(), 1);
-    QCOMPARE(m_bench->requestsTo(u"lights/%1/state"_qs.arg(m_id)).last().body, (QJsonObject{{"on", false}}));
+    QTRY_COMPARE(m_bench->sentTo(u"lights/%1/state"_qs.arg(m_id)).size(), 1);
+    QCOMPARE(m_bench->sentTo(u"lights/%1/state"_qs.arg(m_id)).last(), (QJsonObject{{"on", false}}));
 
     QTest::keyClick(toggle, Qt::Key_Space); // a focused switch toggles on Space
     QVERIFY(m_bench->settings().lights().first().is_on);
-    QTRY_COMPARE(m_bench->requestsTo(u"lights/%1/state"_qs.arg(m_id)).size(), 2);
-    QCOMPARE(m_bench->requestsTo(u"lights/%1/state"_qs.arg(m_id)).last().body, (QJsonObject{{"on", true}}));
+    QTRY_COMPARE(m_bench->sentTo(u"lights/%1/state"_qs.arg(m_id)).size(), 2);
+    QCOMPARE(m_bench->sentTo(u"lights/%1/state"_qs.arg(m_id)).last(), (QJsonObject{{"on", true}}));
 }
 
 void TestLightRow::showsTheBarsTheLampSupports_data()
@@ -199,7 +197,7 @@ void TestLightRow::ignoresAChangeToALightThatIsGone()
 
     QVERIFY(m_bench->settings().lights().isEmpty());
     QVERIFY(m_bench->settled()); // a command starts the queue at once: nothing was queued
-    QVERIFY(m_bench->bridge().requests().isEmpty());
+    QVERIFY(m_bench->sent().isEmpty());
 }
 
 void TestLightRow::keysMoveAFocusedControlThroughItsCommand_data()
@@ -235,9 +233,9 @@ void TestLightRow::keysMoveAFocusedControlThroughItsCommand()
         QTest::keyClick(focused, Qt::Key(key));
 
     QTRY_VERIFY(m_bench->settled());
-    const QList<SimulatedRequest> sent = m_bench->requestsTo(u"lights/%1/state"_qs.arg(m_id));
+    const QList<QJsonObject> sent = m_bench->sentTo(u"lights/%1/state"_qs.arg(m_id));
     QCOMPARE(sent.size(), 1);
-    QCOMPARE(sent.first().body, body);
+    QCOMPARE(sent.first(), body);
 }
 
 void TestLightRow::showsOffDimmedAndCutsALongNameWithATooltip()

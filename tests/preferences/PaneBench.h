@@ -1,6 +1,6 @@
 #pragma once
 
-#include "DiscoveryServer.h"
+#include "LoopbackServer.h"
 #include "FakeCommands.h"
 #include "TestSupport.h"
 #include "bridge/BridgeNetwork.h"
@@ -53,7 +53,7 @@ public:
     DebugReport& debugReport() { return *m_debugReport; }
 
     FakeCommands commands;
-    DiscoveryServer service;
+    LoopbackServer service;
 
 private:
     TestSettings m_state;

@@ -36,11 +36,11 @@ private Q_SLOTS:
     void withoutRubyItOnlySaysSo();
 
 private:
-    QList<SimulatedRequest> posted() const
+    QList<LoopbackServer::Request> posted() const
     {
-        QList<SimulatedRequest> crash;
-        for (const SimulatedRequest& request : m_collector.requests()) {
-            if (request.path == QStringLiteral("/crash/"))
+        QList<LoopbackServer::Request> crash;
+        for (const LoopbackServer::Request& request : m_collector->requests()) {
+            if (request.requestLine.startsWith("POST /crash/ "))
                 crash << request;
         }
         return crash;
@@ -56,14 +56,13 @@ private:
     QTemporaryDir m_cache;
     std::unique_ptr<PaneBench> m_bench;
     ShellRunner m_shell;
-    BridgeSimulator m_collector; // any loopback HTTP server that keeps what it receives will do
+    std::unique_ptr<LoopbackServer> m_collector;
 };
 
 void TestDebugReport::initTestCase()
 {
     // Before anything reads it; the script, a child of this process, finds its input there too.
     qputenv("XDG_CACHE_HOME", m_cache.path().toUtf8());
-    QVERIFY(m_collector.listen());
 }
 
 void TestDebugReport::init()
@@ -71,7 +70,8 @@ void TestDebugReport::init()
     if (QStandardPaths::findExecutable(QStringLiteral("ruby")).isEmpty())
         QSKIP("ruby is not installed (scripts/install-deps.sh installs it)");
     QFile::remove(DebugReport::reportPath());
-    m_collector.clearRequests();
+    m_collector = std::make_unique<LoopbackServer>();
+    QVERIFY(m_collector->listen());
     m_bench = std::make_unique<PaneBench>();
     QVERIFY(m_bench->start());
     m_bench->store().writeString(SettingsKeys::bridgeIP, m_bench->bridge().hostAndPort());
@@ -89,7 +89,7 @@ void TestDebugReport::cleanup()
 
 void TestDebugReport::writesAndPostsAReportWithoutTheKey()
 {
-    const QUrl endpoint(QStringLiteral("http://%1/crash/").arg(m_collector.hostAndPort()));
+    const QUrl endpoint = m_collector->url(QStringLiteral("/crash/"));
     DebugReport report(m_bench->settings(), m_shell, m_bench->state().fileName(), endpoint);
     report.setNetwork(&m_bench->network());
 
@@ -108,7 +108,7 @@ void TestDebugReport::writesAndPostsAReportWithoutTheKey()
     QVERIFY(!QFile::exists(DebugReport::inputPath())); // it held the key
 
     QCOMPARE(posted().size(), 1);
-    const QByteArray body = posted().first().rawBody;
+    const QByteArray body = posted().first().body;
     QVERIFY(body.contains("Debug report"));
     QVERIFY(!body.contains(key.toUtf8()));
     QVERIFY(m_bench->settings().log().contains(QStringLiteral("Debug report written to ") +
@@ -128,7 +128,7 @@ void TestDebugReport::postsNothingWhenReportsAreOff()
     if (endpoint)
         m_bench->store().writeBool(QStringLiteral("sendErrorReports"), false);
     DebugReport report(m_bench->settings(), m_shell, m_bench->state().fileName(),
-                       endpoint ? QUrl(QStringLiteral("http://%1/crash/").arg(m_collector.hostAndPort()))
+                       endpoint ? m_collector->url(QStringLiteral("/crash/"))
                                 : QUrl());
 
     QVERIFY(send(report));

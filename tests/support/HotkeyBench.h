@@ -22,7 +22,9 @@ public:
         : m_queue(m_state.settings(), m_network), m_helper(m_state.settings(), m_queue),
           m_actions(m_state.settings(), m_helper), m_backend(std::move(backend)),
           m_hotkeys(m_state.store(), *m_backend)
-    {}
+    {
+        QObject::connect(&m_queue, &ActionQueue::sent, [this](const ActionQueueItem& item) { m_sent.append(item); });
+    }
 
     /// Points the shared state at a bridge; rooms made afterwards carry its address and key.
     void setBridge(const QString& hostAndPort, const QString& key)
@@ -53,6 +55,15 @@ public:
     ActionQueue& queue() { return m_queue; }
     HotkeyActions& actions() { return m_actions; }
     GlobalHotkeys& hotkeys() { return m_hotkeys; }
+    /// Every change that left the queue, as "groups/1/action {...}" (the path after the key).
+    QStringList sent()
+    {
+        QStringList lines;
+        const QString prefix = QStringLiteral("/api/%1/").arg(settings().hueKey());
+        for (const ActionQueueItem& item : m_sent)
+            lines.append(item.url.path().remove(prefix) + u' ' + QString::fromUtf8(item.body));
+        return lines;
+    }
     /// The fake back-end, when the bench made it.
     FakeHotkeyBackend& fake() { return static_cast<FakeHotkeyBackend&>(*m_backend); }
 
@@ -64,4 +75,5 @@ private:
     HotkeyActions m_actions;
     std::unique_ptr<HotkeyBackend> m_backend;
     GlobalHotkeys m_hotkeys;
+    QList<ActionQueueItem> m_sent;
 };
