@@ -1,9 +1,6 @@
-#include "TestSupport.h"
+#include "BridgeBench.h"
 #include "bridge/ActionQueue.h"
-#include "bridge/BridgeNetwork.h"
-#include "simulator/BridgeSimulator.h"
 
-#include <QNetworkAccessManager>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -30,31 +27,22 @@ private Q_SLOTS:
 
 private:
     ActionQueueItem item(const QString& id, const QString& property, bool light, int value = 0) const;
-    QList<SimulatedRequest> changes() const;
 
-    std::unique_ptr<BridgeSimulator> m_bridge;
-    std::unique_ptr<TestSettings> m_state;
-    std::unique_ptr<QNetworkAccessManager> m_network;
+    std::unique_ptr<BridgeBench> m_bench;
     std::unique_ptr<ActionQueue> m_queue;
-    QString m_key;
 };
 
 void TestActionQueue::init()
 {
-    m_bridge = std::make_unique<BridgeSimulator>();
-    QVERIFY(m_bridge->listen());
-    m_key = m_bridge->addUser();
-    m_state = std::make_unique<TestSettings>();
-    m_network = std::make_unique<BridgeNetwork>();
-    m_queue = std::make_unique<ActionQueue>(m_state->settings(), *m_network);
+    m_bench = std::make_unique<BridgeBench>();
+    QVERIFY(m_bench->start());
+    m_queue = std::make_unique<ActionQueue>(m_bench->settings(), m_bench->network());
 }
 
 void TestActionQueue::cleanup()
 {
     m_queue.reset();
-    m_network.reset();
-    m_state.reset();
-    m_bridge.reset();
+    m_bench.reset();
 }
 
 ActionQueueItem TestActionQueue::item(const QString& id, const QString& property, bool light, int value) const
@@ -62,7 +50,7 @@ ActionQueueItem TestActionQueue::item(const QString& id, const QString& property
     ActionQueueItem change;
     const QString target = light ? QStringLiteral("lights/%1/state") : QStringLiteral("groups/%1/action");
     change.url =
-        QUrl(QStringLiteral("http://%1/api/%2/").arg(m_bridge->hostAndPort(), m_key) + target.arg(id));
+        QUrl(QStringLiteral("http://%1/api/%2/").arg(m_bench->bridge().hostAndPort(), m_bench->key()) + target.arg(id));
     change.body = QStringLiteral(R"({"bri":%1})").arg(value).toUtf8();
     change.issued_at = QDateTime::currentDateTime();
     change.is_light_update = light;
@@ -70,13 +58,6 @@ ActionQueueItem TestActionQueue::item(const QString& id, const QString& property
     change.item_id = id;
     change.property = property;
     return change;
-}
-
-QList<SimulatedRequest> TestActionQueue::changes() const
-{
-    QList<SimulatedRequest> sent = m_bridge->requests();
-    sent.removeIf([](const SimulatedRequest& r) { return r.method == "GET"; });
-    return sent;
 }
 
 void TestActionQueue::mergesRepeatedChanges_data()
@@ -114,7 +95,7 @@ void TestActionQueue::mergesRepeatedChanges()
     }
     const auto left = [this] {
         QStringList items;
-        for (const ActionQueueItem& entry : m_state->settings().actionQueue())
+        for (const ActionQueueItem& entry : m_bench->settings().actionQueue())
             items << (entry.is_light_update ? u"light "_qs : u"group "_qs) + entry.property + u' ' +
                          QString::fromUtf8(entry.body).section(u':', 1).chopped(1);
         return items;
@@ -125,7 +106,7 @@ void TestActionQueue::mergesRepeatedChanges()
     QSignalSpy drained(m_queue.get(), &ActionQueue::drained);
     QVERIFY(drained.wait(5000));
     QStringList sent;
-    for (const SimulatedRequest& request : changes())
+    for (const SimulatedRequest& request : m_bench->changes())
         sent << request.path.section(u'/', 3, 4) + u' ' + QString::number(request.body.value(u"bri").toInt());
     QStringList expected;
     for (const QString& entry : queued)
@@ -139,7 +120,7 @@ void TestActionQueue::sendsOneRequestPerTick()
         m_queue->enqueue(item(QString::number(id), QStringLiteral("on"), true));
     QSignalSpy sent(m_queue.get(), &ActionQueue::sent);
     QTRY_COMPARE(sent.size(), 1);
-    QCOMPARE(m_state->settings().actionQueue().size(), 3); // the others wait for their ticks
+    QCOMPARE(m_bench->settings().actionQueue().size(), 3); // the others wait for their ticks
     QTRY_COMPARE(sent.size(), 4);
     QStringList order;
     for (const QList<QVariant>& signal : sent)
@@ -150,14 +131,14 @@ void TestActionQueue::sendsOneRequestPerTick()
 void TestActionQueue::sendsSchedulesWithPost()
 {
     ActionQueueItem schedule = item(QString(), QStringLiteral("schedule"), false);
-    schedule.url = QUrl(QStringLiteral("http://%1/api/%2/schedules").arg(m_bridge->hostAndPort(), m_key));
+    schedule.url = QUrl(QStringLiteral("http://%1/api/%2/schedules").arg(m_bench->bridge().hostAndPort(), m_bench->key()));
     schedule.body = R"({"command":{"address":"/api/x/groups/0/action","method":"PUT","body":{"on":false}},)"
                     R"("autodelete":true,"localtime":"PT00:05:00","recycle":true})";
     m_queue->enqueue(schedule);
     m_queue->enqueue(item(QStringLiteral("1"), QStringLiteral("on"), false));
-    QTRY_COMPARE(changes().size(), 2);
-    QCOMPARE(changes().at(0).method, QByteArray("POST"));
-    QCOMPARE(changes().at(1).method, QByteArray("PUT"));
+    QTRY_COMPARE(m_bench->changes().size(), 2);
+    QCOMPARE(m_bench->changes().at(0).method, QByteArray("POST"));
+    QCOMPARE(m_bench->changes().at(1).method, QByteArray("PUT"));
 }
 
 void TestActionQueue::stopsItsTimerWhenDrainedAndStartsAgain()
@@ -166,7 +147,7 @@ void TestActionQueue::stopsItsTimerWhenDrainedAndStartsAgain()
     m_queue->enqueue(item(QStringLiteral("1"), QStringLiteral("on"), true));
     QVERIFY(m_queue->isProcessing());
     QTRY_VERIFY(!m_queue->isProcessing());
-    QCOMPARE(m_state->settings().actionQueue().size(), 0);
+    QCOMPARE(m_bench->settings().actionQueue().size(), 0);
 
     m_queue->enqueue(item(QStringLiteral("1"), QStringLiteral("on"), true));
     QVERIFY(m_queue->isProcessing());
@@ -174,15 +155,15 @@ void TestActionQueue::stopsItsTimerWhenDrainedAndStartsAgain()
     // Sleep stops the timer and keeps the work; wake starts it again.
     m_queue->stopProcessor();
     QTest::qWait(2 * int(ActionQueue::tickInterval.count()));
-    QCOMPARE(m_state->settings().actionQueue().size(), 1);
+    QCOMPARE(m_bench->settings().actionQueue().size(), 1);
     m_queue->startProcessor();
-    QTRY_COMPARE(m_state->settings().actionQueue().size(), 0);
+    QTRY_COMPARE(m_bench->settings().actionQueue().size(), 0);
 }
 
 void TestActionQueue::keepsDrainingWhenTheBridgeIsGone()
 {
-    const QString address = m_bridge->hostAndPort();
-    m_bridge.reset();
+    const QString address = m_bench->bridge().hostAndPort();
+    m_bench->bridge().close();
     for (int id = 1; id <= 3; ++id) {
         ActionQueueItem change;
         change.url = QUrl(QStringLiteral("http://%1/api/k/lights/%2/state").arg(address).arg(id));
@@ -192,7 +173,7 @@ void TestActionQueue::keepsDrainingWhenTheBridgeIsGone()
     }
     QSignalSpy drained(m_queue.get(), &ActionQueue::drained);
     QVERIFY(drained.wait(5000));
-    QCOMPARE(m_state->settings().actionQueue().size(), 0);
+    QCOMPARE(m_bench->settings().actionQueue().size(), 0);
 }
 
 void TestActionQueue::stampsTheLastUserAction()
@@ -200,7 +181,7 @@ void TestActionQueue::stampsTheLastUserAction()
     const QDateTime then(QDate(2026, 5, 1), QTime(12, 15, 10));
     m_queue->setClock([then] { return then; });
     m_queue->enqueue(item(QStringLiteral("1"), QStringLiteral("on"), true));
-    QTRY_COMPARE(m_state->settings().lastUserActionAt(), then);
+    QTRY_COMPARE(m_bench->settings().lastUserActionAt(), then);
 }
 
 QTEST_GUILESS_MAIN(TestActionQueue)
@@ -224,8 +205,8 @@ void TestActionQueue::readsEveryAnswerAndLogsARefusalOnce()
 {
     QFETCH(BridgeSimulator::Fault, fault);
     QFETCH(WriteOutcome::Kind, outcome);
-    m_bridge->setDripFeed(1, 1000);
-    m_bridge->setFault(fault);
+    m_bench->bridge().setDripFeed(1, 1000);
+    m_bench->bridge().setFault(fault);
     QSignalSpy answered(m_queue.get(), &ActionQueue::answered);
     m_queue->enqueue(item(QStringLiteral("1"), QStringLiteral("brightness"), true));
     m_queue->enqueue(item(QStringLiteral("2"), QStringLiteral("brightness"), true));
@@ -236,7 +217,7 @@ void TestActionQueue::readsEveryAnswerAndLogsARefusalOnce()
         if (outcome == WriteOutcome::Kind::refused)
             QCOMPARE(result.detail, QStringLiteral("Internal error, 404"));
     }
-    const QStringList refusals = m_state->settings().log().filter(QStringLiteral("refused"));
+    const QStringList refusals = m_bench->settings().log().filter(QStringLiteral("refused"));
     QCOMPARE(refusals.size(), outcome == WriteOutcome::Kind::refused ? 1 : 0);
     if (!refusals.isEmpty()) // the key is not in the log
         QCOMPARE(refusals.first(),

@@ -1,12 +1,9 @@
-#include "TestSupport.h"
+#include "BridgeBench.h"
 #include "bridge/ActionQueue.h"
-#include "bridge/BridgeNetwork.h"
 #include "bridge/HueHelper.h"
-#include "simulator/BridgeSimulator.h"
 
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QNetworkAccessManager>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -32,9 +29,7 @@ private Q_SLOTS:
 private:
     ActionQueueItem queued();
 
-    std::unique_ptr<BridgeSimulator> m_bridge;
-    std::unique_ptr<TestSettings> m_state;
-    std::unique_ptr<QNetworkAccessManager> m_network;
+    std::unique_ptr<BridgeBench> m_bench;
     std::unique_ptr<ActionQueue> m_queue;
     std::unique_ptr<HueHelper> m_helper;
     HueLight m_light;
@@ -43,17 +38,12 @@ private:
 
 void TestHueHelper::init()
 {
-    m_bridge = std::make_unique<BridgeSimulator>();
-    QVERIFY(m_bridge->listen());
-    m_state = std::make_unique<TestSettings>();
-    m_network = std::make_unique<BridgeNetwork>();
-    m_queue = std::make_unique<ActionQueue>(m_state->settings(), *m_network);
-    m_helper = std::make_unique<HueHelper>(m_state->settings(), *m_queue);
+    m_bench = std::make_unique<BridgeBench>();
+    QVERIFY(m_bench->start());
+    m_queue = std::make_unique<ActionQueue>(m_bench->settings(), m_bench->network());
+    m_helper = std::make_unique<HueHelper>(m_bench->settings(), *m_queue);
 
-    AppSettings& settings = m_state->settings();
-    settings.setHueIP(m_bridge->hostAndPort());
-    settings.setBridgeContact(QStringLiteral("http"), {}, {});
-    settings.setHueKey(m_bridge->addUser());
+    AppSettings& settings = m_bench->settings();
     m_light = {.lamp_id = QStringLiteral("3"),
                .is_on = true,
                .brightness = 100,
@@ -74,16 +64,14 @@ void TestHueHelper::cleanup()
 {
     m_helper.reset();
     m_queue.reset();
-    m_network.reset();
-    m_state.reset();
-    m_bridge.reset();
+    m_bench.reset();
 }
 
 ActionQueueItem TestHueHelper::queued()
 {
     // Insertion runs after the current event; an empty item makes the caller's comparisons fail.
-    (void)QTest::qWaitFor([this] { return !m_state->settings().actionQueue().isEmpty(); }, 1000);
-    const QList<ActionQueueItem> queue = m_state->settings().actionQueue();
+    (void)QTest::qWaitFor([this] { return !m_bench->settings().actionQueue().isEmpty(); }, 1000);
+    const QList<ActionQueueItem> queue = m_bench->settings().actionQueue();
     return queue.size() == 1 ? queue.first() : ActionQueueItem{};
 }
 
@@ -134,9 +122,9 @@ void TestHueHelper::buildsTheRightRequest()
 
     command(*m_helper, m_light, m_room);
     const ActionQueueItem item = queued();
-    const AppSettings& settings = m_state->settings();
+    const AppSettings& settings = m_bench->settings();
     QCOMPARE(item.url.toString(),
-             QStringLiteral("http://%1/api/%2/").arg(settings.hueIP(), settings.hueKey()) + target);
+             settings.bridgeEndpoint() + QStringLiteral("/api/%1/").arg(settings.hueKey()) + target);
     QCOMPARE(item.body, body);
     const QString kind = property.section(u':', 0, 0);
     QCOMPARE(item.is_light_update, kind == u"light");
@@ -159,14 +147,14 @@ void TestHueHelper::switchesOffAtTheBrightnessThreshold()
 {
     QFETCH(qint64, brightness);
     QFETCH(bool, on);
-    m_state->settings().updateLight(m_light.lamp_id, [on](HueLight& l) { l.is_on = !on; });
+    m_bench->settings().updateLight(m_light.lamp_id, [on](HueLight& l) { l.is_on = !on; });
     m_helper->setLightBrightness(m_light, brightness);
-    QCOMPARE(m_state->settings().lights().first().is_on, on); // shown at once, before the queue runs
+    QCOMPARE(m_bench->settings().lights().first().is_on, on); // shown at once, before the queue runs
     QCOMPARE(QJsonDocument::fromJson(queued().body).object(),
              (QJsonObject{{"bri", brightness}, {"on", on}, {"transitiontime", 2}}));
 
     m_helper->setGroupBrightness(m_room, brightness);
-    QCOMPARE(m_state->settings().groups().first().is_on, on);
+    QCOMPARE(m_bench->settings().groups().first().is_on, on);
 }
 
 void TestHueHelper::clampsTheLocalBrightnessOfAnIncrease_data()
@@ -192,21 +180,21 @@ void TestHueHelper::clampsTheLocalBrightnessOfAnIncrease()
     QFETCH(qint64, shown);
     QFETCH(bool, on);
 
-    m_state->settings().updateGroup(m_room.group_id, [start](HueGroup& g) { g.brightness = start; });
+    m_bench->settings().updateGroup(m_room.group_id, [start](HueGroup& g) { g.brightness = start; });
     HueGroup target = m_room;
     target.group_id = groupId;
     m_helper->increaseGroupBrightness(target, delta);
-    QCOMPARE(m_state->settings().groups().first().brightness, shown);
+    QCOMPARE(m_bench->settings().groups().first().brightness, shown);
     QCOMPARE(QJsonDocument::fromJson(queued().body).object(),
              (QJsonObject{{"bri_inc", delta}, {"transitiontime", 1}, {"on", on}}));
 }
 
 void TestHueHelper::sendsTheSwitchOffSchedule()
 {
-    const AppSettings& settings = m_state->settings();
+    const AppSettings& settings = m_bench->settings();
     m_helper->switchAllOffAfterMinutes(5);
-    QTRY_COMPARE(m_bridge->requests().size(), 1);
-    const SimulatedRequest request = m_bridge->requests().first();
+    QTRY_COMPARE(m_bench->bridge().requests().size(), 1);
+    const SimulatedRequest request = m_bench->bridge().requests().first();
     QCOMPARE(request.method, QByteArray("POST"));
     QCOMPARE(request.path, QStringLiteral("/api/%1/schedules").arg(settings.hueKey()));
     const QJsonObject expected{
@@ -219,8 +207,8 @@ void TestHueHelper::sendsTheSwitchOffSchedule()
     QCOMPARE(request.body, expected);
 
     m_helper->switchAllOffAfterMinutes(90); // hours and minutes, as the bridge takes them
-    QTRY_COMPARE(m_bridge->requests().size(), 2);
-    QCOMPARE(m_bridge->requests().last().body.value(u"localtime").toString(), QStringLiteral("PT01:30:00"));
+    QTRY_COMPARE(m_bench->bridge().requests().size(), 2);
+    QCOMPARE(m_bench->bridge().requests().last().body.value(u"localtime").toString(), QStringLiteral("PT01:30:00"));
 }
 
 void TestHueHelper::keepsEachIdOnePathSegment_data()
@@ -242,14 +230,14 @@ void TestHueHelper::keepsEachIdOnePathSegment()
     light.lamp_id = id;
     m_helper->setLightOn(light, true);
     if (path.isEmpty()) {
-        QTRY_COMPARE(m_state->settings().log().size(), 1);
-        QVERIFY2(m_state->settings().log().first().contains(QStringLiteral("cannot form a request address")),
-                 qPrintable(m_state->settings().log().first()));
-        QVERIFY(m_state->settings().actionQueue().isEmpty());
+        QTRY_COMPARE(m_bench->settings().log().size(), 1);
+        QVERIFY2(m_bench->settings().log().first().contains(QStringLiteral("cannot form a request address")),
+                 qPrintable(m_bench->settings().log().first()));
+        QVERIFY(m_bench->settings().actionQueue().isEmpty());
         return;
     }
-    QTRY_COMPARE(m_bridge->requests().size(), 1);
-    QCOMPARE(m_bridge->requests().first().target, "/api/" + m_light.hue_key.toLatin1() + path);
+    QTRY_COMPARE(m_bench->bridge().requests().size(), 1);
+    QCOMPARE(m_bench->bridge().requests().first().target, "/api/" + m_light.hue_key.toLatin1() + path);
 }
 
 QTEST_GUILESS_MAIN(TestHueHelper)

@@ -1,11 +1,8 @@
-#include "TestSupport.h"
-#include "bridge/BridgeNetwork.h"
+#include "BridgeBench.h"
 #include "connection/BridgeConnection.h"
 #include "connection/BridgePairing.h"
-#include "simulator/BridgeSimulator.h"
 #include "state/SettingsKeys.h"
 
-#include <QNetworkAccessManager>
 #include <QNetworkReply>
 #include <QSignalSpy>
 #include <QTest>
@@ -57,8 +54,8 @@ private Q_SLOTS:
     void recoversWithinTwoTicksOfTheBridgeHealing();
 
 private:
-    AppSettings& settings() { return m_state->settings(); }
-    SettingsStore& store() { return m_state->store(); }
+    AppSettings& settings() { return m_bench->settings(); }
+    SettingsStore& store() { return m_bench->store(); }
     /// Connects and waits until all three list reads have answered.
     bool connectAndWait();
     /// The lists read with GET since the last clearRequests(), in arrival order.
@@ -66,9 +63,7 @@ private:
     int activeTimers() const;
     int repliesInFlight() const;
 
-    std::unique_ptr<BridgeSimulator> m_bridge;
-    std::unique_ptr<TestSettings> m_state;
-    std::unique_ptr<QNetworkAccessManager> m_network;
+    std::unique_ptr<BridgeBench> m_bench;
     std::unique_ptr<BridgePairing> m_pairing;
     std::unique_ptr<BridgeConnection> m_connection;
     QString m_key;
@@ -76,16 +71,11 @@ private:
 
 void TestBridgeConnection::init()
 {
-    m_bridge = std::make_unique<BridgeSimulator>();
-    QVERIFY(m_bridge->listen());
-    m_key = m_bridge->addUser();
-    m_state = std::make_unique<TestSettings>();
-    settings().setHueIP(QStringLiteral("http://") + m_bridge->hostAndPort());
-    settings().setBridgeContact(QStringLiteral("http"), QStringLiteral("001788FFFE6A3B2C"), {});
-    settings().setHueKey(m_key);
-    m_network = std::make_unique<BridgeNetwork>();
-    m_pairing = std::make_unique<BridgePairing>(settings(), *m_network);
-    m_connection = std::make_unique<BridgeConnection>(settings(), *m_network, *m_pairing);
+    m_bench = std::make_unique<BridgeBench>();
+    QVERIFY(m_bench->start());
+    m_key = m_bench->key();
+    m_pairing = std::make_unique<BridgePairing>(settings(), m_bench->network());
+    m_connection = std::make_unique<BridgeConnection>(settings(), m_bench->network(), *m_pairing);
 }
 
 void TestBridgeConnection::cleanup()
@@ -94,9 +84,7 @@ void TestBridgeConnection::cleanup()
     QVERIFY(QTest::qWaitFor([this] { return repliesInFlight() == 0; }, 10000));
     m_connection.reset();
     m_pairing.reset();
-    m_network.reset();
-    m_state.reset();
-    m_bridge.reset();
+    m_bench.reset();
 }
 
 bool TestBridgeConnection::connectAndWait()
@@ -109,7 +97,7 @@ bool TestBridgeConnection::connectAndWait()
 QStringList TestBridgeConnection::listsRead() const
 {
     QStringList lists;
-    for (const SimulatedRequest& request : m_bridge->requests()) {
+    for (const SimulatedRequest& request : m_bench->bridge().requests()) {
         if (request.method == "GET")
             lists.append(request.path.section(u'/', 3));
     }
@@ -123,7 +111,7 @@ int TestBridgeConnection::activeTimers() const
 
 int TestBridgeConnection::repliesInFlight() const
 {
-    return int(std::ranges::count_if(m_network->findChildren<QNetworkReply*>(),
+    return int(std::ranges::count_if(m_bench->network().findChildren<QNetworkReply*>(),
                                      [](QNetworkReply* r) { return !r->isFinished(); }));
 }
 
@@ -139,12 +127,12 @@ void TestBridgeConnection::readsTheListsBeforeStoringTheBridge()
     QVERIFY(!store().contains(Keys::bridgeIP) && !store().contains(Keys::bridgeUser));
     QVERIFY(reads.waitForAll());
     QCOMPARE(listsRead(), (QStringList{"lights", "groups", "scenes"}));
-    QCOMPARE(m_bridge->requests().first().path, QStringLiteral("/api/%1/lights").arg(m_key));
+    QCOMPARE(m_bench->bridge().requests().first().path, QStringLiteral("/api/%1/lights").arg(m_key));
     QVERIFY(!settings().lights().isEmpty() && !settings().groups().isEmpty() &&
             !settings().scenes().isEmpty());
     QVERIFY(settings().bridgeConnected() && m_connection->isRefreshing());
     QCOMPARE(settings().connectionErrorMessage(), QString());
-    QCOMPARE(store().readString(Keys::bridgeIP), QStringLiteral("http://") + m_bridge->hostAndPort());
+    QCOMPARE(store().readString(Keys::bridgeIP), QStringLiteral("http://") + m_bench->bridge().hostAndPort());
     QCOMPARE(store().readString(Keys::bridgeUser), m_key);
 }
 
@@ -160,15 +148,15 @@ void TestBridgeConnection::pairsFirstWithoutAKey()
     QFETCH(bool, buttonPressed);
     settings().setHueKey(QString());
     if (buttonPressed)
-        m_bridge->pressLinkButton();
+        m_bench->bridge().pressLinkButton();
     QSignalSpy finished(m_pairing.get(), &BridgePairing::pairingFinished);
     m_connection->connectToBridge();
     QVERIFY(settings().log().contains(QStringLiteral("We have a Bridge IP, but no API key yet...")));
     QVERIFY(finished.wait(10000));
     // Who the bridge is, then the key request to it.
-    const SimulatedRequest first = m_bridge->requests().at(0);
+    const SimulatedRequest first = m_bench->bridge().requests().at(0);
     QCOMPARE(first.method + ' ' + first.path.toUtf8(), "GET /api/config");
-    const SimulatedRequest second = m_bridge->requests().at(1);
+    const SimulatedRequest second = m_bench->bridge().requests().at(1);
     QCOMPARE(second.method + ' ' + second.path.toUtf8(), "POST /api");
     if (!buttonPressed) {
         QVERIFY(settings().hueKey().isEmpty() && settings().lights().isEmpty());
@@ -176,7 +164,7 @@ void TestBridgeConnection::pairsFirstWithoutAKey()
         return;
     }
     QTRY_VERIFY(!settings().lights().isEmpty());
-    QVERIFY(m_bridge->users().contains(settings().hueKey()));
+    QVERIFY(m_bench->bridge().users().contains(settings().hueKey()));
     QTRY_COMPARE(store().readString(Keys::bridgeUser), settings().hueKey());
 }
 
@@ -194,7 +182,7 @@ void TestBridgeConnection::failedLightReadStoresNothing()
     QFETCH(BridgeSimulator::Fault, fault);
     if (fault == BridgeSimulator::Fault::None)
         settings().setHueIP(QStringLiteral("http://127.0.0.1:1"));
-    m_bridge->setFault(fault);
+    m_bench->bridge().setFault(fault);
     settings().setBridgeConnected(true);
     settings().setConnectionErrorMessage(QStringLiteral("earlier trouble"));
     QVERIFY(connectAndWait());
@@ -211,8 +199,8 @@ void TestBridgeConnection::failedGroupAndSceneReadsChangeNothing()
     scene.scene_id = QStringLiteral("kept");
     settings().setGroups({group});
     settings().setScenes({scene});
-    m_bridge->setRawResource(QStringLiteral("groups"), "garbage");
-    m_bridge->setRawResource(QStringLiteral("scenes"), R"([{"error":{"type":901}}])");
+    m_bench->bridge().setRawResource(QStringLiteral("groups"), "garbage");
+    m_bench->bridge().setRawResource(QStringLiteral("scenes"), R"([{"error":{"type":901}}])");
     QVERIFY(connectAndWait());
     QCOMPARE(settings().groups(), QList<HueGroup>{group});
     QCOMPARE(settings().scenes(), QList<HueScene>{scene});
@@ -224,8 +212,8 @@ void TestBridgeConnection::putsTheStoredLightOrderFirst()
 {
     store().writeString(QStringLiteral("lightOrder"), QStringLiteral("3,1"));
     QStringList expected{"3", "1"};
-    for (const QString& id : m_bridge->lightIds()) {
-        const bool reachable = m_bridge->light(id).value(u"state").toObject().value(u"reachable").toBool();
+    for (const QString& id : m_bench->bridge().lightIds()) {
+        const bool reachable = m_bench->bridge().light(id).value(u"state").toObject().value(u"reachable").toBool();
         if (reachable && !expected.contains(id))
             expected.append(id);
     }
@@ -264,7 +252,7 @@ void TestBridgeConnection::refreshTickSkipsAfterUserActionsAndReadsScenesQuarter
     m_connection->setClock([clock] { return clock; });
     settings().setLastUserActionAt(clock.addMSecs(-sinceUserAction));
     ListReads reads(m_connection.get());
-    m_bridge->clearRequests();
+    m_bench->bridge().clearRequests();
     m_connection->refreshTick();
     // Every read of the tick is under way once it returns, so a skipped tick shows here at once.
     QCOMPARE(repliesInFlight(), lists.size());
@@ -282,18 +270,18 @@ void TestBridgeConnection::disconnectForgetsTheKeyButKeepsAddressScenesAndTimer(
     QVERIFY(settings().lights().isEmpty() && settings().groups().isEmpty() && settings().hueKey().isEmpty());
     QCOMPARE(store().readString(Keys::bridgeUser), QString(""));
     QVERIFY(!settings().bridgeConnected() && m_connection->isRefreshing());
-    QCOMPARE(store().readString(Keys::bridgeIP), QStringLiteral("http://") + m_bridge->hostAndPort());
+    QCOMPARE(store().readString(Keys::bridgeIP), QStringLiteral("http://") + m_bench->bridge().hostAndPort());
     QCOMPARE(settings().scenes(), scenes);
     QCOMPARE(activeTimers(), 1);
     // The timer keeps running, but without a key its ticks send nothing.
     const QDateTime clock = QDateTime::currentDateTime();
     m_connection->setClock([clock] { return clock; });
     settings().setLastUserActionAt(clock.addSecs(-3600));
-    m_bridge->clearRequests();
+    m_bench->bridge().clearRequests();
     QSignalSpy read(m_connection.get(), &BridgeConnection::lightsRefreshed);
     m_connection->refreshTick();
     QTest::qWait(200);
-    QVERIFY(m_bridge->requests().isEmpty() && read.isEmpty());
+    QVERIFY(m_bench->bridge().requests().isEmpty() && read.isEmpty());
 }
 
 void TestBridgeConnection::keepsOneRefresherAndStopsIt()
@@ -309,7 +297,7 @@ void TestBridgeConnection::keepsOneRefresherAndStopsIt()
 
 void TestBridgeConnection::disconnectDropsTheReadsUnderWay()
 {
-    m_bridge->setLatency(300);
+    m_bench->bridge().setLatency(300);
     m_connection->connectToBridge();
     m_connection->disconnectFromBridge();
     // Nothing is left that could answer later: no light list, no key stored as one that works.
@@ -334,7 +322,7 @@ void TestBridgeConnection::anUnchangedAnswerChangesNothingAndAChangedOneIsRead()
     QCOMPARE(lightsChanged.size(), 0);
 
     // A lamp unplugged at the wall changes the answer, which is read as usual.
-    QVERIFY(m_bridge->setLightReachable(m_bridge->lightIds().first(), false));
+    QVERIFY(m_bench->bridge().setLightReachable(m_bench->bridge().lightIds().first(), false));
     m_connection->refreshTick();
     QTRY_COMPARE(settings().lights().size(), lamps - 1);
 }
@@ -357,8 +345,8 @@ void TestBridgeConnection::recoversWithinTwoTicksOfTheBridgeHealing()
     const QDateTime clock(QDate(2024, 5, 6), QTime(12, 16, 10));
     m_connection->setClock([clock] { return clock; });
     settings().setLastUserActionAt(clock.addSecs(-60));
-    m_bridge->setDripFeed(1, 500); // slow enough to be useless, fast enough never to look silent
-    m_bridge->setFault(fault);
+    m_bench->bridge().setDripFeed(1, 500); // slow enough to be useless, fast enough never to look silent
+    m_bench->bridge().setFault(fault);
 
     // The application starts while the bridge misbehaves; the test runs the ticks itself.
     const bool trickles = fault == BridgeSimulator::Fault::DripFeed;
@@ -377,7 +365,7 @@ void TestBridgeConnection::recoversWithinTwoTicksOfTheBridgeHealing()
     QVERIFY(!settings().bridgeConnected());
     QVERIFY(settings().lights().isEmpty() && settings().scenes().isEmpty());
 
-    m_bridge->setFault(BridgeSimulator::Fault::None);
+    m_bench->bridge().setFault(BridgeSimulator::Fault::None);
     const auto recovered = [this] {
         return settings().bridgeConnected() && !settings().lights().isEmpty() &&
                !settings().groups().isEmpty() && !settings().scenes().isEmpty();
