@@ -12,9 +12,10 @@
 
 namespace {
 
-// The Philips Hue hardware-address prefix 00:17:88 as arp prints it, without leading zeros. Matched as plain
-// text anywhere in the line, like the original lookup did.
+// The bridge maker's hardware-address prefixes as arp prints them: 00:17:88 without leading zeros, and
+// c4:29:96, which the newest bridge model carries. Matched as plain text anywhere in the line.
 constexpr QStringView huePrefix = u"0:17:88";
+constexpr QStringView newestBridgePrefix = u"c4:29:96";
 
 // The service answers in well under a second; nothing of ours waits longer than the longest exchange.
 constexpr HttpTimeouts serviceTimeouts{std::chrono::seconds(10), longestExchange};
@@ -57,7 +58,7 @@ std::optional<QString> BridgeDiscovery::bridgeAddressFromArpTable(const QString&
     // "? (192.168.1.20) at 00:17:88:a1:b2:c3 [ether] on eth0" (Linux): the address is between the
     // parentheses.
     for (const QString& line : arpOutput.split(u'\n', Qt::SkipEmptyParts)) {
-        if (!line.contains(huePrefix))
+        if (!line.contains(huePrefix) && !line.contains(newestBridgePrefix, Qt::CaseInsensitive))
             continue;
         const QStringList afterOpening = line.split(u'(', Qt::SkipEmptyParts);
         if (afterOpening.size() < 2)

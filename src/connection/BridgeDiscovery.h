@@ -40,8 +40,9 @@ public:
     /// "HueHelper: Bridge IP detected via ARP: <address>" when the ARP table had it.
     void detectBridgeIP(std::function<void(std::optional<QString>)> done);
 
-    /// The first line of `arp -na` output whose text contains the Hue prefix "0:17:88" and whose address
-    /// between the parentheses has four dotted parts; lines of another shape are passed over.
+    /// The first line of `arp -na` output whose text contains a bridge prefix ("0:17:88", or "c4:29:96" in any
+    /// case for the newest model) and whose address between the parentheses has four dotted parts; lines of
+    /// another shape are passed over.
     static std::optional<QString> bridgeAddressFromArpTable(const QString& arpOutput);
     /// The "internalipaddress" of a discovery answer decoded as one JSON object; nothing for anything else
     /// (a JSON array, as the service sends for several bridges, included).

@@ -84,6 +84,8 @@ void TestBridgeDiscovery::findsTheBridgeInTheArpTable_data()
     QTest::newRow("Linux line") << "? (192.168.1.20) at 00:17:88:a1:b2:c3 [ether] on eth0"
                                 << "192.168.1.20";
     QTest::newRow("another maker") << routerLine << nothing;
+    QTest::newRow("the newest model's prefix") << "? (192.168.1.23) at c4:29:96:0a:1b:2c [ether] on wlan0"
+                                               << "192.168.1.23";
     QTest::newRow("prefix inside a longer byte") << "? (10.0.0.5) at 10:17:88:aa:bb:cc on en0"
                                                  << "10.0.0.5";
     QTest::newRow("prefix at the end") << "? (10.0.0.6) at aa:bb:cc:00:17:88 on en0"
