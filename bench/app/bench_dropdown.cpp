@@ -120,7 +120,8 @@ int main(int argc, char* argv[])
     HueHelper helper(settings, queue);
 
     const auto decode = [&] {
-        return Refresh{LightOrder::apply(lightsFromBody(home.lights, bridge, key).records, settings.preferences().lightOrder()),
+        return Refresh{LightOrder::apply(lightsFromBody(home.lights, bridge, key).records,
+                                         settings.preferences().lightOrder()),
                        groupsFromBody(home.groups, bridge, key).records};
     };
     // As at start-up: the window's content exists before the first read brings the lists.

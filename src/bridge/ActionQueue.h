@@ -1,7 +1,7 @@
 #pragma once
 
-#include "model/ActionQueueItem.h"
 #include "bridge/BridgeAnswer.h"
+#include "model/ActionQueueItem.h"
 
 #include <QObject>
 #include <QPointer>

@@ -3,8 +3,9 @@
 #include <QObject>
 #include <QUrl>
 
-/// What the in-application web page shows: the address to load, and whether the page is asked to switch to its
-/// dark look once loaded. (How far the page got and its title belong here too, once a web view reports them.)
+/// What the in-application web page shows: the address to load, and whether the page is asked to switch to
+/// its dark look once loaded. (How far the page got and its title belong here too, once a web view reports
+/// them.)
 class WebViewModel final : public QObject
 {
     Q_OBJECT

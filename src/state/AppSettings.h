@@ -96,7 +96,8 @@ public:
     /// Empties the key in the settings file; `hueKey` keeps its value.
     void forgetStoredKey();
 
-    /// The user's other persisted choices. Only this object and the shortcuts read or write the settings file.
+    /// The user's other persisted choices. Only this object and the shortcuts read or write the settings
+    /// file.
     Preferences& preferences() { return m_preferences; }
     const Preferences& preferences() const { return m_preferences; }
     /// Hides or shows a light in the lights panel and says so with `lightVisibilityChanged`.

@@ -9,9 +9,9 @@
 class QSettings;
 
 /// The settings store on Linux and Windows: a JSON file written through QSettings, so values keep their JSON
-/// types. A save writes only the keys this process changed over what the file holds then: what another process
-/// (glowdeckctl) stored meanwhile under other keys stays. The file holds the bridge key and is readable by its
-/// owner only.
+/// types. A save writes only the keys this process changed over what the file holds then: what another
+/// process (glowdeckctl) stored meanwhile under other keys stays. The file holds the bridge key and is
+/// readable by its owner only.
 ///
 /// Nothing the user has is ever overwritten or lost:
 /// - a file that is not a JSON object, or is larger than maxFileBytes, is kept beside under a name of its own

@@ -11,8 +11,8 @@ class SettingsStore;
 
 /// The user's persisted choices that are not fields of the shared state, and what the application remembers
 /// between runs: each is read and written here under its key (state/SettingsKeys.h) and nowhere else.
-/// `AppSettings` owns the one the application uses; the command-line tool and the error reports make their own
-/// over the same file.
+/// `AppSettings` owns the one the application uses; the command-line tool and the error reports make their
+/// own over the same file.
 class Preferences final
 {
 public:

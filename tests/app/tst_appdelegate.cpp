@@ -123,7 +123,8 @@ QStringList TestAppDelegate::queued() const
     QStringList lines;
     for (const ActionQueueItem& item : m_queued) {
         const QString path = item.url.path();
-        lines << path.mid(path.indexOf(u'/', QStringLiteral("/api/").size())) + u' ' + QString::fromUtf8(item.body);
+        lines << path.mid(path.indexOf(u'/', QStringLiteral("/api/").size())) + u' ' +
+                     QString::fromUtf8(item.body);
     }
     return lines;
 }

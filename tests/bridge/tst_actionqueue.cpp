@@ -50,7 +50,8 @@ ActionQueueItem TestActionQueue::item(const QString& id, const QString& property
     ActionQueueItem change;
     const QString target = light ? QStringLiteral("lights/%1/state") : QStringLiteral("groups/%1/action");
     change.url =
-        QUrl(QStringLiteral("http://%1/api/%2/").arg(m_bench->bridge().hostAndPort(), m_bench->key()) + target.arg(id));
+        QUrl(QStringLiteral("http://%1/api/%2/").arg(m_bench->bridge().hostAndPort(), m_bench->key()) +
+             target.arg(id));
     change.body = QStringLiteral(R"({"bri":%1})").arg(value).toUtf8();
     change.issued_at = QDateTime::currentDateTime();
     change.is_light_update = light;
@@ -131,7 +132,8 @@ void TestActionQueue::sendsOneRequestPerTick()
 void TestActionQueue::sendsSchedulesWithPost()
 {
     ActionQueueItem schedule = item(QString(), QStringLiteral("schedule"), false);
-    schedule.url = QUrl(QStringLiteral("http://%1/api/%2/schedules").arg(m_bench->bridge().hostAndPort(), m_bench->key()));
+    schedule.url = QUrl(
+        QStringLiteral("http://%1/api/%2/schedules").arg(m_bench->bridge().hostAndPort(), m_bench->key()));
     schedule.body = R"({"command":{"address":"/api/x/groups/0/action","method":"PUT","body":{"on":false}},)"
                     R"("autodelete":true,"localtime":"PT00:05:00","recycle":true})";
     m_queue->enqueue(schedule);

@@ -208,7 +208,8 @@ void TestHueHelper::sendsTheSwitchOffSchedule()
 
     m_helper->switchAllOffAfterMinutes(90); // hours and minutes, as the bridge takes them
     QTRY_COMPARE(m_bench->bridge().requests().size(), 2);
-    QCOMPARE(m_bench->bridge().requests().last().body.value(u"localtime").toString(), QStringLiteral("PT01:30:00"));
+    QCOMPARE(m_bench->bridge().requests().last().body.value(u"localtime").toString(),
+             QStringLiteral("PT01:30:00"));
 }
 
 void TestHueHelper::keepsEachIdOnePathSegment_data()

@@ -213,7 +213,8 @@ void TestBridgeConnection::putsTheStoredLightOrderFirst()
     store().writeString(QStringLiteral("lightOrder"), QStringLiteral("3,1"));
     QStringList expected{"3", "1"};
     for (const QString& id : m_bench->bridge().lightIds()) {
-        const bool reachable = m_bench->bridge().light(id).value(u"state").toObject().value(u"reachable").toBool();
+        const bool reachable =
+            m_bench->bridge().light(id).value(u"state").toObject().value(u"reachable").toBool();
         if (reachable && !expected.contains(id))
             expected.append(id);
     }

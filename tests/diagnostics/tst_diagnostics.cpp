@@ -147,8 +147,8 @@ void TestDiagnostics::sendsAReportLeftByAnEarlierRunAsCriticalAndRemovesIt()
     const QByteArray text = "Glowdeck 0.1.0\nFatal signal SIGBUS (7)\n\nLast printed lines:\nConnected\n";
     const QString report = leaveReport(1700000000, text);
 
-    auto reporting =
-        diagnostics(status ? m_collector->url(QStringLiteral("/crash/")) : QUrl(QStringLiteral("http://127.0.0.1:1/crash/")));
+    auto reporting = diagnostics(status ? m_collector->url(QStringLiteral("/crash/"))
+                                        : QUrl(QStringLiteral("http://127.0.0.1:1/crash/")));
     QSignalSpy sent(reporting.get(), &Diagnostics::itemSent);
     reporting->start();
     QTRY_COMPARE(sent.size(), 2);

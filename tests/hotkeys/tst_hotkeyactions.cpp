@@ -110,7 +110,7 @@ void TestHotkeyActions::everyRoomActionChangesTheRecordsAndSendsOneCommandPerRoo
     }
     QTRY_COMPARE(m_bench->sent().size(), 2);
     QCOMPARE(m_bench->sent(), (QStringList{QStringLiteral("groups/1/action ") + body,
-                                      QStringLiteral("groups/2/action ") + body}));
+                                           QStringLiteral("groups/2/action ") + body}));
 }
 
 void TestHotkeyActions::aCustomShortcutReadsTheSlotOneBelowItsNumber()
@@ -138,8 +138,7 @@ void TestHotkeyActions::aCustomSlotActsOnEveryRoomWithItsId_data()
     QTest::addColumn<QString>("request");
 
     QTest::newRow("on") << "3_on" << QList<bool>{false, true, true} << R"(groups/3/action {"on":true})";
-    QTest::newRow("off") << "1_off" << QList<bool>{false, false, false}
-                         << R"(groups/1/action {"on":false})";
+    QTest::newRow("off") << "1_off" << QList<bool>{false, false, false} << R"(groups/1/action {"on":false})";
     // The local change of a brightness step goes to the first room with the id, twice here (100 - 2 x 50
     // leaves it off); the queue keeps one request per room id and property.
     QTest::newRow("darker") << "3_darker" << QList<bool>{false, false, false}

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "LoopbackServer.h"
 #include "FakeCommands.h"
+#include "LoopbackServer.h"
 #include "TestSupport.h"
 #include "bridge/BridgeNetwork.h"
 #include "connection/BridgeConnection.h"

@@ -128,8 +128,7 @@ void TestDebugReport::postsNothingWhenReportsAreOff()
     if (endpoint)
         m_bench->store().writeBool(QStringLiteral("sendErrorReports"), false);
     DebugReport report(m_bench->settings(), m_shell, m_bench->state().fileName(),
-                       endpoint ? m_collector->url(QStringLiteral("/crash/"))
-                                : QUrl());
+                       endpoint ? m_collector->url(QStringLiteral("/crash/")) : QUrl());
 
     QVERIFY(send(report));
 

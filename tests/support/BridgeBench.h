@@ -6,9 +6,9 @@
 
 #include <QTest>
 
-/// What the bridge client works with, as in the running program: a simulated bridge on loopback with one paired
-/// user, the shared state on a fresh settings file pointed at it over plain HTTP, and the application's network
-/// access.
+/// What the bridge client works with, as in the running program: a simulated bridge on loopback with one
+/// paired user, the shared state on a fresh settings file pointed at it over plain HTTP, and the
+/// application's network access.
 class BridgeBench final
 {
 public:

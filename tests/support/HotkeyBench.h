@@ -23,7 +23,8 @@ public:
           m_actions(m_state.settings(), m_helper), m_backend(std::move(backend)),
           m_hotkeys(m_state.store(), *m_backend)
     {
-        QObject::connect(&m_queue, &ActionQueue::sent, [this](const ActionQueueItem& item) { m_sent.append(item); });
+        QObject::connect(&m_queue, &ActionQueue::sent,
+                         [this](const ActionQueueItem& item) { m_sent.append(item); });
     }
 
     /// Points the shared state at a bridge; rooms made afterwards carry its address and key.

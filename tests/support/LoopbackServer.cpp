@@ -41,7 +41,8 @@ void LoopbackServer::onConnection()
             if (!m_silent) {
                 socket->write("HTTP/1.1 " + QByteArray::number(m_status) +
                               " Answer\r\nContent-Type: application/json\r\nContent-Length: " +
-                              QByteArray::number(m_answer.size()) + "\r\nConnection: close\r\n\r\n" + m_answer);
+                              QByteArray::number(m_answer.size()) + "\r\nConnection: close\r\n\r\n" +
+                              m_answer);
             }
             socket->disconnectFromHost();
         });

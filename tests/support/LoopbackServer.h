@@ -16,7 +16,7 @@ class LoopbackServer final : public QObject
 public:
     struct Request
     {
-        QByteArray requestLine; // "POST /crash/ HTTP/1.1"
+        QByteArray requestLine;                // "POST /crash/ HTTP/1.1"
         QHash<QByteArray, QByteArray> headers; // names in lower case
         QByteArray body;
     };

@@ -123,7 +123,8 @@ LampSelectorView::LampSelectorView(AppSettings& settings, QWidget* parent)
 void LampSelectorView::onLightsChanged()
 {
     // The pane's order is the stored one; the bridge's list reaches it through that order.
-    const QList<HueLight> fresh = LightOrder::apply(m_settings.lights(), m_settings.preferences().lightOrder());
+    const QList<HueLight> fresh =
+        LightOrder::apply(m_settings.lights(), m_settings.preferences().lightOrder());
     if (static_cast<LightList*>(m_list)->isDragging() || listed(fresh) == listed(m_lights))
         return;
     rebuild();
