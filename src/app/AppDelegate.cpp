@@ -134,6 +134,8 @@ void AppDelegate::start()
     m_connection = std::make_unique<BridgeConnection>(*m_settings, *m_network, *m_pairing);
     m_shell = std::make_unique<ShellRunner>();
     m_discovery = std::make_unique<BridgeDiscovery>(*m_shell, *m_network);
+    m_localNetwork = createLocalNetworkBrowser();
+    m_discovery->setLocalNetworkBrowser(m_localNetwork.get());
     m_reviewPrompt = std::make_unique<ReviewPrompt>(*m_settings);
     m_startAtLogin =
         std::make_unique<StartAtLogin>(createLoginItem(applicationId, m_options.loginItemFolder));

@@ -20,6 +20,7 @@ class ActionQueue;
 class AppSettings;
 class BridgeConnection;
 class BridgeDiscovery;
+class LocalNetworkBrowser;
 class BridgePairing;
 class DesktopAppearance;
 class DebugReport;
@@ -147,6 +148,7 @@ private:
     std::unique_ptr<BridgePairing> m_pairing;
     std::unique_ptr<BridgeConnection> m_connection;
     std::unique_ptr<ShellRunner> m_shell;
+    std::unique_ptr<LocalNetworkBrowser> m_localNetwork; // null where there is no mDNS service
     std::unique_ptr<BridgeDiscovery> m_discovery;
     std::unique_ptr<ReviewPrompt> m_reviewPrompt;
     std::unique_ptr<StartAtLogin> m_startAtLogin;

@@ -38,7 +38,7 @@ void BridgeDiscovery::detectBridgeIP(std::function<void(std::optional<QString>)>
     m_commands.resolveCommandPath(
         QStringLiteral("arp"), [this, done = std::move(done)](CommandExecuting::PathResult path) mutable {
             if (std::holds_alternative<BashError>(path))
-                return askService(std::move(done));
+                return browseLocalNetwork(std::move(done));
             // Numeric output: a plain "arp" would look every address up in the DNS first.
             m_commands.runCommand(
                 std::get<QString>(path), {QStringLiteral("-na")},
@@ -47,7 +47,7 @@ void BridgeDiscovery::detectBridgeIP(std::function<void(std::optional<QString>)>
                         printLine(QStringLiteral("HueHelper: Bridge IP detected via ARP: ") + *address);
                         return done(address);
                     }
-                    askService(std::move(done));
+                    browseLocalNetwork(std::move(done));
                 });
         });
 }
@@ -100,6 +100,23 @@ void BridgeDiscovery::fetchString(const QUrl& url, std::function<void(std::optio
                             return done(std::nullopt);
                         done(QString::fromUtf8(answer.body));
                     });
+}
+
+void BridgeDiscovery::browseLocalNetwork(std::function<void(std::optional<QString>)> done)
+{
+    if (!m_browser)
+        return askService(std::move(done));
+    m_browser->findFirst(browseLimit, [this, done = std::move(done)](
+                                          const std::optional<LocalNetworkBrowser::Found>& found) mutable {
+        if (!found)
+            return askService(std::move(done));
+        // A bridge announces its HTTPS port; on the usual ports the address alone lets the probe choose.
+        const bool usualPort = found->port == 443 || found->port == 80 || found->port == 0;
+        const QString address =
+            usualPort ? found->address : QStringLiteral("%1:%2").arg(found->address).arg(found->port);
+        printLine(QStringLiteral("HueHelper: Bridge IP detected via mDNS: ") + address);
+        done(address);
+    });
 }
 
 void BridgeDiscovery::askService(std::function<void(std::optional<QString>)> done)

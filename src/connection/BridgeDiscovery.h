@@ -1,5 +1,7 @@
 #pragma once
 
+#include "connection/LocalNetworkBrowser.h"
+
 #include <QObject>
 #include <QString>
 #include <QUrl>
@@ -19,7 +21,8 @@ struct HueDiscoveryBridgeDetails
 };
 
 /// Finds a Hue bridge on the local network without the user typing its address: first in the computer's ARP
-/// table (by the maker's hardware prefix), then through the public discovery service.
+/// table (by the maker's hardware prefix), then among the bridges announced on the local network (mDNS), then
+/// through the public discovery service.
 class BridgeDiscovery final : public QObject
 {
     Q_OBJECT
@@ -35,14 +38,19 @@ public:
     /// An empty URL switches the service off: only the ARP table is looked at.
     void setServiceUrl(const QUrl& url) { m_serviceUrl = url; }
     QUrl serviceUrl() const { return m_serviceUrl; }
+    /// The local network's mDNS browser, asked between the ARP table and the service; none skips that step.
+    void setLocalNetworkBrowser(LocalNetworkBrowser* browser) { m_browser = browser; }
+    /// How long the local network is browsed before the service is asked.
+    static constexpr std::chrono::seconds browseLimit{3};
 
     /// Looks for a bridge and answers once with its address, or nothing. Prints
-    /// "HueHelper: Bridge IP detected via ARP: <address>" when the ARP table had it.
+    /// "HueHelper: Bridge IP detected via ARP: <address>" when the ARP table had it, and "… via mDNS: …" when
+    /// the local network announced it.
     void detectBridgeIP(std::function<void(std::optional<QString>)> done);
 
-    /// The first line of `arp -na` output whose text contains a bridge prefix ("0:17:88", or "c4:29:96" in any
-    /// case for the newest model) and whose address between the parentheses has four dotted parts; lines of
-    /// another shape are passed over.
+    /// The first line of `arp -na` output whose text contains a bridge prefix ("0:17:88", or "c4:29:96" in
+    /// any case for the newest model) and whose address between the parentheses has four dotted parts; lines
+    /// of another shape are passed over.
     static std::optional<QString> bridgeAddressFromArpTable(const QString& arpOutput);
     /// The "internalipaddress" of a discovery answer decoded as one JSON object; nothing for anything else
     /// (a JSON array, as the service sends for several bridges, included).
@@ -52,9 +60,11 @@ public:
     void fetchString(const QUrl& url, std::function<void(std::optional<QString>)> done);
 
 private:
+    void browseLocalNetwork(std::function<void(std::optional<QString>)> done);
     void askService(std::function<void(std::optional<QString>)> done);
 
     CommandExecuting& m_commands;
     QNetworkAccessManager& m_network;
     QUrl m_serviceUrl = defaultServiceUrl();
+    LocalNetworkBrowser* m_browser = nullptr;
 };

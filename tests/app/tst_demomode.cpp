@@ -30,8 +30,9 @@ void TestDemoMode::switchesOffEveryOutsideAddressTheUserDidNotSet()
 
     DemoMode::switchOffOutsideAddresses();
 
-    for (const char* name : {"GLOWDECK_DISCOVERY_URL", "GLOWDECK_HELP_URL", "GLOWDECK_FEEDBACK_URL",
-                             "GLOWDECK_REVIEW_URL", "GLOWDECK_WEBSITE_URL", "GLOWDECK_DONATION_URL"}) {
+    for (const char* name :
+         {"GLOWDECK_DISCOVERY_URL", "GLOWDECK_MDNS_SERVICE", "GLOWDECK_HELP_URL", "GLOWDECK_FEEDBACK_URL",
+          "GLOWDECK_REVIEW_URL", "GLOWDECK_WEBSITE_URL", "GLOWDECK_DONATION_URL"}) {
         QVERIFY2(qEnvironmentVariableIsSet(name), name);
         QVERIFY2(qEnvironmentVariableIsEmpty(name), name);
     }

@@ -1,6 +1,6 @@
 #include "CountingNetwork.h"
-#include "LoopbackServer.h"
 #include "FakeCommands.h"
+#include "LoopbackServer.h"
 #include "TestSupport.h"
 #include "connection/BridgeDiscovery.h"
 
@@ -14,6 +14,21 @@ namespace {
 const QString bridgeLine = QStringLiteral("? (192.168.1.20) at 0:17:88:a1:b2:c3 on en0 ifscope [ethernet]");
 const QString routerLine = QStringLiteral("? (192.168.1.1) at a4:2b:b0:11:22:33 on en0 ifscope [ethernet]");
 const QString nothing = QStringLiteral("<nothing>");
+
+/// The local network's mDNS service: announces one bridge, or none.
+class FakeBrowser final : public LocalNetworkBrowser
+{
+public:
+    std::optional<Found> announced;
+    int asked = 0;
+
+    void findFirst(std::chrono::milliseconds, std::function<void(std::optional<Found>)> done) override
+    {
+        ++asked;
+        QMetaObject::invokeMethod(
+            qApp, [this, done = std::move(done)] { done(announced); }, Qt::QueuedConnection);
+    }
+};
 
 QString shown(const std::optional<QString>& address)
 {
@@ -35,6 +50,8 @@ private Q_SLOTS:
     void readsOnlyASingleBridgeFromTheService();
     void asksTheArpTableFirstAndThenTheService_data();
     void asksTheArpTableFirstAndThenTheService();
+    void browsesTheLocalNetworkBetweenTheArpTableAndTheService_data();
+    void browsesTheLocalNetworkBetweenTheArpTableAndTheService();
 
 private:
     /// Runs one detection to its answer.
@@ -194,6 +211,41 @@ void TestBridgeDiscovery::asksTheArpTableFirstAndThenTheService()
         QCOMPARE(printed.lines(), QStringList());
     else
         QVERIFY(printed.lines().filter(QStringLiteral("via ARP")).isEmpty());
+}
+
+void TestBridgeDiscovery::browsesTheLocalNetworkBetweenTheArpTableAndTheService_data()
+{
+    QTest::addColumn<bool>("inArpTable");
+    QTest::addColumn<int>("port"); // 0: nothing announced
+    QTest::addColumn<QString>("address");
+    QTest::addColumn<bool>("serviceAsked");
+
+    QTest::newRow("an ARP hit browses nothing") << true << 443 << "192.168.1.20" << false;
+    QTest::newRow("announced on the HTTPS port: the address alone")
+        << false << 443 << "192.168.1.30" << false;
+    QTest::newRow("announced on another port") << false << 8443 << "192.168.1.30:8443" << false;
+    QTest::newRow("nothing announced: the service") << false << 0 << "192.168.1.77" << true;
+}
+
+void TestBridgeDiscovery::browsesTheLocalNetworkBetweenTheArpTableAndTheService()
+{
+    QFETCH(bool, inArpTable);
+    QFETCH(int, port);
+    QFETCH(QString, address);
+    QFETCH(bool, serviceAsked);
+    m_commands->arpTable = inArpTable ? bridgeLine : routerLine;
+    FakeBrowser browser;
+    if (port != 0)
+        browser.announced =
+            LocalNetworkBrowser::Found{u"192.168.1.30"_qs, quint16(port), u"001788FFFE6A3B2C"_qs};
+    m_discovery->setLocalNetworkBrowser(&browser);
+    PrintedLines printed;
+
+    QCOMPARE(shown(detect()), address);
+    QCOMPARE(browser.asked, inArpTable ? 0 : 1);
+    QCOMPARE(m_service->requestCount() > 0, serviceAsked);
+    if (!inArpTable && port != 0)
+        QCOMPARE(printed.lines(), QStringList{u"HueHelper: Bridge IP detected via mDNS: "_qs + address});
 }
 
 QTEST_GUILESS_MAIN(TestBridgeDiscovery)

@@ -97,6 +97,8 @@ void CtlConnectionCommands::discover()
 {
     m_shell = std::make_unique<ShellRunner>();
     m_discovery = std::make_unique<BridgeDiscovery>(*m_shell, *m_network);
+    m_localNetwork = createLocalNetworkBrowser();
+    m_discovery->setLocalNetworkBrowser(m_localNetwork.get());
     if (m_invocation.discoveryUrl)
         m_discovery->setServiceUrl(QUrl(*m_invocation.discoveryUrl));
     m_discovery->detectBridgeIP([this](const std::optional<QString>& address) { onDiscovered(address); });

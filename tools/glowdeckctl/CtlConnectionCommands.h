@@ -2,6 +2,7 @@
 
 #include "CtlArguments.h"
 #include "connection/BridgePairing.h"
+#include "connection/LocalNetworkBrowser.h"
 
 #include "bridge/ResourceFetch.h"
 
@@ -70,6 +71,7 @@ private:
     std::optional<BridgeContact> m_contact;
     std::unique_ptr<BridgeNetwork> m_network;
     std::unique_ptr<ShellRunner> m_shell;
+    std::unique_ptr<LocalNetworkBrowser> m_localNetwork;
     std::unique_ptr<BridgeDiscovery> m_discovery;
     /// The settings file: opened to read when it exists, created once there is something to store.
     std::unique_ptr<SettingsStore> m_store;

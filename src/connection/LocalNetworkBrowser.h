@@ -1,0 +1,31 @@
+#pragma once
+
+#include <QString>
+
+#include <chrono>
+#include <functional>
+#include <memory>
+#include <optional>
+
+/// Looks for bridges that announce themselves on the local network (DNS-SD service "_hue._tcp" over mDNS),
+/// through the desktop's own mDNS service. Linux asks Avahi over D-Bus; elsewhere there is none.
+class LocalNetworkBrowser
+{
+public:
+    struct Found
+    {
+        QString address; // IPv4, as announced
+        quint16 port = 0;
+        QString bridgeId; // the TXT record's "bridgeid", upper case; empty when it had none
+    };
+
+    virtual ~LocalNetworkBrowser() = default;
+
+    /// Answers once, never before returning: the first bridge resolved within `limit`, or nothing (no mDNS
+    /// service, no bridge announced, every resolve failed). A new call abandons one still under way.
+    virtual void findFirst(std::chrono::milliseconds limit,
+                           std::function<void(std::optional<Found>)> done) = 0;
+};
+
+/// The platform's browser, or null where there is no mDNS service to ask.
+std::unique_ptr<LocalNetworkBrowser> createLocalNetworkBrowser();

@@ -1,0 +1,6 @@
+#include "connection/LocalNetworkBrowser.h"
+
+std::unique_ptr<LocalNetworkBrowser> createLocalNetworkBrowser()
+{
+    return nullptr;
+}
