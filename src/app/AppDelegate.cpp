@@ -1,6 +1,7 @@
 #include "app/AppDelegate.h"
 
 #include "app/DesktopAppearance.h"
+#include "app/DropDownWindow.h"
 #include "app/ReviewPrompt.h"
 #include "app/SleepWatcher.h"
 #include "app/StatusBarMenuWindowController.h"
@@ -295,6 +296,14 @@ void AppDelegate::openDropDownWindow()
 {
     showDropDownWindow();
     QTimer::singleShot(0, this, [this] { m_reviewPrompt->onWindowOpened(); });
+}
+
+void AppDelegate::revealDropDownWindow()
+{
+    if (!m_windowController->isShown())
+        showDropDownWindow();
+    m_windowController->window().raise();
+    m_windowController->window().activateWindow();
 }
 
 void AppDelegate::showDropDownWindow()

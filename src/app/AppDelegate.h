@@ -84,6 +84,9 @@ public:
     /// What a click on the tray icon does: a context click, or a click with Control held, shows the menu
     /// (closing the drop-down window first); a plain click toggles the drop-down window.
     void onActivated(QSystemTrayIcon::ActivationReason reason, Qt::KeyboardModifiers modifiers);
+    /// Opens the drop-down window, or raises it when open: a second start asked for it. Not a user's click
+    /// on the icon, so the review prompt does not count it.
+    void revealDropDownWindow();
 
     /// Where Help and Provide Feedback go; tests replace the browser.
     void setUrlOpener(std::function<void(const QUrl&)> opener) { m_openUrl = std::move(opener); }

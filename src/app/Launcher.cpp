@@ -4,11 +4,13 @@
 
 #include "app/AppDelegate.h"
 #include "app/DemoMode.h"
+#include "app/SingleInstance.h"
 #include "app/SleepWatcher.h"
 #include "state/JsonSettingsStore.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
+#include <QDir>
 #include <QElapsedTimer>
 #include <QFileInfo>
 #include <QIcon>
@@ -153,7 +155,26 @@ int runGlowdeck(int argc, char** argv, const QElapsedTimer& startupClock)
     if (qEnvironmentVariableIsSet("GLOWDECK_TRACE_STARTUP"))
         options.startupClock = &startupClock;
 
+    // One instance per settings file: a second start hands over to the first (the demo's file is its own).
+    SingleInstance instance(options.settingsFile);
+    switch (instance.claim()) {
+    case SingleInstance::Claim::first:
+        break;
+    case SingleInstance::Claim::handedOver:
+        std::fprintf(stdout, "glowdeck: already running with %s; its window was opened.\n",
+                     qPrintable(QDir::toNativeSeparators(options.settingsFile)));
+        return 0;
+    case SingleInstance::Claim::unanswered:
+        std::fprintf(stderr,
+                     "glowdeck: another Glowdeck holds %s but does not answer; end it first (or use "
+                     "--settings FILE).\n",
+                     qPrintable(QDir::toNativeSeparators(options.settingsFile)));
+        return 1;
+    }
+
     AppDelegate delegate(std::move(options), createSleepWatcher());
+    QObject::connect(&instance, &SingleInstance::openRequested, &delegate,
+                     &AppDelegate::revealDropDownWindow);
     delegate.start();
     return QApplication::exec();
 }
