@@ -137,6 +137,7 @@ void AppDelegate::start()
     m_discovery = std::make_unique<BridgeDiscovery>(*m_shell, *m_network);
     m_localNetwork = createLocalNetworkBrowser();
     m_discovery->setLocalNetworkBrowser(m_localNetwork.get());
+    m_connection->setBridgeFinder(m_discovery.get());
     m_reviewPrompt = std::make_unique<ReviewPrompt>(*m_settings);
     m_startAtLogin =
         std::make_unique<StartAtLogin>(createLoginItem(applicationId, m_options.loginItemFolder));

@@ -1,5 +1,6 @@
 #include "connection/BridgeConnection.h"
 
+#include "connection/BridgeDiscovery.h"
 #include "connection/BridgePairing.h"
 #include "connection/BridgeProbe.h"
 #include "state/AppSettings.h"
@@ -61,6 +62,7 @@ void BridgeConnection::reach()
             if (result.refused)
                 m_settings.setConnectionErrorMessage(result.problem);
             m_settings.setBridgeConnected(false);
+            onMissed();
             return;
         }
         const BridgeContact& contact = *result.contact;
@@ -176,10 +178,12 @@ void BridgeConnection::onLights(const LightsResult& result, quint64 order)
         if (result.error == BridgeError::connectionFailed) {
             m_reached = false;
             m_mustAsk = true;
+            onMissed();
         }
         m_settings.setBridgeConnected(false);
         m_scenesStale = true;
     } else {
+        m_misses = 0;
         m_settings.setLights(LightOrder::apply(result.records, m_settings.preferences().lightOrder()));
         m_settings.setBridgeConnected(true);
         m_settings.setConnectionErrorMessage(QString());
@@ -194,6 +198,63 @@ void BridgeConnection::onLights(const LightsResult& result, quint64 order)
             refreshScenes();
     }
     Q_EMIT lightsRefreshed(result);
+}
+
+void BridgeConnection::setBridgeFinder(BridgeDiscovery* finder)
+{
+    m_finder = finder;
+}
+
+void BridgeConnection::onMissed()
+{
+    if (++m_misses >= missesBeforeSearch)
+        searchForBridge();
+}
+
+void BridgeConnection::searchForBridge()
+{
+    const QDateTime now = m_now();
+    // Only a bridge known by its id can be told from any other at a new address.
+    if (!m_finder || m_searching || m_settings.bridgeID().isEmpty() || m_settings.hueKey().isEmpty() ||
+        (m_lastSearch.isValid() &&
+         m_lastSearch.secsTo(now) < qint64(std::chrono::seconds(searchInterval).count())))
+        return;
+    m_searching = true;
+    m_lastSearch = now;
+    const QString from = m_settings.hueIP();
+    const QString bridgeId = m_settings.bridgeID();
+    m_settings.addLogLine(
+        QStringLiteral("Bridge %1 does not answer at %2; looking for it on the network").arg(bridgeId, from));
+    // The finder asks each address who it is before anything else: the key goes only to this bridge.
+    const ProbeKnowledge knowledge{m_settings.bridgeTransport(), m_settings.bridgeIdentity(), false};
+    m_finder->findBridge(knowledge, [self = QPointer(this), from,
+                                     bridgeId](const std::optional<BridgeDiscovery::Whereabouts>& found) {
+        if (!self)
+            return;
+        self->m_searching = false;
+        AppSettings& settings = self->m_settings;
+        // Disconnected, paired anew or given another address meanwhile: what was found is no longer asked
+        // for.
+        if (settings.hueIP() != from || settings.bridgeID() != bridgeId || settings.hueKey().isEmpty())
+            return;
+        if (!found || found->address == from) {
+            settings.addLogLine(
+                QStringLiteral("Bridge %1 was not found elsewhere; still trying %2").arg(bridgeId, from));
+            return;
+        }
+        settings.addLogLine(
+            QStringLiteral("Bridge %1 moved from %2 to %3").arg(bridgeId, from, found->address));
+        settings.setHueIP(found->address);
+        settings.setBridgeContact(found->contact.transport, found->contact.bridgeId,
+                                  found->contact.pinnedKey);
+        self->m_mustAsk = false;
+        self->m_reached = true;
+        self->m_misses = 0;
+        Q_EMIT self->bridgeMoved(bridgeId, from, found->address);
+        self->refreshLights();
+        self->refreshGroups();
+        self->refreshScenes();
+    });
 }
 
 void BridgeConnection::onScenes(const ScenesResult& result)

@@ -11,6 +11,7 @@
 #include <functional>
 
 class AppSettings;
+class BridgeDiscovery;
 class BridgePairing;
 class QNetworkAccessManager;
 
@@ -30,12 +31,18 @@ public:
     static constexpr std::chrono::milliseconds refreshInterval{3500};
     /// A refresh right after a user action would overwrite the change the user is still making.
     static constexpr std::chrono::seconds quietAfterUserAction{3};
+    /// A paired bridge that has not answered at its address this many times in a row (or answered as another
+    /// bridge) is looked for elsewhere on the network, at most once per `searchInterval`.
+    static constexpr int missesBeforeSearch = 3;
+    static constexpr std::chrono::minutes searchInterval{1};
 
     BridgeConnection(AppSettings& settings, QNetworkAccessManager& network, BridgePairing& pairing,
                      QObject* parent = nullptr);
 
-    /// The clock behind the skip rule and the scene minutes; tests replace it.
+    /// The clock behind the skip rule, the scene minutes and the searches; tests replace it.
     void setClock(std::function<QDateTime()> now) { m_now = std::move(now); }
+    /// What looks for a bridge that moved (the router gave it another address); none: it is only waited for.
+    void setBridgeFinder(BridgeDiscovery* finder);
 
     /// With a key: makes sure the bridge at `hueIP` is the one paired (its certificate, over HTTPS where it
     /// offers it), then reads all three lists, and makes sure the refresh timer runs (one timer, however
@@ -66,6 +73,8 @@ Q_SIGNALS:
     void lightsRefreshed(const LightsResult& result);
     void groupsRefreshed(const GroupsResult& result);
     void scenesRefreshed(const ScenesResult& result);
+    /// The paired bridge was found at a new address and is used there from now on, with the same key.
+    void bridgeMoved(const QString& bridgeId, const QString& from, const QString& to);
 
 private:
     /// The read of one list under way, if any.
@@ -91,6 +100,9 @@ private:
     void reach();
     void onLights(const LightsResult& result, quint64 order);
     void onScenes(const ScenesResult& result);
+    /// The bridge did not answer at its address, or answered as another bridge.
+    void onMissed();
+    void searchForBridge();
 
     AppSettings& m_settings;
     QNetworkAccessManager& m_network;
@@ -113,4 +125,8 @@ private:
     bool m_reaching = false;
     /// The bridge stopped answering: ask it who it is before reading again, even when it is known.
     bool m_mustAsk = false;
+    QPointer<BridgeDiscovery> m_finder;
+    int m_misses = 0;
+    bool m_searching = false;
+    QDateTime m_lastSearch;
 };

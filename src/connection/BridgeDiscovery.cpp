@@ -35,25 +35,97 @@ BridgeDiscovery::BridgeDiscovery(CommandExecuting& commands, QNetworkAccessManag
 
 void BridgeDiscovery::detectBridgeIP(std::function<void(std::optional<QString>)> done)
 {
+    readArpTable([this, done = std::move(done)](const QString& table) mutable {
+        if (std::optional<QString> address = bridgeAddressFromArpTable(table)) {
+            printLine(QStringLiteral("HueHelper: Bridge IP detected via ARP: ") + *address);
+            return done(address);
+        }
+        browseLocalNetwork(std::move(done));
+    });
+}
+
+void BridgeDiscovery::readArpTable(std::function<void(QString)> done)
+{
     m_commands.resolveCommandPath(
         QStringLiteral("arp"), [this, done = std::move(done)](CommandExecuting::PathResult path) mutable {
             if (std::holds_alternative<BashError>(path))
-                return browseLocalNetwork(std::move(done));
+                return done(QString());
             // Numeric output: a plain "arp" would look every address up in the DNS first.
-            m_commands.runCommand(
-                std::get<QString>(path), {QStringLiteral("-na")},
-                [this, done = std::move(done)](const QString& table) mutable {
-                    if (std::optional<QString> address = bridgeAddressFromArpTable(table)) {
-                        printLine(QStringLiteral("HueHelper: Bridge IP detected via ARP: ") + *address);
-                        return done(address);
-                    }
-                    browseLocalNetwork(std::move(done));
-                });
+            m_commands.runCommand(std::get<QString>(path), {QStringLiteral("-na")}, std::move(done));
+        });
+}
+
+void BridgeDiscovery::findBridge(const ProbeKnowledge& known,
+                                 std::function<void(std::optional<Whereabouts>)> done)
+{
+    // Stage by stage, each only when the one before found nothing: the local network's announcements of
+    // this id, the ARP table, the service.
+    const auto fromService = [this, known](std::function<void(std::optional<Whereabouts>)> done) {
+        askService([this, known, done = std::move(done)](const std::optional<QString>& address) mutable {
+            tryCandidates(address ? QStringList{*address} : QStringList(), known, std::move(done));
+        });
+    };
+    const auto fromArp = [this, known, fromService](std::function<void(std::optional<Whereabouts>)> done) {
+        readArpTable([this, known, fromService, done = std::move(done)](const QString& table) mutable {
+            tryCandidates(bridgeAddressesFromArpTable(table), known,
+                          [fromService, done = std::move(done)](std::optional<Whereabouts> found) mutable {
+                              if (found)
+                                  return done(std::move(found));
+                              fromService(std::move(done));
+                          });
+        });
+    };
+    if (!m_browser)
+        return fromArp(std::move(done));
+    m_browser->browse(browseLimit, [this, known, fromArp, done = std::move(done)](
+                                       const QList<LocalNetworkBrowser::Found>& announced) mutable {
+        QStringList candidates;
+        for (const LocalNetworkBrowser::Found& bridge : announced) {
+            if (bridge.bridgeId.isEmpty() ||
+                bridge.bridgeId.compare(known.identity.bridgeId, Qt::CaseInsensitive) == 0)
+                candidates.append(addressOf(bridge));
+        }
+        tryCandidates(candidates, known,
+                      [fromArp, done = std::move(done)](std::optional<Whereabouts> found) mutable {
+                          if (found)
+                              return done(std::move(found));
+                          fromArp(std::move(done));
+                      });
+    });
+}
+
+void BridgeDiscovery::tryCandidates(QStringList candidates, const ProbeKnowledge& known,
+                                    std::function<void(std::optional<Whereabouts>)> done)
+{
+    std::optional<BridgeAddress> address;
+    while (!candidates.isEmpty() && !(address = BridgeAddress::parse(candidates.first())))
+        candidates.removeFirst();
+    if (!address) {
+        QMetaObject::invokeMethod(
+            this, [done = std::move(done)] { done(std::nullopt); }, Qt::QueuedConnection);
+        return;
+    }
+    const QString candidate = candidates.takeFirst();
+    probeBridge(
+        m_network, *address, known, this,
+        [this, candidate, candidates, known, done = std::move(done)](const ProbeResult& result) mutable {
+            if (result.contact)
+                return done(Whereabouts{addressAfter(candidate, *result.contact), *result.contact});
+            tryCandidates(std::move(candidates), known, std::move(done));
         });
 }
 
 std::optional<QString> BridgeDiscovery::bridgeAddressFromArpTable(const QString& arpOutput)
 {
+    const QStringList addresses = bridgeAddressesFromArpTable(arpOutput);
+    if (addresses.isEmpty())
+        return std::nullopt;
+    return addresses.first();
+}
+
+QStringList BridgeDiscovery::bridgeAddressesFromArpTable(const QString& arpOutput)
+{
+    QStringList addresses;
     // A line reads "? (192.168.1.20) at 0:17:88:a1:b2:c3 on en0 ifscope [ethernet]" (macOS) or
     // "? (192.168.1.20) at 00:17:88:a1:b2:c3 [ether] on eth0" (Linux): the address is between the
     // parentheses.
@@ -67,10 +139,16 @@ std::optional<QString> BridgeDiscovery::bridgeAddressFromArpTable(const QString&
         if (inside.isEmpty())
             continue;
         const QString address = inside.first();
-        if (address.split(u'.').size() == 4)
-            return address.trimmed();
+        if (address.split(u'.').size() == 4 && !addresses.contains(address.trimmed()))
+            addresses.append(address.trimmed());
     }
-    return std::nullopt;
+    return addresses;
+}
+
+QString BridgeDiscovery::addressOf(const LocalNetworkBrowser::Found& found)
+{
+    const bool usualPort = found.port == 443 || found.port == 80 || found.port == 0;
+    return usualPort ? found.address : QStringLiteral("%1:%2").arg(found.address).arg(found.port);
 }
 
 std::optional<QString> BridgeDiscovery::bridgeAddressFromServiceAnswer(const QByteArray& answer)
@@ -106,14 +184,11 @@ void BridgeDiscovery::browseLocalNetwork(std::function<void(std::optional<QStrin
 {
     if (!m_browser)
         return askService(std::move(done));
-    m_browser->findFirst(browseLimit, [this, done = std::move(done)](
-                                          const std::optional<LocalNetworkBrowser::Found>& found) mutable {
-        if (!found)
+    m_browser->browse(browseLimit, [this, done = std::move(done)](
+                                       const QList<LocalNetworkBrowser::Found>& announced) mutable {
+        if (announced.isEmpty())
             return askService(std::move(done));
-        // A bridge announces its HTTPS port; on the usual ports the address alone lets the probe choose.
-        const bool usualPort = found->port == 443 || found->port == 80 || found->port == 0;
-        const QString address =
-            usualPort ? found->address : QStringLiteral("%1:%2").arg(found->address).arg(found->port);
+        const QString address = addressOf(announced.first());
         printLine(QStringLiteral("HueHelper: Bridge IP detected via mDNS: ") + address);
         done(address);
     });

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "connection/BridgeProbe.h"
 #include "connection/LocalNetworkBrowser.h"
 
 #include <QObject>
@@ -48,10 +49,27 @@ public:
     /// the local network announced it.
     void detectBridgeIP(std::function<void(std::optional<QString>)> done);
 
+    /// Where a bridge answers now and how it was reached.
+    struct Whereabouts
+    {
+        QString address;
+        BridgeContact contact;
+    };
+    /// Looks for the bridge `known` names (it must carry a bridge id) at new addresses: those the local
+    /// network announces for its id, then every address the ARP table gives the maker's prefixes, then the
+    /// service's. Each is asked who it is (BridgeProbe, no key sent) and counts only when it proves the known
+    /// identity. Answers once, with the first that does, or nothing.
+    void findBridge(const ProbeKnowledge& known, std::function<void(std::optional<Whereabouts>)> done);
+
     /// The first line of `arp -na` output whose text contains a bridge prefix ("0:17:88", or "c4:29:96" in
     /// any case for the newest model) and whose address between the parentheses has four dotted parts; lines
     /// of another shape are passed over.
     static std::optional<QString> bridgeAddressFromArpTable(const QString& arpOutput);
+    /// Every such address, in the table's order, each once.
+    static QStringList bridgeAddressesFromArpTable(const QString& arpOutput);
+    /// The address to keep for an announced bridge: on its usual ports the address alone lets the probe
+    /// choose the transport; on another port, "address:port".
+    static QString addressOf(const LocalNetworkBrowser::Found& found);
     /// The "internalipaddress" of a discovery answer decoded as one JSON object; nothing for anything else
     /// (a JSON array, as the service sends for several bridges, included).
     static std::optional<QString> bridgeAddressFromServiceAnswer(const QByteArray& answer);
@@ -61,6 +79,11 @@ public:
 
 private:
     void browseLocalNetwork(std::function<void(std::optional<QString>)> done);
+    /// The ARP table's text, or an empty one when there is no arp.
+    void readArpTable(std::function<void(QString)> done);
+    /// Probes `candidates` one after another; answers with the first that proves `known`, or nothing.
+    void tryCandidates(QStringList candidates, const ProbeKnowledge& known,
+                       std::function<void(std::optional<Whereabouts>)> done);
     void askService(std::function<void(std::optional<QString>)> done);
 
     CommandExecuting& m_commands;

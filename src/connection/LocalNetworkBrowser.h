@@ -1,11 +1,11 @@
 #pragma once
 
+#include <QList>
 #include <QString>
 
 #include <chrono>
 #include <functional>
 #include <memory>
-#include <optional>
 
 /// Looks for bridges that announce themselves on the local network (DNS-SD service "_hue._tcp" over mDNS),
 /// through the desktop's own mDNS service. Linux asks Avahi over D-Bus; elsewhere there is none.
@@ -21,10 +21,10 @@ public:
 
     virtual ~LocalNetworkBrowser() = default;
 
-    /// Answers once, never before returning: the first bridge resolved within `limit`, or nothing (no mDNS
-    /// service, no bridge announced, every resolve failed). A new call abandons one still under way.
-    virtual void findFirst(std::chrono::milliseconds limit,
-                           std::function<void(std::optional<Found>)> done) = 0;
+    /// Answers once, never before returning: the bridges resolved, in the order they resolved, once
+    /// everything announced so far is resolved or `limit` has passed; none when there is no mDNS service, no
+    /// bridge announced or every resolve failed. A new call abandons one still under way.
+    virtual void browse(std::chrono::milliseconds limit, std::function<void(QList<Found>)> done) = 0;
 };
 
 /// The platform's browser, or null where there is no mDNS service to ask.

@@ -84,9 +84,12 @@ private:
     }
 };
 
-QString shown(const std::optional<Found>& found)
+QString shown(const QList<Found>& found)
 {
-    return found ? u"%1:%2 %3"_qs.arg(found->address).arg(found->port).arg(found->bridgeId) : u"<nothing>"_qs;
+    QStringList bridges;
+    for (const Found& bridge : found)
+        bridges << u"%1:%2 %3"_qs.arg(bridge.address).arg(bridge.port).arg(bridge.bridgeId).trimmed();
+    return bridges.isEmpty() ? u"<nothing>"_qs : bridges.join(u", ");
 }
 
 } // namespace
@@ -101,8 +104,8 @@ private Q_SLOTS:
     void initTestCase();
     void init();
     void cleanup();
-    void answersWithTheFirstBridgeResolved_data();
-    void answersWithTheFirstBridgeResolved();
+    void answersWithEveryBridgeResolved_data();
+    void answersWithEveryBridgeResolved();
 
 private:
     std::unique_ptr<QDBusConnection> m_desktop;
@@ -135,7 +138,7 @@ void TestAvahiBrowser::cleanup()
     m_avahi.reset();
 }
 
-void TestAvahiBrowser::answersWithTheFirstBridgeResolved_data()
+void TestAvahiBrowser::answersWithEveryBridgeResolved_data()
 {
     QTest::addColumn<QList<Announced>>("services");
     QTest::addColumn<QString>(
@@ -150,13 +153,14 @@ void TestAvahiBrowser::answersWithTheFirstBridgeResolved_data()
 
     QTest::newRow("one bridge") << QList<Announced>{hall} << u"avahi"_qs
                                 << u"192.168.1.30:443 001788FFFE6A3B2C"_qs << 0;
-    QTest::newRow("two bridges: the first resolved")
-        << QList<Announced>{attic, hall} << u"avahi"_qs << u"192.168.1.31:8443 C42996FFFE0A0B0C"_qs << 0;
+    QTest::newRow("two bridges, in the order they resolved")
+        << QList<Announced>{attic, hall} << u"avahi"_qs
+        << u"192.168.1.31:8443 C42996FFFE0A0B0C, 192.168.1.30:443 001788FFFE6A3B2C"_qs << 0;
     QTest::newRow("a resolver failure, then a bridge")
         << QList<Announced>{broken, hall} << u"avahi"_qs << u"192.168.1.30:443 001788FFFE6A3B2C"_qs << 1;
     QTest::newRow("a bridge without a TXT record")
         << QList<Announced>{{u"Hue Bridge"_qs, u"192.168.1.32"_qs, 443, {}}} << u"avahi"_qs
-        << u"192.168.1.32:443 "_qs << 0;
+        << u"192.168.1.32:443"_qs << 0;
     // Both end at Avahi's "all for now", well before the limit.
     QTest::newRow("no bridge announced") << QList<Announced>{} << u"avahi"_qs << u"<nothing>"_qs << 0;
     QTest::newRow("every resolve fails") << QList<Announced>{broken} << u"avahi"_qs << u"<nothing>"_qs << 1;
@@ -164,7 +168,7 @@ void TestAvahiBrowser::answersWithTheFirstBridgeResolved_data()
     QTest::newRow("switched off") << QList<Announced>{hall} << QString() << u"<nothing>"_qs << 0;
 }
 
-void TestAvahiBrowser::answersWithTheFirstBridgeResolved()
+void TestAvahiBrowser::answersWithEveryBridgeResolved()
 {
     QFETCH(QList<Announced>, services);
     QFETCH(QString, serviceName);
@@ -177,8 +181,8 @@ void TestAvahiBrowser::answersWithTheFirstBridgeResolved()
 
     AvahiBrowser browser(QDBusConnection::systemBus(),
                          serviceName == u"avahi" || serviceName == u"absent" ? avahi : QString());
-    QList<std::optional<Found>> answers;
-    browser.findFirst(std::chrono::minutes(1), [&answers](std::optional<Found> f) { answers << f; });
+    QList<QList<Found>> answers;
+    browser.browse(std::chrono::minutes(1), [&answers](const QList<Found>& f) { answers << f; });
     QVERIFY(answers.isEmpty()); // never before returning
     QTRY_COMPARE(answers.size(), 1);
     QCOMPARE(shown(answers.first()), found);

@@ -1,5 +1,6 @@
 #include "CountingNetwork.h"
 #include "FakeCommands.h"
+#include "FakeLocalNetwork.h"
 #include "LoopbackServer.h"
 #include "TestSupport.h"
 #include "connection/BridgeDiscovery.h"
@@ -15,20 +16,6 @@ const QString bridgeLine = QStringLiteral("? (192.168.1.20) at 0:17:88:a1:b2:c3 
 const QString routerLine = QStringLiteral("? (192.168.1.1) at a4:2b:b0:11:22:33 on en0 ifscope [ethernet]");
 const QString nothing = QStringLiteral("<nothing>");
 
-/// The local network's mDNS service: announces one bridge, or none.
-class FakeBrowser final : public LocalNetworkBrowser
-{
-public:
-    std::optional<Found> announced;
-    int asked = 0;
-
-    void findFirst(std::chrono::milliseconds, std::function<void(std::optional<Found>)> done) override
-    {
-        ++asked;
-        QMetaObject::invokeMethod(
-            qApp, [this, done = std::move(done)] { done(announced); }, Qt::QueuedConnection);
-    }
-};
 
 QString shown(const std::optional<QString>& address)
 {
@@ -234,10 +221,10 @@ void TestBridgeDiscovery::browsesTheLocalNetworkBetweenTheArpTableAndTheService(
     QFETCH(QString, address);
     QFETCH(bool, serviceAsked);
     m_commands->arpTable = inArpTable ? bridgeLine : routerLine;
-    FakeBrowser browser;
+    FakeLocalNetwork browser;
     if (port != 0)
-        browser.announced =
-            LocalNetworkBrowser::Found{u"192.168.1.30"_qs, quint16(port), u"001788FFFE6A3B2C"_qs};
+        browser.announced = {{u"192.168.1.30"_qs, quint16(port), u"001788FFFE6A3B2C"_qs},
+                             {u"192.168.1.31"_qs, 443, u"001788FFFE0A0B0C"_qs}};
     m_discovery->setLocalNetworkBrowser(&browser);
     PrintedLines printed;
 

@@ -1,6 +1,9 @@
+#include "FakeCommands.h"
+#include "FakeLocalNetwork.h"
 #include "TestSupport.h"
 #include "bridge/BridgeNetwork.h"
 #include "connection/BridgeConnection.h"
+#include "connection/BridgeDiscovery.h"
 #include "connection/BridgePairing.h"
 #include "simulator/BridgeSimulator.h"
 #include "state/SettingsKeys.h"
@@ -26,6 +29,7 @@ private Q_SLOTS:
     void aPairedBridgeMustKeepProvingItself_data();
     void aPairedBridgeMustKeepProvingItself();
     void plainHttpIsLeftForHttpsWhereverTheBridgeOffersIt();
+    void aBridgeThatMovedIsFoundByItsIdAndNoOtherGetsTheKey();
 
 private:
     /// Pairs with the bridge at `address` (link button pressed) and waits for the outcome.
@@ -87,7 +91,8 @@ bool TestBridgeTrust::connectAndRead()
         }
         return false;
     };
-    if (!QTest::qWaitFor([&] { return succeeded() || !settings().connectionErrorMessage().isEmpty(); }, 10000))
+    if (!QTest::qWaitFor([&] { return succeeded() || !settings().connectionErrorMessage().isEmpty(); },
+                         10000))
         return false;
     return succeeded();
 }
@@ -227,6 +232,53 @@ void TestBridgeTrust::plainHttpIsLeftForHttpsWhereverTheBridgeOffersIt()
     QVERIFY(!requestsWithKey().isEmpty());
     for (const SimulatedRequest& request : requestsWithKey())
         QVERIFY(request.encrypted);
+}
+
+void TestBridgeTrust::aBridgeThatMovedIsFoundByItsIdAndNoOtherGetsTheKey()
+{
+    QVERIFY(pair(m_bridge->httpsAddress()) != BridgePairing::noConnection);
+    QVERIFY(connectAndRead());
+    const QString key = settings().hueKey();
+    const QString bridgeId = m_bridge->bridgeId();
+    const QString before = settings().hueIP();
+
+    // The router hands the bridge another address, and its old one to another bridge.
+    const quint16 port = m_bridge->tlsPort();
+    m_bridge->close();
+    BridgeSimulator neighbour;
+    neighbour.setBridgeId(u"001788FFFE000001"_qs);
+    m_network->addTrustRoots({neighbour.authorityCertificate()}); // as the maker signs every bridge
+    QVERIFY(neighbour.listenTls(QHostAddress::LocalHost, port));
+    QVERIFY(m_bridge->listenTls(QHostAddress(u"127.0.0.2"_qs), 0));
+    const QString after = u"127.0.0.2:%1"_qs.arg(m_bridge->tlsPort());
+
+    // The local network announces the neighbour without an id, then the bridge with its own.
+    FakeCommands commands;
+    FakeLocalNetwork localNetwork;
+    localNetwork.announced = {{u"127.0.0.1"_qs, port, QString()},
+                              {u"127.0.0.2"_qs, m_bridge->tlsPort(), bridgeId}};
+    BridgeDiscovery finder(commands, *m_network);
+    finder.setServiceUrl(QUrl());
+    finder.setLocalNetworkBrowser(&localNetwork);
+    m_connection->setBridgeFinder(&finder);
+    m_connection->setClock([] { return QDateTime::currentDateTime().addSecs(60); });
+
+    QSignalSpy moved(m_connection.get(), &BridgeConnection::bridgeMoved);
+    for (int tick = 0; tick < 2 * BridgeConnection::missesBeforeSearch && moved.isEmpty(); ++tick) {
+        m_connection->refreshTick();
+        QTest::qWait(300);
+    }
+    QCOMPARE(moved.size(), 1);
+    QCOMPARE(moved.first(), (QList<QVariant>{bridgeId, before, after}));
+    QCOMPARE(localNetwork.asked, 1);
+    QTRY_VERIFY(settings().bridgeConnected());
+    QCOMPARE(settings().hueKey(), key); // nothing paired again
+    QTRY_COMPARE(m_state->store().readString(SettingsKeys::bridgeIP), after);
+    QVERIFY(
+        !settings().log().filter(u"Bridge %1 moved from %2 to %3"_qs.arg(bridgeId, before, after)).isEmpty());
+    // The neighbour refused at the handshake: nothing with the key ever reached it.
+    for (const SimulatedRequest& request : neighbour.requests())
+        QVERIFY2(!request.path.contains(key), qPrintable(request.path));
 }
 
 QTEST_GUILESS_MAIN(TestBridgeTrust)

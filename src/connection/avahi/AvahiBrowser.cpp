@@ -48,7 +48,7 @@ AvahiBrowser::AvahiBrowser(QDBusConnection bus, QString serviceName, QObject* pa
     : QObject(parent), m_bus(std::move(bus)), m_service(std::move(serviceName))
 {
     m_limit.setSingleShot(true);
-    connect(&m_limit, &QTimer::timeout, this, [this] { finish(std::nullopt); });
+    connect(&m_limit, &QTimer::timeout, this, [this] { finish(); });
 }
 
 AvahiBrowser::~AvahiBrowser()
@@ -56,19 +56,20 @@ AvahiBrowser::~AvahiBrowser()
     watchBrowser(false);
 }
 
-void AvahiBrowser::findFirst(std::chrono::milliseconds limit, std::function<void(std::optional<Found>)> done)
+void AvahiBrowser::browse(std::chrono::milliseconds limit, std::function<void(QList<Found>)> done)
 {
     if (m_done)
-        finish(std::nullopt);
+        finish();
     ++m_browse;
     m_done = std::move(done);
+    m_found.clear();
     m_resolving = 0;
     m_allForNow = false;
     if (m_service.isEmpty() || !m_bus.isConnected()) {
         if (!m_service.isEmpty())
             printLine(QStringLiteral("Local network discovery: no system bus; skipped."));
         QMetaObject::invokeMethod(
-            this, [this] { finish(std::nullopt); }, Qt::QueuedConnection);
+            this, [this] { finish(); }, Qt::QueuedConnection);
         return;
     }
     m_limit.start(limit);
@@ -92,7 +93,7 @@ void AvahiBrowser::onBrowserCreated(const QDBusMessage& reply)
         printLine(
             QStringLiteral("Local network discovery: %1 did not answer (%2); skipped.")
                 .arg(m_service, reply.errorMessage().isEmpty() ? reply.errorName() : reply.errorMessage()));
-        return finish(std::nullopt);
+        return finish();
     }
     m_browserPath = reply.arguments().first().value<QDBusObjectPath>().path();
     watchBrowser(true);
@@ -127,31 +128,33 @@ void AvahiBrowser::onResolved(quint64 browse, const QDBusMessage& reply)
     const QHostAddress address(fields.value(7).toString());
     if (reply.type() == QDBusMessage::ReplyMessage && fields.size() >= 10 &&
         address.protocol() == QAbstractSocket::IPv4Protocol) {
-        return finish(Found{address.toString(), quint16(fields.at(8).toUInt()), bridgeIdOf(fields.at(9))});
+        m_found.append({address.toString(), quint16(fields.at(8).toUInt()), bridgeIdOf(fields.at(9))});
+    } else {
+        printLine(
+            QStringLiteral("Local network discovery: a bridge's announcement could not be resolved (%1).")
+                .arg(reply.errorMessage().isEmpty() ? QStringLiteral("no IPv4 address")
+                                                    : reply.errorMessage()));
     }
-    printLine(
-        QStringLiteral("Local network discovery: a bridge's announcement could not be resolved (%1).")
-            .arg(reply.errorMessage().isEmpty() ? QStringLiteral("no IPv4 address") : reply.errorMessage()));
     if (m_allForNow && m_resolving == 0)
-        finish(std::nullopt);
+        finish();
 }
 
 void AvahiBrowser::onAllForNow()
 {
-    // Everything already known has been announced; with nothing to resolve there is no bridge to wait for.
+    // Everything already known has been announced: once it is resolved there is nothing more to wait for.
     m_allForNow = true;
     if (m_done && m_resolving == 0)
-        finish(std::nullopt);
+        finish();
 }
 
 void AvahiBrowser::onFailure(const QString& error)
 {
     printLine(QStringLiteral("Local network discovery failed: ") + error);
     if (m_done && m_resolving == 0)
-        finish(std::nullopt);
+        finish();
 }
 
-void AvahiBrowser::finish(std::optional<Found> found)
+void AvahiBrowser::finish()
 {
     m_limit.stop();
     ++m_browse; // answers still on their way belong to nobody now
@@ -162,7 +165,7 @@ void AvahiBrowser::finish(std::optional<Found> found)
         m_browserPath.clear();
     }
     if (auto done = std::exchange(m_done, {}))
-        done(std::move(found));
+        done(std::exchange(m_found, {}));
 }
 
 void AvahiBrowser::watchBrowser(bool watch)

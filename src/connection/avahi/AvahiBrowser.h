@@ -24,7 +24,7 @@ public:
                           QString serviceName = defaultServiceName(), QObject* parent = nullptr);
     ~AvahiBrowser() override;
 
-    void findFirst(std::chrono::milliseconds limit, std::function<void(std::optional<Found>)> done) override;
+    void browse(std::chrono::milliseconds limit, std::function<void(QList<Found>)> done) override;
 
 private Q_SLOTS:
     void onItemNew(int interface, int protocol, const QString& name, const QString& type,
@@ -36,13 +36,14 @@ private:
     void onBrowserCreated(const QDBusMessage& reply);
     void onResolved(quint64 browse, const QDBusMessage& reply);
     /// Answers the caller once, and lets go of Avahi's browser.
-    void finish(std::optional<Found> found);
+    void finish();
     void watchBrowser(bool watch);
 
     QDBusConnection m_bus;
     QString m_service;
     QTimer m_limit;
-    std::function<void(std::optional<Found>)> m_done;
+    std::function<void(QList<Found>)> m_done;
+    QList<Found> m_found;
     quint64 m_browse = 0; // tells the answers of an abandoned browse from the current one's
     QString m_browserPath;
     int m_resolving = 0;

@@ -65,6 +65,11 @@ ConnectionView::ConnectionView(AppSettings& settings, BridgeDiscovery& discovery
     layout->addWidget(m_sendDebug);
 
     connect(m_statusButton, &QPushButton::clicked, this, &ConnectionView::onStatusButton);
+    connect(&m_connection, &BridgeConnection::bridgeMoved, this,
+            [this](const QString&, const QString& from, const QString& to) {
+                m_moved = tr("It moved from %1 to %2 and was found there by itself.").arg(from, to);
+                onStateChanged();
+            });
     connect(m_configuration, &ConfigurationPart::connectRequested, this, &ConnectionView::onConnect);
     connect(m_configuration, &ConfigurationPart::detectRequested, this, &ConnectionView::onDetect);
     connect(m_sendDebug, &LinkButton::clicked, this, &ConnectionView::onSendDebug);
@@ -124,9 +129,12 @@ void ConnectionView::onStateChanged()
     const QString transport =
         describeTransport(m_settings.bridgeTransport(), !m_settings.bridgeCertificateKey().isEmpty());
     const bool paired = !m_settings.hueKey().isEmpty() && !transport.isEmpty();
-    m_security->setText(paired && !m_settings.bridgeID().isEmpty()
-                            ? tr("Bridge %1, over %2").arg(m_settings.bridgeID(), transport)
-                            : tr("Over %1").arg(transport));
+    QString security = paired && !m_settings.bridgeID().isEmpty()
+                           ? tr("Bridge %1, over %2").arg(m_settings.bridgeID(), transport)
+                           : tr("Over %1").arg(transport);
+    if (!m_moved.isEmpty())
+        security += u'\n' + m_moved;
+    m_security->setText(security);
     m_security->setVisible(paired);
     updateBusy();
 }

@@ -64,6 +64,7 @@ private:
     QLabel* m_connectedHint;
     QLabel* m_unpairedHint;
     QLabel* m_security; ///< how the bridge is reached and who it proved to be
+    QString m_moved;    ///< where the bridge was found after it moved, while it stays there
     ConfigurationPart* m_configuration;
     QLabel* m_error;
     ImagePlayer* m_player;
