@@ -6,5 +6,5 @@ build="${GLOWDECK_BUILD_DIR:-$root/build}"
 
 "$root/scripts/build.sh"
 # Tests talk to loopback only; the public bridge discovery service stays switched off.
-export GLOWDECK_DISCOVERY_URL="" GLOWDECK_MDNS_SERVICE=""
+export GLOWDECK_DISCOVERY_URL="" GLOWDECK_MDNS_SERVICE="" GLOWDECK_ARP_COMMAND=""
 ctest --test-dir "$build" --output-on-failure --parallel 2 "$@"

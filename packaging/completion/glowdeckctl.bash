@@ -13,14 +13,14 @@ _glowdeckctl()
         cur=""
     fi
 
-    local value_options="--bridge --key --settings --in --wait --discovery-url --trust-root"
+    local value_options="--bridge --key --settings --in --wait --discovery-url --pick --trust-root"
     case $prev in
     --settings | --trust-root)
         COMPREPLY=($(compgen -f -- "$cur"))
         compopt -o filenames 2>/dev/null
         return
         ;;
-    --bridge | --key | --in | --wait | --discovery-url)
+    --bridge | --key | --in | --wait | --discovery-url | --pick)
         return # a value of the user's own
         ;;
     esac
@@ -47,10 +47,10 @@ _glowdeckctl()
     lights | rooms | scenes) options+=" --json --with-key --bridge --key" ;;
     light | room | scene | status) options+=" --bridge --key" ;;
     all-off) options+=" --in --bridge --key" ;;
-    discover) options+=" --discovery-url" ;;
+    discover) options+=" --discovery-url --pick --json" ;;
     pair) options+=" --wait --bridge" ;;
     hotkeys) options+=" --json --with-key" ;;
-    "") options="--bridge --key --settings --trust-root --json --with-key --in --wait --discovery-url --help --version" ;;
+    "") options="--bridge --key --settings --trust-root --json --with-key --in --wait --discovery-url --pick --help --version" ;;
     esac
     if [[ $cur == -* ]]; then
         COMPREPLY=($(compgen -W "$options" -- "$cur"))

@@ -13,9 +13,9 @@ DemoMode::~DemoMode() = default;
 
 void DemoMode::switchOffOutsideAddresses()
 {
-    for (const char* name :
-         {"GLOWDECK_DISCOVERY_URL", "GLOWDECK_MDNS_SERVICE", "GLOWDECK_ERROR_ENDPOINT", "GLOWDECK_HELP_URL",
-          "GLOWDECK_FEEDBACK_URL", "GLOWDECK_REVIEW_URL", "GLOWDECK_WEBSITE_URL", "GLOWDECK_DONATION_URL"}) {
+    for (const char* name : {"GLOWDECK_DISCOVERY_URL", "GLOWDECK_MDNS_SERVICE", "GLOWDECK_ARP_COMMAND",
+                             "GLOWDECK_ERROR_ENDPOINT", "GLOWDECK_HELP_URL", "GLOWDECK_FEEDBACK_URL",
+                             "GLOWDECK_REVIEW_URL", "GLOWDECK_WEBSITE_URL", "GLOWDECK_DONATION_URL"}) {
         if (!qEnvironmentVariableIsSet(name))
             qputenv(name, QByteArray());
     }

@@ -8,7 +8,9 @@
 #include <QJsonObject>
 #include <QNetworkAccessManager>
 
+#include <algorithm>
 #include <cmath>
+#include <memory>
 
 namespace {
 
@@ -44,15 +46,100 @@ void BridgeDiscovery::detectBridgeIP(std::function<void(std::optional<QString>)>
     });
 }
 
+QString BridgeDiscovery::defaultArpCommand()
+{
+    if (qEnvironmentVariableIsSet("GLOWDECK_ARP_COMMAND"))
+        return qEnvironmentVariable("GLOWDECK_ARP_COMMAND");
+    return QStringLiteral("arp");
+}
+
 void BridgeDiscovery::readArpTable(std::function<void(QString)> done)
 {
+    if (m_arpCommand.isEmpty()) {
+        QMetaObject::invokeMethod(
+            this, [done = std::move(done)] { done(QString()); }, Qt::QueuedConnection);
+        return;
+    }
     m_commands.resolveCommandPath(
-        QStringLiteral("arp"), [this, done = std::move(done)](CommandExecuting::PathResult path) mutable {
+        m_arpCommand, [this, done = std::move(done)](CommandExecuting::PathResult path) mutable {
             if (std::holds_alternative<BashError>(path))
                 return done(QString());
             // Numeric output: a plain "arp" would look every address up in the DNS first.
             m_commands.runCommand(std::get<QString>(path), {QStringLiteral("-na")}, std::move(done));
         });
+}
+
+void BridgeDiscovery::detectBridges(std::function<void(QList<FoundBridge>)> done)
+{
+    auto candidates = std::make_shared<QStringList>();
+    const auto add = [candidates](const QString& address) {
+        if (!candidates->contains(address))
+            candidates->append(address);
+    };
+    const auto askTheService = [this, candidates, add](std::function<void(QList<FoundBridge>)> done) {
+        askService(
+            [this, candidates, add, done = std::move(done)](const std::optional<QString>& address) mutable {
+                if (address)
+                    add(*address);
+                identifyAll(*candidates, std::move(done));
+            });
+    };
+    readArpTable([this, add, askTheService, done = std::move(done)](const QString& table) mutable {
+        for (const QString& address : bridgeAddressesFromArpTable(table))
+            add(address);
+        if (!m_browser)
+            return askTheService(std::move(done));
+        m_browser->browse(browseLimit, [add, askTheService, done = std::move(done)](
+                                           const QList<LocalNetworkBrowser::Found>& announced) mutable {
+            for (const LocalNetworkBrowser::Found& bridge : announced)
+                add(addressOf(bridge));
+            askTheService(std::move(done));
+        });
+    });
+}
+
+void BridgeDiscovery::identifyAll(const QStringList& addresses, std::function<void(QList<FoundBridge>)> done)
+{
+    struct Gathering
+    {
+        QList<std::optional<FoundBridge>> answers; // in the order of the addresses
+        int pending = 0;
+        std::function<void(QList<FoundBridge>)> done;
+    };
+    auto gathering = std::make_shared<Gathering>();
+    gathering->answers.resize(addresses.size());
+    gathering->done = std::move(done);
+    const auto finishIfAllAnswered = [gathering] {
+        if (gathering->pending > 0 || !gathering->done)
+            return;
+        QList<FoundBridge> bridges;
+        for (const std::optional<FoundBridge>& answer : gathering->answers) {
+            const bool known =
+                answer && std::any_of(bridges.cbegin(), bridges.cend(),
+                                      [&](const FoundBridge& b) { return b.bridgeId == answer->bridgeId; });
+            if (answer && !known)
+                bridges.append(*answer);
+        }
+        std::exchange(gathering->done, {})(bridges);
+    };
+    for (qsizetype i = 0; i < addresses.size(); ++i) {
+        const std::optional<BridgeAddress> address = BridgeAddress::parse(addresses.at(i));
+        if (!address)
+            continue;
+        ++gathering->pending;
+        // Nothing is known yet: any bridge may answer (a self-signed one too); no key goes anywhere.
+        probeBridge(m_network, *address, ProbeKnowledge{{}, {}, true}, this,
+                    [gathering, i, given = addresses.at(i), finishIfAllAnswered](const ProbeResult& result) {
+                        if (result.contact)
+                            gathering->answers[i] =
+                                FoundBridge{addressAfter(given, *result.contact), result.contact->name,
+                                            result.contact->bridgeId};
+                        --gathering->pending;
+                        finishIfAllAnswered();
+                    });
+    }
+    if (gathering->pending == 0)
+        QMetaObject::invokeMethod(this, finishIfAllAnswered, Qt::QueuedConnection);
 }
 
 void BridgeDiscovery::findBridge(const ProbeKnowledge& known,

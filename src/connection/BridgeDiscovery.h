@@ -36,6 +36,11 @@ public:
 
     BridgeDiscovery(CommandExecuting& commands, QNetworkAccessManager& network, QObject* parent = nullptr);
 
+    /// The program that prints the ARP table: "arp", or GLOWDECK_ARP_COMMAND when set (empty switches the
+    /// ARP step off: tests send nothing to a bridge a developer's table may hold).
+    static QString defaultArpCommand();
+    void setArpCommand(const QString& name) { m_arpCommand = name; }
+
     /// An empty URL switches the service off: only the ARP table is looked at.
     void setServiceUrl(const QUrl& url) { m_serviceUrl = url; }
     QUrl serviceUrl() const { return m_serviceUrl; }
@@ -48,6 +53,19 @@ public:
     /// "HueHelper: Bridge IP detected via ARP: <address>" when the ARP table had it, and "… via mDNS: …" when
     /// the local network announced it.
     void detectBridgeIP(std::function<void(std::optional<QString>)> done);
+
+    /// A bridge on the network, as its own configuration names it.
+    struct FoundBridge
+    {
+        QString address;
+        QString name;
+        QString bridgeId;
+        bool operator==(const FoundBridge&) const = default;
+    };
+    /// Every bridge the ARP table, the local network and the service name, each asked who it is (its public
+    /// configuration, no key; over HTTPS its certificate must be a bridge's), merged by bridge id, in the
+    /// order of those steps. An address that does not answer as a bridge is left out.
+    void detectBridges(std::function<void(QList<FoundBridge>)> done);
 
     /// Where a bridge answers now and how it was reached.
     struct Whereabouts
@@ -81,6 +99,8 @@ private:
     void browseLocalNetwork(std::function<void(std::optional<QString>)> done);
     /// The ARP table's text, or an empty one when there is no arp.
     void readArpTable(std::function<void(QString)> done);
+    /// Asks every address at once who it is; answers with those that are bridges, merged by bridge id.
+    void identifyAll(const QStringList& addresses, std::function<void(QList<FoundBridge>)> done);
     /// Probes `candidates` one after another; answers with the first that proves `known`, or nothing.
     void tryCandidates(QStringList candidates, const ProbeKnowledge& known,
                        std::function<void(std::optional<Whereabouts>)> done);
@@ -89,5 +109,6 @@ private:
     CommandExecuting& m_commands;
     QNetworkAccessManager& m_network;
     QUrl m_serviceUrl = defaultServiceUrl();
+    QString m_arpCommand = defaultArpCommand();
     LocalNetworkBrowser* m_browser = nullptr;
 };

@@ -31,8 +31,8 @@ void TestDemoMode::switchesOffEveryOutsideAddressTheUserDidNotSet()
     DemoMode::switchOffOutsideAddresses();
 
     for (const char* name :
-         {"GLOWDECK_DISCOVERY_URL", "GLOWDECK_MDNS_SERVICE", "GLOWDECK_HELP_URL", "GLOWDECK_FEEDBACK_URL",
-          "GLOWDECK_REVIEW_URL", "GLOWDECK_WEBSITE_URL", "GLOWDECK_DONATION_URL"}) {
+         {"GLOWDECK_DISCOVERY_URL", "GLOWDECK_MDNS_SERVICE", "GLOWDECK_ARP_COMMAND", "GLOWDECK_HELP_URL",
+          "GLOWDECK_FEEDBACK_URL", "GLOWDECK_REVIEW_URL", "GLOWDECK_WEBSITE_URL", "GLOWDECK_DONATION_URL"}) {
         QVERIFY2(qEnvironmentVariableIsSet(name), name);
         QVERIFY2(qEnvironmentVariableIsEmpty(name), name);
     }

@@ -16,7 +16,6 @@ const QString bridgeLine = QStringLiteral("? (192.168.1.20) at 0:17:88:a1:b2:c3 
 const QString routerLine = QStringLiteral("? (192.168.1.1) at a4:2b:b0:11:22:33 on en0 ifscope [ethernet]");
 const QString nothing = QStringLiteral("<nothing>");
 
-
 QString shown(const std::optional<QString>& address)
 {
     return address.value_or(nothing);
@@ -58,6 +57,7 @@ void TestBridgeDiscovery::init()
     QVERIFY(m_service->listen());
     m_service->setAnswer(R"({"id":"001788fffe0a0b0c","internalipaddress":"192.168.1.77","port":443})");
     m_discovery = std::make_unique<BridgeDiscovery>(*m_commands, *m_network);
+    m_discovery->setArpCommand(QStringLiteral("arp")); // the fake table
     m_discovery->setServiceUrl(m_service->url());
 }
 

@@ -324,17 +324,23 @@ void TestGlowdeckCtl::discoverAndPairStoreWhatTheyFind_data()
     QTest::addColumn<QByteArray>("discovered"); // the discovery service's answer
     QTest::addColumn<int>("pressAfter");        // the link button, in milliseconds after the start; -1 never
     QTest::addColumn<QString>("message");       // "Found ..." or "Paired ..." on success
-    // 192.0.2.7 is only stored, never contacted. No CI machine's ARP table holds a Hue bridge.
-    const QByteArray one = R"({"id":"001788fffe0a0b0c","internalipaddress":"192.0.2.7","port":443})";
+    // The service names the simulator ("{host}"), which is asked who it is. No CI machine's ARP table holds a
+    // Hue bridge, and the tests ask no mDNS service.
+    const QByteArray one = R"({"id":"001788fffe6a3b2c","internalipaddress":"{host}","port":443})";
     const QString press = QStringLiteral("Bridge responded: Press LINK BUTTON and retry");
     const QString paired =
         QStringLiteral("Paired with bridge 001788FFFE6A3B2C at {sim} over plain HTTP (this "
                        "bridge offers no encryption): 3 lights, 1 room, 1 scene.");
-    QTest::newRow("discover one bridge") << "discover" << one << -1 << "Found a Hue bridge at 192.0.2.7.";
+    QTest::newRow("discover one bridge")
+        << "discover" << one << -1 << "Found a Hue bridge at {host}: Philips hue (001788FFFE6A3B2C).";
+    QTest::newRow("discover, picked by its id")
+        << "discover --pick 001788fffe6a3b2c" << one << -1 << "Found a Hue bridge at {host}: Philips hue";
+    QTest::newRow("discover, another id picked")
+        << "discover --pick 001788FFFE000001" << one << -1 << "No bridge 001788FFFE000001 answered";
     QTest::newRow("discover several bridges")
         << "discover" << QByteArray('[' + one + ']') << -1 << "No Hue bridge found on this network.";
     QTest::newRow("discover no address") << "discover" << QByteArray(R"({"internalipaddress":"a/b"})") << -1
-                                         << "not HOST[:PORT]; nothing was stored";
+                                         << "No Hue bridge found on this network.";
     QTest::newRow("pair, no button") << "pair --bridge {sim}" << one << -1 << press;
     QTest::newRow("pair, button pressed") << "pair --bridge {sim}" << one << 0 << paired;
     QTest::newRow("pair, wait for the button") << "pair --bridge {sim} --wait 5" << one << 1500 << paired;
@@ -348,7 +354,8 @@ void TestGlowdeckCtl::discoverAndPairStoreWhatTheyFind()
     QFETCH(QByteArray, discovered);
     QFETCH(int, pressAfter);
     QFETCH(QString, message);
-    m_discovery->setAnswer(discovered);
+    m_discovery->setAnswer(discovered.replace("{host}", m_sim->hostAndPort().toUtf8()));
+    message.replace(QStringLiteral("{host}"), m_sim->hostAndPort());
     if (pressAfter >= 0)
         QTimer::singleShot(pressAfter, m_sim.get(), &BridgeSimulator::pressLinkButton);
     const Run result = run(commandLine, false);
@@ -356,10 +363,10 @@ void TestGlowdeckCtl::discoverAndPairStoreWhatTheyFind()
     QCOMPARE(result.exitCode, found || paired ? 0 : 1);
     message.replace(QStringLiteral("{sim}"), sim());
     QVERIFY2((result.out + result.err).contains(message), qPrintable(result.out + result.err));
-    QCOMPARE(m_discovery->requestCount(), commandLine == "discover" ? 1 : 0);
+    QCOMPARE(m_discovery->requestCount(), commandLine.startsWith(u"discover") ? 1 : 0);
     QCOMPARE(m_sim->users().size(), paired ? 2 : 1);
     const QJsonObject stored = storedSettings();
-    QCOMPARE(stored.value("bridgeIP").toString(), found ? "192.0.2.7" : paired ? sim() : QString());
+    QCOMPARE(stored.value("bridgeIP").toString(), found ? m_sim->hostAndPort() : paired ? sim() : QString());
     QCOMPARE(stored.value("bridgeUser").toString(), paired ? m_sim->users().last() : QString());
     QCOMPARE(QFile::exists(settingsFile()), found || paired); // a failure creates no file
 }
@@ -458,7 +465,8 @@ void TestGlowdeckCtl::aSettingsFileThatCannotBeWrittenFailsTheRun()
     QVERIFY(QDir().mkpath(settingsFile()));
     const QFile::Permissions before = QFile::permissions(settingsFile());
     m_sim->pressLinkButton();
-    m_discovery->setAnswer(R"({"internalipaddress":"192.0.2.7"})");
+    m_discovery->setAnswer(
+        QStringLiteral(R"({"internalipaddress":"%1"})").arg(m_sim->hostAndPort()).toUtf8());
     const Run result = run(commandLine, false);
     QCOMPARE(result.exitCode, 1);
     QVERIFY2(result.err.contains(message) && result.err.contains(QStringLiteral("is a folder")),

@@ -12,7 +12,7 @@ script=${1:?usage: completion.sh <completion script> <glowdeckctl>}
 ctl=${2:?usage: completion.sh <completion script> <glowdeckctl>}
 work=$(mktemp -d "${TMPDIR:-/tmp}/glowdeck-completion.XXXXXX") || exit 1
 trap 'rm -rf "$work"' EXIT
-export GLOWDECK_DISCOVERY_URL="" GLOWDECK_MDNS_SERVICE="" GLOWDECK_SETTINGS="$work/settings.json"
+export GLOWDECK_DISCOVERY_URL="" GLOWDECK_MDNS_SERVICE="" GLOWDECK_ARP_COMMAND="" GLOWDECK_SETTINGS="$work/settings.json"
 unset http_proxy https_proxy all_proxy HTTP_PROXY HTTPS_PROXY ALL_PROXY
 
 complete() { :; } # the script registers itself; here its function is called directly
@@ -54,6 +54,7 @@ value() {
     --in) echo 5 ;;
     --wait) echo 1 ;;
     --discovery-url) echo "" ;;
+    --pick) echo 001788FFFE6A3B2C ;;
     esac
 }
 for command in $commands; do

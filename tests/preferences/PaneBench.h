@@ -26,7 +26,8 @@ public:
         m_pairing = std::make_unique<BridgePairing>(settings(), m_network);
         m_connection = std::make_unique<BridgeConnection>(settings(), m_network, *m_pairing);
         m_discovery = std::make_unique<BridgeDiscovery>(commands, m_network);
-        m_discovery->setServiceUrl(QUrl()); // switched off unless a test starts the stand-in
+        m_discovery->setArpCommand(QStringLiteral("arp")); // the fake table
+        m_discovery->setServiceUrl(QUrl());                // switched off unless a test starts the stand-in
         m_debugReport = std::make_unique<DebugReport>(settings(), commands, m_state.fileName(), QUrl());
     }
 

@@ -1,3 +1,4 @@
+#include "FakeLocalNetwork.h"
 #include "PaneBench.h"
 #include "preferences/panes/ConfigurationPart.h"
 #include "preferences/panes/ConnectionView.h"
@@ -8,6 +9,7 @@
 #include <QFile>
 #include <QLabel>
 #include <QLineEdit>
+#include <QListWidget>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QTemporaryDir>
@@ -24,6 +26,7 @@ private Q_SLOTS:
     void pairingAsksForTheLinkButtonUntilItIsPressed();
     void detectFillsInTheAddressOrSaysNothingWasFound_data();
     void detectFillsInTheAddressOrSaysNothingWasFound();
+    void severalBridgesAreListedAndTheUserPicksOne();
     void linkButtonAnimationHoldsTheLastFrameForThirtyTicks();
     void sendDebugLinkRunsTheScriptAndThanks();
 
@@ -143,9 +146,11 @@ void TestConnectionView::detectFillsInTheAddressOrSaysNothingWasFound_data()
     QTest::addColumn<QString>("message");
 
     const QString pressButton = QStringLiteral("Bridge responded: Press LINK BUTTON and retry");
-    QTest::newRow("in the ARP table") << "? (127.0.0.2) at 00:17:88:aa:bb:cc [ether] on eth0\n"
-                                      << false << "127.0.0.2"
-                                      << "Unable to connect to the Hue bridge. Is the IP address correct?";
+    // Every address found is asked who it is first: one that does not answer as a bridge is no bridge.
+    QTest::newRow("in the ARP table, not answering")
+        << "? (127.0.0.2) at 00:17:88:aa:bb:cc [ether] on eth0\n"
+        << false << ""
+        << "Unable to connect to the Hue bridge. Is the IP address correct?";
     QTest::newRow("from the discovery service") << "" << true << "bridge" << pressButton;
     QTest::newRow("nowhere") << "? (10.0.0.1) at 11:22:33:44:55:66 [ether] on eth0\n"
                              << false << ""
@@ -174,6 +179,39 @@ void TestConnectionView::detectFillsInTheAddressOrSaysNothingWasFound()
     QTRY_COMPARE_WITH_TIMEOUT(error(), message, 10000);
     QCOMPARE(m_bench->settings().hueIP(), address == u"bridge" ? m_bench->bridge().hostAndPort() : address);
     QTRY_VERIFY(detect->isEnabled());
+}
+
+void TestConnectionView::severalBridgesAreListedAndTheUserPicksOne()
+{
+    // The same bridge announced on the local network and by the service is listed once.
+    BridgeSimulator upstairs;
+    upstairs.setBridgeId(u"001788FFFE000001"_qs);
+    QVERIFY(upstairs.listen());
+    FakeLocalNetwork localNetwork;
+    localNetwork.announced = {{u"127.0.0.1"_qs, m_bench->bridge().port(), m_bench->bridge().bridgeId()},
+                              {u"127.0.0.1"_qs, upstairs.port(), upstairs.bridgeId()}};
+    m_bench->discovery().setLocalNetworkBrowser(&localNetwork);
+    m_bench->discovery().setServiceUrl(m_bench->service.url());
+    m_bench->service.setAnswer(
+        u"{\"internalipaddress\":\"%1\"}"_qs.arg(m_bench->bridge().hostAndPort()).toUtf8());
+
+    QTest::mouseClick(child<QPushButton>(QStringLiteral("detectButton")), Qt::LeftButton);
+
+    auto* choices = child<QListWidget>(QStringLiteral("bridgeChoices"));
+    QTRY_VERIFY(choices->isVisible());
+    QCOMPARE(choices->accessibleName(), QStringLiteral("Bridges found"));
+    QCOMPARE(choices->count(), 2);
+    QCOMPARE(choices->item(1)->text(),
+             u"Philips hue at %1 (%2)"_qs.arg(upstairs.hostAndPort(), upstairs.bridgeId()));
+    QVERIFY(choices->hasFocus());
+    QVERIFY(m_bench->settings().hueIP().isEmpty()); // nothing chosen yet
+
+    QTest::keyClick(choices, Qt::Key_Down);
+    QTest::keyClick(choices, Qt::Key_Return);
+    QCOMPARE(m_bench->settings().hueIP(), upstairs.hostAndPort());
+    QVERIFY(!choices->isVisible());
+    QTRY_COMPARE(error(), QStringLiteral("Bridge responded: Press LINK BUTTON and retry")); // asked for a key
+    m_bench->discovery().setLocalNetworkBrowser(nullptr);
 }
 
 void TestConnectionView::linkButtonAnimationHoldsTheLastFrameForThirtyTicks()

@@ -1,6 +1,7 @@
 #include "CtlArguments.h"
 
 #include "model/BridgeAddress.h"
+#include "model/BridgeIdentity.h"
 
 #include "state/JsonSettingsStore.h"
 
@@ -54,6 +55,7 @@ enum OptionFlag : unsigned
     discoveryUrlOption = 1U << 3,
     bridgeOption = 1U << 4,
     keyOption = 1U << 5,
+    pickOption = 1U << 6,
 };
 constexpr unsigned bridgeAndKey = bridgeOption | keyOption;
 
@@ -193,8 +195,9 @@ constexpr CommandForm commandForms[] = {
     {"scene", CtlCommand::scene, "ID", "Recall a scene", sceneOperands, bridgeAndKey},
     {"all-off", CtlCommand::allOff, "[--in MINUTES]", "Switch every lamp off, one after the other",
      noOperands, inOption | bridgeAndKey},
-    {"discover", CtlCommand::discover, "[--discovery-url URL]",
-     "Find the bridge on this network and store its address", noOperands, discoveryUrlOption},
+    {"discover", CtlCommand::discover, "[--discovery-url URL] [--pick ID]",
+     "Find the bridges on this network; store the address of the only one, or of --pick ID", noOperands,
+     discoveryUrlOption | pickOption | jsonOption},
     {"pair", CtlCommand::pair, "[--wait SECONDS]",
      "Get a key from the bridge (press its link button) and store it", noOperands, waitOption | bridgeOption},
     {"status", CtlCommand::status, "", "Show the stored bridge and whether it answers", noOperands,
@@ -285,15 +288,16 @@ CtlArguments CtlArguments::parse(const QStringList& arguments)
     const QCommandLineOption in(QStringLiteral("in"), QString(), QStringLiteral("MINUTES"));
     const QCommandLineOption wait(QStringLiteral("wait"), QString(), QStringLiteral("SECONDS"));
     const QCommandLineOption discoveryUrl(QStringLiteral("discovery-url"), QString(), QStringLiteral("URL"));
+    const QCommandLineOption pick(QStringLiteral("pick"), QString(), QStringLiteral("ID"));
     const QCommandLineOption help(QStringList{QStringLiteral("h"), QStringLiteral("help")});
     const QCommandLineOption version(QStringList{QStringLiteral("v"), QStringLiteral("version")});
     QCommandLineParser parser;
     parser.addOptions(
-        {bridge, key, settings, json, withKey, in, wait, discoveryUrl, trustRoot, help, version});
+        {bridge, key, settings, json, withKey, in, wait, discoveryUrl, pick, trustRoot, help, version});
     if (!parser.parse(arguments))
         return refused(parser.errorText());
 
-    for (const QCommandLineOption& option : {bridge, key, settings, in, wait, discoveryUrl}) {
+    for (const QCommandLineOption& option : {bridge, key, settings, in, wait, discoveryUrl, pick}) {
         if (parser.values(option).size() > 1)
             return refused(QStringLiteral("--%1 is given more than once.").arg(option.names().constFirst()));
     }
@@ -328,6 +332,7 @@ CtlArguments CtlArguments::parse(const QStringList& arguments)
         {in, inOption},
         {wait, waitOption},
         {discoveryUrl, discoveryUrlOption},
+        {pick, pickOption},
         {bridge, bridgeOption},
         {key, keyOption},
     };
@@ -341,6 +346,17 @@ CtlArguments CtlArguments::parse(const QStringList& arguments)
     invocation.withKey = parser.isSet(withKey);
     if (invocation.withKey && !invocation.json)
         return refused(QStringLiteral("--with-key goes with --json only: a table never shows the key."));
+    if (invocation.withKey && invocation.command == CtlCommand::discover)
+        return refused(
+            QStringLiteral("--with-key goes with lights, rooms and scenes only: discover sends no key."));
+    if (parser.isSet(pick)) {
+        invocation.pick = parser.value(pick).toUpper();
+        if (!BridgeIdentity::isBridgeId(invocation.pick))
+            return refused(
+                QStringLiteral("--pick takes a bridge id (16 hexadecimal digits, as discover lists "
+                               "them), not %1.")
+                    .arg(quoted(parser.value(pick))));
+    }
     if (parser.isSet(in)) {
         qint64 minutes = 0;
         if (QString error = readNumber(parser.value(in), QStringLiteral("--in"), minutesRange, minutes);
@@ -422,7 +438,7 @@ QString CtlArguments::usage()
     line(QStringLiteral("--trust-root FILE"),
          QStringLiteral("also trust this authority (PEM) for the bridge's certificate (a test bridge)"));
     line(QStringLiteral("--json"),
-         QStringLiteral("lights, rooms, scenes: print the records as one JSON array, with"));
+         QStringLiteral("lights, rooms, scenes, discover: print the records as one JSON array, with"));
     line(QString(), QStringLiteral("\"hue_key\" empty"));
     line(QStringLiteral("--with-key"),
          QStringLiteral("with --json: fill in \"hue_key\" (the key lets anyone who reads "
@@ -437,6 +453,8 @@ QString CtlArguments::usage()
     line(QStringLiteral("--discovery-url URL"),
          QStringLiteral("discover: the discovery service to ask; default $GLOWDECK_DISCOVERY_URL,"));
     line(QString(), QStringLiteral("else Philips' public service; an empty URL asks no service"));
+    line(QStringLiteral("--pick ID"),
+         QStringLiteral("discover: store the bridge with this id when several answer"));
     line(QStringLiteral("-h, --help"), QStringLiteral("show this help"));
     line(QStringLiteral("-v, --version"), QStringLiteral("show the version"));
     text += QStringLiteral("\nThe bridge's address and key are kept in the settings file: 'discover' stores "

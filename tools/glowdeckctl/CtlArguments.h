@@ -52,6 +52,7 @@ struct CtlInvocation
     std::optional<qint64> offAfterMinutes; ///< all-off --in
     std::optional<qint64> waitSeconds;     ///< pair --wait
     std::optional<QString> discoveryUrl;   ///< discover --discovery-url; empty switches the service off
+    QString pick;                          ///< discover --pick: the bridge id of the bridge to store
     bool json = false;
     bool withKey = false;   ///< --with-key: the JSON records carry the key
     QString bridge;         ///< --bridge; empty: the stored address (pair stores it)

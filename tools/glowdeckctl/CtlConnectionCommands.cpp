@@ -15,7 +15,9 @@
 #include "state/Preferences.h"
 
 #include <QFileInfo>
+#include <QJsonArray>
 #include <QJsonDocument>
+#include <QJsonObject>
 #include <QNetworkAccessManager>
 #include <QTimer>
 
@@ -101,31 +103,59 @@ void CtlConnectionCommands::discover()
     m_discovery->setLocalNetworkBrowser(m_localNetwork.get());
     if (m_invocation.discoveryUrl)
         m_discovery->setServiceUrl(QUrl(*m_invocation.discoveryUrl));
-    m_discovery->detectBridgeIP([this](const std::optional<QString>& address) { onDiscovered(address); });
+    m_discovery->detectBridges(
+        [this](const QList<BridgeDiscovery::FoundBridge>& bridges) { onDiscovered(bridges); });
 }
 
-void CtlConnectionCommands::onDiscovered(const std::optional<QString>& address)
+void CtlConnectionCommands::onDiscovered(const QList<BridgeDiscovery::FoundBridge>& bridges)
 {
-    if (!address) {
+    if (m_invocation.json) {
+        QJsonArray list;
+        for (const BridgeDiscovery::FoundBridge& bridge : bridges)
+            list.append(QJsonObject{
+                {"address", bridge.address}, {"name", bridge.name}, {"bridgeid", bridge.bridgeId}});
+        write(stdout, QString::fromUtf8(QJsonDocument(list).toJson(QJsonDocument::Indented)));
+    }
+    if (bridges.isEmpty()) {
         printError(QStringLiteral("No Hue bridge found on this network."));
         printError(QStringLiteral("A bridge whose address you know: glowdeckctl pair --bridge HOST[:PORT]"));
         return finish(exitFailed);
     }
-    // The service's word is taken for the address, but it must still be one.
-    if (!CtlArguments::isBridgeAddress(*address)) {
+    if (!m_invocation.json) {
+        for (const BridgeDiscovery::FoundBridge& bridge : bridges)
+            printOut(QStringLiteral("Found a Hue bridge at %1: %2 (%3).")
+                         .arg(printable(bridge.address), printable(bridge.name), bridge.bridgeId));
+    }
+    const auto picked = std::find_if(bridges.cbegin(), bridges.cend(), [this](const auto& bridge) {
+        return bridge.bridgeId.compare(m_invocation.pick, Qt::CaseInsensitive) == 0;
+    });
+    if (!m_invocation.pick.isEmpty() && picked == bridges.cend()) {
+        printError(QStringLiteral("No bridge %1 answered; nothing was stored.").arg(m_invocation.pick));
+        return finish(exitFailed);
+    }
+    if (m_invocation.pick.isEmpty() && bridges.size() > 1) {
+        printError(
+            QStringLiteral("Several bridges answered; store yours with: glowdeckctl discover --pick ID"));
+        return finish(exitFailed);
+    }
+    const QString address = (m_invocation.pick.isEmpty() ? bridges.first() : *picked).address;
+    // The bridge's word is taken for the address, but it must still be one.
+    if (!CtlArguments::isBridgeAddress(address)) {
         printError(
             QStringLiteral("A bridge was reported at %1, which is not HOST[:PORT]; nothing was stored.")
-                .arg(printable(*address)));
+                .arg(printable(address)));
         return finish(exitFailed);
     }
     m_store = std::make_unique<JsonSettingsStore>(m_fileName);
-    Preferences(*m_store).setBridgeAddress(*address);
-    printOut(QStringLiteral("Found a Hue bridge at %1.").arg(*address));
+    Preferences(*m_store).setBridgeAddress(address);
     if (!m_store->saveError().isEmpty()) {
         printError(QStringLiteral("Its address was not stored: %1.").arg(m_store->saveError()));
         return finish(exitFailed);
     }
-    printOut(QStringLiteral("Stored it as the bridge address in %1; next: glowdeckctl pair").arg(m_fileName));
+    // With --json the standard output is the list alone.
+    const QString stored = QStringLiteral("Stored %1 as the bridge address in %2; next: glowdeckctl pair")
+                               .arg(address, m_fileName);
+    m_invocation.json ? printError(stored) : printOut(stored);
     finish(exitDone);
 }
 

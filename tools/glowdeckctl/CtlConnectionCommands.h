@@ -1,6 +1,7 @@
 #pragma once
 
 #include "CtlArguments.h"
+#include "connection/BridgeDiscovery.h"
 #include "connection/BridgePairing.h"
 #include "connection/LocalNetworkBrowser.h"
 
@@ -50,7 +51,7 @@ private:
     QString storedKey() const;
 
     void discover();
-    void onDiscovered(const std::optional<QString>& address);
+    void onDiscovered(const QList<BridgeDiscovery::FoundBridge>& bridges);
 
     void pair();
     void askForKey();

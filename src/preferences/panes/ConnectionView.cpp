@@ -14,6 +14,7 @@
 #include <QEvent>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QListWidget>
 #include <QPointer>
 #include <QPushButton>
 #include <QTimer>
@@ -27,6 +28,8 @@ ConnectionView::ConnectionView(AppSettings& settings, BridgeDiscovery& discovery
       m_unpairedHint(PaneWidgets::wrappedText(unpairedHint(), this)),
       m_security(PaneWidgets::wrappedText(QString(), this)),
       m_configuration(new ConfigurationPart(settings, this)),
+      m_choiceHint(PaneWidgets::wrappedText(tr("Several bridges answered. Pick yours:"), this)),
+      m_choices(new QListWidget(this)), m_useChoice(new QPushButton(tr("Use This Bridge"), this)),
       m_error(PaneWidgets::wrappedText(QString(), this)), m_player(new ImagePlayer(this)),
       m_sendDebug(new LinkButton(sendDebugText(), this))
 {
@@ -39,6 +42,11 @@ ConnectionView::ConnectionView(AppSettings& settings, BridgeDiscovery& discovery
     m_security->setObjectName(QStringLiteral("connectionSecurity"));
     m_error->setTextInteractionFlags(Qt::TextSelectableByMouse);
     m_sendDebug->setObjectName(QStringLiteral("sendDebugLink"));
+    m_choices->setObjectName(QStringLiteral("bridgeChoices"));
+    m_choices->setAccessibleName(tr("Bridges found"));
+    m_useChoice->setObjectName(QStringLiteral("useBridge"));
+    for (QWidget* part : std::initializer_list<QWidget*>{m_choiceHint, m_choices, m_useChoice})
+        part->hide();
 
     auto* statusRow = new QHBoxLayout;
     statusRow->addWidget(m_status);
@@ -58,6 +66,9 @@ ConnectionView::ConnectionView(AppSettings& settings, BridgeDiscovery& discovery
     layout->addWidget(m_unpairedHint);
     layout->addSpacing(6);
     layout->addWidget(m_configuration);
+    layout->addWidget(m_choiceHint);
+    layout->addWidget(m_choices);
+    layout->addWidget(m_useChoice, 0, Qt::AlignLeft);
     layout->addWidget(m_error);
     layout->addSpacing(6);
     layout->addWidget(PaneWidgets::wrappedText(linkButtonHint(), this));
@@ -65,6 +76,9 @@ ConnectionView::ConnectionView(AppSettings& settings, BridgeDiscovery& discovery
     layout->addWidget(m_sendDebug);
 
     connect(m_statusButton, &QPushButton::clicked, this, &ConnectionView::onStatusButton);
+    // A double click or Enter on a row, or the button, takes the bridge of the current row.
+    connect(m_choices, &QListWidget::itemActivated, this, &ConnectionView::onBridgeChosen);
+    connect(m_useChoice, &QPushButton::clicked, this, &ConnectionView::onBridgeChosen);
     connect(&m_connection, &BridgeConnection::bridgeMoved, this,
             [this](const QString&, const QString& from, const QString& to) {
                 m_moved = tr("It moved from %1 to %2 and was found there by itself.").arg(from, to);
@@ -181,21 +195,53 @@ void ConnectionView::onDetect()
         return;
     m_detecting = true;
     m_settings.setConnectionErrorMessage(QString());
+    for (QWidget* part : std::initializer_list<QWidget*>{m_choiceHint, m_choices, m_useChoice})
+        part->hide();
     updateBusy();
-    m_discovery.detectBridgeIP([self = QPointer(this)](const std::optional<QString>& address) {
+    m_discovery.detectBridges([self = QPointer(this)](const QList<BridgeDiscovery::FoundBridge>& bridges) {
         if (!self)
             return;
         self->m_detecting = false;
         self->updateBusy();
-        const QString found = address.value_or(QString()).trimmed();
-        if (found.isEmpty()) {
+        if (bridges.isEmpty()) {
             self->m_settings.setConnectionErrorMessage(BridgePairing::noConnectionMessage());
             return;
         }
-        self->m_settings.setHueIP(found);
-        // Without a key this asks the bridge for one: the link-button message tells the user what to do.
-        self->m_connection.connectToBridge();
+        if (bridges.size() == 1)
+            return self->useBridge(bridges.first().address);
+        // Several: the user says which is theirs.
+        self->m_choices->clear();
+        for (const BridgeDiscovery::FoundBridge& bridge : bridges) {
+            const QString name = bridge.name.isEmpty() ? tr("Hue bridge") : bridge.name;
+            auto* row = new QListWidgetItem(tr("%1 at %2 (%3)").arg(name, bridge.address, bridge.bridgeId),
+                                            self->m_choices);
+            row->setData(Qt::UserRole, bridge.address);
+        }
+        self->m_choices->setCurrentRow(0);
+        self->m_choices->setFixedHeight(int(bridges.size()) * (self->m_choices->sizeHintForRow(0) + 2) +
+                                        2 * self->m_choices->frameWidth());
+        for (QWidget* part :
+             std::initializer_list<QWidget*>{self->m_choiceHint, self->m_choices, self->m_useChoice})
+            part->show();
+        self->m_choices->setFocus();
     });
+}
+
+void ConnectionView::onBridgeChosen()
+{
+    const QListWidgetItem* row = m_choices->currentItem();
+    if (!row)
+        return;
+    for (QWidget* part : std::initializer_list<QWidget*>{m_choiceHint, m_choices, m_useChoice})
+        part->hide();
+    useBridge(row->data(Qt::UserRole).toString());
+}
+
+void ConnectionView::useBridge(const QString& address)
+{
+    m_settings.setHueIP(address);
+    // Without a key this asks the bridge for one: the link-button message tells the user what to do.
+    m_connection.connectToBridge();
 }
 
 void ConnectionView::onDisconnect()

@@ -11,6 +11,7 @@ class DebugReport;
 class ImagePlayer;
 class LinkButton;
 class QLabel;
+class QListWidget;
 class QPushButton;
 
 /// The connection pane ("advanced"): whether a bridge is connected, Connect or Disconnect, finding the bridge
@@ -46,6 +47,9 @@ private:
     void onStatusButton();
     void onConnect();
     void onDetect();
+    /// Uses the bridge at `address`: stores it and connects (asking for a key when there is none).
+    void useBridge(const QString& address);
+    void onBridgeChosen();
     void onDisconnect();
     void onSendDebug();
     void onPairingFinished();
@@ -66,6 +70,9 @@ private:
     QLabel* m_security; ///< how the bridge is reached and who it proved to be
     QString m_moved;    ///< where the bridge was found after it moved, while it stays there
     ConfigurationPart* m_configuration;
+    QLabel* m_choiceHint;   ///< shown with the list when Detect found several bridges
+    QListWidget* m_choices; ///< the bridges Detect found, one per row
+    QPushButton* m_useChoice;
     QLabel* m_error;
     ImagePlayer* m_player;
     LinkButton* m_sendDebug;

@@ -144,7 +144,7 @@ e2e_start_glowdeck() {
     local glowdeck=$1
     shift
     [ -x "$glowdeck" ] || fail "$glowdeck is not an executable"
-    GLOWDECK_TRACE_STARTUP=1 GLOWDECK_DISCOVERY_URL= GLOWDECK_MDNS_SERVICE= GLOWDECK_ERROR_ENDPOINT= GLOWDECK_HELP_URL= \
+    GLOWDECK_TRACE_STARTUP=1 GLOWDECK_DISCOVERY_URL= GLOWDECK_MDNS_SERVICE= GLOWDECK_ARP_COMMAND= GLOWDECK_ERROR_ENDPOINT= GLOWDECK_HELP_URL= \
         GLOWDECK_FEEDBACK_URL= GLOWDECK_REVIEW_URL= GLOWDECK_WEBSITE_URL= GLOWDECK_DONATION_URL= \
         "$glowdeck" "$@" >"$e2e_work/glowdeck.out" 2>"$e2e_work/glowdeck.err" &
     glowdeck_pid=$!
