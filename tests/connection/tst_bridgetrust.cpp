@@ -252,25 +252,35 @@ void TestBridgeTrust::aBridgeThatMovedIsFoundByItsIdAndNoOtherGetsTheKey()
     QVERIFY(m_bridge->listenTls(QHostAddress(u"127.0.0.2"_qs), 0));
     const QString after = u"127.0.0.2:%1"_qs.arg(m_bridge->tlsPort());
 
-    // The local network announces the neighbour without an id, then the bridge with its own.
     FakeCommands commands;
     FakeLocalNetwork localNetwork;
-    localNetwork.announced = {{u"127.0.0.1"_qs, port, QString()},
-                              {u"127.0.0.2"_qs, m_bridge->tlsPort(), bridgeId}};
     BridgeDiscovery finder(commands, *m_network);
     finder.setServiceUrl(QUrl());
     finder.setLocalNetworkBrowser(&localNetwork);
     m_connection->setBridgeFinder(&finder);
-    m_connection->setClock([] { return QDateTime::currentDateTime().addSecs(60); });
-
+    QDateTime now = QDateTime::currentDateTime().addSecs(60);
+    m_connection->setClock([&now] { return now; });
     QSignalSpy moved(m_connection.get(), &BridgeConnection::bridgeMoved);
-    for (int tick = 0; tick < 2 * BridgeConnection::missesBeforeSearch && moved.isEmpty(); ++tick) {
-        m_connection->refreshTick();
-        QTest::qWait(300);
-    }
+    const auto tick = [&](int times) {
+        for (int i = 0; i < times && moved.isEmpty(); ++i) {
+            m_connection->refreshTick();
+            QTest::qWait(300);
+        }
+    };
+
+    // Not announced yet: one search, and no other within the minute however often the bridge is missed.
+    tick(2 * BridgeConnection::missesBeforeSearch);
+    QCOMPARE(localNetwork.asked, 1);
+    QVERIFY(moved.isEmpty());
+
+    // Then the local network announces the neighbour without an id, and the bridge with its own.
+    localNetwork.announced = {{u"127.0.0.1"_qs, port, QString()},
+                              {u"127.0.0.2"_qs, m_bridge->tlsPort(), bridgeId}};
+    now = now.addSecs(61);
+    tick(2);
     QCOMPARE(moved.size(), 1);
     QCOMPARE(moved.first(), (QList<QVariant>{bridgeId, before, after}));
-    QCOMPARE(localNetwork.asked, 1);
+    QCOMPARE(localNetwork.asked, 2);
     QTRY_VERIFY(settings().bridgeConnected());
     QCOMPARE(settings().hueKey(), key); // nothing paired again
     QTRY_COMPARE(m_state->store().readString(SettingsKeys::bridgeIP), after);
