@@ -356,8 +356,7 @@ void AppDelegate::onWindowResizePlease(qint64 height)
 
 void AppDelegate::onAllOff()
 {
-    for (const HueLight& light : m_settings->lights())
-        m_helper->setLightOn(light, false);
+    m_helper->switchEverythingOff();
 }
 
 void AppDelegate::onAllOffInMinutes()

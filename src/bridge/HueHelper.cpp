@@ -93,6 +93,25 @@ void HueHelper::increaseGroupBrightness(HueGroup group, qint64 delta)
             group.group_id, QStringLiteral("brightness_increase"));
 }
 
+void HueHelper::switchEverythingOff()
+{
+    QList<HueLight> lights = m_settings.lights();
+    for (HueLight& light : lights)
+        light.is_on = false;
+    m_settings.setLights(lights);
+    QList<HueGroup> rooms = m_settings.groups();
+    for (HueGroup& room : rooms) {
+        room.is_on = false;
+        room.any_on = false;
+    }
+    m_settings.setGroups(rooms);
+    const QUrl address =
+        bridgeResourceUrl(m_settings.bridgeEndpoint(), m_settings.hueKey(),
+                          {QStringLiteral("groups"), QStringLiteral("0"), QStringLiteral("action")});
+    enqueue(address, HueLampOnOffUpdate{false}.encode(), false, true, QStringLiteral("0"),
+            QStringLiteral("on"));
+}
+
 void HueHelper::recallScene(const QString& sceneId)
 {
     const QUrl address =

@@ -18,6 +18,7 @@ private Q_SLOTS:
     void cleanup();
     void buildsTheRightRequest_data();
     void buildsTheRightRequest();
+    void everythingOffShowsEveryLampAndRoomOff();
     void switchesOffAtTheBrightnessThreshold_data();
     void switchesOffAtTheBrightnessThreshold();
     void clampsTheLocalBrightnessOfAnIncrease_data();
@@ -111,6 +112,9 @@ void TestHueHelper::buildsTheRightRequest_data()
     QTest::newRow("scene recall goes through group 0")
         << Command([](HueHelper& h, HueLight, HueGroup) { h.recallScene(QStringLiteral("Abc-123")); })
         << "groups/0/action" << QByteArray(R"({"scene":"Abc-123"})") << ":scene";
+    QTest::newRow("everything off in one request to group 0")
+        << Command([](HueHelper& h, HueLight, HueGroup) { h.switchEverythingOff(); }) << "groups/0/action"
+        << QByteArray(R"({"on":false})") << "all:on";
 }
 
 void TestHueHelper::buildsTheRightRequest()
@@ -128,9 +132,27 @@ void TestHueHelper::buildsTheRightRequest()
     QCOMPARE(item.body, body);
     const QString kind = property.section(u':', 0, 0);
     QCOMPARE(item.is_light_update, kind == u"light");
-    QCOMPARE(item.is_group_update, kind == u"group");
+    QCOMPARE(item.is_group_update, kind == u"group" || kind == u"all");
     QCOMPARE(item.property, property.section(u':', 1));
-    QCOMPARE(item.item_id, kind == u"light" ? u"3"_qs : kind == u"group" ? u"2"_qs : u"Abc-123"_qs);
+    QCOMPARE(item.item_id, kind == u"light"   ? u"3"_qs
+                           : kind == u"group" ? u"2"_qs
+                           : kind == u"all"   ? u"0"_qs
+                                              : u"Abc-123"_qs);
+}
+
+void TestHueHelper::everythingOffShowsEveryLampAndRoomOff()
+{
+    m_room.any_on = true;
+    m_bench->settings().setGroups({m_room, m_room});
+    m_helper->switchEverythingOff();
+    for (const HueLight& light : m_bench->settings().lights())
+        QVERIFY(!light.is_on);
+    for (const HueGroup& room : m_bench->settings().groups())
+        QVERIFY(!room.is_on && !room.any_on);
+    // The bridge switches every lamp at once.
+    QTRY_COMPARE(m_bench->changes().size(), 1);
+    for (const QString& id : m_bench->bridge().lightIds())
+        QCOMPARE(m_bench->bridge().light(id).value(u"state").toObject().value(u"on"), QJsonValue(false));
 }
 
 void TestHueHelper::switchesOffAtTheBrightnessThreshold_data()
