@@ -5,7 +5,11 @@
 #include "bridge/HttpExchange.h"
 #include "state/AppSettings.h"
 
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QNetworkAccessManager>
+
+#include <algorithm>
 
 ActionQueue::ActionQueue(AppSettings& settings, QNetworkAccessManager& network, QObject* parent)
     : QObject(parent), m_settings(settings), m_network(network)
@@ -48,12 +52,32 @@ void ActionQueue::insert(const ActionQueueItem& item)
     // Like with like only: lamp "3" and room "3" are different things on a bridge, so a change replaces an
     // older one only of the same kind of resource, the same id and the same property.
     QList<ActionQueueItem> queue = m_settings.actionQueue();
-    queue.removeIf([&item](const ActionQueueItem& pending) {
-        return pending.item_id == item.item_id && pending.is_light_update == item.is_light_update &&
-               pending.is_group_update == item.is_group_update && pending.property == item.property;
+    ActionQueueItem newest = item;
+    queue.removeIf([&newest](const ActionQueueItem& pending) {
+        const bool replaced =
+            pending.item_id == newest.item_id && pending.is_light_update == newest.is_light_update &&
+            pending.is_group_update == newest.is_group_update && pending.property == newest.property;
+        // Two presses of Brighter are two steps: an increment still waiting adds to the new one.
+        if (replaced && newest.property == brightnessIncrease)
+            newest.body = withIncrementsAdded(pending.body, newest.body);
+        return replaced;
     });
-    queue.append(item);
+    queue.append(newest);
     m_settings.setActionQueue(queue);
+}
+
+QByteArray ActionQueue::withIncrementsAdded(const QByteArray& older, const QByteArray& newer)
+{
+    const QJsonObject first = QJsonDocument::fromJson(older).object();
+    QJsonObject second = QJsonDocument::fromJson(newer).object();
+    const QJsonValue a = first.value(u"bri_inc");
+    const QJsonValue b = second.value(u"bri_inc");
+    if (!a.isDouble() || !b.isDouble())
+        return newer;
+    // The bridge takes increments between -254 and 254.
+    const qint64 sum = std::clamp<qint64>(qint64(a.toDouble()) + qint64(b.toDouble()), -254, 254);
+    second.insert(QStringLiteral("bri_inc"), sum);
+    return QJsonDocument(second).toJson(QJsonDocument::Compact);
 }
 
 void ActionQueue::onTick()

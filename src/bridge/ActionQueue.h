@@ -28,6 +28,10 @@ public:
     /// next refresh shows the truth.
     static constexpr std::chrono::milliseconds sendTimeout{3000};
     static constexpr std::chrono::milliseconds sendDeadline{5000};
+    /// The property of a room's brightness step; a waiting one adds to a new one instead of being replaced.
+    static inline const QString brightnessIncrease = QStringLiteral("brightness_increase");
+    /// `newer` with the increment of `older` added to its own, kept within the bridge's -254 to 254.
+    static QByteArray withIncrementsAdded(const QByteArray& older, const QByteArray& newer);
 
     explicit ActionQueue(AppSettings& settings, QNetworkAccessManager& network, QObject* parent = nullptr);
 

@@ -90,7 +90,7 @@ void HueHelper::increaseGroupBrightness(HueGroup group, qint64 delta)
         on = g.is_on;
     });
     enqueue(roomAddress(group), HueGroupBrightnessIncrease{delta, stepTransition, on}.encode(), false, true,
-            group.group_id, QStringLiteral("brightness_increase"));
+            group.group_id, ActionQueue::brightnessIncrease);
 }
 
 void HueHelper::switchEverythingOff()

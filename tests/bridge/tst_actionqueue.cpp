@@ -52,7 +52,8 @@ ActionQueueItem TestActionQueue::item(const QString& id, const QString& property
     change.url =
         QUrl(QStringLiteral("http://%1/api/%2/").arg(m_bench->bridge().hostAndPort(), m_bench->key()) +
              target.arg(id));
-    change.body = QStringLiteral(R"({"bri":%1})").arg(value).toUtf8();
+    const bool step = property == ActionQueue::brightnessIncrease;
+    change.body = QString::fromLatin1(step ? R"({"bri_inc":%1})" : R"({"bri":%1})").arg(value).toUtf8();
     change.issued_at = QDateTime::currentDateTime();
     change.is_light_update = light;
     change.is_group_update = !light;
@@ -83,6 +84,17 @@ void TestActionQueue::mergesRepeatedChanges_data()
         << QStringList{"group on 1", "light on 2"} << QStringList{"group on 1", "light on 2"};
     QTest::newRow("light then light") << QStringList{"light on 1", "light on 2"} << QStringList{"light on 2"};
     QTest::newRow("group then group") << QStringList{"group on 1", "group on 2"} << QStringList{"group on 2"};
+    // Steps add up (two presses of Brighter are +100), within the bridge's range.
+    QTest::newRow("steps add up") << QStringList{"group brightness_increase 50",
+                                                 "group brightness_increase 50"}
+                                  << QStringList{"group brightness_increase 100"};
+    QTest::newRow("steps stop at 254")
+        << QStringList{"group brightness_increase 200", "group brightness_increase 100"}
+        << QStringList{"group brightness_increase 254"};
+    QTest::newRow("and at -254") << QStringList{"group brightness_increase -200",
+                                                "group brightness_increase -100",
+                                                "group brightness_increase -100"}
+                                 << QStringList{"group brightness_increase -254"};
 }
 
 void TestActionQueue::mergesRepeatedChanges()
@@ -108,7 +120,7 @@ void TestActionQueue::mergesRepeatedChanges()
     QVERIFY(drained.wait(5000));
     QStringList sent;
     for (const SimulatedRequest& request : m_bench->changes())
-        sent << request.path.section(u'/', 3, 4) + u' ' + QString::number(request.body.value(u"bri").toInt());
+        sent << request.path.section(u'/', 3, 4) + u' ' + QString::number(request.body.begin()->toInt());
     QStringList expected;
     for (const QString& entry : queued)
         expected << (entry.startsWith(u"light") ? u"lights/3 "_qs : u"groups/3 "_qs) + entry.section(u' ', 2);

@@ -139,10 +139,10 @@ void TestHotkeyActions::aCustomSlotActsOnEveryRoomWithItsId_data()
 
     QTest::newRow("on") << "3_on" << QList<bool>{false, true, true} << R"(groups/3/action {"on":true})";
     QTest::newRow("off") << "1_off" << QList<bool>{false, false, false} << R"(groups/1/action {"on":false})";
-    // The local change of a brightness step goes to the first room with the id, twice here (100 - 2 x 50
-    // leaves it off); the queue keeps one request per room id and property.
+    // A room listed twice gets the step twice, on the wire as in the record (100 - 2 x 50 leaves it off):
+    // the queue adds a waiting step to the next.
     QTest::newRow("darker") << "3_darker" << QList<bool>{false, false, false}
-                            << R"(groups/3/action {"bri_inc":-50,"transitiontime":1,"on":false})";
+                            << R"(groups/3/action {"bri_inc":-100,"on":false,"transitiontime":1})";
 }
 
 void TestHotkeyActions::aCustomSlotActsOnEveryRoomWithItsId()
