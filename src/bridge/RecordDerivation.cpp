@@ -115,7 +115,8 @@ std::optional<HueLight> RecordDerivation::light(const HueDevice& device)
     light.model_id = device.modelid ? pooled(*device.modelid) : QString();
     light.unique_id = textOr(device.uniqueid, QString());
     deriveColourAbilities(device, light);
-    light.allows_brightness = true;
+    // A plug and other lamps without dimming report no brightness at all: they only switch.
+    light.allows_brightness = state.bri.has_value();
     light.is_on = state.on.value_or(false);
     light.brightness = state.bri.value_or(0);
     light.hue = state.hue.value_or(0);

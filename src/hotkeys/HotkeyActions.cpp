@@ -6,6 +6,8 @@
 #include "state/AppSettings.h"
 #include "state/Console.h"
 
+#include <QHash>
+
 #include <limits>
 
 namespace {
@@ -111,13 +113,13 @@ void HotkeyActions::allLightsOff()
 
 void HotkeyActions::allLightsBrighter()
 {
-    changeEveryRoom([](HueGroup& room) { room.is_on = true; }, &HotkeyActions::brighten);
+    changeEveryRoom([](HueGroup& room) { room.is_on = true; }, &HotkeyActions::brighten, dimmable());
 }
 
 void HotkeyActions::allLightsDarker()
 {
     // Marked on although it only dims, like brighter: the refresh brings the bridge's word.
-    changeEveryRoom([](HueGroup& room) { room.is_on = true; }, &HotkeyActions::darken);
+    changeEveryRoom([](HueGroup& room) { room.is_on = true; }, &HotkeyActions::darken, dimmable());
 }
 
 void HotkeyActions::allLightsRed()
@@ -142,8 +144,10 @@ void HotkeyActions::runCustomGroupAction(int slot)
         return;
     // Every room with the id, not only the first: the walk goes on past a match.
     const QList<HueGroup> rooms = m_settings.groups();
+    const bool stepping = action.kind == Kind::brighter || action.kind == Kind::darker;
+    const auto canDim = stepping ? dimmable() : nullptr;
     for (qsizetype i = 0; i < rooms.size(); ++i) {
-        if (rooms.at(i).group_id != action.groupId)
+        if (rooms.at(i).group_id != action.groupId || (stepping && !canDim(rooms.at(i))))
             continue;
         switch (action.kind) {
         case Kind::on:
@@ -180,18 +184,45 @@ void HotkeyActions::colorEveryRoom(qint64 hue, qint64 saturation)
 }
 
 void HotkeyActions::changeEveryRoom(const std::function<void(HueGroup&)>& change,
-                                    void (HotkeyActions::*command)(const HueGroup&))
+                                    void (HotkeyActions::*command)(const HueGroup&),
+                                    const std::function<bool(const HueGroup&)>& applies)
 {
     QList<HueGroup> rooms = m_settings.groups();
     if (rooms.isEmpty())
         return;
     // One change of the list for all rooms rather than one per room: the menu redraws once. Each room's
     // command still sees its own changed record.
-    for (HueGroup& room : rooms)
-        change(room);
+    QList<bool> chosen;
+    chosen.reserve(rooms.size());
+    for (HueGroup& room : rooms) {
+        chosen.append(!applies || applies(room));
+        if (chosen.constLast())
+            change(room);
+    }
     m_settings.setGroups(rooms);
-    for (const HueGroup& room : std::as_const(rooms))
-        (this->*command)(room);
+    for (qsizetype i = 0; i < rooms.size(); ++i) {
+        if (chosen.at(i))
+            (this->*command)(rooms.at(i));
+    }
+}
+
+std::function<bool(const HueGroup&)> HotkeyActions::dimmable() const
+{
+    QHash<QString, bool> dims;
+    for (const HueLight& light : m_settings.lights())
+        dims.insert(light.lamp_id, light.allows_brightness);
+    return [dims = std::move(dims)](const HueGroup& room) {
+        bool anyKnown = false;
+        for (const QString& lampId : room.lights) {
+            const auto found = dims.constFind(lampId);
+            if (found == dims.cend())
+                continue;
+            if (*found)
+                return true;
+            anyKnown = true;
+        }
+        return !anyKnown;
+    };
 }
 
 void HotkeyActions::switchOn(const HueGroup& room)

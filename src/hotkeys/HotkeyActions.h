@@ -94,9 +94,14 @@ public:
     void runCustomGroupAction(int slot);
 
 private:
-    /// Changes each room's record first, so the menu shows it at once, then sends each room its command.
+    /// Changes each room's record first, so the menu shows it at once, then sends each room its command; only
+    /// the rooms `applies` accepts, when given.
     void changeEveryRoom(const std::function<void(HueGroup&)>& change,
-                         void (HotkeyActions::*command)(const HueGroup&));
+                         void (HotkeyActions::*command)(const HueGroup&),
+                         const std::function<bool(const HueGroup&)>& applies = {});
+    /// Whether a brightness step means anything to the room: not for a room of plugs and other lamps without
+    /// dimming only. A room none of whose lamps is known yet is taken as dimmable.
+    std::function<bool(const HueGroup&)> dimmable() const;
     /// Every room on, in this colour; the hue and saturation are the room's own from then on.
     void colorEveryRoom(qint64 hue, qint64 saturation);
     void switchOn(const HueGroup& room);

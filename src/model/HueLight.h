@@ -11,7 +11,7 @@ struct HueLight
     QString model_id;
     bool allows_color = false;
     bool allows_ambient = false;
-    bool allows_brightness = true;
+    bool allows_brightness = true; ///< false for a lamp without dimming (a plug): its state has no "bri"
     bool is_on = false;
     qint64 brightness = 0;
     qint64 hue = 0;

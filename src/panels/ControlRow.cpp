@@ -80,6 +80,8 @@ void ControlRow::showState(const RowState& state)
         m_colorField->setMarker(state.hue, state.saturation);
     if (!m_temperatureBar->isDragging())
         m_temperatureBar->setMarker(state.warmth);
+    if (m_slider->isVisibleTo(this) != state.slider)
+        m_slider->setVisible(state.slider);
     if (m_colorField->isVisibleTo(this) != state.colorField)
         m_colorField->setVisible(state.colorField);
     if (m_temperatureBar->isVisibleTo(this) != state.temperatureBar)

@@ -19,6 +19,7 @@ struct RowState
     double hue = 0;
     double saturation = 0;
     double warmth = 0;
+    bool slider = true; ///< the brightness slider: not for a lamp that only switches (a plug)
     bool colorField = false;
     bool temperatureBar = false;
 

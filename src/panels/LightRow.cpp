@@ -19,8 +19,9 @@ void LightRow::setLight(const HueLight& light)
                .hue = RowValues::hueFraction(light.hue),
                .saturation = RowValues::saturationFraction(light.saturation),
                .warmth = RowValues::temperatureFraction(light.color_temperature, light.ct_min, light.ct_max),
-               .colorField = light.allows_color,
-               .temperatureBar = light.allows_ambient});
+               .slider = light.allows_brightness,
+               .colorField = light.allows_color && light.allows_brightness,
+               .temperatureBar = light.allows_ambient && light.allows_brightness});
 }
 
 std::optional<HueLight> LightRow::write(const std::function<void(HueLight&)>& change)

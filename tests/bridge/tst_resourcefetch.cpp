@@ -138,10 +138,20 @@ void TestResourceFetch::flattensLightFields()
          {"8", lamp("Extended color light", R"(,"xy":[0.1,0.2,0.3])")
                    .replace("\"name\":\"Lamp\"", "\"name\":null")},
          {"9", lamp("Dimmable light", R"(,"xy":[0,0])").replace("\"name\":\"Lamp\"", "\"name\":\"\"")},
-         {"10", QByteArray(R"({"state":{"reachable":true}})")}});
+         {"10", QByteArray(R"({"state":{"reachable":true}})")},
+         // As a bridge reports a Hue smart plug: no "bri", no colour.
+         {"11",
+          QByteArray(R"({"state":{"on":true,"alert":"select","mode":"homeautomation","reachable":true},)"
+                     R"("swupdate":{"state":"noupdates","lastinstall":"2024-03-02T10:11:12"},)"
+                     R"("type":"On/Off plug-in unit","name":"Hall plug","modelid":"LOM001",)"
+                     R"("manufacturername":"Signify Netherlands B.V.","productname":"Hue Smart plug",)"
+                     R"("capabilities":{"certified":true,"control":{},"streaming":{"renderer":false,)"
+                     R"("proxy":false}},"config":{"archetype":"plug","function":"functional",)"
+                     R"("direction":"omnidirectional","startup":{"mode":"safety","configured":true}},)"
+                     R"("uniqueid":"00:17:88:01:08:4a:1b:2c-0b","swversion":"1.104.2"})")}});
     const LightsResult result = lightsFromBody(body, QStringLiteral("10.0.0.2:8080"), QStringLiteral("KEY"));
     QVERIFY(result.ok());
-    QCOMPARE(result.records.size(), 4);
+    QCOMPARE(result.records.size(), 5);
 
     const HueLight& full = result.records[0];
     QCOMPARE(
@@ -159,8 +169,14 @@ void TestResourceFetch::flattensLightFields()
 
     const HueLight& bare = result.records[3];
     QCOMPARE(bare.name, QStringLiteral("No name"));
-    QVERIFY(!bare.is_on && bare.allows_brightness && bare.product_name.isEmpty() && bare.unique_id.isEmpty());
+    // No brightness in the state: a lamp that only switches.
+    QVERIFY(!bare.is_on && !bare.allows_brightness && bare.product_name.isEmpty() &&
+            bare.unique_id.isEmpty());
     QCOMPARE(bare.brightness, 0);
+
+    const HueLight& plug = result.records[4];
+    QVERIFY(plug.is_on && !plug.allows_brightness && !plug.allows_color && !plug.allows_ambient);
+    QCOMPARE(plug.product_name, QStringLiteral("Hue Smart plug"));
 }
 
 void TestResourceFetch::derivesRooms_data()

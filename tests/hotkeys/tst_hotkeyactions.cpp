@@ -23,6 +23,7 @@ private Q_SLOTS:
     void aCustomSlotActsOnEveryRoomWithItsId();
     void whatCannotBeDoneSendsNothing_data();
     void whatCannotBeDoneSendsNothing();
+    void brightnessStepsPassOverRoomsOfPlugs();
     void offersFourChoicesPerRoomAfterNoAction();
     void storesTheStepAndTheChoice();
 
@@ -192,6 +193,26 @@ void TestHotkeyActions::whatCannotBeDoneSendsNothing()
     // Every command starts the queue's timer at once; none runs.
     QVERIFY(!m_bench->queue().isProcessing());
     QVERIFY(m_bench->settings().actionQueue().isEmpty());
+}
+
+void TestHotkeyActions::brightnessStepsPassOverRoomsOfPlugs()
+{
+    // Room 1 holds a plug only, room 2 a plug and a lamp, room 3 lamps the bridge has not listed yet.
+    m_bench->setRooms({QStringLiteral("1"), QStringLiteral("2"), QStringLiteral("3")});
+    QList<HueGroup> rooms = m_bench->settings().groups();
+    rooms[0].lights = {QStringLiteral("9")};
+    rooms[1].lights = {QStringLiteral("9"), QStringLiteral("4")};
+    rooms[2].lights = {QStringLiteral("5")};
+    m_bench->settings().setGroups(rooms);
+    m_bench->settings().setLights(
+        {{.lamp_id = QStringLiteral("9"), .allows_brightness = false}, {.lamp_id = QStringLiteral("4")}});
+    m_bench->store().writeString(QStringLiteral("hotkeyCustomGroupAction0"), QStringLiteral("1_brighter"));
+
+    press(HotkeyNames::allLightsBrighter());
+    press(HotkeyNames::customGroup(1));
+    QTRY_COMPARE(m_bench->sent().size(), 2);
+    QCOMPARE(m_bench->sent().filter(QStringLiteral("groups/1/")), QStringList());
+    QVERIFY(!m_bench->settings().groups().at(0).is_on); // not shown as brightened either
 }
 
 void TestHotkeyActions::offersFourChoicesPerRoomAfterNoAction()

@@ -185,6 +185,16 @@ void TestLightRow::showsTheBarsTheLampSupports()
     changed.allows_color = !color;
     m_row->setLight(changed);
     QCOMPARE(m_row->findChild<ColorField*>()->isVisible(), !color);
+    QVERIFY(m_row->findChild<CustomSlider*>()->isVisible());
+
+    // A plug (no brightness in its state) only switches: no slider, no colour, whatever else it claims.
+    changed.allows_brightness = false;
+    changed.allows_color = changed.allows_ambient = true;
+    m_row->setLight(changed);
+    QVERIFY(!m_row->findChild<CustomSlider*>()->isVisible());
+    QVERIFY(!m_row->findChild<ColorField*>()->isVisible() &&
+            !m_row->findChild<TemperatureBar*>()->isVisible());
+    QVERIFY(m_row->findChild<RowSwitch*>()->isVisible());
 }
 
 void TestLightRow::ignoresAChangeToALightThatIsGone()
