@@ -11,6 +11,17 @@
 
 #include <algorithm>
 
+namespace {
+
+/// The same kind of resource (lamp, room, scene, schedule), the same id, the same property.
+bool sameTarget(const ActionQueueItem& a, const ActionQueueItem& b)
+{
+    return a.item_id == b.item_id && a.is_light_update == b.is_light_update &&
+           a.is_group_update == b.is_group_update && a.property == b.property;
+}
+
+} // namespace
+
 ActionQueue::ActionQueue(AppSettings& settings, QNetworkAccessManager& network, QObject* parent)
     : QObject(parent), m_settings(settings), m_network(network)
 {}
@@ -54,9 +65,7 @@ void ActionQueue::insert(const ActionQueueItem& item)
     QList<ActionQueueItem> queue = m_settings.actionQueue();
     ActionQueueItem newest = item;
     queue.removeIf([&newest](const ActionQueueItem& pending) {
-        const bool replaced =
-            pending.item_id == newest.item_id && pending.is_light_update == newest.is_light_update &&
-            pending.is_group_update == newest.is_group_update && pending.property == newest.property;
+        const bool replaced = sameTarget(pending, newest);
         // Two presses of Brighter are two steps: an increment still waiting adds to the new one.
         if (replaced && newest.property == brightnessIncrease)
             newest.body = withIncrementsAdded(pending.body, newest.body);
@@ -83,9 +92,21 @@ QByteArray ActionQueue::withIncrementsAdded(const QByteArray& older, const QByte
 void ActionQueue::onTick()
 {
     QList<ActionQueueItem> queue = m_settings.actionQueue();
-    if (!queue.isEmpty()) {
-        const ActionQueueItem item = queue.takeFirst();
+    if (m_sincePause.isValid() && m_sincePause.elapsed() < m_pause.count())
+        return;
+    m_sincePause.invalidate();
+    // The oldest change that may go now: a room's waits for its second, and lamps' go past it meanwhile.
+    const bool groupMayGo =
+        !m_sinceGroupSent.isValid() || m_sinceGroupSent.elapsed() >= groupInterval.count();
+    const auto next = std::find_if(queue.cbegin(), queue.cend(), [groupMayGo](const ActionQueueItem& item) {
+        return groupMayGo || !item.is_group_update;
+    });
+    if (next != queue.cend()) {
+        const ActionQueueItem item = *next;
+        queue.erase(next);
         m_settings.setActionQueue(queue);
+        if (item.is_group_update)
+            m_sinceGroupSent.start();
         send(item);
     }
     if (queue.isEmpty()) {
@@ -114,6 +135,10 @@ void ActionQueue::send(const ActionQueueItem& item)
 void ActionQueue::onAnswer(const ActionQueueItem& item, const WriteOutcome& outcome)
 {
     --m_inFlight;
+    if (outcome.kind == WriteOutcome::Kind::httpError && (outcome.status == 429 || outcome.status == 503))
+        pauseForBudget(item, outcome.status);
+    else if (outcome.ok())
+        m_pause = std::chrono::milliseconds(0);
     if (m_logRefusals && outcome.kind == WriteOutcome::Kind::refused &&
         !m_loggedRefusals.contains(outcome.detail)) {
         // A bridge that words every refusal differently gets no more than a screenful at a time.
@@ -125,6 +150,26 @@ void ActionQueue::onAnswer(const ActionQueueItem& item, const WriteOutcome& outc
     }
     Q_EMIT answered(item, outcome);
     reportIfDrained();
+}
+
+void ActionQueue::pauseForBudget(const ActionQueueItem& item, int status)
+{
+    const bool first = m_pause.count() == 0;
+    m_pause = first ? firstPause : std::min(m_pause * 2, longestPause);
+    m_sincePause.start();
+    if (first)
+        m_settings.addLogLine(
+            QStringLiteral("The bridge is busy (HTTP %1): the next changes wait a little").arg(status));
+    // The change it turned away goes again after the pause, unless a newer one of the same kind replaced it.
+    QList<ActionQueueItem> queue = m_settings.actionQueue();
+    const bool replaced = std::any_of(queue.cbegin(), queue.cend(), [&item](const ActionQueueItem& pending) {
+        return sameTarget(pending, item);
+    });
+    if (!replaced) {
+        queue.prepend(item);
+        m_settings.setActionQueue(queue);
+    }
+    startProcessor();
 }
 
 void ActionQueue::reportIfDrained()

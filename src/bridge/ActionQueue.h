@@ -3,6 +3,7 @@
 #include "bridge/BridgeAnswer.h"
 #include "model/ActionQueueItem.h"
 
+#include <QElapsedTimer>
 #include <QObject>
 #include <QPointer>
 #include <QSet>
@@ -15,8 +16,11 @@ class AppSettings;
 class QNetworkAccessManager;
 
 /// Keeps the newest pending change per target and property and sends one request per tick, so a dragged
-/// slider costs the bridge about three requests a second, however fast the user drags. The pending changes
-/// live in `AppSettings::actionQueue`; only this class reads and changes them.
+/// slider costs the bridge about three requests a second, however fast the user drags. A bridge takes about
+/// ten lamp commands and one room command a second, shared by every app in the home: changes of rooms (and of
+/// every lamp at once through group 0) go at most once per `groupInterval`, lamps' in the ticks between; a
+/// bridge over its budget (429 or 503) pauses the queue, 1 s, then 2, 4, at most 8. The pending changes live
+/// in `AppSettings::actionQueue`; only this class reads and changes them.
 class ActionQueue final : public QObject
 {
     Q_OBJECT
@@ -28,6 +32,9 @@ public:
     /// next refresh shows the truth.
     static constexpr std::chrono::milliseconds sendTimeout{3000};
     static constexpr std::chrono::milliseconds sendDeadline{5000};
+    static constexpr std::chrono::milliseconds groupInterval{1000};
+    static constexpr std::chrono::milliseconds firstPause{1000};
+    static constexpr std::chrono::milliseconds longestPause{8000};
     /// The property of a room's brightness step; a waiting one adds to a new one instead of being replaced.
     static inline const QString brightnessIncrease = QStringLiteral("brightness_increase");
     /// `newer` with the increment of `older` added to its own, kept within the bridge's -254 to 254.
@@ -68,12 +75,17 @@ private:
     void send(const ActionQueueItem& item);
     void onAnswer(const ActionQueueItem& item, const WriteOutcome& outcome);
     void reportIfDrained();
+    /// The bridge said it is over its budget: nothing is sent for a while, longer each time in a row.
+    void pauseForBudget(const ActionQueueItem& item, int status);
 
     AppSettings& m_settings;
     QNetworkAccessManager& m_network;
     QPointer<QTimer> m_processor; // null while idle
     std::function<QDateTime()> m_now = [] { return QDateTime::currentDateTimeUtc(); };
     int m_inFlight = 0;
+    QElapsedTimer m_sinceGroupSent; // invalid until a room's change was sent
+    QElapsedTimer m_sincePause;     // invalid while not paused
+    std::chrono::milliseconds m_pause{0};
     bool m_logRefusals = true;
     QSet<QString> m_loggedRefusals; // a dragged slider on a lamp that is off would repeat one a hundred times
 };

@@ -22,6 +22,8 @@ private Q_SLOTS:
     void stopsItsTimerWhenDrainedAndStartsAgain();
     void keepsDrainingWhenTheBridgeIsGone();
     void stampsTheLastUserAction();
+    void roomsGoOncePerSecondAndLampsPassThem();
+    void aBusyBridgePausesTheQueueLongerEachTime();
     void readsEveryAnswerAndLogsARefusalOnce_data();
     void readsEveryAnswerAndLogsARefusalOnce();
 
@@ -188,6 +190,50 @@ void TestActionQueue::keepsDrainingWhenTheBridgeIsGone()
     QSignalSpy drained(m_queue.get(), &ActionQueue::drained);
     QVERIFY(drained.wait(5000));
     QCOMPARE(m_bench->settings().actionQueue().size(), 0);
+}
+
+void TestActionQueue::roomsGoOncePerSecondAndLampsPassThem()
+{
+    // A room slider dragged for two and a half seconds, and a lamp switched meanwhile.
+    for (int value = 1; value <= 50; ++value) {
+        m_queue->enqueue(item(QStringLiteral("1"), QStringLiteral("brightness"), false, value));
+        if (value == 25)
+            m_queue->enqueue(item(QStringLiteral("2"), QStringLiteral("on"), true, 1));
+        QTest::qWait(50);
+    }
+    QSignalSpy drained(m_queue.get(), &ActionQueue::drained);
+    QVERIFY(drained.wait(10000));
+
+    QList<SimulatedRequest> rooms = m_bench->changes();
+    rooms.removeIf([](const SimulatedRequest& r) { return !r.path.contains(u"/groups/"); });
+    QVERIFY2(rooms.size() >= 2 && rooms.size() <= 4, qPrintable(QString::number(rooms.size())));
+    for (qsizetype i = 1; i < rooms.size(); ++i)
+        QVERIFY2(rooms.at(i).receivedAtMs - rooms.at(i - 1).receivedAtMs >= 900,
+                 qPrintable(QString::number(rooms.at(i).receivedAtMs - rooms.at(i - 1).receivedAtMs)));
+    QCOMPARE(rooms.last().body.value(u"bri").toInt(), 50); // the slider ends where the user left it
+    // The lamp did not wait for the room's next second.
+    const auto lamp = std::find_if(m_bench->changes().cbegin(), m_bench->changes().cend(),
+                                   [](const SimulatedRequest& r) { return r.path.contains(u"/lights/"); });
+    QVERIFY(lamp != m_bench->changes().cend());
+    QVERIFY(lamp->receivedAtMs < rooms.last().receivedAtMs);
+}
+
+void TestActionQueue::aBusyBridgePausesTheQueueLongerEachTime()
+{
+    // A bridge that takes one room change every 2.5 s: the second is turned away, and again after 1 s.
+    m_bench->bridge().setRoomChangeSpacing(2500);
+    m_queue->enqueue(item(QStringLiteral("1"), QStringLiteral("on"), false, 1));
+    m_queue->enqueue(item(QStringLiteral("2"), QStringLiteral("on"), false, 1));
+    QSignalSpy drained(m_queue.get(), &ActionQueue::drained);
+    QVERIFY(drained.wait(15000));
+
+    QList<SimulatedRequest> second = m_bench->changes();
+    second.removeIf([](const SimulatedRequest& r) { return !r.path.endsWith(u"/groups/2/action"); });
+    // Turned away at about 1 s and 2 s (paused 1 s), taken at about 4 s (paused 2 s): never pressed on.
+    QCOMPARE(second.size(), 3);
+    QVERIFY(second.at(2).receivedAtMs - second.at(1).receivedAtMs >= 1900);
+    QCOMPARE(m_bench->bridge().group(u"2"_qs).value(u"action").toObject().value(u"bri").toInt(), 1);
+    QCOMPARE(m_bench->settings().log().filter(u"The bridge is busy (HTTP 429)"_qs).size(), 1);
 }
 
 void TestActionQueue::stampsTheLastUserAction()

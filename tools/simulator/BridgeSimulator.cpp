@@ -39,6 +39,7 @@ BridgeSimulator::BridgeSimulator(QObject* parent)
       m_server(new SimulatorHttpServer(false, this)),
       m_api(std::make_unique<SimulatedApi>(*m_home, *m_schedules))
 {
+    m_clock.start();
     connect(m_server, &SimulatorHttpServer::requestReady, this, &BridgeSimulator::onHttpRequest);
     connect(m_schedules, &SimulatedSchedules::commandDue, this, &BridgeSimulator::onScheduleDue);
 }
@@ -384,7 +385,8 @@ void BridgeSimulator::onHttpRequest(SimulatorHttpConnection* connection, const S
 {
     if (http.path.startsWith(ControlPrefix))
         return answerControlRequest(connection, http);
-    SimulatedRequest request{http.method, http.path, http.body, {}, http.target, http.encrypted};
+    const qint64 now = m_clock.elapsed();
+    SimulatedRequest request{http.method, http.path, http.body, {}, http.target, http.encrypted, now};
     SimulatedApi::parseObject(http.body, &request.body);
     if (m_recording)
         m_requests.append(request);
@@ -402,6 +404,17 @@ void BridgeSimulator::onHttpRequest(SimulatorHttpConnection* connection, const S
             301, "text/html", "<html><body>Moved</body></html>",
             {{"Location", "https://" + host + ':' + QByteArray::number(tlsPort()) + http.target}});
         return;
+    }
+
+    // A bridge answers changes of rooms above its budget with 429, and changes nothing.
+    const bool groupChange = http.method == "PUT" && http.path.endsWith(QLatin1String("/action")) &&
+                             http.path.contains(QLatin1String("/groups/"));
+    if (groupChange && m_roomChangeSpacing > 0) {
+        if (m_lastGroupChangeMs >= 0 && now - m_lastGroupChangeMs < m_roomChangeSpacing) {
+            connection->respond(429, "text/plain", QByteArrayLiteral("Too Many Requests\n"));
+            return;
+        }
+        m_lastGroupChangeMs = now;
     }
 
     const Fault fault = takeFault(http.method);

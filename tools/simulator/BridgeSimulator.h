@@ -3,6 +3,7 @@
 #include "SimulatorCertificates.h"
 
 #include <QByteArray>
+#include <QElapsedTimer>
 #include <QHostAddress>
 #include <QJsonObject>
 #include <QList>
@@ -28,9 +29,10 @@ struct SimulatedRequest
     QByteArray method; ///< "GET", "PUT", "POST", "DELETE"
     QString path;      ///< e.g. "/api/KEY/lights/3/state" (no query), percent-decoded
     QByteArray rawBody;
-    QJsonObject body;       ///< rawBody parsed when it is a JSON object, else empty
-    QByteArray target;      ///< the request target as sent, still percent-encoded, query included
-    bool encrypted = false; ///< it came over HTTPS
+    QJsonObject body;        ///< rawBody parsed when it is a JSON object, else empty
+    QByteArray target;       ///< the request target as sent, still percent-encoded, query included
+    bool encrypted = false;  ///< it came over HTTPS
+    qint64 receivedAtMs = 0; ///< when it arrived, on a monotonic clock in milliseconds
 };
 Q_DECLARE_METATYPE(SimulatedRequest)
 
@@ -177,6 +179,9 @@ public:
     /// requests.
     void setFault(Fault fault, int times = -1, const QByteArray& method = {});
     Fault fault() const { return m_fault; }
+    /// As a bridge over its budget: a change of a room (PUT /groups/N/action) that comes sooner than
+    /// @p milliseconds after the last one it took is answered 429 Too Many Requests; 0 takes them all.
+    void setRoomChangeSpacing(int milliseconds) { m_roomChangeSpacing = milliseconds; }
     /// How DripFeed trickles: @p bytes at once, then a pause of @p intervalMs (4 bytes every 3 s by default,
     /// slow enough to be useless, fast enough to keep a time-out without data from firing).
     void setDripFeed(int bytes, int intervalMs);
@@ -206,6 +211,9 @@ private:
     bool m_recording = true;
     int m_latency = 0;
     Fault m_fault = Fault::None;
+    QElapsedTimer m_clock;
+    int m_roomChangeSpacing = 0;
+    qint64 m_lastGroupChangeMs = -1;
     int m_faultTimes = -1;
     QByteArray m_faultMethod;
     int m_dripBytes = 4;

@@ -27,6 +27,8 @@ QByteArray reasonPhrase(int status)
         return "Not Found";
     case 413:
         return "Payload Too Large";
+    case 429:
+        return "Too Many Requests";
     case 431:
         return "Request Header Fields Too Large";
     case 501:
