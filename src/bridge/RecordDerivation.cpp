@@ -147,8 +147,9 @@ std::optional<HueGroup> RecordDerivation::group(const BridgeDataType_Group& grou
 {
     if (!group.state || group.recycle.value_or(false))
         return std::nullopt;
-    // Zones, light groups, entertainment areas and the like stay out; a group without a type is kept.
-    if (group.type && !equalsLowerCased(*group.type, "room"))
+    // Rooms and zones; light groups, entertainment areas and the like stay out. A group without a type is
+    // kept.
+    if (group.type && !equalsLowerCased(*group.type, "room") && !equalsLowerCased(*group.type, "zone"))
         return std::nullopt;
 
     HueGroup room;

@@ -40,9 +40,9 @@ QList<GroupActionOption> HotkeyActions::options(const QList<HueGroup>& rooms)
     QList<GroupActionOption> list{{noAction, tr("(No Action)")}};
     list.reserve(1 + rooms.size() * qsizetype(std::size(actionWords)));
     for (const HueGroup& room : rooms) {
+        const QString name = room.isZone() ? tr("%1 (zone)").arg(room.name) : room.name;
         for (const ActionWord& action : actionWords)
-            list.append(
-                {room.group_id + u'_' + QLatin1String(action.word), room.name + u' ' + tr(action.title)});
+            list.append({room.group_id + u'_' + QLatin1String(action.word), name + u' ' + tr(action.title)});
     }
     return list;
 }
@@ -192,10 +192,11 @@ void HotkeyActions::changeEveryRoom(const std::function<void(HueGroup&)>& change
         return;
     // One change of the list for all rooms rather than one per room: the menu redraws once. Each room's
     // command still sees its own changed record.
+    // Rooms only: a zone's lamps are in rooms already.
     QList<bool> chosen;
     chosen.reserve(rooms.size());
     for (HueGroup& room : rooms) {
-        chosen.append(!applies || applies(room));
+        chosen.append(!room.isZone() && (!applies || applies(room)));
         if (chosen.constLast())
             change(room);
     }

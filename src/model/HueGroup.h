@@ -4,7 +4,8 @@
 #include <QStringList>
 #include <QUuid>
 
-/// One room of the bridge. `id` is made fresh for every record and only identifies it in lists.
+/// One room, or one zone, of the bridge (`type` tells which). `id` is made fresh for every record and only
+/// identifies it in lists.
 struct HueGroup
 {
     QUuid id;
@@ -24,6 +25,10 @@ struct HueGroup
     qint64 ct_max = 0;
     QString hue_ip;
     QString hue_key;
+
+    /// A zone ("Downstairs", "TV corner"): lamps of any rooms, shown after the rooms. The whole-home
+    /// shortcuts act on rooms only.
+    bool isZone() const { return type.compare(QLatin1String("Zone"), Qt::CaseInsensitive) == 0; }
 
     bool operator==(const HueGroup&) const = default;
 };

@@ -3,7 +3,9 @@
 #include "panels/GroupRow.h"
 #include "state/AppSettings.h"
 
+#include <QFont>
 #include <QHash>
+#include <QLabel>
 #include <QSet>
 
 namespace {
@@ -17,6 +19,13 @@ ListGroups::ListGroups(AppSettings& settings, HueHelper& helper, QWidget* parent
     connect(&m_settings, &AppSettings::groupsChanged, this, &ListGroups::onGroupsChanged);
     connect(&m_settings, &AppSettings::lightsChanged, this, &ListGroups::onGroupsChanged);
     connect(&m_settings, &AppSettings::showColorBarsForRoomsChanged, this, &ListGroups::onGroupsChanged);
+    connect(&m_settings, &AppSettings::showZonesChanged, this, &ListGroups::onGroupsChanged);
+    m_zonesHeading = new QLabel(tr("Zones"), content());
+    m_zonesHeading->setObjectName(QStringLiteral("zonesHeading"));
+    QFont bold = m_zonesHeading->font();
+    bold.setBold(true);
+    m_zonesHeading->setFont(bold);
+    m_zonesHeading->hide();
     connect(&m_settings, &AppSettings::bridgeConnectedChanged, this, &ListGroups::onBridgeConnectedChanged);
     onGroupsChanged();
 }
@@ -24,8 +33,10 @@ ListGroups::ListGroups(AppSettings& settings, HueHelper& helper, QWidget* parent
 QList<GroupRow*> ListGroups::groupRows() const
 {
     QList<GroupRow*> result;
-    for (QWidget* row : rows())
-        result.append(static_cast<GroupRow*>(row));
+    for (QWidget* row : rows()) {
+        if (auto* groupRow = qobject_cast<GroupRow*>(row))
+            result.append(groupRow);
+    }
     return result;
 }
 
@@ -39,11 +50,12 @@ void ListGroups::onGroupsChanged()
     const QSet<QString> colorLamps = GroupRow::colorLampIds(m_settings.lights());
     const bool reachable = m_settings.bridgeConnected();
     QList<QWidget*> rows;
+    QList<QWidget*> zones;
     QSet<QString> seen;
     const QList<HueGroup> groups = m_settings.groups();
     for (const HueGroup& group : groups) {
         // A room listed twice gets one row; the first record wins, as it does for the row's writes.
-        if (seen.contains(group.group_id))
+        if (seen.contains(group.group_id) || (group.isZone() && !m_settings.showZones()))
             continue;
         seen.insert(group.group_id);
         GroupRow* row = previous.take(group.group_id);
@@ -53,8 +65,13 @@ void ListGroups::onGroupsChanged()
         } else {
             row->setGroup(group, colorLamps);
         }
-        rows.append(row);
+        (group.isZone() ? zones : rows).append(row);
     }
+    // The zones after the rooms, under their heading.
+    if (!zones.isEmpty())
+        rows += QList<QWidget*>{m_zonesHeading} + zones;
+    else
+        m_zonesHeading->hide();
     arrange(rows);
     // Possibly called from inside a row's own write: let the row finish its handler first.
     for (GroupRow* gone : std::as_const(previous)) {

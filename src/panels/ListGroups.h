@@ -5,6 +5,7 @@
 class AppSettings;
 class GroupRow;
 class HueHelper;
+class QLabel;
 
 /// The rooms panel: one `GroupRow` per room of `AppSettings::groups`, in that order. Follows the rooms, the
 /// lights (membership decides the colour bars) and the colour-bars option; rows are updated in place. Every
@@ -26,4 +27,5 @@ private:
 
     AppSettings& m_settings;
     HueHelper& m_helper;
+    QLabel* m_zonesHeading; ///< above the zones, after the rooms
 };

@@ -48,6 +48,8 @@ void AppSettings::load()
     else
         assign(m_showColorBarsForRooms, true, &AppSettings::showColorBarsForRoomsChanged);
 
+    assign(m_showZones, m_store.storedBool(Keys::showZones).value_or(true), &AppSettings::showZonesChanged);
+
     const std::optional<bool> showScenes = m_store.storedBool(Keys::showScenes);
     if (showScenes || !m_store.contains(Keys::showScenes)) {
         setShowScenes(showScenes.value_or(false));
@@ -261,4 +263,10 @@ void AppSettings::setShowColorBarsForRooms(bool show)
 {
     m_store.writeBool(SettingsKeys::showColorBarsForRooms, show);
     assign(m_showColorBarsForRooms, show, &AppSettings::showColorBarsForRoomsChanged);
+}
+
+void AppSettings::setShowZones(bool show)
+{
+    m_store.writeBool(SettingsKeys::showZones, show);
+    assign(m_showZones, show, &AppSettings::showZonesChanged);
 }

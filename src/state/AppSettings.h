@@ -56,6 +56,7 @@ class AppSettings final : public QObject
     Q_PROPERTY(bool showScenes READ showScenes WRITE setShowScenes NOTIFY showScenesChanged)
     Q_PROPERTY(bool showColorBarsForRooms READ showColorBarsForRooms WRITE setShowColorBarsForRooms NOTIFY
                    showColorBarsForRoomsChanged)
+    Q_PROPERTY(bool showZones READ showZones WRITE setShowZones NOTIFY showZonesChanged)
 
 public:
     /// The height a panel opens with when nothing else is known, in points.
@@ -123,6 +124,8 @@ public:
     MainPanels activeMainPanel() const { return m_activeMainPanel; }
     bool showScenes() const { return m_showScenes; }
     bool showColorBarsForRooms() const { return m_showColorBarsForRooms; }
+    /// Whether the rooms panel lists the zones after the rooms (on unless the user switched it off).
+    bool showZones() const { return m_showZones; }
 
     void setActionQueue(const QList<ActionQueueItem>& queue);
     void setLights(const QList<HueLight>& lights);
@@ -147,6 +150,7 @@ public:
     void setShowScenes(bool show);
     /// Stores the choice, then sets the field.
     void setShowColorBarsForRooms(bool show);
+    void setShowZones(bool show);
 
 Q_SIGNALS:
     void actionQueueChanged();
@@ -169,6 +173,7 @@ Q_SIGNALS:
     void activeMainPanelChanged();
     void showScenesChanged();
     void showColorBarsForRoomsChanged();
+    void showZonesChanged();
 
     /// The drop-down window should take this height (in points): sent on every panel assignment.
     void windowResizePlease(qint64 height);
@@ -204,6 +209,7 @@ private:
     MainPanels m_activeMainPanel = MainPanels::lights;
     bool m_showScenes = false;
     bool m_showColorBarsForRooms = true;
+    bool m_showZones = true;
     QString m_bridgeTransport;
     QString m_bridgeID;
     QByteArray m_bridgeCertificateKey;

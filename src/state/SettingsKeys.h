@@ -22,6 +22,7 @@ inline const QString preferredWindowHeightScenes = QStringLiteral("preferredWind
 inline const QString activePanel = QStringLiteral("activePanel");
 inline const QString showScenes = QStringLiteral("showScenes");
 inline const QString showColorBarsForRooms = QStringLiteral("showColorBarsForRooms");
+inline const QString showZones = QStringLiteral("showZones");
 
 // The user's other choices and what the application remembers between runs.
 inline const QString hasSeenWelcomeScreen = QStringLiteral("hasSeenWelcomeScreen");

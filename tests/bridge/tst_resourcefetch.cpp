@@ -191,13 +191,16 @@ void TestResourceFetch::derivesRooms_data()
                             R"("xy":[0.4575,0.4101],"ct":366,"alert":"select","colormode":"ct"}})";
     QTest::newRow("a room") << object({{"1", room}})
                             << QStringList{"1 Kitchen Room Kitchen any on 144 140 8418 366 153-500 3,4"};
-    QTest::newRow("zones, recycled and stateless rooms are left out; room in any case and typeless are kept")
+    QTest::newRow(
+        "zones kept, other groups, recycled and stateless rooms left out; room in any case and typeless")
         << object({{"1", QByteArray(room).replace("\"Room\"", "\"Zone\"")},
                    {"2", QByteArray(room).replace("\"Room\"", "\"room\"")},
                    {"3", QByteArray(room).replace("\"recycle\":false", "\"recycle\":true")},
                    {"4", QByteArray(R"({"name":"Old","lights":["1"],"type":"Room"})")},
-                   {"5", QByteArray(R"({"state":{"any_on":false}})")}})
-        << QStringList{"2 Kitchen room Kitchen any on 144 140 8418 366 153-500 3,4",
+                   {"5", QByteArray(R"({"state":{"any_on":false}})")},
+                   {"6", QByteArray(room).replace("\"Room\"", "\"Entertainment\"")}})
+        << QStringList{"1 Kitchen Zone Kitchen any on 144 140 8418 366 153-500 3,4",
+                       "2 Kitchen room Kitchen any on 144 140 8418 366 153-500 3,4",
                        "5 No name unknown  - off 0 0 0 0 153-500 "};
     QTest::newRow("partial action")
         << object({{"1", QByteArray(R"({"type":"Room","state":{},"action":{"on":true,"bri":61}})")}})

@@ -35,7 +35,9 @@ const QByteArray lightsBody = R"({
  "1": {"name": "Porch", "type": "Dimmable light", "productname": "Hue white lamp",
        "state": {"on": true, "bri": 254, "reachable": true}}})";
 const QByteArray groupsBody = R"({"1": {"name": "Living room", "type": "Room", "class": "Living room",
- "lights": ["1", "2"], "state": {"all_on": false, "any_on": true}, "action": {"on": true, "bri": 120}}})";
+ "lights": ["1", "2"], "state": {"all_on": false, "any_on": true}, "action": {"on": true, "bri": 120}},
+ "8": {"name": "Downstairs", "type": "Zone", "lights": ["1"], "state": {"all_on": false, "any_on": false},
+ "action": {"on": false, "bri": 10}}})";
 const QByteArray scenesBody = R"({"abc-1": {"name": "Relax", "type": "GroupScene", "lights": ["1", "2"],
  "version": 2}})";
 
@@ -218,6 +220,16 @@ void TestGlowdeckCtl::listsAsATableWithoutTerminalControls()
     const QStringList lines = result.out.split(u'\n');
     QVERIFY(lines.at(0).startsWith(QStringLiteral("ID ")));
     QCOMPARE(lines.at(1).indexOf(QStringLiteral("Desk lamp")), lines.at(0).indexOf(QStringLiteral("NAME")));
+
+    // Zones are listed as the bridge lists them, and say what they are.
+    const Run rooms = run(QStringLiteral("rooms"));
+    QCOMPARE(rooms.exitCode, 0);
+    const QStringList roomLines = rooms.out.split(u'\n');
+    QVERIFY2(roomLines.at(0).contains(QStringLiteral("TYPE")) &&
+                 roomLines.at(1).contains(QStringLiteral(" room ")) &&
+                 roomLines.at(2).contains(QStringLiteral("Downstairs")) &&
+                 roomLines.at(2).contains(QStringLiteral(" zone ")),
+             qPrintable(rooms.out));
 }
 
 void TestGlowdeckCtl::commandsSendTheirRequests_data()

@@ -23,7 +23,7 @@ private Q_SLOTS:
     void aCustomSlotActsOnEveryRoomWithItsId();
     void whatCannotBeDoneSendsNothing_data();
     void whatCannotBeDoneSendsNothing();
-    void brightnessStepsPassOverRoomsOfPlugs();
+    void brightnessStepsPassOverRoomsOfPlugsAndZones();
     void offersFourChoicesPerRoomAfterNoAction();
     void storesTheStepAndTheChoice();
 
@@ -195,7 +195,7 @@ void TestHotkeyActions::whatCannotBeDoneSendsNothing()
     QVERIFY(m_bench->settings().actionQueue().isEmpty());
 }
 
-void TestHotkeyActions::brightnessStepsPassOverRoomsOfPlugs()
+void TestHotkeyActions::brightnessStepsPassOverRoomsOfPlugsAndZones()
 {
     // Room 1 holds a plug only, room 2 a plug and a lamp, room 3 lamps the bridge has not listed yet.
     m_bench->setRooms({QStringLiteral("1"), QStringLiteral("2"), QStringLiteral("3")});
@@ -203,6 +203,9 @@ void TestHotkeyActions::brightnessStepsPassOverRoomsOfPlugs()
     rooms[0].lights = {QStringLiteral("9")};
     rooms[1].lights = {QStringLiteral("9"), QStringLiteral("4")};
     rooms[2].lights = {QStringLiteral("5")};
+    // A zone holds lamps of rooms already stepped: the whole-home shortcuts leave it alone.
+    rooms.append(
+        {.group_id = QStringLiteral("7"), .lights = {QStringLiteral("4")}, .type = QStringLiteral("Zone")});
     m_bench->settings().setGroups(rooms);
     m_bench->settings().setLights(
         {{.lamp_id = QStringLiteral("9"), .allows_brightness = false}, {.lamp_id = QStringLiteral("4")}});
@@ -212,6 +215,7 @@ void TestHotkeyActions::brightnessStepsPassOverRoomsOfPlugs()
     press(HotkeyNames::customGroup(1));
     QTRY_COMPARE(m_bench->sent().size(), 2);
     QCOMPARE(m_bench->sent().filter(QStringLiteral("groups/1/")), QStringList());
+    QCOMPARE(m_bench->sent().filter(QStringLiteral("groups/7/")), QStringList());
     QVERIFY(!m_bench->settings().groups().at(0).is_on); // not shown as brightened either
 }
 
@@ -231,6 +235,11 @@ void TestHotkeyActions::offersFourChoicesPerRoomAfterNoAction()
                                "2_brighter", "2_darker"}));
     QCOMPARE(titles, (QStringList{"(No Action)", "Kitchen On", "Kitchen Off", "Kitchen Brighter",
                                   "Kitchen Darker", "Hall On", "Hall Off", "Hall Brighter", "Hall Darker"}));
+    // A zone may be picked too, and says it is one.
+    const QList<HueGroup> zone{{.group_id = QStringLiteral("7"),
+                                .name = QStringLiteral("Downstairs"),
+                                .type = QStringLiteral("Zone")}};
+    QCOMPARE(HotkeyActions::options(zone).at(1).title, QStringLiteral("Downstairs (zone) On"));
 }
 
 void TestHotkeyActions::storesTheStepAndTheChoice()

@@ -7,6 +7,7 @@
 #include "panels/TemperatureBar.h"
 
 #include <QJsonObject>
+#include <QLabel>
 #include <QTest>
 
 #include <memory>
@@ -24,6 +25,7 @@ private Q_SLOTS:
     void dragSendsTheRoomCommand_data();
     void dragSendsTheRoomCommand();
     void switchSendsOnAndOff();
+    void zonesFollowTheRoomsUnderTheirHeading();
 
 private:
     GroupRow* showRoom(const QStringList& members);
@@ -170,6 +172,36 @@ void TestGroupRow::switchSendsOnAndOff()
     QVERIFY(m_bench->settings().groups().first().is_on);
     QTRY_COMPARE(m_bench->sentTo(target()).size(), 2);
     QCOMPARE(m_bench->sentTo(target()).last(), (QJsonObject{{"on", true}}));
+}
+
+void TestGroupRow::zonesFollowTheRoomsUnderTheirHeading()
+{
+    HueGroup downstairs = m_bench->room(u"9"_qs, {u"1"_qs, u"2"_qs});
+    downstairs.name = u"Downstairs"_qs;
+    downstairs.type = u"Zone"_qs;
+    m_bench->settings().setGroups(
+        {downstairs, m_bench->room(u"1"_qs, {u"1"_qs}), m_bench->room(u"2"_qs, {u"2"_qs})});
+    m_list = std::make_unique<ListGroups>(m_bench->settings(), m_bench->helper());
+    m_list->show();
+    QVERIFY(QTest::qWaitForWindowExposed(m_list.get()));
+
+    const auto shown = [this] {
+        QStringList order;
+        for (QWidget* row : m_list->rows())
+            order << (qobject_cast<GroupRow*>(row) ? static_cast<GroupRow*>(row)->groupId()
+                                                   : static_cast<QLabel*>(row)->text());
+        return order;
+    };
+    QCOMPARE(shown(), (QStringList{u"1"_qs, u"2"_qs, u"Zones"_qs, u"9"_qs}));
+    QVERIFY(m_list->findChild<QLabel*>(u"zonesHeading"_qs)->isVisible());
+
+    // A zone's switch sends its own group command.
+    QTest::mouseClick(m_list->groupRows().last()->findChild<RowSwitch*>(), Qt::LeftButton);
+    QTRY_COMPARE(m_bench->sentTo(u"groups/9/action"_qs).size(), 1);
+
+    m_bench->settings().setShowZones(false);
+    QCOMPARE(shown(), (QStringList{u"1"_qs, u"2"_qs}));
+    QVERIFY(!m_list->findChild<QLabel*>(u"zonesHeading"_qs)->isVisible());
 }
 
 QTEST_MAIN(TestGroupRow)

@@ -98,6 +98,8 @@ void TestPreferencesGeneralView::switchesStoreTheirSettings_data()
                                  << "showColorBarsForRooms" << true;
     QTest::newRow("scene panel") << "showScenes"
                                  << "showScenes" << false;
+    QTest::newRow("zones") << "showZones"
+                           << "showZones" << true;
 }
 
 void TestPreferencesGeneralView::switchesStoreTheirSettings()

@@ -52,6 +52,8 @@ QString onOff(bool on)
 
 QString kind(const HueLight& light)
 {
+    if (!light.allows_brightness)
+        return QStringLiteral("switch only");
     if (light.allows_color)
         return QStringLiteral("colour");
     if (light.allows_ambient)
@@ -72,11 +74,13 @@ QString lightsTable(const QList<HueLight>& lights)
 
 QString groupsTable(const QList<HueGroup>& groups)
 {
-    QList<QStringList> rows{{QStringLiteral("ID"), QStringLiteral("NAME"), QStringLiteral("STATE"),
-                             QStringLiteral("BRIGHTNESS"), QStringLiteral("LIGHTS")}};
+    QList<QStringList> rows{{QStringLiteral("ID"), QStringLiteral("NAME"), QStringLiteral("TYPE"),
+                             QStringLiteral("STATE"), QStringLiteral("BRIGHTNESS"),
+                             QStringLiteral("LIGHTS")}};
     for (const HueGroup& group : groups)
-        rows.append({group.group_id, group.name, onOff(group.any_on), QString::number(group.brightness),
-                     group.lights.join(u',')});
+        rows.append({group.group_id, group.name,
+                     group.isZone() ? QStringLiteral("zone") : QStringLiteral("room"), onOff(group.any_on),
+                     QString::number(group.brightness), group.lights.join(u',')});
     return table(rows);
 }
 

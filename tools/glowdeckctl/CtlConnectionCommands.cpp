@@ -259,12 +259,15 @@ void CtlConnectionCommands::onListRefreshed()
                 .arg(m_address, why));
         return finish(exitFailed);
     }
+    const QList<HueGroup> groups = m_settings->groups();
+    const auto rooms =
+        std::count_if(groups.cbegin(), groups.cend(), [](const HueGroup& g) { return !g.isZone(); });
     printOut(QStringLiteral("Paired with bridge %1 at %2 over %3: %4, %5, %6.")
                  .arg(m_settings->bridgeID(), m_address,
                       describeTransport(m_settings->bridgeTransport(),
                                         !m_settings->bridgeCertificateKey().isEmpty()),
                       Ctl::counted(m_settings->lights().size(), QStringLiteral("light")),
-                      Ctl::counted(m_settings->groups().size(), QStringLiteral("room")),
+                      Ctl::counted(rooms, QStringLiteral("room")),
                       Ctl::counted(m_settings->scenes().size(), QStringLiteral("scene"))));
     // The key is not printed instead: it lets whoever reads it control the lights. Pairing again is cheap.
     if (!m_store->saveError().isEmpty()) {

@@ -19,10 +19,12 @@ PreferencesGeneralView::PreferencesGeneralView(AppSettings& settings, StartAtLog
     : QWidget(parent), m_settings(settings), m_startAtLogin(startAtLogin), m_icons(std::move(icons)),
       m_runAtStart(new QCheckBox(tr("Run at Start"), this)),
       m_colorBars(new QCheckBox(tr("Show color bars for rooms"), this)),
+      m_showZones(new QCheckBox(tr("Show zones"), this)),
       m_showScenes(new QCheckBox(tr("Show Scene Panel"), this)), m_appIcon(new QComboBox(this))
 {
     m_runAtStart->setObjectName(QStringLiteral("runAtStart"));
     m_colorBars->setObjectName(QStringLiteral("showColorBars"));
+    m_showZones->setObjectName(QStringLiteral("showZones"));
     m_showScenes->setObjectName(QStringLiteral("showScenes"));
     m_appIcon->setObjectName(QStringLiteral("appIconPicker"));
     m_appIcon->setAccessibleName(tr("App Icon"));
@@ -54,6 +56,7 @@ PreferencesGeneralView::PreferencesGeneralView(AppSettings& settings, StartAtLog
     layout->setSpacing(10);
     layout->addWidget(m_runAtStart);
     layout->addWidget(m_colorBars);
+    layout->addWidget(m_showZones);
     layout->addWidget(m_showScenes);
     layout->addLayout(iconRow);
     layout->addSpacing(4);
@@ -63,14 +66,15 @@ PreferencesGeneralView::PreferencesGeneralView(AppSettings& settings, StartAtLog
 
     connect(m_runAtStart, &QCheckBox::toggled, this, &PreferencesGeneralView::onRunAtStartToggled);
     connect(m_colorBars, &QCheckBox::toggled, &m_settings, &AppSettings::setShowColorBarsForRooms);
+    connect(m_showZones, &QCheckBox::toggled, &m_settings, &AppSettings::setShowZones);
     connect(m_showScenes, &QCheckBox::toggled, this, &PreferencesGeneralView::onShowScenesToggled);
     connect(m_appIcon, &QComboBox::activated, this, &PreferencesGeneralView::onIconChosen);
     connect(&m_startAtLogin, &StartAtLogin::changed, this, [this](bool enabled) {
         const QSignalBlocker blocker(m_runAtStart);
         m_runAtStart->setChecked(enabled);
     });
-    for (auto changed : {&AppSettings::showColorBarsForRoomsChanged, &AppSettings::showScenesChanged,
-                         &AppSettings::appIconChanged})
+    for (auto changed : {&AppSettings::showColorBarsForRoomsChanged, &AppSettings::showZonesChanged,
+                         &AppSettings::showScenesChanged, &AppSettings::appIconChanged})
         connect(&m_settings, changed, this, &PreferencesGeneralView::onSettingsChanged);
     onSettingsChanged();
 }
@@ -108,7 +112,9 @@ void PreferencesGeneralView::onSettingsChanged()
 {
     const QSignalBlocker colorBars(m_colorBars);
     const QSignalBlocker showScenes(m_showScenes);
+    const QSignalBlocker showZones(m_showZones);
     m_colorBars->setChecked(m_settings.showColorBarsForRooms());
+    m_showZones->setChecked(m_settings.showZones());
     m_showScenes->setChecked(m_settings.showScenes());
     m_appIcon->setCurrentIndex(std::max(0, m_appIcon->findData(m_settings.appIcon())));
 }

@@ -52,6 +52,7 @@ private:
     QList<AppIconChoice> m_icons;
     QCheckBox* m_runAtStart;
     QCheckBox* m_colorBars;
+    QCheckBox* m_showZones;
     QCheckBox* m_showScenes;
     QComboBox* m_appIcon;
 };
