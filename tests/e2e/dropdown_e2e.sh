@@ -165,6 +165,25 @@ xdotool key Escape
 dropdown_gone || fail "Escape did not close the window"
 say "keyboard: Tab order, End on a slider reached the bridge, Escape closed the window"
 
+# The rooms panel: the rooms, then the home's zone under its heading, every control named.
+show_rooms() { # light|dark: the rooms panel, its zone and a screenshot, then back to the lights
+    atspi press "push button" Rooms
+    atspi --timeout 5 wait label Zones >/dev/null || fail "no \"Zones\" heading in the rooms panel"
+    atspi --timeout 5 wait "check box" "Downstairs and the long hallway upstairs" >/dev/null ||
+        fail "no switch named after the zone"
+    atspi tree >"$e2e_artifacts/${e2e_name}-rooms-$1-atspi.log"
+    ! grep -qE "^ *(push button|check box|slider) '' .*showing" "$e2e_artifacts/${e2e_name}-rooms-$1-atspi.log" ||
+        fail "controls without a name in the rooms panel"
+    sleep 0.3
+    screenshot "rooms-$1"
+    atspi press "push button" Lights
+}
+click_icon && window=$(dropdown_window 20) || fail "the window did not open again"
+show_rooms light
+xdotool key Escape
+dropdown_gone || fail "Escape did not close the window"
+say "rooms panel: the zone under \"Zones\", every control named"
+
 # ---- 2. The bridge gone and back --------------------------------------------------------------------------------
 click_icon && window=$(dropdown_window 20) || fail "the window did not open again"
 port=${address##*:}
@@ -217,6 +236,7 @@ say "StatusNotifierItem, pointer at (700,12): ${ww}x${wh} at ($wx,$wy)"
 [ "$wx" -eq 600 ] && [ "$wy" -ge 13 ] && [ "$wy" -le 24 ] || fail "the window is not at the pointer: $window"
 sleep 0.5
 screenshot dark-at-pointer
+show_rooms dark
 activate 700 12
 dropdown_gone || fail "a second Activate did not close the window"
 activate 1000 790
