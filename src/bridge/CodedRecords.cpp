@@ -127,6 +127,7 @@ void write(JsonWriter& json, const HueScene& scene)
         .member(u"name", scene.name)
         .member(u"lights", scene.lights)
         .member(u"type", scene.type)
+        .member(u"group_id", scene.group_id)
         .member(u"hue_ip", scene.hue_ip)
         .member(u"hue_key", scene.hue_key)
         .endObject();
@@ -217,6 +218,7 @@ std::optional<HueScene> readScene(const QJsonObject& object)
     scene.name = r.text(u"name");
     scene.lights = r.texts(u"lights");
     scene.type = r.text(u"type");
+    scene.group_id = r.text(u"group_id");
     scene.hue_ip = r.text(u"hue_ip");
     scene.hue_key = r.text(u"hue_key");
     return checked(r, scene);

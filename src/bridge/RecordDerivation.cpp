@@ -188,6 +188,8 @@ std::optional<HueScene> RecordDerivation::scene(const BridgeDataType_Scene& scen
     record.name = textOr(scene.name, noName);
     record.lights = pooled(scene.lights);
     record.type = scene.type ? pooled(*scene.type) : unknownType;
+    if (scene.group)
+        record.group_id = pooled(*scene.group);
     record.hue_ip = m_bridgeIP;
     record.hue_key = m_apiKey;
     return record;

@@ -272,6 +272,8 @@ void readScene(const element& value, std::optional<BridgeDataType_Scene>& field)
             read(member, scene.version);
         else if (key == "type")
             read(member, scene.type);
+        else if (key == "group")
+            read(member, scene.group);
     });
 }
 

@@ -96,6 +96,7 @@ struct BridgeDataType_Scene
     std::optional<bool> recycle;
     std::optional<qint64> version;
     std::optional<WireText> type;
+    std::optional<WireText> group; ///< the room or zone of a group scene
 };
 
 struct HueBridgeGroupsResponse

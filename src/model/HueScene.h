@@ -12,6 +12,7 @@ struct HueScene
     QString name;
     QStringList lights;
     QString type;
+    QString group_id; ///< the room or zone of a group scene, as the bridge names it; empty for a light scene
     QString hue_ip;
     QString hue_key;
 

@@ -114,6 +114,8 @@ int BodyView::naturalHeight(int width) const
     QWidget* page = currentWidget();
     if (auto* list = qobject_cast<ScrollColumn*>(page))
         return list->naturalHeight();
+    if (page && page == m_scenes)
+        return m_scenes->naturalHeight();
     return page && page->hasHeightForWidth() ? page->heightForWidth(width) : sizeHint().height();
 }
 

@@ -236,7 +236,7 @@ void TestResourceFetch::derivesRooms()
 void TestResourceFetch::derivesScenes_data()
 {
     QTest::addColumn<QByteArray>("body");
-    QTest::addColumn<QStringList>("expected"); // scene_id name type lights
+    QTest::addColumn<QStringList>("expected"); // scene_id name type lights group
 
     const QByteArray scene = R"({"name":"Relax","type":"GroupScene","group":"1","lights":["1","2"],)"
                              R"("owner":"0f7d8e3b","recycle":false,"locked":false,"appdata":{"version":1,)"
@@ -250,7 +250,8 @@ void TestResourceFetch::derivesScenes_data()
                                  .replace("\"recycle\":false,", "")
                                  .replace("\"version\":2", "\"version\":3")},
                    {"aaaa6", QByteArray(R"({"version":2})")}})
-        << QStringList{"aaaa1 Relax GroupScene 1,2", "aaaa5 Relax GroupScene 1,2", "aaaa6 No name unknown "};
+        << QStringList{"aaaa1 Relax GroupScene 1,2 1", "aaaa5 Relax GroupScene 1,2 1",
+                       "aaaa6 No name unknown  "};
     QTest::newRow("version as text") << object({{"x", QByteArray(scene).replace("\"version\":2",
                                                                                 "\"version\":\"2\"")}})
                                      << QStringList{"failed"};
@@ -266,7 +267,8 @@ void TestResourceFetch::derivesScenes()
     const ScenesResult result = scenesFromBody(body, QStringLiteral("10.0.0.2"), QStringLiteral("KEY"));
     QStringList actual;
     for (const HueScene& s : result.records)
-        actual.append(QStringLiteral("%1 %2 %3 %4").arg(s.scene_id, s.name, s.type, s.lights.join(u',')));
+        actual.append(QStringLiteral("%1 %2 %3 %4 %5")
+                          .arg(s.scene_id, s.name, s.type, s.lights.join(u','), s.group_id));
     QCOMPARE(result.ok() ? actual : QStringList{"failed"}, expected);
 }
 

@@ -38,7 +38,8 @@ const QByteArray groupsBody = R"({"1": {"name": "Living room", "type": "Room", "
  "lights": ["1", "2"], "state": {"all_on": false, "any_on": true}, "action": {"on": true, "bri": 120}},
  "8": {"name": "Downstairs", "type": "Zone", "lights": ["1"], "state": {"all_on": false, "any_on": false},
  "action": {"on": false, "bri": 10}}})";
-const QByteArray scenesBody = R"({"abc-1": {"name": "Relax", "type": "GroupScene", "lights": ["1", "2"],
+const QByteArray scenesBody = R"({"abc-1": {"name": "Relax", "type": "GroupScene", "group": "1",
+ "lights": ["1", "2"], "version": 2}, "def-2": {"name": "Glow", "type": "LightScene", "lights": ["2", "10"],
  "version": 2}})";
 
 struct Run
@@ -230,6 +231,18 @@ void TestGlowdeckCtl::listsAsATableWithoutTerminalControls()
                  roomLines.at(2).contains(QStringLiteral("Downstairs")) &&
                  roomLines.at(2).contains(QStringLiteral(" zone ")),
              qPrintable(rooms.out));
+
+    // Each scene with its room: a group scene's own, none for lamps of two rooms.
+    const Run scenes = run(QStringLiteral("scenes"));
+    const QStringList sceneLines = scenes.out.split(u'\n');
+    QVERIFY2(sceneLines.at(0).contains(QStringLiteral(" ROOM ")) &&
+                 sceneLines.at(1).contains(QStringLiteral("Relax  Living room  GroupScene")) &&
+                 sceneLines.at(2).contains(QStringLiteral("Glow   -            LightScene")),
+             qPrintable(scenes.out));
+    const QJsonArray coded =
+        QJsonDocument::fromJson(run(QStringLiteral("scenes --json")).out.toUtf8()).array();
+    QCOMPARE(coded.at(0)[QLatin1String("group_id")].toString(), u"1"_qs);
+    QCOMPARE(coded.at(1)[QLatin1String("group_id")].toString(), QString());
 }
 
 void TestGlowdeckCtl::commandsSendTheirRequests_data()
@@ -342,7 +355,7 @@ void TestGlowdeckCtl::discoverAndPairStoreWhatTheyFind_data()
     const QString press = QStringLiteral("Bridge responded: Press LINK BUTTON and retry");
     const QString paired =
         QStringLiteral("Paired with bridge 001788FFFE6A3B2C at {sim} over plain HTTP (this "
-                       "bridge offers no encryption): 3 lights, 1 room, 1 scene.");
+                       "bridge offers no encryption): 3 lights, 1 room, 2 scenes.");
     QTest::newRow("discover one bridge")
         << "discover" << one << -1 << "Found a Hue bridge at {host}: Philips hue (001788FFFE6A3B2C).";
     QTest::newRow("discover, picked by its id")

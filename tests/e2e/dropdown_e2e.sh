@@ -36,6 +36,14 @@ first = sorted(home["lights"], key=int)[0]
 home["lights"][first]["name"] = "Living room floor lamp by the big window"
 for group in home["groups"].values():
     group["name"] = group["name"] + " and the long hallway upstairs"
+# Enough scenes in the rooms for the scenes panel to offer its filter.
+rooms = [gid for gid, group in home["groups"].items() if group["type"] == "Room"]
+template = next(iter(home["scenes"].values()))
+for i in range(18):
+    group = rooms[i % len(rooms)]
+    scene = dict(template, name=["Nightlight", "Reading", "Dinner"][i % 3] + f" {i}", group=group,
+                 lights=home["groups"][group]["lights"], lightstates={})
+    home["scenes"][f"e2eScene{i:02d}"] = scene
 json.dump(home, open(path, "w"))
 PY
 start_bridge() { # [port]
@@ -51,7 +59,8 @@ start_bridge() { # [port]
 }
 start_bridge
 light_bri() { curl -s --noproxy '*' --max-time 2 "http://$address/api/$key/lights/$1" | grep -o '"bri": *[0-9]*' | tr -dc 0-9; }
-printf '{"bridgeIP":"%s","bridgeUser":"%s","hasSeenWelcomeScreen":true}\n' "$address" "$key" >"$e2e_work/settings.json"
+printf '{"bridgeIP":"%s","bridgeUser":"%s","hasSeenWelcomeScreen":true,"showScenes":true}\n' "$address" "$key" \
+    >"$e2e_work/settings.json"
 chmod 0600 "$e2e_work/settings.json"
 
 # ---- Helpers ----------------------------------------------------------------------------------------------------
@@ -145,15 +154,15 @@ controls=$(grep -cE "^ *(push button|check box|slider|page tab) '.+' .*showing" 
 [ "$controls" -ge 10 ] || fail "only $controls named controls on screen"
 say "$controls named controls on screen, none without a name"
 
-# The keyboard: Tab through settings and tabs to the first switch and slider; End sends full brightness.
+# The keyboard: Tab through settings and the three tabs to the first switch and slider; End sends full brightness.
 first=$(curl -s --noproxy '*' "http://$address/api/$key/lights" | grep -oE '"[0-9]+": *\{' | head -n1 | tr -dc 0-9)
-for _ in 1 2 3 4 5; do xdotool key Tab; done
+for _ in 1 2 3 4 5 6; do xdotool key Tab; done
 for _ in $(seq 50); do # the focus reaches the accessibility bus a moment after the keys
     name=$(focused_name)
     [ "$name" = "Living room floor lamp by the big window brightness" ] && break
     sleep 0.1
 done
-[ "$name" = "Living room floor lamp by the big window brightness" ] || fail "five Tabs reach \"$name\", not the first slider"
+[ "$name" = "Living room floor lamp by the big window brightness" ] || fail "six Tabs reach \"$name\", not the first slider"
 screenshot keyboard-focus
 xdotool key End
 for _ in $(seq 50); do
@@ -176,13 +185,34 @@ show_rooms() { # light|dark: the rooms panel, its zone and a screenshot, then ba
         fail "controls without a name in the rooms panel"
     sleep 0.3
     screenshot "rooms-$1"
+    show_scenes "$1"
     atspi press "push button" Lights
+}
+# The scenes panel: headings of rooms, the filter narrowing them as the user types, Escape emptying it.
+show_scenes() {
+    atspi press "push button" Scenes
+    atspi --timeout 5 wait label "Living room and the long hallway upstairs" >/dev/null ||
+        fail "no room heading in the scenes panel"
+    atspi --timeout 2 wait "push button" "Relax" >/dev/null || fail "no scene \"Relax\""
+    sleep 0.3
+    screenshot "scenes-$1"
+    atspi tree >"$e2e_artifacts/${e2e_name}-scenes-$1-atspi.log"
+    read -r x y w h < <(atspi where text "Filter scenes") || fail "no filter field named \"Filter scenes\""
+    xdotool mousemove $((x + w / 2)) $((y + h / 2)) click 1 sleep 0.2 type --delay 30 dinner
+    atspi --timeout 3 wait-text text "Filter scenes" '^dinner$' >/dev/null || fail "typing did not reach the filter"
+    sleep 0.3
+    ! grep -qE "^ *push button 'Reading [0-9]+' .*showing" "$(tree_file)" || fail "the filter left \"Reading\" scenes"
+    grep -qE "^ *push button 'Dinner 8' .*showing" "$e2e_work/tree.txt" || fail "the filter hid \"Dinner 8\""
+    screenshot "scenes-$1-filtered"
+    xdotool key Escape
+    atspi --timeout 3 wait-text text "Filter scenes" '^$' >/dev/null || fail "Escape did not empty the filter"
+    dropdown_window 5 >/dev/null || fail "Escape in the filter closed the window"
 }
 click_icon && window=$(dropdown_window 20) || fail "the window did not open again"
 show_rooms light
 xdotool key Escape
 dropdown_gone || fail "Escape did not close the window"
-say "rooms panel: the zone under \"Zones\", every control named"
+say "rooms panel: the zone under \"Zones\", every control named; scenes under their rooms, narrowed by typing"
 
 # ---- 2. The bridge gone and back --------------------------------------------------------------------------------
 click_icon && window=$(dropdown_window 20) || fail "the window did not open again"

@@ -1,9 +1,13 @@
 #include "PanelBench.h"
 #include "panels/ListScenes.h"
 #include "panels/SceneButton.h"
+#include "panels/ScrollColumn.h"
 
 #include <QEnterEvent>
 #include <QJsonObject>
+#include <QLabel>
+#include <QLayout>
+#include <QLineEdit>
 #include <QScrollBar>
 #include <QTest>
 
@@ -21,9 +25,14 @@ private Q_SLOTS:
     void hoverBrightensThePlate();
     void followsTheSceneList();
     void scrollsThroughManyScenes();
+    void listsScenesUnderTheirRooms();
+    void manyScenesCanBeNarrowedByTyping();
 
 private:
-    HueScene scene(const QString& id, const QString& name) const;
+    HueScene scene(const QString& id, const QString& name, const QString& group = {},
+                   const QStringList& lights = {}) const;
+    /// What the column shows from the top, headings as "# Name".
+    QStringList shownRows() const;
     void showList(const QList<HueScene>& scenes);
 
     std::unique_ptr<PanelBench> m_bench;
@@ -41,9 +50,35 @@ void TestListScenes::cleanup()
     m_bench.reset();
 }
 
-HueScene TestListScenes::scene(const QString& id, const QString& name) const
+HueScene TestListScenes::scene(const QString& id, const QString& name, const QString& group,
+                               const QStringList& lights) const
 {
-    return {.id = QUuid::createUuid(), .scene_id = id, .name = name, .type = QStringLiteral("GroupScene")};
+    return {.id = QUuid::createUuid(),
+            .scene_id = id,
+            .name = name,
+            .lights = lights,
+            .type = group.isEmpty() ? u"LightScene"_qs : u"GroupScene"_qs,
+            .group_id = group};
+}
+
+QStringList TestListScenes::shownRows() const
+{
+    QWidget* column = m_list->column()->widget();
+    column->layout()->activate();
+    QList<QWidget*> rows;
+    for (QWidget* row : column->findChildren<QWidget*>(Qt::FindDirectChildrenOnly)) {
+        if (row->isVisibleTo(column))
+            rows.append(row);
+    }
+    std::ranges::sort(rows, {}, [](const QWidget* row) { return row->y(); });
+    QStringList shown;
+    for (QWidget* row : rows) {
+        if (auto* button = qobject_cast<SceneButton*>(row))
+            shown << button->sceneName();
+        else
+            shown << u"# "_qs + static_cast<QLabel*>(row)->text();
+    }
+    return shown;
 }
 
 void TestListScenes::showList(const QList<HueScene>& scenes)
@@ -128,7 +163,86 @@ void TestListScenes::scrollsThroughManyScenes()
         scenes.append(scene(QString::number(i), u"Scene %1"_qs.arg(i)));
     showList(scenes);
     QCOMPARE(m_list->height(), 300);
-    QTRY_VERIFY(m_list->verticalScrollBar()->maximum() > 0);
+    QTRY_VERIFY(m_list->column()->verticalScrollBar()->maximum() > 0);
+}
+
+void TestListScenes::listsScenesUnderTheirRooms()
+{
+    // Scenes of no known room only: no headings at all.
+    showList({scene(u"1"_qs, u"Relax"_qs), scene(u"2"_qs, u"Read"_qs, u"7"_qs)});
+    QCOMPARE(shownRows(), (QStringList{"Relax", "Read"}));
+
+    HueGroup zone = m_bench->room(u"5"_qs, {u"1"_qs, u"4"_qs});
+    zone.type = u"Zone"_qs;
+    m_bench->settings().setGroups(
+        {zone, m_bench->room(u"2"_qs, {u"3"_qs, u"4"_qs}), m_bench->room(u"1"_qs, {u"1"_qs, u"2"_qs})});
+    m_bench->settings().setScenes({
+        scene(u"a"_qs, u"Nightlight"_qs, u"1"_qs, {u"1"_qs, u"2"_qs}),
+        scene(u"b"_qs, u"Nightlight"_qs, u"2"_qs, {u"3"_qs}),
+        scene(u"c"_qs, u"Sunset"_qs, {}, {u"4"_qs, u"3"_qs}),    // lamps of room 2
+        scene(u"d"_qs, u"Party"_qs, {}, {u"1"_qs, u"3"_qs}),     // lamps of two rooms
+        scene(u"e"_qs, u"Film"_qs, u"5"_qs, {u"1"_qs, u"4"_qs}), // the zone's own
+        scene(u"f"_qs, u"Game"_qs, u"9"_qs, {u"2"_qs}),          // a group not shown: placed by its lamps
+    });
+    // Rooms in the bridge's order, then zones, then the rest.
+    QCOMPARE(shownRows(), (QStringList{"# Room 2", "Nightlight", "Sunset", "# Room 1", "Nightlight", "Game",
+                                       "# Room 5", "Film", "# Other scenes", "Party"}));
+    QCOMPARE(m_list->sceneButtons().at(2)->accessibleDescription(), u"Room 1"_qs);
+
+    // A refresh that changes nothing keeps every button; a room renamed renames its heading.
+    SceneButton* first = m_list->sceneButtons().first();
+    m_bench->settings().setScenes(m_bench->settings().scenes());
+    QCOMPARE(m_list->sceneButtons().first(), first);
+    QList<HueGroup> groups = m_bench->settings().groups();
+    groups[1].name = u"Kitchen"_qs;
+    m_bench->settings().setGroups(groups);
+    QCOMPARE(m_list->headings().first()->text(), u"Kitchen"_qs);
+    QVERIFY(m_list->filterField()->isHidden()); // six scenes need no filter
+}
+
+void TestListScenes::manyScenesCanBeNarrowedByTyping()
+{
+    QList<HueScene> scenes;
+    for (int i = 0; i < ListScenes::filterThreshold; ++i)
+        scenes.append(
+            scene(QString::number(i), i % 2 ? u"Bright %1"_qs.arg(i) : u"Dimmed %1"_qs.arg(i), u"1"_qs));
+    m_bench->settings().setGroups({m_bench->room(u"1"_qs, {}), m_bench->room(u"2"_qs, {})});
+    showList(scenes);
+    QLineEdit* filter = m_list->filterField();
+    QVERIFY(filter->isHidden());
+    scenes.append(scene(u"x"_qs, u"Nightlight"_qs, u"2"_qs));
+    m_bench->settings().setScenes(scenes);
+    QVERIFY(filter->isVisible());
+    QCOMPARE(filter->accessibleName(), u"Filter scenes"_qs);
+    // Above the list, not scrolled with it, and the first stop of Tab.
+    QVERIFY(filter->geometry().bottom() < m_list->column()->geometry().top());
+    filter->setFocus();
+    QTest::keyClick(filter, Qt::Key_Tab);
+    QCOMPARE(QApplication::focusWidget(), m_list->sceneButtons().first());
+    filter->setFocus();
+    QTest::keyClicks(filter, u"BRIGHT 1"_qs);
+    QCOMPARE(shownRows(), (QStringList{"# Room 1", "Bright 1", "Bright 11", "Bright 13", "Bright 15",
+                                       "Bright 17", "Bright 19"}));
+    // A room's name shows all of its scenes; nothing found says so.
+    filter->setText(u"room 2"_qs);
+    QCOMPARE(shownRows(), (QStringList{"# Room 2", "Nightlight"}));
+    filter->setText(u"zzz"_qs);
+    QCOMPARE(shownRows(), (QStringList{u"# No scene matches “zzz”."_qs}));
+
+    // Escape empties the field and stays in the window; the next Escape goes on to close it.
+    QKeyEvent escape(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
+    QApplication::sendEvent(filter, &escape);
+    QVERIFY(escape.isAccepted());
+    QCOMPARE(shownRows().size(), 23);
+    QKeyEvent again(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
+    QApplication::sendEvent(filter, &again);
+    QVERIFY(!again.isAccepted());
+
+    // Back to few scenes: the field goes, and so does what was typed.
+    filter->setText(u"Night"_qs);
+    m_bench->settings().setScenes(scenes.mid(0, 3));
+    QVERIFY(filter->isHidden() && filter->text().isEmpty());
+    QCOMPARE(shownRows().size(), 4);
 }
 
 QTEST_MAIN(TestListScenes)

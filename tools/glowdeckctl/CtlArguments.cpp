@@ -185,9 +185,9 @@ QString sceneOperands(const QStringList& operands, CtlInvocation& invocation)
 constexpr CommandForm commandForms[] = {
     {"lights", CtlCommand::lights, "", "List the lamps: id, name, on/off, brightness, kind, product",
      noOperands, jsonOption | bridgeAndKey},
-    {"rooms", CtlCommand::rooms, "", "List the rooms: id, name, on/off, brightness, lamp ids", noOperands,
+    {"rooms", CtlCommand::rooms, "", "List the rooms and zones: id, name, type, on/off, brightness, lamp ids", noOperands,
      jsonOption | bridgeAndKey},
-    {"scenes", CtlCommand::scenes, "", "List the scenes: id, name, type, number of lamps", noOperands,
+    {"scenes", CtlCommand::scenes, "", "List the scenes: id, name, room, type, number of lamps", noOperands,
      jsonOption | bridgeAndKey},
     {"light", CtlCommand::light, "ID CHANGE", "Change one lamp (see CHANGE below)", lightOperands,
      bridgeAndKey},

@@ -9,6 +9,7 @@
 #include "bridge/HueHelper.h"
 #include "bridge/JsonWriter.h"
 #include "connection/BridgeProbe.h"
+#include "model/SceneRooms.h"
 #include "state/AppSettings.h"
 #include "state/JsonSettingsStore.h"
 #include "state/MemorySettingsStore.h"
@@ -84,12 +85,18 @@ QString groupsTable(const QList<HueGroup>& groups)
     return table(rows);
 }
 
-QString scenesTable(const QList<HueScene>& scenes)
+/// The scenes, each with the name of its room or zone (`group_id` holds its id).
+QString scenesTable(const QList<HueScene>& scenes, const QList<HueGroup>& groups)
 {
-    QList<QStringList> rows{
-        {QStringLiteral("ID"), QStringLiteral("NAME"), QStringLiteral("TYPE"), QStringLiteral("LIGHTS")}};
-    for (const HueScene& scene : scenes)
-        rows.append({scene.scene_id, scene.name, scene.type, QString::number(scene.lights.size())});
+    QHash<QString, QString> names;
+    for (const HueGroup& group : groups)
+        names.insert(group.group_id, group.name);
+    QList<QStringList> rows{{QStringLiteral("ID"), QStringLiteral("NAME"), QStringLiteral("ROOM"),
+                             QStringLiteral("TYPE"), QStringLiteral("LIGHTS")}};
+    for (const HueScene& scene : scenes) {
+        rows.append({scene.scene_id, scene.name, names.value(scene.group_id, QStringLiteral("-")), scene.type,
+                     QString::number(scene.lights.size())});
+    }
     return table(rows);
 }
 
@@ -351,6 +358,8 @@ void CtlCommands::onGroups(const GroupsResult& result)
     if (!result.ok())
         return failFetch(result);
     m_settings->setGroups(result.records);
+    if (m_invocation.command == CtlCommand::scenes)
+        return printScenes();
     if (m_invocation.command == CtlCommand::rooms) {
         printRecords(result.records, m_invocation, groupsTable);
         return finish(exitDone);
@@ -363,14 +372,29 @@ void CtlCommands::onGroups(const GroupsResult& result)
     changeGroup(*group);
 }
 
+void CtlCommands::printScenes()
+{
+    const QList<HueGroup> groups = m_settings->groups();
+    const SceneRooms rooms(groups);
+    QList<HueScene> scenes = m_settings->scenes();
+    for (HueScene& scene : scenes)
+        scene.group_id = rooms.roomOf(scene);
+    write(stdout, m_invocation.json ? jsonArray(scenes, m_invocation.withKey) : scenesTable(scenes, groups));
+    finish(exitDone);
+}
+
 void CtlCommands::onScenes(const ScenesResult& result)
 {
     if (!result.ok())
         return failFetch(result);
     m_settings->setScenes(result.records);
     if (m_invocation.command == CtlCommand::scenes) {
-        printRecords(result.records, m_invocation, scenesTable);
-        return finish(exitDone);
+        // Where a scene belongs takes the rooms: a light scene is in the room that holds all of its lamps.
+        HueCommunicationGroups{.bridgeIP = m_settings->bridgeEndpoint(),
+                               .apiKey = m_settings->hueKey(),
+                               .identity = m_settings->bridgeIdentity()}
+            .fetch(*m_network, [this](const GroupsResult& rooms) { onGroups(rooms); });
+        return;
     }
     const bool known = std::any_of(result.records.begin(), result.records.end(),
                                    [this](const HueScene& s) { return s.scene_id == m_invocation.targetId; });

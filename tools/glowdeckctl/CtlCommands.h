@@ -48,6 +48,7 @@ private:
     void onLights(const LightsResult& result);
     void onGroups(const GroupsResult& result);
     void onScenes(const ScenesResult& result);
+    void printScenes();
     void changeLight(const HueLight& light);
     void changeGroup(const HueGroup& group);
     void switchAllOff(const QList<HueLight>& lights);
