@@ -205,6 +205,7 @@ void TestConnectionView::severalBridgesAreListedAndTheUserPicksOne()
              u"Philips hue at %1 (%2)"_qs.arg(upstairs.hostAndPort(), upstairs.bridgeId()));
     QVERIFY(choices->hasFocus());
     QVERIFY(m_bench->settings().hueIP().isEmpty()); // nothing chosen yet
+    QCOMPARE(child<QLabel>(QStringLiteral("foundAddress"))->text(), u"2 bridges found."_qs);
 
     QTest::keyClick(choices, Qt::Key_Down);
     QTest::keyClick(choices, Qt::Key_Return);

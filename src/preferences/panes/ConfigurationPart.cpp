@@ -102,6 +102,11 @@ void ConfigurationPart::onHueIPChanged()
     m_found->setText(address.isEmpty() ? tr("No bridge found yet.") : tr("Bridge at %1").arg(address));
 }
 
+void ConfigurationPart::showFoundCount(int count)
+{
+    m_found->setText(tr("%1 bridges found.").arg(count));
+}
+
 void ConfigurationPart::onAddressEdited(const QString& text)
 {
     m_settings.setHueIP(text.trimmed());

@@ -29,6 +29,8 @@ public:
     void setConnectionType(ConnectionType type);
     /// Disables what cannot start again while a search or a pairing attempt runs, and says so on the buttons.
     void setBusy(bool detecting, bool connecting);
+    /// Says that Detect found @p count (two or more) bridges, until an address is chosen.
+    void showFoundCount(int count);
 
     static QString addressPlaceholder();
 

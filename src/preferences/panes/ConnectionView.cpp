@@ -218,6 +218,7 @@ void ConnectionView::onDetect()
             row->setData(Qt::UserRole, bridge.address);
         }
         self->m_choices->setCurrentRow(0);
+        self->m_configuration->showFoundCount(int(bridges.size()));
         self->m_choices->setFixedHeight(int(bridges.size()) * (self->m_choices->sizeHintForRow(0) + 2) +
                                         2 * self->m_choices->frameWidth());
         for (QWidget* part :
