@@ -102,6 +102,13 @@ void AppDelegate::createPreferences()
          new HotkeyView(*m_settings, *m_hotkeys, *m_hotkeyActions)},
     });
     m_preferences->setFrameAutosaveName(preferencesFrameName, &m_settings->preferences());
+    const auto showSaveError = [this] {
+        const QString error = m_settings->settingsSaveError();
+        m_preferences->setStatus(error.isEmpty() ? QString()
+                                                 : tr("Settings could not be saved: %1").arg(error));
+    };
+    connect(m_settings.get(), &AppSettings::settingsSaveErrorChanged, m_preferences.get(), showSaveError);
+    showSaveError();
     connect(general, &PreferencesGeneralView::debugInformationRequested, this,
             &AppDelegate::onShowDebugWindow);
     connect(lights, &LampSelectorView::connectionPaneRequested, this, &AppDelegate::onOpenConnectionSettings);
@@ -138,6 +145,12 @@ void AppDelegate::start()
     m_localNetwork = createLocalNetworkBrowser();
     m_discovery->setLocalNetworkBrowser(m_localNetwork.get());
     m_connection->setBridgeFinder(m_discovery.get());
+    // "glowdeckctl pair" while this runs: its key is used at once, and never overwritten with the old one.
+    m_store->watchForChanges();
+    connect(m_settings.get(), &AppSettings::bridgeChangedElsewhere, m_connection.get(), [this] {
+        if (!m_settings->hueIP().isEmpty() && !m_settings->hueKey().isEmpty())
+            m_connection->connectToBridge();
+    });
     m_reviewPrompt = std::make_unique<ReviewPrompt>(*m_settings);
     m_startAtLogin =
         std::make_unique<StartAtLogin>(createLoginItem(applicationId, m_options.loginItemFolder));

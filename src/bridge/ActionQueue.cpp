@@ -139,17 +139,40 @@ void ActionQueue::onAnswer(const ActionQueueItem& item, const WriteOutcome& outc
         pauseForBudget(item, outcome.status);
     else if (outcome.ok())
         m_pause = std::chrono::milliseconds(0);
-    if (m_logRefusals && outcome.kind == WriteOutcome::Kind::refused &&
-        !m_loggedRefusals.contains(outcome.detail)) {
-        // A bridge that words every refusal differently gets no more than a screenful at a time.
-        if (m_loggedRefusals.size() >= 100)
-            m_loggedRefusals.clear();
-        m_loggedRefusals.insert(outcome.detail);
-        m_settings.addLogLine(QStringLiteral("The bridge refused a change of %1: %2")
-                                  .arg(bridgeResourcePath(item.url), outcome.detail));
-    }
+    if (m_logRefusals)
+        tellUser(item, outcome);
     Q_EMIT answered(item, outcome);
     reportIfDrained();
+}
+
+void ActionQueue::tellUser(const ActionQueueItem& item, const WriteOutcome& outcome)
+{
+    // Lost connections are the banner's business, and a busy bridge only makes the queue wait.
+    const QString path = bridgeResourcePath(item.url);
+    switch (outcome.kind) {
+    case WriteOutcome::Kind::refused:
+        m_settings.showNotice(
+            tr("The bridge refused the change: %1").arg(outcome.detail),
+            QStringLiteral("The bridge refused a change of %1: %2").arg(path, outcome.detail));
+        break;
+    case WriteOutcome::Kind::httpError:
+        if (outcome.status != 429 && outcome.status != 503) {
+            m_settings.showNotice(tr("The bridge answered with an error (HTTP %1)").arg(outcome.status),
+                                  QStringLiteral("The bridge answered a change of %1 with HTTP %2")
+                                      .arg(path)
+                                      .arg(outcome.status));
+        }
+        break;
+    case WriteOutcome::Kind::unexpected:
+        m_settings.showNotice(
+            tr("The bridge's answer could not be read"),
+            QStringLiteral("The bridge's answer to a change of %1 could not be read").arg(path));
+        break;
+    case WriteOutcome::Kind::accepted:
+    case WriteOutcome::Kind::timedOut:
+    case WriteOutcome::Kind::noAnswer:
+        break;
+    }
 }
 
 void ActionQueue::pauseForBudget(const ActionQueueItem& item, int status)

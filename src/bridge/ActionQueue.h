@@ -53,8 +53,8 @@ public:
     /// Requests sent and not yet answered, failed or timed out.
     int requestsInFlight() const { return m_inFlight; }
 
-    /// Whether the first refusal of each kind goes to the log (on by default; a caller that reports every
-    /// answer itself turns it off).
+    /// Whether a change the bridge refused or answered with an error is shown to the user and logged (the
+    /// command-line tool prints each itself).
     void setLogRefusals(bool log) { m_logRefusals = log; }
 
     /// The clock behind `lastUserActionAt`; tests replace it.
@@ -76,6 +76,7 @@ private:
     void onAnswer(const ActionQueueItem& item, const WriteOutcome& outcome);
     void reportIfDrained();
     /// The bridge said it is over its budget: nothing is sent for a while, longer each time in a row.
+    void tellUser(const ActionQueueItem& item, const WriteOutcome& outcome);
     void pauseForBudget(const ActionQueueItem& item, int status);
 
     AppSettings& m_settings;
@@ -87,5 +88,4 @@ private:
     QElapsedTimer m_sincePause;     // invalid while not paused
     std::chrono::milliseconds m_pause{0};
     bool m_logRefusals = true;
-    QSet<QString> m_loggedRefusals; // a dragged slider on a lamp that is off would repeat one a hundred times
 };

@@ -71,6 +71,8 @@ FetchResult<Record, Error> fromBody(const QByteArray& body, const QString& bridg
     if (!response) {
         Result result = failure<Result>(Error::invalidData, list.undecodable);
         if (members > WireDecoder::maxListMembers)
+            result.tooMany = members;
+        if (members > WireDecoder::maxListMembers)
             result.message = QStringLiteral("Error: %1 lists %2 %3, more than the %4 a bridge can hold; the "
                                             "answer was refused.")
                                  .arg(QString::fromUtf8(list.wireName))
@@ -138,6 +140,13 @@ PendingRead fetchList(QNetworkAccessManager& network, const QString& bridgeIP, c
                                if (answer.tooLarge)
                                    return deliver(guard, completion,
                                                   failure<Result>(Error::invalidData, list.undecodable));
+                               // A redirect or an error page may well hold JSON: it is not the list.
+                               if (answer.status < 200 || answer.status > 299) {
+                                   Result result = failure<Result>(Error::invalidData, list.undecodable);
+                                   result.httpStatus = answer.status;
+                                   result.bridgeErrors = bridgeErrors(answer.body);
+                                   return deliver(guard, completion, result);
+                               }
                                // Comparing the bytes costs a few microseconds; decoding them again, a hundred
                                // times that.
                                if (memo && memo->url == url && memo->body == answer.body) {

@@ -56,8 +56,10 @@ struct FetchResult
     bool timedOut = false;
     /// The bridge's certificate was refused: why (also in `connectionError`). Nothing was sent.
     QString refusal;
-    /// The answer's HTTP status, when there was an answer (the bridge's own clients do not look at it).
+    /// The answer's HTTP status, when there was an answer. Only a 2xx answer is read as the list.
     int httpStatus = 0;
+    /// How many members a refused answer listed, when that was more than a bridge can hold; else 0.
+    std::size_t tooMany = 0;
 
     bool ok() const { return !error.has_value(); }
 };

@@ -173,6 +173,10 @@ void BridgeConnection::onLights(const LightsResult& result, quint64 order)
     } else if (!result.ok()) {
         if (!result.refusal.isEmpty())
             m_settings.setConnectionErrorMessage(result.refusal);
+        // It answered: saying it cannot be reached, or asking for the link button, would send the user
+        // after the wrong fault.
+        if (result.error == BridgeError::invalidData)
+            reportUnusableAnswer(result);
         // A bridge that stopped answering may answer elsewhere or otherwise (plain HTTP only, say): the next
         // tick asks it who it is before it is read again.
         if (result.error == BridgeError::connectionFailed) {
@@ -198,6 +202,25 @@ void BridgeConnection::onLights(const LightsResult& result, quint64 order)
             refreshScenes();
     }
     Q_EMIT lightsRefreshed(result);
+}
+
+void BridgeConnection::reportUnusableAnswer(const LightsResult& result)
+{
+    QString message;
+    if (result.bridgeErrors.contains(QLatin1String("unauthorized user")))
+        message = tr("The bridge does not know Glowdeck's key: press its link button, then Connect");
+    else if (!result.bridgeErrors.isEmpty())
+        message = tr("The bridge refused to list the lights: %1")
+                      .arg(result.bridgeErrors.join(QStringLiteral("; ")));
+    else if (result.httpStatus != 0 && (result.httpStatus < 200 || result.httpStatus > 299))
+        message = tr("The bridge answered with an error (HTTP %1)").arg(result.httpStatus);
+    else if (result.tooMany > 0)
+        message = tr("The bridge sent more than 1,000 lights");
+    else
+        message = tr("The bridge's answer could not be read");
+    if (message != m_settings.connectionErrorMessage())
+        m_settings.addLogLine(message);
+    m_settings.setConnectionErrorMessage(message);
 }
 
 void BridgeConnection::setBridgeFinder(BridgeDiscovery* finder)

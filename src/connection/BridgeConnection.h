@@ -98,6 +98,8 @@ private:
 
     /// Reaches the bridge anew (BridgeProbe) and reads the lists once it proved who it is.
     void reach();
+    /// Says what was wrong with an answer that came but could not be used.
+    void reportUnusableAnswer(const LightsResult& result);
     void onLights(const LightsResult& result, quint64 order);
     void onScenes(const ScenesResult& result);
     /// The bridge did not answer at its address, or answered as another bridge.

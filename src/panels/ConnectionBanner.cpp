@@ -29,8 +29,9 @@ ConnectionBanner::ConnectionBanner(AppSettings& settings, QWidget* parent)
     layout->setContentsMargins(horizontalMargin, verticalMargin, horizontalMargin, verticalMargin);
     layout->addWidget(m_text);
 
-    for (auto changed : {&AppSettings::bridgeConnectedChanged, &AppSettings::connectionErrorMessageChanged,
-                         &AppSettings::hueKeyChanged})
+    for (auto changed :
+         {&AppSettings::bridgeConnectedChanged, &AppSettings::connectionErrorMessageChanged,
+          &AppSettings::hueKeyChanged, &AppSettings::noticeChanged, &AppSettings::settingsSaveErrorChanged})
         connect(&m_settings, changed, this, &ConnectionBanner::onStateChanged);
     onStateChanged();
     applyColours();
@@ -45,9 +46,16 @@ void ConnectionBanner::onStateChanged()
 {
     const QString error = m_settings.connectionErrorMessage();
     const bool paired = !m_settings.hueKey().isEmpty();
-    const bool shown = !m_settings.bridgeConnected() && (paired || !error.isEmpty());
+    QString text;
+    if (!m_settings.bridgeConnected() && (paired || !error.isEmpty()))
+        text = error.isEmpty() ? tr("Bridge not reachable \u2014 retrying") : error;
+    else if (!m_settings.settingsSaveError().isEmpty())
+        text = tr("Settings could not be saved: %1").arg(m_settings.settingsSaveError());
+    else
+        text = m_settings.notice();
+    const bool shown = !text.isEmpty();
     if (shown)
-        m_text->setText(error.isEmpty() ? tr("Bridge not reachable \u2014 retrying") : error);
+        m_text->setText(text);
     if (isVisibleTo(parentWidget()) != shown)
         setVisible(shown);
 }

@@ -8,7 +8,8 @@ class QLabel;
 /// A line at the top of the body while the bridge cannot be reached: the connection's last error, or
 /// "Bridge not reachable — retrying" (a long error wraps rather than losing its end). It goes away at the
 /// first successful read. Before the program is paired it only shows a message the connection has for the
-/// user (the empty panel says the rest).
+/// user (the empty panel says the rest). While the bridge answers, it says that settings cannot be saved,
+/// or else shows the current notice (a change the bridge refused).
 class ConnectionBanner final : public QWidget
 {
     Q_OBJECT

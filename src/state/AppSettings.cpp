@@ -7,9 +7,63 @@
 #include "state/SettingsKeys.h"
 #include "state/SettingsStore.h"
 
-AppSettings::AppSettings(SettingsStore& store, QObject* parent) : QObject(parent), m_store(store) {}
+#include <QTimer>
 
-void AppSettings::load()
+#include <algorithm>
+
+namespace {
+constexpr int noticeSeconds = 8;
+} // namespace
+
+AppSettings::AppSettings(SettingsStore& store, QObject* parent)
+    : QObject(parent), m_store(store), m_noticeExpiry(new QTimer(this))
+{
+    m_noticeExpiry->setSingleShot(true);
+    m_noticeExpiry->setInterval(noticeSeconds * 1000);
+    connect(m_noticeExpiry, &QTimer::timeout, this,
+            [this] { assign(m_notice, QString(), &AppSettings::noticeChanged); });
+    m_store.setChangedElsewhereHandler([this](const QStringList& keys) { onChangedElsewhere(keys); });
+    m_store.setSaveErrorHandler([this] {
+        if (!m_store.saveError().isEmpty())
+            addLogLine(QStringLiteral("Settings could not be saved: %1").arg(m_store.saveError()));
+        Q_EMIT settingsSaveErrorChanged();
+    });
+    m_store.setNoticeHandler([this](const QString& message) { showNotice(message); });
+}
+
+AppSettings::~AppSettings()
+{
+    m_store.setChangedElsewhereHandler({});
+    m_store.setSaveErrorHandler({});
+    m_store.setNoticeHandler({});
+}
+
+QString AppSettings::settingsSaveError() const
+{
+    return m_store.saveError();
+}
+
+void AppSettings::showNotice(const QString& message, const QString& logLine)
+{
+    addLogLine(logLine.isEmpty() ? message : logLine);
+    m_noticeExpiry->start();
+    assign(m_notice, message, &AppSettings::noticeChanged);
+}
+
+void AppSettings::onChangedElsewhere(const QStringList& keys)
+{
+    namespace Keys = SettingsKeys;
+    const QStringList bridgeKeys{Keys::bridgeIP, Keys::bridgeUser, Keys::bridgeTransport, Keys::bridgeID,
+                                 Keys::bridgeCertificateKey};
+    if (std::none_of(keys.cbegin(), keys.cend(),
+                     [&](const QString& key) { return bridgeKeys.contains(key); }))
+        return;
+    loadBridge();
+    addLogLine(QStringLiteral("Another program stored a bridge in the settings file: using it"));
+    Q_EMIT bridgeChangedElsewhere();
+}
+
+void AppSettings::loadBridge()
 {
     namespace Keys = SettingsKeys;
     setHueIP(m_store.readString(Keys::bridgeIP).value_or(QString()));
@@ -26,6 +80,12 @@ void AppSettings::load()
     if (certificateKey.size() != 32)
         certificateKey.clear();
     setBridgeContact(transport, bridgeId.toUpper(), certificateKey);
+}
+
+void AppSettings::load()
+{
+    namespace Keys = SettingsKeys;
+    loadBridge();
     assign(m_appIcon, m_store.readString(Keys::appIcon).value_or(QStringLiteral("Icon_Lamp0")),
            &AppSettings::appIconChanged);
 

@@ -16,6 +16,8 @@
 
 #include <functional>
 
+class QTimer;
+
 class SettingsStore;
 
 /// The one shared, observable state of the application: bridge data, connection, pending changes, the log and
@@ -64,7 +66,10 @@ public:
     /// The log is emptied, not trimmed, once it holds this many lines.
     static constexpr qsizetype logCapacity = 1001;
 
+    /// Follows the store: a bridge address or key another program stored is taken in at once
+    /// (`bridgeChangedElsewhere`), and what the store could not save is told (`settingsSaveError`).
     explicit AppSettings(SettingsStore& store, QObject* parent = nullptr);
+    ~AppSettings() override;
 
     /// Reads the persisted values, in the order the application has always read them.
     void load();
@@ -73,6 +78,12 @@ public:
 
     /// Prints the line and appends it to the log, both with the key redacted (state/Redaction.h).
     void addLogLine(const QString& message);
+    /// Shows @p message to the user for a few seconds (the drop-down window's line) and logs it, or
+    /// @p logLine in its place. A message shown already stays, for a few seconds from now.
+    void showNotice(const QString& message, const QString& logLine = QString());
+    QString notice() const { return m_notice; }
+    /// Why settings changed in this run may be lost (the store's words); empty while every change is saved.
+    QString settingsSaveError() const;
 
     /// Changes the first light with this id in place; returns false when there is none.
     bool updateLight(const QString& lampId, const std::function<void(HueLight&)>& change);
@@ -181,10 +192,16 @@ Q_SIGNALS:
     void bridgeContactChanged();
     /// The user hid or showed a light.
     void lightVisibilityChanged();
+    /// Another program stored a bridge address, key or identity, and these fields now hold it.
+    void bridgeChangedElsewhere();
+    void noticeChanged();
+    void settingsSaveErrorChanged();
 
 private:
     template <typename T>
     void assign(T& field, const T& value, void (AppSettings::*changed)());
+    void loadBridge();
+    void onChangedElsewhere(const QStringList& keys);
 
     SettingsStore& m_store;
     Preferences m_preferences{m_store};
@@ -213,4 +230,6 @@ private:
     QString m_bridgeTransport;
     QString m_bridgeID;
     QByteArray m_bridgeCertificateKey;
+    QString m_notice;
+    QTimer* m_noticeExpiry;
 };

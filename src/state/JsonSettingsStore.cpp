@@ -5,10 +5,13 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QFileSystemWatcher>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QSettings>
+#include <QLockFile>
+#include <QSaveFile>
 #include <QStandardPaths>
+#include <QTimer>
 
 #include <cmath>
 #include <cstdio>
@@ -27,37 +30,30 @@ QVariant fromJson(const QJsonValue& value)
     return value.toVariant();
 }
 
-bool readJson(QIODevice& device, QSettings::SettingsMap& map)
-{
-    // QSettings reads the file again when another process changed it: the same limits hold then.
-    if (device.size() > JsonSettingsStore::maxFileBytes)
-        return false;
-    const std::optional<QVariantMap> values = JsonSettingsStore::parse(device.readAll());
-    if (!values)
-        return false;
-    map = *values;
-    return true;
-}
-
-bool writeJson(QIODevice& device, const QSettings::SettingsMap& map)
+QByteArray toJson(const QVariantMap& values)
 {
     QJsonObject object;
-    for (auto it = map.begin(); it != map.end(); ++it)
+    for (auto it = values.begin(); it != values.end(); ++it)
         object.insert(it.key(), QJsonValue::fromVariant(it.value()));
-    return device.write(QJsonDocument(object).toJson(QJsonDocument::Indented)) >= 0;
+    return QJsonDocument(object).toJson(QJsonDocument::Indented);
 }
 
-QSettings::Format jsonFormat()
+bool sameValue(const QVariant& a, const QVariant& b)
 {
-    static const QSettings::Format format =
-        QSettings::registerFormat(QStringLiteral("json"), readJson, writeJson);
-    return format;
+    return a.typeId() == b.typeId() && a == b;
 }
 
 constexpr QFile::Permissions ownerOnly = QFile::ReadOwner | QFile::WriteOwner;
+constexpr QFile::Permissions ownerOnlyFolder = ownerOnly | QFile::ExeOwner;
+constexpr QFile::Permissions others =
+    QFile::ReadGroup | QFile::WriteGroup | QFile::ReadOther | QFile::WriteOther;
+constexpr int settleMs = 150;    // an editor's save is several events
+constexpr int lockWaitMs = 2000; // another process holds the lock only while it writes a few KB
 
 QString kindOf(const QFileInfo& info)
 {
+    if (info.isSymLink())
+        return QStringLiteral("a symbolic link");
     if (info.isDir())
         return QStringLiteral("a folder");
     return QStringLiteral("not a regular file");
@@ -67,8 +63,7 @@ QString kindOf(const QFileInfo& info)
 
 JsonSettingsStore::JsonSettingsStore(const QString& fileName) : m_fileName(fileName)
 {
-    if (prepareFile())
-        m_settings = std::make_unique<QSettings>(fileName, jsonFormat());
+    m_inMemory = !open();
 }
 
 JsonSettingsStore::~JsonSettingsStore() = default;
@@ -101,62 +96,73 @@ void JsonSettingsStore::warn(const QString& message) const
     std::fprintf(stderr, "%s: %s\n", qPrintable(program), qPrintable(message));
 }
 
-bool JsonSettingsStore::prepareFile()
+JsonSettingsStore::Reading JsonSettingsStore::readFile(QVariantMap& values, Seen& seen, QString& why) const
 {
     const QFileInfo info(m_fileName);
-    if (!info.exists()) {
-        // Created readable by its owner only before anything is in it (QSettings keeps the permissions of the
-        // file it replaces).
-        QDir().mkpath(info.absolutePath());
-        QFile file(m_fileName);
-        if (!file.open(QIODevice::WriteOnly | QIODevice::NewOnly) || file.write("{}\n") < 0) {
-            m_saveError =
-                QStringLiteral("cannot create the settings file %1: %2").arg(m_fileName, file.errorString());
-            warn(m_saveError + QStringLiteral("; settings are not saved this time"));
-            return false;
-        }
-        file.setPermissions(ownerOnly);
-        return true;
+    // A link is never followed: as root, a link to a system file must not make us read or replace it.
+    if (!info.exists() && !info.isSymLink())
+        return Reading::missing;
+    // Opening a folder fails, a named pipe would block us for good, a device could be anything.
+    if (info.isSymLink() || !info.isFile()) {
+        why = QStringLiteral("the settings file %1 is %2").arg(m_fileName, kindOf(info));
+        return Reading::unusable;
     }
-    // Opening a folder fails, a named pipe would block us for good, a device could be anything: none of them
-    // is read, written or has its permissions changed.
-    if (!info.isFile()) {
-        m_saveError = QStringLiteral("the settings file %1 is %2").arg(m_fileName, kindOf(info));
-        warn(m_saveError + QStringLiteral("; it is left as it is, and settings are not saved this time"));
-        return false;
-    }
-    if ((info.permissions() & ~ownerOnly & ~(QFile::ReadUser | QFile::WriteUser)) != 0)
-        QFile::setPermissions(m_fileName, ownerOnly);
-
     if (info.size() > maxFileBytes) {
-        const QString kept = keepAside(QStringLiteral("too-large"));
-        if (kept.isEmpty())
-            return false;
-        warn(QStringLiteral(
-                 "the settings file %1 is larger than 1 MiB (%2 bytes), far more than any of ours; it "
-                 "was not read, it was kept as %3, and Glowdeck starts with default settings")
-                 .arg(m_fileName)
-                 .arg(info.size())
-                 .arg(kept));
-        return prepareFile();
+        why = QStringLiteral("too-large");
+        return Reading::broken;
     }
     QFile file(m_fileName);
     if (!file.open(QIODevice::ReadOnly)) {
-        m_saveError =
-            QStringLiteral("cannot read the settings file %1: %2").arg(m_fileName, file.errorString());
+        why = QStringLiteral("cannot read the settings file %1: %2").arg(m_fileName, file.errorString());
+        return Reading::unusable;
+    }
+    seen = {true, info.lastModified(), info.size(), file.read(maxFileBytes + 1)};
+    const std::optional<QVariantMap> parsed = parse(seen.content);
+    if (!parsed) {
+        why = QStringLiteral("broken");
+        return Reading::broken;
+    }
+    values = *parsed;
+    return Reading::read;
+}
+
+bool JsonSettingsStore::open()
+{
+    QString why;
+    switch (readFile(m_values, m_seen, why)) {
+    case Reading::read:
+        if (QFile::permissions(m_fileName) & others)
+            warn(QStringLiteral("the settings file %1 holds the bridge key and other users may read it; "
+                                "\"chmod 600\" makes it yours alone")
+                     .arg(m_fileName));
+        return true;
+    case Reading::missing:
+        return writeFile();
+    case Reading::unusable:
+        m_saveError = why;
         warn(m_saveError + QStringLiteral("; it is left as it is, and settings are not saved this time"));
         return false;
+    case Reading::broken:
+        break;
     }
-    if (parse(file.read(maxFileBytes + 1)))
-        return true;
-    file.close();
-    const QString kept = keepAside(QStringLiteral("broken"));
+    const qint64 size = QFileInfo(m_fileName).size();
+    const QString kept = keepAside(why);
     if (kept.isEmpty())
         return false;
-    warn(QStringLiteral("the settings file %1 is not valid JSON; it was kept as %2 and Glowdeck starts with "
-                        "default settings")
-             .arg(m_fileName, kept));
-    return prepareFile();
+    if (why == QLatin1String("broken")) {
+        warn(QStringLiteral("the settings file %1 is not valid JSON; it was kept as %2 and Glowdeck starts "
+                            "with default settings")
+                 .arg(m_fileName, kept));
+    } else {
+        warn(
+            QStringLiteral("the settings file %1 is larger than 1 MiB (%2 bytes), far more than any of ours; "
+                           "it was not read, it was kept as %3, and Glowdeck starts with default settings")
+                .arg(m_fileName)
+                .arg(size)
+                .arg(kept));
+    }
+    m_values.clear();
+    return open();
 }
 
 QString JsonSettingsStore::keepAside(const QString& why)
@@ -184,54 +190,190 @@ QString JsonSettingsStore::keepAside(const QString& why)
     return {};
 }
 
+bool JsonSettingsStore::createFolder(const QString& folder)
+{
+    if (QFileInfo(folder).isDir())
+        return true;
+    if (!QDir().mkpath(folder))
+        return false;
+    QFile::setPermissions(folder, ownerOnlyFolder);
+    return true;
+}
+
+bool JsonSettingsStore::writeFile()
+{
+    const QFileInfo info(m_fileName);
+    if (info.isSymLink() || (info.exists() && !info.isFile())) {
+        setSaveError(
+            QStringLiteral("the settings file %1 is %2; it is left as it is").arg(m_fileName, kindOf(info)));
+        return false;
+    }
+    if (!createFolder(info.absolutePath())) {
+        setSaveError(
+            QStringLiteral("cannot write the settings file %1: its folder cannot be made").arg(m_fileName));
+        return false;
+    }
+    const bool creating = !info.exists();
+    QSaveFile file(m_fileName);
+    // A half-written settings file is worse than none: no writing in place when the folder refuses a
+    // temporary file.
+    file.setDirectWriteFallback(false);
+    const QByteArray content = toJson(m_values);
+    const bool written = file.open(QIODevice::WriteOnly) && (!creating || file.setPermissions(ownerOnly)) &&
+                         file.write(content) == content.size() && file.commit();
+    if (!written) {
+        setSaveError(
+            QStringLiteral("cannot write the settings file %1: %2").arg(m_fileName, file.errorString()));
+        return false;
+    }
+    const QFileInfo now(m_fileName);
+    m_seen = {true, now.lastModified(), now.size(), content};
+    m_pending.clear();
+    setSaveError({});
+    return true;
+}
+
+void JsonSettingsStore::setSaveError(const QString& error)
+{
+    if (error == m_saveError)
+        return;
+    const bool first = m_saveError.isEmpty();
+    m_saveError = error;
+    if (!error.isEmpty() && first)
+        warn(error);
+    else if (error.isEmpty())
+        warn(QStringLiteral("the settings file %1 is saved again").arg(m_fileName));
+    notifySaveErrorChanged();
+}
+
+bool JsonSettingsStore::takeInChanges()
+{
+    QVariantMap onDisk;
+    Seen seen;
+    QString why;
+    switch (readFile(onDisk, seen, why)) {
+    case Reading::missing:
+        // Deleted: the next write makes it again, whole, from what this store holds.
+        m_seen = {};
+        return true;
+    case Reading::unusable:
+        return true; // the write says why it cannot go there
+    case Reading::broken:
+        return false;
+    case Reading::read:
+        break;
+    }
+    if (seen.exists == m_seen.exists && seen.content == m_seen.content) {
+        m_seen = seen;
+        return true;
+    }
+    m_seen = seen;
+    // What others wrote, with this store's own changes that did not reach the file yet on top.
+    for (auto it = m_pending.begin(); it != m_pending.end(); ++it) {
+        if (it.value().isValid())
+            onDisk.insert(it.key(), it.value());
+        else
+            onDisk.remove(it.key());
+    }
+    QStringList changed;
+    for (auto it = onDisk.begin(); it != onDisk.end(); ++it) {
+        if (!m_values.contains(it.key()) || !sameValue(m_values.value(it.key()), it.value()))
+            changed.append(it.key());
+    }
+    for (auto it = m_values.begin(); it != m_values.end(); ++it) {
+        if (!onDisk.contains(it.key()))
+            changed.append(it.key());
+    }
+    m_values = onDisk;
+    for (const QString& key : std::as_const(changed)) {
+        if (!m_changedElsewhere.contains(key))
+            m_changedElsewhere.append(key);
+    }
+    return true;
+}
+
+void JsonSettingsStore::save(const QString& key, const QVariant& value)
+{
+    if (value.isValid())
+        m_values.insert(key, value);
+    else
+        m_values.remove(key);
+    m_pending.insert(key, value);
+    if (m_inMemory)
+        return;
+
+    // Another glowdeck or glowdeckctl writing at the same moment waits for this write, and the other way
+    // round. A lock that cannot be had (a read-only folder) does not stop the attempt: the write says why.
+    QLockFile lock(m_fileName + QStringLiteral(".lock"));
+    lock.tryLock(lockWaitMs);
+    if (!takeInChanges()) {
+        const QString kept = keepAside(QStringLiteral("broken"));
+        if (!kept.isEmpty()) {
+            const QString message =
+                QStringLiteral(
+                    "The settings file %1 was changed into something that is not valid JSON; it was "
+                    "kept as %2, and the settings were saved anew")
+                    .arg(m_fileName, kept);
+            warn(message);
+            notify(message);
+            m_seen = {};
+        }
+    }
+    writeFile();
+    lock.unlock();
+    notifyChangedElsewhere(std::exchange(m_changedElsewhere, {}));
+}
+
+void JsonSettingsStore::watchForChanges()
+{
+    if (m_inMemory || m_watcher)
+        return;
+    m_watcher = std::make_unique<QFileSystemWatcher>();
+    m_settle = std::make_unique<QTimer>();
+    m_settle->setSingleShot(true);
+    m_settle->setInterval(settleMs);
+    QObject::connect(m_settle.get(), &QTimer::timeout, m_settle.get(), [this] { onFileEvent(); });
+    // The folder too: a file replaced by a rename (as every editor and this store save) is a new file.
+    const auto changed = [this] { m_settle->start(); };
+    QObject::connect(m_watcher.get(), &QFileSystemWatcher::fileChanged, m_settle.get(), changed);
+    QObject::connect(m_watcher.get(), &QFileSystemWatcher::directoryChanged, m_settle.get(), changed);
+    m_watcher->addPath(QFileInfo(m_fileName).absolutePath());
+    m_watcher->addPath(m_fileName);
+}
+
+void JsonSettingsStore::onFileEvent()
+{
+    if (QFileInfo::exists(m_fileName) && !m_watcher->files().contains(m_fileName))
+        m_watcher->addPath(m_fileName);
+    // A file broken now is left as it is: an editor may be half-way; the next save keeps it aside.
+    takeInChanges();
+    notifyChangedElsewhere(std::exchange(m_changedElsewhere, {}));
+}
+
 bool JsonSettingsStore::contains(const QString& key) const
 {
-    return m_settings ? m_settings->contains(key) : m_memory.contains(key);
+    return m_values.contains(key);
 }
 
 QVariant JsonSettingsStore::value(const QString& key) const
 {
-    return m_settings ? m_settings->value(key) : m_memory.value(key);
+    return m_values.value(key);
 }
 
 void JsonSettingsStore::setValue(const QString& key, const QVariant& value)
 {
-    // The connection stores the same address and key after every refresh: rewriting (and syncing) the file
-    // each time would cost more than the refresh itself.
-    const QVariant stored = this->value(key);
-    if (stored.typeId() == value.typeId() && stored == value)
+    // The connection stores the same address and key after every refresh: rewriting the file each time
+    // would cost more than the refresh itself.
+    if (m_values.contains(key) && sameValue(m_values.value(key), value))
         return;
-    if (!m_settings) {
-        m_memory.insert(key, value);
-        return;
-    }
-    m_settings->setValue(key, value);
-    save();
+    save(key, value);
 }
 
 void JsonSettingsStore::remove(const QString& key)
 {
-    if (!m_settings) {
-        m_memory.remove(key);
+    if (!m_values.contains(key))
         return;
-    }
-    m_settings->remove(key);
-    save();
-}
-
-void JsonSettingsStore::save()
-{
-    // Written at once: the command-line tool exits right after its change, and a crash must not lose one.
-    m_settings->sync();
-    if (m_settings->status() == QSettings::NoError || !m_saveError.isEmpty())
-        return;
-    m_saveError =
-        m_settings->status() == QSettings::AccessError
-            ? QStringLiteral("cannot write the settings file %1").arg(m_fileName)
-            : QStringLiteral("the settings file %1 was changed into something that is not a settings "
-                             "file")
-                  .arg(m_fileName);
-    warn(m_saveError);
+    save(key, QVariant());
 }
 
 void JsonSettingsStore::reportUnreadable(const QString& key, const QString& expected) const

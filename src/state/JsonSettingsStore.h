@@ -2,23 +2,30 @@
 
 #include "state/SettingsStore.h"
 
+#include <QDateTime>
 #include <QVariantMap>
 
 #include <memory>
 
-class QSettings;
+class QFileSystemWatcher;
+class QTimer;
 
-/// The settings store on Linux and Windows: a JSON file written through QSettings, so values keep their JSON
-/// types. A save writes only the keys this process changed over what the file holds then: what another
-/// process (glowdeckctl) stored meanwhile under other keys stays. The file holds the bridge key and is
-/// readable by its owner only.
+/// The settings store on Linux and Windows: a JSON file, so values keep their JSON types. The file is the
+/// user's, and other programs (glowdeckctl, an editor) may change it while Glowdeck runs:
+/// - a save first reads the file again when it changed since it was last read or written (time, size or
+///   content), keeps what others wrote and puts only the one changed key on top; the keys others changed
+///   are announced (`setChangedElsewhereHandler`);
+/// - `watchForChanges` follows the file, so their changes arrive within a second, also without a save;
+/// - the file is replaced whole, through a temporary file in its folder and a rename, under a lock file;
+///   a file this store creates (also after it vanished) is readable by its owner only, in a folder of its
+///   own made the same; the mode of a file or folder it did not create is never changed.
 ///
 /// Nothing the user has is ever overwritten or lost:
 /// - a file that is not a JSON object, or is larger than maxFileBytes, is kept beside under a name of its own
-///   (".broken-<time>", ".too-large-<time>", with "-2", "-3"... when that is taken) and the store starts
-///   empty;
-/// - a folder or any other non-file in its place, or a file that cannot be read, is left untouched: the store
-///   works in memory and says that nothing is saved;
+///   (".broken-<time>", ".too-large-<time>", with "-2", "-3"... when that is taken) before anything is
+///   written, and the store goes on with what it held;
+/// - a symbolic link, a folder or any other non-file in its place, or a file that cannot be read, is left
+///   untouched: the store works in memory and says that nothing is saved;
 /// - a value of the wrong type is reported (SettingsStore) and stays in the file.
 /// Each problem is reported once on standard error, naming the file.
 class JsonSettingsStore final : public SettingsStore
@@ -40,6 +47,9 @@ public:
 
     QString fileName() const { return m_fileName; }
 
+    /// Takes in what other programs write to the file from now on (needs the event loop).
+    void watchForChanges();
+
     bool contains(const QString& key) const override;
     QVariant value(const QString& key) const override;
     void setValue(const QString& key, const QVariant& value) override;
@@ -50,15 +60,46 @@ protected:
     void reportUnreadable(const QString& key, const QString& expected) const override;
 
 private:
-    /// Makes sure a readable regular file of ours is there; false when the store must stay in memory.
-    bool prepareFile();
+    /// What the file looked like when this store last read or wrote it.
+    struct Seen
+    {
+        bool exists = false;
+        QDateTime modified;
+        qint64 size = -1;
+        QByteArray content;
+    };
+    enum class Reading
+    {
+        read,     ///< the values are in `values`
+        missing,  ///< no file
+        broken,   ///< not a JSON object, or too large: to be kept aside
+        unusable, ///< not a regular file, or unreadable: left alone
+    };
+
+    /// Reads the file as it is now into `values` (and `seen`), without changing anything on disk.
+    Reading readFile(QVariantMap& values, Seen& seen, QString& why) const;
+    /// The first reading at start: creates the file, or keeps a broken one aside.
+    bool open();
+    /// Reads the file again when it changed, keeping the changes not written yet, and adds the keys others
+    /// changed to `m_changedElsewhere`. False when the file is broken.
+    bool takeInChanges();
+    void onFileEvent();
+    /// Stores `key` (removes it when @p value is invalid) over what the file holds now.
+    void save(const QString& key, const QVariant& value);
+    bool writeFile();
+    bool createFolder(const QString& folder);
     /// Moves the file out of the way under a name no other file has; the new name, or empty.
     QString keepAside(const QString& why);
-    void save();
+    void setSaveError(const QString& error);
     void warn(const QString& message) const;
 
     QString m_fileName;
-    std::unique_ptr<QSettings> m_settings; // null while the store works in memory
-    QVariantMap m_memory;
+    QVariantMap m_values;           // what the file holds, with the changes not written yet
+    QVariantMap m_pending;          // those changes: key -> value, invalid for a removal
+    QStringList m_changedElsewhere; // announced once a save is done
+    Seen m_seen;
+    bool m_inMemory = false; // nothing is written this run
     QString m_saveError;
+    std::unique_ptr<QFileSystemWatcher> m_watcher;
+    std::unique_ptr<QTimer> m_settle; // a burst of file events is read once
 };

@@ -2,8 +2,10 @@
 
 #include <QSet>
 #include <QString>
+#include <QStringList>
 #include <QVariant>
 
+#include <functional>
 #include <optional>
 
 /// The user's persisted settings: typed values by key. A stored boolean stays a boolean and a string stays a
@@ -25,6 +27,17 @@ public:
     /// Why changes made so far may not have reached the disk (reported once when it happened); empty when
     /// every change is saved.
     virtual QString saveError() const { return {}; }
+
+    /// Called with the keys another program changed, once the store holds their new values.
+    void setChangedElsewhereHandler(std::function<void(const QStringList& keys)> handler)
+    {
+        m_changedElsewhere = std::move(handler);
+    }
+    /// Called when `saveError` changes: a save failed, or one succeeded after a failure.
+    void setSaveErrorHandler(std::function<void()> handler) { m_saveErrorChanged = std::move(handler); }
+    /// Called with a message for the user about something the store did on its own (a broken file kept
+    /// aside).
+    void setNoticeHandler(std::function<void(const QString&)> handler) { m_notice = std::move(handler); }
 
     /// A boolean, a number (true unless 0) or the text "true", "yes", "1", "false", "no" or "0" in any case.
     std::optional<bool> storedBool(const QString& key) const;
@@ -48,6 +61,22 @@ public:
     void writeString(const QString& key, const QString& text) { setValue(key, text); }
 
 protected:
+    void notifyChangedElsewhere(const QStringList& keys) const
+    {
+        if (m_changedElsewhere && !keys.isEmpty())
+            m_changedElsewhere(keys);
+    }
+    void notifySaveErrorChanged() const
+    {
+        if (m_saveErrorChanged)
+            m_saveErrorChanged();
+    }
+    void notify(const QString& message) const
+    {
+        if (m_notice)
+            m_notice(message);
+    }
+
     /// Says that `key` holds something that is not `expected` ("a boolean", "a whole number", "text").
     /// Called once per key. The default prints one line on standard error.
     virtual void reportUnreadable(const QString& key, const QString& expected) const;
@@ -57,4 +86,7 @@ private:
     std::optional<T> unreadable(const QString& key, const char* expected) const;
 
     mutable QSet<QString> m_reportedKeys;
+    std::function<void(const QStringList&)> m_changedElsewhere;
+    std::function<void()> m_saveErrorChanged;
+    std::function<void(const QString&)> m_notice;
 };

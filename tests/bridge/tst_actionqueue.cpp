@@ -24,8 +24,8 @@ private Q_SLOTS:
     void stampsTheLastUserAction();
     void roomsGoOncePerSecondAndLampsPassThem();
     void aBusyBridgePausesTheQueueLongerEachTime();
-    void readsEveryAnswerAndLogsARefusalOnce_data();
-    void readsEveryAnswerAndLogsARefusalOnce();
+    void readsEveryAnswerAndTellsTheUserWhatWentWrong_data();
+    void readsEveryAnswerAndTellsTheUserWhatWentWrong();
 
 private:
     ActionQueueItem item(const QString& id, const QString& property, bool light, int value = 0) const;
@@ -247,24 +247,29 @@ void TestActionQueue::stampsTheLastUserAction()
 QTEST_GUILESS_MAIN(TestActionQueue)
 #include "tst_actionqueue.moc"
 
-void TestActionQueue::readsEveryAnswerAndLogsARefusalOnce_data()
+void TestActionQueue::readsEveryAnswerAndTellsTheUserWhatWentWrong_data()
 {
     QTest::addColumn<BridgeSimulator::Fault>("fault");
     QTest::addColumn<WriteOutcome::Kind>("outcome");
+    QTest::addColumn<QString>("notice"); // in the window; lost connections are the banner's own business
     using Fault = BridgeSimulator::Fault;
     using Kind = WriteOutcome::Kind;
-    QTest::newRow("accepted") << Fault::None << Kind::accepted;
-    QTest::newRow("refused") << Fault::ErrorArray << Kind::refused;
-    QTest::newRow("HTTP error") << Fault::HttpError << Kind::httpError;
-    QTest::newRow("garbage") << Fault::GarbageBody << Kind::unexpected;
-    QTest::newRow("dropped") << Fault::DropConnection << Kind::noAnswer;
-    QTest::newRow("drip-feed") << Fault::DripFeed << Kind::timedOut;
+    QTest::newRow("accepted") << Fault::None << Kind::accepted << QString();
+    QTest::newRow("refused") << Fault::ErrorArray << Kind::refused
+                             << u"The bridge refused the change: Internal error, 404"_qs;
+    QTest::newRow("HTTP error") << Fault::HttpError << Kind::httpError
+                                << u"The bridge answered with an error (HTTP 500)"_qs;
+    QTest::newRow("garbage") << Fault::GarbageBody << Kind::unexpected
+                             << u"The bridge's answer could not be read"_qs;
+    QTest::newRow("dropped") << Fault::DropConnection << Kind::noAnswer << QString();
+    QTest::newRow("drip-feed") << Fault::DripFeed << Kind::timedOut << QString();
 }
 
-void TestActionQueue::readsEveryAnswerAndLogsARefusalOnce()
+void TestActionQueue::readsEveryAnswerAndTellsTheUserWhatWentWrong()
 {
     QFETCH(BridgeSimulator::Fault, fault);
     QFETCH(WriteOutcome::Kind, outcome);
+    QFETCH(QString, notice);
     m_bench->bridge().setDripFeed(1, 1000);
     m_bench->bridge().setFault(fault);
     QSignalSpy answered(m_queue.get(), &ActionQueue::answered);
@@ -277,10 +282,11 @@ void TestActionQueue::readsEveryAnswerAndLogsARefusalOnce()
         if (outcome == WriteOutcome::Kind::refused)
             QCOMPARE(result.detail, QStringLiteral("Internal error, 404"));
     }
-    const QStringList refusals = m_bench->settings().log().filter(QStringLiteral("refused"));
-    QCOMPARE(refusals.size(), outcome == WriteOutcome::Kind::refused ? 1 : 0);
-    if (!refusals.isEmpty()) // the key is not in the log
-        QCOMPARE(refusals.first(),
-                 QStringLiteral("The bridge refused a change of /lights/1/state: Internal error, 404"));
+    QCOMPARE(m_bench->settings().notice(), notice);
+    // Every one in the log, naming the lamp (and not the key).
+    const QStringList logged = m_bench->settings().log().filter(QStringLiteral("change of"));
+    QCOMPARE(logged.size(), notice.isEmpty() ? 0 : 2);
+    if (outcome == WriteOutcome::Kind::refused)
+        QCOMPARE(logged.first(), u"The bridge refused a change of /lights/1/state: Internal error, 404"_qs);
     QTRY_COMPARE(m_queue->requestsInFlight(), 0);
 }

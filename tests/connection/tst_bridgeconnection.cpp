@@ -171,23 +171,46 @@ void TestBridgeConnection::pairsFirstWithoutAKey()
 void TestBridgeConnection::failedLightReadStoresNothing_data()
 {
     QTest::addColumn<BridgeSimulator::Fault>("fault");
-
-    QTest::newRow("error answer") << BridgeSimulator::Fault::ErrorArray;
-    QTest::newRow("dropped connection") << BridgeSimulator::Fault::DropConnection;
-    QTest::newRow("nobody listening") << BridgeSimulator::Fault::None;
+    QTest::addColumn<QByteArray>("lights"); // the bridge's lamp list, when not the home's
+    QTest::addColumn<QString>("message");   // what the user reads: an answer that came is never "unreachable"
+    using Fault = BridgeSimulator::Fault;
+    const QString earlier = QStringLiteral("earlier trouble");
+    QByteArray tooMany = "{";
+    for (int i = 1; i <= 1001; ++i)
+        tooMany += (i > 1 ? ",\"" : "\"") + QByteArray::number(i) + R"(":{"name":"x","state":{"on":true}})";
+    tooMany += '}';
+    QTest::newRow("error answer") << Fault::ErrorArray << QByteArray()
+                                  << u"The bridge refused to list the lights: Internal error, 404"_qs;
+    QTest::newRow("unknown key")
+        << Fault::None
+        << QByteArray(R"([{"error":{"type":1,"address":"/","description":"unauthorized user"}}])")
+        << u"The bridge does not know Glowdeck's key: press its link button, then Connect"_qs;
+    QTest::newRow("HTTP 500") << Fault::HttpError << QByteArray()
+                              << u"The bridge answered with an error (HTTP 500)"_qs;
+    QTest::newRow("not a list") << Fault::None << QByteArray("[1, 2]")
+                                << u"The bridge's answer could not be read"_qs;
+    QTest::newRow("1,001 lights") << Fault::None << tooMany << u"The bridge sent more than 1,000 lights"_qs;
+    QTest::newRow("dropped connection") << Fault::DropConnection << QByteArray() << earlier;
+    QTest::newRow("nobody listening") << Fault::None << QByteArray() << earlier;
 }
 
 void TestBridgeConnection::failedLightReadStoresNothing()
 {
     QFETCH(BridgeSimulator::Fault, fault);
-    if (fault == BridgeSimulator::Fault::None)
+    QFETCH(QByteArray, lights);
+    QFETCH(QString, message);
+    if (!lights.isEmpty())
+        m_bench->bridge().setRawResource(QStringLiteral("lights"), lights);
+    else if (fault == BridgeSimulator::Fault::None)
         settings().setHueIP(QStringLiteral("http://127.0.0.1:1"));
     m_bench->bridge().setFault(fault);
     settings().setBridgeConnected(true);
     settings().setConnectionErrorMessage(QStringLiteral("earlier trouble"));
     QVERIFY(connectAndWait());
     QVERIFY(!settings().bridgeConnected());
-    QCOMPARE(settings().connectionErrorMessage(), QStringLiteral("earlier trouble"));
+    QCOMPARE(settings().connectionErrorMessage(), message);
+    if (message != u"earlier trouble"_qs) // the log and the debug report say why, too
+        QVERIFY(settings().log().contains(message));
     QVERIFY(!store().contains(Keys::bridgeIP) && !store().contains(Keys::bridgeUser));
 }
 

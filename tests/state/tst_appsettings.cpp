@@ -22,6 +22,7 @@ private Q_SLOTS:
     void storesColourBarsBeforeShowingThem();
     void dropsTheWholeLogAtItsCap();
     void notifiesOnlyOnChange();
+    void takesInAKeyStoredByAnotherProgram();
 };
 
 void TestAppSettings::loadsDefaultsOnAFirstRun()
@@ -181,6 +182,25 @@ void TestAppSettings::notifiesOnlyOnChange()
     QVERIFY(!s.updateLight(QStringLiteral("2"), [](HueLight& l) { l.is_on = true; }));
     QCOMPARE(lights.size(), 2);
     QVERIFY(s.lights().first().is_on);
+}
+
+void TestAppSettings::takesInAKeyStoredByAnotherProgram()
+{
+    TestSettings t;
+    AppSettings& settings = t.settings();
+    settings.setHueIP(u"192.0.2.7"_qs);
+    settings.setHueKey(u"old key"_qs);
+    settings.persistBridge();
+    t.store().watchForChanges();
+    QSignalSpy changed(&settings, &AppSettings::bridgeChangedElsewhere);
+
+    // "glowdeckctl pair" while the program runs.
+    JsonSettingsStore(t.fileName()).writeString(u"bridgeUser"_qs, u"new key"_qs);
+    QTRY_COMPARE_WITH_TIMEOUT(settings.hueKey(), u"new key"_qs, 1000);
+    QCOMPARE(changed.size(), 1);
+    // The next refresh keeps what it answered to: the new key, never the old one again.
+    settings.persistBridge();
+    QCOMPARE(JsonSettingsStore(t.fileName()).readString(u"bridgeUser"_qs), u"new key"_qs);
 }
 
 QTEST_GUILESS_MAIN(TestAppSettings)

@@ -64,7 +64,9 @@ private Q_SLOTS:
     void keepsTypesAcrossARestart();
     void readsLooselyTypedValuesLikeTheSystemStore_data();
     void readsLooselyTypedValuesLikeTheSystemStore();
-    void isReadableByItsOwnerOnly();
+    void changesTheModeOfNothingItDidNotCreate_data();
+    void changesTheModeOfNothingItDidNotCreate();
+    void keepsWhatOtherProgramsWrite();
     void keepsUnusableFilesAsideUnderNamesOfTheirOwn_data();
     void keepsUnusableFilesAsideUnderNamesOfTheirOwn();
     void leavesAFolderInItsPlaceAlone();
@@ -123,15 +125,98 @@ void TestJsonSettingsStore::readsLooselyTypedValuesLikeTheSystemStore()
     QCOMPARE(store.readString(QStringLiteral("key")).has_value(), isString);
 }
 
-void TestJsonSettingsStore::isReadableByItsOwnerOnly()
+void TestJsonSettingsStore::changesTheModeOfNothingItDidNotCreate_data()
+{
+    QTest::addColumn<QString>("before"); // "none", "file" (mode 0644) or "link" (to a 0644 file)
+    QTest::addColumn<bool>("saved");
+    QTest::newRow("made here: the owner's only, in a folder of its own") << "none" << true;
+    QTest::newRow("the user's file keeps its mode") << "file" << true;
+    QTest::newRow("a link is left alone, and so is its target") << "link" << false;
+}
+
+void TestJsonSettingsStore::changesTheModeOfNothingItDidNotCreate()
+{
+    QFETCH(QString, before);
+    QFETCH(bool, saved);
+    QTemporaryDir dir;
+    const QString file = dir.filePath(QStringLiteral("glowdeck/settings.json"));
+    const QString target = dir.filePath(QStringLiteral("system.conf"));
+    const QFile::Permissions shared = QFile::ReadOwner | QFile::WriteOwner | QFile::ReadUser |
+                                      QFile::WriteUser | QFile::ReadGroup | QFile::ReadOther;
+    if (before != u"none") {
+        QVERIFY(QDir().mkpath(dir.filePath(QStringLiteral("glowdeck"))));
+        writeFile(before == u"file" ? file : target, R"({"keep": 1})");
+        QVERIFY(QFile::setPermissions(before == u"file" ? file : target, shared));
+        if (before == u"link")
+            QVERIFY(QFile::link(target, file));
+    }
+    Stderr said;
+    JsonSettingsStore store(file);
+    store.writeString(QStringLiteral("bridgeUser"), QStringLiteral("secret"));
+    QCOMPARE(store.saveError().isEmpty(), saved);
+    QCOMPARE(readFile(file).contains("secret"), saved);
+    if (before == u"none") {
+        QCOMPARE(QFile::permissions(file) & ~(QFile::ReadUser | QFile::WriteUser),
+                 QFile::ReadOwner | QFile::WriteOwner);
+        QCOMPARE(QFile::permissions(dir.filePath(QStringLiteral("glowdeck"))) & ~QFile::Permissions(0x0700),
+                 QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        // Deleted under the running program: made again, whole and the owner's only.
+        QVERIFY(QFile::remove(file));
+        store.writeString(QStringLiteral("bridgeIP"), QStringLiteral("192.0.2.7"));
+        QVERIFY(readFile(file).contains("secret") && readFile(file).contains("192.0.2.7"));
+        QCOMPARE(QFile::permissions(file) & ~(QFile::ReadUser | QFile::WriteUser),
+                 QFile::ReadOwner | QFile::WriteOwner);
+    } else if (before == u"file") {
+        QCOMPARE(QFile::permissions(file), shared);
+        QVERIFY(said.text().contains(u"other users may read it"_qs));
+    } else {
+        QVERIFY(QFileInfo(file).isSymLink());
+        QCOMPARE(QFile::permissions(target), shared);
+        QCOMPARE(readFile(target), QByteArray(R"({"keep": 1})"));
+        QVERIFY2(said.text().contains(u"is a symbolic link; it is left as it is"_qs),
+                 qPrintable(said.text()));
+    }
+}
+
+void TestJsonSettingsStore::keepsWhatOtherProgramsWrite()
 {
     QTemporaryDir dir;
     const QString file = dir.filePath(QStringLiteral("settings.json"));
-    JsonSettingsStore store(file);
-    store.writeString(QStringLiteral("bridgeUser"), QStringLiteral("secret"));
-    store.writeString(QStringLiteral("bridgeIP"), QStringLiteral("192.0.2.7"));
-    QCOMPARE(QFile::permissions(file) & ~(QFile::ReadUser | QFile::WriteUser),
-             QFile::ReadOwner | QFile::WriteOwner);
+    JsonSettingsStore running(file);
+    QStringList announced;
+    QStringList notices;
+    running.setChangedElsewhereHandler([&](const QStringList& keys) { announced += keys; });
+    running.setNoticeHandler([&](const QString& message) { notices << message; });
+    running.writeString(QStringLiteral("bridgeUser"), QStringLiteral("old key"));
+    running.writeString(QStringLiteral("appIcon"), QStringLiteral("Icon_Lamp1"));
+
+    // "glowdeckctl pair" stores a new key; the running program's next save keeps it and says so.
+    JsonSettingsStore(file).writeString(QStringLiteral("bridgeUser"), QStringLiteral("new key"));
+    running.writeInt(QStringLiteral("keyIncrement"), 20);
+    QCOMPARE(announced, QStringList{"bridgeUser"});
+    QCOMPARE(running.readString(QStringLiteral("bridgeUser")), u"new key"_qs);
+    QVERIFY(readFile(file).contains("new key") && readFile(file).contains("Icon_Lamp1"));
+
+    // Watched, it arrives without a save of its own, within a second.
+    running.watchForChanges();
+    announced.clear();
+    JsonSettingsStore(file).writeString(QStringLiteral("bridgeIP"), QStringLiteral("192.0.2.9"));
+    QTRY_COMPARE_WITH_TIMEOUT(announced, QStringList{"bridgeIP"}, 1000);
+    QCOMPARE(running.readString(QStringLiteral("bridgeIP")), u"192.0.2.9"_qs);
+
+    // Broken by hand: kept aside before the next save, which writes everything anew, and the user is told.
+    Stderr said;
+    writeFile(file, R"({"bridgeUser": "new key", )");
+    running.writeBool(QStringLiteral("showScenes"), true);
+    const QStringList kept = QDir(dir.path()).entryList({"settings.json.broken-*"});
+    QCOMPARE(kept.size(), 1);
+    QCOMPARE(readFile(dir.filePath(kept.first())), QByteArray(R"({"bridgeUser": "new key", )"));
+    QCOMPARE(notices.size(), 1);
+    QVERIFY(notices.first().contains(u"was kept as"_qs));
+    const JsonSettingsStore after(file);
+    QCOMPARE(after.readString(QStringLiteral("bridgeUser")), u"new key"_qs);
+    QVERIFY(after.readBool(QStringLiteral("showScenes")) &&
+            after.readInt(QStringLiteral("keyIncrement")) == 20);
 }
 
 void TestJsonSettingsStore::keepsUnusableFilesAsideUnderNamesOfTheirOwn_data()

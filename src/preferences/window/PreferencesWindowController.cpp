@@ -5,6 +5,7 @@
 #include "state/Preferences.h"
 
 #include <QGuiApplication>
+#include <QLabel>
 #include <QScreen>
 #include <QShortcut>
 #include <QToolBar>
@@ -26,6 +27,13 @@ PreferencesWindowController::PreferencesWindowController(QList<Pane> panes, Pane
     auto* layout = new QVBoxLayout(m_window.get());
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(m_tabs);
+    m_status = new QLabel(m_window.get());
+    m_status->setObjectName(QStringLiteral("preferencesStatus"));
+    m_status->setWordWrap(true);
+    m_status->setTextFormat(Qt::PlainText);
+    m_status->setContentsMargins(12, 0, 12, 10);
+    m_status->hide();
+    layout->addWidget(m_status);
     layout->setSizeConstraint(QLayout::SetFixedSize);
 
     for (const QKeySequence& keys : {QKeySequence(Qt::Key_Escape), QKeySequence(QKeySequence::Close)}) {
@@ -36,6 +44,17 @@ PreferencesWindowController::PreferencesWindowController(QList<Pane> panes, Pane
         connect(shortcut, &QShortcut::activated, m_window.get(), &QWidget::close);
     }
     connect(m_window.get(), &PausableWindow::hidden, this, &PreferencesWindowController::saveFrame);
+}
+
+void PreferencesWindowController::setStatus(const QString& text)
+{
+    m_status->setText(text);
+    m_status->setVisible(!text.isEmpty());
+}
+
+QString PreferencesWindowController::status() const
+{
+    return m_status->text();
 }
 
 PreferencesWindowController::~PreferencesWindowController()

@@ -9,6 +9,7 @@
 #include <memory>
 
 class PaneTabController;
+class QLabel;
 class PausableWindow;
 class Preferences;
 
@@ -35,6 +36,10 @@ public:
     /// animation, when no pane has it); without one, the pane shown last, or the first the first time.
     void show(const QString& paneIdentifier = QString());
 
+    /// A line under the panes that stays until it is set empty (settings that cannot be saved).
+    void setStatus(const QString& text);
+    QString status() const;
+
     PausableWindow& window() const { return *m_window; }
     PaneTabController& tabViewController() const { return *m_tabs; }
     bool hidesToolbarForSingleItem() const { return m_hidesToolbarForSingleItem; }
@@ -45,6 +50,7 @@ private:
 
     std::unique_ptr<PausableWindow> m_window;
     PaneTabController* m_tabs;
+    QLabel* m_status;
     bool m_hidesToolbarForSingleItem;
     bool m_shownBefore = false;
     QString m_autosaveName;
