@@ -40,6 +40,7 @@
 #include <QCursor>
 #include <QDesktopServices>
 #include <QFile>
+#include <QFileInfo>
 #include <QGuiApplication>
 #include <QMenu>
 #include <QNetworkAccessManager>
@@ -114,6 +115,15 @@ void AppDelegate::createPreferences()
     connect(lights, &LampSelectorView::connectionPaneRequested, this, &AppDelegate::onOpenConnectionSettings);
 }
 
+QStringList AppDelegate::loginArguments() const
+{
+    const QString file = QFileInfo(m_options.settingsFile).absoluteFilePath();
+    if (m_options.settingsFile.isEmpty() ||
+        file == QFileInfo(JsonSettingsStore::defaultFileName()).absoluteFilePath())
+        return {};
+    return {QStringLiteral("--settings"), file};
+}
+
 void AppDelegate::start()
 {
     m_network = std::make_unique<BridgeNetwork>();
@@ -152,8 +162,8 @@ void AppDelegate::start()
             m_connection->connectToBridge();
     });
     m_reviewPrompt = std::make_unique<ReviewPrompt>(*m_settings);
-    m_startAtLogin =
-        std::make_unique<StartAtLogin>(createLoginItem(applicationId, m_options.loginItemFolder));
+    m_startAtLogin = std::make_unique<StartAtLogin>(
+        createLoginItem(applicationId, m_options.loginItemFolder, loginArguments()));
     m_debugReport = std::make_unique<DebugReport>(*m_settings, *m_shell, m_options.settingsFile,
                                                   m_options.links.errorEndpoint);
     m_debugReport->setNetwork(m_network.get());

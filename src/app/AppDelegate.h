@@ -109,6 +109,8 @@ public:
 
 private:
     void createPreferences();
+    /// What the program is started with at login: its settings file, when that is not the usual one.
+    QStringList loginArguments() const;
     void createTrayIcon();
     void showTrayIconWhenAvailable();
     void buildContextMenu();

@@ -64,6 +64,19 @@ void deriveColourAbilities(const HueDevice& device, HueLight& light)
     light.allows_color = containsLowerCased(*device.type, "color") && !light.allows_ambient;
 }
 
+/// A name as the window and the tables show it: control characters, and the bidirectional overrides and
+/// isolates that would show the rest of a line backwards ("\u202Eevil" reads "live"), become "?".
+QString shownName(QString name)
+{
+    for (QChar& c : name) {
+        const char16_t u = c.unicode();
+        if (u < 0x20 || (u >= 0x7f && u < 0xa0) || (u >= 0x202a && u <= 0x202e) ||
+            (u >= 0x2066 && u <= 0x2069))
+            c = u'?';
+    }
+    return name;
+}
+
 } // namespace
 
 RecordDerivation::RecordDerivation(QString bridgeIP, QString apiKey)
@@ -110,7 +123,7 @@ std::optional<HueLight> RecordDerivation::light(const HueDevice& device)
 
     HueLight light;
     light.lamp_id = text(device.id);
-    light.name = textOr(device.name, noName);
+    light.name = shownName(textOr(device.name, noName));
     light.product_name = device.productname ? pooled(*device.productname) : QString();
     light.model_id = device.modelid ? pooled(*device.modelid) : QString();
     light.unique_id = textOr(device.uniqueid, QString());
@@ -155,7 +168,7 @@ std::optional<HueGroup> RecordDerivation::group(const BridgeDataType_Group& grou
     HueGroup room;
     room.id = freshId();
     room.group_id = text(group.id);
-    room.name = textOr(group.name, noName);
+    room.name = shownName(textOr(group.name, noName));
     room.lights = pooled(group.lights);
     room.type = group.type ? pooled(*group.type) : unknownType;
     room.group_class = group.classString ? pooled(*group.classString) : QString();
@@ -185,7 +198,7 @@ std::optional<HueScene> RecordDerivation::scene(const BridgeDataType_Scene& scen
     HueScene record;
     record.id = freshId();
     record.scene_id = text(scene.id);
-    record.name = textOr(scene.name, noName);
+    record.name = shownName(textOr(scene.name, noName));
     record.lights = pooled(scene.lights);
     record.type = scene.type ? pooled(*scene.type) : unknownType;
     if (scene.group)

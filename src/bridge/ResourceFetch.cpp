@@ -12,6 +12,9 @@
 #include <QNetworkReply>
 #include <QThreadPool>
 
+#include <string_view>
+#include <unordered_set>
+
 namespace {
 
 /// The three lists differ in their path, their wording and their types; everything else is shared.
@@ -85,6 +88,18 @@ FetchResult<Record, Error> fromBody(const QByteArray& body, const QString& bridg
     const std::optional<WireList>& elements = (*response).*elementsOf;
     if (!elements)
         return failure<Result>(noneFound, list.noneFound);
+    // Two members with one id: which one is the lamp? Neither is taken, as neither tool could say.
+    std::unordered_set<std::string_view> ids;
+    ids.reserve(elements->size());
+    for (const Element& element : *elements) {
+        if (!ids.insert(element.id).second) {
+            Result result = failure<Result>(Error::invalidData, list.undecodable);
+            result.message =
+                QStringLiteral("Error: %1 lists the id \"%2\" twice; the answer was refused.")
+                    .arg(QString::fromUtf8(list.wireName), QString::fromUtf8(element.id).left(40));
+            return result;
+        }
+    }
     RecordDerivation derivation(bridgeIP, apiKey);
     Result result;
     result.records.reserve(qsizetype(elements->size()));

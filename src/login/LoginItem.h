@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 
 #include <memory>
 
@@ -20,5 +21,7 @@ public:
 
 /// The platform's login item for the application `applicationId` (a reverse-DNS name such as
 /// "com.brambleworks.Glowdeck"). `folder`, when given, replaces the place where the platform keeps such
-/// records (the demo and the tests keep theirs private); empty means the user's real one.
-std::unique_ptr<LoginItem> createLoginItem(const QString& applicationId, const QString& folder = QString());
+/// records (the demo and the tests keep theirs private); empty means the user's real one. `arguments` go with
+/// the program when it is started at login (a settings file of its own).
+std::unique_ptr<LoginItem> createLoginItem(const QString& applicationId, const QString& folder = QString(),
+                                           const QStringList& arguments = QStringList());

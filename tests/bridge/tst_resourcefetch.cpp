@@ -1,3 +1,4 @@
+#include "LoopbackServer.h"
 #include "TestSupport.h"
 #include "bridge/BridgeNetwork.h"
 #include "bridge/ResourceFetch.h"
@@ -121,6 +122,7 @@ void TestResourceFetch::derivesLights_data()
         << QByteArray(R"([{"error":{"type":1,"address":"/lights","description":"unauthorized user"}}])")
         << failed;
     QTest::newRow("cut off") << QByteArray(R"({"1": {"state": {"reachable": tru)") << failed;
+    QTest::newRow("the same id twice") << object({{"1", colour}, {"2", colour}, {"1", colour}}) << failed;
 }
 
 void TestResourceFetch::derivesLights()
@@ -138,7 +140,7 @@ void TestResourceFetch::flattensLightFields()
          {"8", lamp("Extended color light", R"(,"xy":[0.1,0.2,0.3])")
                    .replace("\"name\":\"Lamp\"", "\"name\":null")},
          {"9", lamp("Dimmable light", R"(,"xy":[0,0])").replace("\"name\":\"Lamp\"", "\"name\":\"\"")},
-         {"10", QByteArray(R"({"state":{"reachable":true}})")},
+         {"10", QByteArray(R"({"state":{"reachable":true},"name":"\u202Eevil\u2066\u0007"})")},
          // As a bridge reports a Hue smart plug: no "bri", no colour.
          {"11",
           QByteArray(R"({"state":{"on":true,"alert":"select","mode":"homeautomation","reachable":true},)"
@@ -168,7 +170,8 @@ void TestResourceFetch::flattensLightFields()
     QCOMPARE(result.records[2].name, QString());
 
     const HueLight& bare = result.records[3];
-    QCOMPARE(bare.name, QStringLiteral("No name"));
+    // Shown as the tables show it: no override turning the row around, no control character.
+    QCOMPARE(bare.name, QStringLiteral("?evil??"));
     // No brightness in the state: a lamp that only switches.
     QVERIFY(!bare.is_on && !bare.allows_brightness && bare.product_name.isEmpty() &&
             bare.unique_id.isEmpty());
@@ -302,6 +305,11 @@ void TestResourceFetch::reportsFailuresWithTheListsOwnMessage_data()
                                         << "Error: Couldn't decode Hue data due to unknown JSON data.";
     QTest::newRow("scenes, trickling bridge: gives up at the deadline")
         << "scenes" << int(Fault::DripFeed) << 0 << QString();
+    // A redirect or a status no server sends may hold JSON: only a 2xx answer is the list.
+    QTest::newRow("lights, a redirect holding a list")
+        << "lights" << -301 << 1 << "Error: Couldn't decode Hue data due to unknown JSON data.";
+    QTest::newRow("lights, status 999 holding a list")
+        << "lights" << -999 << 1 << "Error: Couldn't decode Hue data due to unknown JSON data.";
     QTest::newRow("groups, too many")
         << "groups" << -5 << 1
         << "Error: Hue GROUPS data lists 1001 groups, more than the 1000 a bridge "
@@ -331,7 +339,13 @@ void TestResourceFetch::reportsFailuresWithTheListsOwnMessage()
         address = QStringLiteral("http://127.0.0.1:1");
     else if (fault == -5)
         bridge.setRawResource(list, '{' + QByteArray("\"1\":{},").repeated(1001).chopped(1) + '}');
-    else
+    LoopbackServer server;
+    if (fault <= -301) {
+        QVERIFY(server.listen());
+        server.setStatus(-fault);
+        server.setAnswer(object({{"1", lamp("Dimmable light", "")}}));
+        address = u"http://%1:%2"_qs.arg(server.url().host()).arg(server.url().port());
+    } else if (fault == -4)
         bridge.setLatency(int(fetchTimeout.count()) + 2000); // answers only after the fetch has given up
 
     PrintedLines printed;

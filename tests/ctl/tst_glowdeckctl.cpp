@@ -243,6 +243,15 @@ void TestGlowdeckCtl::listsAsATableWithoutTerminalControls()
         QJsonDocument::fromJson(run(QStringLiteral("scenes --json")).out.toUtf8()).array();
     QCOMPARE(coded.at(0)[QLatin1String("group_id")].toString(), u"1"_qs);
     QCOMPARE(coded.at(1)[QLatin1String("group_id")].toString(), QString());
+
+    // A 10 KB name is cut in its cell, and every row keeps its width.
+    m_sim->setRawResource(QStringLiteral("lights"),
+                          QByteArray(lightsBody).replace("Desk lamp", QByteArray(10240, 'D')));
+    const QStringList cut = run(QStringLiteral("lights")).out.split(u'\n', Qt::SkipEmptyParts);
+    QCOMPARE(cut.size(), 4);
+    for (const QString& line : cut)
+        QVERIFY2(line.size() < 150, qPrintable(line.left(200)));
+    QVERIFY(cut.at(1).contains(QString(59, u'D') + u'\u2026'));
 }
 
 void TestGlowdeckCtl::commandsSendTheirRequests_data()

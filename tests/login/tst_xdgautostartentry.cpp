@@ -40,9 +40,10 @@ private Q_SLOTS:
 
 private:
     XdgAutostartEntry entry(const QString& executable = QStringLiteral("/opt/glowdeck/bin/glowdeck"),
-                            const QStringList& systemDirs = {}) const
+                            const QStringList& systemDirs = {}, const QStringList& arguments = {}) const
     {
-        return XdgAutostartEntry(id, m_folder->filePath(QStringLiteral("config")), systemDirs, executable);
+        return XdgAutostartEntry(id, m_folder->filePath(QStringLiteral("config")), systemDirs, executable,
+                                 arguments);
     }
 
     std::unique_ptr<QTemporaryDir> m_folder;
@@ -83,16 +84,23 @@ void TestXdgAutostartEntry::enabledIsReadFromTheEntryEveryTime()
 void TestXdgAutostartEntry::anInstalledProgramCopiesItsPackagedEntry_data()
 {
     QTest::addColumn<QString>("packagedExec");
-    QTest::addColumn<QString>("arguments"); // kept after the running program
+    QTest::addColumn<QStringList>("own");   // what the running program was started with
+    QTest::addColumn<QString>("arguments"); // after the running program in Exec
 
-    QTest::newRow("program found on PATH") << u"glowdeck"_qs << QString();
-    QTest::newRow("with arguments") << u"glowdeck --settings /x/s.json"_qs << u" --settings /x/s.json"_qs;
-    QTest::newRow("quoted program") << u"\"/old place/gl\\\\\"deck\" --demo"_qs << u" --demo"_qs;
+    QTest::newRow("program found on PATH") << u"glowdeck"_qs << QStringList() << QString();
+    QTest::newRow("with arguments") << u"glowdeck --settings /x/s.json"_qs << QStringList()
+                                    << u" --settings /x/s.json"_qs;
+    QTest::newRow("quoted program") << u"\"/old place/gl\\\\\"deck\" --demo"_qs << QStringList()
+                                    << u" --demo"_qs;
+    QTest::newRow("its own settings file")
+        << u"glowdeck"_qs << QStringList{"--settings", "/home/me/my $settings.json"}
+        << u" --settings \"/home/me/my \\\\$settings.json\""_qs;
 }
 
 void TestXdgAutostartEntry::anInstalledProgramCopiesItsPackagedEntry()
 {
     QFETCH(QString, packagedExec);
+    QFETCH(QStringList, own);
     QFETCH(QString, arguments);
     const QString prefix = m_folder->filePath(QStringLiteral("prefix"));
     const QString packaged =
@@ -103,7 +111,7 @@ void TestXdgAutostartEntry::anInstalledProgramCopiesItsPackagedEntry()
     QVERIFY(writeFile(prefix + QStringLiteral("/share/applications/com.brambleworks.Glowdeck.desktop"),
                       packaged));
     const QString program = prefix + QStringLiteral("/bin/glowdeck");
-    XdgAutostartEntry item = entry(program);
+    XdgAutostartEntry item = entry(program, {}, own);
 
     QVERIFY(item.setEnabled(true));
 

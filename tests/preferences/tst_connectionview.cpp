@@ -1,5 +1,6 @@
 #include "FakeLocalNetwork.h"
 #include "PaneBench.h"
+#include "model/BridgeAddress.h"
 #include "preferences/panes/ConfigurationPart.h"
 #include "preferences/panes/ConnectionView.h"
 #include "preferences/panes/ImagePlayer.h"
@@ -24,6 +25,8 @@ private Q_SLOTS:
     void cleanup();
     void statusShowsTheConnectionAndItsButtonDisconnects();
     void pairingAsksForTheLinkButtonUntilItIsPressed();
+    void aTypedAddressIsAnAddressOrSaysWhyNot_data();
+    void aTypedAddressIsAnAddressOrSaysWhyNot();
     void detectFillsInTheAddressOrSaysNothingWasFound_data();
     void detectFillsInTheAddressOrSaysNothingWasFound();
     void severalBridgesAreListedAndTheUserPicksOne();
@@ -136,6 +139,44 @@ void TestConnectionView::pairingAsksForTheLinkButtonUntilItIsPressed()
     QCOMPARE(m_bench->store().readString(SettingsKeys::bridgeUser), m_bench->bridge().users().last());
     QCOMPARE(m_bench->store().readString(SettingsKeys::bridgeIP), m_bench->bridge().hostAndPort());
     QVERIFY(!m_bench->settings().lights().isEmpty());
+}
+
+void TestConnectionView::aTypedAddressIsAnAddressOrSaysWhyNot_data()
+{
+    QTest::addColumn<QString>("typed"); // "{bridge}": the simulator's host and port
+    QTest::addColumn<bool>("usable");
+    QTest::newRow("host and port") << "{bridge}" << true;
+    QTest::newRow("with a scheme") << "http://{bridge}" << true;
+    QTest::newRow("a path and a query") << "{bridge}/evil?q=" << false;
+    QTest::newRow("a path up") << "{bridge}/../../x/" << false;
+    QTest::newRow("a user") << "http://me@{bridge}" << false;
+    QTest::newRow("a port too large") << "127.0.0.1:99999" << false;
+}
+
+void TestConnectionView::aTypedAddressIsAnAddressOrSaysWhyNot()
+{
+    QFETCH(QString, typed);
+    QFETCH(bool, usable);
+    typed.replace(u"{bridge}"_qs, m_bench->bridge().hostAndPort());
+    m_bench->settings().setHueIP(u"192.0.2.1"_qs);
+    QTest::mouseClick(child<QRadioButton>(QStringLiteral("manualChoice")), Qt::LeftButton);
+    auto* field = child<QLineEdit>(QStringLiteral("addressField"));
+    field->selectAll();
+    QTest::keyClicks(field, typed);
+    auto* problem = child<QLabel>(QStringLiteral("addressProblem"));
+    QCOMPARE(problem->isVisible(), !usable);
+    QCOMPARE(problem->text().isEmpty(), usable);
+    QCOMPARE(field->accessibleDescription(), problem->text()); // read out with the field
+    QCOMPARE(child<QPushButton>(QStringLiteral("manualConnectButton"))->isEnabled(), usable);
+    // Typed as it goes, only ever an address: at most the part before the fault.
+    if (usable)
+        QCOMPARE(m_bench->settings().hueIP(), typed);
+    QVERIFY(BridgeAddress::parse(m_bench->settings().hueIP()).has_value());
+
+    // Return does nothing with what is not an address: nothing reaches the bridge, and no other path.
+    QTest::keyClick(field, Qt::Key_Return);
+    QTest::qWait(700);
+    QCOMPARE(m_bench->bridge().requests().isEmpty(), !usable);
 }
 
 void TestConnectionView::detectFillsInTheAddressOrSaysNothingWasFound_data()

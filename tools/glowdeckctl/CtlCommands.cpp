@@ -26,6 +26,16 @@ using Ctl::write;
 
 namespace {
 
+constexpr qsizetype widestCell = 60;
+
+/// A cell as a table shows it: printable, and cut with "…" past `widestCell` characters, so that one long
+/// name cannot push every row off the screen.
+QString cell(const QString& text)
+{
+    const QString shown = printable(text);
+    return shown.size() > widestCell ? shown.left(widestCell - 1) + u'\u2026' : shown;
+}
+
 /// Left-aligned columns two spaces apart; the last column is not padded.
 QString table(const QList<QStringList>& rows)
 {
@@ -33,14 +43,13 @@ QString table(const QList<QStringList>& rows)
     for (const QStringList& row : rows) {
         widths.resize(std::max(widths.size(), row.size()));
         for (qsizetype i = 0; i < row.size(); ++i)
-            widths[i] = std::max(widths[i], row.at(i).size());
+            widths[i] = std::max(widths[i], cell(row.at(i)).size());
     }
     QString text;
     for (const QStringList& row : rows) {
         QString line;
         for (qsizetype i = 0; i < row.size(); ++i)
-            line +=
-                i + 1 < row.size() ? printable(row.at(i)).leftJustified(widths[i] + 2) : printable(row.at(i));
+            line += i + 1 < row.size() ? cell(row.at(i)).leftJustified(widths[i] + 2) : cell(row.at(i));
         text += line + u'\n';
     }
     return text;

@@ -13,8 +13,9 @@ namespace {
 class LaunchAgentLoginItem final : public LoginItem
 {
 public:
-    LaunchAgentLoginItem(QString applicationId, QString folder)
-        : m_applicationId(std::move(applicationId)), m_folder(std::move(folder))
+    LaunchAgentLoginItem(QString applicationId, QString folder, QStringList arguments)
+        : m_applicationId(std::move(applicationId)), m_folder(std::move(folder)),
+          m_arguments(std::move(arguments))
     {}
 
     bool isEnabled() const override
@@ -46,7 +47,7 @@ public:
     <array>
         <string>/usr/bin/open</string>
         <string>-b</string>
-        <string>%2</string>
+        <string>%2</string>%3
     </array>
     <key>RunAtLoad</key>
     <true/>
@@ -55,25 +56,38 @@ public:
 </dict>
 </plist>
 )")
-                       .arg(label().toHtmlEscaped(), m_applicationId.toHtmlEscaped())
+                       .arg(label().toHtmlEscaped(), m_applicationId.toHtmlEscaped(), openArguments())
                        .toUtf8());
         return file.commit();
     }
 
 private:
+    /// "--args" and the program's own arguments, as `open` passes them on; nothing without arguments.
+    QString openArguments() const
+    {
+        if (m_arguments.isEmpty())
+            return {};
+        QString xml = QStringLiteral("\n        <string>--args</string>");
+        for (const QString& argument : m_arguments)
+            xml += QStringLiteral("\n        <string>%1</string>").arg(argument.toHtmlEscaped());
+        return xml;
+    }
+
     /// The identifier a login helper of the application would have.
     QString label() const { return m_applicationId + QStringLiteral("-StartAtLoginHelper"); }
     QString agentPath() const { return QDir(m_folder).filePath(label() + QStringLiteral(".plist")); }
 
     QString m_applicationId;
     QString m_folder;
+    QStringList m_arguments;
 };
 
 } // namespace
 
-std::unique_ptr<LoginItem> createLoginItem(const QString& applicationId, const QString& folder)
+std::unique_ptr<LoginItem> createLoginItem(const QString& applicationId, const QString& folder,
+                                           const QStringList& arguments)
 {
     return std::make_unique<LaunchAgentLoginItem>(
-        applicationId,
-        folder.isEmpty() ? QDir::homePath() + QStringLiteral("/Library/LaunchAgents") : folder);
+        applicationId, folder.isEmpty() ? QDir::homePath() + QStringLiteral("/Library/LaunchAgents") : folder,
+        arguments);
 }

@@ -13,8 +13,9 @@ namespace {
 class RunKeyLoginItem final : public LoginItem
 {
 public:
-    RunKeyLoginItem(QString applicationId, std::unique_ptr<QSettings> runKey)
-        : m_applicationId(std::move(applicationId)), m_runKey(std::move(runKey))
+    RunKeyLoginItem(QString applicationId, std::unique_ptr<QSettings> runKey, QStringList arguments)
+        : m_applicationId(std::move(applicationId)), m_runKey(std::move(runKey)),
+          m_arguments(std::move(arguments))
     {}
 
     bool isEnabled() const override
@@ -27,7 +28,10 @@ public:
     {
         if (enabled) {
             const QString program = QDir::toNativeSeparators(QCoreApplication::applicationFilePath());
-            m_runKey->setValue(m_applicationId, QStringLiteral("\"%1\"").arg(program));
+            QString command = QStringLiteral("\"%1\"").arg(program);
+            for (const QString& argument : m_arguments)
+                command += QStringLiteral(" \"%1\"").arg(QDir::toNativeSeparators(argument));
+            m_runKey->setValue(m_applicationId, command);
         } else {
             m_runKey->remove(m_applicationId);
         }
@@ -38,11 +42,13 @@ public:
 private:
     QString m_applicationId;
     std::unique_ptr<QSettings> m_runKey;
+    QStringList m_arguments;
 };
 
 } // namespace
 
-std::unique_ptr<LoginItem> createLoginItem(const QString& applicationId, const QString& folder)
+std::unique_ptr<LoginItem> createLoginItem(const QString& applicationId, const QString& folder,
+                                           const QStringList& arguments)
 {
     auto runKey =
         folder.isEmpty()
@@ -51,5 +57,5 @@ std::unique_ptr<LoginItem> createLoginItem(const QString& applicationId, const Q
                   QSettings::NativeFormat)
             : std::make_unique<QSettings>(QDir(folder).filePath(QStringLiteral("Run.ini")),
                                           QSettings::IniFormat);
-    return std::make_unique<RunKeyLoginItem>(applicationId, std::move(runKey));
+    return std::make_unique<RunKeyLoginItem>(applicationId, std::move(runKey), arguments);
 }

@@ -108,9 +108,10 @@ bool writeFile(const QString& path, const QString& text)
 } // namespace
 
 XdgAutostartEntry::XdgAutostartEntry(QString applicationId, QString configHome, QStringList configDirs,
-                                     QString executable)
+                                     QString executable, QStringList arguments)
     : m_applicationId(std::move(applicationId)), m_configHome(std::move(configHome)),
-      m_configDirs(std::move(configDirs)), m_executable(std::move(executable))
+      m_configDirs(std::move(configDirs)), m_executable(std::move(executable)),
+      m_arguments(std::move(arguments))
 {}
 
 QString XdgAutostartEntry::userConfigHome()
@@ -182,7 +183,11 @@ QString XdgAutostartEntry::entryText() const
     const QString installed =
         QDir::cleanPath(QFileInfo(m_executable).absolutePath() +
                         QStringLiteral("/../share/applications/%1.desktop").arg(m_applicationId));
-    const QString exec = execValue(m_executable);
+    QString exec = execValue(m_executable);
+    for (const QString& argument : m_arguments) {
+        const QString value = execValue(argument);
+        exec = exec.isEmpty() || value.isEmpty() ? QString() : exec + u' ' + value;
+    }
     if (const std::optional<QStringList> lines =
             QFileInfo(installed).isFile() ? readLines(installed) : std::nullopt) {
         // The packaged entry, minus what would keep it from starting. Its Exec names the program for a PATH
@@ -236,13 +241,15 @@ QString XdgAutostartEntry::execValue(const QString& program)
     return argument;
 }
 
-std::unique_ptr<LoginItem> createLoginItem(const QString& applicationId, const QString& folder)
+std::unique_ptr<LoginItem> createLoginItem(const QString& applicationId, const QString& folder,
+                                           const QStringList& arguments)
 {
     // Without an application object there is no program to start; an entry without Exec is never written.
     const QString executable =
         QCoreApplication::instance() ? QCoreApplication::applicationFilePath() : QString();
     if (!folder.isEmpty())
-        return std::make_unique<XdgAutostartEntry>(applicationId, folder, QStringList(), executable);
+        return std::make_unique<XdgAutostartEntry>(applicationId, folder, QStringList(), executable,
+                                                   arguments);
     return std::make_unique<XdgAutostartEntry>(applicationId, XdgAutostartEntry::userConfigHome(),
-                                               XdgAutostartEntry::systemConfigDirs(), executable);
+                                               XdgAutostartEntry::systemConfigDirs(), executable, arguments);
 }

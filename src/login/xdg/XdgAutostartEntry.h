@@ -14,8 +14,9 @@ public:
     /// `configHome` is the user's configuration folder, `configDirs` the system's, in order of importance.
     /// `executable` is the running program: when "<its folder>/../share/applications/<id>.desktop" exists
     /// (an installed program), the entry is a copy of that one, its Exec pointed at `executable`; otherwise
-    /// it starts `executable` itself.
-    XdgAutostartEntry(QString applicationId, QString configHome, QStringList configDirs, QString executable);
+    /// it starts `executable` itself, followed by `arguments`.
+    XdgAutostartEntry(QString applicationId, QString configHome, QStringList configDirs, QString executable,
+                      QStringList arguments = {});
 
     /// The user's configuration folder ($XDG_CONFIG_HOME when it is an absolute path, else ~/.config) and
     /// the system's ($XDG_CONFIG_DIRS, else /etc/xdg), as the XDG base directory rules define them.
@@ -42,4 +43,5 @@ private:
     QString m_configHome;
     QStringList m_configDirs;
     QString m_executable;
+    QStringList m_arguments;
 };

@@ -1,5 +1,6 @@
 #include "preferences/panes/ConfigurationPart.h"
 
+#include "model/BridgeAddress.h"
 #include "state/AppSettings.h"
 
 #include <QButtonGroup>
@@ -15,7 +16,7 @@ ConfigurationPart::ConfigurationPart(AppSettings& settings, QWidget* parent)
     : QWidget(parent), m_settings(settings), m_automatic(new QRadioButton(tr("Automatic"), this)),
       m_manual(new QRadioButton(tr("Manual"), this)), m_modes(new QStackedWidget(this)),
       m_detect(new QPushButton(tr("Detect"))), m_found(new QLabel), m_address(new QLineEdit),
-      m_connect(new QPushButton(tr("Connect")))
+      m_addressProblem(new QLabel), m_connect(new QPushButton(tr("Connect")))
 {
     m_automatic->setObjectName(QStringLiteral("automaticChoice"));
     m_manual->setObjectName(QStringLiteral("manualChoice"));
@@ -44,8 +45,15 @@ ConfigurationPart::ConfigurationPart(AppSettings& settings, QWidget* parent)
     connect(m_detect, &QPushButton::clicked, this, &ConfigurationPart::detectRequested);
 
     auto* manualPage = new QWidget;
-    auto* manualRow = new QHBoxLayout(manualPage);
-    manualRow->setContentsMargins(0, 0, 0, 0);
+    auto* manualColumn = new QVBoxLayout(manualPage);
+    manualColumn->setContentsMargins(0, 0, 0, 0);
+    auto* manualRow = new QHBoxLayout;
+    manualColumn->addLayout(manualRow);
+    m_addressProblem->setObjectName(QStringLiteral("addressProblem"));
+    m_addressProblem->setWordWrap(true);
+    m_addressProblem->setTextFormat(Qt::PlainText);
+    m_addressProblem->hide();
+    manualColumn->addWidget(m_addressProblem);
     m_address->setObjectName(QStringLiteral("addressField"));
     m_address->setPlaceholderText(addressPlaceholder());
     m_address->setAccessibleName(addressPlaceholder());
@@ -56,7 +64,10 @@ ConfigurationPart::ConfigurationPart(AppSettings& settings, QWidget* parent)
     manualRow->addStretch();
     // textChanged, not textEdited: assistive technology sets the whole text at once.
     connect(m_address, &QLineEdit::textChanged, this, &ConfigurationPart::onAddressEdited);
-    connect(m_address, &QLineEdit::returnPressed, this, &ConfigurationPart::connectRequested);
+    connect(m_address, &QLineEdit::returnPressed, this, [this] {
+        if (m_addressProblem->isHidden())
+            Q_EMIT connectRequested();
+    });
     connect(m_connect, &QPushButton::clicked, this, &ConfigurationPart::connectRequested);
 
     m_modes->addWidget(automaticPage);
@@ -89,7 +100,8 @@ void ConfigurationPart::setBusy(bool detecting, bool connecting)
 {
     m_detect->setEnabled(!detecting && !connecting);
     m_detect->setText(detecting ? tr("Detecting…") : tr("Detect"));
-    m_connect->setEnabled(!connecting);
+    m_connecting = connecting;
+    m_connect->setEnabled(!connecting && m_addressProblem->isHidden());
     m_connect->setText(connecting ? tr("Connecting…") : tr("Connect"));
 }
 
@@ -109,5 +121,14 @@ void ConfigurationPart::showFoundCount(int count)
 
 void ConfigurationPart::onAddressEdited(const QString& text)
 {
-    m_settings.setHueIP(text.trimmed());
+    // Only an address reaches the settings, so that nothing typed can become part of a request's path.
+    QString problem;
+    const QString address = text.trimmed();
+    const bool usable = address.isEmpty() || BridgeAddress::parse(address, &problem).has_value();
+    m_addressProblem->setText(problem);
+    m_addressProblem->setVisible(!usable);
+    m_address->setAccessibleDescription(problem);
+    m_connect->setEnabled(usable && !m_connecting);
+    if (usable)
+        m_settings.setHueIP(address);
 }

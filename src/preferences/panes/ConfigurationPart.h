@@ -50,5 +50,7 @@ private:
     QPushButton* m_detect;
     QLabel* m_found;
     QLineEdit* m_address;
+    QLabel* m_addressProblem; ///< why the typed text is not an address; hidden while it is one
     QPushButton* m_connect;
+    bool m_connecting = false;
 };
