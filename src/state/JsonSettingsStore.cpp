@@ -219,8 +219,10 @@ bool JsonSettingsStore::writeFile()
     // temporary file.
     file.setDirectWriteFallback(false);
     const QByteArray content = toJson(m_values);
+    // Flushed before the commit: a buffered write that fails for want of space is not seen by commit(), which
+    // would then put an empty file in place of the user's.
     const bool written = file.open(QIODevice::WriteOnly) && (!creating || file.setPermissions(ownerOnly)) &&
-                         file.write(content) == content.size() && file.commit();
+                         file.write(content) == content.size() && file.flush() && file.commit();
     if (!written) {
         setSaveError(
             QStringLiteral("cannot write the settings file %1: %2").arg(m_fileName, file.errorString()));

@@ -3,6 +3,8 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QProcess>
+#include <QScopeGuard>
 #include <QTemporaryDir>
 #include <QTemporaryFile>
 #include <QTest>
@@ -71,6 +73,7 @@ private Q_SLOTS:
     void keepsUnusableFilesAsideUnderNamesOfTheirOwn();
     void leavesAFolderInItsPlaceAlone();
     void reportsAFailedWrite();
+    void aFullDiskLosesNothingAlreadySaved();
     void reportsAWrongTypeOnceAndKeepsIt();
     void followsTheConfigurationFolder();
 };
@@ -291,6 +294,45 @@ void TestJsonSettingsStore::reportsAFailedWrite()
     store.writeInt(QStringLiteral("keyIncrement"), 40);
     QVERIFY(store.saveError().startsWith(QStringLiteral("cannot write the settings file")));
     QCOMPARE(said.text().count(QStringLiteral("cannot write")), 1);
+}
+
+void TestJsonSettingsStore::aFullDiskLosesNothingAlreadySaved()
+{
+    // A disk of three pages (the file, the lock, the new file) where the test may mount one, else a folder
+    // that refuses new files.
+    QTemporaryDir dir;
+    const QString folder = dir.filePath(QStringLiteral("small"));
+    QVERIFY(QDir().mkpath(folder));
+    const QString file = folder + QStringLiteral("/settings.json");
+    std::unique_ptr<JsonSettingsStore> store;
+    const bool mounted =
+        QProcess::execute(QStringLiteral("mount"), {"-t", "tmpfs", "-o", "size=12k", "tmpfs", folder}) == 0;
+    const auto unmount = qScopeGuard([&] {
+        store.reset();
+        if (mounted)
+            QProcess::execute(QStringLiteral("umount"), {folder});
+    });
+    store = std::make_unique<JsonSettingsStore>(file);
+    store->writeString(QStringLiteral("bridgeUser"), QStringLiteral("secret"));
+    QVERIFY2(store->saveError().isEmpty(), qPrintable(store->saveError()));
+    if (mounted) {
+        writeFile(folder + QStringLiteral("/filler"), QByteArray(8192, 'x')); // as much as fits
+    } else {
+        QVERIFY(QFile::setPermissions(folder, QFile::ReadOwner | QFile::ExeOwner));
+        if (QFileInfo(folder).isWritable())
+            QSKIP("no small disk to mount, and a read-only folder does not stop this user");
+    }
+    Stderr said;
+    store->writeString(QStringLiteral("appIcon"), QString(2048, u'x'));
+    QVERIFY2(store->saveError().startsWith(u"cannot write the settings file"_qs),
+             qPrintable(store->saveError()));
+    QVERIFY(said.text().contains(u"cannot write the settings file"_qs));
+    // Written whole or not at all: the file still holds what was saved before.
+    QCOMPARE(
+        JsonSettingsStore::parse(readFile(file)).value_or(QVariantMap()).value(u"bridgeUser"_qs).toString(),
+        u"secret"_qs);
+    if (!mounted)
+        QFile::setPermissions(folder, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
 }
 
 void TestJsonSettingsStore::reportsAWrongTypeOnceAndKeepsIt()

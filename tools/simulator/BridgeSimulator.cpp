@@ -82,7 +82,8 @@ QString BridgeSimulator::tlsHostAndPort() const
 bool BridgeSimulator::writeAuthority(const QString& fileName, QString* error) const
 {
     QSaveFile file(fileName);
-    if (file.open(QIODevice::WriteOnly) && file.write(m_authority.certificate.toPem()) >= 0 && file.commit())
+    if (file.open(QIODevice::WriteOnly) && file.write(m_authority.certificate.toPem()) >= 0 && file.flush() &&
+        file.commit())
         return true;
     if (error)
         *error = QStringLiteral("Cannot write %1: %2").arg(fileName, file.errorString());
@@ -227,7 +228,8 @@ bool BridgeSimulator::saveHome(const QString& fileName, QString* error) const
     QString reason;
     if (m_home->save(&text, &reason)) {
         QSaveFile file(fileName);
-        if (file.open(QIODevice::WriteOnly) && file.write(text) == text.size() && file.commit())
+        if (file.open(QIODevice::WriteOnly) && file.write(text) == text.size() && file.flush() &&
+            file.commit())
             return true;
         reason = file.errorString();
     }

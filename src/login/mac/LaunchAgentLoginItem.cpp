@@ -58,7 +58,8 @@ public:
 )")
                        .arg(label().toHtmlEscaped(), m_applicationId.toHtmlEscaped(), openArguments())
                        .toUtf8());
-        return file.commit();
+        // A failed buffered write is seen by flush(), not by commit(), which would install an empty agent.
+        return file.flush() && file.error() == QFileDevice::NoError && file.commit();
     }
 
 private:

@@ -101,8 +101,9 @@ bool writeFile(const QString& path, const QString& text)
     QSaveFile file(path);
     if (!file.open(QIODevice::WriteOnly | QIODevice::Text))
         return false;
-    file.write(text.toUtf8());
-    return file.commit();
+    // A failed buffered write is seen by flush(), not by commit(), which would install an empty entry.
+    const QByteArray bytes = text.toUtf8();
+    return file.write(bytes) == bytes.size() && file.flush() && file.commit();
 }
 
 } // namespace

@@ -110,6 +110,7 @@ bool DebugReport::writeInput(const QString& bridgeCheck) const
     if (!file.open(QIODevice::WriteOnly))
         return false;
     file.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner);
-    file.write(QJsonDocument(input).toJson(QJsonDocument::Compact));
-    return file.commit();
+    const QByteArray bytes = QJsonDocument(input).toJson(QJsonDocument::Compact);
+    // A failed buffered write is seen by flush(), not by commit(), which would leave an empty file.
+    return file.write(bytes) == bytes.size() && file.flush() && file.commit();
 }
