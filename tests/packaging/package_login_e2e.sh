@@ -1,8 +1,9 @@
 #!/usr/bin/env bash
 # The unpacked package's glowdeck on a desktop (Xvfb, trayer, the accessibility bus): the first start's
 # welcome window, the drop-down window's Settings button, the General pane, "Run at Start". The autostart
-# entry it writes is the unpacked desktop entry, starting the unpacked program (which is on no PATH); the
-# program's windows carry the application icon it finds beside itself. "Run at Start" off removes the entry.
+# entry it writes is the unpacked desktop entry, starting the unpacked program (which is on no PATH) with the
+# settings file it was started with; the program's windows carry the application icon it finds beside itself.
+# "Run at Start" off removes the entry.
 #
 # Usage: package_login_e2e.sh <package folder> <artifact-dir>
 # Exit codes: 0 passed, 1 failed, 77 skipped (a tool is missing).
@@ -46,14 +47,14 @@ done
 sleep 0.4 # the window's resize to the pane takes 0.25 s
 screenshot general
 
-# The unpacked entry, its Exec pointed at the unpacked program.
-expected=$(sed "s|^Exec=.*|Exec=$root/usr/bin/glowdeck|" "$packaged")
+# The unpacked entry, its Exec pointed at the unpacked program and the settings file of this run.
+expected=$(sed "s|^Exec=.*|Exec=$root/usr/bin/glowdeck --settings $e2e_work/settings.json|" "$packaged")
 if [ "$(cat "$autostart")" != "$expected" ]; then
     diff <(echo "$expected") "$autostart"
     fail "the autostart entry is not the unpacked desktop entry starting the unpacked program"
 fi
 desktop-file-validate "$autostart" || fail "the autostart entry is not a valid desktop entry"
-say "the autostart entry is the unpacked one, starting $root/usr/bin/glowdeck"
+say "the autostart entry is the unpacked one, starting $root/usr/bin/glowdeck with its settings file"
 
 window=$(xdotool search --onlyvisible --name '^General$' | head -n1)
 [ -n "$window" ] || fail "no window named General"
