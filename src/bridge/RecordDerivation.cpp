@@ -44,24 +44,27 @@ bool containsLowerCased(WireText text, std::string_view lowerCase)
 
 void deriveColourAbilities(const HueDevice& device, HueLight& light)
 {
-    // The current colour mode wins over the type text: a colour lamp in colour-temperature mode counts as a
-    // white-tone lamp until the next refresh.
-    if (const std::optional<WireText>& mode = device.state->colormode) {
-        if (equalsLowerCased(*mode, "hs") || equalsLowerCased(*mode, "xy")) {
-            light.allows_color = true;
-            light.allows_ambient = false;
-            return;
-        }
-        if (equalsLowerCased(*mode, "ct")) {
-            light.allows_color = false;
-            light.allows_ambient = true;
-            return;
+    // What the lamp can do, not what it shows now: a colour lamp in colour-temperature mode (after a white
+    // scene) keeps its colour field, and has its white-tone bar too. The capabilities and the type say it;
+    // the current colour mode speaks only for a lamp that says neither.
+    const HueDeviceCapabilitiesControl* control =
+        device.capabilities && device.capabilities->control ? &*device.capabilities->control : nullptr;
+    bool colour = control && control->colorgamuttype;
+    bool whiteTone = control && control->ct;
+    if (device.type) {
+        const WireText type = *device.type;
+        colour = colour || (containsLowerCased(type, "color") && !containsLowerCased(type, "temperature"));
+        whiteTone = whiteTone || containsLowerCased(type, "temperature") ||
+                    containsLowerCased(type, "ambient") || containsLowerCased(type, "extended color");
+    }
+    if (!colour && !whiteTone) {
+        if (const std::optional<WireText>& mode = device.state->colormode) {
+            colour = equalsLowerCased(*mode, "hs") || equalsLowerCased(*mode, "xy");
+            whiteTone = equalsLowerCased(*mode, "ct");
         }
     }
-    if (!device.type)
-        return;
-    light.allows_ambient = containsLowerCased(*device.type, "ambient");
-    light.allows_color = containsLowerCased(*device.type, "color") && !light.allows_ambient;
+    light.allows_color = colour;
+    light.allows_ambient = whiteTone;
 }
 
 /// A name as the window and the tables show it: control characters, and the bidirectional overrides and

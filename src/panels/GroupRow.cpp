@@ -12,29 +12,35 @@ GroupRow::GroupRow(AppSettings& settings, HueHelper& helper, const HueGroup& gro
     setGroup(group);
 }
 
-QSet<QString> GroupRow::colorLampIds(const QList<HueLight>& lights)
+GroupRow::LampAbilities GroupRow::lampAbilities(const QList<HueLight>& lights)
 {
-    QSet<QString> ids;
+    LampAbilities lamps;
     for (const HueLight& light : lights) {
         if (light.allows_color)
-            ids.insert(light.lamp_id);
+            lamps.colour.insert(light.lamp_id);
+        if (light.allows_ambient)
+            lamps.whiteTone.insert(light.lamp_id);
     }
-    return ids;
+    return lamps;
 }
 
 void GroupRow::setGroup(const HueGroup& group)
 {
-    setGroup(group, colorLampIds(m_settings.lights()));
+    setGroup(group, lampAbilities(m_settings.lights()));
 }
 
-void GroupRow::setGroup(const HueGroup& group, const QSet<QString>& colorLamps)
+void GroupRow::setGroup(const HueGroup& group, const LampAbilities& lamps)
 {
     m_groupId = group.group_id;
-    // A room whose members are unknown counts as white-only.
+    const auto holdsAny = [&group](const QSet<QString>& ids) {
+        return std::any_of(group.lights.cbegin(), group.lights.cend(),
+                           [&ids](const QString& id) { return ids.contains(id); });
+    };
+    // A room whose members are unknown counts as white-only. A room of colour lamps keeps the white-tone bar
+    // as well when some of them have a white-tone range, whatever they show now.
     const bool bars = m_settings.showColorBarsForRooms();
-    const bool color =
-        bars && std::any_of(group.lights.cbegin(), group.lights.cend(),
-                            [&colorLamps](const QString& id) { return colorLamps.contains(id); });
+    const bool color = bars && holdsAny(lamps.colour);
+    const bool whiteTone = bars && (!color || holdsAny(lamps.whiteTone));
     showState({.name = group.name,
                .on = group.is_on,
                .brightness = group.brightness,
@@ -42,7 +48,7 @@ void GroupRow::setGroup(const HueGroup& group, const QSet<QString>& colorLamps)
                .saturation = RowValues::saturationFraction(group.saturation),
                .warmth = RowValues::temperatureFraction(group.color_temperature, group.ct_min, group.ct_max),
                .colorField = color,
-               .temperatureBar = bars && !color});
+               .temperatureBar = whiteTone});
 }
 
 std::optional<HueGroup> GroupRow::write(const std::function<void(HueGroup&)>& change)

@@ -26,12 +26,15 @@ public:
     QString groupId() const { return m_groupId; }
     /// Shows a newer record of the same room and re-reads which bars apply, keeping a drag in progress.
     void setGroup(const HueGroup& group);
-    /// The same, with the lamp ids of the lights that take colour already at hand (a list of many rooms
-    /// gathers them once).
-    void setGroup(const HueGroup& group, const QSet<QString>& colorLamps);
-
-    /// The lamp ids of the lights that take colour.
-    static QSet<QString> colorLampIds(const QList<HueLight>& lights);
+    /// The lamp ids of the lights that take colour, and of those with a white-tone range.
+    struct LampAbilities
+    {
+        QSet<QString> colour;
+        QSet<QString> whiteTone;
+    };
+    static LampAbilities lampAbilities(const QList<HueLight>& lights);
+    /// The same, with the lamps' abilities already at hand (a list of many rooms gathers them once).
+    void setGroup(const HueGroup& group, const LampAbilities& lamps);
 
 private:
     void switchTo(bool on) override;

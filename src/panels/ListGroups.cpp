@@ -47,7 +47,7 @@ void ListGroups::onGroupsChanged()
     for (GroupRow* row : groupRows())
         previous.insert(row->groupId(), row);
 
-    const QSet<QString> colorLamps = GroupRow::colorLampIds(m_settings.lights());
+    const GroupRow::LampAbilities lamps = GroupRow::lampAbilities(m_settings.lights());
     const bool reachable = m_settings.bridgeConnected();
     QList<QWidget*> rows;
     QList<QWidget*> zones;
@@ -63,7 +63,7 @@ void ListGroups::onGroupsChanged()
             row = new GroupRow(m_settings, m_helper, group, content());
             row->setBridgeReachable(reachable);
         } else {
-            row->setGroup(group, colorLamps);
+            row->setGroup(group, lamps);
         }
         (group.isZone() ? zones : rows).append(row);
     }

@@ -72,25 +72,33 @@ void TestResourceFetch::derivesLights_data()
     const QByteArray colour = lamp("Extended color light", R"(,"colormode":"xy","xy":[0.4,0.5])", ct153to500);
     QTest::newRow("bridge member order, not numeric")
         << object({{"2", colour}, {"10", colour}, {"1", colour}})
-        << QStringList{"2:C-:153-500", "10:C-:153-500", "1:C-:153-500"};
+        << QStringList{"2:CA:153-500", "10:CA:153-500", "1:CA:153-500"};
     QTest::newRow("unreachable, unknown reachability and stateless lamps are left out")
         << object({{"1", QByteArray(colour).replace("\"reachable\":true", "\"reachable\":false")},
                    {"2", QByteArray(colour).replace(",\"reachable\":true", "")},
                    {"3", R"({"name":"Old","type":"Dimmable light"})"},
                    {"4", colour}})
-        << QStringList{"4:C-:153-500"};
+        << QStringList{"4:CA:153-500"};
     QTest::newRow("empty object") << QByteArray("{}") << QStringList{};
-    QTest::newRow("colour mode beats type")
+    // What the lamp can do, not what it shows now: a colour lamp after a white scene keeps its colour field.
+    QTest::newRow("the type beats the colour mode")
         << object({{"1", lamp("Extended color light", R"(,"colormode":"ct")", ct153to500)},
                    {"2", lamp("Color temperature light", R"(,"colormode":"HS")")},
                    {"3", lamp("Extended color light", R"(,"colormode":"effect")")}})
-        << QStringList{"1:-A:153-500", "2:C-:0-10000", "3:C-:0-10000"};
+        << QStringList{"1:CA:153-500", "2:-A:0-10000", "3:CA:0-10000"};
+    QTest::newRow("capabilities speak for a lamp of an unknown type")
+        << object({{"1", lamp("Some light", R"(,"colormode":"ct")",
+                              R"(,"capabilities":{"control":{"colorgamuttype":"C"}})")},
+                   {"2", lamp("Some light", R"(,"colormode":"xy")",
+                              R"(,"capabilities":{"control":{"ct":{"min":153,"max":500}}})")},
+                   {"3", lamp("Some light", R"(,"colormode":"xy")")}})
+        << QStringList{"1:C-:0-10000", "2:-A:153-500", "3:C-:0-10000"};
     QTest::newRow("type text when there is no colour mode")
         << object({{"1", lamp("Color temperature light", "")},
                    {"2", lamp("Dimmable light", "")},
                    {"3", lamp("Extended Color Ambient light", "")},
                    {"4", QByteArray(R"({"state":{"reachable":true},"name":"No type"})")}})
-        << QStringList{"1:C-:0-10000", "2:--:0-10000", "3:-A:0-10000", "4:--:0-10000"};
+        << QStringList{"1:-A:0-10000", "2:--:0-10000", "3:CA:0-10000", "4:--:0-10000"};
     QTest::newRow("partial capabilities fall back per limit")
         << object({{"1", lamp("Dimmable light", "", R"(,"capabilities":{"control":{"mindimlevel":5000}})")},
                    {"2", lamp("Color temperature light", R"(,"colormode":"ct")",

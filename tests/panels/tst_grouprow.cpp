@@ -42,7 +42,8 @@ void TestGroupRow::init()
     m_groupId = QStringLiteral("1");
     // Light "1" takes colour; "2" and "3" are white-tone lamps.
     m_bench->settings().setLights({m_bench->light(u"1"_qs, true, true), m_bench->light(u"2"_qs, false, true),
-                                   m_bench->light(u"3"_qs, false, true)});
+                                   m_bench->light(u"3"_qs, false, true),
+                                   m_bench->light(u"4"_qs, true, false)});
 }
 
 void TestGroupRow::cleanup()
@@ -69,7 +70,10 @@ void TestGroupRow::membersDecideTheBar_data()
     QTest::addColumn<bool>("color");
     QTest::addColumn<bool>("whiteTone");
 
-    QTest::newRow("one colour lamp among white ones") << QStringList{"2", "1", "3"} << true << true << false;
+    // Colour and white tone both, whatever the lamps show now: lamp 1 takes colour and has a white-tone
+    // range.
+    QTest::newRow("one colour lamp among white ones") << QStringList{"2", "1", "3"} << true << true << true;
+    QTest::newRow("colour lamps without white tone") << QStringList{"4"} << true << true << false;
     QTest::newRow("white lamps only") << QStringList{"2", "3"} << true << false << true;
     QTest::newRow("unknown members") << QStringList{"41", "42"} << true << false << true;
     QTest::newRow("no members") << QStringList{} << true << false << true;
@@ -107,7 +111,7 @@ void TestGroupRow::followsTheColorBarOptionAndTheLights()
     // Lamp "2" turns out to take colour on the next refresh of the lights.
     m_bench->settings().updateLight(u"2"_qs, [](HueLight& l) { l.allows_color = true; });
     QVERIFY(colorField->isVisible());
-    QVERIFY(!whiteTone->isVisible());
+    QVERIFY(whiteTone->isVisible());            // it keeps its white-tone range
     QCOMPARE(m_list->groupRows().first(), row); // updated in place, not rebuilt
 }
 
