@@ -9,6 +9,7 @@
 #include "bridge/ActionQueue.h"
 #include "bridge/BridgeNetwork.h"
 #include "bridge/HueHelper.h"
+#include "bridge/SwitchOffTimer.h"
 #include "connection/BridgeConnection.h"
 #include "connection/BridgeDiscovery.h"
 #include "connection/BridgePairing.h"
@@ -42,6 +43,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QGuiApplication>
+#include <QLocale>
 #include <QMenu>
 #include <QNetworkAccessManager>
 #include <QTimer>
@@ -148,6 +150,7 @@ void AppDelegate::start()
 
     m_queue = std::make_unique<ActionQueue>(*m_settings, *m_network);
     m_helper = std::make_unique<HueHelper>(*m_settings, *m_queue);
+    m_switchOffTimer = std::make_unique<SwitchOffTimer>(*m_queue, *m_helper);
     m_pairing = std::make_unique<BridgePairing>(*m_settings, *m_network);
     m_connection = std::make_unique<BridgeConnection>(*m_settings, *m_network, *m_pairing);
     m_shell = std::make_unique<ShellRunner>();
@@ -238,6 +241,16 @@ void AppDelegate::buildContextMenu()
     for (const QString& title : {QStringLiteral("Off in 5 minutes"), QStringLiteral("Off in 30 minutes"),
                                  QStringLiteral("Off in 60 minutes")})
         m_menu->addAction(title, this, &AppDelegate::onAllOffInMinutes);
+    // The pending timer, and the way back from it.
+    m_cancelTimer = m_menu->addAction(QString(), m_switchOffTimer.get(), &SwitchOffTimer::cancel);
+    const auto showTimer = [this] {
+        const QDateTime at = m_switchOffTimer->firesAt();
+        m_cancelTimer->setVisible(at.isValid());
+        m_cancelTimer->setText(
+            tr("Lights off at %1 \u2014 Cancel").arg(QLocale().toString(at.time(), QLocale::ShortFormat)));
+    };
+    connect(m_switchOffTimer.get(), &SwitchOffTimer::changed, m_cancelTimer, showTimer);
+    showTimer();
     m_menu->addSeparator();
     m_menu->addAction(QStringLiteral("Settings"), this, &AppDelegate::onOpenSettings);
     m_menu->addSeparator();
@@ -392,7 +405,7 @@ void AppDelegate::onAllOffInMinutes()
         minutes = 60;
     else if (title.contains(QStringLiteral("30 ")))
         minutes = 30;
-    m_helper->switchAllOffAfterMinutes(minutes);
+    m_switchOffTimer->start(minutes);
     m_switchOffNotice->announce(minutes);
 }
 

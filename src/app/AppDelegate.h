@@ -42,6 +42,7 @@ class SleepWatcher;
 class StartAtLogin;
 class StatusBarMenuWindowController;
 class SwitchOffNotice;
+class SwitchOffTimer;
 
 /// What differs between one run of the application and another (the real start, the demo, a test).
 struct AppDelegateOptions
@@ -104,6 +105,7 @@ public:
     DebugView* debugWindow() const { return m_debugWindow.get(); }
     QSystemTrayIcon& trayIcon() const { return *m_trayIcon; }
     SwitchOffNotice& switchOffNotice() const { return *m_switchOffNotice; }
+    SwitchOffTimer& switchOffTimer() const { return *m_switchOffTimer; }
     /// The welcome window while it is open.
     WelcomeView* welcomeWindow() const { return m_welcome; }
 
@@ -162,6 +164,8 @@ private:
     std::unique_ptr<DebugView> m_debugWindow;                   // created on first use
     std::unique_ptr<QSystemTrayIcon> m_trayIcon;
     std::unique_ptr<SwitchOffNotice> m_switchOffNotice;
+    std::unique_ptr<SwitchOffTimer> m_switchOffTimer;
+    QAction* m_cancelTimer = nullptr; ///< "Lights off at 23:40 — Cancel", while a timer is pending
     std::unique_ptr<StatusBarMenuWindowController> m_windowController;
     std::unique_ptr<QMenu> m_menu;
     QPointer<WelcomeView> m_welcome;

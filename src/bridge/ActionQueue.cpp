@@ -3,6 +3,7 @@
 #include "bridge/BridgeNetwork.h"
 #include "bridge/BridgeUrl.h"
 #include "bridge/HttpExchange.h"
+#include "bridge/HueHelper.h"
 #include "state/AppSettings.h"
 
 #include <QJsonDocument>
@@ -120,8 +121,9 @@ void ActionQueue::send(const ActionQueueItem& item)
     QNetworkRequest request(item.url);
     request.setHeader(QNetworkRequest::ContentTypeHeader, QByteArrayLiteral("application/json"));
     BridgeNetwork::prepare(request, m_settings.bridgeIdentity());
-    const QByteArray method =
-        item.url.toString().contains(u"/schedules") ? QByteArrayLiteral("POST") : QByteArrayLiteral("PUT");
+    const QByteArray method = item.property == HueHelper::unscheduleProperty ? QByteArrayLiteral("DELETE")
+                              : item.url.toString().contains(u"/schedules")  ? QByteArrayLiteral("POST")
+                                                                             : QByteArrayLiteral("PUT");
     ++m_inFlight;
     // No retry, no rollback: the next refresh brings back the bridge's truth.
     sendHttpRequest(m_network, request, method, item.body, {sendTimeout, sendDeadline},

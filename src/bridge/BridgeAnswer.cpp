@@ -45,7 +45,10 @@ WriteOutcome writeOutcome(const HttpResult& answer)
         return {Kind::refused, answer.status, errors.join(QStringLiteral("; "))};
     if (answer.status < 200 || answer.status > 299)
         return {Kind::httpError, answer.status, {}};
-    if (!QJsonDocument::fromJson(answer.body).isArray())
+    const QJsonDocument document = QJsonDocument::fromJson(answer.body);
+    if (!document.isArray())
         return {Kind::unexpected, answer.status, {}};
-    return {Kind::accepted, answer.status, {}};
+    // [{"success":{"id":"3"}}] for a new schedule.
+    const QJsonValue id = document.array().first().toObject().value(u"success").toObject().value(u"id");
+    return {Kind::accepted, answer.status, {}, id.isString() ? id.toString().left(64) : QString()};
 }

@@ -27,6 +27,8 @@ struct WriteOutcome
     Kind kind = Kind::accepted;
     int status = 0;
     QString detail;
+    /// The id the bridge gave a resource the change created (a schedule); empty otherwise.
+    QString createdId;
 
     bool ok() const { return kind == Kind::accepted; }
 };

@@ -120,7 +120,7 @@ void HueHelper::recallScene(const QString& sceneId)
     enqueue(address, HueSceneRecall{sceneId}.encode(), false, false, sceneId, QStringLiteral("scene"));
 }
 
-void HueHelper::switchAllOffAfterMinutes(qint64 minutes)
+void HueHelper::switchAllOffAfterMinutes(qint64 minutes, const QString& token)
 {
     HueScheduleOffMinutes schedule;
     // The bridge runs this address itself later; the key is one path segment there too.
@@ -136,7 +136,14 @@ void HueHelper::switchAllOffAfterMinutes(qint64 minutes)
     schedule.recycle = true;
     const QUrl address =
         bridgeResourceUrl(m_settings.bridgeEndpoint(), m_settings.hueKey(), {QStringLiteral("schedules")});
-    enqueue(address, schedule.encode(), false, false, QString(), QStringLiteral("schedule"));
+    enqueue(address, schedule.encode(), false, false, token, QStringLiteral("schedule"));
+}
+
+void HueHelper::deleteSchedule(const QString& scheduleId)
+{
+    const QUrl address = bridgeResourceUrl(m_settings.bridgeEndpoint(), m_settings.hueKey(),
+                                           {QStringLiteral("schedules"), scheduleId});
+    enqueue(address, QByteArray(), false, false, scheduleId, unscheduleProperty);
 }
 
 void HueHelper::enqueue(const QUrl& address, QByteArray body, bool isLight, bool isGroup,

@@ -40,8 +40,14 @@ public:
     void switchEverythingOff();
     /// Recalls a scene through group 0, so the bridge applies it to the scene's own lamps.
     void recallScene(const QString& sceneId);
-    /// Has the bridge switch every lamp off after `minutes` (90 gives "PT01:30:00").
-    void switchAllOffAfterMinutes(qint64 minutes);
+    /// The property of a queued schedule deletion, sent with DELETE.
+    static inline const QString unscheduleProperty = QStringLiteral("unschedule");
+
+    /// Has the bridge switch every lamp off after `minutes` (90 gives "PT01:30:00"). `token` goes with the
+    /// queued request as its item id (SwitchOffTimer tells its requests apart by it).
+    void switchAllOffAfterMinutes(qint64 minutes, const QString& token = QString());
+    /// Deletes the schedule `scheduleId` from the bridge.
+    void deleteSchedule(const QString& scheduleId);
 
 private:
     void enqueue(const QUrl& address, QByteArray body, bool isLight, bool isGroup, const QString& itemId,

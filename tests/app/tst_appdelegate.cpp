@@ -6,6 +6,7 @@
 #include "app/StatusBarMenuWindowController.h"
 #include "app/SwitchOffNotice.h"
 #include "bridge/ActionQueue.h"
+#include "bridge/SwitchOffTimer.h"
 #include "connection/BridgeConnection.h"
 #include "panels/ContentView.h"
 #include "panels/WelcomeView.h"
@@ -18,6 +19,7 @@
 #include "state/SettingsKeys.h"
 
 #include <QAction>
+#include <QLocale>
 #include <QMenu>
 #include <QRegularExpression>
 #include <QTemporaryDir>
@@ -157,11 +159,24 @@ int TestAppDelegate::activeTimers(QObject& owner, std::chrono::milliseconds inte
 void TestAppDelegate::menuListsItsEntriesInOrder()
 {
     startDelegate();
-    QStringList titles;
-    for (QAction* entry : m_delegate->contextMenu().actions())
-        titles << (entry->isSeparator() ? QStringLiteral("-") : entry->text());
-    QCOMPARE(titles, (QStringList{"Darkness!", "Off in 5 minutes", "Off in 30 minutes", "Off in 60 minutes",
-                                  "-", "Settings", "-", "Help", "Provide Feedback", "-", "Quit Glowdeck"}));
+    const auto titles = [this] {
+        QStringList shown;
+        for (QAction* entry : m_delegate->contextMenu().actions()) {
+            if (entry->isVisible())
+                shown << (entry->isSeparator() ? QStringLiteral("-") : entry->text());
+        }
+        return shown;
+    };
+    QCOMPARE(titles(), (QStringList{"Darkness!", "Off in 5 minutes", "Off in 30 minutes", "Off in 60 minutes",
+                                    "-", "Settings", "-", "Help", "Provide Feedback", "-", "Quit Glowdeck"}));
+
+    // A pending timer shows when it goes off, and how to take it back.
+    action(QStringLiteral("Off in 30 minutes"))->trigger();
+    const QString at =
+        QLocale().toString(m_delegate->switchOffTimer().firesAt().time(), QLocale::ShortFormat);
+    QCOMPARE(titles().at(4), u"Lights off at %1 \u2014 Cancel"_qs.arg(at));
+    action(u"Lights off at %1 \u2014 Cancel"_qs.arg(at))->trigger();
+    QCOMPARE(titles().size(), 11);
 }
 
 void TestAppDelegate::darknessSwitchesTheWholeHouseOffAtOnce()

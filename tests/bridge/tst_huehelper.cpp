@@ -1,6 +1,7 @@
 #include "BridgeBench.h"
 #include "bridge/ActionQueue.h"
 #include "bridge/HueHelper.h"
+#include "bridge/SwitchOffTimer.h"
 
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -24,6 +25,7 @@ private Q_SLOTS:
     void clampsTheLocalBrightnessOfAnIncrease_data();
     void clampsTheLocalBrightnessOfAnIncrease();
     void sendsTheSwitchOffSchedule();
+    void keepsOneSwitchOffTimerAndCancelsIt();
     void keepsEachIdOnePathSegment_data();
     void keepsEachIdOnePathSegment();
 
@@ -232,6 +234,37 @@ void TestHueHelper::sendsTheSwitchOffSchedule()
     QTRY_COMPARE(m_bench->bridge().requests().size(), 2);
     QCOMPARE(m_bench->bridge().requests().last().body.value(u"localtime").toString(),
              QStringLiteral("PT01:30:00"));
+}
+
+void TestHueHelper::keepsOneSwitchOffTimerAndCancelsIt()
+{
+    BridgeSimulator& bridge = m_bench->bridge();
+    // Another program's timer, which is never touched.
+    m_helper->switchAllOffAfterMinutes(45);
+    QTRY_COMPARE(bridge.scheduleIds().size(), 1);
+    const QString foreign = bridge.scheduleIds().first();
+
+    SwitchOffTimer timer(*m_queue, *m_helper);
+    const QDateTime now(QDate(2026, 11, 25), QTime(23, 10));
+    timer.setClock([now] { return now; });
+    timer.start(5);
+    QCOMPARE(timer.firesAt(), now.addSecs(5 * 60));
+    QTRY_COMPARE(bridge.scheduleIds().size(), 2);
+
+    // A second choice replaces the first, also one made before the bridge answered the one before.
+    timer.start(30);
+    timer.start(60);
+    QCOMPARE(timer.firesAt(), now.addSecs(60 * 60));
+    // The 5 minutes' deleted, the 30 and 60 minutes' made, then the 30 minutes' deleted once its id came.
+    QTRY_COMPARE_WITH_TIMEOUT(bridge.requests().size(), 6, 5000);
+    QCOMPARE(bridge.requests().last().method, QByteArray("DELETE"));
+    QCOMPARE(bridge.scheduleIds().size(), 2);
+    QCOMPARE(bridge.scheduleIds().first(), foreign);
+    QCOMPARE(bridge.schedule(bridge.scheduleIds().last()).value(u"localtime").toString(), u"PT01:00:00"_qs);
+
+    timer.cancel();
+    QVERIFY(!timer.firesAt().isValid());
+    QTRY_COMPARE(bridge.scheduleIds(), QStringList{foreign});
 }
 
 void TestHueHelper::keepsEachIdOnePathSegment_data()

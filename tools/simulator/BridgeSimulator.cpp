@@ -280,6 +280,16 @@ QStringList BridgeSimulator::groupIds() const
     return m_home->groupIds();
 }
 
+QStringList BridgeSimulator::scheduleIds() const
+{
+    return m_schedules->ids();
+}
+
+QJsonObject BridgeSimulator::schedule(const QString& id) const
+{
+    return m_schedules->schedule(id);
+}
+
 QStringList BridgeSimulator::sceneIds() const
 {
     return m_home->sceneIds();

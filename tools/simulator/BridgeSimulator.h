@@ -126,6 +126,9 @@ public:
     QStringList groupIds() const;
     /// Scene ids in served order.
     QStringList sceneIds() const;
+    /// The schedules' ids, oldest first.
+    QStringList scheduleIds() const;
+    QJsonObject schedule(const QString& id) const;
     /// Marks a light (un)reachable, as when its power is switched off at the wall. False: no such light.
     bool setLightReachable(const QString& id, bool reachable);
 
