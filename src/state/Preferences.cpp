@@ -59,6 +59,17 @@ void Preferences::setReviewed(const QString& version)
     m_store.writeString(Keys::reviewedVersion, version);
 }
 
+bool Preferences::connectsManually() const
+{
+    return m_store.readString(Keys::connectionChoice) == QLatin1String("manual");
+}
+
+void Preferences::setConnectsManually(bool manual)
+{
+    m_store.writeString(Keys::connectionChoice,
+                        manual ? QStringLiteral("manual") : QStringLiteral("automatic"));
+}
+
 std::optional<qint64> Preferences::storedActivePanel() const
 {
     if (!m_store.contains(Keys::activePanel))

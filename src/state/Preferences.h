@@ -36,6 +36,10 @@ public:
     bool hasReviewed() const;
     void setReviewed(const QString& version);
 
+    /// Whether the connection pane was left on Manual (the address typed in) rather than Automatic.
+    bool connectsManually() const;
+    void setConnectsManually(bool manual);
+
     /// The panel stored last, as stored (it may name none of the three); nothing when absent.
     std::optional<qint64> storedActivePanel() const;
 

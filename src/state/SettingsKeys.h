@@ -31,6 +31,8 @@ inline const QString appInvocations = QStringLiteral("appInvocations");
 inline const QString noMoreReviewRequests = QStringLiteral("noMoreReviewRequests");
 /// The version the user reviewed.
 inline const QString reviewedVersion = QStringLiteral("reviewedVersion");
+/// "manual" while the connection pane is on Manual; absent or anything else is Automatic.
+inline const QString connectionChoice = QStringLiteral("connectionChoice");
 /// Followed by the slot number (0 to 4): the room action of a custom shortcut.
 inline const QString customGroupActionPrefix = QStringLiteral("hotkeyCustomGroupAction");
 /// Lamp ids joined with ",".

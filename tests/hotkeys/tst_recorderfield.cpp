@@ -5,6 +5,7 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QImage>
 #include <QMenu>
 #include <QMessageBox>
 #include <QShortcut>
@@ -220,6 +221,17 @@ void TestRecorderField::globalShortcutsArePausedExactlyWhileRecording()
     QVERIFY(m_hotkeys->isPaused());
     QVERIFY(m_backend->press(optionK));
     QCOMPARE(runs, 0);
+    // While it records, the field says so, though it has the focus (which hides a centred placeholder).
+    QCOMPARE(m_field->placeholderText(), u"Press Shortcut"_qs);
+    const auto inked = [this] {
+        const QImage image = m_field->grab().toImage();
+        const QRgb background = image.pixel(2, image.height() / 2);
+        int count = 0;
+        for (int x = image.width() / 4; x < image.width() * 3 / 4; ++x)
+            count += image.pixel(x, image.height() / 2) != background;
+        return count;
+    };
+    QVERIFY(inked() > 0);
 
     m_other->setFocus();
     QTRY_VERIFY(!m_field->isRecording());
@@ -235,14 +247,15 @@ void TestRecorderField::refusesWhatIsTakenWithAnAlert_data()
     QTest::addColumn<QString>("text");
     QTest::addColumn<QString>("explanation");
 
-    const QString usedBy = QStringLiteral("This shortcut cannot be used because it is already used by ");
+    const QString usedBy = QStringLiteral("This shortcut cannot be used because ");
     QTest::newRow("a menu item") << Qt::Key_Q << Qt::KeyboardModifiers(Qt::ControlModifier)
-                                 << usedBy + QStringLiteral("the menu item “Quit Glowdeck”.") << QString();
+                                 << usedBy + QStringLiteral("Glowdeck already uses it for “Quit Glowdeck”.")
+                                 << QString();
     QTest::newRow("a window's shortcut")
         << Qt::Key_W << Qt::KeyboardModifiers(Qt::ControlModifier)
-        << usedBy + QStringLiteral("the menu item “Close Window”.") << QString();
+        << usedBy + QStringLiteral("Glowdeck already uses it for “Close the window”.") << QString();
     QTest::newRow("the system") << Qt::Key_T << (Qt::ControlModifier | Qt::AltModifier)
-                                << usedBy + QStringLiteral("the system.")
+                                << usedBy + QStringLiteral("it is already used by the system.")
                                 << QStringLiteral("keyboard settings");
 }
 
@@ -255,7 +268,7 @@ void TestRecorderField::refusesWhatIsTakenWithAnAlert()
     QMenu menu;
     menu.addAction(QStringLiteral("&Quit Glowdeck"))->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Q));
     auto* close = new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_W), m_window.get());
-    close->setWhatsThis(QStringLiteral("Close Window"));
+    close->setWhatsThis(QStringLiteral("Close the window"));
 
     startRecording();
     QTest::keyClick(m_field, key, modifiers);

@@ -116,12 +116,13 @@ void TestXdgAutostartEntry::anInstalledProgramCopiesItsPackagedEntry()
     QVERIFY(item.setEnabled(true));
 
     // The packaged entry, without what would keep it from starting, starting the program that wrote it
-    // (an unpacked package or a private prefix is not on PATH); other groups stay as they are.
+    // (an unpacked package or a private prefix is not on PATH), and skipped once that program is gone;
+    // other groups stay as they are.
     QCOMPARE(readFile(item.entryPath()),
-             QStringLiteral("[Desktop Entry]\nType=Application\nName=Glowdeck\nExec=%1%2\n"
+             QStringLiteral("[Desktop Entry]\nType=Application\nName=Glowdeck\nExec=%1%2\nTryExec=%3\n"
                             "Icon=com.brambleworks.Glowdeck\n[Desktop Action settings]\nName=Settings\n"
                             "Exec=glowdeck\n")
-                 .arg(XdgAutostartEntry::execValue(program), arguments));
+                 .arg(XdgAutostartEntry::execValue(program), arguments, program));
     QVERIFY(item.isEnabled());
 }
 

@@ -177,6 +177,9 @@ void TestConnectionView::aTypedAddressIsAnAddressOrSaysWhyNot()
     QTest::keyClick(field, Qt::Key_Return);
     QTest::qWait(700);
     QCOMPARE(m_bench->bridge().requests().isEmpty(), !usable);
+
+    // The pane opens on Manual again, as the user left it.
+    QCOMPARE(ConfigurationPart(m_bench->settings()).connectionType(), ConfigurationPart::manual);
 }
 
 void TestConnectionView::detectFillsInTheAddressOrSaysNothingWasFound_data()

@@ -8,7 +8,9 @@
 #include <QGuiApplication>
 #include <QKeyEvent>
 #include <QMessageBox>
+#include <QPainter>
 #include <QStyle>
+#include <QStyleOptionFrame>
 
 namespace {
 
@@ -80,7 +82,7 @@ QString RecorderField::pressShortcutText()
 
 QString RecorderField::usedByMenuItemText(const QString& title)
 {
-    return tr("This shortcut cannot be used because it is already used by the menu item “%1”.").arg(title);
+    return tr("This shortcut cannot be used because Glowdeck already uses it for “%1”.").arg(title);
 }
 
 QString RecorderField::usedBySystemText()
@@ -156,6 +158,21 @@ void RecorderField::endRecording()
     m_hotkeys.setPaused(false);
     setPlaceholderText(recordShortcutText());
     showStoredShortcut();
+}
+
+void RecorderField::paintEvent(QPaintEvent* event)
+{
+    QLineEdit::paintEvent(event);
+    // A centred line edit hides its placeholder while it has the focus, which is all the time it records:
+    // the cue ("Press Shortcut", or the modifiers held) is drawn here then.
+    if (!m_recording || !text().isEmpty() || !hasFocus())
+        return;
+    QStyleOptionFrame option;
+    initStyleOption(&option);
+    const QRect area = style()->subElementRect(QStyle::SE_LineEditContents, &option, this);
+    QPainter painter(this);
+    painter.setPen(palette().placeholderText().color());
+    painter.drawText(area, Qt::AlignCenter, placeholderText());
 }
 
 void RecorderField::showStoredShortcut()

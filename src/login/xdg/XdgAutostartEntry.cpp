@@ -195,14 +195,17 @@ QString XdgAutostartEntry::entryText() const
         // search, which may find another one or none (an unpacked package, a prefix off PATH): the copy
         // starts the program that wrote it, with the entry's arguments. TryExec would search PATH as well.
         QStringList kept;
-        forEachLine(*lines, [&kept, &exec](const QString& line, bool inEntry) {
+        const QString tryExec = tryExecValue(m_executable);
+        forEachLine(*lines, [&kept, &exec, &tryExec](const QString& line, bool inEntry) {
             const auto [key, value] = inEntry ? keyAndValue(line) : std::pair<QString, QString>();
             if (key == u"Hidden" || key == u"X-GNOME-Autostart-enabled" || key == u"TryExec")
                 return;
-            if (key == u"Exec" && !exec.isEmpty())
+            if (key == u"Exec" && !exec.isEmpty()) {
                 kept.append(QStringLiteral("Exec=") + exec + argumentsAfterProgram(value));
-            else
+                kept.append(QStringLiteral("TryExec=") + tryExec);
+            } else {
                 kept.append(line);
+            }
         });
         return kept.join(u'\n');
     }
@@ -214,9 +217,17 @@ QString XdgAutostartEntry::entryText() const
                           "Name=%2\n"
                           "Comment=Philips Hue lights from the system tray\n"
                           "Exec=%3\n"
+                          "TryExec=%4\n"
                           "Terminal=false\n"
                           "Categories=Utility;\n")
-        .arg(desktopEntryGroup, m_applicationId.section(u'.', -1), exec);
+        .arg(desktopEntryGroup, m_applicationId.section(u'.', -1), exec, tryExecValue(m_executable));
+}
+
+QString XdgAutostartEntry::tryExecValue(const QString& program)
+{
+    // A plain string value: the desktop skips the entry once the program is gone (a removed package).
+    QString value = program;
+    return value.replace(u'\\', QStringLiteral("\\\\"));
 }
 
 QString XdgAutostartEntry::execValue(const QString& program)

@@ -32,6 +32,8 @@ public:
     /// The Exec value that starts `program` with no arguments, quoted and escaped as desktop entries require;
     /// empty for a path no entry can hold (one with a line break).
     static QString execValue(const QString& program);
+    /// The TryExec value for `program`: its path, escaped as a string value.
+    static QString tryExecValue(const QString& program);
 
 private:
     QString entryText() const;

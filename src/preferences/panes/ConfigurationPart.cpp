@@ -27,8 +27,10 @@ ConfigurationPart::ConfigurationPart(AppSettings& settings, QWidget* parent)
     // Toggled rather than clicked: assistive technology and the arrow keys switch a radio button without a
     // click.
     connect(choice, &QButtonGroup::idToggled, this, [this](int id, bool checked) {
-        if (checked)
-            setConnectionType(ConnectionType(id));
+        if (!checked)
+            return;
+        setConnectionType(ConnectionType(id));
+        m_settings.preferences().setConnectsManually(id == manual); // the pane opens on it next time
     });
     auto* choiceRow = new QHBoxLayout;
     choiceRow->addWidget(m_automatic);
@@ -80,6 +82,8 @@ ConfigurationPart::ConfigurationPart(AppSettings& settings, QWidget* parent)
 
     connect(&m_settings, &AppSettings::hueIPChanged, this, &ConfigurationPart::onHueIPChanged);
     onHueIPChanged();
+    if (m_settings.preferences().connectsManually())
+        setConnectionType(manual);
 }
 
 QString ConfigurationPart::addressPlaceholder()

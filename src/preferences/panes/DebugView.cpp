@@ -46,7 +46,7 @@ DebugView::DebugView(DebugReport& report, std::function<void(const QUrl&)> openU
     connect(&m_report, &DebugReport::finished, this, &DebugView::onFinished);
     for (const QKeySequence& keys : {QKeySequence(Qt::Key_Escape), QKeySequence(QKeySequence::Close)}) {
         auto* shortcut = new QShortcut(keys, this);
-        shortcut->setWhatsThis(tr("Close Window"));
+        shortcut->setWhatsThis(tr("Close the window"));
         connect(shortcut, &QShortcut::activated, this, &QWidget::close);
     }
     m_outcome->hide();

@@ -4,6 +4,7 @@
 #include "preferences/window/PausableWindow.h"
 #include "state/Preferences.h"
 
+#include <QApplication>
 #include <QGuiApplication>
 #include <QLabel>
 #include <QScreen>
@@ -40,8 +41,15 @@ PreferencesWindowController::PreferencesWindowController(QList<Pane> panes, Pane
         auto* shortcut = new QShortcut(keys, m_window.get());
         shortcut->setContext(Qt::WindowShortcut);
         // Also names it where a global shortcut with the same keys is refused.
-        shortcut->setWhatsThis(tr("Close Window"));
-        connect(shortcut, &QShortcut::activated, m_window.get(), &QWidget::close);
+        shortcut->setWhatsThis(tr("Close the window"));
+        connect(shortcut, &QShortcut::activated, m_window.get(), [this] {
+            // An open list (a picker's) closes first, as everywhere else.
+            if (QWidget* popup = QApplication::activePopupWidget()) {
+                popup->close();
+                return;
+            }
+            m_window->close();
+        });
     }
     connect(m_window.get(), &PausableWindow::hidden, this, &PreferencesWindowController::saveFrame);
 }
