@@ -97,19 +97,15 @@ QFont systemFont(qreal pointSize, QFont::Weight weight)
 } // namespace
 
 WelcomeTitlebarView::WelcomeTitlebarView(QWidget* parent)
-    : QWidget(parent), m_name(new QLabel(QStringLiteral("Glowdeck"), this)), m_settings(new QToolButton(this))
+    : QWidget(parent), m_name(new QLabel(QStringLiteral("Glowdeck"), this)),
+      m_settings(settingsIconButton(this))
 {
     m_name->setObjectName(QStringLiteral("productName"));
     m_name->setFont(systemFont(13, QFont::Normal));
     m_name->setAlignment(Qt::AlignCenter);
     m_name->setContentsMargins(0, 15, 0, 15);
 
-    m_settings->setObjectName(QStringLiteral("settingsTextButton"));
-    m_settings->setText(tr("Settings"));
-    m_settings->setFont(systemFont(12, QFont::Normal));
-    m_settings->setAutoRaise(true);
-    m_settings->setCursor(Qt::PointingHandCursor);
-    m_settings->setStyleSheet(focusVisibleStyle());
+    // The same gear as in the title bar with lights, so the way to the settings never changes its look.
     connect(m_settings, &QToolButton::clicked, this, &WelcomeTitlebarView::settingsRequested);
 
     auto* layout = new QHBoxLayout(this);
