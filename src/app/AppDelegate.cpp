@@ -1,5 +1,6 @@
 #include "app/AppDelegate.h"
 
+#include "app/AppWindow.h"
 #include "app/DesktopAppearance.h"
 #include "app/DropDownWindow.h"
 #include "app/ReviewPrompt.h"
@@ -18,6 +19,7 @@
 #include "hotkeys/GlobalHotkeys.h"
 #include "hotkeys/HotkeyActions.h"
 #include "hotkeys/HotkeyBackend.h"
+#include "hotkeys/HotkeyNames.h"
 #include "login/StartAtLogin.h"
 #include "panels/ContentView.h"
 #include "panels/Theme.h"
@@ -45,14 +47,20 @@
 #include <QGuiApplication>
 #include <QLocale>
 #include <QMenu>
+#include <QMessageBox>
 #include <QNetworkAccessManager>
 #include <QTimer>
 
 namespace {
 
-// The tray host (a panel, trayer) may start a little after us at login: look again for half a minute.
+// The tray host (a panel, trayer) may start a little after us at login: look every second for half a minute,
+// then every ten seconds, for as long as Glowdeck runs in a window of its own.
 constexpr int trayRetryMilliseconds = 1000;
 constexpr int trayRetryAttempts = 30;
+constexpr int trayLateRetryMilliseconds = 10000;
+
+// Where a window of a desktop without a tray keeps its size and place.
+const QString appWindowFrameName = AppDelegate::applicationId + QStringLiteral(".WindowFrame");
 
 QIcon lampIcon(const QString& name)
 {
@@ -68,12 +76,26 @@ QIcon lampIcon(const QString& name)
 AppDelegate::AppDelegate(AppDelegateOptions options, std::unique_ptr<SleepWatcher> sleepWatcher,
                          QObject* parent)
     : QObject(parent), m_options(std::move(options)), m_sleepWatcher(std::move(sleepWatcher)),
-      m_openUrl([](const QUrl& url) { QDesktopServices::openUrl(url); })
+      m_openUrl([](const QUrl& url) {
+          if (QDesktopServices::openUrl(url))
+              return;
+          // No browser or viewer could be started: at least say where the page is.
+          auto* box = new QMessageBox(QMessageBox::Information, QStringLiteral("Glowdeck"),
+                                      QObject::tr("No program to open this page could be started. "
+                                                  "Open it yourself:"));
+          box->setInformativeText(url.isLocalFile() ? url.toLocalFile() : url.toString());
+          box->setTextInteractionFlags(Qt::TextSelectableByMouse);
+          box->setAttribute(Qt::WA_DeleteOnClose);
+          box->show();
+      })
 {}
 
 AppDelegate::~AppDelegate()
 {
     stopTimers();
+    if (m_appWindow && m_settings)
+        m_settings->preferences().setWindowFrame(appWindowFrameName,
+                                                 QString::fromLatin1(m_appWindow->saveGeometry().toBase64()));
     // The welcome window has no owner but us.
     delete m_welcome;
 }
@@ -185,8 +207,10 @@ void AppDelegate::start()
         });
     connect(content, &ContentView::settingsRequested, this, &AppDelegate::onOpenSettings);
     connect(content, &ContentView::connectionSettingsRequested, this, &AppDelegate::onOpenConnectionSettings);
+    connect(content, &ContentView::menuRequested, this, &AppDelegate::onMenuRequested);
 
     buildContextMenu();
+    showTrayIconWhenAvailable();
     registerHotkeys();
     connectToBridgeAtStart();
 
@@ -203,15 +227,32 @@ void AppDelegate::createTrayIcon()
     connect(m_trayIcon.get(), &QSystemTrayIcon::activated, this, [this](QSystemTrayIcon::ActivationReason r) {
         onActivated(r, QGuiApplication::keyboardModifiers());
     });
-    showTrayIconWhenAvailable();
+}
+
+bool AppDelegate::trayAvailable() const
+{
+    return m_options.trayAvailable ? m_options.trayAvailable() : QSystemTrayIcon::isSystemTrayAvailable();
 }
 
 void AppDelegate::showTrayIconWhenAvailable()
 {
-    if (QSystemTrayIcon::isSystemTrayAvailable()) {
+    if (m_options.windowMode) {
+        enterWindowMode(false);
+        return;
+    }
+    if (trayAvailable()) {
         if (m_trayRetry)
             m_trayRetry->stop();
         m_trayIcon->show();
+        if (m_welcome)
+            m_welcome->setTrayAvailable(true);
+        if (m_windowMode) {
+            // The window stays until the user closes it; from then on the icon is the way in.
+            m_leaveWindowModeOnClose = true;
+            if (!m_appWindow->isVisible())
+                leaveWindowMode();
+            m_settings->addLogLine(QStringLiteral("A system tray appeared; Glowdeck's icon is in it now."));
+        }
         if (m_options.startupClock && m_options.startupClock->isValid())
             printLine(QStringLiteral("Glowdeck: tray icon shown after %1 ms")
                           .arg(m_options.startupClock->elapsed()));
@@ -219,19 +260,93 @@ void AppDelegate::showTrayIconWhenAvailable()
     }
     if (!m_trayRetry) {
         printLine(QStringLiteral("Glowdeck: no system tray is available yet; waiting for one to start."));
+        if (m_welcome)
+            m_welcome->setTrayAvailable(false);
         m_trayRetry = new QTimer(this);
         m_trayRetry->setInterval(trayRetryMilliseconds);
         connect(m_trayRetry, &QTimer::timeout, this, [this] {
-            if (++m_trayAttempts >= trayRetryAttempts) {
-                m_trayRetry->stop();
-                printLine(QStringLiteral("Glowdeck: still no system tray; the icon will not show. "
-                                         "glowdeckctl controls the lights without one."));
-                return;
+            ++m_trayAttempts;
+            if (m_trayAttempts * trayRetryMilliseconds == trayWaitMilliseconds && !trayAvailable()) {
+                printLine(QStringLiteral("Glowdeck: still no system tray; showing Glowdeck in a window."));
+                enterWindowMode(true);
             }
+            if (m_trayAttempts == trayRetryAttempts)
+                m_trayRetry->setInterval(trayLateRetryMilliseconds);
             showTrayIconWhenAvailable();
         });
-        m_trayRetry->start();
     }
+    m_trayRetry->start();
+}
+
+void AppDelegate::enterWindowMode(bool explain)
+{
+    if (m_windowMode)
+        return;
+    m_windowMode = true;
+    m_leaveWindowModeOnClose = false;
+    m_windowController->closeWithoutFade();
+    if (!m_appWindow) {
+        m_appWindow = std::make_unique<AppWindow>();
+        connect(m_appWindow.get(), &AppWindow::closed, this, &AppDelegate::onAppWindowClosed);
+        m_windowController->restoreActivePanel();
+        m_appWindow->resize(DropDownWindow::contentWidth + 40,
+                            int(std::max<qint64>(m_settings->preferredHeightOfActivePanel(), 420)));
+        const std::optional<QString> frame = m_settings->preferences().windowFrame(appWindowFrameName);
+        if (frame)
+            m_appWindow->restoreGeometry(QByteArray::fromBase64(frame->toLatin1()));
+    }
+    m_appWindow->adoptContent(m_windowController->window().releaseContent());
+    if (explain && !m_settings->preferences().hasExplainedWindowMode()) {
+        m_appWindow->setNotice(
+            tr("This desktop shows no system tray, so Glowdeck opens here. For a lamp icon in the panel, "
+               "the desktop needs a tray (on GNOME, the AppIndicator extension). Closing this window keeps "
+               "Glowdeck running for its shortcuts; starting Glowdeck again brings the window back."));
+        m_settings->preferences().setHasExplainedWindowMode();
+    }
+    if (m_welcome)
+        m_welcome->setTrayAvailable(false);
+    // A first start greets first; "Let's go!" opens the window.
+    if (m_settings->preferences().hasSeenWelcomeScreen())
+        showAppWindow();
+}
+
+void AppDelegate::leaveWindowMode()
+{
+    if (!m_windowMode)
+        return;
+    m_windowMode = false;
+    m_leaveWindowModeOnClose = false;
+    m_settings->preferences().setWindowFrame(appWindowFrameName,
+                                             QString::fromLatin1(m_appWindow->saveGeometry().toBase64()));
+    m_windowController->window().adoptContent(m_appWindow->releaseContent());
+    m_appWindow->hide();
+}
+
+void AppDelegate::showAppWindow()
+{
+    // A window the user minimised comes back as well.
+    m_appWindow->setWindowState(m_appWindow->windowState() & ~Qt::WindowMinimized);
+    m_appWindow->show();
+    m_appWindow->raise();
+    m_appWindow->activateWindow();
+    if (m_appWindow->content())
+        m_appWindow->content()->setFocus(Qt::ActiveWindowFocusReason);
+}
+
+void AppDelegate::onAppWindowClosed()
+{
+    m_settings->preferences().setWindowFrame(appWindowFrameName,
+                                             QString::fromLatin1(m_appWindow->saveGeometry().toBase64()));
+    if (m_leaveWindowModeOnClose)
+        QTimer::singleShot(0, this, &AppDelegate::leaveWindowMode);
+}
+
+void AppDelegate::onMenuRequested(QPoint at)
+{
+    // The drop-down closes for the menu, as for a context click on the icon; a window of its own stays.
+    if (!m_windowMode)
+        m_windowController->closeWithoutFade();
+    m_menu->popup(at);
 }
 
 void AppDelegate::buildContextMenu()
@@ -272,6 +387,9 @@ void AppDelegate::registerHotkeys()
     });
     m_hotkeyActions = std::make_unique<HotkeyActions>(*m_settings, *m_helper);
     m_hotkeyActions->registerHandlers(*m_hotkeys);
+    m_hotkeys->onKeyUp(HotkeyNames::openGlowdeck(), [this] {
+        QMetaObject::invokeMethod(this, &AppDelegate::toggleFromKeyboard, Qt::QueuedConnection);
+    });
 }
 
 void AppDelegate::connectToBridgeAtStart()
@@ -295,6 +413,7 @@ void AppDelegate::showWelcomeWindow()
     m_welcome = new WelcomeView();
     m_welcome->setAttribute(Qt::WA_DeleteOnClose);
     m_welcome->setWindowTitle(QStringLiteral("Welcome to Glowdeck"));
+    m_welcome->setTrayAvailable(!m_windowMode && m_trayIcon->isVisible());
     connect(m_welcome, &WelcomeView::letsGo, this, &AppDelegate::onLetsGo);
     m_welcome->show();
 }
@@ -303,9 +422,13 @@ void AppDelegate::onLetsGo()
 {
     if (m_welcome)
         m_welcome->close();
+    m_settings->preferences().setHasSeenWelcomeScreen();
+    if (m_windowMode) {
+        showAppWindow();
+        return;
+    }
     // Not an opening by the user's click on the icon: the review prompt does not count it.
     showDropDownWindow();
-    m_settings->preferences().setHasSeenWelcomeScreen();
 }
 
 void AppDelegate::onActivated(QSystemTrayIcon::ActivationReason reason, Qt::KeyboardModifiers modifiers)
@@ -319,6 +442,11 @@ void AppDelegate::onActivated(QSystemTrayIcon::ActivationReason reason, Qt::Keyb
     }
     if (reason != QSystemTrayIcon::Trigger)
         return;
+    // A tray appeared while Glowdeck had a window of its own: the icon brings that window until it closes.
+    if (m_windowMode) {
+        toggleFromKeyboard();
+        return;
+    }
     if (m_windowController->isShown()) {
         m_windowController->close();
         return;
@@ -337,10 +465,30 @@ void AppDelegate::openDropDownWindow()
 
 void AppDelegate::revealDropDownWindow()
 {
+    if (m_windowMode) {
+        showAppWindow();
+        return;
+    }
     if (!m_windowController->isShown())
         showDropDownWindow();
     m_windowController->window().raise();
     m_windowController->window().activateWindow();
+}
+
+void AppDelegate::toggleFromKeyboard()
+{
+    if (m_windowMode) {
+        if (m_appWindow->isVisible() && m_appWindow->isActiveWindow() && !m_appWindow->isMinimized())
+            m_appWindow->close();
+        else
+            showAppWindow();
+        return;
+    }
+    if (m_windowController->isShown()) {
+        m_windowController->close();
+        return;
+    }
+    showDropDownWindow();
 }
 
 void AppDelegate::showDropDownWindow()

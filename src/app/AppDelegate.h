@@ -17,6 +17,7 @@
 #include <optional>
 
 class ActionQueue;
+class AppWindow;
 class AppSettings;
 class BridgeConnection;
 class BridgeDiscovery;
@@ -58,6 +59,10 @@ struct AppDelegateOptions
     std::function<std::unique_ptr<HotkeyBackend>()> hotkeyBackend;
     /// Authorities trusted for the bridge beside its maker's (--trust-root, the demo's own).
     QList<QSslCertificate> bridgeTrustRoots;
+    /// Glowdeck in a window of its own from the start, without a tray icon (--window).
+    bool windowMode = false;
+    /// Whether the desktop has a system tray now; empty: ask Qt (tests decide themselves).
+    std::function<bool()> trayAvailable;
 };
 
 /// The composition root: owns the shared state, the bridge client, the tray icon, its menu and the windows
@@ -85,9 +90,19 @@ public:
     /// What a click on the tray icon does: a context click, or a click with Control held, shows the menu
     /// (closing the drop-down window first); a plain click toggles the drop-down window.
     void onActivated(QSystemTrayIcon::ActivationReason reason, Qt::KeyboardModifiers modifiers);
-    /// Opens the drop-down window, or raises it when open: a second start asked for it. Not a user's click
-    /// on the icon, so the review prompt does not count it.
+    /// Opens the drop-down window (or the window of a desktop without a tray), or raises it when open: a
+    /// second start asked for it. Not a user's click on the icon, so the review prompt does not count it.
     void revealDropDownWindow();
+    /// The "Open Glowdeck" shortcut: opens the window with the keyboard focus in it, or closes it when it is
+    /// the active window.
+    void toggleFromKeyboard();
+
+    /// How long Glowdeck waits for a system tray before it shows itself in a window of its own.
+    static constexpr int trayWaitMilliseconds = 5000;
+    /// Whether Glowdeck shows in a window of its own rather than under a tray icon.
+    bool isInWindowMode() const { return m_windowMode; }
+    /// That window, once window mode began.
+    AppWindow* appWindow() const { return m_appWindow.get(); }
 
     /// Where Help and Provide Feedback go; tests replace the browser.
     void setUrlOpener(std::function<void(const QUrl&)> opener) { m_openUrl = std::move(opener); }
@@ -115,6 +130,14 @@ private:
     QStringList loginArguments() const;
     void createTrayIcon();
     void showTrayIconWhenAvailable();
+    bool trayAvailable() const;
+    /// Moves the content into a window of its own and shows it; `explain`: say there, once, why.
+    void enterWindowMode(bool explain);
+    /// Gives the content back to the drop-down window (a tray appeared and the window was closed).
+    void leaveWindowMode();
+    void showAppWindow();
+    void onAppWindowClosed();
+    void onMenuRequested(QPoint at);
     void buildContextMenu();
     void registerHotkeys();
     void connectToBridgeAtStart();
@@ -171,5 +194,8 @@ private:
     QPointer<WelcomeView> m_welcome;
     QTimer* m_trayRetry = nullptr;
     int m_trayAttempts = 0;
+    std::unique_ptr<AppWindow> m_appWindow; // created when window mode begins
+    bool m_windowMode = false;
+    bool m_leaveWindowModeOnClose = false; // a tray appeared while the window was open
     std::function<void(const QUrl&)> m_openUrl;
 };

@@ -13,7 +13,7 @@ DropDownWindow::DropDownWindow(QWidget* content)
 {
     setAttribute(Qt::WA_TranslucentBackground);
     setWindowTitle(QStringLiteral("Glowdeck"));
-    setFixedWidth(contentWidth);
+    setMinimumWidth(contentWidth);
     setMinimumHeight(minimumWindowHeight);
     // The window holds the focus itself when it opens (see StatusBarMenuWindowController::show), so no
     // control wears a focus ring before the user presses Tab; Escape reaches it from anywhere inside.
@@ -24,6 +24,27 @@ DropDownWindow::DropDownWindow(QWidget* content)
     layout->addWidget(m_content);
     // The grip lies over the content's edge rather than beside it, so the content's height is the window's
     // height and a stored height opens the same window again.
+    m_grip->raise();
+}
+
+QWidget* DropDownWindow::releaseContent()
+{
+    QWidget* content = m_content;
+    if (!content)
+        return nullptr;
+    layout()->removeWidget(content);
+    content->setParent(nullptr);
+    m_content = nullptr;
+    return content;
+}
+
+void DropDownWindow::adoptContent(QWidget* content)
+{
+    if (m_content == content)
+        return;
+    m_content = content;
+    layout()->addWidget(content);
+    content->show();
     m_grip->raise();
 }
 

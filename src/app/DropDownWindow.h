@@ -14,6 +14,7 @@ class DropDownWindow final : public QWidget
     Q_DISABLE_COPY_MOVE(DropDownWindow)
 
 public:
+    /// The narrowest the window gets, and its width until the user drags it wider.
     static constexpr int contentWidth = 200;
     static constexpr int minimumWindowHeight = 200;
     static constexpr int cornerRadius = 10;
@@ -23,6 +24,9 @@ public:
 
     QWidget* content() const { return m_content; }
     HeightGrip* grip() const { return m_grip; }
+    /// Hands the content to the window of a desktop without a tray, and takes it back.
+    QWidget* releaseContent();
+    void adoptContent(QWidget* content);
 
     /// Whether the window cuts its corners out with a shape (set before each showing: a compositing manager
     /// may have started or stopped since the last one).

@@ -18,7 +18,8 @@ HeightGrip::HeightGrip(QWidget* window) : QWidget(window), m_window(window)
     setCursor(Qt::SizeVerCursor);
     setAttribute(Qt::WA_NoSystemBackground);
     setAccessibleName(tr("Resize"));
-    setToolTip(tr("Drag to change the height"));
+    setToolTip(tr("Drag to change the height, or at the corner the size"));
+    setMouseTracking(true);
 }
 
 void HeightGrip::setEdge(Qt::Edge edge)
@@ -48,6 +49,10 @@ void HeightGrip::paintEvent(QPaintEvent*)
     const QRectF handle((width() - handleWidth) / 2, (height() - handleHeight) / 2, handleWidth,
                         handleHeight);
     painter.drawRoundedRect(handle, handleHeight / 2, handleHeight / 2);
+    // Three dots in the trailing corner: that end takes the width along.
+    const qreal dot = 2;
+    for (int i = 0; i < 3; ++i)
+        painter.drawEllipse(QRectF(width() - 6 - i * 4, (height() - dot) / 2, dot, dot));
 }
 
 void HeightGrip::mousePressEvent(QMouseEvent* event)
@@ -56,18 +61,33 @@ void HeightGrip::mousePressEvent(QMouseEvent* event)
         return;
     m_dragging = true;
     m_moved = false;
-    m_pressY = qRound(event->globalPosition().y());
+    m_corner = event->position().x() >= width() - cornerLength;
+    m_press = event->globalPosition().toPoint();
     m_startFrame = m_window->geometry();
 }
 
 void HeightGrip::mouseMoveEvent(QMouseEvent* event)
 {
-    if (!m_dragging)
+    if (!m_dragging) {
+        const bool corner = event->position().x() >= width() - cornerLength;
+        setCursor(!corner                 ? Qt::SizeVerCursor
+                  : m_edge == Qt::TopEdge ? Qt::SizeBDiagCursor
+                                          : Qt::SizeFDiagCursor);
         return;
-    const int delta = qRound(event->globalPosition().y()) - m_pressY;
+    }
+    const QPoint moved = event->globalPosition().toPoint() - m_press;
+    const int delta = moved.y();
     QRect frame = m_startFrame;
     const QScreen* screen = m_window->screen();
     const QRect available = screen ? screen->availableGeometry() : QRect();
+    if (m_corner) {
+        // The leading edge stays; the trailing one follows, up to half the screen and not off it.
+        int widest = available.isValid()
+                         ? std::min(available.width() / 2, available.right() + 1 - frame.left())
+                         : m_window->maximumWidth();
+        widest = std::max(widest, m_window->minimumWidth());
+        frame.setWidth(std::clamp(m_startFrame.width() + moved.x(), m_window->minimumWidth(), widest));
+    }
     if (m_edge == Qt::TopEdge) {
         // The bottom edge stays by the panel; the top follows the pointer, not above the screen's top.
         int top = std::min(m_startFrame.top() + delta, m_startFrame.bottom() + 1 - m_window->minimumHeight());
@@ -92,4 +112,10 @@ void HeightGrip::mouseReleaseEvent(QMouseEvent* event)
     m_dragging = false;
     if (m_moved)
         Q_EMIT resizeFinished();
+}
+
+void HeightGrip::leaveEvent(QEvent* event)
+{
+    setCursor(Qt::SizeVerCursor);
+    QWidget::leaveEvent(event);
 }

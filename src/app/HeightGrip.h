@@ -4,7 +4,8 @@
 
 /// A strip along the edge of the drop-down window away from the panel (the bottom edge when the window opens
 /// downwards, the top edge when it opens upwards), with a small visible handle, that drags the window's
-/// height. The opposite edge stays where it is, next to the panel.
+/// height. The opposite edge stays where it is, next to the panel. Its trailing corner drags the width as
+/// well, between the window's minimum and half the screen.
 class HeightGrip final : public QWidget
 {
     Q_OBJECT
@@ -12,6 +13,8 @@ class HeightGrip final : public QWidget
 
 public:
     static constexpr int thickness = 8;
+    /// How far from the trailing end a press takes the width along.
+    static constexpr int cornerLength = 18;
 
     explicit HeightGrip(QWidget* window);
 
@@ -30,12 +33,14 @@ protected:
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
+    void leaveEvent(QEvent* event) override;
 
 private:
     QWidget* m_window;
     Qt::Edge m_edge = Qt::BottomEdge;
-    int m_pressY = 0;
+    QPoint m_press;
     QRect m_startFrame;
     bool m_dragging = false;
     bool m_moved = false;
+    bool m_corner = false; // the press was in the corner: the width follows too
 };

@@ -73,8 +73,13 @@ int runGlowdeck(int argc, char** argv, const QElapsedTimer& startupClock)
             "Also trust the authority in <file> (PEM) for the bridge's certificate, beside the bridge "
             "maker's own (for a test bridge)."),
         QStringLiteral("file"));
+    const QCommandLineOption windowOption(
+        QStringLiteral("window"),
+        QStringLiteral("Show Glowdeck in a window of its own rather than behind a tray icon (as on a desktop "
+                       "without a system tray)."));
     parser.addOption(settingsOption);
     parser.addOption(demoOption);
+    parser.addOption(windowOption);
     parser.addOption(trustRootOption);
     if (!parser.parse(argumentList(argc, argv))) {
         std::fprintf(stderr, "%s\nTry glowdeck --help.\n", qPrintable(parser.errorText()));
@@ -98,8 +103,8 @@ int runGlowdeck(int argc, char** argv, const QElapsedTimer& startupClock)
     }
 
     if (!hasDisplay()) {
-        std::fprintf(stderr, "Glowdeck needs a desktop session with a system tray. Without one, use "
-                             "glowdeckctl (see README.md).\n");
+        std::fprintf(stderr, "Glowdeck needs a graphical desktop session. Without one, use glowdeckctl (see "
+                             "README.md).\n");
         return 1;
     }
 
@@ -152,6 +157,7 @@ int runGlowdeck(int argc, char** argv, const QElapsedTimer& startupClock)
     if (demo)
         options.bridgeTrustRoots += demo->trustRoots();
     options.links = ProductLinks::fromEnvironment();
+    options.windowMode = parser.isSet(windowOption);
     if (qEnvironmentVariableIsSet("GLOWDECK_TRACE_STARTUP"))
         options.startupClock = &startupClock;
 

@@ -140,8 +140,12 @@ void StatusBarMenuWindowController::positionWindow(qint64 height)
     }
     wanted = std::max<qint64>(wanted, minimum);
 
+    // The width the user dragged it to, as far as this screen allows.
+    const qint64 storedWidth = m_settings.preferences().dropDownWidth();
+    const int width = int(std::clamp<qint64>(storedWidth, DropDownWindow::contentWidth,
+                                             std::max(DropDownWindow::contentWidth, available.width() / 2)));
     const WindowPlacement::Placement placement =
-        WindowPlacement::dropDownFrame(icon, pointer, DropDownWindow::contentWidth, wanted, available);
+        WindowPlacement::dropDownFrame(icon, pointer, width, wanted, available);
     // A height stored on a taller screen shrinks to the room there is; panels lie outside the available area.
     QRect frame = placement.frame.intersected(available);
     if (frame.height() < minimum) {
@@ -158,6 +162,9 @@ void StatusBarMenuWindowController::saveWindowHeight()
     // The stored panel, not the field: before the first opening the field may not have been restored yet.
     const qint64 panel = m_settings.preferences().storedActivePanel().value_or(0);
     const int height = m_window->content()->height();
+    if (m_window->width() != m_settings.preferences().dropDownWidth() &&
+        (m_window->width() != DropDownWindow::contentWidth || m_settings.preferences().dropDownWidth() != 0))
+        m_settings.preferences().setDropDownWidth(m_window->width());
     switch (panel) {
     case static_cast<qint64>(MainPanels::lights):
         m_settings.setPresetWindowHeightLights(height);

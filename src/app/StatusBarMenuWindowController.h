@@ -16,7 +16,8 @@ class QWidget;
 
 /// Shows the content window right under the tray icon, as if it were a menu: placed from the icon's
 /// geometry (or at the pointer where the tray does not tell it), closed with a fade by any click outside it,
-/// when it loses the focus or on Escape, and remembering the height the user dragged it to, per panel.
+/// when it loses the focus or on Escape, and remembering the height the user dragged it to, per panel, and
+/// the width.
 class StatusBarMenuWindowController final : public QObject
 {
     Q_OBJECT
@@ -60,7 +61,8 @@ public:
     /// the content's own height, at most two thirds of the screen. The window keeps its minimum height of 200
     /// and stays inside the screen's available area.
     void positionWindow(qint64 height);
-    /// Stores the content's height for the active panel and has the shared state read it again.
+    /// Stores the content's height for the active panel and has the shared state read it again, and the
+    /// window's width when the user changed it.
     void saveWindowHeight();
 
     DropDownWindow& window() const { return *m_window; }

@@ -32,6 +32,7 @@ const QList<GlobalHotkeys::Name>& all()
         name("actionCustomGroup3", QT_TRANSLATE_NOOP("HotkeyNames", "Room action 3")),
         name("actionCustomGroup4", QT_TRANSLATE_NOOP("HotkeyNames", "Room action 4")),
         name("actionCustomGroup5", QT_TRANSLATE_NOOP("HotkeyNames", "Room action 5")),
+        name("openGlowdeck", QT_TRANSLATE_NOOP("HotkeyNames", "Open Glowdeck")),
     };
     return names;
 }
@@ -75,6 +76,11 @@ const GlobalHotkeys::Name& allLightsBlue()
 const GlobalHotkeys::Name& allLightsWhite()
 {
     return all().at(6);
+}
+
+const GlobalHotkeys::Name& openGlowdeck()
+{
+    return all().at(12);
 }
 
 const GlobalHotkeys::Name& customGroup(int number)

@@ -11,6 +11,7 @@
 #include <QChildEvent>
 #include <QFrame>
 #include <QPainter>
+#include <QShortcut>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -44,7 +45,6 @@ ContentView::ContentView(AppSettings& settings, HueHelper& helper, const Product
 {
     PanelAccessibility::install();
     setMinimumSize(contentWidth, minimumHeight);
-    setMaximumWidth(contentWidth);
 
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
@@ -57,6 +57,21 @@ ContentView::ContentView(AppSettings& settings, HueHelper& helper, const Product
     layout->addWidget(m_body, 1);
 
     connect(m_welcomeTitle, &WelcomeTitlebarView::settingsRequested, this, &ContentView::settingsRequested);
+    const auto openMenu = [this](QWidget* anchor) {
+        Q_EMIT menuRequested(anchor->mapToGlobal(QPoint(0, anchor->height())));
+    };
+    connect(m_welcomeTitle, &WelcomeTitlebarView::menuRequested, this, openMenu);
+    connect(m_regularTitle, &RegularTitlebarView::menuRequested, this, openMenu);
+    // The keyboard's way to the menu, as in every other window: the Menu key and Shift+F10.
+    for (const QKeySequence& keys : {QKeySequence(Qt::Key_Menu), QKeySequence(Qt::SHIFT | Qt::Key_F10)}) {
+        auto* shortcut = new QShortcut(keys, this);
+        shortcut->setContext(Qt::WidgetWithChildrenShortcut);
+        connect(shortcut, &QShortcut::activated, this, [this, openMenu] {
+            openMenu(m_welcomeTitle->isVisible()
+                         ? m_welcomeTitle->findChild<QWidget*>(QStringLiteral("menuButton"))
+                         : m_regularTitle->findChild<QWidget*>(QStringLiteral("menuButton")));
+        });
+    }
     connect(m_regularTitle, &RegularTitlebarView::settingsRequested, this, &ContentView::settingsRequested);
     connect(m_body, &BodyView::connectionSettingsRequested, this, &ContentView::connectionSettingsRequested);
     connect(&m_settings, &AppSettings::lightsChanged, this, &ContentView::onLightsChanged);
@@ -74,7 +89,8 @@ QSize ContentView::sizeHint() const
             height += part->sizeHint().height();
     }
     height += 1; // the divider
-    height += m_body->naturalHeight(contentWidth);
+    // Rows wrap less in a window the user made wider.
+    height += m_body->naturalHeight(std::max(width(), contentWidth));
     return QSize(contentWidth, std::max(height, minimumHeight));
 }
 

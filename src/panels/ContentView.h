@@ -35,6 +35,9 @@ Q_SIGNALS:
     /// The user followed the "settings" link of an empty panel: the preferences should open at the
     /// connection to the bridge.
     void connectionSettingsRequested();
+    /// The user wants the tray icon's menu: the menu button, or the Menu key or Shift+F10 anywhere inside.
+    /// `at` is where it should open, in screen coordinates.
+    void menuRequested(QPoint at);
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;

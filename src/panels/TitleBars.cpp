@@ -86,6 +86,21 @@ QToolButton* settingsIconButton(QWidget* parent)
     return button;
 }
 
+// The menu of the tray icon, for those who cannot reach the icon: the keyboard, a desktop without a tray.
+QToolButton* menuIconButton(QWidget* parent)
+{
+    auto* button = new QToolButton(parent);
+    button->setObjectName(QStringLiteral("menuButton"));
+    button->setAutoRaise(true);
+    button->setText(QStringLiteral("\u2630"));
+    button->setFixedSize(iconSize, iconSize);
+    button->setToolTip(QObject::tr("Menu (Shift+F10)"));
+    button->setAccessibleName(QObject::tr("Menu"));
+    button->setCursor(Qt::PointingHandCursor);
+    button->setStyleSheet(focusVisibleStyle());
+    return button;
+}
+
 QFont systemFont(qreal pointSize, QFont::Weight weight)
 {
     QFont font;
@@ -98,7 +113,7 @@ QFont systemFont(qreal pointSize, QFont::Weight weight)
 
 WelcomeTitlebarView::WelcomeTitlebarView(QWidget* parent)
     : QWidget(parent), m_name(new QLabel(QStringLiteral("Glowdeck"), this)),
-      m_settings(settingsIconButton(this))
+      m_settings(settingsIconButton(this)), m_menu(menuIconButton(this))
 {
     m_name->setObjectName(QStringLiteral("productName"));
     m_name->setFont(systemFont(13, QFont::Normal));
@@ -107,6 +122,7 @@ WelcomeTitlebarView::WelcomeTitlebarView(QWidget* parent)
 
     // The same gear as in the title bar with lights, so the way to the settings never changes its look.
     connect(m_settings, &QToolButton::clicked, this, &WelcomeTitlebarView::settingsRequested);
+    connect(m_menu, &QToolButton::clicked, this, [this] { Q_EMIT menuRequested(m_menu); });
 
     auto* layout = new QHBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
@@ -114,6 +130,7 @@ WelcomeTitlebarView::WelcomeTitlebarView(QWidget* parent)
     layout->addStretch();
     layout->addWidget(m_name);
     layout->addWidget(m_settings);
+    layout->addWidget(m_menu);
     layout->addStretch();
     applyColours();
 }
@@ -134,7 +151,7 @@ RegularTitlebarView::RegularTitlebarView(AppSettings& settings, const ProductLin
     : QWidget(parent), m_settings(settings), m_review(links.review),
       m_name(new QLabel(QStringLiteral("Glowdeck"), this)),
       m_reviewText(new QLabel(tr("Got a second?"), this)), m_heart(new QToolButton(this)),
-      m_settingsButton(settingsIconButton(this))
+      m_settingsButton(settingsIconButton(this)), m_menuButton(menuIconButton(this))
 {
     m_name->setObjectName(QStringLiteral("productName"));
     m_name->setFont(systemFont(12, QFont::Bold));
@@ -163,9 +180,12 @@ RegularTitlebarView::RegularTitlebarView(AppSettings& settings, const ProductLin
     layout->addWidget(m_heart);
     layout->addStretch();
     layout->addWidget(m_settingsButton);
+    layout->addSpacing(4);
+    layout->addWidget(m_menuButton);
 
     connect(m_heart, &QToolButton::clicked, this, &RegularTitlebarView::onReviewClicked);
     connect(m_settingsButton, &QToolButton::clicked, this, &RegularTitlebarView::settingsRequested);
+    connect(m_menuButton, &QToolButton::clicked, this, [this] { Q_EMIT menuRequested(m_menuButton); });
     connect(&m_settings, &AppSettings::showReviewRequestChanged, this,
             &RegularTitlebarView::onShowReviewRequestChanged);
     onShowReviewRequestChanged();

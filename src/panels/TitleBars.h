@@ -8,8 +8,8 @@ class QLabel;
 class QToolButton;
 struct ProductLinks;
 
-/// The title bar before any light is known: the product name and a "Settings" text button, both centred,
-/// because the first thing a new user has to do is connect to the bridge.
+/// The title bar before any light is known: the product name, the settings gear and the menu button, all
+/// centred, because the first thing a new user has to do is connect to the bridge.
 class WelcomeTitlebarView final : public QWidget
 {
     Q_OBJECT
@@ -21,6 +21,8 @@ public:
 Q_SIGNALS:
     /// The user wants the preferences window.
     void settingsRequested();
+    /// The user pressed the menu button, `anchor`.
+    void menuRequested(QWidget* anchor);
 
 protected:
     void changeEvent(QEvent* event) override;
@@ -30,10 +32,11 @@ private:
 
     QLabel* m_name;
     QToolButton* m_settings;
+    QToolButton* m_menu;
 };
 
 /// The usual title bar: the product name, or while a review is asked for "Got a second?" with a heart, and a
-/// settings icon at the trailing end.
+/// settings icon and the menu button at the trailing end.
 class RegularTitlebarView final : public QWidget
 {
     Q_OBJECT
@@ -45,6 +48,8 @@ public:
 Q_SIGNALS:
     /// The user wants the preferences window.
     void settingsRequested();
+    /// The user pressed the menu button, `anchor`.
+    void menuRequested(QWidget* anchor);
 
 protected:
     void changeEvent(QEvent* event) override;
@@ -60,4 +65,5 @@ private:
     QLabel* m_reviewText;
     QToolButton* m_heart;
     QToolButton* m_settingsButton;
+    QToolButton* m_menuButton;
 };

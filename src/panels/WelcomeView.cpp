@@ -4,11 +4,10 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
-WelcomeView::WelcomeView(QWidget* parent) : QWidget(parent)
+WelcomeView::WelcomeView(QWidget* parent) : QWidget(parent), m_text(new QLabel(this))
 {
-    auto* text = new QLabel(
-        tr("This app is very minimal. It only exists in the menu bar at the top. Click the icon to start."),
-        this);
+    QLabel* text = m_text;
+    setTrayAvailable(true);
     text->setObjectName(QStringLiteral("welcomeText"));
     text->setWordWrap(true);
     text->setAlignment(Qt::AlignCenter);
@@ -25,4 +24,13 @@ WelcomeView::WelcomeView(QWidget* parent) : QWidget(parent)
     layout->addWidget(text);
     layout->addWidget(start, 0, Qt::AlignHCenter);
     layout->addStretch();
+}
+
+void WelcomeView::setTrayAvailable(bool available)
+{
+    // Panels sit at the top, the bottom or the side: the text names none of them.
+    m_text->setText(available ? tr("This app is very minimal. It lives in the panel: click its lamp icon to "
+                                   "start.")
+                              : tr("This app is very minimal. This desktop has no tray for its icon, so it "
+                                   "opens in a small window of its own."));
 }

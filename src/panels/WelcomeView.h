@@ -12,7 +12,14 @@ class WelcomeView final : public QWidget
 public:
     explicit WelcomeView(QWidget* parent = nullptr);
 
+    /// Says where Glowdeck lives: behind an icon in the panel when there is a tray, in a window of its own
+    /// when there is none.
+    void setTrayAvailable(bool available);
+
 Q_SIGNALS:
     /// The user pressed "Let's go!".
     void letsGo();
+
+private:
+    class QLabel* m_text;
 };

@@ -70,6 +70,26 @@ void Preferences::setConnectsManually(bool manual)
                         manual ? QStringLiteral("manual") : QStringLiteral("automatic"));
 }
 
+qint64 Preferences::dropDownWidth() const
+{
+    return m_store.readInt(Keys::dropDownWidth);
+}
+
+void Preferences::setDropDownWidth(qint64 width)
+{
+    m_store.writeInt(Keys::dropDownWidth, width);
+}
+
+bool Preferences::hasExplainedWindowMode() const
+{
+    return m_store.readBool(Keys::hasExplainedWindowMode);
+}
+
+void Preferences::setHasExplainedWindowMode()
+{
+    m_store.writeBool(Keys::hasExplainedWindowMode, true);
+}
+
 std::optional<qint64> Preferences::storedActivePanel() const
 {
     if (!m_store.contains(Keys::activePanel))

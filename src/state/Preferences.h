@@ -40,6 +40,13 @@ public:
     bool connectsManually() const;
     void setConnectsManually(bool manual);
 
+    /// The drop-down window's width as the user left it; 0 when never changed.
+    qint64 dropDownWidth() const;
+    void setDropDownWidth(qint64 width);
+    /// Whether the window of a desktop without a tray has said why Glowdeck shows there.
+    bool hasExplainedWindowMode() const;
+    void setHasExplainedWindowMode();
+
     /// The panel stored last, as stored (it may name none of the three); nothing when absent.
     std::optional<qint64> storedActivePanel() const;
 

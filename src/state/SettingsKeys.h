@@ -33,6 +33,10 @@ inline const QString noMoreReviewRequests = QStringLiteral("noMoreReviewRequests
 inline const QString reviewedVersion = QStringLiteral("reviewedVersion");
 /// "manual" while the connection pane is on Manual; absent or anything else is Automatic.
 inline const QString connectionChoice = QStringLiteral("connectionChoice");
+/// The drop-down window's width as the user dragged it; absent: the narrowest.
+inline const QString dropDownWidth = QStringLiteral("dropDownWidth");
+/// Set once Glowdeck has said, in its window, why it shows there rather than behind a tray icon.
+inline const QString hasExplainedWindowMode = QStringLiteral("hasExplainedWindowMode");
 /// Followed by the slot number (0 to 4): the room action of a custom shortcut.
 inline const QString customGroupActionPrefix = QStringLiteral("hotkeyCustomGroupAction");
 /// Lamp ids joined with ",".

@@ -1,6 +1,7 @@
 #include "FakeHotkeyBackend.h"
 #include "TestSupport.h"
 #include "app/AppDelegate.h"
+#include "app/AppWindow.h"
 #include "app/DropDownWindow.h"
 #include "app/SleepWatcher.h"
 #include "app/StatusBarMenuWindowController.h"
@@ -19,6 +20,7 @@
 #include "state/SettingsKeys.h"
 
 #include <QAction>
+#include <QLabel>
 #include <QLocale>
 #include <QMenu>
 #include <QRegularExpression>
@@ -47,6 +49,7 @@ private Q_SLOTS:
     void firstStartGreetsAndLetsGoOpensTheWindow();
     void settingsLinkOfAnEmptyPanelOpensTheConnectionPane();
     void aStoredShortcutWorksFromTheStart();
+    void withoutATrayGlowdeckShowsInAWindowOfItsOwn();
 
 private:
     /// Starts the application against the simulator, already paired.
@@ -67,6 +70,7 @@ private:
     ProductLinks m_links;
     QList<QUrl> m_opened;
     QList<ActionQueueItem> m_queued;
+    bool m_tray = true; // whether the desktop has a system tray
 };
 
 void TestAppDelegate::init()
@@ -76,6 +80,7 @@ void TestAppDelegate::init()
     m_folder = std::make_unique<QTemporaryDir>();
     m_links = ProductLinks{};
     m_opened.clear();
+    m_tray = true;
 }
 
 void TestAppDelegate::cleanup()
@@ -97,6 +102,9 @@ void TestAppDelegate::startDelegate(bool seenWelcome)
         // Ctrl+Alt+K switches every room off.
         store.writeString(QStringLiteral("GlobalHotkeys_allLightsOff"),
                           QStringLiteral(R"({"carbonKeyCode":40,"carbonModifiers":6144})"));
+        // Ctrl+Alt+G opens Glowdeck.
+        store.writeString(QStringLiteral("GlobalHotkeys_openGlowdeck"),
+                          QStringLiteral(R"({"carbonKeyCode":5,"carbonModifiers":6144})"));
     }
     auto watcher = std::make_unique<SleepWatcher>();
     m_sleepWatcher = watcher.get();
@@ -106,6 +114,7 @@ void TestAppDelegate::startDelegate(bool seenWelcome)
         m_hotkeyBackend = backend.get();
         return backend;
     };
+    options.trayAvailable = [this] { return m_tray; };
     m_delegate = std::make_unique<AppDelegate>(std::move(options), std::move(watcher));
     m_delegate->setUrlOpener([this](const QUrl& url) { m_opened << url; });
     m_delegate->start();
@@ -331,7 +340,19 @@ void TestAppDelegate::aStoredShortcutWorksFromTheStart()
     startDelegate();
     const GlobalHotkeys::Shortcut controlAltK{40, GlobalHotkeys::Shortcut::control |
                                                       GlobalHotkeys::Shortcut::option};
-    QCOMPARE(m_hotkeyBackend->registered(), QList<GlobalHotkeys::Shortcut>{controlAltK});
+    const GlobalHotkeys::Shortcut controlAltG{5, GlobalHotkeys::Shortcut::control |
+                                                     GlobalHotkeys::Shortcut::option};
+    QCOMPARE(m_hotkeyBackend->registered().size(), 2);
+    QVERIFY(m_hotkeyBackend->registered().contains(controlAltK));
+    QVERIFY(m_hotkeyBackend->registered().contains(controlAltG));
+
+    // "Open Glowdeck" opens the window with the focus in it, and closes it again.
+    QVERIFY(m_hotkeyBackend->press(controlAltG));
+    QTRY_VERIFY(m_delegate->windowController().isShown());
+    QTRY_VERIFY(m_delegate->windowController().window().isActiveWindow());
+    QVERIFY(m_hotkeyBackend->press(controlAltG));
+    QTRY_VERIFY(!m_delegate->windowController().isShown());
+
     QTRY_VERIFY(!m_delegate->settings().groups().isEmpty());
     m_bridge->clearRequests();
 
@@ -350,6 +371,46 @@ void TestAppDelegate::aStoredShortcutWorksFromTheStart()
             expected << QStringLiteral(R"(/groups/%1/action {"on":false})").arg(room.group_id);
     }
     QTRY_COMPARE(queued(), expected);
+}
+
+void TestAppDelegate::withoutATrayGlowdeckShowsInAWindowOfItsOwn()
+{
+    m_tray = false;
+    startDelegate(false);
+    auto* welcome = m_delegate->welcomeWindow();
+    QVERIFY(welcome->findChild<QLabel*>(QStringLiteral("welcomeText"))->text().contains("window of its own"));
+    // A tray gets a few seconds to start (a panel at login); then Glowdeck shows itself in a window.
+    QVERIFY(!m_delegate->isInWindowMode());
+    QTRY_VERIFY_WITH_TIMEOUT(m_delegate->isInWindowMode(), AppDelegate::trayWaitMilliseconds + 3000);
+    AppWindow* window = m_delegate->appWindow();
+    QVERIFY(!window->isVisible()); // the greeting comes first
+    Q_EMIT welcome->letsGo();
+    QTRY_VERIFY(window->isVisible());
+    QCOMPARE(window->windowTitle(), QStringLiteral("Glowdeck"));
+    auto* content = qobject_cast<ContentView*>(window->content());
+    QVERIFY(content);
+    QVERIFY(window->notice().contains(QStringLiteral("AppIndicator")));
+    QVERIFY(m_delegate->settings().preferences().hasExplainedWindowMode());
+
+    // The menu opens from the window and leaves it open; a second start brings it back from the task bar.
+    Q_EMIT content->menuRequested(window->geometry().topLeft());
+    QTRY_VERIFY(m_delegate->contextMenu().isVisible());
+    m_delegate->contextMenu().close();
+    QVERIFY(window->isVisible());
+    window->showMinimized();
+    m_delegate->revealDropDownWindow();
+    QTRY_VERIFY(window->isVisible() && !window->isMinimized());
+
+    // A tray that starts later gets the icon at once, and the drop-down back once the window is closed.
+    m_tray = true;
+    QTRY_VERIFY(m_delegate->trayIcon().isVisible());
+    QVERIFY(m_delegate->isInWindowMode());
+    window->close();
+    QTRY_VERIFY(!m_delegate->isInWindowMode());
+    QCOMPARE(m_delegate->windowController().window().content(), content);
+    QVERIFY(m_delegate->settings().preferences().windowFrame(AppDelegate::applicationId + ".WindowFrame"));
+    m_delegate->onActivated(QSystemTrayIcon::Trigger, Qt::NoModifier);
+    QVERIFY(m_delegate->windowController().isShown());
 }
 
 QTEST_MAIN(TestAppDelegate)

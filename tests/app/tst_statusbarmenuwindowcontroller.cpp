@@ -115,6 +115,25 @@ void TestStatusBarMenuWindowController::savesTheHeightAtTheEndOfADrag()
     QTRY_COMPARE(m_content->height(), 340);
     QCOMPARE(m_state->store().readInt(SettingsKeys::preferredWindowHeightScenes), 340);
     QCOMPARE(m_state->settings().presetWindowHeightScenes(), 340);
+    QVERIFY(!m_state->store().contains(SettingsKeys::dropDownWidth)); // the width was not touched
+
+    // The grip's trailing corner takes the width along, at most half the screen, and the next opening keeps
+    // it.
+    const int corner = grip->width() - 4;
+    sendMouse(grip, QEvent::MouseButtonPress, QPoint(corner, 2));
+    sendMouse(grip, QEvent::MouseMove, QPoint(corner + 100, 12));
+    sendMouse(grip, QEvent::MouseButtonRelease, QPoint(corner + 100, 12));
+    QTRY_COMPARE(m_controller->window().width(), DropDownWindow::contentWidth + 100);
+    QCOMPARE(m_content->height(), 350);
+    QCOMPARE(m_state->store().readInt(SettingsKeys::dropDownWidth), DropDownWindow::contentWidth + 100);
+    const int half = QGuiApplication::primaryScreen()->availableGeometry().width() / 2;
+    sendMouse(grip, QEvent::MouseButtonPress, QPoint(grip->width() - 4, 2));
+    sendMouse(grip, QEvent::MouseMove, QPoint(grip->width() + 5000, 2));
+    sendMouse(grip, QEvent::MouseButtonRelease, QPoint(grip->width() + 5000, 2));
+    QTRY_COMPARE(m_controller->window().width(), half);
+    m_controller->closeWithoutFade();
+    m_controller->show();
+    QCOMPARE(m_controller->window().width(), half);
 }
 
 void TestStatusBarMenuWindowController::staysOpenOnAClickInsideAndClosesOnLeaving_data()

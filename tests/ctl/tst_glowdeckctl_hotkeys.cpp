@@ -55,7 +55,7 @@ void TestGlowdeckCtlHotkeys::listsTheKeysAndActionsAsThePaneShowsThem()
 {
     const QStringList lines = run({QStringLiteral("hotkeys"), QStringLiteral("--settings"), settingsFile()})
                                   .split(u'\n', Qt::SkipEmptyParts);
-    QCOMPARE(lines.size(), 13);
+    QCOMPARE(lines.size(), 14);
     const auto simplified = [&](int i) { return lines.at(i).simplified(); };
     QCOMPARE(simplified(0), QStringLiteral("NAME KEYS ACTION"));
     QCOMPARE(simplified(1), QStringLiteral("allLightsOn - every room on"));
@@ -65,6 +65,7 @@ void TestGlowdeckCtlHotkeys::listsTheKeysAndActionsAsThePaneShowsThem()
     QCOMPARE(simplified(8), QStringLiteral("actionCustomGroup1 ⌘F1 room 3 brighter"));
     QCOMPARE(simplified(9), QStringLiteral(R"(actionCustomGroup2 - nothing ("3_dim" is no room action))"));
     QCOMPARE(simplified(12), QStringLiteral("actionCustomGroup5 - nothing"));
+    QCOMPARE(simplified(13), QStringLiteral("openGlowdeck - open or close the Glowdeck window"));
 }
 
 void TestGlowdeckCtlHotkeys::listsThemAsJsonForScripts()
@@ -73,7 +74,7 @@ void TestGlowdeckCtlHotkeys::listsThemAsJsonForScripts()
                                                          QStringLiteral("--settings"), settingsFile()})
                                                         .toUtf8())
                                 .array();
-    QCOMPARE(list.size(), 12);
+    QCOMPARE(list.size(), 13);
     const QJsonObject off = list.at(1).toObject();
     QCOMPARE(off.value("name").toString(), QStringLiteral("allLightsOff"));
     QCOMPARE(off.value("keys").toString(), QStringLiteral("⌃⌥K"));
@@ -86,7 +87,7 @@ void TestGlowdeckCtlHotkeys::listsThemAsJsonForScripts()
     // Without a settings file nothing is assigned, and no file is made.
     const QString missing = m_dir.filePath(QStringLiteral("none.json"));
     const QString output = run({QStringLiteral("hotkeys"), QStringLiteral("--settings"), missing});
-    QCOMPARE(output.count(QStringLiteral(" - ")), 12);
+    QCOMPARE(output.count(QStringLiteral(" - ")), 13);
     QVERIFY(!QFile::exists(missing));
 }
 

@@ -44,7 +44,8 @@ void TestHotkeyActions::init()
     for (qsizetype i = 0; i < names.size(); ++i)
         m_bench->hotkeys().setShortcut(Shortcut{i, Shortcut::control | Shortcut::option}, names.at(i));
     m_bench->actions().registerHandlers(m_bench->hotkeys());
-    QCOMPARE(m_bench->fake().registered().size(), names.size());
+    // All but "Open Glowdeck", whose window is the application's.
+    QCOMPARE(m_bench->fake().registered().size(), names.size() - 1);
 }
 
 void TestHotkeyActions::cleanup()

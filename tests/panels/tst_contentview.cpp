@@ -452,8 +452,9 @@ void TestContentView::everyControlHasANameAndARole()
             ++checked;
         }
     }
-    // Settings, three tabs; two switches, two sliders, a colour field and a white-tone bar; a scene.
-    QCOMPARE(checked, 2 * 4 + 6 + 1);
+    // Settings, the menu, three tabs; two switches, two sliders, a colour field and a white-tone bar; a
+    // scene.
+    QCOMPARE(checked, 2 * 5 + 6 + 1);
 
     // A screen reader moves the brightness the way the user would: the command follows.
     auto* brightness = QAccessible::queryAccessibleInterface(m_view->findChild<CustomSlider*>());
@@ -474,15 +475,25 @@ void TestContentView::tabVisitsTheControlsInOrder()
     m_view->setFocus();
 
     QStringList visited;
-    for (int i = 0; i < 9; ++i) {
+    for (int i = 0; i < 10; ++i) {
         QTest::keyClick(QApplication::focusWidget() ? QApplication::focusWidget() : m_view.get(),
                         Qt::Key_Tab);
         QWidget* focused = QApplication::focusWidget();
         visited << (focused ? QAccessible::queryAccessibleInterface(focused)->text(QAccessible::Name)
                             : "none");
     }
-    QCOMPARE(visited, (QStringList{"Settings", "Lights", "Rooms", "Lamp 1", "Lamp 1 brightness",
+    QCOMPARE(visited, (QStringList{"Settings", "Menu", "Lights", "Rooms", "Lamp 1", "Lamp 1 brightness",
                                    "Lamp 1 colour", "Lamp 2", "Lamp 2 brightness", "Settings"}));
+
+    // The tray icon's menu from the keyboard, wherever the focus is, opening under the menu button.
+    QSignalSpy menu(m_view.get(), &ContentView::menuRequested);
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_F10, Qt::ShiftModifier);
+    QTest::keyClick(m_view->findChild<CustomSlider*>(), Qt::Key_Menu);
+    QCOMPARE(menu.size(), 2);
+    const QList<QWidget*> buttons = m_view->findChildren<QWidget*>(QStringLiteral("menuButton"));
+    const auto* button =
+        *std::find_if(buttons.begin(), buttons.end(), [](QWidget* w) { return w->isVisible(); });
+    QCOMPARE(menu.at(0).at(0).toPoint(), button->mapToGlobal(QPoint(0, button->height())));
 }
 
 QTEST_MAIN(TestContentView)

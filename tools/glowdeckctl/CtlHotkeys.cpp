@@ -83,6 +83,8 @@ QList<Entry> readEntries(SettingsStore& store)
         entry.unreadable = !entry.shortcut && stored.isValid() && stored != QVariant(false);
         if (i < everyRoom.size()) {
             entry.action = everyRoom.at(i);
+        } else if (names.at(i) == HotkeyNames::openGlowdeck()) {
+            entry.action = QStringLiteral("open or close the Glowdeck window");
         } else {
             // Custom shortcut n reads slot n - 1.
             const int slot = HotkeyActions::slotOfCustomShortcut(int(i - everyRoom.size()) + 1);

@@ -25,11 +25,20 @@ HotkeysEverythingView::HotkeysEverythingView(GlobalHotkeys& hotkeys, QWidget* pa
         label->setBuddy(recorder);
         form->addRow(label, recorder);
     }
+    // Not an action on the rooms, but Glowdeck's own door from the keyboard.
+    auto* open = new RecorderField(hotkeys, HotkeyNames::openGlowdeck(), this);
+    open->setObjectName(HotkeyNames::openGlowdeck().rawValue);
+    open->setAccessibleName(tr("Open Glowdeck"));
+    auto* openLabel = new QLabel(tr("Open Glowdeck"), this);
+    openLabel->setBuddy(open);
+    form->addRow(openLabel, open);
 
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
-    layout->addWidget(
-        PaneWidgets::wrappedText(tr("These act on every room at once, from any application."), this));
+    layout->addWidget(PaneWidgets::wrappedText(
+        tr("These act on every room at once, from any application. The last opens or closes Glowdeck's "
+           "window."),
+        this));
     layout->addLayout(form);
     layout->addStretch();
 }
