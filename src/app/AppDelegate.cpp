@@ -478,7 +478,8 @@ void AppDelegate::revealDropDownWindow()
 void AppDelegate::toggleFromKeyboard()
 {
     if (m_windowMode) {
-        if (m_appWindow->isVisible() && m_appWindow->isActiveWindow() && !m_appWindow->isMinimized())
+        // Whether it is in front is the window manager's secret (and not told without one): visible is open.
+        if (m_appWindow->isVisible() && !m_appWindow->isMinimized())
             m_appWindow->close();
         else
             showAppWindow();

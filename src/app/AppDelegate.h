@@ -94,7 +94,7 @@ public:
     /// second start asked for it. Not a user's click on the icon, so the review prompt does not count it.
     void revealDropDownWindow();
     /// The "Open Glowdeck" shortcut: opens the window with the keyboard focus in it, or closes it when it is
-    /// the active window.
+    /// open (a minimised one comes back).
     void toggleFromKeyboard();
 
     /// How long Glowdeck waits for a system tray before it shows itself in a window of its own.
