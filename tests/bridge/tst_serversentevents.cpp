@@ -1,8 +1,9 @@
+#include "bridge/BridgeEvents.h"
 #include "bridge/ServerSentEvents.h"
 
 #include <QTest>
 
-/// The framing of the bridge's event stream.
+/// The framing of the bridge's event stream, and what its events say about lamps, rooms and lists.
 class TestServerSentEvents final : public QObject
 {
     Q_OBJECT
@@ -10,6 +11,10 @@ class TestServerSentEvents final : public QObject
 private Q_SLOTS:
     void readsTheSameEventsHoweverTheBytesAreCut();
     void failsOnALineOrEventTooLong();
+    void turnsEventsIntoChanges_data();
+    void turnsEventsIntoChanges();
+    void refusesDataThatIsNotAListOfChanges_data();
+    void refusesDataThatIsNotAListOfChanges();
 };
 
 namespace {
@@ -80,6 +85,121 @@ void TestServerSentEvents::failsOnALineOrEventTooLong()
         lines += "data: " + longest + '\n';
     QVERIFY(tooMuchData.feed(lines + '\n').isEmpty());
     QVERIFY(tooMuchData.failed());
+}
+
+void TestServerSentEvents::turnsEventsIntoChanges_data()
+{
+    QTest::addColumn<QByteArray>("data");
+    QTest::addColumn<BridgeEventBatch>("expected");
+    QTest::addColumn<int>("problems");
+
+    const auto update = [](const QByteArray& resources) {
+        return R"([{"creationtime":"2021-10-18T17:04:55Z","id":"9de1","type":"update","data":[)" + resources +
+               "]}]";
+    };
+    const auto light = [](const char* id, const QByteArray& fields) {
+        return R"({"id":"b6b1","id_v1":"/lights/)" + QByteArray(id) +
+               R"(","type":"light","owner":{"rid":"x","rtype":"device"},)" + fields + "}";
+    };
+    const auto dim = [&](const char* percent) {
+        return update(light("7", R"("dimming":{"brightness":)" + QByteArray(percent) + "}"));
+    };
+    const auto brightness = [](qint64 value) {
+        return BridgeEventBatch{.lights = {{.lampId = "7", .brightness = value}}};
+    };
+
+    QTest::newRow("switched off") << update(light("7", R"("on":{"on":false})"))
+                                  << BridgeEventBatch{.lights = {{.lampId = "7", .on = false}}} << 0;
+    QTest::newRow("0 % is the dimmest") << dim("0") << brightness(1) << 0;
+    QTest::newRow("0.39 %") << dim("0.39") << brightness(1) << 0;
+    QTest::newRow("50 %") << dim("50") << brightness(127) << 0;
+    QTest::newRow("100 %") << dim("100.0") << brightness(254) << 0;
+    QTest::newRow("over 100 %") << dim("100.5") << BridgeEventBatch{} << 1;
+    QTest::newRow("colour, no temperature")
+        << update(light("7", R"("color":{"xy":{"x":0.4573,"y":0.41}},"color_temperature":{"mirek":null,)"
+                             R"("mirek_valid":false})"))
+        << BridgeEventBatch{.lights = {{.lampId = "7", .xy = std::pair(0.4573f, 0.41f)}}} << 0;
+    QTest::newRow("values out of range")
+        << update(light("7", R"("on":{"on":true},"color":{"xy":{"x":1.2,"y":0.4}},)"
+                             R"("color_temperature":{"mirek":0})"))
+        << BridgeEventBatch{.lights = {{.lampId = "7", .on = true}}} << 1;
+    QTest::newRow("merged in order")
+        << update(light("7", R"("on":{"on":true},"color_temperature":{"mirek":366})") + "," +
+                  light("9", R"("on":{"on":true})") + "," +
+                  light("7", R"("on":{"on":false},"dimming":{"brightness":100})"))
+        << BridgeEventBatch{.lights =
+                                {{.lampId = "7", .on = false, .brightness = 254, .colorTemperature = 366},
+                                 {.lampId = "9", .on = true}}}
+        << 0;
+    QTest::newRow("room")
+        << update(
+               R"({"id_v1":"/groups/3","type":"grouped_light","on":{"on":true},"dimming":{"brightness":50}})")
+        << BridgeEventBatch{.groups = {{.groupId = "3", .anyOn = true, .brightness = 127}}} << 0;
+    QTest::newRow("unknown fields and types")
+        << update(light("7", R"("on":{"on":true,"extra":[1]},"dynamics":{"speed":1})") + "," +
+                  R"({"type":"button","button":{"last_event":"short_release"}},)"
+                  R"({"type":"zigbee_connectivity","status":"connected","id_v1":"/lights/7"})")
+        << BridgeEventBatch{.lights = {{.lampId = "7", .on = true}}, .relistLights = true} << 0;
+
+    QTest::newRow("lamp renamed") << update(light("7", R"("metadata":{"name":"Desk"})"))
+                                  << BridgeEventBatch{.relistLights = true} << 0;
+    QTest::newRow("lamp out of reach")
+        << update(R"({"type":"zigbee_connectivity","status":"connectivity_issue"})")
+        << BridgeEventBatch{.relistLights = true} << 0;
+    QTest::newRow("lamp without id_v1")
+        << update(R"({"type":"light","on":{"on":true}})") << BridgeEventBatch{.relistLights = true} << 1;
+    QTest::newRow("lamp change of the wrong type")
+        << update(light("7", R"("on":{"on":"yes"})")) << BridgeEventBatch{.relistLights = true} << 1;
+    QTest::newRow("room without id_v1") << update(R"({"type":"grouped_light","on":{"on":true}})")
+                                        << BridgeEventBatch{.relistGroups = true} << 1;
+    QTest::newRow("zone members") << update(R"({"type":"zone","children":[]})")
+                                  << BridgeEventBatch{.relistGroups = true} << 0;
+    QTest::newRow("scene moved") << update(R"({"type":"scene","group":{"rid":"r","rtype":"room"}})")
+                                 << BridgeEventBatch{.relistScenes = true} << 0;
+    QTest::newRow("scene recalled") << update(R"({"type":"scene","status":{"active":"static"}})")
+                                    << BridgeEventBatch{} << 0;
+    QTest::newRow("added and deleted")
+        << QByteArray(R"([{"type":"add","data":[{"type":"light"},{"type":"device"}]},)"
+                      R"({"type":"delete","data":[{"type":"scene"},{"type":"room"}]}])")
+        << BridgeEventBatch{.relistLights = true, .relistGroups = true, .relistScenes = true} << 0;
+    QTest::newRow("error") << QByteArray(R"([{"type":"error","data":[]}])")
+                           << BridgeEventBatch{.relistLights = true, .relistGroups = true} << 0;
+}
+
+void TestServerSentEvents::turnsEventsIntoChanges()
+{
+    QFETCH(QByteArray, data);
+    QFETCH(BridgeEventBatch, expected);
+    QFETCH(int, problems);
+    QString problem;
+    std::optional<BridgeEventBatch> batch = decodeBridgeEvents(data, &problem);
+    QVERIFY2(batch, qPrintable(problem));
+    QCOMPARE(batch->problems.size(), problems);
+    batch->problems.clear();
+    QCOMPARE(batch->lights, expected.lights);
+    QCOMPARE(batch->groups, expected.groups);
+    QCOMPARE(*batch, expected);
+}
+
+void TestServerSentEvents::refusesDataThatIsNotAListOfChanges_data()
+{
+    QTest::addColumn<QByteArray>("data");
+    QTest::newRow("empty") << QByteArray();
+    QTest::newRow("not JSON") << QByteArray("[{\"type\":\"update\",");
+    QTest::newRow("an object") << QByteArray(R"({"type":"update","data":[]})");
+    QTest::newRow("a container that is no object") << QByteArray(R"([1])");
+    QTest::newRow("a container without type") << QByteArray(R"([{"data":[]}])");
+    QTest::newRow("an update without resources") << QByteArray(R"([{"type":"update"}])");
+    QTest::newRow("resources that are no list") << QByteArray(R"([{"type":"update","data":{}}])");
+    QTest::newRow("a resource that is no object") << QByteArray(R"([{"type":"add","data":["light"]}])");
+}
+
+void TestServerSentEvents::refusesDataThatIsNotAListOfChanges()
+{
+    QFETCH(QByteArray, data);
+    QString problem;
+    QVERIFY(!decodeBridgeEvents(data, &problem));
+    QVERIFY(!problem.isEmpty());
 }
 
 QTEST_GUILESS_MAIN(TestServerSentEvents)
