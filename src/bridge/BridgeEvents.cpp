@@ -201,8 +201,7 @@ bool EventReader::readContainer(const element& container, QString* problem)
         return true;
     }
     if (!data) {
-        *problem = QStringLiteral("An \"%1\" entry of the bridge's event names no resources.")
-                       .arg(QString::fromUtf8(type.data(), qsizetype(type.size())));
+        *problem = QStringLiteral("An entry of the bridge's event names no resources.");
         return false;
     }
     return readResources(*data, type, problem);
@@ -444,7 +443,9 @@ std::optional<BridgeEventBatch> decodeBridgeEvents(QByteArrayView data, QString*
     if (!problem)
         problem = &ignored;
     element root;
-    if (sharedParser().parse(data.data(), size_t(data.size())).get(root) != simdjson::SUCCESS) {
+    // An empty view may have no buffer at all, which the parser must not be handed even for no bytes.
+    if (data.isEmpty() ||
+        sharedParser().parse(data.data(), size_t(data.size())).get(root) != simdjson::SUCCESS) {
         *problem = QStringLiteral("The bridge's event is not JSON.");
         return std::nullopt;
     }
