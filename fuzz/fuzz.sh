@@ -4,7 +4,8 @@
 #   fuzz/fuzz.sh build <build-dir>                       configure and build the instrumented tree
 #   fuzz/fuzz.sh run <build-dir> <target> <seconds> [libFuzzer options...]
 #                                                        run one target (fuzz_lights, fuzz_groups, fuzz_scenes,
-#                                                        fuzz_pairing, fuzz_discovery, fuzz_settings)
+#                                                        fuzz_pairing, fuzz_discovery, fuzz_settings,
+#                                                        fuzz_events)
 #
 # A run starts from fuzz/corpus/<name> and keeps what it learns in <build-dir>/corpus/<name>, so later runs
 # start further on; inputs that crash land in <build-dir>/findings/. Exit status: 0 nothing found, 1 a
@@ -26,7 +27,7 @@ build)
         -DGLOWDECK_BUILD_BENCHMARKS=OFF "${launcher[@]}" >/dev/null
     # Two jobs at most: the machines this runs on have two cores, shared with the rest of the suite.
     cmake --build "$build" --parallel 2 --target fuzz_lights fuzz_groups fuzz_scenes fuzz_pairing \
-        fuzz_discovery fuzz_settings
+        fuzz_discovery fuzz_settings fuzz_events
     ;;
 run)
     target=${3:?usage: fuzz.sh run <build-dir> <target> <seconds>}

@@ -9,7 +9,8 @@ bool isSegment(const QString& text)
     return !text.isEmpty() && text != u"." && text != u"..";
 }
 
-QUrl urlBelowApi(const QString& bridgeIP, QString path, const QStringList& segments)
+/// `path` below the bridge's base, then `segments`.
+QUrl urlOnBridge(const QString& bridgeIP, QString path, const QStringList& segments)
 {
     const std::optional<BridgeAddress> address = BridgeAddress::parse(bridgeIP);
     if (!address || address->scheme.isEmpty())
@@ -32,13 +33,18 @@ QUrl bridgeResourceUrl(const QString& bridgeIP, const QString& apiKey, const QSt
 {
     if (!isSegment(apiKey))
         return {};
-    return urlBelowApi(
+    return urlOnBridge(
         bridgeIP, QStringLiteral("/api/") + QString::fromLatin1(QUrl::toPercentEncoding(apiKey)), segments);
 }
 
 QUrl bridgePublicUrl(const QString& bridgeIP, const QStringList& segments)
 {
-    return urlBelowApi(bridgeIP, QStringLiteral("/api"), segments);
+    return urlOnBridge(bridgeIP, QStringLiteral("/api"), segments);
+}
+
+QUrl bridgeEventStreamUrl(const QString& bridgeIP)
+{
+    return urlOnBridge(bridgeIP, QStringLiteral("/eventstream/clip/v2"), {});
 }
 
 QString bridgeResourcePath(const QUrl& url)
