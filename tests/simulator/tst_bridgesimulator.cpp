@@ -7,6 +7,7 @@
 #include <QNetworkReply>
 #include <QRegularExpression>
 #include <QSignalSpy>
+#include <QSslConfiguration>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -31,6 +32,9 @@ private slots:
     void homeRoundTrip();
     void badHomeFileChangesNothing_data();
     void badHomeFileChangesNothing();
+    void eventStreamTellsEveryChange();
+    void eventStreamRefusesWhereABridgeWould();
+    void eventStreamEndsAndBreaks();
 
 private:
     struct Reply
@@ -44,6 +48,22 @@ private:
     QString api(const QString& rest) const { return QStringLiteral("/api/") + m_user + rest; }
     /// The object under @p key in the first item of the answer ("success" or "error").
     static QJsonObject first(const Reply& r, const QString& key) { return r.json[0][key].toObject(); }
+
+    /// A client of the event stream, reading each piece as it comes.
+    struct Listener
+    {
+        std::unique_ptr<QNetworkReply> reply;
+        QByteArray text;          ///< all received so far
+        qsizetype parsed = 0;     ///< how much of text was split into events
+        QList<QJsonArray> events; ///< the data of each complete event
+        QList<QByteArray> broken; ///< data that is no JSON array
+    };
+    /// Opens the event stream over HTTPS (or plain HTTP) with @p key.
+    std::unique_ptr<Listener> listen(const QByteArray& key, bool https = true);
+    /// The resources of one event by "<container type> <resource type> <id_v1>".
+    static QHash<QString, QJsonObject> resources(const QJsonArray& event);
+    /// The value at "on.on" or "children.0.rid" in @p object.
+    static QJsonValue at(const QJsonObject& object, const QString& path);
 
     std::unique_ptr<BridgeSimulator> m_simulator;
     QNetworkAccessManager m_network;
@@ -271,6 +291,198 @@ void tst_BridgeSimulator::badHomeFileChangesNothing()
     QVERIFY2(error.contains(fileName) && error.contains(reason), qPrintable(error));
     QCOMPARE(m_simulator->lightIds(), before);
     QVERIFY(send("GET", api("/lights/1")).json.object().contains("state"));
+}
+
+std::unique_ptr<tst_BridgeSimulator::Listener> tst_BridgeSimulator::listen(const QByteArray& key, bool https)
+{
+    if (https && m_simulator->tlsPort() == 0)
+        m_simulator->listenTls();
+    const QString base = https ? m_simulator->httpsAddress() : m_simulator->httpAddress();
+    QNetworkRequest request(QUrl(base + "/eventstream/clip/v2"));
+    if (!key.isNull())
+        request.setRawHeader("hue-application-key", key);
+    request.setRawHeader("Accept", "text/event-stream");
+    QSslConfiguration tls = QSslConfiguration::defaultConfiguration();
+    tls.setCaCertificates({m_simulator->authorityCertificate()});
+    request.setSslConfiguration(tls);
+    auto listener = std::make_unique<Listener>();
+    Listener* l = listener.get();
+    l->reply.reset(m_network.get(request));
+    // A bridge's certificate names its id, not its address; everything else about it must hold.
+    connect(l->reply.get(), &QNetworkReply::sslErrors, [l](const QList<QSslError>& errors) {
+        if (std::all_of(errors.begin(), errors.end(),
+                        [](const QSslError& e) { return e.error() == QSslError::HostNameMismatch; }))
+            l->reply->ignoreSslErrors(errors);
+    });
+    connect(l->reply.get(), &QNetworkReply::readyRead, [l] {
+        l->text += l->reply->readAll();
+        for (qsizetype end; (end = l->text.indexOf("\n\n", l->parsed)) >= 0; l->parsed = end + 2) {
+            QByteArray data;
+            for (const QByteArray& line : l->text.mid(l->parsed, end - l->parsed).split('\n'))
+                if (line.startsWith("data: "))
+                    data += line.mid(6);
+            const QJsonDocument document = QJsonDocument::fromJson(data);
+            if (document.isArray())
+                l->events.append(document.array());
+            else if (!data.isEmpty())
+                l->broken.append(data);
+        }
+    });
+    return listener;
+}
+
+QHash<QString, QJsonObject> tst_BridgeSimulator::resources(const QJsonArray& event)
+{
+    QHash<QString, QJsonObject> found;
+    for (const QJsonValue container : event) {
+        const QJsonObject resource = container["data"][0].toObject();
+        found.insert(container["type"].toString() + ' ' + resource["type"].toString() + ' ' +
+                         resource["id_v1"].toString(),
+                     resource);
+    }
+    return found;
+}
+
+QJsonValue tst_BridgeSimulator::at(const QJsonObject& object, const QString& path)
+{
+    QJsonValue value = object;
+    for (const QString& step : path.split(u'.')) {
+        bool index = false;
+        const int i = step.toInt(&index);
+        value = index ? value[i] : value[step];
+    }
+    return value;
+}
+
+void tst_BridgeSimulator::eventStreamTellsEveryChange()
+{
+    const std::unique_ptr<Listener> app = listen(m_user.toUtf8());
+    const std::unique_ptr<Listener> other = listen(m_user.toUtf8());
+    QTRY_VERIFY_WITH_TIMEOUT(app->text.startsWith(": hi\n\n") && other->text.startsWith(": hi\n\n"), 10'000);
+    QVERIFY(!app->reply->isFinished()); // the greeting came while the answer goes on
+    QCOMPARE(app->reply->header(QNetworkRequest::ContentTypeHeader).toString(), "text/event-stream");
+    QCOMPARE(app->reply->rawHeader("Cache-Control"), "no-cache");
+    QCOMPARE(m_simulator->eventStreamListeners(), 2);
+    QCOMPARE(m_simulator->requests().size(), 2); // reads like any other
+    QCOMPARE(m_simulator->requests().first().path, "/eventstream/clip/v2");
+
+    // Each step: one change (a request of ours or of another app, or the simulator's own), one event.
+    int steps = 0; // one event each: all that one change did arrives together
+    auto step = [&](auto&& change) {
+        const qsizetype before = app->events.size();
+        ++steps;
+        change();
+        return QTest::qWaitFor([&] { return app->events.size() > before; }, 10'000)
+                   ? resources(app->events.at(before))
+                   : QHash<QString, QJsonObject>{};
+    };
+    auto events = step([&] { send("PUT", api("/lights/1/state"), R"({"bri":127,"ct":300})"); });
+    QCOMPARE(events.keys(), QStringList{"update light /lights/1"});
+    QJsonObject light = events.value("update light /lights/1");
+    QCOMPARE(at(light, "dimming.brightness").toDouble(), 50.0);
+    QCOMPARE(at(light, "color_temperature").toObject(), QJsonObject({{"mirek", 300}, {"mirek_valid", true}}));
+    QVERIFY(!light.contains("on") && at(light, "owner.rtype") == "device" &&
+            !at(light, "id").toString().isEmpty());
+    const QString lightId = at(light, "id").toString();
+
+    const qsizetype recorded = m_simulator->requests().size();
+    events = step([&] {
+        const Reply reply = send("POST", "/__control/external/lights/1/state", R"({"xy":[0.3,0.31]})");
+        QCOMPARE(first(reply, "success").value("/lights/1/state/xy").toArray(), QJsonArray({0.3, 0.31}));
+    });
+    QCOMPARE(m_simulator->requests().size(), recorded);
+    light = events.value("update light /lights/1");
+    QCOMPARE(at(light, "id").toString(), lightId); // the same lamp, the same id
+    QCOMPARE(at(light, "color.xy").toObject(), QJsonObject({{"x", 0.3}, {"y", 0.31}}));
+    QCOMPARE(at(light, "color_temperature").toObject(),
+             QJsonObject({{"mirek", QJsonValue()}, {"mirek_valid", false}}));
+
+    events = step([&] { send("PUT", api("/groups/3/action"), R"({"on":false,"bri":127})"); });
+    QCOMPARE(at(events.value("update grouped_light /groups/3"), "on.on"), false);
+    QCOMPARE(at(events.value("update grouped_light /groups/3"), "dimming.brightness"), 50);
+    for (const char* id : {"6", "7"}) // 8 was at 127 already, and says nothing of it
+        QCOMPARE(at(events.value(QStringLiteral("update light /lights/") + id), "dimming.brightness"), 50);
+    QCOMPARE(at(events.value("update light /lights/8"), "on.on"), false);
+    QVERIFY(!events.value("update light /lights/8").contains("dimming"));
+
+    events = step([&] { send("PUT", api("/groups/1/action"), R"({"scene":"xR4tB1kVn2QmZ8a"})"); });
+    QCOMPARE(at(events.value("update light /lights/3"), "on.on"), true);
+    QCOMPARE(at(events.value("update light /lights/3"), "color.xy.x"), 0.5019);
+
+    events = step([&] { send("PUT", api("/lights/2"), R"({"name":"Reading"})"); });
+    QCOMPARE(at(events.value("update light /lights/2"), "metadata.name"), "Reading");
+    events = step([&] { send("PUT", api("/scenes/xR4tB1kVn2QmZ8a"), R"({"name":"Calm"})"); });
+    QCOMPARE(at(events.value("update scene /scenes/xR4tB1kVn2QmZ8a"), "metadata.name"), "Calm");
+    events = step([&] { send("PUT", api("/groups/5"), R"({"name":"Ground floor","lights":["1"]})"); });
+    QCOMPARE(at(events.value("update zone /groups/5"), "metadata.name"), "Ground floor");
+    QCOMPARE(at(events.value("update zone /groups/5"), "children.0.rid").toString(), lightId);
+    events = step([&] { m_simulator->setLightReachable("9", false); });
+    QCOMPARE(at(events.value("update zigbee_connectivity /lights/9"), "status"), "connectivity_issue");
+
+    m_simulator->setEventMergeInterval(2000); // as a bridge collects: two requests, one event
+    events = step([&] {
+        for (const char* light : {"/lights/9/state", "/lights/11/state"})
+            send("PUT", api(light), R"({"bri":3})");
+    });
+    QVERIFY(events.contains("update light /lights/9") && events.contains("update light /lights/11"));
+    m_simulator->setEventMergeInterval(0);
+
+    const QString dropped = m_simulator->sceneIds().at(1);
+    events = step([&] {
+        m_simulator->setRawResource("scenes", R"({"xR4tB1kVn2QmZ8a":{"name":"Calm","type":"GroupScene",
+            "group":"1","lights":["1"]},"N3w":{"name":"New","type":"GroupScene","group":"2","lights":["4"]}})");
+    });
+    QCOMPARE(at(events.value("delete scene /scenes/" + dropped), "id_v1").toString(), "/scenes/" + dropped);
+    QCOMPARE(at(events.value("add scene /scenes/N3w"), "metadata.name"), "New");
+    QCOMPARE(at(events.value("add scene /scenes/N3w"), "group.rtype"), "room");
+    QVERIFY(!events.contains("update scene /scenes/xR4tB1kVn2QmZ8a"));
+
+    QTRY_COMPARE_WITH_TIMEOUT(other->events.size(), steps, 10'000);
+    QCOMPARE(app->events.size(), steps);
+    QCOMPARE(other->events.last(), app->events.last());
+    QVERIFY(other->broken.isEmpty() && app->broken.isEmpty());
+    QVERIFY(QRegularExpression(R"(\nid: \d{10}:\d+\ndata: \[)").match(app->text).hasMatch());
+}
+
+void tst_BridgeSimulator::eventStreamRefusesWhereABridgeWould()
+{
+    auto status = [](const std::unique_ptr<Listener>& listener) {
+        if (!listener->reply->isFinished())
+            QSignalSpy(listener->reply.get(), &QNetworkReply::finished).wait(10'000);
+        return listener->reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
+    };
+    QCOMPARE(status(listen("nobody")), 403);
+    QCOMPARE(status(listen(QByteArray())), 403);
+    QCOMPARE(status(listen(m_user.toUtf8(), false)), 404); // a first-generation bridge has none
+    m_simulator->setEventStreamMode(BridgeSimulator::EventStreamMode::Off);
+    QCOMPARE(status(listen(m_user.toUtf8())), 404);
+    QCOMPARE(m_simulator->eventStreamListeners(), 0);
+    QCOMPARE(m_simulator->requests().size(), 4);
+}
+
+void tst_BridgeSimulator::eventStreamEndsAndBreaks()
+{
+    m_simulator->setEventStreamKeepAliveInterval(100);
+    m_simulator->setEventStreamMode(BridgeSimulator::EventStreamMode::Malformed);
+    const std::unique_ptr<Listener> broken = listen(m_user.toUtf8());
+    QTRY_VERIFY_WITH_TIMEOUT(broken->text.contains(": keep-alive\n\n"), 10'000);
+    for (const char* body : {R"({"on":true})", R"({"on":false})"})
+        send("POST", "/__control/external/lights/5/state", body);
+    QTRY_COMPARE_WITH_TIMEOUT(broken->broken.size(), 2, 10'000); // and it went on after the first
+    QVERIFY(broken->events.isEmpty());
+
+    m_simulator->setEventStreamMode(BridgeSimulator::EventStreamMode::Normal);
+    m_simulator->setEventStreamLifetime(1);
+    const std::unique_ptr<Listener> shortLived = listen(m_user.toUtf8());
+    QTRY_COMPARE_WITH_TIMEOUT(m_simulator->eventStreamListeners(), 2, 10'000);
+    QTRY_VERIFY_WITH_TIMEOUT(shortLived->reply->isFinished(), 10'000);
+    QCOMPARE(shortLived->reply->error(), QNetworkReply::NoError); // ended properly, after the greeting
+    QVERIFY(shortLived->text.startsWith(": hi\n\n"));
+    QCOMPARE(m_simulator->eventStreamListeners(), 1);
+
+    m_simulator->dropEventStreams(); // as a bridge that restarts
+    QTRY_VERIFY_WITH_TIMEOUT(broken->reply->isFinished(), 10'000);
+    QCOMPARE(m_simulator->eventStreamListeners(), 0);
 }
 
 QTEST_GUILESS_MAIN(tst_BridgeSimulator)

@@ -1,6 +1,7 @@
 #include "BridgeSimulator.h"
 
 #include "SimulatedApi.h"
+#include "SimulatedEventStream.h"
 #include "SimulatedHome.h"
 #include "SimulatedSchedules.h"
 #include "SimulatorHttpConnection.h"
@@ -18,6 +19,8 @@ namespace {
 constexpr qint64 MaximumHomeFileBytes = 64 * 1024 * 1024;
 const QByteArray JsonType = QByteArrayLiteral("application/json");
 const QString ControlPrefix = QStringLiteral("/__control/");
+const QString ExternalControl = QStringLiteral("/__control/external/");
+const QString EventStreamPath = QStringLiteral("/eventstream/clip/v2");
 
 /// "127.0.0.1:54321" for a server listening there; loopback for one listening on every interface.
 QString reachableAt(QHostAddress address, quint16 port)
@@ -37,9 +40,11 @@ QString reachableAt(QHostAddress address, quint16 port)
 BridgeSimulator::BridgeSimulator(QObject* parent)
     : QObject(parent), m_home(std::make_unique<SimulatedHome>()), m_schedules(new SimulatedSchedules(this)),
       m_server(new SimulatorHttpServer(false, this)),
-      m_api(std::make_unique<SimulatedApi>(*m_home, *m_schedules))
+      m_api(std::make_unique<SimulatedApi>(*m_home, *m_schedules)),
+      m_events(new SimulatedEventStream(*m_home, this))
 {
     m_clock.start();
+    connect(this, &BridgeSimulator::homeChanged, m_events, &SimulatedEventStream::homeChanged);
     connect(m_server, &SimulatorHttpServer::requestReady, this, &BridgeSimulator::onHttpRequest);
     connect(m_schedules, &SimulatedSchedules::commandDue, this, &BridgeSimulator::onScheduleDue);
 }
@@ -98,6 +103,8 @@ QString BridgeSimulator::bridgeId() const
 void BridgeSimulator::setBridgeId(const QString& id)
 {
     m_home->setBridgeId(id);
+    // Every resource id follows the bridge id: no event could tell a client about that.
+    m_events->rebase();
     presentCertificate();
 }
 
@@ -383,6 +390,41 @@ void BridgeSimulator::setDripFeed(int bytes, int intervalMs)
     m_dripIntervalMs = std::max(1, intervalMs);
 }
 
+void BridgeSimulator::setEventStreamMode(EventStreamMode mode)
+{
+    m_eventStreamMode = mode;
+    m_events->setContent(mode == EventStreamMode::Silent      ? SimulatedEventStream::Content::Nothing
+                         : mode == EventStreamMode::Malformed ? SimulatedEventStream::Content::Malformed
+                                                              : SimulatedEventStream::Content::Events);
+    if (mode == EventStreamMode::Off)
+        m_events->endAll();
+}
+
+void BridgeSimulator::setEventStreamLifetime(int seconds)
+{
+    m_events->setLifetime(std::clamp(seconds, 0, 24 * 3600) * 1000);
+}
+
+void BridgeSimulator::setEventStreamKeepAliveInterval(int milliseconds)
+{
+    m_events->setKeepAliveInterval(milliseconds);
+}
+
+void BridgeSimulator::setEventMergeInterval(int milliseconds)
+{
+    m_events->setMergeInterval(milliseconds);
+}
+
+int BridgeSimulator::eventStreamListeners() const
+{
+    return m_events->listeners();
+}
+
+void BridgeSimulator::dropEventStreams()
+{
+    m_events->dropAll();
+}
+
 BridgeSimulator::Fault BridgeSimulator::takeFault(const QByteArray& method)
 {
     if (!m_faultMethod.isEmpty() && method != m_faultMethod)
@@ -429,12 +471,22 @@ void BridgeSimulator::onHttpRequest(SimulatorHttpConnection* connection, const S
         m_lastGroupChangeMs = now;
     }
 
+    // Only HTTPS has the stream; elsewhere (and when it is off) the path is as unknown as any other.
+    const bool eventStream = http.encrypted && m_eventStreamMode != EventStreamMode::Off &&
+                             http.method == "GET" && http.path == EventStreamPath;
     const Fault fault = takeFault(http.method);
     SimulatedApi::Answer answer;
     QByteArray contentType = JsonType;
     switch (fault) {
     case Fault::None:
     case Fault::DripFeed:
+        if (eventStream) {
+            if (!m_home->hasUser(QString::fromUtf8(http.headers.value("hue-application-key")))) {
+                answer.status = 403;
+                answer.body = R"({"errors":[{"description":"unauthorized user"}],"data":[]})";
+            }
+            break;
+        }
         answer = m_api->handle(http.method, http.path, http.body);
         if (answer.changed)
             emit homeChanged();
@@ -455,8 +507,12 @@ void BridgeSimulator::onHttpRequest(SimulatorHttpConnection* connection, const S
         break;
     }
 
-    auto deliver = [this, connection, fault, answer, contentType] {
-        if (fault == Fault::DropConnection)
+    const bool openStream = eventStream && answer.status == 200 && answer.body.isEmpty() &&
+                            (fault == Fault::None || fault == Fault::DripFeed);
+    auto deliver = [this, connection, fault, answer, contentType, openStream] {
+        if (openStream)
+            m_events->open(connection);
+        else if (fault == Fault::DropConnection)
             connection->abortConnection();
         else if (fault == Fault::DripFeed)
             connection->respondDripping(answer.status, contentType, answer.body, m_dripBytes,
@@ -479,12 +535,26 @@ void BridgeSimulator::answerControlRequest(SimulatorHttpConnection* connection,
         connection->respond(403, JsonType, R"({"error":"control requests are taken from loopback only"})");
         return;
     }
-    if (http.path != ControlPrefix + QStringLiteral("linkbutton")) {
-        connection->respond(404, JsonType, R"({"error":"no such control; there is /__control/linkbutton"})");
+    const bool external = http.path.startsWith(ExternalControl);
+    if (!external && http.path != ControlPrefix + QStringLiteral("linkbutton")) {
+        connection->respond(
+            404, JsonType,
+            R"({"error":"no such control; there are /__control/linkbutton and /__control/external/<path>"})");
         return;
     }
     if (http.method != "POST") {
-        connection->respond(405, JsonType, R"({"error":"press the link button with POST"})");
+        connection->respond(405, JsonType,
+                            external ? R"({"error":"send another application's change with POST"})"
+                                     : R"({"error":"press the link button with POST"})");
+        return;
+    }
+    if (external) {
+        // Another application's change: what it asks is what a PUT of a registered user would do.
+        const SimulatedApi::Answer answer =
+            m_api->handleForAnyUser("PUT", http.path.mid(ExternalControl.size() - 1), http.body);
+        if (answer.changed)
+            emit homeChanged();
+        connection->respond(answer.status, JsonType, answer.body);
         return;
     }
     pressLinkButton();

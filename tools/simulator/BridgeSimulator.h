@@ -17,6 +17,7 @@
 #include <memory>
 
 class SimulatedApi;
+class SimulatedEventStream;
 class SimulatedHome;
 class SimulatedSchedules;
 class SimulatorHttpConnection;
@@ -38,7 +39,8 @@ Q_DECLARE_METATYPE(SimulatedRequest)
 
 /// A Philips Hue bridge as seen through its version-1 REST interface (/api/...), served over HTTP on a
 /// loopback port: pairing with the link button, lights, groups, scenes, config and one-shot timers, state
-/// changes that show up in the next read, plus recording of every request and injected faults for tests.
+/// changes that show up in the next read and in the event stream, plus recording of every request and
+/// injected faults for tests.
 /// Everything runs on the thread that owns it; nothing blocks.
 class BridgeSimulator final : public QObject
 {
@@ -132,6 +134,38 @@ public:
     /// Marks a light (un)reachable, as when its power is switched off at the wall. False: no such light.
     bool setLightReachable(const QString& id, bool reachable);
 
+    // The event stream: "GET /eventstream/clip/v2" over HTTPS with the header "hue-application-key: <user>",
+    // as a bridge with current firmware serves it (plain HTTP answers 404, an unknown key 403). It greets
+    // with ": hi", sends a keep-alive comment every 10 s, and an event for every change of lights, groups
+    // and scenes, whoever made it: "data: [{"creationtime","id","type":"update"|"add"|"delete","data":[..]}]"
+    // with one container per changed resource (light, zigbee_connectivity, grouped_light, room, zone,
+    // scene), each naming its "id_v1". The request is recorded, and latency and faults apply to it as to
+    // any request. Another application's change is made with "POST /__control/external/<v1 address>" from
+    // loopback: its JSON body is applied as a PUT of any user would be, and answered the same way (not
+    // recorded, never delayed or faulted).
+
+    enum class EventStreamMode
+    {
+        Normal,    ///< every change, as a bridge sends it
+        Silent,    ///< greeting and keep-alives only, as a stream that missed everything
+        Off,       ///< no stream: 404, as from a bridge with old firmware; ends the open streams
+        Malformed, ///< something broken (cut JSON, HTML, wrong types) in place of each event; goes on after
+    };
+    Q_ENUM(EventStreamMode)
+    void setEventStreamMode(EventStreamMode mode);
+    EventStreamMode eventStreamMode() const { return m_eventStreamMode; }
+    /// Every stream opened from now on ends (properly, as a bridge ends them) after @p seconds; 0: never.
+    void setEventStreamLifetime(int seconds);
+    /// How often a keep-alive comment goes out, 10 000 ms by default.
+    void setEventStreamKeepAliveInterval(int milliseconds);
+    /// How long changes are collected for one event. 0 (the default): until the next turn of the event loop,
+    /// so one request makes one event; a real bridge collects for about 1000 ms.
+    void setEventMergeInterval(int milliseconds);
+    /// How many streams are open.
+    int eventStreamListeners() const;
+    /// Closes every open stream at once, without an end, as a bridge that restarts.
+    void dropEventStreams();
+
     // Users and pairing
 
     /// Registers a new user (as a successful pairing would) and returns its name.
@@ -210,6 +244,8 @@ private:
     SimulatorHttpServer* m_server = nullptr;
     SimulatorHttpServer* m_tlsServer = nullptr;
     std::unique_ptr<SimulatedApi> m_api;
+    SimulatedEventStream* m_events = nullptr;
+    EventStreamMode m_eventStreamMode = EventStreamMode::Normal;
     QList<SimulatedRequest> m_requests;
     bool m_recording = true;
     int m_latency = 0;

@@ -96,6 +96,12 @@ SimulatedApi::Answer SimulatedApi::handle(const QByteArray& method, const QStrin
     return userRequest(method, rest, rawBody);
 }
 
+SimulatedApi::Answer SimulatedApi::handleForAnyUser(const QByteArray& method, const QString& address,
+                                                    const QByteArray& rawBody)
+{
+    return userRequest(method, address.split(QLatin1Char('/'), Qt::SkipEmptyParts), rawBody);
+}
+
 SimulatedApi::Answer SimulatedApi::pair(const QByteArray& rawBody)
 {
     QJsonObject body;
@@ -214,7 +220,9 @@ SimulatedApi::Answer SimulatedApi::userRequest(const QByteArray& method, const Q
             return get ? Answer{200, m_home.scenesJson()} : wrongMethod;
         if (rest.size() > 2 || !m_home.hasScene(id))
             return notAvailable;
-        return get ? json(m_home.scene(id)) : wrongMethod;
+        return get   ? json(m_home.scene(id))
+               : put ? change([&](const QJsonObject& body) { return m_home.setSceneAttributes(id, body); })
+                     : wrongMethod;
     }
 
     if (resource == QLatin1String("schedules")) {

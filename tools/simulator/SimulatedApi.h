@@ -29,6 +29,10 @@ public:
     /// Answers one request; @p path like "/api/<user>/lights/1/state".
     Answer handle(const QByteArray& method, const QString& path, const QByteArray& rawBody);
 
+    /// Answers @p method on @p address ("/lights/3/state") as the bridge answers any registered user: how
+    /// another application's changes are made.
+    Answer handleForAnyUser(const QByteArray& method, const QString& address, const QByteArray& rawBody);
+
     /// The link button counts as pressed for the next 30 s.
     void pressLinkButton();
     void setAcceptPairingAtOnce(bool accept);

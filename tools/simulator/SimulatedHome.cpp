@@ -386,6 +386,32 @@ QJsonArray SimulatedHome::setGroupAttributes(const QString& id, const QJsonObjec
     return answer;
 }
 
+QJsonArray SimulatedHome::setSceneAttributes(const QString& id, const QJsonObject& body)
+{
+    QJsonArray answer;
+    QJsonObject scene = m_scenes.items.value(id);
+    for (auto it = body.begin(); it != body.end(); ++it) {
+        const QString address = QStringLiteral("/scenes/%1/%2").arg(id, it.key());
+        if (it.key() != QLatin1String("name")) {
+            answer.append(SimulatorJson::error(6, address,
+                                               QStringLiteral("parameter, %1, not available").arg(it.key())));
+        } else if (!it.value().isString() || it.value().toString().isEmpty() ||
+                   it.value().toString().size() > 32) {
+            answer.append(SimulatorJson::error(7, address,
+                                               QStringLiteral("invalid value, %1, for parameter, name")
+                                                   .arg(SimulatorJson::valueText(it.value()))));
+        } else {
+            scene.insert(it.key(), it.value());
+            answer.append(SimulatorJson::success(address, it.value()));
+        }
+    }
+    if (body.isEmpty())
+        answer.append(SimulatorJson::error(5, QStringLiteral("/scenes/%1").arg(id),
+                                           QStringLiteral("invalid/missing parameters in body")));
+    m_scenes.items.insert(id, scene);
+    return answer;
+}
+
 bool SimulatedHome::setLightReachable(const QString& id, bool reachable)
 {
     if (!hasLight(id))

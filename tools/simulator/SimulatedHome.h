@@ -58,6 +58,8 @@ public:
     QJsonArray setGroupAction(const QString& id, const QJsonObject& body);
     /// PUT /groups/<id> ("name", "lights", "class").
     QJsonArray setGroupAttributes(const QString& id, const QJsonObject& body);
+    /// PUT /scenes/<id> ("name").
+    QJsonArray setSceneAttributes(const QString& id, const QJsonObject& body);
     /// Sets a light's "reachable" flag. Returns false when there is no such light.
     bool setLightReachable(const QString& id, bool reachable);
 

@@ -23,6 +23,8 @@ QByteArray reasonPhrase(int status)
         return "Moved Permanently";
     case 400:
         return "Bad Request";
+    case 403:
+        return "Forbidden";
     case 404:
         return "Not Found";
     case 413:
@@ -65,8 +67,16 @@ void SimulatorHttpConnection::onReadyRead()
 
 void SimulatorHttpConnection::onDisconnected()
 {
-    m_gone = true;
+    setGone();
     deleteLater();
+}
+
+void SimulatorHttpConnection::setGone()
+{
+    if (m_gone)
+        return;
+    m_gone = true;
+    emit closed();
 }
 
 void SimulatorHttpConnection::processBuffer()
@@ -165,12 +175,13 @@ SimulatorHttpConnection::Parse SimulatorHttpConnection::parseRequest(SimulatorHt
     m_closeAfterAnswer =
         version == "HTTP/1.0" ? !connection.contains("keep-alive") : connection.contains("close");
     m_headRequest = request->method == "HEAD";
+    m_http10 = version == "HTTP/1.0";
     return Parse::Complete;
 }
 
 void SimulatorHttpConnection::respond(int status, const QByteArray& contentType, const QByteArray& body)
 {
-    if (!m_busy || m_gone)
+    if (!m_busy || m_gone || m_streaming)
         return;
     writeResponse(status, contentType, body, m_closeAfterAnswer);
 }
@@ -211,7 +222,7 @@ void SimulatorHttpConnection::finishAnswer(bool close)
 {
     m_busy = false;
     if (close) {
-        m_gone = true;
+        setGone();
         m_socket->disconnectFromHost(); // flushes what was written first
         return;
     }
@@ -222,7 +233,7 @@ void SimulatorHttpConnection::finishAnswer(bool close)
 void SimulatorHttpConnection::respondDripping(int status, const QByteArray& contentType,
                                               const QByteArray& body, int chunkBytes, int intervalMs)
 {
-    if (!m_busy || m_gone)
+    if (!m_busy || m_gone || m_streaming)
         return;
     // The head leaves at once, as from a bridge whose link fails mid-answer: the client sees progress, and
     // only a limit on the whole exchange ends the wait.
@@ -260,8 +271,51 @@ void SimulatorHttpConnection::abortConnection()
 {
     if (m_gone)
         return;
-    m_gone = true;
     m_busy = false;
+    setGone();
     m_socket->abort();
     deleteLater();
+}
+
+void SimulatorHttpConnection::respondStreaming(int status, const QByteArray& contentType,
+                                               const QList<std::pair<QByteArray, QByteArray>>& headers)
+{
+    if (!m_busy || m_gone || m_streaming)
+        return;
+    m_streaming = true;
+    QByteArray head = "HTTP/1.1 " + QByteArray::number(status) + ' ' + reasonPhrase(status) + "\r\n";
+    head += "Content-Type: " + contentType + "\r\n";
+    for (const auto& [name, value] : headers)
+        head += name + ": " + value + "\r\n";
+    // Without a length the client reads on until the last chunk, or until the close; either way it sees each
+    // piece as it comes. The connection belongs to the stream to its end.
+    if (!m_http10 && !m_headRequest)
+        head += "Transfer-Encoding: chunked\r\n";
+    head += "Connection: close\r\n\r\n";
+    m_socket->write(head);
+    m_socket->flush();
+    if (m_headRequest) {
+        m_streaming = false;
+        finishAnswer(true);
+    }
+}
+
+void SimulatorHttpConnection::writeStream(const QByteArray& data)
+{
+    if (!isStreaming() || data.isEmpty())
+        return;
+    if (m_http10)
+        m_socket->write(data);
+    else
+        m_socket->write(QByteArray::number(data.size(), 16) + "\r\n" + data + "\r\n");
+    m_socket->flush();
+}
+
+void SimulatorHttpConnection::endStream()
+{
+    if (!isStreaming())
+        return;
+    if (!m_http10)
+        m_socket->write("0\r\n\r\n");
+    finishAnswer(true);
 }

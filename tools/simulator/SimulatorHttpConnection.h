@@ -23,7 +23,8 @@ struct SimulatorHttpRequest
 
 /// One client connection of the simulator's small HTTP/1.1 server. Reads requests with Content-Length
 /// bodies, hands them out one at a time (an answer may come later, for a simulated slow bridge) and keeps the
-/// connection alive between them unless the client asks to close. Can also be dropped without any answer.
+/// connection alive between them unless the client asks to close. Can also be dropped without any answer, or
+/// answer with a stream that goes on until either side ends it (an event stream).
 class SimulatorHttpConnection final : public QObject
 {
     Q_OBJECT
@@ -44,9 +45,22 @@ public:
     /// Closes the TCP connection at once, without an answer.
     void abortConnection();
 
+    /// Answers the request handed out last with the head only: the body follows in writeStream() pieces,
+    /// each sent at once (chunked transfer encoding; plain until the close for an HTTP/1.0 client), until
+    /// endStream(). The connection takes no further request.
+    void respondStreaming(int status, const QByteArray& contentType,
+                          const QList<std::pair<QByteArray, QByteArray>>& headers = {});
+    /// Sends the next piece of a streaming answer.
+    void writeStream(const QByteArray& data);
+    /// Ends a streaming answer properly and closes the connection.
+    void endStream();
+    bool isStreaming() const { return m_streaming && !m_gone; }
+
 signals:
     /// A complete request arrived. Exactly one respond() or abortConnection() must follow, now or later.
     void requestReady(SimulatorHttpConnection* connection, const SimulatorHttpRequest& request);
+    /// The connection is over: the client hung up, it was dropped, or closed after its answer. Once.
+    void closed();
 
 private:
     enum class Parse
@@ -65,6 +79,8 @@ private:
     void writeResponse(int status, const QByteArray& contentType, const QByteArray& body, bool close);
     void onDripTick();
     void finishAnswer(bool close);
+    /// Notes that the connection is over, and says so once.
+    void setGone();
 
     QTcpSocket* m_socket = nullptr;
     QList<std::pair<QByteArray, QByteArray>> m_extraHeaders; ///< for the answer being written
@@ -74,7 +90,9 @@ private:
     bool m_headRequest = false;
     bool m_continueSent = false; // "100 Continue" already written for the request being read
     bool m_gone = false;
-    QByteArray m_dripping; // what is still to be trickled out
+    bool m_http10 = false;    // the request being answered came as HTTP/1.0, which knows no chunks
+    bool m_streaming = false; // respondStreaming() answered; the body goes on
+    QByteArray m_dripping;    // what is still to be trickled out
     int m_dripChunk = 0;
     bool m_closeAfterDrip = false;
     QTimer* m_dripTimer = nullptr;

@@ -41,7 +41,8 @@ int main(int argc, char* argv[])
 
     QCommandLineParser parser;
     parser.setApplicationDescription(
-        QStringLiteral("Simulates a Philips Hue bridge (version-1 REST interface) on a local port."));
+        QStringLiteral("Simulates a Philips Hue bridge (version-1 REST interface, and its event stream over "
+                       "HTTPS) on a local port."));
     parser.addHelpOption();
     parser.addVersionOption();
     const QCommandLineOption portOption(QStringLiteral("port"),
@@ -93,9 +94,20 @@ int main(int argc, char* argv[])
         QStringLiteral("Answer plain HTTP with 301 to HTTPS, as the newest bridge does."));
     const QCommandLineOption noHttpOption(QStringLiteral("no-http"),
                                           QStringLiteral("Serve HTTPS only (with --tls-port)."));
+    const QCommandLineOption eventStreamOption(
+        QStringLiteral("event-stream"),
+        QStringLiteral("The event stream of HTTPS (GET /eventstream/clip/v2): normal (default: every change, "
+                       "also those sent with POST /__control/external/<v1 path> from loopback), silent "
+                       "(keep-alives only), off (404, as old firmware) or malformed (broken events)."),
+        QStringLiteral("MODE"), QStringLiteral("normal"));
+    const QCommandLineOption eventLifetimeOption(
+        QStringLiteral("event-stream-lifetime"),
+        QStringLiteral("End every event stream after N seconds, as busy bridges do (default 0: never)."),
+        QStringLiteral("N"), QStringLiteral("0"));
     parser.addOptions({portOption, bindOption, homeOption, saveOption, userOption, linkOption, acceptOption,
                        latencyOption, verboseOption, tlsPortOption, certificateOption, bridgeIdOption,
-                       authorityOption, redirectOption, noHttpOption});
+                       authorityOption, redirectOption, noHttpOption, eventStreamOption,
+                       eventLifetimeOption});
     if (!parser.parse(QCoreApplication::arguments()))
         return fail(ExitBadInput, parser.errorText());
     if (parser.isSet(QStringLiteral("help")))
@@ -125,10 +137,26 @@ int main(int argc, char* argv[])
     if (parser.isSet(tlsPortOption) && !readNumber(parser.value(tlsPortOption), 0, 65535, &tlsPort))
         return fail(ExitBadInput, QStringLiteral("--tls-port needs a number from 0 to 65535, not \"%1\"")
                                       .arg(parser.value(tlsPortOption)));
-    if ((parser.isSet(noHttpOption) || parser.isSet(redirectOption) || parser.isSet(authorityOption)) &&
+    if ((parser.isSet(noHttpOption) || parser.isSet(redirectOption) || parser.isSet(authorityOption) ||
+         parser.isSet(eventStreamOption) || parser.isSet(eventLifetimeOption)) &&
         tlsPort < 0)
-        return fail(ExitBadInput, QStringLiteral("--no-http, --redirect-http and --write-authority go with "
-                                                 "--tls-port"));
+        return fail(ExitBadInput,
+                    QStringLiteral("--no-http, --redirect-http, --write-authority, --event-stream "
+                                   "and --event-stream-lifetime go with --tls-port"));
+    const QMap<QString, BridgeSimulator::EventStreamMode> eventModes{
+        {QStringLiteral("normal"), BridgeSimulator::EventStreamMode::Normal},
+        {QStringLiteral("silent"), BridgeSimulator::EventStreamMode::Silent},
+        {QStringLiteral("off"), BridgeSimulator::EventStreamMode::Off},
+        {QStringLiteral("malformed"), BridgeSimulator::EventStreamMode::Malformed}};
+    if (!eventModes.contains(parser.value(eventStreamOption)))
+        return fail(ExitBadInput,
+                    QStringLiteral("--event-stream is one of %1, not \"%2\"")
+                        .arg(eventModes.keys().join(QStringLiteral(", ")), parser.value(eventStreamOption)));
+    int eventLifetime = 0;
+    if (!readNumber(parser.value(eventLifetimeOption), 0, 86'400, &eventLifetime))
+        return fail(ExitBadInput,
+                    QStringLiteral("--event-stream-lifetime needs seconds from 0 to 86400, not \"%1\"")
+                        .arg(parser.value(eventLifetimeOption)));
     const QMap<QString, BridgeSimulator::CertificateKind> kinds{
         {QStringLiteral("signed"), BridgeSimulator::CertificateKind::Signed},
         {QStringLiteral("self-signed"), BridgeSimulator::CertificateKind::SelfSigned},
@@ -198,6 +226,8 @@ int main(int argc, char* argv[])
             return fail(ExitFailure, simulator.errorString());
         simulator.setCertificate(kinds.value(parser.value(certificateOption)));
         simulator.setRedirectHttpToHttps(parser.isSet(redirectOption));
+        simulator.setEventStreamMode(eventModes.value(parser.value(eventStreamOption)));
+        simulator.setEventStreamLifetime(eventLifetime);
         if (parser.isSet(authorityOption) && !simulator.writeAuthority(parser.value(authorityOption), &error))
             return fail(ExitFailure, error);
         std::printf("Hue bridge simulator listening for HTTPS on %s (bridge %s)\n",
