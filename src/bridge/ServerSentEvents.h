@@ -31,7 +31,7 @@ class ServerSentEvents final
 {
 public:
     /// Far more than the bridge's largest event line (its changes of one second merged into one line).
-    static constexpr qsizetype maxLineBytes = 64 * 1024;
+    static constexpr qsizetype maxLineBytes = 1024 * 1024;
     static constexpr qsizetype maxEventBytes = 4 * 1024 * 1024;
 
     /// Takes the next bytes of the stream and returns the events they complete, in order. Events completed

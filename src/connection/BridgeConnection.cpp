@@ -3,6 +3,7 @@
 #include "connection/BridgeDiscovery.h"
 #include "connection/BridgePairing.h"
 #include "connection/BridgeProbe.h"
+#include "connection/LiveUpdates.h"
 #include "state/AppSettings.h"
 #include "state/LightOrder.h"
 
@@ -12,10 +13,28 @@
 
 BridgeConnection::BridgeConnection(AppSettings& settings, QNetworkAccessManager& network,
                                    BridgePairing& pairing, QObject* parent)
-    : QObject(parent), m_settings(settings), m_network(network), m_pairing(pairing)
+    : QObject(parent), m_settings(settings), m_network(network), m_pairing(pairing),
+      m_live(new LiveUpdates(settings, network, this))
 {
     // Pairing that succeeds comes back here, now with a key.
     connect(&m_pairing, &BridgePairing::paired, this, &BridgeConnection::connectToBridge);
+    connect(m_live, &LiveUpdates::readRequested, this, [this](int lists) {
+        if (lists & LiveUpdates::lights)
+            refreshLights();
+        if (lists & LiveUpdates::groups)
+            refreshGroups();
+        if (lists & LiveUpdates::scenes)
+            refreshScenes();
+    });
+    // Changes made while no stream was open are not told: read what is there now.
+    connect(m_live, &LiveUpdates::streamOpened, this, [this] {
+        refreshLights();
+        refreshGroups();
+    });
+    connect(&m_settings, &AppSettings::liveUpdatesChanged, this, [this] {
+        if (m_refresher)
+            m_refresher->setInterval(currentRefreshInterval());
+    });
 }
 
 void BridgeConnection::connectToBridge()
@@ -46,10 +65,7 @@ void BridgeConnection::reach()
         if (m_settings.bridgeTransport().isEmpty())
             m_settings.setBridgeContact(address->scheme, m_settings.bridgeID(),
                                         m_settings.bridgeCertificateKey());
-        m_reached = true;
-        refreshLights();
-        refreshGroups();
-        refreshScenes();
+        onReached();
         return;
     }
     m_reaching = true;
@@ -77,11 +93,19 @@ void BridgeConnection::reach()
         m_mustAsk = false;
         m_settings.setHueIP(addressAfter(m_settings.hueIP(), contact));
         m_settings.setBridgeContact(contact.transport, contact.bridgeId, contact.pinnedKey);
-        m_reached = true;
-        refreshLights();
-        refreshGroups();
-        refreshScenes();
+        onReached();
     });
+}
+
+void BridgeConnection::onReached()
+{
+    m_reached = true;
+    refreshLights();
+    refreshGroups();
+    refreshScenes();
+    // Once the bridge proved who it is, and only then, may the key go into a stream to it.
+    if (m_refresher)
+        m_live->start();
 }
 
 void BridgeConnection::disconnectFromBridge()
@@ -92,6 +116,7 @@ void BridgeConnection::disconnectFromBridge()
     *m_lightsMemo = {};
     *m_groupsMemo = {};
     *m_scenesMemo = {};
+    m_live->stop();
     m_settings.setLights({});
     m_settings.setGroups({});
     m_settings.setHueKey(QString());
@@ -271,12 +296,9 @@ void BridgeConnection::searchForBridge()
         settings.setBridgeContact(found->contact.transport, found->contact.bridgeId,
                                   found->contact.pinnedKey);
         self->m_mustAsk = false;
-        self->m_reached = true;
         self->m_misses = 0;
         Q_EMIT self->bridgeMoved(bridgeId, from, found->address);
-        self->refreshLights();
-        self->refreshGroups();
-        self->refreshScenes();
+        self->onReached();
     });
 }
 
@@ -294,13 +316,21 @@ void BridgeConnection::startBridgeStateRefresher()
     if (m_refresher)
         return;
     m_refresher = new QTimer(this);
-    m_refresher->setInterval(refreshInterval);
+    m_refresher->setInterval(currentRefreshInterval());
     connect(m_refresher, &QTimer::timeout, this, &BridgeConnection::refreshTick);
     m_refresher->start();
+    if (m_reached)
+        m_live->start();
+}
+
+std::chrono::milliseconds BridgeConnection::currentRefreshInterval() const
+{
+    return m_settings.liveUpdates() ? safetyNetInterval : refreshInterval;
 }
 
 void BridgeConnection::stopBridgeStateRefresher()
 {
+    m_live->stop();
     if (!m_refresher)
         return;
     m_refresher->stop();

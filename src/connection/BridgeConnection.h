@@ -12,12 +12,14 @@
 
 class AppSettings;
 class BridgeDiscovery;
+class LiveUpdates;
 class BridgePairing;
 class QNetworkAccessManager;
 
 /// Keeps the shared state in step with the bridge: pairs when there is no key, reads lights, rooms and
-/// scenes, refreshes them on a timer, persists an address and key that have worked, and forgets the key on
-/// disconnect. Runs on the main thread.
+/// scenes, refreshes them on a timer (every 3.5 s, or once a minute while the bridge pushes its changes over
+/// its event stream), persists an address and key that have worked, and forgets the key on disconnect. Runs
+/// on the main thread.
 ///
 /// At most one read of each list is under way: a read that is still running when the next one starts (a
 /// bridge that trickles its answer) is aborted first and counts as a failed connection. So a bridge that
@@ -29,6 +31,8 @@ class BridgeConnection final : public QObject
 
 public:
     static constexpr std::chrono::milliseconds refreshInterval{3500};
+    /// While the bridge pushes its changes, lights and rooms are read this often only, in case one was lost.
+    static constexpr std::chrono::milliseconds safetyNetInterval{60000};
     /// A refresh right after a user action would overwrite the change the user is still making.
     static constexpr std::chrono::seconds quietAfterUserAction{3};
     /// A paired bridge that has not answered at its address this many times in a row (or answered as another
@@ -58,10 +62,14 @@ public:
     void refreshGroups();
     void refreshScenes();
 
-    /// Creates the refresh timer when none runs.
+    /// Creates the refresh timer when none runs, and opens the bridge's event stream again once it is
+    /// reached.
     void startBridgeStateRefresher();
-    /// Stops it (on sleep and on quit).
+    /// Stops it and closes the event stream (on sleep and on quit).
     void stopBridgeStateRefresher();
+    /// The ticks' pace: every 3.5 s, or once a minute while the bridge pushes its changes.
+    std::chrono::milliseconds currentRefreshInterval() const;
+    LiveUpdates& liveUpdates() const { return *m_live; }
     bool isRefreshing() const { return !m_refresher.isNull(); }
 
     /// One refresh tick, as the timer runs it: nothing within 3 s of the last user action; otherwise lights
@@ -102,6 +110,8 @@ private:
     void reportUnusableAnswer(const LightsResult& result);
     void onLights(const LightsResult& result, quint64 order);
     void onScenes(const ScenesResult& result);
+    /// The bridge at its address proved who it is: read all three lists and listen to its changes.
+    void onReached();
     /// The bridge did not answer at its address, or answered as another bridge.
     void onMissed();
     void searchForBridge();
@@ -110,6 +120,7 @@ private:
     QNetworkAccessManager& m_network;
     BridgePairing& m_pairing;
     QPointer<QTimer> m_refresher; // null while not refreshing
+    LiveUpdates* m_live;
     std::function<QDateTime()> m_now = [] { return QDateTime::currentDateTime(); };
     ListRead m_lightsRead;
     ListRead m_groupsRead;

@@ -257,7 +257,12 @@ void BridgeEventStream::drop()
     if (QNetworkReply* reply = m_reply) {
         m_reply = nullptr;
         disconnect(reply, nullptr, this, nullptr);
-        reply->abort();
-        reply->deleteLater();
+        // Dropped from within the reply's own error or head signal (a 404), an abort now would report a
+        // second error to it: end it once control is back in the event loop.
+        QTimer::singleShot(0, reply, [reply] {
+            if (reply->isRunning())
+                reply->abort();
+            reply->deleteLater();
+        });
     }
 }

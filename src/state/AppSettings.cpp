@@ -197,6 +197,11 @@ void AppSettings::setScenes(const QList<HueScene>& scenes)
     assign(m_scenes, scenes, &AppSettings::scenesChanged);
 }
 
+void AppSettings::setLiveUpdates(bool live)
+{
+    assign(m_liveUpdates, live, &AppSettings::liveUpdatesChanged);
+}
+
 void AppSettings::setBridgeConnected(bool connected)
 {
     assign(m_bridgeConnected, connected, &AppSettings::bridgeConnectedChanged);

@@ -120,6 +120,9 @@ public:
     QList<HueGroup> groups() const { return m_groups; }
     QList<HueScene> scenes() const { return m_scenes; }
     bool bridgeConnected() const { return m_bridgeConnected; }
+    /// The bridge pushes its changes (its event stream is open), so it is read only now and then; otherwise
+    /// it is read every 3.5 s.
+    bool liveUpdates() const { return m_liveUpdates; }
     QString hueIP() const { return m_hueIP; }
     QString hueKey() const { return m_hueKey; }
     int forceRedraw() const { return m_forceRedraw; }
@@ -143,6 +146,7 @@ public:
     void setGroups(const QList<HueGroup>& groups);
     void setScenes(const QList<HueScene>& scenes);
     void setBridgeConnected(bool connected);
+    void setLiveUpdates(bool live);
     void setHueIP(const QString& address);
     void setHueKey(const QString& key);
     void setForceRedraw(int counter);
@@ -169,6 +173,7 @@ Q_SIGNALS:
     void groupsChanged();
     void scenesChanged();
     void bridgeConnectedChanged();
+    void liveUpdatesChanged();
     void hueIPChanged();
     void hueKeyChanged();
     void forceRedrawChanged();
@@ -211,6 +216,7 @@ private:
     QList<HueGroup> m_groups;
     QList<HueScene> m_scenes;
     bool m_bridgeConnected = false;
+    bool m_liveUpdates = false;
     QString m_hueIP;
     QString m_hueKey;
     int m_forceRedraw = 0;

@@ -89,6 +89,7 @@ ConnectionView::ConnectionView(AppSettings& settings, BridgeDiscovery& discovery
     connect(m_sendDebug, &LinkButton::clicked, this, &ConnectionView::onSendDebug);
     connect(&m_pairing, &BridgePairing::pairingFinished, this, &ConnectionView::onPairingFinished);
     connect(&m_settings, &AppSettings::bridgeConnectedChanged, this, &ConnectionView::onStateChanged);
+    connect(&m_settings, &AppSettings::liveUpdatesChanged, this, &ConnectionView::onStateChanged);
     connect(&m_settings, &AppSettings::connectionErrorMessageChanged, this, &ConnectionView::onStateChanged);
     connect(&m_settings, &AppSettings::hueKeyChanged, this, &ConnectionView::onStateChanged);
     connect(&m_settings, &AppSettings::bridgeContactChanged, this, &ConnectionView::onStateChanged);
@@ -146,6 +147,10 @@ void ConnectionView::onStateChanged()
     QString security = paired && !m_settings.bridgeID().isEmpty()
                            ? tr("Bridge %1, over %2").arg(m_settings.bridgeID(), transport)
                            : tr("Over %1").arg(transport);
+    // How changes made elsewhere get here: pushed by the bridge, or read every few seconds.
+    if (connected)
+        security += u'\n' + (m_settings.liveUpdates() ? tr("Live updates: the bridge tells of every change")
+                                                      : tr("Reading every 3.5 s"));
     if (!m_moved.isEmpty())
         security += u'\n' + m_moved;
     m_security->setText(security);

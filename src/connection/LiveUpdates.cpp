@@ -1,0 +1,193 @@
+#include "connection/LiveUpdates.h"
+
+#include "connection/BridgeEventStream.h"
+#include "state/AppSettings.h"
+
+#include <QNetworkAccessManager>
+
+namespace {
+
+QString changeKey(bool group, const QString& id, const QString& property)
+{
+    return (group ? QStringLiteral("g") : QStringLiteral("l")) + id + u'/' + property;
+}
+
+constexpr int listIndex(int list)
+{
+    return list == LiveUpdates::lights ? 0 : list == LiveUpdates::groups ? 1 : 2;
+}
+
+} // namespace
+
+LiveUpdates::LiveUpdates(AppSettings& settings, QNetworkAccessManager& network, QObject* parent)
+    : QObject(parent), m_settings(settings), m_stream(new BridgeEventStream(network, this)),
+      m_enabled(
+          qEnvironmentVariable("GLOWDECK_EVENT_STREAM").compare(QLatin1String("off"), Qt::CaseInsensitive) !=
+          0)
+{
+    m_relistTimer.setSingleShot(true);
+    m_shieldTimer.setSingleShot(true);
+    connect(&m_relistTimer, &QTimer::timeout, this, &LiveUpdates::onRelistDue);
+    connect(&m_shieldTimer, &QTimer::timeout, this, [this] { requestRead(std::exchange(m_afterShield, 0)); });
+    connect(m_stream, &BridgeEventStream::changes, this, &LiveUpdates::apply);
+    connect(m_stream, &BridgeEventStream::connected, this, [this] {
+        m_settings.addLogLine(QStringLiteral("The bridge pushes its changes: reading it once a minute only"));
+        m_unavailableReason.clear();
+        m_settings.setLiveUpdates(true);
+        Q_EMIT streamOpened();
+    });
+    const auto lost = [this](const QString& reason) {
+        if (m_settings.liveUpdates())
+            m_settings.addLogLine(
+                QStringLiteral("The bridge's event stream ended (%1): reading it every 3.5 s").arg(reason));
+        m_settings.setLiveUpdates(false);
+    };
+    connect(m_stream, &BridgeEventStream::disconnected, this, lost);
+    connect(m_stream, &BridgeEventStream::unavailable, this, [this, lost](const QString& reason) {
+        lost(reason);
+        // Asked again every minute: said once, not sixty times an hour.
+        if (std::exchange(m_unavailableReason, reason) != reason)
+            m_settings.addLogLine(
+                QStringLiteral("No event stream: %1; reading the bridge every 3.5 s").arg(reason));
+    });
+    connect(&m_settings, &AppSettings::actionQueueChanged, this, &LiveUpdates::noteQueuedChanges);
+}
+
+LiveUpdates::~LiveUpdates() = default;
+
+void LiveUpdates::start()
+{
+    const QString endpoint = m_settings.bridgeEndpoint();
+    if (!m_enabled || m_settings.hueKey().isEmpty() || !endpoint.startsWith(QLatin1String("https:"))) {
+        stop();
+        return;
+    }
+    m_stream->start(endpoint, m_settings.hueKey(), m_settings.bridgeIdentity());
+}
+
+void LiveUpdates::stop()
+{
+    m_stream->stop();
+    m_relistTimer.stop();
+    m_relistDue = 0;
+    m_settings.setLiveUpdates(false);
+}
+
+void LiveUpdates::noteQueuedChanges()
+{
+    const QDateTime now = m_now();
+    for (const ActionQueueItem& item : m_settings.actionQueue())
+        m_ownChanges.insert(changeKey(item.is_group_update, item.item_id, item.property), now);
+}
+
+bool LiveUpdates::shielded(bool group, const QString& id, const QString& property) const
+{
+    const auto changed = m_ownChanges.constFind(changeKey(group, id, property));
+    if (changed == m_ownChanges.cend())
+        return false;
+    return changed->msecsTo(m_now()) < qint64(ownChangeShield.count());
+}
+
+void LiveUpdates::apply(const BridgeEventBatch& batch)
+{
+    for (const QString& problem : batch.problems)
+        m_settings.addLogLine(QStringLiteral("Event stream: %1").arg(problem));
+    int reads = (batch.relistLights ? lights : 0) | (batch.relistGroups ? groups : 0) |
+                (batch.relistScenes ? scenes : 0);
+    int held = 0;
+    // Each field the user is not holding; one assignment per list, so the views redraw once per event.
+    const auto take = [&](bool group, const QString& id, const QString& property, auto& field,
+                          const auto& value) {
+        if (shielded(group, id, property)) {
+            held |= group ? groups : lights;
+            return;
+        }
+        field = value;
+    };
+    if (!batch.lights.isEmpty()) {
+        QList<HueLight> records = m_settings.lights();
+        for (const LightChange& change : batch.lights) {
+            const auto light = std::find_if(records.begin(), records.end(),
+                                            [&](const HueLight& l) { return l.lamp_id == change.lampId; });
+            // A lamp not shown (out of reach, say) waits for the next read.
+            if (light == records.end())
+                continue;
+            if (change.on)
+                take(false, change.lampId, QStringLiteral("on"), light->is_on, *change.on);
+            if (change.brightness)
+                take(false, change.lampId, QStringLiteral("brightness"), light->brightness,
+                     *change.brightness);
+            if (change.xy && !shielded(false, change.lampId, QStringLiteral("hue"))) {
+                light->xy_x = change.xy->first;
+                light->xy_y = change.xy->second;
+            } else if (change.xy) {
+                held |= lights;
+            }
+            if (change.colorTemperature)
+                take(false, change.lampId, QStringLiteral("ct"), light->color_temperature,
+                     *change.colorTemperature);
+        }
+        m_settings.setLights(records);
+    }
+    if (!batch.groups.isEmpty()) {
+        QList<HueGroup> records = m_settings.groups();
+        for (const GroupChange& change : batch.groups) {
+            const auto group = std::find_if(records.begin(), records.end(),
+                                            [&](const HueGroup& g) { return g.group_id == change.groupId; });
+            if (group == records.end())
+                continue;
+            if (change.anyOn && !shielded(true, change.groupId, QStringLiteral("on"))) {
+                // The bridge tells whether any lamp is on: that is what the room's switch shows.
+                group->any_on = group->is_on = *change.anyOn;
+                if (!*change.anyOn)
+                    group->all_on = false;
+            } else if (change.anyOn) {
+                held |= groups;
+            }
+            if (change.brightness) {
+                if (shielded(true, change.groupId, QStringLiteral("brightness")) ||
+                    shielded(true, change.groupId, QStringLiteral("brightness_increase")))
+                    held |= groups;
+                else
+                    group->brightness = *change.brightness;
+            }
+        }
+        m_settings.setGroups(records);
+    }
+    if (held) {
+        m_afterShield |= held;
+        m_shieldTimer.start(ownChangeShield);
+    }
+    requestRead(reads);
+}
+
+void LiveUpdates::requestRead(int lists)
+{
+    if (!lists)
+        return;
+    const qint64 spacing = relistSpacing.count();
+    int now = 0;
+    qint64 wait = 0;
+    for (int list : {int(lights), int(groups), int(scenes)}) {
+        if (!(lists & list))
+            continue;
+        QElapsedTimer& last = m_lastRelist[listIndex(list)];
+        if (!last.isValid() || last.elapsed() >= spacing) {
+            last.start();
+            now |= list;
+        } else {
+            // Merged with whatever else asks for this list within the second.
+            m_relistDue |= list;
+            wait = std::max(wait, spacing - last.elapsed());
+        }
+    }
+    if (m_relistDue && (!m_relistTimer.isActive() || m_relistTimer.remainingTime() < wait))
+        m_relistTimer.start(int(wait));
+    if (now)
+        Q_EMIT readRequested(now);
+}
+
+void LiveUpdates::onRelistDue()
+{
+    requestRead(std::exchange(m_relistDue, 0));
+}

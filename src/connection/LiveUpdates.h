@@ -1,0 +1,87 @@
+#pragma once
+
+#include "bridge/BridgeEvents.h"
+
+#include <QDateTime>
+#include <QElapsedTimer>
+#include <QHash>
+#include <QObject>
+#include <QTimer>
+
+#include <chrono>
+#include <functional>
+
+class AppSettings;
+class BridgeEventStream;
+class QNetworkAccessManager;
+
+/// Brings the bridge's pushed changes into the shared state as they come: keeps its event stream open while
+/// the bridge is paired over HTTPS, changes the lamps and rooms an event names in place, and asks for a read
+/// of a list where an event cannot say more (a lamp added, a room renamed), at most once a second per list.
+/// Whether the stream is live is published as `AppSettings::liveUpdates`; the connection reads the bridge
+/// every 3.5 s only while it is not. Runs on the main thread.
+///
+/// An event may tell the bridge's state from before the user's own change reached it: a field the user
+/// changed within `ownChangeShield`, or has a change of waiting in the queue, is left as the user set it, and
+/// the list is read once the user has let go.
+class LiveUpdates final : public QObject
+{
+    Q_OBJECT
+    Q_DISABLE_COPY_MOVE(LiveUpdates)
+
+public:
+    static constexpr std::chrono::milliseconds relistSpacing{1000};
+    static constexpr std::chrono::milliseconds ownChangeShield{2500};
+
+    enum List
+    {
+        lights = 1,
+        groups = 2,
+        scenes = 4,
+    };
+
+    /// `GLOWDECK_EVENT_STREAM=off` in the environment keeps the stream closed (to compare with reading).
+    LiveUpdates(AppSettings& settings, QNetworkAccessManager& network, QObject* parent = nullptr);
+    ~LiveUpdates() override;
+
+    /// Opens the stream of the paired bridge, or keeps it open; over plain HTTP, or switched off, it stays
+    /// closed and the bridge is read as before.
+    void start();
+    /// Closes it (sleep, quit, disconnect); the state no longer counts as live.
+    void stop();
+
+    /// Applies the changes of one event to the shared state, and asks for the reads it needs.
+    void apply(const BridgeEventBatch& batch);
+
+    BridgeEventStream& stream() const { return *m_stream; }
+    /// The clock behind the shield of the user's own changes; tests replace it.
+    void setClock(std::function<QDateTime()> now) { m_now = std::move(now); }
+
+Q_SIGNALS:
+    /// The stream opened: what changed before is not told, so the lists must be read afresh.
+    void streamOpened();
+    /// These lists (a combination of `List`) need a read.
+    void readRequested(int lists);
+
+private:
+    /// Whether the user's own change of `property` of the lamp or group `id` is too fresh to be overwritten.
+    bool shielded(bool group, const QString& id, const QString& property) const;
+    void noteQueuedChanges();
+    /// Asks for a read of `lists` now, or as soon as a second has passed since the last one of each.
+    void requestRead(int lists);
+    void onRelistDue();
+
+    AppSettings& m_settings;
+    BridgeEventStream* m_stream;
+    bool m_enabled = true;
+    QString m_unavailableReason; // the last one logged
+    std::function<QDateTime()> m_now = [] { return QDateTime::currentDateTimeUtc(); };
+    /// When the user last changed a property, by "l|g" + id + "/" + property.
+    QHash<QString, QDateTime> m_ownChanges;
+    QElapsedTimer m_lastRelist[3];
+    int m_relistDue = 0;
+    /// Fields were left alone for the user's sake: read their lists once the user let go.
+    int m_afterShield = 0;
+    QTimer m_relistTimer;
+    QTimer m_shieldTimer;
+};
