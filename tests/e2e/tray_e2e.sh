@@ -46,7 +46,7 @@ start_simulator() {
     [ -n "$address" ] || fail "the simulator did not start: $(cat "$out")"
 }
 # Its authority, trusted by this run only: the bridge maker's would never sign a test bridge.
-start_simulator signed --tls-port 0 --write-authority "$e2e_work/authority.pem"
+start_simulator signed --tls-port 0 --write-authority "$e2e_work/authority.pem" --verbose
 [ -n "$tls_address" ] || fail "the simulator does not serve HTTPS: $(cat "$e2e_work/simulator-signed.out")"
 say "simulated bridge at https://$tls_address (plain HTTP for the test's own curl at $address)"
 simulator_says() { grep -q -- "$1" "$e2e_work/simulator-signed.out"; }
@@ -233,6 +233,32 @@ atspi --timeout 1 wait label "$hidden_name" >/dev/null 2>&1 && fail "the drop-do
 say "drop-down window ${win_w}x${win_h} at ($win_x,$win_y) lists $shown_name, not the hidden $hidden_name"
 sleep 0.3
 screenshot dropdown
+
+# ---- A change made by another app shows at once: the bridge pushes it ----------------------------------------
+bridge_log="$e2e_work/simulator-signed.out"
+grep -q "GET /eventstream/clip/v2" "$bridge_log" || fail "glowdeck did not open the bridge's event stream"
+lights_read() { grep -cE "GET /api/$key/lights( |\$)" "$bridge_log"; }
+shown_id=$(sed -n 2p <<<"$light_ids")
+checked() { atspi --timeout 2 wait "check box" "$shown_name" | grep -q checked; }
+if checked; then want=false; else want=true; fi
+before=$(lights_read)
+started=$(date +%s%N)
+curl -s --noproxy '*' --max-time 2 -X POST -d "{\"on\":$want}" \
+    "http://$address/__control/external/lights/$shown_id/state" >/dev/null || fail "the control request failed"
+shown=""
+for _ in $(seq 30); do
+    if { [ "$want" = true ] && checked; } || { [ "$want" = false ] && ! checked; }; then
+        shown=$((($(date +%s%N) - started) / 1000000))
+        break
+    fi
+done
+[ -n "$shown" ] || fail "switching $shown_name elsewhere did not show in the open drop-down window"
+say "switched elsewhere, $shown_name showed it after $shown ms (as seen through the accessibility bus)"
+# Nothing was read for it, and the lights are read once a minute at most now, not every 3.5 s.
+sleep 8
+[ $(($(lights_read) - before)) -le 1 ] ||
+    fail "the lights were read $(($(lights_read) - before)) times in 8 s with the event stream open"
+say "with the event stream open, the lights were read $(($(lights_read) - before)) times in 8 s"
 
 # ---- Drag a brightness slider from 10 % to 90 % of the width -----------------------------------------------
 # Prints "id bri" per light that has a brightness.
