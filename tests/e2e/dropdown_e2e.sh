@@ -154,15 +154,16 @@ controls=$(grep -cE "^ *(push button|check box|slider|page tab) '.+' .*showing" 
 [ "$controls" -ge 10 ] || fail "only $controls named controls on screen"
 say "$controls named controls on screen, none without a name"
 
-# The keyboard: Tab through settings and the three tabs to the first switch and slider; End sends full brightness.
+# The keyboard: Tab through settings, the menu and the three tabs to the first switch and slider; End sends full
+# brightness.
 first=$(curl -s --noproxy '*' "http://$address/api/$key/lights" | grep -oE '"[0-9]+": *\{' | head -n1 | tr -dc 0-9)
-for _ in 1 2 3 4 5 6; do xdotool key Tab; done
+for _ in 1 2 3 4 5 6 7; do xdotool key Tab; done
 for _ in $(seq 50); do # the focus reaches the accessibility bus a moment after the keys
     name=$(focused_name)
     [ "$name" = "Living room floor lamp by the big window brightness" ] && break
     sleep 0.1
 done
-[ "$name" = "Living room floor lamp by the big window brightness" ] || fail "six Tabs reach \"$name\", not the first slider"
+[ "$name" = "Living room floor lamp by the big window brightness" ] || fail "seven Tabs reach \"$name\", not the first slider"
 screenshot keyboard-focus
 xdotool key End
 for _ in $(seq 50); do
