@@ -533,8 +533,8 @@ void AppDelegate::onPrefersDarkChanged(bool dark)
 
 void AppDelegate::onWindowResizePlease(qint64 height)
 {
-    // The settings load sends this before the window exists.
-    if (!m_windowController)
+    // The settings load sends this before the window exists; a window of its own keeps the size it was given.
+    if (!m_windowController || m_windowMode)
         return;
     QTimer::singleShot(0, this, [this, height] { m_windowController->positionWindow(height); });
 }

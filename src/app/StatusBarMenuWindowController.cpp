@@ -134,7 +134,7 @@ void StatusBarMenuWindowController::positionWindow(qint64 height)
     qint64 wanted = height;
     if (wanted <= 0) {
         // No stored height: as tall as the content, which a plain widget cannot tell.
-        const QSize hint = m_window->content()->sizeHint();
+        const QSize hint = m_window->content() ? m_window->content()->sizeHint() : QSize();
         const int content = hint.isValid() ? hint.height() : WindowPlacement::fallbackHeight;
         wanted = WindowPlacement::heightFromContent(content, available, minimum);
     }
@@ -161,6 +161,8 @@ void StatusBarMenuWindowController::saveWindowHeight()
 {
     // The stored panel, not the field: before the first opening the field may not have been restored yet.
     const qint64 panel = m_settings.preferences().storedActivePanel().value_or(0);
+    if (!m_window->content())
+        return;
     const int height = m_window->content()->height();
     if (m_window->width() != m_settings.preferences().dropDownWidth() &&
         (m_window->width() != DropDownWindow::contentWidth || m_settings.preferences().dropDownWidth() != 0))

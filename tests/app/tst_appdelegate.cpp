@@ -17,6 +17,7 @@
 #include "simulator/BridgeSimulator.h"
 #include "state/AppSettings.h"
 #include "state/JsonSettingsStore.h"
+#include "state/MainPanels.h"
 #include "state/SettingsKeys.h"
 
 #include <QAction>
@@ -393,6 +394,12 @@ void TestAppDelegate::withoutATrayGlowdeckShowsInAWindowOfItsOwn()
     QVERIFY(m_delegate->settings().preferences().hasExplainedWindowMode());
 
     // The menu opens from the window and leaves it open; a second start brings it back from the task bar.
+    // Another panel keeps the window's size (the drop-down would resize to it).
+    const QSize size = window->size();
+    m_delegate->settings().setActiveMainPanel(MainPanels::rooms);
+    QTest::qWait(50);
+    QCOMPARE(window->size(), size);
+
     Q_EMIT content->menuRequested(window->geometry().topLeft());
     QTRY_VERIFY(m_delegate->contextMenu().isVisible());
     m_delegate->contextMenu().close();
