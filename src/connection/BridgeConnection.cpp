@@ -18,19 +18,10 @@ BridgeConnection::BridgeConnection(AppSettings& settings, QNetworkAccessManager&
 {
     // Pairing that succeeds comes back here, now with a key.
     connect(&m_pairing, &BridgePairing::paired, this, &BridgeConnection::connectToBridge);
-    connect(m_live, &LiveUpdates::readRequested, this, [this](int lists) {
-        if (lists & LiveUpdates::lights)
-            refreshLights();
-        if (lists & LiveUpdates::groups)
-            refreshGroups();
-        if (lists & LiveUpdates::scenes)
-            refreshScenes();
-    });
+    connect(m_live, &LiveUpdates::readRequested, this, &BridgeConnection::readAfresh);
     // Changes made while no stream was open are not told: read what is there now.
-    connect(m_live, &LiveUpdates::streamOpened, this, [this] {
-        refreshLights();
-        refreshGroups();
-    });
+    connect(m_live, &LiveUpdates::streamOpened, this,
+            [this] { readAfresh(LiveUpdates::lights | LiveUpdates::groups); });
     connect(&m_settings, &AppSettings::liveUpdatesChanged, this, [this] {
         if (m_refresher)
             m_refresher->setInterval(currentRefreshInterval());
@@ -139,6 +130,23 @@ void BridgeConnection::ListRead::forget()
     if (reply && reply->isRunning())
         reply->abort();
     answered = started;
+    again = false;
+}
+
+void BridgeConnection::readAfresh(int lists)
+{
+    const auto read = [](ListRead& list, auto start) {
+        if (list.pending())
+            list.again = true;
+        else
+            start();
+    };
+    if (lists & LiveUpdates::lights)
+        read(m_lightsRead, [this] { refreshLights(); });
+    if (lists & LiveUpdates::groups)
+        read(m_groupsRead, [this] { refreshGroups(); });
+    if (lists & LiveUpdates::scenes)
+        read(m_scenesRead, [this] { refreshScenes(); });
 }
 
 bool BridgeConnection::ListRead::take(quint64 serial)
@@ -159,35 +167,45 @@ void BridgeConnection::refreshLights()
         HueCommunicationLights{m_settings.bridgeEndpoint(), m_settings.hueKey(), m_lightsMemo,
                                m_settings.bridgeIdentity()}
             .fetch(m_network, [self = QPointer(this), serial, order](const LightsResult& result) {
-                if (self && self->m_lightsRead.take(serial))
-                    self->onLights(result, order);
+                if (!self || !self->m_lightsRead.take(serial))
+                    return;
+                self->onLights(result, order);
+                if (std::exchange(self->m_lightsRead.again, false) && !self->m_lightsRead.pending())
+                    self->refreshLights();
             });
 }
 
 void BridgeConnection::refreshGroups()
 {
     const quint64 serial = m_groupsRead.next(++m_readsStarted);
-    m_groupsRead.reply = HueCommunicationGroups{m_settings.bridgeEndpoint(), m_settings.hueKey(),
-                                                m_groupsMemo, m_settings.bridgeIdentity()}
-                             .fetch(m_network, [self = QPointer(this), serial](const GroupsResult& result) {
-                                 if (!self || !self->m_groupsRead.take(serial))
-                                     return;
-                                 // A failed room read is silent: the rooms shown stay until a read succeeds.
-                                 if (result.ok())
-                                     self->m_settings.setGroups(result.records);
-                                 Q_EMIT self->groupsRefreshed(result);
-                             });
+    m_groupsRead.reply =
+        HueCommunicationGroups{m_settings.bridgeEndpoint(), m_settings.hueKey(), m_groupsMemo,
+                               m_settings.bridgeIdentity()}
+            .fetch(m_network, [self = QPointer(this), serial](const GroupsResult& result) {
+                if (!self || !self->m_groupsRead.take(serial))
+                    return;
+                // A failed room read is silent: the rooms shown stay until a read succeeds.
+                if (result.ok())
+                    self->m_settings.setGroups(result.records);
+                Q_EMIT self->groupsRefreshed(result);
+                if (std::exchange(self->m_groupsRead.again, false) && !self->m_groupsRead.pending())
+                    self->refreshGroups();
+            });
 }
 
 void BridgeConnection::refreshScenes()
 {
     const quint64 serial = m_scenesRead.next(++m_readsStarted);
-    m_scenesRead.reply = HueCommunicationScenes{m_settings.bridgeEndpoint(), m_settings.hueKey(),
-                                                m_scenesMemo, m_settings.bridgeIdentity()}
-                             .fetch(m_network, [self = QPointer(this), serial](const ScenesResult& result) {
-                                 if (self && self->m_scenesRead.take(serial))
-                                     self->onScenes(result);
-                             });
+    m_scenesRead.reply =
+        HueCommunicationScenes{m_settings.bridgeEndpoint(), m_settings.hueKey(), m_scenesMemo,
+                               m_settings.bridgeIdentity()}
+            .fetch(m_network, [self = QPointer(this), serial](const ScenesResult& result) {
+                if (!self || !self->m_scenesRead.take(serial))
+                    return;
+                self->onScenes(result);
+                if (std::exchange(self->m_scenesRead.again, false) && !self->m_scenesRead.pending())
+                    self->refreshScenes();
+            });
 }
 
 void BridgeConnection::onLights(const LightsResult& result, quint64 order)

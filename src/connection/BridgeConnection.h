@@ -92,6 +92,8 @@ private:
         quint64 started = 0;   ///< reads started so far
         quint64 answered = 0;  ///< the newest read whose answer was taken
         quint64 startedAt = 0; ///< when the newest read started, counted in reads of all lists
+        /// The list changed after the read under way was sent: read it again once that one answers.
+        bool again = false;
 
         /// Aborts the read under way (it answers as a failed connection) and numbers the next one, which is
         /// read number `order` of all lists.
@@ -110,6 +112,9 @@ private:
     void reportUnusableAnswer(const LightsResult& result);
     void onLights(const LightsResult& result, quint64 order);
     void onScenes(const ScenesResult& result);
+    /// Reads the lists named (LiveUpdates::List) without aborting a read under way: one that is under way is
+    /// followed by another once it answered, since the change may have come after the bridge answered it.
+    void readAfresh(int lists);
     /// The bridge at its address proved who it is: read all three lists and listen to its changes.
     void onReached();
     /// The bridge did not answer at its address, or answered as another bridge.

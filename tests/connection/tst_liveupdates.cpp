@@ -9,6 +9,7 @@
 
 #include <QJsonDocument>
 #include <QNetworkReply>
+#include <QSignalSpy>
 #include <QTest>
 
 #include <memory>
@@ -106,8 +107,13 @@ int TestLiveUpdates::lightReads() const
 
 void TestLiveUpdates::changesMadeElsewhereShowWithoutReadingTheLists()
 {
+    QSignalSpy answers(m_connection.get(), &BridgeConnection::lightsRefreshed);
     connectOverHttps();
     QTRY_VERIFY(settings().liveUpdates());
+    // The read after the stream opened waited for the first one instead of cutting it off.
+    QTRY_VERIFY(answers.size() >= 2);
+    for (const QList<QVariant>& read : answers)
+        QVERIFY(read.at(0).value<LightsResult>().ok());
     QCOMPARE(m_connection->currentRefreshInterval(), BridgeConnection::safetyNetInterval);
     QTRY_COMPARE(m_bridge->eventStreamListeners(), 1);
     // The fresh read after the stream opened is done; from here on nothing is read.
