@@ -70,6 +70,11 @@ std::unique_ptr<BridgeNetwork> makeNetwork(const CtlInvocation& invocation)
     return network;
 }
 
+QString seconds(std::chrono::milliseconds duration)
+{
+    return QString::number(duration.count() / 1000.0);
+}
+
 QString counted(qsizetype count, const QString& noun)
 {
     return QString::number(count) + u' ' + noun + (count == 1 ? QString() : QStringLiteral("s"));
