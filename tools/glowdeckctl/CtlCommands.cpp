@@ -232,8 +232,9 @@ void CtlCommands::fetchRecords()
     case CtlCommand::discover:
     case CtlCommand::pair:
     case CtlCommand::status:
+    case CtlCommand::watch:
     case CtlCommand::hotkeys:
-        break; // CtlConnectionCommands and CtlHotkeys run these
+        break; // CtlConnectionCommands, CtlWatch and CtlHotkeys run these
     }
     printError(QStringLiteral("This command is not run here."));
     finish(exitFailed);
