@@ -46,6 +46,7 @@ _glowdeckctl()
     case $command in
     lights | rooms | scenes) options+=" --json --with-key --bridge --key" ;;
     light | room | scene | status) options+=" --bridge --key" ;;
+    watch) options+=" --json --bridge --key" ;;
     all-off) options+=" --in --bridge --key" ;;
     discover) options+=" --discovery-url --pick --json" ;;
     pair) options+=" --wait --bridge" ;;
@@ -59,7 +60,7 @@ _glowdeckctl()
 
     local words=""
     case $command in
-    "") words="lights rooms scenes light room scene all-off discover pair status hotkeys" ;;
+    "") words="lights rooms scenes light room scene all-off discover pair status watch hotkeys" ;;
     light) [[ $operands -eq 1 ]] && words="on off brightness hue ct" ;;
     room) [[ $operands -eq 1 ]] && words="on off brightness hue ct brighter darker" ;;
     esac

@@ -9,6 +9,8 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QNetworkAccessManager>
+#include <QNetworkReply>
 #include <QProcess>
 #include <QRegularExpression>
 #include <QSignalSpy>
@@ -73,6 +75,7 @@ private Q_SLOTS:
     void everyWaitIsBounded();
     void aSettingsFileThatCannotBeWrittenFailsTheRun_data();
     void aSettingsFileThatCannotBeWrittenFailsTheRun();
+    void watchPrintsPushedChangesAndStatusSaysWhetherTheyArePushed();
 
 private:
     /// Runs glowdeckctl ("light 2 on"); `nameSimulator` adds --bridge and --key for the simulator.
@@ -80,6 +83,8 @@ private:
     Run run(const QString& commandLine, bool nameSimulator = true);
     /// Starts several runs at once and waits for all of them.
     QList<Run> runAll(const QStringList& commandLines, bool nameSimulator = true);
+    /// What every run gets: the test's own settings file, the loopback discovery service.
+    QProcessEnvironment environment() const;
     QString settingsFile() const { return m_dir->filePath(QStringLiteral("settings.json")); }
     /// Writes the simulator's address as "bridgeIP" and, if `withKey`, its key as "bridgeUser".
     void storeSettings(bool withKey);
@@ -118,12 +123,17 @@ Run TestGlowdeckCtl::run(const QString& commandLine, bool nameSimulator)
     return runAll({commandLine}, nameSimulator).first();
 }
 
-QList<Run> TestGlowdeckCtl::runAll(const QStringList& commandLines, bool nameSimulator)
+QProcessEnvironment TestGlowdeckCtl::environment() const
 {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(QStringLiteral("GLOWDECK_SETTINGS"), settingsFile());
     // Never the public discovery service: always the loopback stand-in.
     environment.insert(QStringLiteral("GLOWDECK_DISCOVERY_URL"), m_discovery->url().toString());
+    return environment;
+}
+
+QList<Run> TestGlowdeckCtl::runAll(const QStringList& commandLines, bool nameSimulator)
+{
     std::vector<std::unique_ptr<QProcess>> processes;
     for (const QString& commandLine : commandLines) {
         QStringList arguments = commandLine.split(u' ', Qt::SkipEmptyParts);
@@ -131,7 +141,7 @@ QList<Run> TestGlowdeckCtl::runAll(const QStringList& commandLines, bool nameSim
         if (nameSimulator)
             arguments << QStringLiteral("--bridge") << sim() << QStringLiteral("--key") << m_key;
         auto& process = processes.emplace_back(std::make_unique<QProcess>());
-        process->setProcessEnvironment(environment);
+        process->setProcessEnvironment(environment());
         process->start(QStringLiteral(GLOWDECKCTL_PATH), arguments);
     }
     // The simulator answers on this thread: wait with the event loop running, never with waitForFinished.
@@ -507,6 +517,70 @@ void TestGlowdeckCtl::aSettingsFileThatCannotBeWrittenFailsTheRun()
              qPrintable(result.err));
     QVERIFY(QFileInfo(settingsFile()).isDir());
     QCOMPARE(QFile::permissions(settingsFile()), before);
+}
+
+void TestGlowdeckCtl::watchPrintsPushedChangesAndStatusSaysWhetherTheyArePushed()
+{
+    // The bridge pushes its changes over HTTPS only, with a certificate from an authority this test trusts.
+    QVERIFY(m_sim->listenTls());
+    const QString authority = m_dir->filePath(QStringLiteral("authority.pem"));
+    QVERIFY(m_sim->writeAuthority(authority));
+    const QString overHttps =
+        QStringLiteral(" --bridge %1 --key %2 --trust-root %3").arg(m_sim->httpsAddress(), m_key, authority);
+
+    const QString overHttp = QStringLiteral(" --bridge {sim} --key ") + m_key;
+    const QList<Run> first = runAll({QStringLiteral("status") + overHttps,
+                                     QStringLiteral("status") + overHttp, QStringLiteral("watch") + overHttp},
+                                    false);
+    QCOMPARE(first[0].exitCode, 0);
+    QVERIFY2(first[0].out.contains(QRegularExpression(
+                 QStringLiteral("\nBridge: +answers \\(3 lights\\)\nUpdates: +live updates \\(the bridge "
+                                "pushes its changes\\)\n$"))),
+             qPrintable(first[0].out));
+    QVERIFY2(first[1].out.contains(QRegularExpression(
+                 QStringLiteral("\nUpdates: +reading every 3.5 s \\(no event stream over plain "
+                                "HTTP\\)\n$"))),
+             qPrintable(first[1].out));
+    QCOMPARE(first[2].exitCode, 1);
+    QVERIFY2(
+        first[2].err.contains(QStringLiteral("is reached over plain HTTP, and its event stream needs HTTPS")),
+        qPrintable(first[2].err));
+
+    // Another app switches a lamp off: the line comes while watch still runs, so it was not left in a buffer.
+    QProcess watch;
+    watch.setProcessEnvironment(environment());
+    watch.start(QStringLiteral(GLOWDECKCTL_PATH),
+                (QStringLiteral("watch --json") + overHttps).split(u' ', Qt::SkipEmptyParts));
+    QTRY_COMPARE_WITH_TIMEOUT(m_sim->eventStreamListeners(), 1, 20000);
+    QNetworkAccessManager network;
+    QNetworkRequest request(
+        QUrl(m_sim->httpAddress() + QStringLiteral("/__control/external/lights/1/state")));
+    request.setHeader(QNetworkRequest::ContentTypeHeader, QByteArrayLiteral("application/json"));
+    const std::unique_ptr<QNetworkReply> change(network.post(request, QByteArrayLiteral(R"({"on":false})")));
+    QTRY_VERIFY_WITH_TIMEOUT(change->isFinished(), 20000);
+    QCOMPARE(change->error(), QNetworkReply::NoError);
+    QTRY_VERIFY_WITH_TIMEOUT(watch.canReadLine(), 20000);
+    QCOMPARE(watch.readLine(), QByteArrayLiteral(R"({"type":"light","id":"1","name":"Porch","on":false})"
+                                                 "\n"));
+    QCOMPARE(watch.state(), QProcess::Running);
+    watch.terminate();
+    QTRY_COMPARE_WITH_TIMEOUT(watch.state(), QProcess::NotRunning, 20000);
+    QCOMPARE(watch.exitStatus(), QProcess::NormalExit);
+    QCOMPARE(watch.exitCode(), 0);
+
+    // A bridge with older firmware has no stream: status says the lamps are read, and why; watch ends.
+    m_sim->setEventStreamMode(BridgeSimulator::EventStreamMode::Off);
+    const QList<Run> without =
+        runAll({QStringLiteral("status") + overHttps, QStringLiteral("watch") + overHttps}, false);
+    QVERIFY2(without[0].out.contains(
+                 QStringLiteral("reading every 3.5 s (the bridge has no event stream (HTTP 404))")),
+             qPrintable(without[0].out));
+    QCOMPARE(without[1].exitCode, 1);
+    QVERIFY2(
+        without[1].err.contains(QStringLiteral("the bridge offers no event stream (the bridge has no event "
+                                               "stream (HTTP 404)); glowdeckctl lists show its state")),
+        qPrintable(without[1].err));
+    QVERIFY(without[1].out.isEmpty());
 }
 
 QTEST_GUILESS_MAIN(TestGlowdeckCtl)

@@ -185,8 +185,8 @@ QString sceneOperands(const QStringList& operands, CtlInvocation& invocation)
 constexpr CommandForm commandForms[] = {
     {"lights", CtlCommand::lights, "", "List the lamps: id, name, on/off, brightness, kind, product",
      noOperands, jsonOption | bridgeAndKey},
-    {"rooms", CtlCommand::rooms, "", "List the rooms and zones: id, name, type, on/off, brightness, lamp ids", noOperands,
-     jsonOption | bridgeAndKey},
+    {"rooms", CtlCommand::rooms, "", "List the rooms and zones: id, name, type, on/off, brightness, lamp ids",
+     noOperands, jsonOption | bridgeAndKey},
     {"scenes", CtlCommand::scenes, "", "List the scenes: id, name, room, type, number of lamps", noOperands,
      jsonOption | bridgeAndKey},
     {"light", CtlCommand::light, "ID CHANGE", "Change one lamp (see CHANGE below)", lightOperands,
@@ -202,6 +202,9 @@ constexpr CommandForm commandForms[] = {
      "Get a key from the bridge (press its link button) and store it", noOperands, waitOption | bridgeOption},
     {"status", CtlCommand::status, "", "Show the stored bridge and whether it answers", noOperands,
      bridgeAndKey},
+    {"watch", CtlCommand::watch, "",
+     "Print each change of a lamp or room as the bridge pushes it, until Ctrl+C (--json too)", noOperands,
+     jsonOption | bridgeAndKey},
     {"hotkeys", CtlCommand::hotkeys, "",
      "List the global shortcuts, their keys and what each does (--json too)", noOperands, jsonOption},
 };
@@ -349,6 +352,9 @@ CtlArguments CtlArguments::parse(const QStringList& arguments)
     if (invocation.withKey && invocation.command == CtlCommand::discover)
         return refused(
             QStringLiteral("--with-key goes with lights, rooms and scenes only: discover sends no key."));
+    if (invocation.withKey && invocation.command == CtlCommand::watch)
+        return refused(
+            QStringLiteral("--with-key goes with lights, rooms and scenes only: watch prints no key."));
     if (parser.isSet(pick)) {
         invocation.pick = parser.value(pick).toUpper();
         if (!BridgeIdentity::isBridgeId(invocation.pick))
@@ -439,7 +445,7 @@ QString CtlArguments::usage()
          QStringLiteral("also trust this authority (PEM) for the bridge's certificate (a test bridge)"));
     line(QStringLiteral("--json"),
          QStringLiteral("lights, rooms, scenes, discover: print the records as one JSON array, with"));
-    line(QString(), QStringLiteral("\"hue_key\" empty"));
+    line(QString(), QStringLiteral("\"hue_key\" empty; watch: each change as one JSON object a line"));
     line(QStringLiteral("--with-key"),
          QStringLiteral("with --json: fill in \"hue_key\" (the key lets anyone who reads "
                         "it"));
@@ -457,16 +463,18 @@ QString CtlArguments::usage()
          QStringLiteral("discover: store the bridge with this id when several answer"));
     line(QStringLiteral("-h, --help"), QStringLiteral("show this help"));
     line(QStringLiteral("-v, --version"), QStringLiteral("show the version"));
-    text += QStringLiteral("\nThe bridge's address and key are kept in the settings file: 'discover' stores "
-                           "the address, 'pair'\n"
-                           "the key, and the other commands use them.\n"
-                           "A change is done once the bridge has answered it; every wait is bounded (a list "
-                           "10 s, a change 5 s,\n"
-                           "pairing and discovery 15 s).\n"
-                           "\nExit status: 0 done; 1 no bridge was found, or it could not be reached, paired "
-                           "with or used, it\n"
-                           "refused or did not answer a change, it has no such lamp, room or scene, or the "
-                           "settings file could\n"
-                           "not be written; 2 bad command line (nothing is sent).\n");
+    text +=
+        QStringLiteral("\nThe bridge's address and key are kept in the settings file: 'discover' stores "
+                       "the address, 'pair'\n"
+                       "the key, and the other commands use them.\n"
+                       "A change is done once the bridge has answered it; every wait is bounded (a list "
+                       "10 s, a change 5 s,\n"
+                       "pairing and discovery 15 s). watch runs until Ctrl+C (or SIGTERM), then exits 0.\n"
+                       "\nExit status: 0 done; 1 no bridge was found, or it could not be reached, paired "
+                       "with or used, it\n"
+                       "refused or did not answer a change, it has no such lamp, room or scene (or no "
+                       "event stream to\n"
+                       "watch), or the settings file could not be written; 2 bad command line (nothing is "
+                       "sent).\n");
     return text;
 }

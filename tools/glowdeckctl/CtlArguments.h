@@ -10,7 +10,7 @@ enum CtlExitStatus : int
 {
     exitDone = 0,
     exitFailed = 1, ///< no bridge found, paired with or used; a change refused or unanswered; no such lamp,
-                    ///< room or scene; the settings file not written
+                    ///< room or scene; no event stream to watch; the settings file not written
     exitUsage = 2,  ///< the command line was refused; nothing was sent
 };
 
@@ -27,6 +27,7 @@ enum class CtlCommand
     discover,
     pair,
     status,
+    watch,
     hotkeys
 };
 

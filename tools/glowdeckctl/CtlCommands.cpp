@@ -8,20 +8,16 @@
 #include "bridge/CodedRecords.h"
 #include "bridge/HueHelper.h"
 #include "bridge/JsonWriter.h"
-#include "connection/BridgeProbe.h"
 #include "model/SceneRooms.h"
 #include "state/AppSettings.h"
-#include "state/JsonSettingsStore.h"
-#include "state/MemorySettingsStore.h"
-#include "state/Preferences.h"
 
-#include <QFileInfo>
 #include <QNetworkAccessManager>
 
 #include <algorithm>
 
 using Ctl::printable;
 using Ctl::printError;
+using Ctl::seconds;
 using Ctl::write;
 
 namespace {
@@ -140,11 +136,6 @@ QString request(const ActionQueueItem& item)
            printable(bridgeResourcePath(item.url));
 }
 
-QString seconds(std::chrono::milliseconds duration)
-{
-    return QString::number(duration.count() / 1000.0);
-}
-
 /// One sentence about a change that did not go through.
 QString describeFailure(const QString& bridge, const ActionQueueItem& item, const WriteOutcome& outcome)
 {
@@ -198,76 +189,14 @@ void CtlCommands::start()
     m_watchdog.start();
     if (!m_network || !openSettings())
         return finish(exitFailed);
-    // The bridge proves who it is before its key is sent: the one stored, or for an address given with
-    // --bridge, any bridge whose certificate its maker signed.
-    const std::optional<BridgeAddress> address = BridgeAddress::parse(m_settings->hueIP());
-    if (!address) {
-        printError(QStringLiteral("The bridge address %1 is not HOST[:PORT] or https://HOST[:PORT].")
-                       .arg(printable(m_settings->hueIP())));
-        return finish(exitFailed);
-    }
-    if (!needsProbe(*address, m_knowledge.transport, m_knowledge.identity.bridgeId)) {
-        const QString transport = address->scheme.isEmpty() ? m_knowledge.transport : address->scheme;
-        m_settings->setBridgeContact(transport, m_knowledge.identity.bridgeId,
-                                     m_knowledge.identity.pinnedKey);
-        return fetchRecords();
-    }
-    probeBridge(*m_network, *address, m_knowledge, this, [this](const ProbeResult& result) {
-        if (!result.contact) {
-            printError(printable(result.problem));
-            return finish(exitFailed);
-        }
-        m_settings->setHueIP(addressAfter(m_settings->hueIP(), *result.contact));
-        m_settings->setBridgeContact(result.contact->transport, result.contact->bridgeId,
-                                     result.contact->pinnedKey);
-        fetchRecords();
-    });
+    m_bridge.reach(*m_network, this, [this](bool reached) { reached ? fetchRecords() : finish(exitFailed); });
 }
 
 bool CtlCommands::openSettings()
 {
-    const QString file = Ctl::settingsFileName(m_invocation);
-
-    QString address = m_invocation.bridge;
-    QString key = m_invocation.key;
-    // Anything in the way (a folder too) is opened, so that the store says what is wrong with it.
-    const bool fileExists = QFileInfo::exists(file);
-    if (fileExists) {
-        auto store = std::make_unique<JsonSettingsStore>(file);
-        const Preferences preferences(*store);
-        const QString storedAddress = preferences.bridgeAddress();
-        if (address.isEmpty())
-            address = storedAddress;
-        if (key.isEmpty())
-            key = preferences.bridgeKey();
-        // What was learnt about the stored bridge holds for it, and for nothing else.
-        if (address == storedAddress) {
-            AppSettings stored(*store);
-            stored.load();
-            m_knowledge = {stored.bridgeTransport(), stored.bridgeIdentity(), false};
-        }
-        m_store = std::move(store);
-    } else {
-        m_store = std::make_unique<MemorySettingsStore>();
-    }
-
-    if (address.isEmpty() || key.isEmpty()) {
-        const QString missing = address.isEmpty() && key.isEmpty()
-                                    ? QStringLiteral("No bridge address and key")
-                                : address.isEmpty() ? QStringLiteral("No bridge address")
-                                                    : QStringLiteral("No bridge key");
-        const QString where = fileExists ? QStringLiteral("stored in %1").arg(file)
-                                         : QStringLiteral("known: there is no settings file %1").arg(file);
-        printError(QStringLiteral(
-                       "%1 %2.\nRun 'glowdeckctl discover' and 'glowdeckctl pair' first, or pass --bridge "
-                       "HOST[:PORT] and --key KEY.")
-                       .arg(missing, where));
+    if (!m_bridge.open(m_invocation))
         return false;
-    }
-
-    m_settings = std::make_unique<AppSettings>(*m_store);
-    m_settings->setHueIP(address);
-    m_settings->setHueKey(key);
+    m_settings = &m_bridge.settings();
     m_queue = std::make_unique<ActionQueue>(*m_settings, *m_network);
     m_queue->setLogRefusals(false); // every failed change gets its own line on standard error
     m_helper = std::make_unique<HueHelper>(*m_settings, *m_queue);
@@ -303,8 +232,9 @@ void CtlCommands::fetchRecords()
     case CtlCommand::discover:
     case CtlCommand::pair:
     case CtlCommand::status:
+    case CtlCommand::watch:
     case CtlCommand::hotkeys:
-        break; // CtlConnectionCommands and CtlHotkeys run these
+        break; // CtlConnectionCommands, CtlWatch and CtlHotkeys run these
     }
     printError(QStringLiteral("This command is not run here."));
     finish(exitFailed);
@@ -313,34 +243,8 @@ void CtlCommands::fetchRecords()
 template <typename Result>
 void CtlCommands::failFetch(const Result& result)
 {
-    using Error = typename decltype(Result::error)::value_type;
-    const QString bridge = m_settings->hueIP();
-    // The fetch has printed the list's own message for an answer it could not use, but nothing for a
-    // connection that failed.
-    if (result.timedOut) {
-        printError(
-            QStringLiteral("The Hue bridge at %1 did not send the list in time (%2 s without data, or %3 s "
-                           "in all).")
-                .arg(bridge, seconds(fetchTimeout), seconds(fetchDeadline)));
-    } else if (result.error == Error::connectionFailed) {
-        printError(
-            QStringLiteral("Unable to connect to the Hue bridge at %1.").arg(bridge) +
-            (result.connectionError.isEmpty() ? QString() : u' ' + printable(result.connectionError) + u'.'));
-    } else if (!result.bridgeErrors.isEmpty()) {
-        const QString errors = result.bridgeErrors.join(QStringLiteral("; "));
-        // "unauthorized user" is what a bridge says to a key it does not know.
-        const QString hint = errors.contains(QStringLiteral("unauthorized"))
-                                 ? QStringLiteral(" Check --key, or pair Glowdeck with the bridge again.")
-                                 : QString();
-        printError(
-            QStringLiteral("The bridge at %1 refused to send the list: %2.").arg(bridge, printable(errors)) +
-            hint);
-    } else if (result.error == Error::invalidData) {
-        const bool httpError = result.httpStatus != 0 && (result.httpStatus < 200 || result.httpStatus > 299);
-        printError(
-            QStringLiteral("The bridge at %1 did not send a list that can be used").arg(bridge) +
-            (httpError ? QStringLiteral(" (HTTP status %1).").arg(result.httpStatus) : QStringLiteral(".")));
-    }
+    if (const QString failure = Ctl::failedRead(m_settings->hueIP(), result); !failure.isEmpty())
+        printError(failure);
     finish(exitFailed);
 }
 

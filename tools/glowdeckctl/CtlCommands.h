@@ -1,9 +1,9 @@
 #pragma once
 
 #include "CtlArguments.h"
+#include "CtlBridge.h"
 
 #include "bridge/ResourceFetch.h"
-#include "connection/BridgeProbe.h"
 
 #include <QObject>
 #include <QTimer>
@@ -17,7 +17,6 @@ struct ActionQueueItem;
 struct WriteOutcome;
 class HueHelper;
 class BridgeNetwork;
-class SettingsStore;
 
 /// Runs one checked list or change command against the bridge: reads the list it needs afresh, then prints it
 /// or sends the change through the same HueHelper and ActionQueue as the tray menu, waits for the bridge's
@@ -65,12 +64,10 @@ private:
 
     CtlInvocation m_invocation;
     std::unique_ptr<BridgeNetwork> m_network;
-    std::unique_ptr<SettingsStore> m_store;
-    std::unique_ptr<AppSettings> m_settings;
+    CtlBridge m_bridge;
+    AppSettings* m_settings = nullptr; // the bridge's, once it is open
     std::unique_ptr<ActionQueue> m_queue;
     std::unique_ptr<HueHelper> m_helper;
-    /// What the settings file says about the bridge being addressed, when it is the stored one.
-    ProbeKnowledge m_knowledge;
     QTimer m_watchdog;
     QStringList m_failures; ///< one line per distinct failed change
     bool m_finished = false;

@@ -70,6 +70,21 @@ std::unique_ptr<BridgeNetwork> makeNetwork(const CtlInvocation& invocation)
     return network;
 }
 
+QString clause(const QString& sentence)
+{
+    QString text = sentence.trimmed();
+    if (text.endsWith(u'.'))
+        text.chop(1);
+    if (text.size() > 1 && text.at(0).isUpper() && text.at(1).isLower())
+        text[0] = text.at(0).toLower();
+    return text;
+}
+
+QString seconds(std::chrono::milliseconds duration)
+{
+    return QString::number(duration.count() / 1000.0);
+}
+
 QString counted(qsizetype count, const QString& noun)
 {
     return QString::number(count) + u' ' + noun + (count == 1 ? QString() : QStringLiteral("s"));

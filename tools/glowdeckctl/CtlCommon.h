@@ -4,6 +4,7 @@
 
 #include <QString>
 
+#include <chrono>
 #include <cstdio>
 #include <memory>
 
@@ -24,6 +25,11 @@ QString settingsFileName(const CtlInvocation& invocation);
 /// The network access of one run, trusting GLOWDECK_BRIDGE_TRUST_ROOTS and --trust-root beside the bridge
 /// maker's authorities (each said on standard error); null, with the reason printed, when one cannot be read.
 std::unique_ptr<BridgeNetwork> makeNetwork(const CtlInvocation& invocation);
+/// `sentence` (a library's message) as a part of another: without its final full stop, and its first word in
+/// lower case unless it is an abbreviation such as "HTTP".
+QString clause(const QString& sentence);
+/// "2.5" for 2500 ms.
+QString seconds(std::chrono::milliseconds duration);
 /// "1 light", "3 lights".
 QString counted(qsizetype count, const QString& noun);
 

@@ -6,6 +6,7 @@
 #include "bridge/HttpExchange.h"
 #include "connection/BridgeConnection.h"
 #include "connection/BridgeDiscovery.h"
+#include "connection/BridgeEventStream.h"
 #include "connection/BridgePairing.h"
 #include "connection/BridgeProbe.h"
 #include "connection/ShellRunner.h"
@@ -55,6 +56,7 @@ CtlConnectionCommands::CtlConnectionCommands(CtlInvocation invocation, QObject* 
 CtlConnectionCommands::~CtlConnectionCommands()
 {
     // Replies still out go first, so none can call back into a half-destroyed run.
+    m_stream.reset();
     m_network.reset();
 }
 
@@ -337,16 +339,18 @@ void CtlConnectionCommands::onStatusProbe(const ProbeResult& result, const QStri
     }
     HueCommunicationLights{
         .bridgeIP = contact.endpoint, .apiKey = key, .identity = {contact.bridgeId, contact.pinnedKey}}
-        .fetch(*m_network, [this](const LightsResult& result) { onStatusLights(result); });
+        .fetch(*m_network,
+               [this, contact, key](const LightsResult& result) { onStatusLights(result, contact, key); });
 }
 
-void CtlConnectionCommands::onStatusLights(const LightsResult& result)
+void CtlConnectionCommands::onStatusLights(const LightsResult& result, const BridgeContact& contact,
+                                           const QString& key)
 {
     if (result.ok() || result.error == BridgeError::noDevices) {
         printField(
             QStringLiteral("Bridge"),
             QStringLiteral("answers (%1)").arg(Ctl::counted(result.records.size(), QStringLiteral("light"))));
-        return finish(exitDone);
+        return reportUpdates(contact, key);
     }
     QString state = QStringLiteral("answers, but sent no lamps for this key; run glowdeckctl pair");
     if (result.timedOut)
@@ -358,6 +362,41 @@ void CtlConnectionCommands::onStatusLights(const LightsResult& result)
         state = QStringLiteral("answers, but its lamps cannot be read");
     printField(QStringLiteral("Bridge"), state);
     finish(exitFailed);
+}
+
+void CtlConnectionCommands::reportUpdates(const BridgeContact& contact, const QString& key)
+{
+    // The tray application's choice, said the same way: pushed changes while the stream is up, else reading.
+    if (contact.transport != BridgeAddress::https)
+        return onUpdates(QStringLiteral("no event stream over plain HTTP"));
+    m_stream = std::make_unique<BridgeEventStream>(*m_network);
+    connect(m_stream.get(), &BridgeEventStream::connected, this, [this] { onUpdates({}); });
+    connect(m_stream.get(), &BridgeEventStream::disconnected, this,
+            [this](const QString& reason) { onUpdates(Ctl::clause(printable(reason))); });
+    connect(m_stream.get(), &BridgeEventStream::unavailable, this,
+            [this](const QString& reason) { onUpdates(Ctl::clause(printable(reason))); });
+    m_streamWait.setSingleShot(true);
+    connect(&m_streamWait, &QTimer::timeout, this, [this] {
+        onUpdates(QStringLiteral("the event stream did not answer within %1 s")
+                      .arg(QString::number(streamPatience.count())));
+    });
+    m_streamWait.start(streamPatience);
+    m_stream->start(contact.endpoint, key, {contact.bridgeId, contact.pinnedKey});
+}
+
+void CtlConnectionCommands::onUpdates(const QString& reasonToRead)
+{
+    if (m_finished)
+        return;
+    m_streamWait.stop();
+    if (m_stream)
+        m_stream->stop();
+    printField(QStringLiteral("Updates"),
+               reasonToRead.isEmpty()
+                   ? QStringLiteral("live updates (the bridge pushes its changes)")
+                   : QStringLiteral("reading every %1 s (%2)")
+                         .arg(Ctl::seconds(BridgeConnection::refreshInterval), reasonToRead));
+    finish(exitDone);
 }
 
 void CtlConnectionCommands::finish(int exitStatus)

@@ -9,12 +9,14 @@
 
 #include <QDeadlineTimer>
 #include <QObject>
+#include <QTimer>
 
 #include <memory>
 #include <optional>
 
 class AppSettings;
 class BridgeConnection;
+class BridgeEventStream;
 class BridgeDiscovery;
 class BridgePairing;
 class BridgeNetwork;
@@ -23,13 +25,17 @@ class ShellRunner;
 
 /// Runs the commands that set up the link to the bridge, through the same connection code as the tray menu:
 /// `discover` finds the bridge and stores its address, `pair` gets a key and stores it once the bridge has
-/// answered with it, and `status` tells what is stored and whether the bridge answers.
+/// answered with it, and `status` tells what is stored, whether the bridge answers and whether it pushes its
+/// changes.
 class CtlConnectionCommands final : public QObject
 {
     Q_OBJECT
     Q_DISABLE_COPY_MOVE(CtlConnectionCommands)
 
 public:
+    /// How long `status` waits for the bridge to answer its event stream.
+    static constexpr std::chrono::seconds streamPatience{5};
+
     /// Whether `command` is one of those run here.
     static bool handles(CtlCommand command);
 
@@ -61,7 +67,11 @@ private:
     void onListRefreshed();
 
     void status();
-    void onStatusLights(const LightsResult& result);
+    void onStatusLights(const LightsResult& result, const BridgeContact& contact, const QString& key);
+    /// Says whether the bridge pushes its changes: it is asked for its event stream, at most
+    /// `streamPatience`.
+    void reportUpdates(const BridgeContact& contact, const QString& key);
+    void onUpdates(const QString& reasonToRead);
 
     void finish(int exitStatus);
 
@@ -82,6 +92,8 @@ private:
     std::unique_ptr<BridgePairing> m_pairing;
     std::unique_ptr<AppSettings> m_settings;
     std::unique_ptr<BridgeConnection> m_connection;
+    std::unique_ptr<BridgeEventStream> m_stream;
+    QTimer m_streamWait;
     QDeadlineTimer m_waitUntil;
     bool m_toldToPress = false;
     int m_listsPending = 0;

@@ -3,6 +3,7 @@
 #include "CtlCommon.h"
 #include "CtlConnectionCommands.h"
 #include "CtlHotkeys.h"
+#include "CtlWatch.h"
 
 #include <QCoreApplication>
 
@@ -46,6 +47,8 @@ int main(int argc, char* argv[])
     const CtlInvocation& invocation = arguments.invocation();
     if (invocation.command == CtlCommand::hotkeys)
         return CtlHotkeys::run(invocation);
+    if (invocation.command == CtlCommand::watch)
+        return run<CtlWatch>(app, invocation);
     if (CtlConnectionCommands::handles(invocation.command))
         return run<CtlConnectionCommands>(app, invocation);
     return run<CtlCommands>(app, invocation);

@@ -1,0 +1,83 @@
+#pragma once
+
+#include "CtlArguments.h"
+#include "CtlCommon.h"
+
+#include "bridge/ResourceFetch.h"
+#include "connection/BridgeProbe.h"
+
+#include <QString>
+
+#include <functional>
+#include <memory>
+
+class AppSettings;
+class QNetworkAccessManager;
+class QObject;
+class SettingsStore;
+
+/// The bridge one run of glowdeckctl talks to: the address and key of --bridge and --key, else those of the
+/// settings file, and what the file knows about that bridge. As with the tray application's connection, the
+/// key goes to the bridge only once it has proved who it is.
+class CtlBridge final
+{
+    Q_DISABLE_COPY_MOVE(CtlBridge)
+
+public:
+    CtlBridge();
+    ~CtlBridge();
+
+    /// Reads the address and key; false, with the reason printed, when either is missing.
+    bool open(const CtlInvocation& invocation);
+    /// Makes sure of the bridge's identity and how to reach it: at once for a bridge known by its id and
+    /// transport, else by asking it (no key is sent). `done` gets whether requests with the key may go to it;
+    /// when not, the reason is printed. Nothing is called once `context` is gone.
+    void reach(QNetworkAccessManager& network, QObject* context, std::function<void(bool reached)> done);
+
+    /// The address, key and contact to send requests with; only after open() succeeded.
+    AppSettings& settings() const { return *m_settings; }
+
+private:
+    std::unique_ptr<SettingsStore> m_store;
+    std::unique_ptr<AppSettings> m_settings;
+    /// What the settings file says about the bridge being addressed, when it is the stored one.
+    ProbeKnowledge m_knowledge;
+};
+
+namespace Ctl {
+
+/// One sentence about a failed list read of the bridge at `bridge`, or nothing when the read has printed its
+/// own message (an answer it could not use).
+template <typename Result>
+QString failedRead(const QString& bridge, const Result& result)
+{
+    using Error = typename decltype(Result::error)::value_type;
+    if (result.timedOut)
+        return QStringLiteral(
+                   "The Hue bridge at %1 did not send the list in time (%2 s without data, or %3 s "
+                   "in all).")
+            .arg(bridge, seconds(fetchTimeout), seconds(fetchDeadline));
+    if (result.error == Error::connectionFailed)
+        return QStringLiteral("Unable to connect to the Hue bridge at %1.").arg(bridge) +
+               (result.connectionError.isEmpty() ? QString()
+                                                 : u' ' + printable(result.connectionError) + u'.');
+    if (!result.bridgeErrors.isEmpty()) {
+        const QString errors = result.bridgeErrors.join(QStringLiteral("; "));
+        // "unauthorized user" is what a bridge says to a key it does not know.
+        const QString hint = errors.contains(QStringLiteral("unauthorized"))
+                                 ? QStringLiteral(" Check --key, or pair Glowdeck with the bridge again.")
+                                 : QString();
+        return QStringLiteral("The bridge at %1 refused to send the list: %2.")
+                   .arg(bridge, printable(errors)) +
+               hint;
+    }
+    if (result.error == Error::invalidData) {
+        const bool httpError = result.httpStatus != 0 && (result.httpStatus < 200 || result.httpStatus > 299);
+        return QStringLiteral("The bridge at %1 did not send a list that can be used").arg(bridge) +
+               (httpError ? QStringLiteral(" (HTTP status %1).").arg(result.httpStatus)
+                          : QStringLiteral("."));
+    }
+    return {};
+}
+
+} // namespace Ctl
