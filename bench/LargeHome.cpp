@@ -1,5 +1,7 @@
 #include "LargeHome.h"
 
+#include <QFile>
+
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QString>
@@ -126,4 +128,15 @@ LargeHome LargeHome::make(int lightCount, int roomCount, int sceneCount)
 {
     return {object(lightCount, light), object(roomCount, [&](int i) { return group(i, lightCount); }),
             object(sceneCount, [&](int i) { return scene(i, lightCount); })};
+}
+
+bool LargeHome::writeSimulatorHome(const QString& fileName, int lightCount)
+{
+    const LargeHome home = makeNumbered(lightCount, 50, 300);
+    QFile file(fileName);
+    if (!file.open(QIODevice::WriteOnly))
+        return false;
+    file.write("{\"lights\":" + home.lights + ",\"groups\":" + home.groups + ",\"scenes\":" + home.scenes +
+               ",\"config\":{}}\n");
+    return file.error() == QFileDevice::NoError;
 }

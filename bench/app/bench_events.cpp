@@ -31,17 +31,6 @@ namespace {
 
 const QString benchKey = QStringLiteral("benchEventsKey0123456789");
 
-bool writeLargeHome(const QString& fileName, int lightCount)
-{
-    const LargeHome home = LargeHome::makeNumbered(lightCount, 50, 300);
-    QFile file(fileName);
-    if (!file.open(QIODevice::WriteOnly))
-        return false;
-    file.write("{\"lights\":" + home.lights + ",\"groups\":" + home.groups + ",\"scenes\":" + home.scenes +
-               ",\"config\":{}}\n");
-    return file.error() == QFileDevice::NoError;
-}
-
 class EventsBench final : public QObject
 {
 public:
@@ -162,7 +151,7 @@ int main(int argc, char* argv[])
     QTemporaryDir dir;
     const QString homeFile = dir.filePath(QStringLiteral("home.json"));
     const QString authorityFile = dir.filePath(QStringLiteral("authority.pem"));
-    if (!writeLargeHome(homeFile, lights)) {
+    if (!LargeHome::writeSimulatorHome(homeFile, lights)) {
         std::fprintf(stderr, "bench_events: cannot write %s\n", qPrintable(homeFile));
         return 1;
     }

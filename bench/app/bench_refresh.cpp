@@ -48,19 +48,6 @@ double cpuSeconds()
     return seconds(usage.ru_utime) + seconds(usage.ru_stime);
 }
 
-// The large home as a simulator home file; the simulator registers the key from its command line.
-bool writeLargeHome(const QString& fileName, int lightCount)
-{
-    constexpr int roomCount = 50;
-    const LargeHome home = LargeHome::makeNumbered(lightCount, roomCount, 300);
-    QFile file(fileName);
-    if (!file.open(QIODevice::WriteOnly))
-        return false;
-    file.write("{\"lights\":" + home.lights + ",\"groups\":" + home.groups + ",\"scenes\":" + home.scenes +
-               ",\"config\":{}}\n");
-    return file.error() == QFileDevice::NoError;
-}
-
 /// Runs the ticks one after another once the simulator says where it listens.
 class RefreshBench final : public QObject
 {
@@ -194,13 +181,13 @@ int main(int argc, char* argv[])
         QStringLiteral("interval"),
         QStringLiteral("Pause between ticks, as the program's timer makes (0: none)."), QStringLiteral("MS"),
         QStringLiteral("0"));
-    parser.addOptions({simulatorOption, ticksOption, lightsOption, memoryOption, saveOption, httpsOption,
-                       intervalOption});
+    parser.addOptions(
+        {simulatorOption, ticksOption, lightsOption, memoryOption, saveOption, httpsOption, intervalOption});
     parser.process(app);
     const int ticks = parser.value(ticksOption).toInt();
     const int lights = parser.value(lightsOption).toInt();
     if (parser.isSet(saveOption)) {
-        if (lights > 0 && writeLargeHome(parser.value(saveOption), lights))
+        if (lights > 0 && LargeHome::writeSimulatorHome(parser.value(saveOption), lights))
             return 0;
         std::fprintf(stderr, "bench_refresh: --save-home needs --lights N and a writable file\n");
         return 1;
@@ -216,11 +203,11 @@ int main(int argc, char* argv[])
     const bool https = parser.isSet(httpsOption);
     const QString authorityFile = dir.filePath(QStringLiteral("authority.pem"));
     if (https)
-        simulatorArguments << QStringLiteral("--no-http") << QStringLiteral("--tls-port") << QStringLiteral("0")
-                           << QStringLiteral("--write-authority") << authorityFile;
+        simulatorArguments << QStringLiteral("--no-http") << QStringLiteral("--tls-port")
+                           << QStringLiteral("0") << QStringLiteral("--write-authority") << authorityFile;
     if (lights > 0) {
         const QString homeFile = dir.filePath(QStringLiteral("home.json"));
-        if (!writeLargeHome(homeFile, lights)) {
+        if (!LargeHome::writeSimulatorHome(homeFile, lights)) {
             std::fprintf(stderr, "bench_refresh: cannot write %s\n", qPrintable(homeFile));
             return 1;
         }
@@ -277,7 +264,6 @@ int main(int argc, char* argv[])
         "refresh tick, %d lights, %d rooms, settings %s, %s: %.1f us CPU per tick, %.2f ms wall per tick "
         "(%d ticks)\n",
         bench->lightCount(), bench->groupCount(), parser.isSet(memoryOption) ? "in memory" : "in a file",
-        https ? "HTTPS" : "plain HTTP",
-        bench->cpuPerTick() * 1e6, bench->wallPerTick(), ticks);
+        https ? "HTTPS" : "plain HTTP", bench->cpuPerTick() * 1e6, bench->wallPerTick(), ticks);
     return 0;
 }

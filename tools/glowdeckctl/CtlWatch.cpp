@@ -49,7 +49,7 @@ void beginRecord(JsonWriter& json, const char* type, const QString& id, const QH
 CtlWatch::CtlWatch(CtlInvocation invocation, QObject* parent)
     : QObject(parent), m_invocation(std::move(invocation)), m_network(Ctl::makeNetwork(m_invocation))
 {
-    connect(&m_signals, &CtlSignalWatcher::stopRequested, this, [this] { finish(exitDone); });
+    connect(&m_signals, &SignalWatcher::terminationRequested, this, [this] { finish(exitDone); });
 }
 
 CtlWatch::~CtlWatch()

@@ -2,7 +2,7 @@
 
 #include "CtlArguments.h"
 #include "CtlBridge.h"
-#include "CtlSignalWatcher.h"
+#include "SignalWatcher.h"
 
 #include "bridge/BridgeEvents.h"
 #include "bridge/ResourceFetch.h"
@@ -58,7 +58,7 @@ private:
     std::unique_ptr<BridgeNetwork> m_network;
     CtlBridge m_bridge;
     std::unique_ptr<BridgeEventStream> m_stream;
-    CtlSignalWatcher m_signals;
+    SignalWatcher m_signals;
     QHash<QString, QString> m_lightNames; ///< by lamp id
     QHash<QString, QString> m_roomNames;  ///< by group id, rooms and zones
     int m_firstReads = 0;                 ///< lists of the first read still to come

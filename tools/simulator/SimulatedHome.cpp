@@ -26,6 +26,32 @@ QJsonObject defaultGroupZeroAction()
     return action;
 }
 
+/// A PUT of a light's or scene's attributes: only "name" (1 to 32 characters) may change, as on a bridge.
+QJsonArray renameResource(const QString& resource, const QString& id, const QJsonObject& body,
+                          QJsonObject& record)
+{
+    QJsonArray answer;
+    for (auto it = body.begin(); it != body.end(); ++it) {
+        const QString address = QStringLiteral("/%1/%2/%3").arg(resource, id, it.key());
+        if (it.key() != QLatin1String("name")) {
+            answer.append(SimulatorJson::error(6, address,
+                                               QStringLiteral("parameter, %1, not available").arg(it.key())));
+        } else if (!it.value().isString() || it.value().toString().isEmpty() ||
+                   it.value().toString().size() > 32) {
+            answer.append(SimulatorJson::error(7, address,
+                                               QStringLiteral("invalid value, %1, for parameter, name")
+                                                   .arg(SimulatorJson::valueText(it.value()))));
+        } else {
+            record.insert(it.key(), it.value());
+            answer.append(SimulatorJson::success(address, it.value()));
+        }
+    }
+    if (body.isEmpty())
+        answer.append(SimulatorJson::error(5, QStringLiteral("/%1/%2").arg(resource, id),
+                                           QStringLiteral("invalid/missing parameters in body")));
+    return answer;
+}
+
 } // namespace
 
 SimulatedHome::SimulatedHome() : m_ipAddress(QStringLiteral("127.0.0.1"))
@@ -243,28 +269,7 @@ QJsonArray SimulatedHome::setLightState(const QString& id, const QJsonObject& bo
 
 QJsonArray SimulatedHome::setLightAttributes(const QString& id, const QJsonObject& body)
 {
-    QJsonArray answer;
-    QJsonObject light = m_lights.items.value(id);
-    for (auto it = body.begin(); it != body.end(); ++it) {
-        const QString address = QStringLiteral("/lights/%1/%2").arg(id, it.key());
-        if (it.key() != QLatin1String("name")) {
-            answer.append(SimulatorJson::error(6, address,
-                                               QStringLiteral("parameter, %1, not available").arg(it.key())));
-        } else if (!it.value().isString() || it.value().toString().isEmpty() ||
-                   it.value().toString().size() > 32) {
-            answer.append(SimulatorJson::error(7, address,
-                                               QStringLiteral("invalid value, %1, for parameter, name")
-                                                   .arg(SimulatorJson::valueText(it.value()))));
-        } else {
-            light.insert(it.key(), it.value());
-            answer.append(SimulatorJson::success(address, it.value()));
-        }
-    }
-    if (body.isEmpty())
-        answer.append(SimulatorJson::error(5, QStringLiteral("/lights/%1").arg(id),
-                                           QStringLiteral("invalid/missing parameters in body")));
-    m_lights.items.insert(id, light);
-    return answer;
+    return renameResource(QStringLiteral("lights"), id, body, m_lights.items[id]);
 }
 
 void SimulatedHome::recallScene(const QString& sceneId)
@@ -388,28 +393,7 @@ QJsonArray SimulatedHome::setGroupAttributes(const QString& id, const QJsonObjec
 
 QJsonArray SimulatedHome::setSceneAttributes(const QString& id, const QJsonObject& body)
 {
-    QJsonArray answer;
-    QJsonObject scene = m_scenes.items.value(id);
-    for (auto it = body.begin(); it != body.end(); ++it) {
-        const QString address = QStringLiteral("/scenes/%1/%2").arg(id, it.key());
-        if (it.key() != QLatin1String("name")) {
-            answer.append(SimulatorJson::error(6, address,
-                                               QStringLiteral("parameter, %1, not available").arg(it.key())));
-        } else if (!it.value().isString() || it.value().toString().isEmpty() ||
-                   it.value().toString().size() > 32) {
-            answer.append(SimulatorJson::error(7, address,
-                                               QStringLiteral("invalid value, %1, for parameter, name")
-                                                   .arg(SimulatorJson::valueText(it.value()))));
-        } else {
-            scene.insert(it.key(), it.value());
-            answer.append(SimulatorJson::success(address, it.value()));
-        }
-    }
-    if (body.isEmpty())
-        answer.append(SimulatorJson::error(5, QStringLiteral("/scenes/%1").arg(id),
-                                           QStringLiteral("invalid/missing parameters in body")));
-    m_scenes.items.insert(id, scene);
-    return answer;
+    return renameResource(QStringLiteral("scenes"), id, body, m_scenes.items[id]);
 }
 
 bool SimulatedHome::setLightReachable(const QString& id, bool reachable)

@@ -1,5 +1,5 @@
 #include "BridgeSimulator.h"
-#include "SimulatorSignalWatcher.h"
+#include "SignalWatcher.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
@@ -202,15 +202,14 @@ int main(int argc, char* argv[])
         });
     }
 
-    SimulatorSignalWatcher signalWatcher;
-    QObject::connect(&signalWatcher, &SimulatorSignalWatcher::terminationRequested, &app,
-                     &QCoreApplication::quit);
+    SignalWatcher signalWatcher(true);
+    QObject::connect(&signalWatcher, &SignalWatcher::terminationRequested, &app, &QCoreApplication::quit);
     // The link button can be pressed while the simulator runs, as a real bridge's can.
     const auto sayPressed = [](const char* how) {
         std::printf("Link button pressed (%s): pairing works for the next 30 s\n", how);
         std::fflush(stdout);
     };
-    QObject::connect(&signalWatcher, &SimulatorSignalWatcher::linkButtonRequested, &simulator, [&] {
+    QObject::connect(&signalWatcher, &SignalWatcher::user1Received, &simulator, [&] {
         simulator.pressLinkButton();
         sayPressed("SIGUSR1");
     });

@@ -1,4 +1,4 @@
-#include "SimulatorSignalWatcher.h"
+#include "SignalWatcher.h"
 
 #include <QSocketNotifier>
 
@@ -18,12 +18,12 @@ void onSignal(int signalNumber)
 
 } // namespace
 
-SimulatorSignalWatcher::SimulatorSignalWatcher(QObject* parent) : QObject(parent)
+SignalWatcher::SignalWatcher(bool withUser1, QObject* parent) : QObject(parent), m_withUser1(withUser1)
 {
     if (signalSockets[0] < 0 && ::socketpair(AF_UNIX, SOCK_STREAM, 0, signalSockets) != 0)
         return;
     m_notifier = new QSocketNotifier(signalSockets[1], QSocketNotifier::Read, this);
-    connect(m_notifier, &QSocketNotifier::activated, this, &SimulatorSignalWatcher::onSocketActivated);
+    connect(m_notifier, &QSocketNotifier::activated, this, &SignalWatcher::onSocketActivated);
 
     struct sigaction action = {};
     action.sa_handler = onSignal;
@@ -31,25 +31,27 @@ SimulatorSignalWatcher::SimulatorSignalWatcher(QObject* parent) : QObject(parent
     action.sa_flags = SA_RESTART;
     ::sigaction(SIGINT, &action, nullptr);
     ::sigaction(SIGTERM, &action, nullptr);
-    ::sigaction(SIGUSR1, &action, nullptr);
+    if (m_withUser1)
+        ::sigaction(SIGUSR1, &action, nullptr);
 }
 
-SimulatorSignalWatcher::~SimulatorSignalWatcher()
+SignalWatcher::~SignalWatcher()
 {
     if (m_notifier) {
         std::signal(SIGINT, SIG_DFL);
         std::signal(SIGTERM, SIG_DFL);
-        std::signal(SIGUSR1, SIG_DFL);
+        if (m_withUser1)
+            std::signal(SIGUSR1, SIG_DFL);
     }
 }
 
-void SimulatorSignalWatcher::onSocketActivated()
+void SignalWatcher::onSocketActivated()
 {
     char byte = 0;
     if (::read(signalSockets[1], &byte, 1) != 1)
         return;
     if (int(byte) == SIGUSR1)
-        emit linkButtonRequested();
+        emit user1Received();
     else
         emit terminationRequested(int(byte));
 }
