@@ -2,7 +2,7 @@
 
 #include "CtlArguments.h"
 
-/// `glowdeckctl hotkeys`: the twelve global shortcuts from the settings file, with their keys as the hotkeys
+/// `glowdeckctl hotkeys`: the thirteen global shortcuts from the settings file, with their keys as the hotkeys
 /// pane shows them, what each does, and the choice of each custom one. Reads only; needs neither the bridge
 /// nor a display.
 namespace CtlHotkeys {

@@ -27,7 +27,7 @@ const QDBusArgument& operator>>(const QDBusArgument& argument, PortalShortcut& s
 /// them on Wayland, where X11 grabs see nothing: a session holds every registered combination, bound with its
 /// preferred trigger; the desktop may ask the user and may choose other keys. Activated and Deactivated
 /// arrive as signals on the session bus. Any change binds everything again in a fresh session, after the
-/// current event, so the twelve registrations at start-up cost one session.
+/// current event, so the registrations at start-up cost one session.
 class PortalHotkeyBackend final : public HotkeyBackend
 {
     Q_OBJECT
