@@ -28,7 +28,14 @@ LiveUpdates::LiveUpdates(AppSettings& settings, QNetworkAccessManager& network, 
     m_relistTimer.setSingleShot(true);
     m_shieldTimer.setSingleShot(true);
     connect(&m_relistTimer, &QTimer::timeout, this, &LiveUpdates::onRelistDue);
-    connect(&m_shieldTimer, &QTimer::timeout, this, [this] { requestRead(std::exchange(m_afterShield, 0)); });
+    connect(&m_shieldTimer, &QTimer::timeout, this, [this] {
+        // A read while the user is still at it would bring back what the bridge had before.
+        if (m_settings.lastUserActionAt().msecsTo(m_now()) < qint64(ownChangeShield.count())) {
+            m_shieldTimer.start(ownChangeShield);
+            return;
+        }
+        requestRead(std::exchange(m_afterShield, 0));
+    });
     connect(m_stream, &BridgeEventStream::changes, this, &LiveUpdates::apply);
     connect(m_stream, &BridgeEventStream::connected, this, [this] {
         m_settings.addLogLine(QStringLiteral("The bridge pushes its changes: reading it once a minute only"));
