@@ -126,6 +126,7 @@ private:
     BridgePairing& m_pairing;
     QPointer<QTimer> m_refresher; // null while not refreshing
     LiveUpdates* m_live;
+    int m_deferredReads = 0; ///< lists to read once the user has let go (LiveUpdates::List)
     std::function<QDateTime()> m_now = [] { return QDateTime::currentDateTime(); };
     ListRead m_lightsRead;
     ListRead m_groupsRead;

@@ -145,6 +145,7 @@ void TestLiveUpdates::theUsersPendingChangeIsNotUndoneByAnEvent()
     QTRY_VERIFY(settings().liveUpdates());
     // The user drags lamp 2's brightness to 200; the change waits in the queue.
     settings().updateLight(QStringLiteral("2"), [](HueLight& l) { l.brightness = 200; });
+    settings().setLastUserActionAt(QDateTime::currentDateTime());
     ActionQueueItem item;
     item.is_light_update = true;
     item.item_id = QStringLiteral("2");
