@@ -138,10 +138,13 @@ void BridgeConnection::readAfresh(int lists)
     // Like the refresh, no read while the user is still changing things: its answer would undo them.
     const qint64 sinceUser = m_settings.lastUserActionAt().msecsTo(m_now());
     const qint64 quiet = qint64(std::chrono::milliseconds(quietAfterUserAction).count());
+    if (!lists)
+        return;
     if (sinceUser < quiet) {
-        m_deferredReads |= lists;
-        QTimer::singleShot(quiet - sinceUser, this,
-                           [this] { readAfresh(std::exchange(m_deferredReads, 0)); });
+        // One timer for all that wait.
+        if (std::exchange(m_deferredReads, m_deferredReads | lists) == 0)
+            QTimer::singleShot(quiet - sinceUser, this,
+                               [this] { readAfresh(std::exchange(m_deferredReads, 0)); });
         return;
     }
     const auto read = [](ListRead& list, auto start) {
