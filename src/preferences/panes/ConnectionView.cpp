@@ -98,8 +98,9 @@ ConnectionView::ConnectionView(AppSettings& settings, BridgeDiscovery& discovery
 
 QString ConnectionView::connectedHint()
 {
-    return tr("If you click the lamp in the menu bar, you should see your lights now. If not, you can try to "
-              "re-connect.");
+    // Panels sit at the top, the bottom or the side, and some desktops have none: name no place.
+    return tr("Click Glowdeck's lamp icon (or open its window) and you should see your lights now. If not, "
+              "you can try to re-connect.");
 }
 
 QString ConnectionView::unpairedHint()
