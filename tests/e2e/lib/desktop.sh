@@ -101,17 +101,30 @@ fail() {
     exit 1
 }
 
-# Starts Xvfb on a display it picks itself (so tests can run side by side) and exports DISPLAY.
+# Starts Xvfb on a display it picks itself (so tests can run side by side) and exports DISPLAY. Two servers that
+# start at the same moment can both be told the same free display, and one of them then goes away: a display
+# that does not answer is started again on another.
 e2e_start_display() {
-    e2e_background Xvfb -displayfd 3 -screen 0 1280x800x24 -nolisten tcp 3>"$e2e_work/display" \
-        >"$e2e_work/xvfb.log" 2>&1
-    for _ in $(seq 100); do
-        [ -s "$e2e_work/display" ] && break
-        sleep 0.1
+    local attempt
+    for attempt in 1 2 3; do
+        : >"$e2e_work/display"
+        e2e_background Xvfb -displayfd 3 -screen 0 1280x800x24 -nolisten tcp 3>"$e2e_work/display" \
+            >"$e2e_work/xvfb.log" 2>&1
+        for _ in $(seq 100); do
+            [ -s "$e2e_work/display" ] && break
+            sleep 0.1
+        done
+        [ -s "$e2e_work/display" ] || fail "Xvfb did not start: $(cat "$e2e_work/xvfb.log")"
+        export DISPLAY=":$(tr -dc 0-9 <"$e2e_work/display")"
+        sleep 0.2
+        if kill -0 "${e2e_pids[-1]}" 2>/dev/null && xdpyinfo >/dev/null 2>&1; then
+            say "Xvfb on display $DISPLAY"
+            return 0
+        fi
+        say "Xvfb on display $DISPLAY does not answer (attempt $attempt); starting another"
+        kill "${e2e_pids[-1]}" 2>/dev/null
     done
-    [ -s "$e2e_work/display" ] || fail "Xvfb did not start: $(cat "$e2e_work/xvfb.log")"
-    export DISPLAY=":$(tr -dc 0-9 <"$e2e_work/display")"
-    say "Xvfb on display $DISPLAY"
+    fail "no Xvfb display answered: $(cat "$e2e_work/xvfb.log")"
 }
 
 # An XEmbed tray at the top right. It must be there before glowdeck, or the program sees no tray at first. On a
