@@ -1,6 +1,6 @@
 // The bridge's event stream: the bytes as they come off the connection, in two pieces cut in the middle,
-// framed into events whose data is decoded into changes, as the stream does; and the same bytes decoded as the
-// data of one event, so that the decoder is reached without the framing too.
+// framed into events whose data is decoded into changes, as the stream does; and the same bytes decoded as
+// the data of one event, so that the decoder is reached without the framing too.
 #include "bridge/BridgeEvents.h"
 #include "bridge/ServerSentEvents.h"
 
