@@ -166,21 +166,22 @@ void TestPreferencesWindowController::escapeAndTheCloseShortcutCloseIt()
     m_controller->show();
     QVERIFY(QTest::qWaitForWindowActive(&m_controller->window()));
 
-    // With a list open, the window's shortcut (which an X11 desktop delivers even then) closes the list
-    // only, and the window stays.
+    // With a list open, the keys close the list only, and the window stays. The list closes on the keys'
+    // shortcut check and leaves them to the window's shortcuts, as on X11.
     auto* picker = new QComboBox(m_controller->tabViewController().toolbar().parentWidget());
     picker->addItems({u"Brighter"_qs, u"Darker"_qs});
     picker->show();
     picker->showPopup();
     QTRY_VERIFY(QApplication::activePopupWidget());
-    for (QShortcut* shortcut : m_controller->window().findChildren<QShortcut*>()) {
-        if (shortcut->key() == keys)
-            Q_EMIT shortcut->activated();
-    }
+    QTest::keySequence(QApplication::activePopupWidget()->windowHandle(), keys);
     QTRY_VERIFY(!QApplication::activePopupWidget());
     QVERIFY(m_controller->window().isVisible());
     delete picker;
 
+    // A person's next key comes at a later turn of the event loop; this platform leaves no window active
+    // after a list closed by Escape.
+    m_controller->window().activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&m_controller->window()));
     QTest::keySequence(&m_controller->window(), keys);
 
     QVERIFY(!m_controller->window().isVisible());

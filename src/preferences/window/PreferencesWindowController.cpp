@@ -9,6 +9,7 @@
 #include <QLabel>
 #include <QScreen>
 #include <QShortcut>
+#include <QTimer>
 #include <QToolBar>
 #include <QVBoxLayout>
 
@@ -42,16 +43,35 @@ PreferencesWindowController::PreferencesWindowController(QList<Pane> panes, Pane
         shortcut->setContext(Qt::WindowShortcut);
         // Also names it where a global shortcut with the same keys is refused.
         shortcut->setWhatsThis(tr("Close the window"));
-        connect(shortcut, &QShortcut::activated, m_window.get(), [this] {
-            // An open list (a picker's) closes first, as everywhere else.
-            if (QWidget* popup = QApplication::activePopupWidget()) {
-                popup->close();
-                return;
-            }
-            m_window->close();
-        });
+        connect(shortcut, &QShortcut::activated, this, &PreferencesWindowController::closeByKeys);
     }
     connect(m_window.get(), &PausableWindow::hidden, this, &PreferencesWindowController::saveFrame);
+    // Watches lists closing (see closeByKeys) only while the window shows.
+    connect(m_window.get(), &PausableWindow::hidden, this, [this] { qApp->removeEventFilter(this); });
+}
+
+void PreferencesWindowController::closeByKeys()
+{
+    // An open list (a picker's) closes first, as everywhere else. Qt's lists close on the check for shortcuts
+    // and then leave the keys to the window's shortcuts all the same, so a list that closed while these keys
+    // were being handled counts as open.
+    if (QWidget* popup = QApplication::activePopupWidget()) {
+        popup->close();
+        return;
+    }
+    if (!m_listClosedByTheseKeys)
+        m_window->close();
+}
+
+bool PreferencesWindowController::eventFilter(QObject* watched, QEvent* event)
+{
+    if (event->type() == QEvent::Hide && watched->isWidgetType() &&
+        static_cast<QWidget*>(watched)->windowType() == Qt::Popup) {
+        // Keys are handled at once, within this turn of the event loop.
+        m_listClosedByTheseKeys = true;
+        QTimer::singleShot(0, this, [this] { m_listClosedByTheseKeys = false; });
+    }
+    return false;
 }
 
 void PreferencesWindowController::setStatus(const QString& text)
@@ -95,6 +115,7 @@ void PreferencesWindowController::show(const QString& paneIdentifier)
     m_window->show();
     m_window->raise();
     m_window->activateWindow();
+    qApp->installEventFilter(this);
 }
 
 void PreferencesWindowController::restoreFrame()

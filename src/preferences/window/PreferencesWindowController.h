@@ -44,15 +44,20 @@ public:
     PaneTabController& tabViewController() const { return *m_tabs; }
     bool hidesToolbarForSingleItem() const { return m_hidesToolbarForSingleItem; }
 
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
 private:
     void restoreFrame();
     void saveFrame();
+    void closeByKeys();
 
     std::unique_ptr<PausableWindow> m_window;
     PaneTabController* m_tabs;
     QLabel* m_status;
     bool m_hidesToolbarForSingleItem;
     bool m_shownBefore = false;
+    bool m_listClosedByTheseKeys = false;
     QString m_autosaveName;
     Preferences* m_framePreferences = nullptr;
 };
