@@ -11,6 +11,8 @@ packages=(
     libssl-dev
     # the end-to-end test: a virtual display with a tray host, input and screenshots
     xvfb xauth xdotool trayer x11-utils x11-apps imagemagick dbus-x11 curl
+    # a compositing manager, to see the windows paint with one as without
+    xcompmgr
     # driving the program through its accessibility interface, as a screen reader does
     at-spi2-core python3-pyatspi
     # the drop-down window asks X11 whether a compositing manager runs; global shortcuts grab keys there

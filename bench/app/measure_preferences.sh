@@ -11,7 +11,7 @@ set -u
 build=$(cd "${1:?usage: measure_preferences.sh <build-dir>}" && pwd)
 e2e_name=measure_preferences
 . "$(dirname "${BASH_SOURCE[0]}")/../../tests/e2e/lib/desktop.sh"
-e2e_require_tools Xvfb trayer xdotool xwd dbus-run-session
+e2e_require_tools Xvfb trayer xdotool dbus-run-session
 e2e_private_session "$@"
 e2e_prepare "$build/measure-artifacts"
 e2e_start_display

@@ -17,7 +17,7 @@ here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
 e2e_name=dropdown
 . "$here/lib/desktop.sh"
 
-e2e_require_tools Xvfb trayer xdotool xwd xwininfo dbus-run-session dbus-send curl
+e2e_require_tools Xvfb trayer xdotool xwininfo dbus-run-session dbus-send curl
 e2e_require_atspi
 /usr/bin/python3 -c 'from gi.repository import Gio' 2>/dev/null || skip "python3-gi is not installed"
 e2e_private_session "$@"
@@ -80,10 +80,7 @@ start_panel() {
     fail "trayer did not show its panel: $(cat "$e2e_work/trayer.log")"
 }
 # Saves the top right corner of the screen, where the icon sits, as <name>.png.
-screenshot_tray() {
-    xwd -root -silent | "${e2e_convert[@]}" xwd:- -crop 120x24+1160+0 -scale 400% \
-        "png:$e2e_artifacts/${e2e_name}-$1.png" 2>/dev/null
-}
+screenshot_tray() { screenshot "$1" 120x24+1160+0 -scale 400%; }
 # The drop-down window as "id x y width height", once it shows.
 dropdown_window() {
     local found

@@ -17,7 +17,7 @@ here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
 e2e_name=hotkeys
 . "$here/lib/desktop.sh"
 
-e2e_require_tools Xvfb trayer xdotool xwd xlogo dbus-run-session curl
+e2e_require_tools Xvfb trayer xdotool xlogo dbus-run-session curl
 e2e_require_atspi
 /usr/bin/python3 -c 'import ctypes, ctypes.util; assert ctypes.util.find_library("X11")' 2>/dev/null ||
     skip "Python cannot load libX11 (to hold a key grab of another client)"

@@ -4,7 +4,8 @@
 # link button is not pressed; the welcome window; Settings from the tray icon's menu; on the connection pane
 # Manual, the bridge's address, Connect and the link-button message; the link button pressed; Connect again,
 # "CONNECTED" and the bridge named as reached over HTTPS. Then every pane is looked
-# at (a screenshot each, every control named for a screen reader), a light is hidden, start at login switched
+# at (a screenshot each, every control named for a screen reader; the tray menu, the App Icon list and the Debug
+# Information window paint without a compositing manager), a light is hidden, start at login switched
 # on, and the drop-down window lists the bridge's lights without the hidden one; a dragged brightness slider
 # reaches the bridge. Nothing here talks to anything but loopback: the simulator listens on 127.0.0.1, every
 # outside address of the program is switched off, and curl only ever asks 127.0.0.1.
@@ -21,7 +22,7 @@ artifacts=${3:?$usage}
 e2e_name=tray
 . "$(dirname "${BASH_SOURCE[0]}")/lib/desktop.sh"
 
-e2e_require_tools Xvfb trayer xdotool xwd dbus-run-session curl
+e2e_require_tools Xvfb trayer xdotool dbus-run-session curl
 e2e_require_atspi
 e2e_private_session "$@"
 e2e_prepare "$artifacts"
@@ -132,8 +133,12 @@ screenshot dropdown-unpaired
 open_settings() {
     local attempt
     for attempt in 1 2 3; do
+        local before menu
+        before=$(window_ids)
         click_tray_icon 3
         sleep 0.4
+        # No compositing manager runs here: the menu paints all the same.
+        menu=$(new_window $before) && expect_painted "$menu" "the tray icon's menu"
         xdotool key Down Down Down Down Down Return
         atspi --timeout 3 wait "page tab" Connection >/dev/null 2>&1 && return
     done
@@ -212,6 +217,8 @@ for pane in Connection General Lights Hotkeys; do
             sleep 0.1
         done
         grep -q "^Exec=.*glowdeck" "$entry" 2>/dev/null || fail "\"Run at Start\" wrote no autostart entry starting glowdeck"
+        # What opens over this window paints without a compositing manager.
+        expect_general_pane_windows
         ;;
     esac
     screenshot "pane-$(tr 'A-Z' 'a-z' <<<"$pane")"

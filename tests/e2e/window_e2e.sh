@@ -3,7 +3,9 @@
 # own that says why, whose menu button opens the tray menu; the "Open Glowdeck" shortcut (Ctrl+Alt+G, pressed with
 # xdotool while another program has the focus) brings it up and closes it; a second start brings it back; a tray
 # that starts later gets the icon, and once the window is closed a click on the icon opens the drop-down. Then
-# --window in the dark appearance. Screenshots of the window in both appearances stay in the artifact folder.
+# --window in the dark appearance under a compositing manager (xcompmgr), where the window, its menu, the App
+# Icon list and the Debug Information window paint. Screenshots of the window in both appearances stay in the
+# artifact folder.
 #
 # Usage: window_e2e.sh <glowdeck> <glowdeck-simulator> <artifact-dir>
 # Exit codes: 0 passed, 1 failed, 77 skipped (a tool is missing).
@@ -17,7 +19,7 @@ here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
 e2e_name=window
 . "$here/lib/desktop.sh"
 
-e2e_require_tools Xvfb trayer xdotool xwd xlogo dbus-run-session
+e2e_require_tools Xvfb trayer xdotool xlogo xcompmgr dbus-run-session
 e2e_require_atspi
 /usr/bin/python3 -c 'from gi.repository import Gio' 2>/dev/null || skip "python3-gi is not installed"
 e2e_private_session "$@"
@@ -84,13 +86,10 @@ screenshot window-light
 atspi audit Glowdeck || fail "the window has controls without a name"
 
 # Its menu button opens the tray menu, and the window stays.
-before=$(top_windows | wc -l)
+before=$(window_ids)
 atspi press "push button" Menu
-for _ in $(seq 30); do
-    [ "$(top_windows | wc -l)" -gt "$before" ] && break
-    sleep 0.1
-done
-[ "$(top_windows | wc -l)" -gt "$before" ] || fail "the menu button did not open the menu"
+menu=$(new_window $before) || fail "the menu button did not open the menu"
+expect_painted "$menu" "the menu" # no compositing manager runs yet
 screenshot window-menu
 xdotool key Escape
 glowdeck_window 10 >/dev/null || fail "the window went away with the menu"
@@ -135,7 +134,8 @@ say "a tray that starts later takes over: the icon opens the drop-down"
 kill "$glowdeck_pid"
 wait "$glowdeck_pid" 2>/dev/null
 
-# ---- 4. --window, dark ---------------------------------------------------------------------------------------------
+# ---- 4. --window, dark, with a compositing manager ---------------------------------------------------------------
+e2e_background xcompmgr
 /usr/bin/python3 "$here/stand_in_desktop.py" --dark >"$e2e_work/desktop.out" 2>&1 &
 e2e_pids+=($!)
 for _ in $(seq 50); do
@@ -143,8 +143,18 @@ for _ in $(seq 50); do
     sleep 0.1
 done
 e2e_start_glowdeck "$glowdeck" --settings "$settings" --window
-glowdeck_window 100 >/dev/null || fail "--window showed no window"
+read -r wid _ < <(glowdeck_window 100) || fail "--window showed no window"
 atspi --timeout 10 wait "check box" "~.+" >/dev/null || fail "the dark window shows no lamps"
 sleep 0.5
 screenshot window-dark
+expect_painted "$wid" "the dark window"
+before=$(window_ids)
+atspi press "push button" Menu
+menu=$(new_window $before) || fail "the menu button did not open the menu"
+expect_painted "$menu" "the menu"
+xdotool key Escape
+atspi press "push button" Settings
+atspi --timeout 5 press "page tab" General || fail "Settings did not open the preferences window"
+sleep 0.4 # the window's resize to the pane
+expect_general_pane_windows
 say "PASS"

@@ -15,7 +15,7 @@ artifacts=${2:?$usage}
 e2e_name=package
 . "$(dirname "${BASH_SOURCE[0]}")/../e2e/lib/desktop.sh"
 
-e2e_require_tools Xvfb trayer xdotool xwd xprop dbus-run-session dpkg-deb desktop-file-validate
+e2e_require_tools Xvfb trayer xdotool xprop dbus-run-session dpkg-deb desktop-file-validate
 e2e_require_atspi
 e2e_private_session "$@"
 e2e_prepare "$artifacts"

@@ -88,10 +88,83 @@ e2e_cleanup() {
     rm -rf "$e2e_work"
 }
 
-# Saves the whole screen as <artifacts>/<e2e_name>-<name>.png.
+# Pictures are read from the display's own frame buffer (a file Xvfb keeps in the work folder), not asked of the
+# X server: on Xvfb a window mapped over another window reads back black through GetImage on the root window (so
+# with xwd -root) until it is moved, though the frame buffer holds every pixel it painted.
+e2e_screen() { echo "$e2e_work/Xvfb_screen0"; }
+
+# Saves the whole screen, or the rectangle WxH+X+Y given second, as <artifacts>/<e2e_name>-<name>.png.
 screenshot() {
-    xwd -root -silent | "${e2e_convert[@]}" xwd:- "png:$e2e_artifacts/${e2e_name}-$1.png" 2>/dev/null ||
-        say "could not take the screenshot $1"
+    "${e2e_convert[@]}" "xwd:$(e2e_screen)" ${2:+-crop "$2" +repage} "${@:3}" \
+        "png:$e2e_artifacts/${e2e_name}-$1.png" 2>/dev/null || say "could not take the screenshot $1"
+}
+
+# Fails unless the window with the X id $1 (called $2 in the message) shows what it painted: no more than a
+# quarter of its pixels pure black, which is how a window shows that was mapped but never drawn, or a
+# see-through one without a compositing manager.
+expect_painted() {
+    local X Y WIDTH HEIGHT black
+    eval "$(xdotool getwindowgeometry --shell "$1" 2>/dev/null)"
+    [ -n "${WIDTH:-}" ] || fail "$2 is not on screen"
+    black=$("${e2e_convert[@]}" "xwd:$(e2e_screen)" -crop "${WIDTH}x${HEIGHT}+${X}+${Y}" +repage \
+        -fill white +opaque black -negate -format '%[fx:mean]' info: 2>/dev/null)
+    [ -n "$black" ] || fail "the screen could not be read for $2"
+    awk -v black="$black" 'BEGIN { exit !(black <= 0.25) }' ||
+        fail "$2 is black on screen ($(awk -v b="$black" 'BEGIN { printf "%.0f", b * 100 }') % of its pixels)"
+}
+
+# With the preferences window on its General pane: that window, the App Icon list and the Debug Information
+# window opened over it all paint, and Escape closes the list first, then the debug window, each without the
+# preferences window.
+expect_general_pane_windows() {
+    local preferences before list debug
+    preferences=$(xdotool search --onlyvisible --name '^General$' | head -n1)
+    [ -n "$preferences" ] || fail "no preferences window on its General pane"
+    expect_painted "$preferences" "the preferences window"
+    before=$(window_ids)
+    atspi press "combo box" "~." # the pane's only one, named by its choice
+    list=$(new_window $before) || fail "the App Icon list did not open"
+    expect_painted "$list" "the App Icon list"
+    screenshot pane-general-app-icons
+    xdotool key Escape
+    window_closes "$list" || fail "Escape did not close the App Icon list"
+    window_ids | grep -qx "$preferences" || fail "Escape in the App Icon list closed the preferences window"
+    atspi press "push button" "Debug Information…"
+    debug=$(new_window $before) || fail "\"Debug Information…\" opened no window"
+    [ "$(xdotool getwindowname "$debug")" = "Debug Information" ] || fail "the newest window is not Debug Information"
+    expect_painted "$debug" "the Debug Information window"
+    screenshot debug-information
+    xdotool key Escape
+    window_closes "$debug" || fail "Escape did not close the Debug Information window"
+    window_ids | grep -qx "$preferences" || fail "Escape in the debug window closed the preferences window"
+    say "the App Icon list and the Debug Information window paint over the preferences window; Escape closes each alone"
+}
+
+# Succeeds once the window with the X id $1 no longer shows (2 s at most).
+window_closes() {
+    for _ in $(seq 20); do
+        window_ids | grep -qx "$1" || return 0
+        sleep 0.1
+    done
+    return 1
+}
+
+# The ids of the program's top-level windows that show, the topmost last.
+window_ids() { xdotool search --onlyvisible --maxdepth 1 --pid "$glowdeck_pid" 2>/dev/null; }
+
+# The topmost window of the program that shows and is not among the ids given, once one shows (3 s at most).
+new_window() {
+    local id
+    for _ in $(seq 30); do
+        for id in $(window_ids | tac); do
+            grep -qw -- "$id" <<<" $* " || {
+                echo "$id"
+                return 0
+            }
+        done
+        sleep 0.1
+    done
+    return 1
 }
 
 fail() {
@@ -108,7 +181,7 @@ e2e_start_display() {
     local attempt
     for attempt in 1 2 3; do
         : >"$e2e_work/display"
-        e2e_background Xvfb -displayfd 3 -screen 0 1280x800x24 -nolisten tcp 3>"$e2e_work/display" \
+        e2e_background Xvfb -displayfd 3 -screen 0 1280x800x24 -fbdir "$e2e_work" -nolisten tcp 3>"$e2e_work/display" \
             >"$e2e_work/xvfb.log" 2>&1
         for _ in $(seq 100); do
             [ -s "$e2e_work/display" ] && break
@@ -182,7 +255,7 @@ await_output() {
 # Visible top-level windows of the program as "id x y width height".
 top_windows() {
     local id
-    for id in $(xdotool search --onlyvisible --maxdepth 1 --pid "$glowdeck_pid" 2>/dev/null); do
+    for id in $(window_ids); do
         (
             eval "$(xdotool getwindowgeometry --shell "$id" 2>/dev/null)"
             [ -n "${WIDTH:-}" ] && echo "$id $X $Y $WIDTH $HEIGHT"
