@@ -239,11 +239,12 @@ QString AppSettings::bridgeEndpoint() const
 void AppSettings::persistBridge()
 {
     namespace Keys = SettingsKeys;
-    m_store.writeString(Keys::bridgeIP, m_hueIP);
-    m_store.writeString(Keys::bridgeUser, m_hueKey);
-    m_store.writeString(Keys::bridgeID, m_bridgeID);
-    m_store.writeString(Keys::bridgeTransport, m_bridgeTransport);
-    m_store.writeString(Keys::bridgeCertificateKey, QString::fromLatin1(m_bridgeCertificateKey.toHex()));
+    // One save: a program reading the file between two writes would take a new address with the old key.
+    m_store.setValues({{Keys::bridgeIP, m_hueIP},
+                       {Keys::bridgeUser, m_hueKey},
+                       {Keys::bridgeID, m_bridgeID},
+                       {Keys::bridgeTransport, m_bridgeTransport},
+                       {Keys::bridgeCertificateKey, QString::fromLatin1(m_bridgeCertificateKey.toHex())}});
 }
 
 void AppSettings::forgetStoredKey()

@@ -294,13 +294,15 @@ bool JsonSettingsStore::takeInChanges()
     return true;
 }
 
-void JsonSettingsStore::save(const QString& key, const QVariant& value)
+void JsonSettingsStore::save(const QVariantMap& changes)
 {
-    if (value.isValid())
-        m_values.insert(key, value);
-    else
-        m_values.remove(key);
-    m_pending.insert(key, value);
+    for (auto it = changes.begin(); it != changes.end(); ++it) {
+        if (it.value().isValid())
+            m_values.insert(it.key(), it.value());
+        else
+            m_values.remove(it.key());
+        m_pending.insert(it.key(), it.value());
+    }
     if (m_inMemory)
         return;
 
@@ -364,18 +366,28 @@ QVariant JsonSettingsStore::value(const QString& key) const
 
 void JsonSettingsStore::setValue(const QString& key, const QVariant& value)
 {
+    setValues({{key, value}});
+}
+
+void JsonSettingsStore::setValues(const QVariantMap& values)
+{
     // The connection stores the same address and key after every refresh: rewriting the file each time
     // would cost more than the refresh itself.
-    if (m_values.contains(key) && sameValue(m_values.value(key), value))
-        return;
-    save(key, value);
+    QVariantMap changes;
+    for (auto it = values.begin(); it != values.end(); ++it) {
+        const bool unchanged = it.value().isValid() ? m_values.contains(it.key()) &&
+                                                          sameValue(m_values.value(it.key()), it.value())
+                                                    : !m_values.contains(it.key());
+        if (!unchanged)
+            changes.insert(it.key(), it.value());
+    }
+    if (!changes.isEmpty())
+        save(changes);
 }
 
 void JsonSettingsStore::remove(const QString& key)
 {
-    if (!m_values.contains(key))
-        return;
-    save(key, QVariant());
+    setValues({{key, QVariant()}});
 }
 
 void JsonSettingsStore::reportUnreadable(const QString& key, const QString& expected) const

@@ -13,7 +13,7 @@ class QTimer;
 /// The settings store on Linux and Windows: a JSON file, so values keep their JSON types. The file is the
 /// user's, and other programs (glowdeckctl, an editor) may change it while Glowdeck runs:
 /// - a save first reads the file again when it changed since it was last read or written (time, size or
-///   content), keeps what others wrote and puts only the one changed key on top; the keys others changed
+///   content), keeps what others wrote and puts only the changed keys on top; the keys others changed
 ///   are announced (`setChangedElsewhereHandler`);
 /// - `watchForChanges` follows the file, so their changes arrive within a second, also without a save;
 /// - the file is replaced whole, through a temporary file in its folder and a rename, under a lock file;
@@ -53,6 +53,7 @@ public:
     bool contains(const QString& key) const override;
     QVariant value(const QString& key) const override;
     void setValue(const QString& key, const QVariant& value) override;
+    void setValues(const QVariantMap& values) override;
     void remove(const QString& key) override;
     QString saveError() const override { return m_saveError; }
 
@@ -84,8 +85,8 @@ private:
     /// changed to `m_changedElsewhere`. False when the file is broken.
     bool takeInChanges();
     void onFileEvent();
-    /// Stores `key` (removes it when @p value is invalid) over what the file holds now.
-    void save(const QString& key, const QVariant& value);
+    /// Stores @p changes (an invalid value removes its key) over what the file holds now, in one write.
+    void save(const QVariantMap& changes);
     bool writeFile();
     bool createFolder(const QString& folder);
     /// Moves the file out of the way under a name no other file has; the new name, or empty.
