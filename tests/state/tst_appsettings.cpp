@@ -68,6 +68,7 @@ private Q_SLOTS:
     void dropsTheWholeLogAtItsCap();
     void notifiesOnlyOnChange();
     void takesInABridgeStoredByAnotherProgramWhole();
+    void showsChoicesAnotherProgramStored();
 };
 
 void TestAppSettings::loadsDefaultsOnAFirstRun()
@@ -257,6 +258,43 @@ void TestAppSettings::takesInABridgeStoredByAnotherProgramWhole()
     // The next refresh keeps what it answered to: the new key, never the old one again.
     settings.persistBridge();
     QCOMPARE(JsonSettingsStore(t.fileName()).readString(u"bridgeUser"_qs), u"new key"_qs);
+}
+
+void TestAppSettings::showsChoicesAnotherProgramStored()
+{
+    TestSettings t;
+    AppSettings& s = t.settings();
+    s.load();
+    s.setShowScenes(true);
+    s.setActiveMainPanel(MainPanels::scenes);
+    s.setLights({HueLight{.lamp_id = u"1"_qs, .unique_id = u"uid-1"_qs},
+                 HueLight{.lamp_id = u"2"_qs, .unique_id = u"uid-2"_qs}});
+    t.store().watchForChanges();
+    QSignalSpy icon(&s, &AppSettings::appIconChanged);
+    QSignalSpy visibility(&s, &AppSettings::lightVisibilityChanged);
+    FileVersions versions(t.fileName());
+    QVERIFY(versions.watching());
+
+    JsonSettingsStore(t.fileName())
+        .setValues({{Keys::appIcon, u"Icon_Lamp2"_qs},
+                    {Keys::showZones, false},
+                    {Keys::showScenes, false},
+                    {Keys::showColorBarsForRooms, false},
+                    {Keys::keyIncrement, 20},
+                    {Keys::preferredWindowHeightRooms, 400},
+                    {Keys::hiddenLightPrefix + u"uid-1"_qs, true},
+                    {Keys::lightOrder, u"2,1"_qs}});
+    QTRY_COMPARE_WITH_TIMEOUT(s.appIcon(), u"Icon_Lamp2"_qs, 1000);
+    QCOMPARE(icon.size(), 1);
+    QVERIFY(!s.showZones() && !s.showScenes() && !s.showColorBarsForRooms());
+    QCOMPARE(s.keyIncrement(), 20);
+    QCOMPARE(s.presetWindowHeightRooms(), 400);
+    QCOMPARE(visibility.size(), 1);
+    QVERIFY(s.preferences().isLightHidden(s.lights().last()));
+    QCOMPARE(s.lights().first().lamp_id, u"2"_qs);
+    // Taken in, not stored again: switching scenes off here would also have reset the stored panel.
+    QCOMPARE(versions.count(), 1);
+    QCOMPARE(JsonSettingsStore(t.fileName()).readInt(Keys::activePanel), 2);
 }
 
 QTEST_GUILESS_MAIN(TestAppSettings)
