@@ -18,14 +18,19 @@ class QTimer;
 /// - `watchForChanges` follows the file, so their changes arrive within a second, also without a save;
 /// - the file is replaced whole, through a temporary file in its folder and a rename, under a lock file;
 ///   a file this store creates (also after it vanished) is readable by its owner only, in a folder of its
-///   own made the same; the mode of a file or folder it did not create is never changed.
+///   own made the same; the mode of a file or folder it did not create is never changed;
+/// - a symbolic link in its place (as dotfile managers keep them) is read and written through: the file it
+///   leads to is replaced in its own folder, with its mode, and the link stays. Only a link this user made,
+///   leading (through links of this user) to a regular file of this user, is followed: as root, a link
+///   someone else put in a folder of theirs must not make us read or replace a system file.
 ///
 /// Nothing the user has is ever overwritten or lost:
 /// - a file that is not a JSON object, or is larger than maxFileBytes, is kept beside under a name of its own
 ///   (".broken-<time>", ".too-large-<time>", with "-2", "-3"... when that is taken) before anything is
 ///   written, and the store goes on with what it held;
-/// - a symbolic link, a folder or any other non-file in its place, or a file that cannot be read, is left
-///   untouched: the store works in memory and says that nothing is saved;
+/// - a link not followed (also one that leads nowhere or to a folder), a folder or any other non-file in its
+///   place, or a file that cannot be read, is left untouched: the store works in memory and says that
+///   nothing is saved, and why;
 /// - a value of the wrong type is reported (SettingsStore) and stays in the file.
 /// Each problem is reported once on standard error, naming the file.
 class JsonSettingsStore final : public SettingsStore
@@ -74,23 +79,46 @@ private:
         read,     ///< the values are in `values`
         missing,  ///< no file
         broken,   ///< not a JSON object, or too large: to be kept aside
-        unusable, ///< not a regular file, or unreadable: left alone
+        unusable, ///< not a regular file, a link not followed, or unreadable: left alone
+    };
+    /// Where the settings are read and written: the settings file itself, or the file its links lead to.
+    struct Target
+    {
+        QString path;    ///< empty when the link is not followed
+        QString refusal; ///< why not ("a symbolic link to a folder (...)")
+    };
+    /// The file as it is now.
+    struct Snapshot
+    {
+        Reading reading = Reading::missing;
+        QString path; ///< the file read (a link's target); empty when the link is not followed
+        QVariantMap values;
+        Seen seen;
+        QString why; ///< unusable: the message; broken: "broken" or "too-large"
     };
 
-    /// Reads the file as it is now into `values` (and `seen`), without changing anything on disk.
-    Reading readFile(QVariantMap& values, Seen& seen, QString& why) const;
+    Target resolveTarget() const;
+    /// Reads the file as it is now, without changing anything on disk.
+    Snapshot readFile() const;
+    /// The lock beside the file written, so that a program going through a link and one going to its target
+    /// take the same.
+    QString lockFileName() const;
     /// The first reading at start: creates the file, or keeps a broken one aside.
     bool open();
-    /// Reads the file again when it changed, keeping the changes not written yet, and adds the keys others
-    /// changed to `m_changedElsewhere`. False when the file is broken.
-    bool takeInChanges();
+    /// Reads the file again (into @p now) when it changed, keeping the changes not written yet, and adds the
+    /// keys others changed to `m_changedElsewhere`. False when the file is broken.
+    bool takeInChanges(Snapshot& now);
+    void rewatch();
     void onFileEvent();
     /// Stores @p changes (an invalid value removes its key) over what the file holds now, in one write.
     void save(const QVariantMap& changes);
+    /// Writes where the settings file leads now, or says why it cannot.
     bool writeFile();
+    /// Replaces the file at @p path (the settings file, or its link's target) with what this store holds.
+    bool writeTo(const QString& path);
     bool createFolder(const QString& folder);
-    /// Moves the file out of the way under a name no other file has; the new name, or empty.
-    QString keepAside(const QString& why);
+    /// Moves the file at @p path out of the way under a name no other file has; the new name, or empty.
+    QString keepAside(const QString& path, const QString& why);
     void setSaveError(const QString& error);
     void warn(const QString& message) const;
 
