@@ -5,6 +5,7 @@
 #include <QCoreApplication>
 #include <QDateTime>
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFile>
 #include <QFileInfo>
 #include <QFileSystemWatcher>
@@ -13,6 +14,7 @@
 #include <QLockFile>
 #include <QSaveFile>
 #include <QStandardPaths>
+#include <QThread>
 #include <QTimer>
 
 #include <cmath>
@@ -49,7 +51,13 @@ constexpr QFile::Permissions ownerOnly = QFile::ReadOwner | QFile::WriteOwner;
 constexpr QFile::Permissions ownerOnlyFolder = ownerOnly | QFile::ExeOwner;
 constexpr QFile::Permissions others =
     QFile::ReadGroup | QFile::WriteGroup | QFile::ReadOther | QFile::WriteOther;
-constexpr int settleMs = 150;    // an editor's save is several events
+constexpr int settleMs = 150; // an editor's save is several events
+// An editor that writes in place (truncate, then write) leaves the file empty or half-written for a moment.
+// It is read again after retryMs, for up to unsettledMs while the program runs, or for up to
+// unsettledWaitMs in a caller that cannot wait for its event loop (glowdeckctl, the start).
+constexpr int retryMs = 100;
+constexpr int unsettledMs = 2000;
+constexpr int unsettledWaitMs = 800;
 constexpr int lockWaitMs = 2000; // another process holds the lock only while it writes a few KB
 constexpr int maxLinkHops = 40;  // where Linux itself gives up on a chain of links (ELOOP)
 
@@ -67,7 +75,18 @@ JsonSettingsStore::JsonSettingsStore(const QString& fileName) : m_fileName(fileN
     m_inMemory = !open();
 }
 
-JsonSettingsStore::~JsonSettingsStore() = default;
+JsonSettingsStore::~JsonSettingsStore()
+{
+    // Changes held back while the file was unsettled are not dropped at the end of the run: wait for the
+    // other program a moment, as a caller without an event loop does, then write them.
+    if (m_unsettledSince.isValid() && !m_pending.isEmpty()) {
+        m_unsettledSince.invalidate();
+        m_retry.reset();
+        m_settle.reset();
+        m_watcher.reset();
+        sync();
+    }
+}
 
 QString JsonSettingsStore::defaultFileName()
 {
@@ -159,6 +178,10 @@ JsonSettingsStore::Snapshot JsonSettingsStore::readFile() const
         return now;
     }
     now.seen = {true, info.lastModified(), info.size(), file.read(maxFileBytes + 1)};
+    if (now.seen.content.trimmed().isEmpty()) {
+        now.reading = Reading::empty;
+        return now;
+    }
     const std::optional<QVariantMap> parsed = parse(now.seen.content);
     if (!parsed) {
         now.reading = Reading::broken;
@@ -170,6 +193,27 @@ JsonSettingsStore::Snapshot JsonSettingsStore::readFile() const
     return now;
 }
 
+bool JsonSettingsStore::isUnsettled(const Snapshot& now) const
+{
+    switch (now.reading) {
+    case Reading::broken:
+        return now.why == QLatin1String("broken"); // a file too large does not come from a half-way write
+    case Reading::empty:
+        // Empty when it was seen empty is settled: it holds no settings, as before.
+        return !m_seen.exists || !m_seen.content.trimmed().isEmpty();
+    default:
+        return false;
+    }
+}
+
+void JsonSettingsStore::waitWhileUnsettled() const
+{
+    QElapsedTimer waited;
+    waited.start();
+    while (isUnsettled(readFile()) && waited.elapsed() < unsettledWaitMs)
+        QThread::msleep(retryMs);
+}
+
 QString JsonSettingsStore::lockFileName() const
 {
     const QString target = resolveTarget().path;
@@ -178,9 +222,11 @@ QString JsonSettingsStore::lockFileName() const
 
 bool JsonSettingsStore::open()
 {
+    waitWhileUnsettled();
     const Snapshot now = readFile();
     switch (now.reading) {
     case Reading::read:
+    case Reading::empty: // still empty after the wait: it has nothing to lose, and means no settings
         m_values = now.values;
         m_seen = now.seen;
         if (QFile::permissions(now.path) & others)
@@ -310,24 +356,27 @@ void JsonSettingsStore::setSaveError(const QString& error)
     notifySaveErrorChanged();
 }
 
-bool JsonSettingsStore::takeInChanges(Snapshot& now)
+JsonSettingsStore::Taken JsonSettingsStore::takeInChanges(Snapshot& now)
 {
     now = readFile();
+    if (isUnsettled(now))
+        return Taken::unsettled;
     switch (now.reading) {
     case Reading::missing:
         // Deleted: the next write makes it again, whole, from what this store holds.
         m_seen = {};
-        return true;
+        return Taken::done;
     case Reading::unusable:
-        return true; // the write says why it cannot go there
+        return Taken::done; // the write says why it cannot go there
     case Reading::broken:
-        return false;
+        return Taken::broken;
+    case Reading::empty:
     case Reading::read:
         break;
     }
     if (now.seen.exists == m_seen.exists && now.seen.content == m_seen.content) {
         m_seen = now.seen;
-        return true;
+        return Taken::done;
     }
     m_seen = now.seen;
     // What others wrote, with this store's own changes that did not reach the file yet on top.
@@ -352,7 +401,7 @@ bool JsonSettingsStore::takeInChanges(Snapshot& now)
         if (!m_changedElsewhere.contains(key))
             m_changedElsewhere.append(key);
     }
-    return true;
+    return Taken::done;
 }
 
 void JsonSettingsStore::save(const QVariantMap& changes)
@@ -364,28 +413,85 @@ void JsonSettingsStore::save(const QVariantMap& changes)
             m_values.remove(it.key());
         m_pending.insert(it.key(), it.value());
     }
+    // While the file is unsettled, the reading that finds it settled writes them.
+    if (!m_unsettledSince.isValid())
+        sync();
+}
+
+void JsonSettingsStore::sync()
+{
     if (m_inMemory)
         return;
-
+    if (m_watcher)
+        rewatch();
+    else
+        waitWhileUnsettled();
     // Another glowdeck or glowdeckctl writing at the same moment waits for this write, and the other way
     // round. A lock that cannot be had (a read-only folder) does not stop the attempt: the write says why.
+    // Only a write takes it: the lock file comes and goes in the watched folder, and a reading that took it
+    // would wake the next reading.
     QLockFile lock(lockFileName());
-    lock.tryLock(lockWaitMs);
+    bool locked = !m_pending.isEmpty() || m_unsettledSince.isValid();
+    if (locked)
+        lock.tryLock(lockWaitMs);
     Snapshot now;
-    if (takeInChanges(now)) {
+    const Taken taken = takeInChanges(now);
+    if (taken == Taken::unsettled && m_watcher) {
+        if (!m_unsettledSince.isValid())
+            m_unsettledSince.start();
+        if (m_unsettledSince.elapsed() < unsettledMs) {
+            m_retry->start();
+            return;
+        }
+    }
+    m_unsettledSince.invalidate();
+    if (m_retry)
+        m_retry->stop();
+    if (taken != Taken::done) {
+        if (!std::exchange(locked, true))
+            lock.tryLock(lockWaitMs);
+        replaceUnusable(now);
+    } else if (!m_pending.isEmpty()) {
         writeFile();
-    } else if (const QString kept = keepAside(now.path, QStringLiteral("broken")); !kept.isEmpty()) {
-        const QString message =
-            QStringLiteral("The settings file %1 was changed into something that is not valid JSON; it was "
-                           "kept as %2, and the settings were saved anew")
-                .arg(m_fileName, kept);
-        warn(message);
-        notify(message);
-        m_seen = {};
-        writeTo(now.path);
     }
     lock.unlock();
     notifyChangedElsewhere(std::exchange(m_changedElsewhere, {}));
+}
+
+void JsonSettingsStore::replaceUnusable(const Snapshot& now)
+{
+    if (now.reading == Reading::empty) {
+        // An empty file holds nothing to keep; when this store holds nothing either, it is simply empty.
+        if (m_values.isEmpty()) {
+            m_seen = now.seen;
+            return;
+        }
+        const QString message =
+            QStringLiteral(
+                "The settings file %1 was left empty by another program; the settings were saved anew")
+                .arg(m_fileName);
+        warn(message);
+        notify(message);
+        writeTo(now.path);
+        return;
+    }
+    const QString kept = keepAside(now.path, now.why);
+    if (kept.isEmpty())
+        return;
+    const QString message =
+        now.why == QLatin1String("broken")
+            ? QStringLiteral("The settings file %1 was changed into something that is not valid JSON; it was "
+                             "kept as %2, and the settings were saved anew")
+                  .arg(m_fileName, kept)
+            : QStringLiteral(
+                  "The settings file %1 grew larger than 1 MiB; it was kept as %2, and the settings "
+                  "were saved anew")
+                  .arg(m_fileName, kept);
+    warn(message);
+    notify(message);
+    m_seen = {};
+    // Where the file was: a link to it leads to nothing until it is written again.
+    writeTo(now.path);
 }
 
 void JsonSettingsStore::watchForChanges()
@@ -396,7 +502,11 @@ void JsonSettingsStore::watchForChanges()
     m_settle = std::make_unique<QTimer>();
     m_settle->setSingleShot(true);
     m_settle->setInterval(settleMs);
-    QObject::connect(m_settle.get(), &QTimer::timeout, m_settle.get(), [this] { onFileEvent(); });
+    QObject::connect(m_settle.get(), &QTimer::timeout, m_settle.get(), [this] { sync(); });
+    m_retry = std::make_unique<QTimer>();
+    m_retry->setSingleShot(true);
+    m_retry->setInterval(retryMs);
+    QObject::connect(m_retry.get(), &QTimer::timeout, m_retry.get(), [this] { sync(); });
     const auto changed = [this] { m_settle->start(); };
     QObject::connect(m_watcher.get(), &QFileSystemWatcher::fileChanged, m_settle.get(), changed);
     QObject::connect(m_watcher.get(), &QFileSystemWatcher::directoryChanged, m_settle.get(), changed);
@@ -422,15 +532,6 @@ void JsonSettingsStore::rewatch()
         if (!watched.contains(path))
             m_watcher->addPath(path);
     }
-}
-
-void JsonSettingsStore::onFileEvent()
-{
-    rewatch();
-    // A file broken now is left as it is: an editor may be half-way; the next save keeps it aside.
-    Snapshot now;
-    takeInChanges(now);
-    notifyChangedElsewhere(std::exchange(m_changedElsewhere, {}));
 }
 
 bool JsonSettingsStore::contains(const QString& key) const

@@ -3,6 +3,7 @@
 #include "state/SettingsStore.h"
 
 #include <QDateTime>
+#include <QElapsedTimer>
 #include <QVariantMap>
 
 #include <memory>
@@ -25,9 +26,16 @@ class QTimer;
 ///   someone else put in a folder of theirs must not make us read or replace a system file.
 ///
 /// Nothing the user has is ever overwritten or lost:
+/// - a file that reads empty (when it held something) or is not valid JSON may be in the middle of another
+///   program's write (an editor that truncates, then writes): nothing is taken from it and nothing is
+///   written over it while it stays so, for up to two seconds while the file is watched (read again every
+///   100 ms) and up to 0.8 s otherwise (glowdeckctl, the start); changes made meanwhile are held and
+///   written on top of what the file then holds. A file that stays broken is treated as below; one that
+///   stays empty is written anew with the settings held, and the user is told. At start, an empty file is
+///   empty settings: it holds nothing to keep aside;
 /// - a file that is not a JSON object, or is larger than maxFileBytes, is kept beside under a name of its own
 ///   (".broken-<time>", ".too-large-<time>", with "-2", "-3"... when that is taken) before anything is
-///   written, and the store goes on with what it held;
+///   written, the user is told, and the store goes on with what it held;
 /// - a link not followed (also one that leads nowhere or to a folder), a folder or any other non-file in its
 ///   place, or a file that cannot be read, is left untouched: the store works in memory and says that
 ///   nothing is saved, and why;
@@ -77,6 +85,7 @@ private:
     enum class Reading
     {
         read,     ///< the values are in `values`
+        empty,    ///< nothing but white space
         missing,  ///< no file
         broken,   ///< not a JSON object, or too large: to be kept aside
         unusable, ///< not a regular file, a link not followed, or unreadable: left alone
@@ -97,21 +106,40 @@ private:
         QString why; ///< unusable: the message; broken: "broken" or "too-large"
     };
 
+    /// What takeInChanges found.
+    enum class Taken
+    {
+        done,      ///< read (what others changed is in `m_changedElsewhere`), missing or left alone
+        unsettled, ///< empty or half-written: maybe in the middle of another program's write
+        broken,    ///< too large: to be kept aside
+    };
+
     Target resolveTarget() const;
     /// Reads the file as it is now, without changing anything on disk.
     Snapshot readFile() const;
+    /// Empty when it held something, or not valid JSON: the file may be in the middle of a write.
+    bool isUnsettled(const Snapshot& now) const;
+    /// Reads the file again after short sleeps while it is unsettled, for a moment at most.
+    void waitWhileUnsettled() const;
     /// The lock beside the file written, so that a program going through a link and one going to its target
     /// take the same.
     QString lockFileName() const;
     /// The first reading at start: creates the file, or keeps a broken one aside.
     bool open();
     /// Reads the file again (into @p now) when it changed, keeping the changes not written yet, and adds the
-    /// keys others changed to `m_changedElsewhere`. False when the file is broken.
-    bool takeInChanges(Snapshot& now);
+    /// keys others changed to `m_changedElsewhere`. Changes nothing while the file is unsettled.
+    Taken takeInChanges(Snapshot& now);
     void rewatch();
-    void onFileEvent();
     /// Stores @p changes (an invalid value removes its key) over what the file holds now, in one write.
     void save(const QVariantMap& changes);
+    /// Takes in what others wrote, writes the changes not written yet on top, and announces the keys others
+    /// changed. While the file is unsettled nothing is written: watched, it is read again by a timer;
+    /// otherwise the caller waits a moment. A file that stays unsettled is replaced (replaceUnusable).
+    void sync();
+    /// The file stayed empty or broken, or is too large: keeps a broken one aside, tells the user, and
+    /// writes what this store holds in its place. An empty file is left as it is while this store holds
+    /// nothing either.
+    void replaceUnusable(const Snapshot& now);
     /// Writes where the settings file leads now, or says why it cannot.
     bool writeFile();
     /// Replaces the file at @p path (the settings file, or its link's target) with what this store holds.
@@ -131,4 +159,6 @@ private:
     QString m_saveError;
     std::unique_ptr<QFileSystemWatcher> m_watcher;
     std::unique_ptr<QTimer> m_settle; // a burst of file events is read once
+    std::unique_ptr<QTimer> m_retry;  // reads an unsettled file again
+    QElapsedTimer m_unsettledSince;   // valid while the file is unsettled and watched
 };
