@@ -15,6 +15,26 @@ constexpr QByteArrayView openRequest = "open\n";
 constexpr QByteArrayView openAnswer = "opened\n";
 constexpr int answerMilliseconds = 2000;
 
+/// The path with its symbolic links resolved, also while its last parts do not exist yet (the file, or its
+/// "glowdeck" folder, before the first start made them): the deepest part that exists is resolved and the
+/// rest appended, so that "~/.config" as a link and the folder it leads to give one path.
+QString resolvedPath(const QString& fileName)
+{
+    QString path = QDir::cleanPath(QFileInfo(fileName).absoluteFilePath());
+    QStringList missing;
+    for (;;) {
+        const QString canonical = QFileInfo(path).canonicalFilePath();
+        if (!canonical.isEmpty())
+            return missing.isEmpty() ? canonical : QDir(canonical).filePath(missing.join(u'/'));
+        const QFileInfo part(path);
+        const QString parent = part.absolutePath();
+        if (parent == path)
+            return QDir::cleanPath(QFileInfo(fileName).absoluteFilePath());
+        missing.prepend(part.fileName());
+        path = parent;
+    }
+}
+
 } // namespace
 
 SingleInstance::SingleInstance(QString settingsFile, QObject* parent)
@@ -26,9 +46,7 @@ SingleInstance::SingleInstance(QString settingsFile, QObject* parent)
 
 QString SingleInstance::socketName(const QString& settingsFile)
 {
-    const QFileInfo file(settingsFile);
-    const QString canonical = file.canonicalFilePath();
-    const QString path = canonical.isEmpty() ? file.absoluteFilePath() : canonical;
+    const QString path = resolvedPath(settingsFile);
     const QByteArray digest = QCryptographicHash::hash(path.toUtf8(), QCryptographicHash::Sha256).toHex();
     const QString name = QStringLiteral("glowdeck-") + QString::fromLatin1(digest.left(16));
     // The session's own folder; without one, the shared temporary folder with the user's name in the

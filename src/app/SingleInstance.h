@@ -25,7 +25,8 @@ public:
     explicit SingleInstance(QString settingsFile, QObject* parent = nullptr);
 
     /// The socket's path: in the session's runtime folder (XDG_RUNTIME_DIR), named after the settings file's
-    /// full path, so that a relative path, a symbolic link and the file's own path all meet.
+    /// full path with its links resolved, so that a relative path, a symbolic link (to the file or to a
+    /// folder above it, also before the file exists) and the file's own path all meet.
     static QString socketName(const QString& settingsFile);
 
     /// Hands over to a running instance, or becomes the one. A socket left behind by a run that died is

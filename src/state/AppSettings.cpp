@@ -3,6 +3,7 @@
 #include "model/BridgeAddress.h"
 
 #include "state/Console.h"
+#include "state/LightOrder.h"
 #include "state/Redaction.h"
 #include "state/SettingsKeys.h"
 #include "state/SettingsStore.h"
@@ -53,6 +54,39 @@ void AppSettings::showNotice(const QString& message, const QString& logLine)
 void AppSettings::onChangedElsewhere(const QStringList& keys)
 {
     namespace Keys = SettingsKeys;
+    const auto changed = [&keys](const QString& key) { return keys.contains(key); };
+    // The fields are assigned, never stored again: the file holds the other program's value already, and a
+    // setter's side effect (switching scenes off resets the stored panel) is not what the user asked for.
+    if (changed(Keys::appIcon))
+        assign(m_appIcon, m_store.readString(Keys::appIcon).value_or(QStringLiteral("Icon_Lamp0")),
+               &AppSettings::appIconChanged);
+    if (changed(Keys::keyIncrement))
+        assign(m_keyIncrement, m_preferences.keyIncrement(), &AppSettings::keyIncrementChanged);
+    if (changed(Keys::preferredWindowHeightLights))
+        assign(m_presetWindowHeightLights, m_store.readInt(Keys::preferredWindowHeightLights),
+               &AppSettings::presetWindowHeightLightsChanged);
+    if (changed(Keys::preferredWindowHeightRooms))
+        assign(m_presetWindowHeightRooms, m_store.readInt(Keys::preferredWindowHeightRooms),
+               &AppSettings::presetWindowHeightRoomsChanged);
+    if (changed(Keys::preferredWindowHeightScenes))
+        assign(m_presetWindowHeightScenes, m_store.readInt(Keys::preferredWindowHeightScenes),
+               &AppSettings::presetWindowHeightScenesChanged);
+    if (changed(Keys::showScenes))
+        assign(m_showScenes, m_store.storedBool(Keys::showScenes).value_or(false),
+               &AppSettings::showScenesChanged);
+    if (changed(Keys::showColorBarsForRooms))
+        assign(m_showColorBarsForRooms, m_store.storedBool(Keys::showColorBarsForRooms).value_or(true),
+               &AppSettings::showColorBarsForRoomsChanged);
+    if (changed(Keys::showZones))
+        assign(m_showZones, m_store.storedBool(Keys::showZones).value_or(true),
+               &AppSettings::showZonesChanged);
+    // The lights panel lists the lights in the stored order: a new order applies now, not at the next read.
+    if (changed(Keys::lightOrder))
+        setLights(LightOrder::apply(m_lights, m_preferences.lightOrder()));
+    if (std::any_of(keys.cbegin(), keys.cend(),
+                    [](const QString& key) { return key.startsWith(Keys::hiddenLightPrefix); }))
+        Q_EMIT lightVisibilityChanged();
+
     const QStringList bridgeKeys{Keys::bridgeIP, Keys::bridgeUser, Keys::bridgeTransport, Keys::bridgeID,
                                  Keys::bridgeCertificateKey};
     if (std::none_of(keys.cbegin(), keys.cend(),
@@ -239,11 +273,12 @@ QString AppSettings::bridgeEndpoint() const
 void AppSettings::persistBridge()
 {
     namespace Keys = SettingsKeys;
-    m_store.writeString(Keys::bridgeIP, m_hueIP);
-    m_store.writeString(Keys::bridgeUser, m_hueKey);
-    m_store.writeString(Keys::bridgeID, m_bridgeID);
-    m_store.writeString(Keys::bridgeTransport, m_bridgeTransport);
-    m_store.writeString(Keys::bridgeCertificateKey, QString::fromLatin1(m_bridgeCertificateKey.toHex()));
+    // One save: a program reading the file between two writes would take a new address with the old key.
+    m_store.setValues({{Keys::bridgeIP, m_hueIP},
+                       {Keys::bridgeUser, m_hueKey},
+                       {Keys::bridgeID, m_bridgeID},
+                       {Keys::bridgeTransport, m_bridgeTransport},
+                       {Keys::bridgeCertificateKey, QString::fromLatin1(m_bridgeCertificateKey.toHex())}});
 }
 
 void AppSettings::forgetStoredKey()

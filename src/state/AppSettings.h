@@ -66,8 +66,9 @@ public:
     /// The log is emptied, not trimmed, once it holds this many lines.
     static constexpr qsizetype logCapacity = 1001;
 
-    /// Follows the store: a bridge address or key another program stored is taken in at once
-    /// (`bridgeChangedElsewhere`), and what the store could not save is told (`settingsSaveError`).
+    /// Follows the store: what another program stored is taken in at once (a bridge address or key with
+    /// `bridgeChangedElsewhere`, the display choices with their own signals, hidden lights with
+    /// `lightVisibilityChanged`), and what the store could not save is told (`settingsSaveError`).
     explicit AppSettings(SettingsStore& store, QObject* parent = nullptr);
     ~AppSettings() override;
 
@@ -195,7 +196,7 @@ Q_SIGNALS:
     void windowResizePlease(qint64 height);
     /// The transport, the bridge id or the pinned key changed.
     void bridgeContactChanged();
-    /// The user hid or showed a light.
+    /// The user hid or showed a light, here or in another program.
     void lightVisibilityChanged();
     /// Another program stored a bridge address, key or identity, and these fields now hold it.
     void bridgeChangedElsewhere();

@@ -59,6 +59,16 @@ bool isAbsent(const QVariant& v)
 
 } // namespace
 
+void SettingsStore::setValues(const QVariantMap& values)
+{
+    for (auto it = values.begin(); it != values.end(); ++it) {
+        if (it.value().isValid())
+            setValue(it.key(), it.value());
+        else
+            remove(it.key());
+    }
+}
+
 template <typename T>
 std::optional<T> SettingsStore::unreadable(const QString& key, const char* expected) const
 {

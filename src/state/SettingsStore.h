@@ -4,6 +4,7 @@
 #include <QString>
 #include <QStringList>
 #include <QVariant>
+#include <QVariantMap>
 
 #include <functional>
 #include <optional>
@@ -23,6 +24,10 @@ public:
     /// The stored value as it is (bool, qint64, double or QString); invalid when absent.
     virtual QVariant value(const QString& key) const = 0;
     virtual void setValue(const QString& key, const QVariant& value) = 0;
+    /// Stores several values at once, so that another program reading the settings sees all of them or none
+    /// (an address with the key that belongs to it). An invalid value removes its key. The default stores
+    /// them one by one.
+    virtual void setValues(const QVariantMap& values);
     virtual void remove(const QString& key) = 0;
     /// Why changes made so far may not have reached the disk (reported once when it happened); empty when
     /// every change is saved.

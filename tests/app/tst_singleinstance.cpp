@@ -1,5 +1,6 @@
 #include "app/SingleInstance.h"
 
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QLocalSocket>
@@ -18,6 +19,8 @@ private Q_SLOTS:
     void init();
     void cleanup();
     void aSecondStartWithTheSameFileHandsOver();
+    void aLinkedConfigurationFolderMeetsItsTarget_data();
+    void aLinkedConfigurationFolderMeetsItsTarget();
     void anotherSettingsFileIsAnInstanceOfItsOwn();
     void aSocketLeftByAKilledRunDoesNotBlockTheNext();
 
@@ -93,6 +96,31 @@ void TestSingleInstance::aSecondStartWithTheSameFileHandsOver()
                  QStringLiteral("glowdeck: already running with %1; its window was opened.").arg(sameFile));
     }
     QCOMPARE(m_running.front()->state(), QProcess::Running);
+}
+
+void TestSingleInstance::aLinkedConfigurationFolderMeetsItsTarget_data()
+{
+    QTest::addColumn<QString>("made"); // what exists in the linked folder before the start
+    QTest::newRow("nothing yet") << QString();
+    QTest::newRow("the glowdeck folder, no file yet") << "glowdeck";
+    QTest::newRow("the file") << "glowdeck/settings.json";
+}
+
+void TestSingleInstance::aLinkedConfigurationFolderMeetsItsTarget()
+{
+    // "~/.config" kept by a dotfile manager: a link to a folder elsewhere.
+    QFETCH(QString, made);
+    QVERIFY(QDir().mkpath(file(QStringLiteral("dotfiles/config"))));
+    QVERIFY(QFile::link(file(QStringLiteral("dotfiles/config")), file(QStringLiteral("config"))));
+    if (made.endsWith(u".json"))
+        QVERIFY(QDir().mkpath(file(QStringLiteral("dotfiles/config/glowdeck"))) &&
+                QFile(file(QStringLiteral("dotfiles/config/") + made)).open(QIODevice::WriteOnly));
+    else if (!made.isEmpty())
+        QVERIFY(QDir().mkpath(file(QStringLiteral("dotfiles/config/") + made)));
+    QCOMPARE(SingleInstance::socketName(file(QStringLiteral("config/glowdeck/settings.json"))),
+             SingleInstance::socketName(file(QStringLiteral("dotfiles/config/glowdeck/settings.json"))));
+    QVERIFY(SingleInstance::socketName(file(QStringLiteral("config/glowdeck/settings.json"))) !=
+            SingleInstance::socketName(file(QStringLiteral("config/glowdeck/other.json"))));
 }
 
 void TestSingleInstance::anotherSettingsFileIsAnInstanceOfItsOwn()

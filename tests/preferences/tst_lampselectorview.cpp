@@ -66,6 +66,17 @@ void TestLampSelectorView::listsTheLightsInTheStoredOrderWithTheirSwitches()
     QCOMPARE(state(2), Qt::Unchecked);
     // Shown as on without a flag, and nothing is written just by showing it.
     QVERIFY(!m_state->store().contains(QStringLiteral("hide_light_uid-3")));
+
+    // Another program (glowdeckctl, an editor) changes both: the open pane follows.
+    m_state->store().watchForChanges();
+    JsonSettingsStore other(m_state->fileName());
+    other.setValues(
+        {{QStringLiteral("hide_light_uid-2"), false}, {QStringLiteral("hide_light_uid-1"), true}});
+    QTRY_COMPARE(state(1), Qt::Unchecked);
+    QCOMPARE(state(2), Qt::Checked);
+    other.writeString(QStringLiteral("lightOrder"), QStringLiteral("2,3,1"));
+    QTRY_COMPARE(rows(), (QStringList{"Lamp 2", "Lamp 3", "Lamp 1"}));
+    QCOMPARE(state(2), Qt::Unchecked);
 }
 
 void TestLampSelectorView::switchingALightOffHidesItFromTheDropDown()

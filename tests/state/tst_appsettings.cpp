@@ -1,10 +1,55 @@
 #include "TestSupport.h"
 #include "state/SettingsKeys.h"
 
+#include <QFile>
+#include <QFileInfo>
 #include <QSignalSpy>
 #include <QTest>
 
+#include <cstring>
+#include <sys/inotify.h>
+#include <unistd.h>
+
 namespace Keys = SettingsKeys;
+
+namespace {
+
+/// Counts the versions of a file put in place (created, or renamed over it) while it lives, as a program
+/// watching its folder sees them.
+class FileVersions final
+{
+public:
+    explicit FileVersions(const QString& file)
+        : m_name(QFile::encodeName(QFileInfo(file).fileName())), m_fd(inotify_init1(IN_NONBLOCK | IN_CLOEXEC))
+    {
+        const QByteArray folder = QFile::encodeName(QFileInfo(file).absolutePath());
+        m_watching = m_fd >= 0 && inotify_add_watch(m_fd, folder.constData(), IN_CREATE | IN_MOVED_TO) >= 0;
+    }
+    ~FileVersions() { close(m_fd); }
+    bool watching() const { return m_watching; }
+    /// The versions put in place so far.
+    int count()
+    {
+        alignas(inotify_event) char buffer[16384];
+        for (ssize_t size; (size = read(m_fd, buffer, sizeof buffer)) > 0;) {
+            for (const char* at = buffer; at < buffer + size;) {
+                const auto* event = reinterpret_cast<const inotify_event*>(at);
+                if (event->len > 0 && std::strcmp(event->name, m_name.constData()) == 0)
+                    ++m_count;
+                at += sizeof(inotify_event) + event->len;
+            }
+        }
+        return m_count;
+    }
+
+private:
+    QByteArray m_name;
+    int m_fd;
+    bool m_watching = false;
+    int m_count = 0;
+};
+
+} // namespace
 
 class TestAppSettings final : public QObject
 {
@@ -22,7 +67,8 @@ private Q_SLOTS:
     void storesColourBarsBeforeShowingThem();
     void dropsTheWholeLogAtItsCap();
     void notifiesOnlyOnChange();
-    void takesInAKeyStoredByAnotherProgram();
+    void takesInABridgeStoredByAnotherProgramWhole();
+    void showsChoicesAnotherProgramStored();
 };
 
 void TestAppSettings::loadsDefaultsOnAFirstRun()
@@ -184,7 +230,7 @@ void TestAppSettings::notifiesOnlyOnChange()
     QVERIFY(s.lights().first().is_on);
 }
 
-void TestAppSettings::takesInAKeyStoredByAnotherProgram()
+void TestAppSettings::takesInABridgeStoredByAnotherProgramWhole()
 {
     TestSettings t;
     AppSettings& settings = t.settings();
@@ -194,13 +240,61 @@ void TestAppSettings::takesInAKeyStoredByAnotherProgram()
     t.store().watchForChanges();
     QSignalSpy changed(&settings, &AppSettings::bridgeChangedElsewhere);
 
-    // "glowdeckctl pair" while the program runs.
-    JsonSettingsStore(t.fileName()).writeString(u"bridgeUser"_qs, u"new key"_qs);
+    // "glowdeckctl pair" with another bridge while the program runs: the file never holds the new address
+    // with the old key, so the running program takes in both together.
+    FileVersions versions(t.fileName());
+    QVERIFY(versions.watching());
+    JsonSettingsStore paired(t.fileName());
+    AppSettings pairing(paired);
+    pairing.setHueIP(u"192.0.2.8"_qs);
+    pairing.setHueKey(u"new key"_qs);
+    pairing.setBridgeContact(u"https"_qs, u"001788FFFE000001"_qs, QByteArray(32, 'k'));
+    pairing.persistBridge();
+    QCOMPARE(versions.count(), 1);
     QTRY_COMPARE_WITH_TIMEOUT(settings.hueKey(), u"new key"_qs, 1000);
+    QCOMPARE(settings.hueIP(), u"192.0.2.8"_qs);
+    QCOMPARE(settings.bridgeID(), u"001788FFFE000001"_qs);
     QCOMPARE(changed.size(), 1);
     // The next refresh keeps what it answered to: the new key, never the old one again.
     settings.persistBridge();
     QCOMPARE(JsonSettingsStore(t.fileName()).readString(u"bridgeUser"_qs), u"new key"_qs);
+}
+
+void TestAppSettings::showsChoicesAnotherProgramStored()
+{
+    TestSettings t;
+    AppSettings& s = t.settings();
+    s.load();
+    s.setShowScenes(true);
+    s.setActiveMainPanel(MainPanels::scenes);
+    s.setLights({HueLight{.lamp_id = u"1"_qs, .unique_id = u"uid-1"_qs},
+                 HueLight{.lamp_id = u"2"_qs, .unique_id = u"uid-2"_qs}});
+    t.store().watchForChanges();
+    QSignalSpy icon(&s, &AppSettings::appIconChanged);
+    QSignalSpy visibility(&s, &AppSettings::lightVisibilityChanged);
+    FileVersions versions(t.fileName());
+    QVERIFY(versions.watching());
+
+    JsonSettingsStore(t.fileName())
+        .setValues({{Keys::appIcon, u"Icon_Lamp2"_qs},
+                    {Keys::showZones, false},
+                    {Keys::showScenes, false},
+                    {Keys::showColorBarsForRooms, false},
+                    {Keys::keyIncrement, 20},
+                    {Keys::preferredWindowHeightRooms, 400},
+                    {Keys::hiddenLightPrefix + u"uid-1"_qs, true},
+                    {Keys::lightOrder, u"2,1"_qs}});
+    QTRY_COMPARE_WITH_TIMEOUT(s.appIcon(), u"Icon_Lamp2"_qs, 1000);
+    QCOMPARE(icon.size(), 1);
+    QVERIFY(!s.showZones() && !s.showScenes() && !s.showColorBarsForRooms());
+    QCOMPARE(s.keyIncrement(), 20);
+    QCOMPARE(s.presetWindowHeightRooms(), 400);
+    QCOMPARE(visibility.size(), 1);
+    QVERIFY(s.preferences().isLightHidden(s.lights().last()));
+    QCOMPARE(s.lights().first().lamp_id, u"2"_qs);
+    // Taken in, not stored again: switching scenes off here would also have reset the stored panel.
+    QCOMPARE(versions.count(), 1);
+    QCOMPARE(JsonSettingsStore(t.fileName()).readInt(Keys::activePanel), 2);
 }
 
 QTEST_GUILESS_MAIN(TestAppSettings)

@@ -8,8 +8,11 @@
 #include <QTemporaryDir>
 #include <QTemporaryFile>
 #include <QTest>
+#include <QTimer>
 
+#include <chrono>
 #include <cstdio>
+#include <thread>
 #include <unistd.h>
 
 namespace {
@@ -50,6 +53,9 @@ void writeFile(const QString& name, const QByteArray& content)
     QCOMPARE(file.write(content), content.size());
 }
 
+constexpr QFile::Permissions shared = QFile::ReadOwner | QFile::WriteOwner | QFile::ReadUser |
+                                      QFile::WriteUser | QFile::ReadGroup | QFile::ReadOther;
+
 QByteArray readFile(const QString& name)
 {
     QFile file(name);
@@ -68,7 +74,13 @@ private Q_SLOTS:
     void readsLooselyTypedValuesLikeTheSystemStore();
     void changesTheModeOfNothingItDidNotCreate_data();
     void changesTheModeOfNothingItDidNotCreate();
+    void followsOnlyALinkOfItsUserToAFile_data();
+    void followsOnlyALinkOfItsUserToAFile();
     void keepsWhatOtherProgramsWrite();
+    void anEditorWritingInPlaceLosesNothing_data();
+    void anEditorWritingInPlaceLosesNothing();
+    void startsWithAFileBeingWritten_data();
+    void startsWithAFileBeingWritten();
     void keepsUnusableFilesAsideUnderNamesOfTheirOwn_data();
     void keepsUnusableFilesAsideUnderNamesOfTheirOwn();
     void leavesAFolderInItsPlaceAlone();
@@ -130,34 +142,26 @@ void TestJsonSettingsStore::readsLooselyTypedValuesLikeTheSystemStore()
 
 void TestJsonSettingsStore::changesTheModeOfNothingItDidNotCreate_data()
 {
-    QTest::addColumn<QString>("before"); // "none", "file" (mode 0644) or "link" (to a 0644 file)
-    QTest::addColumn<bool>("saved");
-    QTest::newRow("made here: the owner's only, in a folder of its own") << "none" << true;
-    QTest::newRow("the user's file keeps its mode") << "file" << true;
-    QTest::newRow("a link is left alone, and so is its target") << "link" << false;
+    QTest::addColumn<QString>("before"); // "none" or "file" (mode 0644)
+    QTest::newRow("made here: the owner's only, in a folder of its own") << "none";
+    QTest::newRow("the user's file keeps its mode") << "file";
 }
 
 void TestJsonSettingsStore::changesTheModeOfNothingItDidNotCreate()
 {
     QFETCH(QString, before);
-    QFETCH(bool, saved);
     QTemporaryDir dir;
     const QString file = dir.filePath(QStringLiteral("glowdeck/settings.json"));
-    const QString target = dir.filePath(QStringLiteral("system.conf"));
-    const QFile::Permissions shared = QFile::ReadOwner | QFile::WriteOwner | QFile::ReadUser |
-                                      QFile::WriteUser | QFile::ReadGroup | QFile::ReadOther;
-    if (before != u"none") {
+    if (before == u"file") {
         QVERIFY(QDir().mkpath(dir.filePath(QStringLiteral("glowdeck"))));
-        writeFile(before == u"file" ? file : target, R"({"keep": 1})");
-        QVERIFY(QFile::setPermissions(before == u"file" ? file : target, shared));
-        if (before == u"link")
-            QVERIFY(QFile::link(target, file));
+        writeFile(file, R"({"keep": 1})");
+        QVERIFY(QFile::setPermissions(file, shared));
     }
     Stderr said;
     JsonSettingsStore store(file);
     store.writeString(QStringLiteral("bridgeUser"), QStringLiteral("secret"));
-    QCOMPARE(store.saveError().isEmpty(), saved);
-    QCOMPARE(readFile(file).contains("secret"), saved);
+    QVERIFY(store.saveError().isEmpty());
+    QVERIFY(readFile(file).contains("secret"));
     if (before == u"none") {
         QCOMPARE(QFile::permissions(file) & ~(QFile::ReadUser | QFile::WriteUser),
                  QFile::ReadOwner | QFile::WriteOwner);
@@ -169,16 +173,86 @@ void TestJsonSettingsStore::changesTheModeOfNothingItDidNotCreate()
         QVERIFY(readFile(file).contains("secret") && readFile(file).contains("192.0.2.7"));
         QCOMPARE(QFile::permissions(file) & ~(QFile::ReadUser | QFile::WriteUser),
                  QFile::ReadOwner | QFile::WriteOwner);
-    } else if (before == u"file") {
+    } else {
         QCOMPARE(QFile::permissions(file), shared);
         QVERIFY(said.text().contains(u"other users may read it"_qs));
-    } else {
-        QVERIFY(QFileInfo(file).isSymLink());
-        QCOMPARE(QFile::permissions(target), shared);
-        QCOMPARE(readFile(target), QByteArray(R"({"keep": 1})"));
-        QVERIFY2(said.text().contains(u"is a symbolic link; it is left as it is"_qs),
-                 qPrintable(said.text()));
     }
+}
+
+void TestJsonSettingsStore::followsOnlyALinkOfItsUserToAFile_data()
+{
+    // The settings file is a link (as dotfile managers keep it) to "dotfiles/glowdeck.json", mode 0644.
+    QTest::addColumn<QString>("link");    // where the settings file leads, from its folder
+    QTest::addColumn<QString>("refusal"); // empty: followed
+    QTest::addColumn<QByteArray>("content");
+    const QByteArray valid = R"({"keep": 1})";
+    QTest::newRow("to a file") << "../dotfiles/glowdeck.json" << QString() << valid;
+    QTest::newRow("through a second link") << "second-link" << QString() << valid;
+    QTest::newRow("to a broken file")
+        << "../dotfiles/glowdeck.json" << QString() << QByteArray(R"({"keep": )");
+    QTest::newRow("to nothing") << "../dotfiles/gone.json"
+                                << "is a symbolic link to nothing" << valid;
+    QTest::newRow("to a folder") << "../dotfiles"
+                                 << "is a symbolic link to a folder" << valid;
+    QTest::newRow("to a file of another user") << "../dotfiles/glowdeck.json"
+                                               << "to a file of another user" << valid;
+    QTest::newRow("made by another user") << "../dotfiles/glowdeck.json"
+                                          << "a symbolic link of another user" << valid;
+}
+
+void TestJsonSettingsStore::followsOnlyALinkOfItsUserToAFile()
+{
+    QFETCH(QString, link);
+    QFETCH(QString, refusal);
+    QFETCH(QByteArray, content);
+    const QByteArray valid = R"({"keep": 1})";
+    QTemporaryDir dir;
+    QVERIFY(QDir().mkpath(dir.filePath(QStringLiteral("glowdeck"))) &&
+            QDir().mkpath(dir.filePath(QStringLiteral("dotfiles"))));
+    const QString file = dir.filePath(QStringLiteral("glowdeck/settings.json"));
+    const QString target = dir.filePath(QStringLiteral("dotfiles/glowdeck.json"));
+    writeFile(target, content);
+    QVERIFY(QFile::setPermissions(target, shared));
+    QVERIFY(QFile::link(link, file));
+    QVERIFY(QFile::link(QStringLiteral("../dotfiles/glowdeck.json"), dir.filePath("glowdeck/second-link")));
+    // Another user's file or link: only root can make one to try.
+    const bool asOther = refusal.contains(u"another user");
+    if (asOther && geteuid() != 0)
+        QSKIP("only root can give a file to another user");
+    if (asOther && lchown(QFile::encodeName(refusal.contains(u"to a file") ? target : file).constData(),
+                          65534, 65534) != 0)
+        QFAIL("cannot give the file to another user");
+
+    Stderr said;
+    JsonSettingsStore store(file);
+    store.writeString(QStringLiteral("bridgeUser"), QStringLiteral("secret"));
+    QVERIFY(QFileInfo(file).isSymLink());
+    const QStringList beside = QDir(dir.filePath(QStringLiteral("dotfiles"))).entryList(QDir::Files);
+    if (content != valid) {
+        // Kept aside beside the file it leads to, which is written anew (the owner's only, as a new file).
+        QCOMPARE(beside.size(), 2);
+        QCOMPARE(readFile(dir.filePath(u"dotfiles/"_qs + beside.last())), content);
+        QVERIFY(readFile(target).contains("secret"));
+        return;
+    }
+    QCOMPARE(QFile::permissions(target), shared);
+    QCOMPARE(beside, QStringList{"glowdeck.json"});
+    if (!refusal.isEmpty()) {
+        QCOMPARE(readFile(target), valid);
+        QVERIFY2(store.saveError().contains(refusal), qPrintable(store.saveError()));
+        QVERIFY2(said.text().contains(refusal), qPrintable(said.text()));
+        return;
+    }
+    QVERIFY2(store.saveError().isEmpty(), qPrintable(store.saveError()));
+    QCOMPARE(store.readInt(QStringLiteral("keep")), 1);
+    QVERIFY(readFile(target).contains("secret"));
+
+    // Another program writes to the file the link leads to: watched, it arrives.
+    store.watchForChanges();
+    QStringList announced;
+    store.setChangedElsewhereHandler([&](const QStringList& keys) { announced += keys; });
+    JsonSettingsStore(target).writeString(QStringLiteral("bridgeIP"), QStringLiteral("192.0.2.9"));
+    QTRY_COMPARE_WITH_TIMEOUT(announced, QStringList{"bridgeIP"}, 1000);
 }
 
 void TestJsonSettingsStore::keepsWhatOtherProgramsWrite()
@@ -200,14 +274,8 @@ void TestJsonSettingsStore::keepsWhatOtherProgramsWrite()
     QCOMPARE(running.readString(QStringLiteral("bridgeUser")), u"new key"_qs);
     QVERIFY(readFile(file).contains("new key") && readFile(file).contains("Icon_Lamp1"));
 
-    // Watched, it arrives without a save of its own, within a second.
-    running.watchForChanges();
-    announced.clear();
-    JsonSettingsStore(file).writeString(QStringLiteral("bridgeIP"), QStringLiteral("192.0.2.9"));
-    QTRY_COMPARE_WITH_TIMEOUT(announced, QStringList{"bridgeIP"}, 1000);
-    QCOMPARE(running.readString(QStringLiteral("bridgeIP")), u"192.0.2.9"_qs);
-
-    // Broken by hand: kept aside before the next save, which writes everything anew, and the user is told.
+    // Broken by hand and left so: kept aside by the next save (after a moment's wait), which writes
+    // everything anew, and the user is told.
     Stderr said;
     writeFile(file, R"({"bridgeUser": "new key", )");
     running.writeBool(QStringLiteral("showScenes"), true);
@@ -220,6 +288,110 @@ void TestJsonSettingsStore::keepsWhatOtherProgramsWrite()
     QCOMPARE(after.readString(QStringLiteral("bridgeUser")), u"new key"_qs);
     QVERIFY(after.readBool(QStringLiteral("showScenes")) &&
             after.readInt(QStringLiteral("keyIncrement")) == 20);
+
+    // Watched, a change arrives without a save of its own, within a second.
+    running.watchForChanges();
+    announced.clear();
+    JsonSettingsStore(file).writeString(QStringLiteral("bridgeIP"), QStringLiteral("192.0.2.9"));
+    QTRY_COMPARE_WITH_TIMEOUT(announced, QStringList{"bridgeIP"}, 1000);
+    QCOMPARE(running.readString(QStringLiteral("bridgeIP")), u"192.0.2.9"_qs);
+}
+
+void TestJsonSettingsStore::anEditorWritingInPlaceLosesNothing_data()
+{
+    // An editor saves by emptying the file and writing it again; the running program sees the file between.
+    QTest::addColumn<QByteArray>("between");
+    QTest::addColumn<bool>("completed"); // else the editor stops there (a crash, a full disk)
+    const QByteArray halfWritten = R"({"bridgeUser": "key", "appIc)";
+    QTest::newRow("emptied, then written") << QByteArray() << true;
+    QTest::newRow("half-written, then completed") << halfWritten << true;
+    QTest::newRow("left empty") << QByteArray() << false;
+    QTest::newRow("left half-written") << halfWritten << false;
+}
+
+void TestJsonSettingsStore::anEditorWritingInPlaceLosesNothing()
+{
+    QFETCH(QByteArray, between);
+    QFETCH(bool, completed);
+    QTemporaryDir dir;
+    const QString file = dir.filePath(QStringLiteral("settings.json"));
+    JsonSettingsStore running(file);
+    running.setValues({{QStringLiteral("bridgeUser"), QStringLiteral("key")},
+                       {QStringLiteral("appIcon"), QStringLiteral("Icon_Lamp1")}});
+    running.watchForChanges();
+    QStringList announced;
+    QStringList notices;
+    running.setChangedElsewhereHandler([&](const QStringList& keys) { announced += keys; });
+    running.setNoticeHandler([&](const QString& message) { notices << message; });
+
+    Stderr said;
+    writeFile(file, between);
+    // A save meanwhile waits: nothing is written over the file the editor is writing.
+    running.writeInt(QStringLiteral("keyIncrement"), 20);
+    QCOMPARE(readFile(file), between);
+    QCOMPARE(running.readString(QStringLiteral("bridgeUser")), u"key"_qs);
+    if (completed) {
+        QTimer::singleShot(300, this,
+                           [&] { writeFile(file, R"({"bridgeUser": "key", "appIcon": "Icon_Lamp2"})"); });
+        QTRY_COMPARE_WITH_TIMEOUT(running.readString(QStringLiteral("appIcon")), u"Icon_Lamp2"_qs, 5000);
+        // Taken in as the editor left it, the save on top; no key was ever announced as deleted.
+        QCOMPARE(announced, QStringList{"appIcon"});
+        QTRY_VERIFY(readFile(file).contains("keyIncrement"));
+        QVERIFY(notices.isEmpty());
+    } else {
+        QTRY_COMPARE_WITH_TIMEOUT(notices.size(), 1, 5000);
+        QVERIFY(announced.isEmpty());
+        QVERIFY2(notices.first().contains(between.isEmpty() ? u"was left empty"_qs : u"was kept as"_qs),
+                 qPrintable(notices.first()));
+    }
+    const QStringList kept = QDir(dir.path()).entryList({"settings.json.broken-*"});
+    QCOMPARE(kept.size(), !completed && !between.isEmpty() ? 1 : 0);
+    if (!kept.isEmpty())
+        QCOMPARE(readFile(dir.filePath(kept.first())), between);
+    const JsonSettingsStore after(file);
+    QCOMPARE(after.readString(QStringLiteral("bridgeUser")), u"key"_qs);
+    QCOMPARE(after.readInt(QStringLiteral("keyIncrement")), 20);
+    QCOMPARE(after.readString(QStringLiteral("appIcon")), completed ? u"Icon_Lamp2"_qs : u"Icon_Lamp1"_qs);
+}
+
+void TestJsonSettingsStore::startsWithAFileBeingWritten_data()
+{
+    QTest::addColumn<QByteArray>("atStart");
+    QTest::addColumn<QByteArray>("soonAfter"); // written by another program while the store starts
+    QTest::addColumn<QString>("icon");         // as the store then reads it
+    const QByteArray whole = R"({"appIcon": "Icon_Lamp2"})";
+    QTest::newRow("half-written, completed a moment later")
+        << QByteArray(R"({"appIc)") << whole << "Icon_Lamp2";
+    QTest::newRow("emptied, written a moment later") << QByteArray() << whole << "Icon_Lamp2";
+    // An empty file holds nothing to keep aside: it is empty settings, and nothing is said.
+    QTest::newRow("empty, and left so") << QByteArray() << QByteArray() << QString();
+}
+
+void TestJsonSettingsStore::startsWithAFileBeingWritten()
+{
+    QFETCH(QByteArray, atStart);
+    QFETCH(QByteArray, soonAfter);
+    QFETCH(QString, icon);
+    QTemporaryDir dir;
+    const QString file = dir.filePath(QStringLiteral("settings.json"));
+    writeFile(file, atStart);
+    QVERIFY(QFile::setPermissions(file, QFile::ReadOwner | QFile::WriteOwner));
+    // The other program, a moment into the store's start (which has no event loop to wait with).
+    std::thread other([&] {
+        if (soonAfter.isEmpty())
+            return;
+        std::this_thread::sleep_for(std::chrono::milliseconds(100));
+        QFile in(file);
+        if (in.open(QIODevice::WriteOnly))
+            in.write(soonAfter);
+    });
+    Stderr said;
+    const JsonSettingsStore store(file);
+    other.join();
+    QCOMPARE(store.readString(QStringLiteral("appIcon")).value_or(QString()), icon);
+    QVERIFY(store.saveError().isEmpty());
+    QCOMPARE(QDir(dir.path()).entryList(QDir::Files), QStringList{"settings.json"});
+    QCOMPARE(said.text(), QString());
 }
 
 void TestJsonSettingsStore::keepsUnusableFilesAsideUnderNamesOfTheirOwn_data()

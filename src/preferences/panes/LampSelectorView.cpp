@@ -117,7 +117,17 @@ LampSelectorView::LampSelectorView(AppSettings& settings, QWidget* parent)
     }
     connect(m_toConnection, &LinkButton::clicked, this, &LampSelectorView::connectionPaneRequested);
     connect(&m_settings, &AppSettings::lightsChanged, this, &LampSelectorView::onLightsChanged);
+    connect(&m_settings, &AppSettings::lightVisibilityChanged, this, &LampSelectorView::onVisibilityChanged);
     rebuild();
+}
+
+void LampSelectorView::onVisibilityChanged()
+{
+    // Another program hid or showed a light (a switch of this pane is already in its new state).
+    const QSignalBlocker blocker(m_list);
+    for (int row = 0; row < m_list->count() && row < m_lights.size(); ++row)
+        m_list->item(row)->setCheckState(
+            m_settings.preferences().isLightHidden(m_lights.at(row)) ? Qt::Unchecked : Qt::Checked);
 }
 
 void LampSelectorView::onLightsChanged()

@@ -35,6 +35,7 @@ Q_SIGNALS:
 
 private:
     void onLightsChanged();
+    void onVisibilityChanged();
     void onItemChanged();
     void onRowsMoved();
     void onCurrentRowChanged();
