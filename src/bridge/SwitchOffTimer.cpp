@@ -44,7 +44,7 @@ void SwitchOffTimer::deleteOurs()
     m_ours.clear();
 }
 
-void SwitchOffTimer::onAnswered(const ActionQueueItem& item, const WriteOutcome& outcome)
+void SwitchOffTimer::onAnswered(const ActionQueueItem& item, const WriteOutcome& outcome, bool again)
 {
     if (item.property != QLatin1String("schedule") || !item.item_id.startsWith(QLatin1String("switch-off-")))
         return;
@@ -54,6 +54,9 @@ void SwitchOffTimer::onAnswered(const ActionQueueItem& item, const WriteOutcome&
             m_helper.deleteSchedule(outcome.createdId);
         return;
     }
+    // The bridge was busy, which refuses nothing: the queue sends the timer again after its pause.
+    if (again)
+        return;
     if (outcome.ok() && !outcome.createdId.isEmpty()) {
         m_ours.append(outcome.createdId);
         return;

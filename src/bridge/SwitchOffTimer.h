@@ -14,7 +14,8 @@ struct WriteOutcome;
 
 /// The one switch-off timer Glowdeck keeps on the bridge ("Off in N minutes"). A new one replaces it: the
 /// schedule the bridge made for the old one is deleted by the id it answered with, also when that answer
-/// comes only after the new choice. Cancel deletes it. Schedules other programs made are never touched.
+/// comes only after the new choice. Cancel deletes it. A busy bridge (429, 503) is no refusal: the timer
+/// stays pending while the queue sends it again. Schedules other programs made are never touched.
 class SwitchOffTimer final : public QObject
 {
     Q_OBJECT
@@ -38,7 +39,7 @@ Q_SIGNALS:
     void changed();
 
 private:
-    void onAnswered(const ActionQueueItem& item, const WriteOutcome& outcome);
+    void onAnswered(const ActionQueueItem& item, const WriteOutcome& outcome, bool again);
     void deleteOurs();
     void setFiresAt(const QDateTime& at);
 

@@ -26,6 +26,8 @@ private Q_SLOTS:
     void clampsTheLocalBrightnessOfAnIncrease();
     void sendsTheSwitchOffSchedule();
     void keepsOneSwitchOffTimerAndCancelsIt();
+    void aSwitchOffTimerSurvivesABusyOrSilentBridge_data();
+    void aSwitchOffTimerSurvivesABusyOrSilentBridge();
     void keepsEachIdOnePathSegment_data();
     void keepsEachIdOnePathSegment();
 
@@ -265,6 +267,44 @@ void TestHueHelper::keepsOneSwitchOffTimerAndCancelsIt()
     timer.cancel();
     QVERIFY(!timer.firesAt().isValid());
     QTRY_COMPARE(bridge.scheduleIds(), QStringList{foreign});
+}
+
+void TestHueHelper::aSwitchOffTimerSurvivesABusyOrSilentBridge_data()
+{
+    // The timer's request meets `fault`, held back `late` ms; the bridge gets `requests`.
+    QTest::addColumn<BridgeSimulator::Fault>("fault");
+    QTest::addColumn<int>("late");
+    QTest::addColumn<QStringList>("requests");
+    using Fault = BridgeSimulator::Fault;
+    // A busy bridge refuses nothing: the queue sends the timer again after its pause.
+    QTest::newRow("429") << Fault::TooManyRequests << 0 << QStringList{"POST", "POST"};
+    QTest::newRow("503") << Fault::ServiceUnavailable << 0 << QStringList{"POST", "POST"};
+}
+
+void TestHueHelper::aSwitchOffTimerSurvivesABusyOrSilentBridge()
+{
+    QFETCH(BridgeSimulator::Fault, fault);
+    QFETCH(int, late);
+    QFETCH(QStringList, requests);
+    BridgeSimulator& bridge = m_bench->bridge();
+    bridge.setFault(fault, 1, "POST");
+    bridge.setFaultLatency(late);
+    SwitchOffTimer timer(*m_queue, *m_helper);
+    QSignalSpy drained(m_queue.get(), &ActionQueue::drained);
+
+    timer.start(5);
+
+    QVERIFY(drained.wait(10000));
+    QTRY_COMPARE(bridge.requests().size(), requests.size());
+    QTRY_VERIFY(timer.firesAt().isValid());
+    QCOMPARE(bridge.scheduleIds().size(), 1);
+    QStringList methods;
+    for (const SimulatedRequest& request : bridge.requests())
+        methods << QString::fromLatin1(request.method);
+    QCOMPARE(methods, requests);
+
+    timer.cancel();
+    QTRY_VERIFY(bridge.scheduleIds().isEmpty());
 }
 
 void TestHueHelper::keepsEachIdOnePathSegment_data()
