@@ -223,6 +223,8 @@ void AppDelegate::createTrayIcon()
     m_trayIcon = std::make_unique<QSystemTrayIcon>(lampIcon(m_settings->appIcon()));
     m_trayIcon->setToolTip(SwitchOffNotice::restingToolTip);
     m_switchOffNotice = std::make_unique<SwitchOffNotice>(*m_trayIcon);
+    connect(m_switchOffTimer.get(), &SwitchOffTimer::changed, m_switchOffNotice.get(),
+            [this] { m_switchOffNotice->setPendingUntil(m_switchOffTimer->firesAt()); });
     connect(m_settings.get(), &AppSettings::appIconChanged, this, &AppDelegate::onAppIconChanged);
     connect(m_trayIcon.get(), &QSystemTrayIcon::activated, this, [this](QSystemTrayIcon::ActivationReason r) {
         onActivated(r, QGuiApplication::keyboardModifiers());
@@ -555,7 +557,7 @@ void AppDelegate::onAllOffInMinutes()
     else if (title.contains(QStringLiteral("30 ")))
         minutes = 30;
     m_switchOffTimer->start(minutes);
-    m_switchOffNotice->announce(minutes);
+    m_switchOffNotice->announce(m_switchOffTimer->firesAt(), minutes);
 }
 
 void AppDelegate::onOpenSettings()

@@ -42,6 +42,7 @@ private Q_SLOTS:
     void darknessSwitchesTheWholeHouseOffAtOnce();
     void offInMinutesReadsTheDelayFromTheTitle_data();
     void offInMinutesReadsTheDelayFromTheTitle();
+    void tooltipAndMenuFollowTheSwitchOffTimer();
     void controlClickOpensTheMenuAndNotTheWindow();
     void contextClickClosesTheOpenWindow();
     void plainClickTogglesTheWindowAndCountsTheOpening();
@@ -56,6 +57,8 @@ private:
     /// Starts the application against the simulator, already paired.
     void startDelegate(bool seenWelcome = true);
     QAction* action(const QString& title) const;
+    /// "Lights off at HH:MM — Cancel" while a timer is pending, else empty.
+    QString pendingTimerEntry() const;
     /// The identifier of the pane the preferences window shows.
     QString shownPane() const;
     int activeTimers(QObject& owner, std::chrono::milliseconds interval) const;
@@ -141,6 +144,15 @@ QStringList TestAppDelegate::queued() const
     return lines;
 }
 
+QString TestAppDelegate::pendingTimerEntry() const
+{
+    for (QAction* entry : m_delegate->contextMenu().actions()) {
+        if (entry->isVisible() && entry->text().startsWith(u"Lights off at "))
+            return entry->text();
+    }
+    return QString();
+}
+
 QString TestAppDelegate::shownPane() const
 {
     const PaneTabController& tabs = m_delegate->preferences().tabViewController();
@@ -180,13 +192,9 @@ void TestAppDelegate::menuListsItsEntriesInOrder()
     QCOMPARE(titles(), (QStringList{"Darkness!", "Off in 5 minutes", "Off in 30 minutes", "Off in 60 minutes",
                                     "-", "Settings", "-", "Help", "Provide Feedback", "-", "Quit Glowdeck"}));
 
-    // A pending timer shows when it goes off, and how to take it back.
+    // A pending timer shows when it goes off, and how to take it back, after the choices of delay.
     action(QStringLiteral("Off in 30 minutes"))->trigger();
-    const QString at =
-        QLocale().toString(m_delegate->switchOffTimer().firesAt().time(), QLocale::ShortFormat);
-    QCOMPARE(titles().at(4), u"Lights off at %1 \u2014 Cancel"_qs.arg(at));
-    action(u"Lights off at %1 \u2014 Cancel"_qs.arg(at))->trigger();
-    QCOMPARE(titles().size(), 11);
+    QCOMPARE(titles().at(4), pendingTimerEntry());
 }
 
 void TestAppDelegate::darknessSwitchesTheWholeHouseOffAtOnce()
@@ -231,8 +239,35 @@ void TestAppDelegate::offInMinutesReadsTheDelayFromTheTitle()
     QTRY_COMPARE(queued().size(), 1);
     QVERIFY(queued().first().startsWith(QStringLiteral("/schedules ")));
     QVERIFY(queued().first().contains(u"\"localtime\":\"%1\""_qs.arg(localtime)));
-    const int minutes = localtime.mid(2, 2).toInt() * 60 + localtime.mid(5, 2).toInt();
-    QVERIFY(m_delegate->trayIcon().toolTip().contains(u"in %1 minutes"_qs.arg(minutes)));
+    const QString at =
+        QLocale().toString(m_delegate->switchOffTimer().firesAt().time(), QLocale::ShortFormat);
+    QVERIFY(m_delegate->trayIcon().toolTip().contains(at));
+}
+
+void TestAppDelegate::tooltipAndMenuFollowTheSwitchOffTimer()
+{
+    startDelegate();
+    const auto atRest = [this] {
+        return pendingTimerEntry().isEmpty() &&
+               m_delegate->trayIcon().toolTip() == SwitchOffNotice::restingToolTip;
+    };
+
+    // Set, then cancelled.
+    action(QStringLiteral("Off in 30 minutes"))->trigger();
+    const QString at =
+        QLocale().toString(m_delegate->switchOffTimer().firesAt().time(), QLocale::ShortFormat);
+    QCOMPARE(pendingTimerEntry(), u"Lights off at %1 \u2014 Cancel"_qs.arg(at));
+    QVERIFY(m_delegate->trayIcon().toolTip().contains(at));
+    QTRY_COMPARE(m_bridge->scheduleIds().size(), 1);
+    action(pendingTimerEntry())->trigger();
+    QVERIFY(atRest());
+    QTRY_VERIFY(m_bridge->scheduleIds().isEmpty());
+
+    // Refused by the bridge.
+    m_bridge->setFault(BridgeSimulator::Fault::ErrorArray, 1, "POST");
+    action(QStringLiteral("Off in 5 minutes"))->trigger();
+    QVERIFY(!atRest());
+    QTRY_VERIFY(atRest());
 }
 
 void TestAppDelegate::controlClickOpensTheMenuAndNotTheWindow()
