@@ -51,6 +51,8 @@
 #include <QNetworkAccessManager>
 #include <QTimer>
 
+#include <utility>
+
 namespace {
 
 // The tray host (a panel, trayer) may start a little after us at login: look every second for half a minute,
@@ -172,7 +174,7 @@ void AppDelegate::start()
 
     m_queue = std::make_unique<ActionQueue>(*m_settings, *m_network);
     m_helper = std::make_unique<HueHelper>(*m_settings, *m_queue);
-    m_switchOffTimer = std::make_unique<SwitchOffTimer>(*m_queue, *m_helper);
+    m_switchOffTimer = std::make_unique<SwitchOffTimer>(*m_settings, *m_network, *m_queue, *m_helper);
     m_pairing = std::make_unique<BridgePairing>(*m_settings, *m_network);
     m_connection = std::make_unique<BridgeConnection>(*m_settings, *m_network, *m_pairing);
     m_shell = std::make_unique<ShellRunner>();
@@ -182,6 +184,12 @@ void AppDelegate::start()
     m_connection->setBridgeFinder(m_discovery.get());
     // "glowdeckctl pair" while this runs: its key is used at once, and never overwritten with the old one.
     m_store->watchForChanges();
+    // A timer set before a restart or a suspend is still on the bridge: look for it once the bridge answers.
+    connect(m_connection.get(), &BridgeConnection::lightsRefreshed, m_switchOffTimer.get(),
+            [this](const LightsResult& result) {
+                if (result.ok() && std::exchange(m_findSwitchOffTimer, false))
+                    m_switchOffTimer->findOnBridge();
+            });
     connect(m_settings.get(), &AppSettings::bridgeChangedElsewhere, m_connection.get(), [this] {
         if (!m_settings->hueIP().isEmpty() && !m_settings->hueKey().isEmpty())
             m_connection->connectToBridge();
@@ -596,6 +604,8 @@ void AppDelegate::onSleepNote()
 
 void AppDelegate::onWakeNote()
 {
+    // The switch-off timer may have gone off, or been cancelled elsewhere, while the computer slept.
+    m_findSwitchOffTimer = true;
     m_queue->startProcessor();
     m_connection->startBridgeStateRefresher();
 }

@@ -21,6 +21,7 @@
 #include "state/SettingsKeys.h"
 
 #include <QAction>
+#include <QJsonObject>
 #include <QLabel>
 #include <QLocale>
 #include <QMenu>
@@ -43,6 +44,7 @@ private Q_SLOTS:
     void offInMinutesReadsTheDelayFromTheTitle_data();
     void offInMinutesReadsTheDelayFromTheTitle();
     void tooltipAndMenuFollowTheSwitchOffTimer();
+    void aPendingSwitchOffTimerIsFoundAgainAtStartAndOnWake();
     void controlClickOpensTheMenuAndNotTheWindow();
     void contextClickClosesTheOpenWindow();
     void plainClickTogglesTheWindowAndCountsTheOpening();
@@ -59,6 +61,8 @@ private:
     QAction* action(const QString& title) const;
     /// "Lights off at HH:MM — Cancel" while a timer is pending, else empty.
     QString pendingTimerEntry() const;
+    /// Our timer, as an earlier run of Glowdeck left it on the bridge; its id.
+    QString addOurTimer(const QString& localtime);
     /// The identifier of the pane the preferences window shows.
     QString shownPane() const;
     int activeTimers(QObject& owner, std::chrono::milliseconds interval) const;
@@ -67,6 +71,7 @@ private:
     QStringList queued() const;
 
     std::unique_ptr<BridgeSimulator> m_bridge;
+    QString m_key;
     std::unique_ptr<QTemporaryDir> m_folder;
     std::unique_ptr<AppDelegate> m_delegate;
     SleepWatcher* m_sleepWatcher = nullptr;
@@ -81,6 +86,7 @@ void TestAppDelegate::init()
 {
     m_bridge = std::make_unique<BridgeSimulator>();
     QVERIFY(m_bridge->listen());
+    m_key = m_bridge->addUser();
     m_folder = std::make_unique<QTemporaryDir>();
     m_links = ProductLinks{};
     m_opened.clear();
@@ -100,7 +106,7 @@ void TestAppDelegate::startDelegate(bool seenWelcome)
     {
         JsonSettingsStore store(file);
         store.writeString(SettingsKeys::bridgeIP, m_bridge->hostAndPort());
-        store.writeString(SettingsKeys::bridgeUser, m_bridge->addUser());
+        store.writeString(SettingsKeys::bridgeUser, m_key);
         if (seenWelcome)
             store.writeBool(SettingsKeys::hasSeenWelcomeScreen, true);
         // Ctrl+Alt+K switches every room off.
@@ -151,6 +157,16 @@ QString TestAppDelegate::pendingTimerEntry() const
             return entry->text();
     }
     return QString();
+}
+
+QString TestAppDelegate::addOurTimer(const QString& localtime)
+{
+    return m_bridge->addSchedule(
+        QJsonObject{{"name", "Glowdeck: lights off"},
+                    {"command", QJsonObject{{"address", u"/api/%1/groups/0/action"_qs.arg(m_key)},
+                                            {"method", "PUT"},
+                                            {"body", QJsonObject{{"on", false}}}}},
+                    {"localtime", localtime}});
 }
 
 QString TestAppDelegate::shownPane() const
@@ -268,6 +284,38 @@ void TestAppDelegate::tooltipAndMenuFollowTheSwitchOffTimer()
     action(QStringLiteral("Off in 5 minutes"))->trigger();
     QVERIFY(!atRest());
     QTRY_VERIFY(atRest());
+}
+
+void TestAppDelegate::aPendingSwitchOffTimerIsFoundAgainAtStartAndOnWake()
+{
+    // Set before a restart, beside another app's timer.
+    const QString ours = addOurTimer(u"PT00:30:00"_qs);
+    const QString foreign = m_bridge->addSchedule(QJsonObject{
+        {"name", "Wake-up light"},
+        {"command", QJsonObject{{"address", u"/api/%1/groups/0/action"_qs.arg(m_bridge->addUser())},
+                                {"method", "PUT"},
+                                {"body", QJsonObject{{"on", true}}}}},
+        {"localtime", "PT00:20:00"}});
+    const QDateTime started =
+        QDateTime::fromString(m_bridge->schedule(ours).value(u"starttime").toString() + u'Z', Qt::ISODate);
+    const QString at =
+        QLocale().toString(started.addSecs(30 * 60).toLocalTime().time(), QLocale::ShortFormat);
+    startDelegate();
+    QTRY_COMPARE(pendingTimerEntry(), u"Lights off at %1 \u2014 Cancel"_qs.arg(at));
+    QVERIFY(m_delegate->trayIcon().toolTip().contains(at));
+    action(pendingTimerEntry())->trigger();
+    QTRY_COMPARE(m_bridge->scheduleIds(), QStringList{foreign});
+
+    // Set again, and gone off while the computer slept.
+    action(QStringLiteral("Off in 60 minutes"))->trigger();
+    QTRY_COMPARE(m_bridge->scheduleIds().size(), 2);
+    Q_EMIT m_sleepWatcher->aboutToSleep();
+    QVERIFY(m_bridge->fireSchedule(m_bridge->scheduleIds().last()));
+    QVERIFY(!pendingTimerEntry().isEmpty());
+    Q_EMIT m_sleepWatcher->wokeUp();
+    QTRY_VERIFY_WITH_TIMEOUT(pendingTimerEntry().isEmpty(), 15000);
+    QCOMPARE(m_delegate->trayIcon().toolTip(), SwitchOffNotice::restingToolTip);
+    QCOMPARE(m_bridge->scheduleIds(), QStringList{foreign});
 }
 
 void TestAppDelegate::controlClickOpensTheMenuAndNotTheWindow()
