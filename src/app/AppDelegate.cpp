@@ -363,9 +363,9 @@ void AppDelegate::buildContextMenu()
 {
     m_menu = std::make_unique<QMenu>();
     m_menu->addAction(QStringLiteral("Darkness!"), this, &AppDelegate::onAllOff);
-    for (const QString& title : {QStringLiteral("Off in 5 minutes"), QStringLiteral("Off in 30 minutes"),
-                                 QStringLiteral("Off in 60 minutes")})
-        m_menu->addAction(title, this, &AppDelegate::onAllOffInMinutes);
+    for (const int minutes : {5, 30, 60})
+        m_menu->addAction(tr("Off in %1 minutes").arg(minutes), this, &AppDelegate::onAllOffInMinutes)
+            ->setData(minutes);
     // The pending timer, and the way back from it.
     m_cancelTimer = m_menu->addAction(QString(), m_switchOffTimer.get(), &SwitchOffTimer::cancel);
     const auto showTimer = [this] {
@@ -556,14 +556,11 @@ void AppDelegate::onAllOff()
 
 void AppDelegate::onAllOffInMinutes()
 {
-    // The delay is read from the title, so a translated title must keep the digits followed by a blank.
+    // The delay goes with the entry, whatever its title says in the user's language.
     auto* action = qobject_cast<QAction*>(sender());
-    const QString title = action ? action->text() : QString();
-    qint64 minutes = 5;
-    if (title.contains(QStringLiteral("60 ")))
-        minutes = 60;
-    else if (title.contains(QStringLiteral("30 ")))
-        minutes = 30;
+    const qint64 minutes = action ? action->data().toLongLong() : 0;
+    if (minutes <= 0)
+        return;
     m_switchOffTimer->start(minutes);
     m_switchOffNotice->announce(m_switchOffTimer->firesAt(), minutes);
 }
