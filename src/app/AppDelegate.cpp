@@ -51,6 +51,8 @@
 #include <QNetworkAccessManager>
 #include <QTimer>
 
+#include <utility>
+
 namespace {
 
 // The tray host (a panel, trayer) may start a little after us at login: look every second for half a minute,
@@ -172,7 +174,7 @@ void AppDelegate::start()
 
     m_queue = std::make_unique<ActionQueue>(*m_settings, *m_network);
     m_helper = std::make_unique<HueHelper>(*m_settings, *m_queue);
-    m_switchOffTimer = std::make_unique<SwitchOffTimer>(*m_queue, *m_helper);
+    m_switchOffTimer = std::make_unique<SwitchOffTimer>(*m_settings, *m_network, *m_queue, *m_helper);
     m_pairing = std::make_unique<BridgePairing>(*m_settings, *m_network);
     m_connection = std::make_unique<BridgeConnection>(*m_settings, *m_network, *m_pairing);
     m_shell = std::make_unique<ShellRunner>();
@@ -182,6 +184,12 @@ void AppDelegate::start()
     m_connection->setBridgeFinder(m_discovery.get());
     // "glowdeckctl pair" while this runs: its key is used at once, and never overwritten with the old one.
     m_store->watchForChanges();
+    // A timer set before a restart or a suspend is still on the bridge: look for it once the bridge answers.
+    connect(m_connection.get(), &BridgeConnection::lightsRefreshed, m_switchOffTimer.get(),
+            [this](const LightsResult& result) {
+                if (result.ok() && std::exchange(m_findSwitchOffTimer, false))
+                    m_switchOffTimer->findOnBridge();
+            });
     connect(m_settings.get(), &AppSettings::bridgeChangedElsewhere, m_connection.get(), [this] {
         if (!m_settings->hueIP().isEmpty() && !m_settings->hueKey().isEmpty())
             m_connection->connectToBridge();
@@ -223,6 +231,8 @@ void AppDelegate::createTrayIcon()
     m_trayIcon = std::make_unique<QSystemTrayIcon>(lampIcon(m_settings->appIcon()));
     m_trayIcon->setToolTip(SwitchOffNotice::restingToolTip);
     m_switchOffNotice = std::make_unique<SwitchOffNotice>(*m_trayIcon);
+    connect(m_switchOffTimer.get(), &SwitchOffTimer::changed, m_switchOffNotice.get(),
+            [this] { m_switchOffNotice->setPendingUntil(m_switchOffTimer->firesAt()); });
     connect(m_settings.get(), &AppSettings::appIconChanged, this, &AppDelegate::onAppIconChanged);
     connect(m_trayIcon.get(), &QSystemTrayIcon::activated, this, [this](QSystemTrayIcon::ActivationReason r) {
         onActivated(r, QGuiApplication::keyboardModifiers());
@@ -353,9 +363,9 @@ void AppDelegate::buildContextMenu()
 {
     m_menu = std::make_unique<QMenu>();
     m_menu->addAction(QStringLiteral("Darkness!"), this, &AppDelegate::onAllOff);
-    for (const QString& title : {QStringLiteral("Off in 5 minutes"), QStringLiteral("Off in 30 minutes"),
-                                 QStringLiteral("Off in 60 minutes")})
-        m_menu->addAction(title, this, &AppDelegate::onAllOffInMinutes);
+    for (const int minutes : {5, 30, 60})
+        m_menu->addAction(tr("Off in %1 minutes").arg(minutes), this, &AppDelegate::onAllOffInMinutes)
+            ->setData(minutes);
     // The pending timer, and the way back from it.
     m_cancelTimer = m_menu->addAction(QString(), m_switchOffTimer.get(), &SwitchOffTimer::cancel);
     const auto showTimer = [this] {
@@ -546,16 +556,13 @@ void AppDelegate::onAllOff()
 
 void AppDelegate::onAllOffInMinutes()
 {
-    // The delay is read from the title, so a translated title must keep the digits followed by a blank.
+    // The delay goes with the entry, whatever its title says in the user's language.
     auto* action = qobject_cast<QAction*>(sender());
-    const QString title = action ? action->text() : QString();
-    qint64 minutes = 5;
-    if (title.contains(QStringLiteral("60 ")))
-        minutes = 60;
-    else if (title.contains(QStringLiteral("30 ")))
-        minutes = 30;
+    const qint64 minutes = action ? action->data().toLongLong() : 0;
+    if (minutes <= 0)
+        return;
     m_switchOffTimer->start(minutes);
-    m_switchOffNotice->announce(minutes);
+    m_switchOffNotice->announce(m_switchOffTimer->firesAt(), minutes);
 }
 
 void AppDelegate::onOpenSettings()
@@ -594,6 +601,8 @@ void AppDelegate::onSleepNote()
 
 void AppDelegate::onWakeNote()
 {
+    // The switch-off timer may have gone off, or been cancelled elsewhere, while the computer slept.
+    m_findSwitchOffTimer = true;
     m_queue->startProcessor();
     m_connection->startBridgeStateRefresher();
 }

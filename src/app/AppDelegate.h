@@ -189,6 +189,7 @@ private:
     std::unique_ptr<SwitchOffNotice> m_switchOffNotice;
     std::unique_ptr<SwitchOffTimer> m_switchOffTimer;
     QAction* m_cancelTimer = nullptr; ///< "Lights off at 23:40 — Cancel", while a timer is pending
+    bool m_findSwitchOffTimer = true; // after the start and after a wake, at the next light read
     std::unique_ptr<StatusBarMenuWindowController> m_windowController;
     std::unique_ptr<QMenu> m_menu;
     QPointer<WelcomeView> m_welcome;

@@ -5,35 +5,35 @@
 
 namespace {
 constexpr int shownMilliseconds = 8000;
+
+QString shortTime(const QDateTime& at)
+{
+    return QLocale().toString(at.toLocalTime().time(), QLocale::ShortFormat);
+}
+
 } // namespace
 
-SwitchOffNotice::SwitchOffNotice(QSystemTrayIcon& icon, QObject* parent) : QObject(parent), m_icon(icon)
-{
-    m_passed.setSingleShot(true);
-    connect(&m_passed, &QTimer::timeout, this, &SwitchOffNotice::onPassed);
-}
+SwitchOffNotice::SwitchOffNotice(QSystemTrayIcon& icon, QObject* parent) : QObject(parent), m_icon(icon) {}
 
 QString SwitchOffNotice::message(const QDateTime& at, qint64 minutes)
 {
-    const QString time = QLocale().toString(at.time(), QLocale::ShortFormat);
     // The menu offers 5, 30 and 60 minutes: always more than one.
-    return tr("All lights switch off at %1, in %2 minutes.").arg(time).arg(minutes);
+    return tr("All lights switch off at %1, in %2 minutes.").arg(shortTime(at)).arg(minutes);
 }
 
-void SwitchOffNotice::announce(qint64 minutes)
+void SwitchOffNotice::setPendingUntil(const QDateTime& at)
 {
-    const QDateTime now = m_now();
-    m_until = now.addSecs(minutes * 60);
-    const QString text = message(m_until, minutes);
-    // Where the tray cannot show messages (some panels), the tooltip is the only place that says it.
-    m_icon.setToolTip(restingToolTip + QStringLiteral(" \u2014 ") + text);
+    m_until = at;
+    // Where the tray cannot show messages (some panels), the tooltip is the only place that says it. It names
+    // the time only: "in 30 minutes" would be wrong a minute later.
+    m_icon.setToolTip(at.isValid() ? restingToolTip + QStringLiteral(" \u2014 ") +
+                                         tr("All lights switch off at %1.").arg(shortTime(at))
+                                   : restingToolTip);
+}
+
+void SwitchOffNotice::announce(const QDateTime& at, qint64 minutes)
+{
     if (QSystemTrayIcon::supportsMessages())
-        m_icon.showMessage(restingToolTip, text, QSystemTrayIcon::Information, shownMilliseconds);
-    m_passed.start(std::chrono::milliseconds(now.msecsTo(m_until)));
-}
-
-void SwitchOffNotice::onPassed()
-{
-    m_until = QDateTime();
-    m_icon.setToolTip(restingToolTip);
+        m_icon.showMessage(restingToolTip, message(at, minutes), QSystemTrayIcon::Information,
+                           shownMilliseconds);
 }

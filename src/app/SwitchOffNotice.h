@@ -2,14 +2,13 @@
 
 #include <QDateTime>
 #include <QObject>
-#include <QTimer>
-
-#include <functional>
 
 class QSystemTrayIcon;
 
-/// Tells the user when the lights will switch off after "Off in 5/30/60 minutes": a tray notification where
-/// the tray shows messages, and the icon's tooltip in every case until that time has come.
+/// Tells the user when the lights will switch off after "Off in 5/30/60 minutes": the icon's tooltip for as
+/// long as the timer is pending, and a tray notification, where the tray shows messages, when it is set. It
+/// keeps no clock of its own: the switch-off timer says when a timer is set, replaced, cancelled, refused,
+/// gone off or found again.
 class SwitchOffNotice final : public QObject
 {
     Q_OBJECT
@@ -21,22 +20,17 @@ public:
 
     explicit SwitchOffNotice(QSystemTrayIcon& icon, QObject* parent = nullptr);
 
-    /// The clock; tests replace it.
-    void setClock(std::function<QDateTime()> now) { m_now = std::move(now); }
-
-    /// The bridge will switch everything off @p minutes from now. A later call replaces an earlier one.
-    void announce(qint64 minutes);
+    /// The lights switch off at @p at; invalid: no timer is pending. The tooltip says so.
+    void setPendingUntil(const QDateTime& at);
     /// The time the lights switch off, while one is pending.
     QDateTime pendingUntil() const { return m_until; }
+    /// The user has just set a timer of @p minutes that goes off at @p at: a notification says so.
+    void announce(const QDateTime& at, qint64 minutes);
 
     /// What the notification says.
     static QString message(const QDateTime& at, qint64 minutes);
 
 private:
-    void onPassed();
-
     QSystemTrayIcon& m_icon;
-    QTimer m_passed;
     QDateTime m_until;
-    std::function<QDateTime()> m_now = [] { return QDateTime::currentDateTime(); };
 };

@@ -21,6 +21,53 @@ bool sameTarget(const ActionQueueItem& a, const ActionQueueItem& b)
            a.is_group_update == b.is_group_update && a.property == b.property;
 }
 
+/// Group 0 holds every lamp of the bridge: its change of a property decides that property for each lamp and
+/// room (everything off, after a room was switched on).
+bool everyLamp(const ActionQueueItem& item)
+{
+    return item.is_group_update && item.item_id == u"0";
+}
+
+/// Whether `newer` decides what `older` would: the same target, or every lamp, for the same property. Steps
+/// decide nothing: they add up.
+bool covers(const ActionQueueItem& newer, const ActionQueueItem& older)
+{
+    return sameTarget(newer, older) || (everyLamp(newer) && newer.property == older.property &&
+                                        newer.property != ActionQueue::brightnessIncrease &&
+                                        (older.is_light_update || older.is_group_update));
+}
+
+/// A change of `property` of every lamp, as far as telling targets apart goes.
+ActionQueueItem everyLampChange(const QString& property)
+{
+    ActionQueueItem change;
+    change.is_group_update = true;
+    change.item_id = QStringLiteral("0");
+    change.property = property;
+    return change;
+}
+
+/// One text per target and property, for looking up what was sent to it last.
+QString targetKey(const ActionQueueItem& item)
+{
+    return QStringLiteral("%1%2 %3 %4")
+        .arg(int(item.is_light_update))
+        .arg(int(item.is_group_update))
+        .arg(item.property, item.item_id);
+}
+
+/// The increment of `step` with every other value of `newer`: above all its "on", which the program worked
+/// out after both steps.
+QByteArray stepWithValuesOf(const QByteArray& step, const QByteArray& newer)
+{
+    const QJsonValue increment = QJsonDocument::fromJson(step).object().value(u"bri_inc");
+    QJsonObject values = QJsonDocument::fromJson(newer).object();
+    if (!increment.isDouble() || !values.value(u"bri_inc").isDouble())
+        return step;
+    values.insert(QStringLiteral("bri_inc"), increment);
+    return QJsonDocument(values).toJson(QJsonDocument::Compact);
+}
+
 } // namespace
 
 ActionQueue::ActionQueue(AppSettings& settings, QNetworkAccessManager& network, QObject* parent)
@@ -125,25 +172,30 @@ void ActionQueue::send(const ActionQueueItem& item)
                               : item.url.toString().contains(u"/schedules")  ? QByteArrayLiteral("POST")
                                                                              : QByteArrayLiteral("PUT");
     ++m_inFlight;
-    // No retry, no rollback: the next refresh brings back the bridge's truth.
+    const quint64 number = ++m_sendCount;
+    m_lastSent.insert(targetKey(item), {number, item.body});
+    // No rollback: the next refresh brings back the bridge's truth. Only a busy bridge's refusal goes again.
     sendHttpRequest(m_network, request, method, item.body, {sendTimeout, sendDeadline},
-                    [this, self = QPointer(this), item](const HttpResult& answer) {
+                    [this, self = QPointer(this), item, number](const HttpResult& answer) {
                         if (self)
-                            onAnswer(item, writeOutcome(answer));
+                            onAnswer(item, number, writeOutcome(answer));
                     });
     Q_EMIT sent(item);
 }
 
-void ActionQueue::onAnswer(const ActionQueueItem& item, const WriteOutcome& outcome)
+void ActionQueue::onAnswer(const ActionQueueItem& item, quint64 sendNumber, const WriteOutcome& outcome)
 {
     --m_inFlight;
+    bool again = false;
     if (outcome.kind == WriteOutcome::Kind::httpError && (outcome.status == 429 || outcome.status == 503))
-        pauseForBudget(item, outcome.status);
+        again = pauseForBudget(item, sendNumber, outcome.status);
     else if (outcome.ok())
         m_pause = std::chrono::milliseconds(0);
+    if (m_inFlight == 0)
+        m_lastSent.clear();
     if (m_logRefusals)
         tellUser(item, outcome);
-    Q_EMIT answered(item, outcome);
+    Q_EMIT answered(item, outcome, again);
     reportIfDrained();
 }
 
@@ -177,7 +229,7 @@ void ActionQueue::tellUser(const ActionQueueItem& item, const WriteOutcome& outc
     }
 }
 
-void ActionQueue::pauseForBudget(const ActionQueueItem& item, int status)
+bool ActionQueue::pauseForBudget(const ActionQueueItem& item, quint64 sendNumber, int status)
 {
     const bool first = m_pause.count() == 0;
     m_pause = first ? firstPause : std::min(m_pause * 2, longestPause);
@@ -185,16 +237,37 @@ void ActionQueue::pauseForBudget(const ActionQueueItem& item, int status)
     if (first)
         m_settings.addLogLine(
             QStringLiteral("The bridge is busy (HTTP %1): the next changes wait a little").arg(status));
-    // The change it turned away goes again after the pause, unless a newer one of the same kind replaced it.
+    // The change it turned away goes again after the pause, unless the user changed the same thing since: the
+    // answer may come after a newer change was sent and taken, and sending the old one again would undo it.
     QList<ActionQueueItem> queue = m_settings.actionQueue();
-    const bool replaced = std::any_of(queue.cbegin(), queue.cend(), [&item](const ActionQueueItem& pending) {
-        return sameTarget(pending, item);
+    const auto waiting = std::find_if(queue.begin(), queue.end(), [&item](const ActionQueueItem& pending) {
+        return covers(pending, item);
     });
-    if (!replaced) {
+    const LastSent newest = m_lastSent.value(targetKey(item));
+    const ActionQueueItem everything = everyLampChange(item.property);
+    const bool newerSent =
+        newest.number > sendNumber ||
+        (covers(everything, item) && m_lastSent.value(targetKey(everything)).number > sendNumber);
+    bool again = true;
+    if (item.property == brightnessIncrease) {
+        // Two presses of Brighter are two steps: a refused step is added into a newer one still waiting, or
+        // goes again with the values of a newer one already sent.
+        if (waiting != queue.end()) {
+            waiting->body = withIncrementsAdded(item.body, waiting->body);
+        } else {
+            ActionQueueItem retry = item;
+            if (newerSent)
+                retry.body = stepWithValuesOf(item.body, newest.body);
+            queue.prepend(retry);
+        }
+    } else if (waiting != queue.end() || newerSent) {
+        again = false;
+    } else {
         queue.prepend(item);
-        m_settings.setActionQueue(queue);
     }
+    m_settings.setActionQueue(queue);
     startProcessor();
+    return again;
 }
 
 void ActionQueue::reportIfDrained()

@@ -4,6 +4,7 @@
 #include "model/ActionQueueItem.h"
 
 #include <QElapsedTimer>
+#include <QHash>
 #include <QObject>
 #include <QPointer>
 #include <QSet>
@@ -19,8 +20,10 @@ class QNetworkAccessManager;
 /// slider costs the bridge about three requests a second, however fast the user drags. A bridge takes about
 /// ten lamp commands and one room command a second, shared by every app in the home: changes of rooms (and of
 /// every lamp at once through group 0) go at most once per `groupInterval`, lamps' in the ticks between; a
-/// bridge over its budget (429 or 503) pauses the queue, 1 s, then 2, 4, at most 8. The pending changes live
-/// in `AppSettings::actionQueue`; only this class reads and changes them.
+/// bridge over its budget (429 or 503) pauses the queue, 1 s, then 2, 4, at most 8, and the change it turned
+/// away goes again, unless a newer change of the same target and property was sent or waits: a late answer
+/// never undoes the user's last command. The pending changes live in `AppSettings::actionQueue`; only this
+/// class reads and changes them.
 class ActionQueue final : public QObject
 {
     Q_OBJECT
@@ -63,9 +66,10 @@ public:
 Q_SIGNALS:
     /// A request for `item` has just been handed to the network.
     void sent(const ActionQueueItem& item);
-    /// The request for `item` ended so. The queue itself acts on no answer (the refresh corrects the state);
-    /// it only logs the first refusal of each kind.
-    void answered(const ActionQueueItem& item, const WriteOutcome& outcome);
+    /// The request for `item` ended so. `again`: the bridge was busy and the change goes again after the
+    /// pause (a brightness step possibly added into a newer one). The queue acts on no other answer (the
+    /// refresh corrects the state); it only tells the user of refusals.
+    void answered(const ActionQueueItem& item, const WriteOutcome& outcome, bool again);
     /// Nothing is queued, no timer runs and every request sent has finished.
     void drained();
 
@@ -73,19 +77,29 @@ private:
     void insert(const ActionQueueItem& item);
     void onTick();
     void send(const ActionQueueItem& item);
-    void onAnswer(const ActionQueueItem& item, const WriteOutcome& outcome);
+    void onAnswer(const ActionQueueItem& item, quint64 sendNumber, const WriteOutcome& outcome);
     void reportIfDrained();
-    /// The bridge said it is over its budget: nothing is sent for a while, longer each time in a row.
     void tellUser(const ActionQueueItem& item, const WriteOutcome& outcome);
-    void pauseForBudget(const ActionQueueItem& item, int status);
+    /// The bridge said it is over its budget: nothing is sent for a while, longer each time in a row. Returns
+    /// whether the change it turned away goes again.
+    bool pauseForBudget(const ActionQueueItem& item, quint64 sendNumber, int status);
+
+    /// The newest request sent for one target and property.
+    struct LastSent
+    {
+        quint64 number = 0;
+        QByteArray body;
+    };
 
     AppSettings& m_settings;
     QNetworkAccessManager& m_network;
     QPointer<QTimer> m_processor; // null while idle
     std::function<QDateTime()> m_now = [] { return QDateTime::currentDateTimeUtc(); };
     int m_inFlight = 0;
-    QElapsedTimer m_sinceGroupSent; // invalid until a room's change was sent
-    QElapsedTimer m_sincePause;     // invalid while not paused
+    quint64 m_sendCount = 0;
+    QHash<QString, LastSent> m_lastSent; // by target; only answers still to come need it, so it empties
+    QElapsedTimer m_sinceGroupSent;      // invalid until a room's change was sent
+    QElapsedTimer m_sincePause;          // invalid while not paused
     std::chrono::milliseconds m_pause{0};
     bool m_logRefusals = true;
 };

@@ -123,9 +123,8 @@ void HueHelper::recallScene(const QString& sceneId)
 void HueHelper::switchAllOffAfterMinutes(qint64 minutes, const QString& token)
 {
     HueScheduleOffMinutes schedule;
-    // The bridge runs this address itself later; the key is one path segment there too.
-    schedule.command.address = QStringLiteral("/api/%1/groups/0/action")
-                                   .arg(QString::fromLatin1(QUrl::toPercentEncoding(m_settings.hueKey())));
+    schedule.name = switchOffScheduleName;
+    schedule.command.address = switchOffCommandAddress();
     schedule.command.method = QStringLiteral("PUT");
     schedule.command.body.on = false;
     schedule.autodelete = true;
@@ -137,6 +136,13 @@ void HueHelper::switchAllOffAfterMinutes(qint64 minutes, const QString& token)
     const QUrl address =
         bridgeResourceUrl(m_settings.bridgeEndpoint(), m_settings.hueKey(), {QStringLiteral("schedules")});
     enqueue(address, schedule.encode(), false, false, token, QStringLiteral("schedule"));
+}
+
+QString HueHelper::switchOffCommandAddress() const
+{
+    // The bridge runs this address itself later; the key is one path segment there too.
+    return QStringLiteral("/api/%1/groups/0/action")
+        .arg(QString::fromLatin1(QUrl::toPercentEncoding(m_settings.hueKey())));
 }
 
 void HueHelper::deleteSchedule(const QString& scheduleId)

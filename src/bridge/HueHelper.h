@@ -43,9 +43,15 @@ public:
     /// The property of a queued schedule deletion, sent with DELETE.
     static inline const QString unscheduleProperty = QStringLiteral("unschedule");
 
+    /// The name of the timers below on the bridge (which takes names of up to 32 characters), so that a later
+    /// run finds them again.
+    static inline const QString switchOffScheduleName = QStringLiteral("Glowdeck: lights off");
     /// Has the bridge switch every lamp off after `minutes` (90 gives "PT01:30:00"). `token` goes with the
     /// queued request as its item id (SwitchOffTimer tells its requests apart by it).
     void switchAllOffAfterMinutes(qint64 minutes, const QString& token = QString());
+    /// What those timers tell the bridge to change: "/api/<key>/groups/0/action". With the key in it, it
+    /// tells this installation's timers from those of Glowdeck elsewhere in the home.
+    QString switchOffCommandAddress() const;
     /// Deletes the schedule `scheduleId` from the bridge.
     void deleteSchedule(const QString& scheduleId);
 

@@ -80,8 +80,10 @@ QByteArray HueSceneRecall::encode() const
 QByteArray HueScheduleOffMinutes::encode() const
 {
     JsonWriter json;
-    json.beginObject()
-        .key(u"command")
+    json.beginObject();
+    if (!name.isEmpty())
+        json.member(u"name", name);
+    json.key(u"command")
         .beginObject()
         .member(u"address", command.address)
         .member(u"method", command.method)

@@ -97,6 +97,7 @@ struct HueScheduleCommand
 
 struct HueScheduleOffMinutes
 {
+    QString name; ///< left out when empty
     HueScheduleCommand command;
     bool autodelete = false;
     QString localtime;

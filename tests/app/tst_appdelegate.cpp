@@ -21,6 +21,7 @@
 #include "state/SettingsKeys.h"
 
 #include <QAction>
+#include <QJsonObject>
 #include <QLabel>
 #include <QLocale>
 #include <QMenu>
@@ -40,8 +41,10 @@ private Q_SLOTS:
     void cleanup();
     void menuListsItsEntriesInOrder();
     void darknessSwitchesTheWholeHouseOffAtOnce();
-    void offInMinutesReadsTheDelayFromTheTitle_data();
-    void offInMinutesReadsTheDelayFromTheTitle();
+    void offInMinutesTakesTheDelayFromTheEntry_data();
+    void offInMinutesTakesTheDelayFromTheEntry();
+    void tooltipAndMenuFollowTheSwitchOffTimer();
+    void aPendingSwitchOffTimerIsFoundAgainAtStartAndOnWake();
     void controlClickOpensTheMenuAndNotTheWindow();
     void contextClickClosesTheOpenWindow();
     void plainClickTogglesTheWindowAndCountsTheOpening();
@@ -56,6 +59,10 @@ private:
     /// Starts the application against the simulator, already paired.
     void startDelegate(bool seenWelcome = true);
     QAction* action(const QString& title) const;
+    /// "Lights off at HH:MM — Cancel" while a timer is pending, else empty.
+    QString pendingTimerEntry() const;
+    /// Our timer, as an earlier run of Glowdeck left it on the bridge; its id.
+    QString addOurTimer(const QString& localtime);
     /// The identifier of the pane the preferences window shows.
     QString shownPane() const;
     int activeTimers(QObject& owner, std::chrono::milliseconds interval) const;
@@ -64,6 +71,7 @@ private:
     QStringList queued() const;
 
     std::unique_ptr<BridgeSimulator> m_bridge;
+    QString m_key;
     std::unique_ptr<QTemporaryDir> m_folder;
     std::unique_ptr<AppDelegate> m_delegate;
     SleepWatcher* m_sleepWatcher = nullptr;
@@ -78,6 +86,7 @@ void TestAppDelegate::init()
 {
     m_bridge = std::make_unique<BridgeSimulator>();
     QVERIFY(m_bridge->listen());
+    m_key = m_bridge->addUser();
     m_folder = std::make_unique<QTemporaryDir>();
     m_links = ProductLinks{};
     m_opened.clear();
@@ -97,7 +106,7 @@ void TestAppDelegate::startDelegate(bool seenWelcome)
     {
         JsonSettingsStore store(file);
         store.writeString(SettingsKeys::bridgeIP, m_bridge->hostAndPort());
-        store.writeString(SettingsKeys::bridgeUser, m_bridge->addUser());
+        store.writeString(SettingsKeys::bridgeUser, m_key);
         if (seenWelcome)
             store.writeBool(SettingsKeys::hasSeenWelcomeScreen, true);
         // Ctrl+Alt+K switches every room off.
@@ -141,6 +150,25 @@ QStringList TestAppDelegate::queued() const
     return lines;
 }
 
+QString TestAppDelegate::pendingTimerEntry() const
+{
+    for (QAction* entry : m_delegate->contextMenu().actions()) {
+        if (entry->isVisible() && entry->text().startsWith(u"Lights off at "))
+            return entry->text();
+    }
+    return QString();
+}
+
+QString TestAppDelegate::addOurTimer(const QString& localtime)
+{
+    return m_bridge->addSchedule(
+        QJsonObject{{"name", "Glowdeck: lights off"},
+                    {"command", QJsonObject{{"address", u"/api/%1/groups/0/action"_qs.arg(m_key)},
+                                            {"method", "PUT"},
+                                            {"body", QJsonObject{{"on", false}}}}},
+                    {"localtime", localtime}});
+}
+
 QString TestAppDelegate::shownPane() const
 {
     const PaneTabController& tabs = m_delegate->preferences().tabViewController();
@@ -180,13 +208,9 @@ void TestAppDelegate::menuListsItsEntriesInOrder()
     QCOMPARE(titles(), (QStringList{"Darkness!", "Off in 5 minutes", "Off in 30 minutes", "Off in 60 minutes",
                                     "-", "Settings", "-", "Help", "Provide Feedback", "-", "Quit Glowdeck"}));
 
-    // A pending timer shows when it goes off, and how to take it back.
+    // A pending timer shows when it goes off, and how to take it back, after the choices of delay.
     action(QStringLiteral("Off in 30 minutes"))->trigger();
-    const QString at =
-        QLocale().toString(m_delegate->switchOffTimer().firesAt().time(), QLocale::ShortFormat);
-    QCOMPARE(titles().at(4), u"Lights off at %1 \u2014 Cancel"_qs.arg(at));
-    action(u"Lights off at %1 \u2014 Cancel"_qs.arg(at))->trigger();
-    QCOMPARE(titles().size(), 11);
+    QCOMPARE(titles().at(4), pendingTimerEntry());
 }
 
 void TestAppDelegate::darknessSwitchesTheWholeHouseOffAtOnce()
@@ -198,7 +222,7 @@ void TestAppDelegate::darknessSwitchesTheWholeHouseOffAtOnce()
     QTRY_COMPARE(queued(), QStringList{QStringLiteral(R"(/groups/0/action {"on":false})")});
 }
 
-void TestAppDelegate::offInMinutesReadsTheDelayFromTheTitle_data()
+void TestAppDelegate::offInMinutesTakesTheDelayFromTheEntry_data()
 {
     QTest::addColumn<QString>("title");
     QTest::addColumn<QString>("newTitle"); // empty: keep it
@@ -207,15 +231,16 @@ void TestAppDelegate::offInMinutesReadsTheDelayFromTheTitle_data()
     QTest::newRow("5") << "Off in 5 minutes" << QString() << "PT00:05:00";
     QTest::newRow("30") << "Off in 30 minutes" << QString() << "PT00:30:00";
     QTest::newRow("60") << "Off in 60 minutes" << QString() << "PT01:00:00";
-    QTest::newRow("a title without 30 or 60 gives 5") << "Off in 30 minutes"
-                                                      << "Later, please"
-                                                      << "PT00:05:00";
-    QTest::newRow("digits without a blank do not count") << "Off in 60 minutes"
-                                                         << "Off in 60min"
-                                                         << "PT00:05:00";
+    // Translated titles need not hold the number at all.
+    QTest::newRow("translated, in words") << "Off in 30 minutes"
+                                          << "Dans une demi-heure"
+                                          << "PT00:30:00";
+    QTest::newRow("translated, other digits") << "Off in 60 minutes"
+                                              << "In 1 Stunde aus"
+                                              << "PT01:00:00";
 }
 
-void TestAppDelegate::offInMinutesReadsTheDelayFromTheTitle()
+void TestAppDelegate::offInMinutesTakesTheDelayFromTheEntry()
 {
     QFETCH(QString, title);
     QFETCH(QString, newTitle);
@@ -230,9 +255,69 @@ void TestAppDelegate::offInMinutesReadsTheDelayFromTheTitle()
 
     QTRY_COMPARE(queued().size(), 1);
     QVERIFY(queued().first().startsWith(QStringLiteral("/schedules ")));
-    QVERIFY(queued().first().contains(u"\"localtime\":\"%1\""_qs.arg(localtime)));
-    const int minutes = localtime.mid(2, 2).toInt() * 60 + localtime.mid(5, 2).toInt();
-    QVERIFY(m_delegate->trayIcon().toolTip().contains(u"in %1 minutes"_qs.arg(minutes)));
+    QVERIFY2(queued().first().contains(u"\"localtime\":\"%1\""_qs.arg(localtime)),
+             qPrintable(queued().first()));
+    const QString at =
+        QLocale().toString(m_delegate->switchOffTimer().firesAt().time(), QLocale::ShortFormat);
+    QVERIFY(m_delegate->trayIcon().toolTip().contains(at));
+}
+
+void TestAppDelegate::tooltipAndMenuFollowTheSwitchOffTimer()
+{
+    startDelegate();
+    const auto atRest = [this] {
+        return pendingTimerEntry().isEmpty() &&
+               m_delegate->trayIcon().toolTip() == SwitchOffNotice::restingToolTip;
+    };
+
+    // Set, then cancelled.
+    action(QStringLiteral("Off in 30 minutes"))->trigger();
+    const QString at =
+        QLocale().toString(m_delegate->switchOffTimer().firesAt().time(), QLocale::ShortFormat);
+    QCOMPARE(pendingTimerEntry(), u"Lights off at %1 \u2014 Cancel"_qs.arg(at));
+    QVERIFY(m_delegate->trayIcon().toolTip().contains(at));
+    QTRY_COMPARE(m_bridge->scheduleIds().size(), 1);
+    action(pendingTimerEntry())->trigger();
+    QVERIFY(atRest());
+    QTRY_VERIFY(m_bridge->scheduleIds().isEmpty());
+
+    // Refused by the bridge.
+    m_bridge->setFault(BridgeSimulator::Fault::ErrorArray, 1, "POST");
+    action(QStringLiteral("Off in 5 minutes"))->trigger();
+    QVERIFY(!atRest());
+    QTRY_VERIFY(atRest());
+}
+
+void TestAppDelegate::aPendingSwitchOffTimerIsFoundAgainAtStartAndOnWake()
+{
+    // Set before a restart, beside another app's timer.
+    const QString ours = addOurTimer(u"PT00:30:00"_qs);
+    const QString foreign = m_bridge->addSchedule(QJsonObject{
+        {"name", "Wake-up light"},
+        {"command", QJsonObject{{"address", u"/api/%1/groups/0/action"_qs.arg(m_bridge->addUser())},
+                                {"method", "PUT"},
+                                {"body", QJsonObject{{"on", true}}}}},
+        {"localtime", "PT00:20:00"}});
+    const QDateTime started =
+        QDateTime::fromString(m_bridge->schedule(ours).value(u"starttime").toString() + u'Z', Qt::ISODate);
+    const QString at =
+        QLocale().toString(started.addSecs(30 * 60).toLocalTime().time(), QLocale::ShortFormat);
+    startDelegate();
+    QTRY_COMPARE(pendingTimerEntry(), u"Lights off at %1 \u2014 Cancel"_qs.arg(at));
+    QVERIFY(m_delegate->trayIcon().toolTip().contains(at));
+    action(pendingTimerEntry())->trigger();
+    QTRY_COMPARE(m_bridge->scheduleIds(), QStringList{foreign});
+
+    // Set again, and gone off while the computer slept.
+    action(QStringLiteral("Off in 60 minutes"))->trigger();
+    QTRY_COMPARE(m_bridge->scheduleIds().size(), 2);
+    Q_EMIT m_sleepWatcher->aboutToSleep();
+    QVERIFY(m_bridge->fireSchedule(m_bridge->scheduleIds().last()));
+    QVERIFY(!pendingTimerEntry().isEmpty());
+    Q_EMIT m_sleepWatcher->wokeUp();
+    QTRY_VERIFY_WITH_TIMEOUT(pendingTimerEntry().isEmpty(), 15000);
+    QCOMPARE(m_delegate->trayIcon().toolTip(), SwitchOffNotice::restingToolTip);
+    QCOMPARE(m_bridge->scheduleIds(), QStringList{foreign});
 }
 
 void TestAppDelegate::controlClickOpensTheMenuAndNotTheWindow()

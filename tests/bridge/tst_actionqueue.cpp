@@ -24,6 +24,8 @@ private Q_SLOTS:
     void stampsTheLastUserAction();
     void roomsGoOncePerSecondAndLampsPassThem();
     void aBusyBridgePausesTheQueueLongerEachTime();
+    void noLateAnswerUndoesANewerCommand_data();
+    void noLateAnswerUndoesANewerCommand();
     void readsEveryAnswerAndTellsTheUserWhatWentWrong_data();
     void readsEveryAnswerAndTellsTheUserWhatWentWrong();
 
@@ -234,6 +236,87 @@ void TestActionQueue::aBusyBridgePausesTheQueueLongerEachTime()
     QVERIFY(second.at(2).receivedAtMs - second.at(1).receivedAtMs >= 1900);
     QCOMPARE(m_bench->bridge().group(u"2"_qs).value(u"action").toObject().value(u"bri").toInt(), 1);
     QCOMPARE(m_bench->settings().log().filter(u"The bridge is busy (HTTP 429)"_qs).size(), 1);
+}
+
+void TestActionQueue::noLateAnswerUndoesANewerCommand_data()
+{
+    // Room 1 (on, brightness 200) gets `first`, answered `fault` after `late` ms, and room `secondRoom` gets
+    // `second` (if any) as soon as the first has gone out. The bodies reach the bridge as `sent` and leave
+    // room 1's action `ends`.
+    QTest::addColumn<BridgeSimulator::Fault>("fault");
+    QTest::addColumn<int>("late");
+    QTest::addColumn<QString>("property");
+    QTest::addColumn<QByteArray>("first");
+    QTest::addColumn<QString>("secondRoom");
+    QTest::addColumn<QByteArray>("second");
+    QTest::addColumn<QList<QByteArray>>("sent");
+    QTest::addColumn<QJsonObject>("ends");
+    using Fault = BridgeSimulator::Fault;
+    const QByteArray on = R"({"on":true})";
+    const QByteArray off = R"({"on":false})";
+    QTest::newRow("a slow 429 after a newer command was taken")
+        << Fault::TooManyRequests << 2500 << "on" << on << "1" << off << QList<QByteArray>{on, off}
+        << QJsonObject{{"on", false}};
+    // Group 0 holds every lamp.
+    QTest::newRow("a slow 429 after everything was switched off")
+        << Fault::TooManyRequests << 2500 << "on" << on << "0" << off << QList<QByteArray>{on, off}
+        << QJsonObject{{"on", false}};
+    QTest::newRow("a 429 with nothing newer goes again")
+        << Fault::TooManyRequests << 0 << "on" << off << "" << QByteArray() << QList<QByteArray>{off, off}
+        << QJsonObject{{"on", false}};
+    QTest::newRow("a 503 with nothing newer goes again")
+        << Fault::ServiceUnavailable << 0 << "on" << off << "" << QByteArray() << QList<QByteArray>{off, off}
+        << QJsonObject{{"on", false}};
+    // Two presses of Darker are two steps, however the bridge answers.
+    const QString step = ActionQueue::brightnessIncrease;
+    QTest::newRow("a refused step is added into a newer one waiting")
+        << Fault::TooManyRequests << 300 << step << QByteArray(R"({"bri_inc":-50,"on":true})") << "1"
+        << QByteArray(R"({"bri_inc":-30,"on":true})")
+        << QList<QByteArray>{R"({"bri_inc":-50,"on":true})", R"({"bri_inc":-80,"on":true})"}
+        << QJsonObject{{"bri", 120}, {"on", true}};
+    // Down to nothing (off), then up again (on): the refused step goes again, but does not switch off.
+    QTest::newRow("a step refused after a newer one was taken")
+        << Fault::TooManyRequests << 2500 << step << QByteArray(R"({"bri_inc":-196,"on":false})") << "1"
+        << QByteArray(R"({"bri_inc":100,"on":true})")
+        << QList<QByteArray>{R"({"bri_inc":-196,"on":false})", R"({"bri_inc":100,"on":true})",
+                             R"({"bri_inc":-196,"on":true})"}
+        << QJsonObject{{"bri", 58}, {"on", true}};
+}
+
+void TestActionQueue::noLateAnswerUndoesANewerCommand()
+{
+    QFETCH(BridgeSimulator::Fault, fault);
+    QFETCH(int, late);
+    QFETCH(QString, property);
+    QFETCH(QByteArray, first);
+    QFETCH(QString, secondRoom);
+    QFETCH(QByteArray, second);
+    QFETCH(QList<QByteArray>, sent);
+    QFETCH(QJsonObject, ends);
+    m_bench->bridge().setFault(fault, 1, "PUT");
+    m_bench->bridge().setFaultLatency(late);
+    const auto change = [this, &property](const QString& id, const QByteArray& body) {
+        ActionQueueItem room = item(id, property, false);
+        room.body = body;
+        return room;
+    };
+    QSignalSpy drained(m_queue.get(), &ActionQueue::drained);
+    QSignalSpy gone(m_queue.get(), &ActionQueue::sent);
+    m_queue->enqueue(change(QStringLiteral("1"), first));
+    if (!second.isEmpty()) {
+        QVERIFY(gone.wait(5000));
+        m_queue->enqueue(change(secondRoom, second));
+    }
+    QVERIFY(drained.wait(15000));
+    QTRY_COMPARE(m_queue->requestsInFlight(), 0);
+
+    QList<QByteArray> received;
+    for (const SimulatedRequest& request : m_bench->changes())
+        received << request.rawBody;
+    QCOMPARE(received, sent);
+    const QJsonObject action = m_bench->bridge().group(QStringLiteral("1")).value(u"action").toObject();
+    for (auto it = ends.constBegin(); it != ends.constEnd(); ++it)
+        QCOMPARE(action.value(it.key()), it.value());
 }
 
 void TestActionQueue::stampsTheLastUserAction()

@@ -286,8 +286,8 @@ void TestGlowdeckCtl::commandsSendTheirRequests_data()
         {R"(PUT lights/2/state {"on":false})", R"(PUT lights/10/state {"on":false})",
          R"(PUT lights/1/state {"on":false})"});
     row("all-off in 5 minutes", "all-off --in 5",
-        {R"(POST schedules {"command":{"address":"/api/{key}/groups/0/action","method":"PUT",)"
-         R"("body":{"on":false}},"autodelete":true,"localtime":"PT00:05:00","recycle":true})"});
+        {R"(POST schedules {"name":"Glowdeck: lights off","command":{"address":"/api/{key}/groups/0/action",)"
+         R"("method":"PUT","body":{"on":false}},"autodelete":true,"localtime":"PT00:05:00","recycle":true})"});
 }
 
 void TestGlowdeckCtl::commandsSendTheirRequests()

@@ -133,6 +133,11 @@ void tst_BridgeSimulator::errorsAnswerWithTypeAndAddress_data()
     QTest::newRow("wrong type") << R"(PUT /api/%1/lights/1/state {"bri":"x"})" << 7 << "/lights/1/state/bri";
     QTest::newRow("hue on a white lamp")
         << R"(PUT /api/%1/lights/6/state {"hue":10})" << 6 << "/lights/6/state/hue";
+    QTest::newRow("a schedule's name beyond 32 characters")
+        << R"(POST /api/%1/schedules {"name":"Lights off at the end of the evening",)"
+           R"("localtime":"PT00:05:00","command":{"address":"/api/%1/groups/0/action","method":"PUT",)"
+           R"("body":{"on":false}}})"
+        << 7 << "/schedules/name";
 }
 
 void tst_BridgeSimulator::errorsAnswerWithTypeAndAddress()

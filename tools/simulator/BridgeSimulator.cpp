@@ -9,6 +9,7 @@
 #include "SimulatorJson.h"
 
 #include <QFile>
+#include <QJsonArray>
 #include <QJsonDocument>
 #include <QSaveFile>
 #include <QSslConfiguration>
@@ -297,6 +298,20 @@ QJsonObject BridgeSimulator::schedule(const QString& id) const
     return m_schedules->schedule(id);
 }
 
+QString BridgeSimulator::addSchedule(const QJsonObject& body)
+{
+    const QJsonArray answer = m_schedules->create(body);
+    const QString id = answer.first().toObject().value(u"success").toObject().value(u"id").toString();
+    if (!id.isEmpty())
+        emit homeChanged();
+    return id;
+}
+
+bool BridgeSimulator::fireSchedule(const QString& id)
+{
+    return m_schedules->fire(id);
+}
+
 QStringList BridgeSimulator::sceneIds() const
 {
     return m_home->sceneIds();
@@ -382,6 +397,11 @@ void BridgeSimulator::setFault(Fault fault, int times, const QByteArray& method)
     m_fault = times == 0 ? Fault::None : fault;
     m_faultTimes = m_fault == Fault::None ? -1 : times;
     m_faultMethod = method.toUpper();
+}
+
+void BridgeSimulator::setFaultLatency(int milliseconds)
+{
+    m_faultLatency = std::max(0, milliseconds);
 }
 
 void BridgeSimulator::setDripFeed(int bytes, int intervalMs)
@@ -496,6 +516,13 @@ void BridgeSimulator::onHttpRequest(SimulatorHttpConnection* connection, const S
         answer.body = QByteArrayLiteral("Internal Server Error\n");
         contentType = QByteArrayLiteral("text/plain");
         break;
+    case Fault::TooManyRequests:
+    case Fault::ServiceUnavailable:
+        answer.status = fault == Fault::TooManyRequests ? 429 : 503;
+        answer.body = fault == Fault::TooManyRequests ? QByteArrayLiteral("Too Many Requests\n")
+                                                      : QByteArrayLiteral("Service Unavailable\n");
+        contentType = QByteArrayLiteral("text/plain");
+        break;
     case Fault::GarbageBody:
         answer.body = QByteArrayLiteral("<html>garbage");
         break;
@@ -521,8 +548,9 @@ void BridgeSimulator::onHttpRequest(SimulatorHttpConnection* connection, const S
             connection->respond(answer.status, contentType, answer.body);
     };
     // The connection is the timer's context: a client that hangs up meanwhile simply gets nothing.
-    if (m_latency > 0)
-        QTimer::singleShot(m_latency, Qt::PreciseTimer, connection, deliver);
+    const int delay = m_latency + (fault == Fault::None ? 0 : m_faultLatency);
+    if (delay > 0)
+        QTimer::singleShot(delay, Qt::PreciseTimer, connection, deliver);
     else
         deliver();
 }

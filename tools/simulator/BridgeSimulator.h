@@ -131,6 +131,12 @@ public:
     /// The schedules' ids, oldest first.
     QStringList scheduleIds() const;
     QJsonObject schedule(const QString& id) const;
+    /// Makes a schedule as "POST /schedules" with @p body would (another app's timer, one left from an
+    /// earlier run); the new id, or empty when a bridge would refuse the body.
+    QString addSchedule(const QJsonObject& body);
+    /// Carries out a timer's command now, as if its time had come (autodelete removes it). False: no such
+    /// schedule.
+    bool fireSchedule(const QString& id);
     /// Marks a light (un)reachable, as when its power is switched off at the wall. False: no such light.
     bool setLightReachable(const QString& id, bool reachable);
 
@@ -201,11 +207,13 @@ public:
     enum class Fault
     {
         None,
-        DropConnection, ///< close the TCP connection without an answer
-        GarbageBody,    ///< status 200 with a body that is not JSON
-        ErrorArray,     ///< [{"error":{"type":901,...}}] instead of the real answer
-        HttpError,      ///< status 500 with a short text body, as a failing web server answers
-        DripFeed,       ///< the real answer, its body trickled out a few bytes at a time (setDripFeed())
+        DropConnection,     ///< close the TCP connection without an answer
+        GarbageBody,        ///< status 200 with a body that is not JSON
+        ErrorArray,         ///< [{"error":{"type":901,...}}] instead of the real answer
+        HttpError,          ///< status 500 with a short text body, as a failing web server answers
+        DripFeed,           ///< the real answer, its body trickled out a few bytes at a time (setDripFeed())
+        TooManyRequests,    ///< status 429, as a bridge over its budget answers
+        ServiceUnavailable, ///< status 503, as a bridge answers while it is busy starting or updating
     };
     Q_ENUM(Fault)
     /// @p times -1: until setFault(Fault::None); N: the next N requests only. @p method, when given ("PUT"),
@@ -216,6 +224,9 @@ public:
     /// requests.
     void setFault(Fault fault, int times = -1, const QByteArray& method = {});
     Fault fault() const { return m_fault; }
+    /// Holds back the answers hit by a fault @p milliseconds longer than the others (a refusal that comes
+    /// late, after answers to later requests); 0 by default.
+    void setFaultLatency(int milliseconds);
     /// As a bridge over its budget: a change of a room (PUT /groups/N/action) that comes sooner than
     /// @p milliseconds after the last one it took is answered 429 Too Many Requests; 0 takes them all.
     void setRoomChangeSpacing(int milliseconds) { m_roomChangeSpacing = milliseconds; }
@@ -254,6 +265,7 @@ private:
     int m_roomChangeSpacing = 0;
     qint64 m_lastGroupChangeMs = -1;
     int m_faultTimes = -1;
+    int m_faultLatency = 0;
     QByteArray m_faultMethod;
     int m_dripBytes = 4;
     int m_dripIntervalMs = 3000;

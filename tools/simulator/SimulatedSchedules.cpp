@@ -7,6 +7,7 @@
 #include <QTimer>
 
 #include <limits>
+#include <utility>
 
 namespace {
 
@@ -69,9 +70,10 @@ QJsonArray SimulatedSchedules::create(const QJsonObject& body)
     if (duration < 0)
         errors.append(
             invalidValue(base + QStringLiteral("/localtime"), localTime, QStringLiteral("localtime")));
-    for (const char* key : {"name", "description"}) {
+    // A bridge takes names of up to 32 characters and descriptions of up to 64.
+    for (const auto& [key, longest] : {std::pair{"name", 32}, std::pair{"description", 64}}) {
         const QJsonValue value = body.value(QLatin1String(key));
-        if (!value.isUndefined() && (!value.isString() || value.toString().size() > 64))
+        if (!value.isUndefined() && (!value.isString() || value.toString().size() > longest))
             errors.append(
                 invalidValue(base + QLatin1Char('/') + QLatin1String(key), value, QLatin1String(key)));
     }
@@ -110,7 +112,7 @@ QJsonArray SimulatedSchedules::create(const QJsonObject& body)
         auto* timer = new QTimer(this);
         timer->setSingleShot(true);
         timer->setTimerType(Qt::PreciseTimer);
-        connect(timer, &QTimer::timeout, this, [this, id] { onTimerFired(id); });
+        connect(timer, &QTimer::timeout, this, [this, id] { fire(id); });
         timer->start(int(duration));
         m_timers.insert(id, timer);
     }
@@ -146,12 +148,12 @@ void SimulatedSchedules::clear()
     m_order.clear();
 }
 
-void SimulatedSchedules::onTimerFired(const QString& id)
+bool SimulatedSchedules::fire(const QString& id)
 {
     if (QTimer* timer = m_timers.take(id))
         timer->deleteLater();
     if (!contains(id))
-        return;
+        return false;
     QJsonObject schedule = m_schedules.value(id);
     // Settle the schedule's own state first: the command may well touch the schedules again.
     if (schedule.value(QLatin1String("autodelete")).toBool(true)) {
@@ -165,4 +167,5 @@ void SimulatedSchedules::onTimerFired(const QString& id)
     emit commandDue(command.value(QLatin1String("method")).toString().toLatin1(),
                     command.value(QLatin1String("address")).toString(),
                     command.value(QLatin1String("body")).toObject());
+    return true;
 }

@@ -30,6 +30,8 @@ public:
     QByteArray json() const;
     /// Stops and forgets every schedule.
     void clear();
+    /// Runs the timer @p id now, as when its time comes; false when there is no such schedule.
+    bool fire(const QString& id);
 
     /// Parses "PThh:mm:ss" (minutes and seconds below 60, as a bridge takes it) into milliseconds; -1 when it
     /// is not one.
@@ -40,8 +42,6 @@ signals:
     void commandDue(const QByteArray& method, const QString& address, const QJsonObject& body);
 
 private:
-    void onTimerFired(const QString& id);
-
     QStringList m_order;
     QHash<QString, QJsonObject> m_schedules;
     QHash<QString, QTimer*> m_timers;
