@@ -278,6 +278,9 @@ void TestGlowdeckCtl::commandsSendTheirRequests_data()
         {R"(PUT lights/2/state {"hue":1000,"sat":120,"on":true,"transitiontime":2})"});
     row("light ct", "light 10 ct 153", {R"(PUT lights/10/state {"ct":153,"on":true,"transitiontime":2})"});
     row("room off", "room 1 off", {R"(PUT groups/1/action {"on":false})"});
+    // A busy bridge's 429 is waited out: the change goes again and the run succeeds.
+    row("room off, the bridge busy at first", "room 1 off",
+        {R"(PUT groups/1/action {"on":false})", R"(PUT groups/1/action {"on":false})"});
     row("room brighter", "room 1 brighter 254",
         {R"(PUT groups/1/action {"bri_inc":254,"transitiontime":1,"on":true})"});
     row("scene", "scene abc-1", {R"(PUT groups/0/action {"scene":"abc-1"})"});
@@ -294,6 +297,8 @@ void TestGlowdeckCtl::commandsSendTheirRequests()
 {
     QFETCH(QString, commandLine);
     QFETCH(QStringList, changes);
+    if (QByteArray(QTest::currentDataTag()).contains("busy"))
+        m_sim->setFault(BridgeSimulator::Fault::TooManyRequests, 1, "PUT");
     QCOMPARE(run(commandLine).exitCode, 0);
     const QStringList sent = received();
     QVERIFY2(sent.value(0).startsWith(QStringLiteral("GET ")), qPrintable(sent.join(u'\n'))); // a fresh list

@@ -394,10 +394,11 @@ void CtlCommands::awaitQueue()
     // drained() finishes the run, once every change has been answered.
 }
 
-void CtlCommands::onAnswered(const ActionQueueItem& item, const WriteOutcome& outcome)
+void CtlCommands::onAnswered(const ActionQueueItem& item, const WriteOutcome& outcome, bool again)
 {
     m_watchdog.start();
-    if (outcome.ok())
+    // A busy bridge's refusal goes again after a pause: only its last answer counts.
+    if (outcome.ok() || again)
         return;
     // All lamps of a bridge that is gone fail alike: say it once.
     const QString failure = describeFailure(m_settings->hueIP(), item, outcome);

@@ -53,7 +53,7 @@ private:
     void switchAllOff(const QList<HueLight>& lights);
     /// Waits for the queue to send what the commands just handed to it, and for the answers.
     void awaitQueue();
-    void onAnswered(const ActionQueueItem& item, const WriteOutcome& outcome);
+    void onAnswered(const ActionQueueItem& item, const WriteOutcome& outcome, bool again);
     void onDrained();
     /// Reports a failed list read.
     template <typename Result>
