@@ -257,6 +257,7 @@ void TestBridgeTrust::aBridgeThatMovedIsFoundByItsIdAndNoOtherGetsTheKey()
     BridgeDiscovery finder(commands, *m_network);
     finder.setServiceUrl(QUrl());
     finder.setLocalNetworkBrowser(&localNetwork);
+    finder.setOwnNetworks([] { return ownNetworks(); });
     m_connection->setBridgeFinder(&finder);
     QDateTime now = QDateTime::currentDateTime().addSecs(60);
     m_connection->setClock([&now] { return now; });
