@@ -68,6 +68,8 @@ void BridgeConnection::reach()
             // Not answering is what the refresh retries quietly; a bridge that is not the one paired is said.
             if (result.refused)
                 m_settings.setConnectionErrorMessage(result.problem);
+            m_settings.setBridgeReach(result.refused ? AppSettings::BridgeReach::refused
+                                                     : AppSettings::BridgeReach::notAnswering);
             m_settings.setBridgeConnected(false);
             onMissed();
             return;
@@ -82,6 +84,7 @@ void BridgeConnection::reach()
                              ? QStringLiteral("certificate signed by the bridge maker")
                              : QStringLiteral("self-signed certificate, trusted since pairing")));
         m_mustAsk = false;
+        m_settings.setBridgeReach(AppSettings::BridgeReach::answering);
         m_settings.setHueIP(addressAfter(m_settings.hueIP(), contact));
         m_settings.setBridgeContact(contact.transport, contact.bridgeId, contact.pinnedKey);
         onReached();
@@ -113,6 +116,7 @@ void BridgeConnection::disconnectFromBridge()
     m_settings.setHueKey(QString());
     m_settings.forgetStoredKey();
     m_settings.setBridgeConnected(false);
+    m_settings.setBridgeReach(AppSettings::BridgeReach::unknown);
 }
 
 quint64 BridgeConnection::ListRead::next(quint64 order)
@@ -222,7 +226,9 @@ void BridgeConnection::refreshScenes()
 
 void BridgeConnection::onLights(const LightsResult& result, quint64 order)
 {
+    using Reach = AppSettings::BridgeReach;
     if (result.error == BridgeError::noDevices) {
+        m_settings.setBridgeReach(Reach::answering);
         m_settings.setConnectionErrorMessage(
             QCoreApplication::translate("BridgeConnection", "We were unable to find any devices"));
     } else if (!result.ok()) {
@@ -237,12 +243,16 @@ void BridgeConnection::onLights(const LightsResult& result, quint64 order)
         if (result.error == BridgeError::connectionFailed) {
             m_reached = false;
             m_mustAsk = true;
+            m_settings.setBridgeReach(result.refusal.isEmpty() ? Reach::notAnswering : Reach::refused);
             onMissed();
+        } else {
+            m_settings.setBridgeReach(Reach::answering);
         }
         m_settings.setBridgeConnected(false);
         m_scenesStale = true;
     } else {
         m_misses = 0;
+        m_settings.setBridgeReach(Reach::answering);
         m_settings.setLights(LightOrder::apply(result.records, m_settings.preferences().lightOrder()));
         m_settings.setBridgeConnected(true);
         m_settings.setConnectionErrorMessage(QString());

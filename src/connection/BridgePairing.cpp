@@ -116,6 +116,10 @@ void BridgePairing::pairWithBridge()
 {
     requestApiKey(m_settings.hueIP(), [this](const PairingOutcome& answer) {
         const QString& outcome = answer.outcome;
+        using Reach = AppSettings::BridgeReach;
+        m_settings.setBridgeReach(answer.contact             ? Reach::answering
+                                  : answer.refusal.isEmpty() ? Reach::notAnswering
+                                                             : Reach::refused);
         if (outcome == pressButton) {
             m_settings.setConnectionErrorMessage(pressButtonMessage());
         } else if (outcome == noConnection) {

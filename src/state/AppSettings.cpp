@@ -207,6 +207,11 @@ void AppSettings::setBridgeConnected(bool connected)
     assign(m_bridgeConnected, connected, &AppSettings::bridgeConnectedChanged);
 }
 
+void AppSettings::setBridgeReach(BridgeReach reach)
+{
+    assign(m_bridgeReach, reach, &AppSettings::bridgeReachChanged);
+}
+
 void AppSettings::setHueIP(const QString& address)
 {
     assign(m_hueIP, address, &AppSettings::hueIPChanged);

@@ -35,6 +35,7 @@ class AppSettings final : public QObject
     Q_PROPERTY(QList<HueScene> scenes READ scenes WRITE setScenes NOTIFY scenesChanged)
     Q_PROPERTY(
         bool bridgeConnected READ bridgeConnected WRITE setBridgeConnected NOTIFY bridgeConnectedChanged)
+    Q_PROPERTY(BridgeReach bridgeReach READ bridgeReach WRITE setBridgeReach NOTIFY bridgeReachChanged)
     Q_PROPERTY(QString hueIP READ hueIP WRITE setHueIP NOTIFY hueIPChanged)
     Q_PROPERTY(QString hueKey READ hueKey WRITE setHueKey NOTIFY hueKeyChanged)
     Q_PROPERTY(int forceRedraw READ forceRedraw WRITE setForceRedraw NOTIFY forceRedrawChanged)
@@ -61,6 +62,16 @@ class AppSettings final : public QObject
     Q_PROPERTY(bool showZones READ showZones WRITE setShowZones NOTIFY showZonesChanged)
 
 public:
+    /// What the bridge at `hueIP` did when it was last asked. Learnt anew in every run, never stored.
+    enum class BridgeReach
+    {
+        unknown,      ///< not asked yet, or forgotten with the key
+        answering,    ///< it answered as a bridge
+        notAnswering, ///< nothing answered at its address
+        refused,      ///< something answered but did not prove to be the bridge: nothing was sent to it
+    };
+    Q_ENUM(BridgeReach)
+
     /// The height a panel opens with when nothing else is known, in points.
     static constexpr qint64 defaultWindowHeight = 280;
     /// The log is emptied, not trimmed, once it holds this many lines.
@@ -120,6 +131,7 @@ public:
     QList<HueGroup> groups() const { return m_groups; }
     QList<HueScene> scenes() const { return m_scenes; }
     bool bridgeConnected() const { return m_bridgeConnected; }
+    BridgeReach bridgeReach() const { return m_bridgeReach; }
     /// The bridge pushes its changes (its event stream is open), so it is read only now and then; otherwise
     /// it is read every 3.5 s.
     bool liveUpdates() const { return m_liveUpdates; }
@@ -146,6 +158,7 @@ public:
     void setGroups(const QList<HueGroup>& groups);
     void setScenes(const QList<HueScene>& scenes);
     void setBridgeConnected(bool connected);
+    void setBridgeReach(BridgeReach reach);
     void setLiveUpdates(bool live);
     void setHueIP(const QString& address);
     void setHueKey(const QString& key);
@@ -173,6 +186,7 @@ Q_SIGNALS:
     void groupsChanged();
     void scenesChanged();
     void bridgeConnectedChanged();
+    void bridgeReachChanged();
     void liveUpdatesChanged();
     void hueIPChanged();
     void hueKeyChanged();
@@ -216,6 +230,7 @@ private:
     QList<HueGroup> m_groups;
     QList<HueScene> m_scenes;
     bool m_bridgeConnected = false;
+    BridgeReach m_bridgeReach = BridgeReach::unknown;
     bool m_liveUpdates = false;
     QString m_hueIP;
     QString m_hueKey;
