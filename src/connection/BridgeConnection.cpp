@@ -75,18 +75,16 @@ void BridgeConnection::reach()
             return;
         }
         const BridgeContact& contact = *result.contact;
-        if (contact.transport != m_settings.bridgeTransport() || contact.bridgeId != m_settings.bridgeID())
-            m_settings.addLogLine(
-                QStringLiteral("Reached bridge %1 at %2 (%3)")
-                    .arg(contact.bridgeId, contact.endpoint,
-                         contact.transport == BridgeAddress::http ? QStringLiteral("plain HTTP")
-                         : contact.pinnedKey.isEmpty()
-                             ? QStringLiteral("certificate signed by the bridge maker")
-                             : QStringLiteral("self-signed certificate, trusted since pairing")));
+        if (contact.transport != m_settings.bridgeTransport() || contact.bridgeId != m_settings.bridgeID() ||
+            contact.signer != m_settings.bridgeSigner())
+            m_settings.addLogLine(QStringLiteral("Reached bridge %1 at %2 over %3")
+                                      .arg(contact.bridgeId, contact.endpoint,
+                                           describeTransport(contact.transport, contact.signer)));
         m_mustAsk = false;
         m_settings.setBridgeReach(AppSettings::BridgeReach::answering);
         m_settings.setHueIP(addressAfter(m_settings.hueIP(), contact));
         m_settings.setBridgeContact(contact.transport, contact.bridgeId, contact.pinnedKey);
+        m_settings.setBridgeSigner(contact.signer);
         onReached();
     });
 }
@@ -253,6 +251,9 @@ void BridgeConnection::onLights(const LightsResult& result, quint64 order)
     } else {
         m_misses = 0;
         m_settings.setBridgeReach(Reach::answering);
+        // A bridge read without asking it who it is first tells who vouched for it here.
+        if (result.signer.kind != CertificateSigner::Kind::unknown)
+            m_settings.setBridgeSigner(result.signer);
         m_settings.setLights(LightOrder::apply(result.records, m_settings.preferences().lightOrder()));
         m_settings.setBridgeConnected(true);
         m_settings.setConnectionErrorMessage(QString());
@@ -335,6 +336,7 @@ void BridgeConnection::searchForBridge()
         settings.setHueIP(found->address);
         settings.setBridgeContact(found->contact.transport, found->contact.bridgeId,
                                   found->contact.pinnedKey);
+        settings.setBridgeSigner(found->contact.signer);
         self->m_mustAsk = false;
         self->m_misses = 0;
         Q_EMIT self->bridgeMoved(bridgeId, from, found->address);

@@ -130,6 +130,7 @@ void BridgePairing::pairWithBridge()
             m_settings.setHueIP(addressAfter(m_settings.hueIP(), *answer.contact));
             m_settings.setBridgeContact(answer.contact->transport, answer.contact->bridgeId,
                                         answer.contact->pinnedKey);
+            m_settings.setBridgeSigner(answer.contact->signer);
             m_settings.setHueKey(outcome);
         }
         Q_EMIT pairingFinished(outcome);

@@ -2,6 +2,7 @@
 
 #include "model/ActionQueueItem.h"
 #include "model/BridgeIdentity.h"
+#include "model/CertificateSigner.h"
 #include "model/HueGroup.h"
 #include "model/HueLight.h"
 #include "model/HueScene.h"
@@ -108,6 +109,11 @@ public:
     QByteArray bridgeCertificateKey() const { return m_bridgeCertificateKey; }
     void setBridgeContact(const QString& transport, const QString& bridgeId,
                           const QByteArray& certificateKey);
+    /// Who vouched for the bridge's certificate, as learnt when it was last reached over HTTPS in this run
+    /// (`pinned` as soon as a pinned key is known); never stored. A new transport or bridge id forgets it.
+    CertificateSigner bridgeSigner() const;
+    /// Notifies with `bridgeContactChanged`.
+    void setBridgeSigner(const CertificateSigner& signer);
     /// What the bridge at `hueIP` must prove: the stored id and pinned key.
     BridgeIdentity bridgeIdentity() const { return {m_bridgeID, m_bridgeCertificateKey}; }
     /// The base every request to the bridge starts with ("https://192.168.1.5"): `hueIP` with its own scheme,
@@ -207,7 +213,7 @@ Q_SIGNALS:
 
     /// The drop-down window should take this height (in points): sent on every panel assignment.
     void windowResizePlease(qint64 height);
-    /// The transport, the bridge id or the pinned key changed.
+    /// The transport, the bridge id, the pinned key or the signer changed.
     void bridgeContactChanged();
     /// The user hid or showed a light.
     void lightVisibilityChanged();
@@ -251,6 +257,7 @@ private:
     QString m_bridgeTransport;
     QString m_bridgeID;
     QByteArray m_bridgeCertificateKey;
+    CertificateSigner m_bridgeSigner;
     QString m_notice;
     QTimer* m_noticeExpiry;
 };

@@ -27,6 +27,8 @@ private Q_SLOTS:
     void statusShowsTheConnectionAndItsButtonDisconnects();
     void pairingAsksForTheLinkButtonUntilItIsPressed();
     void connectKeepsTheKeyOfAPairedBridgeThatDoesNotAnswer();
+    void theBridgeIsShownWithWhoVouchedForItUntilItIsRefused_data();
+    void theBridgeIsShownWithWhoVouchedForItUntilItIsRefused();
     void aTypedAddressIsAnAddressOrSaysWhyNot_data();
     void aTypedAddressIsAnAddressOrSaysWhyNot();
     void detectFillsInTheAddressOrSaysNothingWasFound_data();
@@ -188,6 +190,50 @@ void TestConnectionView::connectKeepsTheKeyOfAPairedBridgeThatDoesNotAnswer()
     connection.stopBridgeStateRefresher();
     QCOMPARE(settings.hueKey(), key);
     QCOMPARE(linkRequests(), pairings); // used with the key it had, not paired again
+}
+
+void TestConnectionView::theBridgeIsShownWithWhoVouchedForItUntilItIsRefused_data()
+{
+    QTest::addColumn<BridgeSimulator::CertificateKind>("certificate");
+    QTest::addColumn<QString>("transport");
+    using Kind = BridgeSimulator::CertificateKind;
+    // The simulator's authority is one this test adds, as --trust-root does: never the bridge maker's.
+    QTest::newRow("signed by an added authority")
+        << Kind::Signed
+        << "HTTPS (certificate signed by Glowdeck test bridge authority, an authority added to the trusted "
+           "ones, not by the bridge maker)";
+    QTest::newRow("self-signed")
+        << Kind::SelfSigned
+        << "HTTPS (this bridge's certificate is not signed by the bridge maker; trusted since pairing)";
+}
+
+void TestConnectionView::theBridgeIsShownWithWhoVouchedForItUntilItIsRefused()
+{
+    QFETCH(BridgeSimulator::CertificateKind, certificate);
+    QFETCH(QString, transport);
+    BridgeSimulator& bridge = m_bench->bridge();
+    QVERIFY(bridge.listenTls()); // which makes its authority
+    m_bench->network().addTrustRoots({bridge.authorityCertificate()});
+    bridge.setCertificate(certificate);
+    m_bench->settings().setHueIP(bridge.httpsAddress());
+    bridge.pressLinkButton();
+    m_bench->connection().connectToBridge();
+    QTRY_COMPARE_WITH_TIMEOUT(status(), QStringLiteral("CONNECTED"), 10000);
+    const QString security = child<QLabel>(QStringLiteral("connectionSecurity"))->text();
+    QVERIFY2(security.startsWith(u"Bridge %1, over %2\n"_qs.arg(bridge.bridgeId(), transport)),
+             qPrintable(security));
+
+    // Another bridge takes the address: its certificate is refused at the handshake.
+    bridge.setCertificate(BridgeSimulator::CertificateKind::OtherBridge);
+    m_bench->settings().setLastUserActionAt(QDateTime::currentDateTime().addSecs(-60));
+    m_bench->connection().refreshTick();
+    QTRY_COMPARE_WITH_TIMEOUT(status(), QStringLiteral("NOT TRUSTED"), 10000);
+    QVERIFY2(error().contains(u"presented a certificate for another bridge"_qs), qPrintable(error()));
+    const QString detail = child<QLabel>(QStringLiteral("statusDetail"))->text();
+    QVERIFY(shows(detail));
+    QVERIFY2(detail.contains(u"sent nothing to %1"_qs.arg(bridge.httpsAddress())), qPrintable(detail));
+    QVERIFY2(detail.contains(u"Pairing again is not the fix"_qs), qPrintable(detail));
+    QVERIFY(!shows(ConnectionView::linkButtonHint()));
 }
 
 void TestConnectionView::aTypedAddressIsAnAddressOrSaysWhyNot_data()

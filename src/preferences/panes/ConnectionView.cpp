@@ -182,8 +182,7 @@ void ConnectionView::onStateChanged()
     m_error->setText(m_settings.connectionErrorMessage());
     m_error->setVisible(!m_settings.connectionErrorMessage().isEmpty());
     // Whether the key travels encrypted, and to which bridge: worth a line while paired.
-    const QString transport =
-        describeTransport(m_settings.bridgeTransport(), !m_settings.bridgeCertificateKey().isEmpty());
+    const QString transport = describeTransport(m_settings.bridgeTransport(), m_settings.bridgeSigner());
     const bool paired = !m_settings.hueKey().isEmpty() && !transport.isEmpty();
     QString security = paired && !m_settings.bridgeID().isEmpty()
                            ? tr("Bridge %1, over %2").arg(m_settings.bridgeID(), transport)
