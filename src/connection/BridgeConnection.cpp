@@ -64,7 +64,7 @@ void BridgeConnection::reach()
     probeBridge(m_network, *address, knowledge, this, [this](const ProbeResult& result) {
         m_reaching = false;
         if (!result.contact) {
-            m_settings.addLogLine(result.problem);
+            logRepeating(result.problem);
             // Not answering is what the refresh retries quietly; a bridge that is not the one paired is said.
             if (result.refused)
                 m_settings.setConnectionErrorMessage(result.problem);
@@ -75,6 +75,7 @@ void BridgeConnection::reach()
             return;
         }
         const BridgeContact& contact = *result.contact;
+        flushRepeats();
         if (contact.transport != m_settings.bridgeTransport() || contact.bridgeId != m_settings.bridgeID() ||
             contact.signer != m_settings.bridgeSigner())
             m_settings.addLogLine(QStringLiteral("Reached bridge %1 at %2 over %3")
@@ -342,6 +343,32 @@ void BridgeConnection::searchForBridge()
         Q_EMIT self->bridgeMoved(bridgeId, from, found->address);
         self->onReached();
     });
+}
+
+void BridgeConnection::logRepeating(const QString& line)
+{
+    const QDateTime now = m_now();
+    if (line == m_repeats.line && m_repeats.loggedAt.isValid() &&
+        m_repeats.loggedAt.secsTo(now) < qint64(std::chrono::seconds(repeatsLoggedEvery).count())) {
+        ++m_repeats.since;
+        return;
+    }
+    if (line == m_repeats.line && m_repeats.loggedAt.isValid()) {
+        m_settings.addLogLine(QStringLiteral("%1 (%2 times in the last minute)")
+                                  .arg(line, QString::number(m_repeats.since + 1)));
+    } else {
+        flushRepeats();
+        m_settings.addLogLine(line);
+    }
+    m_repeats = {line, now, 0};
+}
+
+void BridgeConnection::flushRepeats()
+{
+    if (m_repeats.since > 0)
+        m_settings.addLogLine(QStringLiteral("%1 (%2 more times in the last minute)")
+                                  .arg(m_repeats.line, QString::number(m_repeats.since)));
+    m_repeats = {};
 }
 
 void BridgeConnection::onScenes(const ScenesResult& result)
