@@ -86,11 +86,28 @@ QString judge(const QSslCertificate& leaf, const QList<QSslError>& errors, const
     return bridge + QStringLiteral("a certificate that is not a Hue bridge's.");
 }
 
+/// How an authority calls itself: its common name, else its organisation.
+QString authorityName(const QSslCertificate& root)
+{
+    const QString name = commonName(root);
+    return !name.isEmpty() ? name : root.subjectInfo(QSslCertificate::Organization).value(0);
+}
+
+/// Whether `certificate` names `root`'s subject as its issuer, attribute by attribute.
+bool namesAsIssuer(const QSslCertificate& certificate, const QSslCertificate& root)
+{
+    QList<QByteArray> attributes = root.subjectInfoAttributes();
+    attributes += certificate.issuerInfoAttributes();
+    return std::all_of(attributes.cbegin(), attributes.cend(), [&](const QByteArray& attribute) {
+        return certificate.issuerInfo(attribute) == root.subjectInfo(attribute);
+    });
+}
+
 void record(QNetworkReply* reply, const QSslCertificate& leaf, bool selfSigned)
 {
-    reply->setProperty(
-        certificateProperty,
-        QVariant::fromValue(BridgeCertificate{commonName(leaf).toUpper(), publicKeyHash(leaf), !selfSigned}));
+    reply->setProperty(certificateProperty, QVariant::fromValue(BridgeCertificate{
+                                                commonName(leaf).toUpper(), publicKeyHash(leaf), !selfSigned,
+                                                BridgeNetwork::signerOf(reply, leaf, selfSigned)}));
 }
 
 } // namespace
@@ -124,7 +141,8 @@ QList<QSslCertificate> BridgeNetwork::trustRoots() const
     // Read at the first HTTPS request, not at start: reading a certificate loads the TLS library, which
     // the tray icon does not need to show.
     if (!m_makerRootsRead) {
-        m_roots = makerRoots() + m_roots;
+        m_makerRoots = makerRoots();
+        m_roots = m_makerRoots + m_roots;
         m_makerRootsRead = true;
     }
     return m_roots;
@@ -154,7 +172,44 @@ BridgeCertificate BridgeNetwork::certificateOf(const QNetworkReply* reply)
     const QSslCertificate leaf = reply->sslConfiguration().peerCertificate();
     if (leaf.isNull() || !reply->request().attribute(identityAttribute).isValid())
         return {};
-    return {commonName(leaf).toUpper(), publicKeyHash(leaf), !leaf.isSelfSigned()};
+    return {commonName(leaf).toUpper(), publicKeyHash(leaf), !leaf.isSelfSigned(),
+            signerOf(reply, leaf, leaf.isSelfSigned())};
+}
+
+CertificateSigner BridgeNetwork::signerOf(const QNetworkReply* reply, const QSslCertificate& leaf,
+                                          bool selfSigned)
+{
+    using Kind = CertificateSigner::Kind;
+    const auto* network = qobject_cast<const BridgeNetwork*>(reply->manager());
+    if (selfSigned)
+        return {Kind::pinned, {}};
+    if (!network)
+        return {};
+    // Qt checked the chain against the trusted roots alone but does not say which one ended it: a root sent
+    // along is that one, else the one the top certificate names as its issuer.
+    const QList<QSslCertificate> roots = network->trustRoots();
+    const auto signer = [network](const QSslCertificate& root) {
+        return CertificateSigner{network->m_makerRoots.contains(root) ? Kind::maker : Kind::added,
+                                 authorityName(root)};
+    };
+    QList<QSslCertificate> chain = reply->sslConfiguration().peerCertificateChain();
+    if (chain.isEmpty())
+        chain = {leaf};
+    for (const QSslCertificate& certificate : std::as_const(chain)) {
+        if (roots.contains(certificate))
+            return signer(certificate);
+    }
+    // Where an added root bears the same name as one of the maker's, the added one is named: a bridge is
+    // never said to be vouched for by its maker on the word of a look-alike.
+    CertificateSigner found;
+    for (const QSslCertificate& root : roots) {
+        if (!namesAsIssuer(chain.last(), root))
+            continue;
+        found = signer(root);
+        if (found.kind == Kind::added)
+            break;
+    }
+    return found;
 }
 
 QString BridgeNetwork::refusalOf(const QNetworkReply* reply)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "model/BridgeIdentity.h"
+#include "model/CertificateSigner.h"
 
 #include <QList>
 #include <QNetworkAccessManager>
@@ -17,6 +18,9 @@ struct BridgeCertificate
     QByteArray publicKeyHash;
     /// Signed by one of the trusted authorities; false for a self-signed certificate let through by its key.
     bool signedByAuthority = false;
+    /// Which of them: the bridge maker or an authority added with `addTrustRoots`, by name; `pinned` for a
+    /// self-signed certificate let through by its key.
+    CertificateSigner signer;
 
     bool operator==(const BridgeCertificate&) const = default;
 };
@@ -51,11 +55,16 @@ public:
     static BridgeCertificate certificateOf(const QNetworkReply* reply);
     /// Why the bridge's certificate was refused on `reply`, as a sentence; empty when it was not.
     static QString refusalOf(const QNetworkReply* reply);
+    /// Who vouched for `leaf`, accepted on `reply` (a reply of a BridgeNetwork): itself by its pinned key
+    /// (`selfSigned`), or the trusted root that completed its chain.
+    static CertificateSigner signerOf(const QNetworkReply* reply, const QSslCertificate& leaf,
+                                      bool selfSigned);
 
 protected:
     QNetworkReply* createRequest(Operation op, const QNetworkRequest& request, QIODevice* body) override;
 
 private:
     mutable QList<QSslCertificate> m_roots;
+    mutable QList<QSslCertificate> m_makerRoots; ///< read with the others, to tell them apart
     mutable bool m_makerRootsRead = false;
 };

@@ -167,6 +167,7 @@ PendingRead fetchList(QNetworkAccessManager& network, const QString& bridgeIP, c
                                if (memo && memo->url == url && memo->body == answer.body) {
                                    Result result = memo->result;
                                    result.httpStatus = answer.status;
+                                   result.signer = answer.certificate.signer;
                                    return deliver(guard, completion, std::move(result));
                                }
                                // Kept only once decoded well, and only for this address: another bridge or
@@ -175,9 +176,11 @@ PendingRead fetchList(QNetworkAccessManager& network, const QString& bridgeIP, c
                                    if (memo && result.ok())
                                        *memo = ListMemo<Result>{url, body, result};
                                };
-                               const auto decode = [=, body = answer.body, status = answer.status] {
+                               const auto decode = [=, body = answer.body, status = answer.status,
+                                                    signer = answer.certificate.signer] {
                                    Result result = fromBody(body, bridgeIP, apiKey);
                                    result.httpStatus = status;
+                                   result.signer = signer;
                                    return result;
                                };
                                QCoreApplication* app = QCoreApplication::instance();

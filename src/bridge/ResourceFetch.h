@@ -1,6 +1,7 @@
 #pragma once
 
 #include "model/BridgeIdentity.h"
+#include "model/CertificateSigner.h"
 #include "model/HueGroup.h"
 #include "model/HueLight.h"
 #include "model/HueScene.h"
@@ -60,6 +61,8 @@ struct FetchResult
     int httpStatus = 0;
     /// How many members a refused answer listed, when that was more than a bridge can hold; else 0.
     std::size_t tooMany = 0;
+    /// Who vouched for the bridge's certificate, for a list read over HTTPS.
+    CertificateSigner signer;
 
     bool ok() const { return !error.has_value(); }
 };

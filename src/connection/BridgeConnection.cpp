@@ -64,26 +64,28 @@ void BridgeConnection::reach()
     probeBridge(m_network, *address, knowledge, this, [this](const ProbeResult& result) {
         m_reaching = false;
         if (!result.contact) {
-            m_settings.addLogLine(result.problem);
+            logRepeating(result.problem);
             // Not answering is what the refresh retries quietly; a bridge that is not the one paired is said.
             if (result.refused)
                 m_settings.setConnectionErrorMessage(result.problem);
+            m_settings.setBridgeReach(result.refused ? AppSettings::BridgeReach::refused
+                                                     : AppSettings::BridgeReach::notAnswering);
             m_settings.setBridgeConnected(false);
             onMissed();
             return;
         }
         const BridgeContact& contact = *result.contact;
-        if (contact.transport != m_settings.bridgeTransport() || contact.bridgeId != m_settings.bridgeID())
-            m_settings.addLogLine(
-                QStringLiteral("Reached bridge %1 at %2 (%3)")
-                    .arg(contact.bridgeId, contact.endpoint,
-                         contact.transport == BridgeAddress::http ? QStringLiteral("plain HTTP")
-                         : contact.pinnedKey.isEmpty()
-                             ? QStringLiteral("certificate signed by the bridge maker")
-                             : QStringLiteral("self-signed certificate, trusted since pairing")));
+        flushRepeats();
+        if (contact.transport != m_settings.bridgeTransport() || contact.bridgeId != m_settings.bridgeID() ||
+            contact.signer != m_settings.bridgeSigner())
+            m_settings.addLogLine(QStringLiteral("Reached bridge %1 at %2 over %3")
+                                      .arg(contact.bridgeId, contact.endpoint,
+                                           describeTransport(contact.transport, contact.signer)));
         m_mustAsk = false;
+        m_settings.setBridgeReach(AppSettings::BridgeReach::answering);
         m_settings.setHueIP(addressAfter(m_settings.hueIP(), contact));
         m_settings.setBridgeContact(contact.transport, contact.bridgeId, contact.pinnedKey);
+        m_settings.setBridgeSigner(contact.signer);
         onReached();
     });
 }
@@ -113,6 +115,7 @@ void BridgeConnection::disconnectFromBridge()
     m_settings.setHueKey(QString());
     m_settings.forgetStoredKey();
     m_settings.setBridgeConnected(false);
+    m_settings.setBridgeReach(AppSettings::BridgeReach::unknown);
 }
 
 quint64 BridgeConnection::ListRead::next(quint64 order)
@@ -222,7 +225,9 @@ void BridgeConnection::refreshScenes()
 
 void BridgeConnection::onLights(const LightsResult& result, quint64 order)
 {
+    using Reach = AppSettings::BridgeReach;
     if (result.error == BridgeError::noDevices) {
+        m_settings.setBridgeReach(Reach::answering);
         m_settings.setConnectionErrorMessage(
             QCoreApplication::translate("BridgeConnection", "We were unable to find any devices"));
     } else if (!result.ok()) {
@@ -237,12 +242,19 @@ void BridgeConnection::onLights(const LightsResult& result, quint64 order)
         if (result.error == BridgeError::connectionFailed) {
             m_reached = false;
             m_mustAsk = true;
+            m_settings.setBridgeReach(result.refusal.isEmpty() ? Reach::notAnswering : Reach::refused);
             onMissed();
+        } else {
+            m_settings.setBridgeReach(Reach::answering);
         }
         m_settings.setBridgeConnected(false);
         m_scenesStale = true;
     } else {
         m_misses = 0;
+        m_settings.setBridgeReach(Reach::answering);
+        // A bridge read without asking it who it is first tells who vouched for it here.
+        if (result.signer.kind != CertificateSigner::Kind::unknown)
+            m_settings.setBridgeSigner(result.signer);
         m_settings.setLights(LightOrder::apply(result.records, m_settings.preferences().lightOrder()));
         m_settings.setBridgeConnected(true);
         m_settings.setConnectionErrorMessage(QString());
@@ -325,11 +337,38 @@ void BridgeConnection::searchForBridge()
         settings.setHueIP(found->address);
         settings.setBridgeContact(found->contact.transport, found->contact.bridgeId,
                                   found->contact.pinnedKey);
+        settings.setBridgeSigner(found->contact.signer);
         self->m_mustAsk = false;
         self->m_misses = 0;
         Q_EMIT self->bridgeMoved(bridgeId, from, found->address);
         self->onReached();
     });
+}
+
+void BridgeConnection::logRepeating(const QString& line)
+{
+    const QDateTime now = m_now();
+    if (line == m_repeats.line && m_repeats.loggedAt.isValid() &&
+        m_repeats.loggedAt.secsTo(now) < qint64(std::chrono::seconds(repeatsLoggedEvery).count())) {
+        ++m_repeats.since;
+        return;
+    }
+    if (line == m_repeats.line && m_repeats.loggedAt.isValid()) {
+        m_settings.addLogLine(QStringLiteral("%1 (%2 times in the last minute)")
+                                  .arg(line, QString::number(m_repeats.since + 1)));
+    } else {
+        flushRepeats();
+        m_settings.addLogLine(line);
+    }
+    m_repeats = {line, now, 0};
+}
+
+void BridgeConnection::flushRepeats()
+{
+    if (m_repeats.since > 0)
+        m_settings.addLogLine(QStringLiteral("%1 (%2 more times in the last minute)")
+                                  .arg(m_repeats.line, QString::number(m_repeats.since)));
+    m_repeats = {};
 }
 
 void BridgeConnection::onScenes(const ScenesResult& result)

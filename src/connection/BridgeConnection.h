@@ -39,6 +39,8 @@ public:
     /// bridge) is looked for elsewhere on the network, at most once per `searchInterval`.
     static constexpr int missesBeforeSearch = 3;
     static constexpr std::chrono::minutes searchInterval{1};
+    /// A problem that comes back at every tick is logged at most this often, with a count.
+    static constexpr std::chrono::minutes repeatsLoggedEvery{1};
 
     BridgeConnection(AppSettings& settings, QNetworkAccessManager& network, BridgePairing& pairing,
                      QObject* parent = nullptr);
@@ -120,6 +122,12 @@ private:
     /// The bridge did not answer at its address, or answered as another bridge.
     void onMissed();
     void searchForBridge();
+    /// Logs `line`; the same line again within a minute is only counted, and said once the minute is over
+    /// with how often it came ("… (18 times in the last minute)"), so that a bridge failing the same way at
+    /// every tick does not fill the log.
+    void logRepeating(const QString& line);
+    /// Says how often the line logged last came again without being logged, if it did.
+    void flushRepeats();
 
     AppSettings& m_settings;
     QNetworkAccessManager& m_network;
@@ -148,4 +156,11 @@ private:
     int m_misses = 0;
     bool m_searching = false;
     QDateTime m_lastSearch;
+    /// The line logged last by logRepeating(), when, and how often it came again since.
+    struct Repeats
+    {
+        QString line;
+        QDateTime loggedAt;
+        int since = 0;
+    } m_repeats;
 };

@@ -4,9 +4,11 @@
 #include "connection/CommandExecuting.h"
 #include "state/Console.h"
 
+#include <QHostAddress>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QNetworkAccessManager>
+#include <QNetworkInterface>
 
 #include <algorithm>
 #include <cmath>
@@ -21,6 +23,48 @@ constexpr QStringView newestBridgePrefix = u"c4:29:96";
 
 // The service answers in well under a second; nothing of ours waits longer than the longest exchange.
 constexpr HttpTimeouts serviceTimeouts{std::chrono::seconds(10), longestExchange};
+
+// Where an address was found, for the log.
+const QString fromArp = QStringLiteral("the ARP table");
+const QString fromMdns = QStringLiteral("an mDNS announcement");
+const QString fromService = QStringLiteral("the discovery service");
+
+/// How one search tells two found addresses apart: by scheme, host (in any case) and port.
+QString sameAddressKey(const QString& address)
+{
+    const std::optional<BridgeAddress> parsed = BridgeAddress::parse(address);
+    if (!parsed)
+        return address;
+    return parsed->scheme + u'|' + parsed->host.toLower() + u'|' + QString::number(parsed->port);
+}
+
+/// Whether `address` ("HOST" or "HOST:PORT", as found) is an IP address in a private, link-local or loopback
+/// range that lies within one of `networks`.
+bool isNearby(const QString& address, const QList<QNetworkAddressEntry>& networks)
+{
+    const std::optional<BridgeAddress> parsed = BridgeAddress::parse(address);
+    QHostAddress host;
+    // A name could lead anywhere: found bridges are named by their addresses.
+    if (!parsed || !host.setAddress(parsed->host))
+        return false;
+    if (host.protocol() == QAbstractSocket::IPv4Protocol) {
+        static const QList<QPair<QHostAddress, int>> local{
+            QHostAddress::parseSubnet(QStringLiteral("10.0.0.0/8")),
+            QHostAddress::parseSubnet(QStringLiteral("172.16.0.0/12")),
+            QHostAddress::parseSubnet(QStringLiteral("192.168.0.0/16")),
+            QHostAddress::parseSubnet(QStringLiteral("169.254.0.0/16")),
+            QHostAddress::parseSubnet(QStringLiteral("127.0.0.0/8")),
+        };
+        if (std::none_of(local.cbegin(), local.cend(),
+                         [&host](const QPair<QHostAddress, int>& range) { return host.isInSubnet(range); }))
+            return false;
+    } else if (!host.isLoopback() && !host.isLinkLocal() && !host.isUniqueLocalUnicast()) {
+        return false;
+    }
+    return std::any_of(networks.cbegin(), networks.cend(), [&host](const QNetworkAddressEntry& network) {
+        return network.prefixLength() >= 0 && host.isInSubnet(network.ip(), network.prefixLength());
+    });
+}
 
 } // namespace
 
@@ -37,13 +81,58 @@ BridgeDiscovery::BridgeDiscovery(CommandExecuting& commands, QNetworkAccessManag
 
 void BridgeDiscovery::detectBridgeIP(std::function<void(std::optional<QString>)> done)
 {
-    readArpTable([this, done = std::move(done)](const QString& table) mutable {
-        if (std::optional<QString> address = bridgeAddressFromArpTable(table)) {
-            printLine(QStringLiteral("HueHelper: Bridge IP detected via ARP: ") + *address);
-            return done(address);
+    const std::shared_ptr<Candidates> search = newSearch();
+    readArpTable([this, search, done = std::move(done)](const QString& table) mutable {
+        const QStringList nearby = admit(*search, bridgeAddressesFromArpTable(table), fromArp);
+        if (!nearby.isEmpty()) {
+            printLine(QStringLiteral("HueHelper: Bridge IP detected via ARP: ") + nearby.first());
+            return done(nearby.first());
         }
-        browseLocalNetwork(std::move(done));
+        browseLocalNetwork(search, std::move(done));
     });
+}
+
+QList<QNetworkAddressEntry> BridgeDiscovery::interfaceNetworks()
+{
+    QList<QNetworkAddressEntry> networks;
+    for (const QNetworkInterface& interface : QNetworkInterface::allInterfaces()) {
+        if (interface.flags().testFlag(QNetworkInterface::IsUp))
+            networks += interface.addressEntries();
+    }
+    return networks;
+}
+
+std::shared_ptr<BridgeDiscovery::Candidates> BridgeDiscovery::newSearch() const
+{
+    auto search = std::make_shared<Candidates>();
+    // Read at every search: a laptop joins other networks.
+    if (m_ownNetworks)
+        search->networks = m_ownNetworks();
+    return search;
+}
+
+QStringList BridgeDiscovery::admit(Candidates& search, const QStringList& found, const QString& source)
+{
+    QStringList admitted;
+    for (const QString& address : found) {
+        const QString key = sameAddressKey(address);
+        if (search.seen.contains(key))
+            continue;
+        search.seen.insert(key);
+        if (!isNearby(address, search.networks)) {
+            // The same announcement comes back at every search: said once.
+            if (!m_toldSkipped.contains(key)) {
+                m_toldSkipped.insert(key);
+                printLine(QStringLiteral("Bridge discovery: not asking %1, named by %2: it is not on a local "
+                                         "network of this computer.")
+                              .arg(address, source));
+            }
+            continue;
+        }
+        search.addresses.append(address);
+        admitted.append(address);
+    }
+    return admitted;
 }
 
 QString BridgeDiscovery::defaultArpCommand()
@@ -71,28 +160,24 @@ void BridgeDiscovery::readArpTable(std::function<void(QString)> done)
 
 void BridgeDiscovery::detectBridges(std::function<void(QList<FoundBridge>)> done)
 {
-    auto candidates = std::make_shared<QStringList>();
-    const auto add = [candidates](const QString& address) {
-        if (!candidates->contains(address))
-            candidates->append(address);
+    const std::shared_ptr<Candidates> search = newSearch();
+    const auto askTheService = [this, search](std::function<void(QList<FoundBridge>)> done) {
+        askService([this, search, done = std::move(done)](const std::optional<QString>& address) mutable {
+            if (address)
+                admit(*search, {*address}, fromService);
+            identifyAll(search->addresses, std::move(done));
+        });
     };
-    const auto askTheService = [this, candidates, add](std::function<void(QList<FoundBridge>)> done) {
-        askService(
-            [this, candidates, add, done = std::move(done)](const std::optional<QString>& address) mutable {
-                if (address)
-                    add(*address);
-                identifyAll(*candidates, std::move(done));
-            });
-    };
-    readArpTable([this, add, askTheService, done = std::move(done)](const QString& table) mutable {
-        for (const QString& address : bridgeAddressesFromArpTable(table))
-            add(address);
+    readArpTable([this, search, askTheService, done = std::move(done)](const QString& table) mutable {
+        admit(*search, bridgeAddressesFromArpTable(table), fromArp);
         if (!m_browser)
             return askTheService(std::move(done));
-        m_browser->browse(browseLimit, [add, askTheService, done = std::move(done)](
+        m_browser->browse(browseLimit, [this, search, askTheService, done = std::move(done)](
                                            const QList<LocalNetworkBrowser::Found>& announced) mutable {
+            QStringList addresses;
             for (const LocalNetworkBrowser::Found& bridge : announced)
-                add(addressOf(bridge));
+                addresses.append(addressOf(bridge));
+            admit(*search, addresses, fromMdns);
             askTheService(std::move(done));
         });
     });
@@ -146,25 +231,30 @@ void BridgeDiscovery::findBridge(const ProbeKnowledge& known,
                                  std::function<void(std::optional<Whereabouts>)> done)
 {
     // Stage by stage, each only when the one before found nothing: the local network's announcements of
-    // this id, the ARP table, the service.
-    const auto fromService = [this, known](std::function<void(std::optional<Whereabouts>)> done) {
-        askService([this, known, done = std::move(done)](const std::optional<QString>& address) mutable {
-            tryCandidates(address ? QStringList{*address} : QStringList(), known, std::move(done));
-        });
+    // this id, the ARP table, the service. An address asked in one stage is not asked again in the next.
+    const std::shared_ptr<Candidates> search = newSearch();
+    const auto serviceStage = [this, known, search](std::function<void(std::optional<Whereabouts>)> done) {
+        askService(
+            [this, known, search, done = std::move(done)](const std::optional<QString>& address) mutable {
+                tryCandidates(address ? admit(*search, {*address}, fromService) : QStringList(), known,
+                              std::move(done));
+            });
     };
-    const auto fromArp = [this, known, fromService](std::function<void(std::optional<Whereabouts>)> done) {
-        readArpTable([this, known, fromService, done = std::move(done)](const QString& table) mutable {
-            tryCandidates(bridgeAddressesFromArpTable(table), known,
-                          [fromService, done = std::move(done)](std::optional<Whereabouts> found) mutable {
+    const auto arpStage = [this, known, search,
+                           serviceStage](std::function<void(std::optional<Whereabouts>)> done) {
+        readArpTable([this, known, search, serviceStage,
+                      done = std::move(done)](const QString& table) mutable {
+            tryCandidates(admit(*search, bridgeAddressesFromArpTable(table), fromArp), known,
+                          [serviceStage, done = std::move(done)](std::optional<Whereabouts> found) mutable {
                               if (found)
                                   return done(std::move(found));
-                              fromService(std::move(done));
+                              serviceStage(std::move(done));
                           });
         });
     };
     if (!m_browser)
-        return fromArp(std::move(done));
-    m_browser->browse(browseLimit, [this, known, fromArp, done = std::move(done)](
+        return arpStage(std::move(done));
+    m_browser->browse(browseLimit, [this, known, search, arpStage, done = std::move(done)](
                                        const QList<LocalNetworkBrowser::Found>& announced) mutable {
         QStringList candidates;
         for (const LocalNetworkBrowser::Found& bridge : announced) {
@@ -172,11 +262,11 @@ void BridgeDiscovery::findBridge(const ProbeKnowledge& known,
                 bridge.bridgeId.compare(known.identity.bridgeId, Qt::CaseInsensitive) == 0)
                 candidates.append(addressOf(bridge));
         }
-        tryCandidates(candidates, known,
-                      [fromArp, done = std::move(done)](std::optional<Whereabouts> found) mutable {
+        tryCandidates(admit(*search, candidates, fromMdns), known,
+                      [arpStage, done = std::move(done)](std::optional<Whereabouts> found) mutable {
                           if (found)
                               return done(std::move(found));
-                          fromArp(std::move(done));
+                          arpStage(std::move(done));
                       });
     });
 }
@@ -267,17 +357,27 @@ void BridgeDiscovery::fetchString(const QUrl& url, std::function<void(std::optio
                     });
 }
 
-void BridgeDiscovery::browseLocalNetwork(std::function<void(std::optional<QString>)> done)
+void BridgeDiscovery::browseLocalNetwork(std::shared_ptr<Candidates> search,
+                                         std::function<void(std::optional<QString>)> done)
 {
+    const auto askTheService = [this, search](std::function<void(std::optional<QString>)> done) {
+        askService([this, search, done = std::move(done)](const std::optional<QString>& address) {
+            const QStringList nearby = address ? admit(*search, {*address}, fromService) : QStringList();
+            done(nearby.isEmpty() ? std::nullopt : std::optional(nearby.first()));
+        });
+    };
     if (!m_browser)
-        return askService(std::move(done));
-    m_browser->browse(browseLimit, [this, done = std::move(done)](
+        return askTheService(std::move(done));
+    m_browser->browse(browseLimit, [this, search, askTheService, done = std::move(done)](
                                        const QList<LocalNetworkBrowser::Found>& announced) mutable {
-        if (announced.isEmpty())
-            return askService(std::move(done));
-        const QString address = addressOf(announced.first());
-        printLine(QStringLiteral("HueHelper: Bridge IP detected via mDNS: ") + address);
-        done(address);
+        QStringList addresses;
+        for (const LocalNetworkBrowser::Found& bridge : announced)
+            addresses.append(addressOf(bridge));
+        const QStringList nearby = admit(*search, addresses, fromMdns);
+        if (nearby.isEmpty())
+            return askTheService(std::move(done));
+        printLine(QStringLiteral("HueHelper: Bridge IP detected via mDNS: ") + nearby.first());
+        done(nearby.first());
     });
 }
 

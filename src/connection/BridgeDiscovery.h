@@ -3,11 +3,14 @@
 #include "connection/BridgeProbe.h"
 #include "connection/LocalNetworkBrowser.h"
 
+#include <QNetworkAddressEntry>
 #include <QObject>
+#include <QSet>
 #include <QString>
 #include <QUrl>
 
 #include <functional>
+#include <memory>
 #include <optional>
 
 class CommandExecuting;
@@ -24,6 +27,11 @@ struct HueDiscoveryBridgeDetails
 /// Finds a Hue bridge on the local network without the user typing its address: first in the computer's ARP
 /// table (by the maker's hardware prefix), then among the bridges announced on the local network (mDNS), then
 /// through the public discovery service.
+///
+/// Anybody on the network can announce anything, and the service answers from afar: an address found is only
+/// taken, or asked who it is, when it lies in a private (10/8, 172.16/12, 192.168/16), link-local
+/// (169.254/16) or loopback range and within one of this computer's own networks. One search asks each
+/// address once, however many sources name it; an address passed over is said once in the log.
 class BridgeDiscovery final : public QObject
 {
     Q_OBJECT
@@ -48,6 +56,16 @@ public:
     void setLocalNetworkBrowser(LocalNetworkBrowser* browser) { m_browser = browser; }
     /// How long the local network is browsed before the service is asked.
     static constexpr std::chrono::seconds browseLimit{3};
+
+    /// The networks of this computer's interfaces that are up, as their addresses and prefix lengths give
+    /// them (loopback included).
+    static QList<QNetworkAddressEntry> interfaceNetworks();
+    /// Where this computer's own networks are read from at every search; interfaceNetworks() unless a test
+    /// sets its own.
+    void setOwnNetworks(std::function<QList<QNetworkAddressEntry>()> networks)
+    {
+        m_ownNetworks = std::move(networks);
+    }
 
     /// Looks for a bridge and answers once with its address, or nothing. Prints
     /// "HueHelper: Bridge IP detected via ARP: <address>" when the ARP table had it, and "… via mDNS: …" when
@@ -96,7 +114,21 @@ public:
     void fetchString(const QUrl& url, std::function<void(std::optional<QString>)> done);
 
 private:
-    void browseLocalNetwork(std::function<void(std::optional<QString>)> done);
+    /// The addresses of one search: the nearby ones found so far, each once.
+    struct Candidates
+    {
+        QList<QNetworkAddressEntry> networks;
+        QStringList addresses;
+        QSet<QString> seen; ///< as BridgeAddress tells them apart, so "Host" and "host" are one
+    };
+    /// Starts a search: this computer's networks as they are now.
+    std::shared_ptr<Candidates> newSearch() const;
+    /// Those of `found` (named by `source`, for the log) that `search` has not had yet and that are nearby;
+    /// each is added to `search`.
+    QStringList admit(Candidates& search, const QStringList& found, const QString& source);
+
+    void browseLocalNetwork(std::shared_ptr<Candidates> search,
+                            std::function<void(std::optional<QString>)> done);
     /// The ARP table's text, or an empty one when there is no arp.
     void readArpTable(std::function<void(QString)> done);
     /// Asks every address at once who it is; answers with those that are bridges, merged by bridge id.
@@ -111,4 +143,7 @@ private:
     QUrl m_serviceUrl = defaultServiceUrl();
     QString m_arpCommand = defaultArpCommand();
     LocalNetworkBrowser* m_browser = nullptr;
+    std::function<QList<QNetworkAddressEntry>()> m_ownNetworks = &BridgeDiscovery::interfaceNetworks;
+    /// The addresses passed over and said so in the log: once is enough.
+    QSet<QString> m_toldSkipped;
 };

@@ -125,7 +125,6 @@ void BridgeEventStream::open()
 
     m_parser.emplace();
     m_headJudged = false;
-    m_delivered = false;
     QNetworkReply* reply = m_network.get(request);
     m_reply = reply;
     reply->setReadBufferSize(4 * readChunk);
@@ -185,7 +184,6 @@ void BridgeEventStream::onReadyRead()
                     QStringLiteral("The bridge sent an unreadable event: %1").arg(problem), true);
                 return;
             }
-            m_delivered = true;
             if (batch->isEmpty() && batch->problems.isEmpty())
                 continue;
             emit changes(*batch);
@@ -229,10 +227,10 @@ void BridgeEventStream::onWatchdog()
 
 void BridgeEventStream::end(Ending ending, const QString& reason, bool broken)
 {
-    // A stream that worked for a while, or brought news, was no failure; one that broke its framing or
-    // sent nonsense was, however long it ran, or a bridge doing so every time would be asked every second.
-    const bool worked =
-        m_live && !broken && (m_delivered || m_upSince.elapsed() >= m_timings.stableAfter.count());
+    // Only a stream that stayed up for a while was no failure. One that ends soon after opening was, even
+    // when it brought an event, and so was one that broke its framing or sent nonsense, however long it ran:
+    // a bridge doing either every time would otherwise be asked every second, and read in full each time.
+    const bool worked = m_live && !broken && m_upSince.elapsed() >= m_timings.stableAfter.count();
     drop();
     if (ending == Ending::unavailable) {
         m_failures = 0;

@@ -104,7 +104,6 @@ private:
     quint64 m_attempt = 0;                    // counts attempts started and dropped, to spot re-entry
     bool m_headJudged = false;
     bool m_live = false;
-    bool m_delivered = false; // the attempt delivered at least one event
     QElapsedTimer m_upSince;
     int m_failures = 0; // attempts in a row that failed
     QTimer m_retry;

@@ -116,6 +116,10 @@ void BridgePairing::pairWithBridge()
 {
     requestApiKey(m_settings.hueIP(), [this](const PairingOutcome& answer) {
         const QString& outcome = answer.outcome;
+        using Reach = AppSettings::BridgeReach;
+        m_settings.setBridgeReach(answer.contact             ? Reach::answering
+                                  : answer.refusal.isEmpty() ? Reach::notAnswering
+                                                             : Reach::refused);
         if (outcome == pressButton) {
             m_settings.setConnectionErrorMessage(pressButtonMessage());
         } else if (outcome == noConnection) {
@@ -126,6 +130,7 @@ void BridgePairing::pairWithBridge()
             m_settings.setHueIP(addressAfter(m_settings.hueIP(), *answer.contact));
             m_settings.setBridgeContact(answer.contact->transport, answer.contact->bridgeId,
                                         answer.contact->pinnedKey);
+            m_settings.setBridgeSigner(answer.contact->signer);
             m_settings.setHueKey(outcome);
         }
         Q_EMIT pairingFinished(outcome);

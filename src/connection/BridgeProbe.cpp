@@ -119,6 +119,8 @@ void Probe::onAnswer(const QString& base, const HttpResult& answer)
     contact.bridgeId = bridgeId;
     if (overHttps && !answer.certificate.signedByAuthority)
         contact.pinnedKey = answer.certificate.publicKeyHash;
+    if (overHttps)
+        contact.signer = answer.certificate.signer;
     contact.name = config.value(u"name").toString();
     finish({contact, {}, false});
 }
@@ -139,15 +141,27 @@ QString addressAfter(const QString& given, const BridgeContact& contact)
     return address && address->base(contact.transport) == contact.endpoint ? given : contact.endpoint;
 }
 
-QString describeTransport(const QString& transport, bool selfSigned)
+QString describeTransport(const QString& transport, const CertificateSigner& signer)
 {
     if (transport == BridgeAddress::http)
         return QStringLiteral("plain HTTP (this bridge offers no encryption)");
     if (transport != BridgeAddress::https)
         return {};
-    return selfSigned ? QStringLiteral("HTTPS (this bridge's certificate is not signed by the bridge maker; "
-                                       "trusted since pairing)")
-                      : QStringLiteral("HTTPS (certificate signed by the bridge maker)");
+    switch (signer.kind) {
+    case CertificateSigner::Kind::pinned:
+        return QStringLiteral("HTTPS (this bridge's certificate is not signed by the bridge maker; "
+                              "trusted since pairing)");
+    case CertificateSigner::Kind::maker:
+        return QStringLiteral("HTTPS (certificate signed by the bridge maker)");
+    case CertificateSigner::Kind::added:
+        return QStringLiteral("HTTPS (certificate signed by %1, an authority added to the trusted ones, "
+                              "not by the bridge maker)")
+            .arg(signer.name);
+    case CertificateSigner::Kind::unknown:
+        break;
+    }
+    // Known again at the next answer of the bridge.
+    return QStringLiteral("HTTPS (its certificate is checked at every connection)");
 }
 
 void probeBridge(QNetworkAccessManager& network, const BridgeAddress& address, const ProbeKnowledge& known,

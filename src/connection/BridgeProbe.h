@@ -2,6 +2,7 @@
 
 #include "model/BridgeAddress.h"
 #include "model/BridgeIdentity.h"
+#include "model/CertificateSigner.h"
 
 #include <QObject>
 #include <QString>
@@ -20,6 +21,9 @@ struct BridgeContact
     QString bridgeId;     ///< as its configuration says, upper case
     QByteArray pinnedKey; ///< a self-signed certificate's key, trusted now; empty when an authority signed it
     QString name;         ///< the name the bridge's owner gave it
+    /// Who vouched for its certificate over HTTPS: the bridge maker, an authority added by name, or its key
+    /// pinned at pairing.
+    CertificateSigner signer;
 
     bool operator==(const BridgeContact&) const = default;
 };
@@ -51,12 +55,15 @@ struct ProbeKnowledge
 bool needsProbe(const BridgeAddress& address, const QString& transport, const QString& bridgeId);
 
 /// The address to keep for a bridge given as `given` and reached as `contact`: `given` itself, unless the
-/// bridge sent Glowdeck elsewhere (plain HTTP redirected to HTTPS on another port): then where it was reached.
+/// bridge sent Glowdeck elsewhere (plain HTTP redirected to HTTPS on another port): then where it was
+/// reached.
 QString addressAfter(const QString& given, const BridgeContact& contact);
 
 /// How a bridge is reached, as the connection pane and glowdeckctl say it: "HTTPS (certificate signed by the
-/// bridge maker)", "plain HTTP (this bridge offers no encryption)"...; empty for an empty transport.
-QString describeTransport(const QString& transport, bool selfSigned);
+/// bridge maker)" only when one of the maker's authorities signed it, "HTTPS (certificate signed by NAME, an
+/// authority added to the trusted ones)", "plain HTTP (this bridge offers no encryption)"...; empty for an
+/// empty transport.
+QString describeTransport(const QString& transport, const CertificateSigner& signer);
 
 /// Finds out how to reach the bridge at an address and that it is the bridge it should be, by reading its
 /// public configuration (no key is sent). A bare HOST is tried as https://HOST first and as http://HOST only

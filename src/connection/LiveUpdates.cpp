@@ -3,14 +3,21 @@
 #include "connection/BridgeEventStream.h"
 #include "state/AppSettings.h"
 
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QNetworkAccessManager>
+
+#include <algorithm>
 
 namespace {
 
-QString changeKey(bool group, const QString& id, const QString& property)
+QString changeKey(bool group, const QString& id, LiveUpdates::Field field)
 {
-    return (group ? QStringLiteral("g") : QStringLiteral("l")) + id + u'/' + property;
+    return (group ? QStringLiteral("g") : QStringLiteral("l")) + id + u'/' + QString::number(int(field));
 }
+
+/// Room "0" is every lamp of the bridge: the "switch everything off" change goes there.
+const QString allLamps = QStringLiteral("0");
 
 constexpr int listIndex(int list)
 {
@@ -80,19 +87,51 @@ void LiveUpdates::stop()
     m_settings.setLiveUpdates(false);
 }
 
+int LiveUpdates::fieldsWritten(const QByteArray& body)
+{
+    const QJsonObject members = QJsonDocument::fromJson(body).object();
+    int fields = 0;
+    const auto writes = [&members](std::initializer_list<QStringView> names) {
+        return std::any_of(names.begin(), names.end(),
+                           [&members](QStringView name) { return members.contains(name); });
+    };
+    if (writes({u"on"}))
+        fields |= on;
+    if (writes({u"bri", u"bri_inc"}))
+        fields |= brightness;
+    if (writes({u"hue", u"sat", u"xy"}))
+        fields |= colour;
+    if (writes({u"ct"}))
+        fields |= whiteTone;
+    return fields;
+}
+
 void LiveUpdates::noteQueuedChanges()
 {
     const QDateTime now = m_now();
-    for (const ActionQueueItem& item : m_settings.actionQueue())
-        m_ownChanges.insert(changeKey(item.is_group_update, item.item_id, item.property), now);
+    for (const ActionQueueItem& item : m_settings.actionQueue()) {
+        // Scenes and schedules change what no event of a single lamp or room can be held against.
+        if (!item.is_light_update && !item.is_group_update)
+            continue;
+        const int fields = fieldsWritten(item.body);
+        if (item.is_group_update && item.item_id == allLamps && (fields & on))
+            m_everythingSwitchedAt = now;
+        for (Field field : {on, brightness, colour, whiteTone}) {
+            if (fields & field)
+                m_ownChanges.insert(changeKey(item.is_group_update, item.item_id, field), now);
+        }
+    }
 }
 
-bool LiveUpdates::shielded(bool group, const QString& id, const QString& property) const
+bool LiveUpdates::shielded(bool group, const QString& id, Field field) const
 {
-    const auto changed = m_ownChanges.constFind(changeKey(group, id, property));
+    const qint64 shield = qint64(ownChangeShield.count());
+    if (field == on && m_everythingSwitchedAt.isValid() && m_everythingSwitchedAt.msecsTo(m_now()) < shield)
+        return true;
+    const auto changed = m_ownChanges.constFind(changeKey(group, id, field));
     if (changed == m_ownChanges.cend())
         return false;
-    return changed->msecsTo(m_now()) < qint64(ownChangeShield.count());
+    return changed->msecsTo(m_now()) < shield;
 }
 
 void LiveUpdates::apply(const BridgeEventBatch& batch)
@@ -103,13 +142,12 @@ void LiveUpdates::apply(const BridgeEventBatch& batch)
                 (batch.relistScenes ? scenes : 0);
     int held = 0;
     // Each field the user is not holding; one assignment per list, so the views redraw once per event.
-    const auto take = [&](bool group, const QString& id, const QString& property, auto& field,
-                          const auto& value) {
-        if (shielded(group, id, property)) {
+    const auto take = [&](bool group, const QString& id, Field field, auto& record, const auto& value) {
+        if (shielded(group, id, field)) {
             held |= group ? groups : lights;
             return;
         }
-        field = value;
+        record = value;
     };
     if (!batch.lights.isEmpty()) {
         QList<HueLight> records = m_settings.lights();
@@ -120,19 +158,17 @@ void LiveUpdates::apply(const BridgeEventBatch& batch)
             if (light == records.end())
                 continue;
             if (change.on)
-                take(false, change.lampId, QStringLiteral("on"), light->is_on, *change.on);
+                take(false, change.lampId, on, light->is_on, *change.on);
             if (change.brightness)
-                take(false, change.lampId, QStringLiteral("brightness"), light->brightness,
-                     *change.brightness);
-            if (change.xy && !shielded(false, change.lampId, QStringLiteral("hue"))) {
+                take(false, change.lampId, brightness, light->brightness, *change.brightness);
+            if (change.xy && !shielded(false, change.lampId, colour)) {
                 light->xy_x = change.xy->first;
                 light->xy_y = change.xy->second;
             } else if (change.xy) {
                 held |= lights;
             }
             if (change.colorTemperature)
-                take(false, change.lampId, QStringLiteral("ct"), light->color_temperature,
-                     *change.colorTemperature);
+                take(false, change.lampId, whiteTone, light->color_temperature, *change.colorTemperature);
         }
         m_settings.setLights(records);
     }
@@ -143,7 +179,7 @@ void LiveUpdates::apply(const BridgeEventBatch& batch)
                                             [&](const HueGroup& g) { return g.group_id == change.groupId; });
             if (group == records.end())
                 continue;
-            if (change.anyOn && !shielded(true, change.groupId, QStringLiteral("on"))) {
+            if (change.anyOn && !shielded(true, change.groupId, on)) {
                 // The bridge tells whether any lamp is on: that is what the room's switch shows.
                 group->any_on = group->is_on = *change.anyOn;
                 if (!*change.anyOn)
@@ -151,13 +187,8 @@ void LiveUpdates::apply(const BridgeEventBatch& batch)
             } else if (change.anyOn) {
                 held |= groups;
             }
-            if (change.brightness) {
-                if (shielded(true, change.groupId, QStringLiteral("brightness")) ||
-                    shielded(true, change.groupId, QStringLiteral("brightness_increase")))
-                    held |= groups;
-                else
-                    group->brightness = *change.brightness;
-            }
+            if (change.brightness)
+                take(true, change.groupId, brightness, group->brightness, *change.brightness);
         }
         m_settings.setGroups(records);
     }

@@ -23,7 +23,8 @@ class QNetworkAccessManager;
 ///
 /// An event may tell the bridge's state from before the user's own change reached it: a field the user
 /// changed within `ownChangeShield`, or has a change of waiting in the queue, is left as the user set it, and
-/// the list is read once the user has let go.
+/// the list is read once the user has let go. The fields are those the queued request really writes: a
+/// brightness change also switches the lamp or room on or off, so it holds the switch as well.
 class LiveUpdates final : public QObject
 {
     Q_OBJECT
@@ -38,6 +39,15 @@ public:
         lights = 1,
         groups = 2,
         scenes = 4,
+    };
+
+    /// What an event can tell of a lamp or room, as far as the user's own changes write it.
+    enum Field
+    {
+        on = 1,
+        brightness = 2,
+        colour = 4,
+        whiteTone = 8,
     };
 
     /// `GLOWDECK_EVENT_STREAM=off` in the environment keeps the stream closed (to compare with reading).
@@ -64,8 +74,12 @@ Q_SIGNALS:
     void readRequested(int lists);
 
 private:
-    /// Whether the user's own change of `property` of the lamp or group `id` is too fresh to be overwritten.
-    bool shielded(bool group, const QString& id, const QString& property) const;
+    /// The fields (a combination of `Field`) that a change's body writes: "on"; "bri" or "bri_inc" the
+    /// brightness; "hue", "sat" or "xy" the colour; "ct" the white tone. None for a body that is not a JSON
+    /// object.
+    static int fieldsWritten(const QByteArray& body);
+    /// Whether the user's own change of `field` of the lamp or group `id` is too fresh to be overwritten.
+    bool shielded(bool group, const QString& id, Field field) const;
     void noteQueuedChanges();
     /// Asks for a read of `lists` now, or as soon as a second has passed since the last one of each.
     void requestRead(int lists);
@@ -76,8 +90,11 @@ private:
     bool m_enabled = true;
     QString m_unavailableReason; // the last one logged
     std::function<QDateTime()> m_now = [] { return QDateTime::currentDateTimeUtc(); };
-    /// When the user last changed a property, by "l|g" + id + "/" + property.
+    /// When the user last changed a field, by "l|g" + id + "/" + Field.
     QHash<QString, QDateTime> m_ownChanges;
+    /// When the user last switched all lamps at once (room "0", "switch everything off"): that holds every
+    /// lamp's and room's switch.
+    QDateTime m_everythingSwitchedAt;
     QElapsedTimer m_lastRelist[3];
     int m_relistDue = 0;
     /// Fields were left alone for the user's sake: read their lists once the user let go.

@@ -241,6 +241,11 @@ void AppSettings::setBridgeConnected(bool connected)
     assign(m_bridgeConnected, connected, &AppSettings::bridgeConnectedChanged);
 }
 
+void AppSettings::setBridgeReach(BridgeReach reach)
+{
+    assign(m_bridgeReach, reach, &AppSettings::bridgeReachChanged);
+}
+
 void AppSettings::setHueIP(const QString& address)
 {
     assign(m_hueIP, address, &AppSettings::hueIPChanged);
@@ -256,10 +261,24 @@ void AppSettings::setBridgeContact(const QString& transport, const QString& brid
 {
     if (transport == m_bridgeTransport && bridgeId == m_bridgeID && certificateKey == m_bridgeCertificateKey)
         return;
+    if (transport != m_bridgeTransport || bridgeId != m_bridgeID)
+        m_bridgeSigner = {};
     m_bridgeTransport = transport;
     m_bridgeID = bridgeId;
     m_bridgeCertificateKey = certificateKey;
     Q_EMIT bridgeContactChanged();
+}
+
+CertificateSigner AppSettings::bridgeSigner() const
+{
+    if (m_bridgeSigner.kind == CertificateSigner::Kind::unknown && !m_bridgeCertificateKey.isEmpty())
+        return {CertificateSigner::Kind::pinned, {}};
+    return m_bridgeSigner;
+}
+
+void AppSettings::setBridgeSigner(const CertificateSigner& signer)
+{
+    assign(m_bridgeSigner, signer, &AppSettings::bridgeContactChanged);
 }
 
 QString AppSettings::bridgeEndpoint() const

@@ -2,6 +2,7 @@
 
 #include "model/ActionQueueItem.h"
 #include "model/BridgeIdentity.h"
+#include "model/CertificateSigner.h"
 #include "model/HueGroup.h"
 #include "model/HueLight.h"
 #include "model/HueScene.h"
@@ -35,6 +36,7 @@ class AppSettings final : public QObject
     Q_PROPERTY(QList<HueScene> scenes READ scenes WRITE setScenes NOTIFY scenesChanged)
     Q_PROPERTY(
         bool bridgeConnected READ bridgeConnected WRITE setBridgeConnected NOTIFY bridgeConnectedChanged)
+    Q_PROPERTY(BridgeReach bridgeReach READ bridgeReach WRITE setBridgeReach NOTIFY bridgeReachChanged)
     Q_PROPERTY(QString hueIP READ hueIP WRITE setHueIP NOTIFY hueIPChanged)
     Q_PROPERTY(QString hueKey READ hueKey WRITE setHueKey NOTIFY hueKeyChanged)
     Q_PROPERTY(int forceRedraw READ forceRedraw WRITE setForceRedraw NOTIFY forceRedrawChanged)
@@ -61,6 +63,16 @@ class AppSettings final : public QObject
     Q_PROPERTY(bool showZones READ showZones WRITE setShowZones NOTIFY showZonesChanged)
 
 public:
+    /// What the bridge at `hueIP` did when it was last asked. Learnt anew in every run, never stored.
+    enum class BridgeReach
+    {
+        unknown,      ///< not asked yet, or forgotten with the key
+        answering,    ///< it answered as a bridge
+        notAnswering, ///< nothing answered at its address
+        refused,      ///< something answered but did not prove to be the bridge: nothing was sent to it
+    };
+    Q_ENUM(BridgeReach)
+
     /// The height a panel opens with when nothing else is known, in points.
     static constexpr qint64 defaultWindowHeight = 280;
     /// The log is emptied, not trimmed, once it holds this many lines.
@@ -98,6 +110,11 @@ public:
     QByteArray bridgeCertificateKey() const { return m_bridgeCertificateKey; }
     void setBridgeContact(const QString& transport, const QString& bridgeId,
                           const QByteArray& certificateKey);
+    /// Who vouched for the bridge's certificate, as learnt when it was last reached over HTTPS in this run
+    /// (`pinned` as soon as a pinned key is known); never stored. A new transport or bridge id forgets it.
+    CertificateSigner bridgeSigner() const;
+    /// Notifies with `bridgeContactChanged`.
+    void setBridgeSigner(const CertificateSigner& signer);
     /// What the bridge at `hueIP` must prove: the stored id and pinned key.
     BridgeIdentity bridgeIdentity() const { return {m_bridgeID, m_bridgeCertificateKey}; }
     /// The base every request to the bridge starts with ("https://192.168.1.5"): `hueIP` with its own scheme,
@@ -121,6 +138,7 @@ public:
     QList<HueGroup> groups() const { return m_groups; }
     QList<HueScene> scenes() const { return m_scenes; }
     bool bridgeConnected() const { return m_bridgeConnected; }
+    BridgeReach bridgeReach() const { return m_bridgeReach; }
     /// The bridge pushes its changes (its event stream is open), so it is read only now and then; otherwise
     /// it is read every 3.5 s.
     bool liveUpdates() const { return m_liveUpdates; }
@@ -147,6 +165,7 @@ public:
     void setGroups(const QList<HueGroup>& groups);
     void setScenes(const QList<HueScene>& scenes);
     void setBridgeConnected(bool connected);
+    void setBridgeReach(BridgeReach reach);
     void setLiveUpdates(bool live);
     void setHueIP(const QString& address);
     void setHueKey(const QString& key);
@@ -174,6 +193,7 @@ Q_SIGNALS:
     void groupsChanged();
     void scenesChanged();
     void bridgeConnectedChanged();
+    void bridgeReachChanged();
     void liveUpdatesChanged();
     void hueIPChanged();
     void hueKeyChanged();
@@ -194,7 +214,7 @@ Q_SIGNALS:
 
     /// The drop-down window should take this height (in points): sent on every panel assignment.
     void windowResizePlease(qint64 height);
-    /// The transport, the bridge id or the pinned key changed.
+    /// The transport, the bridge id, the pinned key or the signer changed.
     void bridgeContactChanged();
     /// The user hid or showed a light, here or in another program.
     void lightVisibilityChanged();
@@ -217,6 +237,7 @@ private:
     QList<HueGroup> m_groups;
     QList<HueScene> m_scenes;
     bool m_bridgeConnected = false;
+    BridgeReach m_bridgeReach = BridgeReach::unknown;
     bool m_liveUpdates = false;
     QString m_hueIP;
     QString m_hueKey;
@@ -237,6 +258,7 @@ private:
     QString m_bridgeTransport;
     QString m_bridgeID;
     QByteArray m_bridgeCertificateKey;
+    CertificateSigner m_bridgeSigner;
     QString m_notice;
     QTimer* m_noticeExpiry;
 };

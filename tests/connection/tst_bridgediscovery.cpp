@@ -6,6 +6,7 @@
 #include "connection/BridgeDiscovery.h"
 
 #include <QNetworkAccessManager>
+#include <QSet>
 #include <QTest>
 
 #include <memory>
@@ -38,6 +39,8 @@ private Q_SLOTS:
     void asksTheArpTableFirstAndThenTheService();
     void browsesTheLocalNetworkBetweenTheArpTableAndTheService_data();
     void browsesTheLocalNetworkBetweenTheArpTableAndTheService();
+    void asksOnlyAddressesOnItsOwnNetworksEachOncePerSearch_data();
+    void asksOnlyAddressesOnItsOwnNetworksEachOncePerSearch();
 
 private:
     /// Runs one detection to its answer.
@@ -59,6 +62,7 @@ void TestBridgeDiscovery::init()
     m_discovery = std::make_unique<BridgeDiscovery>(*m_commands, *m_network);
     m_discovery->setArpCommand(QStringLiteral("arp")); // the fake table
     m_discovery->setServiceUrl(m_service->url());
+    m_discovery->setOwnNetworks([] { return ownNetworks({u"127.0.0.1/8"_qs, u"192.168.1.10/24"_qs}); });
 }
 
 void TestBridgeDiscovery::cleanup()
@@ -203,27 +207,32 @@ void TestBridgeDiscovery::asksTheArpTableFirstAndThenTheService()
 void TestBridgeDiscovery::browsesTheLocalNetworkBetweenTheArpTableAndTheService_data()
 {
     QTest::addColumn<bool>("inArpTable");
-    QTest::addColumn<int>("port"); // 0: nothing announced
+    QTest::addColumn<QString>("host"); // where the first bridge is announced
+    QTest::addColumn<int>("port");     // 0: nothing announced
     QTest::addColumn<QString>("address");
     QTest::addColumn<bool>("serviceAsked");
 
-    QTest::newRow("an ARP hit browses nothing") << true << 443 << "192.168.1.20" << false;
+    const QString home = QStringLiteral("192.168.1.30");
+    QTest::newRow("an ARP hit browses nothing") << true << home << 443 << "192.168.1.20" << false;
     QTest::newRow("announced on the HTTPS port: the address alone")
-        << false << 443 << "192.168.1.30" << false;
-    QTest::newRow("announced on another port") << false << 8443 << "192.168.1.30:8443" << false;
-    QTest::newRow("nothing announced: the service") << false << 0 << "192.168.1.77" << true;
+        << false << home << 443 << "192.168.1.30" << false;
+    QTest::newRow("announced on another port") << false << home << 8443 << "192.168.1.30:8443" << false;
+    QTest::newRow("nothing announced: the service") << false << home << 0 << "192.168.1.77" << true;
+    QTest::newRow("announced off this computer's networks: the next one")
+        << false << "10.1.2.3" << 443 << "192.168.1.31" << false;
 }
 
 void TestBridgeDiscovery::browsesTheLocalNetworkBetweenTheArpTableAndTheService()
 {
     QFETCH(bool, inArpTable);
+    QFETCH(QString, host);
     QFETCH(int, port);
     QFETCH(QString, address);
     QFETCH(bool, serviceAsked);
     m_commands->arpTable = inArpTable ? bridgeLine : routerLine;
     FakeLocalNetwork browser;
     if (port != 0)
-        browser.announced = {{u"192.168.1.30"_qs, quint16(port), u"001788FFFE6A3B2C"_qs},
+        browser.announced = {{host, quint16(port), u"001788FFFE6A3B2C"_qs},
                              {u"192.168.1.31"_qs, 443, u"001788FFFE0A0B0C"_qs}};
     m_discovery->setLocalNetworkBrowser(&browser);
     PrintedLines printed;
@@ -232,7 +241,64 @@ void TestBridgeDiscovery::browsesTheLocalNetworkBetweenTheArpTableAndTheService(
     QCOMPARE(browser.asked, inArpTable ? 0 : 1);
     QCOMPARE(m_service->requestCount() > 0, serviceAsked);
     if (!inArpTable && port != 0)
-        QCOMPARE(printed.lines(), QStringList{u"HueHelper: Bridge IP detected via mDNS: "_qs + address});
+        QCOMPARE(printed.lines().filter(u"HueHelper"_qs),
+                 QStringList{u"HueHelper: Bridge IP detected via mDNS: "_qs + address});
+}
+
+void TestBridgeDiscovery::asksOnlyAddressesOnItsOwnNetworksEachOncePerSearch_data()
+{
+    QTest::addColumn<bool>("finding"); // looking for the paired bridge that moved, else Detect
+    QTest::newRow("detect") << false;
+    QTest::newRow("find the paired bridge") << true;
+}
+
+void TestBridgeDiscovery::asksOnlyAddressesOnItsOwnNetworksEachOncePerSearch()
+{
+    QFETCH(bool, finding);
+    // Announced, in the table and named by the service: strangers, a home address and loopback. The network
+    // double keeps everything that is not loopback on this computer.
+    FakeLocalNetwork browser;
+    const QString bridgeId = QStringLiteral("001788FFFE6A3B2C");
+    browser.announced = {{u"8.8.8.8"_qs, 443, bridgeId},
+                         {u"169.254.7.7"_qs, 443, bridgeId},
+                         {u"10.9.9.9"_qs, 80, bridgeId},
+                         {u"127.0.0.3"_qs, 443, bridgeId}};
+    m_discovery->setLocalNetworkBrowser(&browser);
+    m_commands->arpTable = u"? (127.0.0.3) at 00:17:88:aa:bb:01 [ether] on lo\n"
+                           u"? (172.20.0.4) at 00:17:88:aa:bb:02 [ether] on eth0\n"
+                           u"? (192.168.1.5) at 00:17:88:aa:bb:03 [ether] on eth0\n"_qs;
+    m_service->setAnswer(R"({"internalipaddress":"127.0.0.3"})");
+    PrintedLines printed;
+
+    for (int search = 0; search < 2; ++search) {
+        m_network->urls.clear();
+        bool answered = false;
+        if (finding)
+            m_discovery->findBridge(
+                {BridgeAddress::https, {bridgeId}, false},
+                [&](const std::optional<BridgeDiscovery::Whereabouts>&) { answered = true; });
+        else
+            m_discovery->detectBridges([&](const QList<BridgeDiscovery::FoundBridge>&) { answered = true; });
+        QTRY_VERIFY_WITH_TIMEOUT(answered, 20000);
+        QStringList asked;
+        for (const QUrl& url : std::as_const(m_network->urls)) {
+            if (url.path() == u"/api/config")
+                asked.append(url.toString());
+        }
+        const qsizetype distinct = QSet<QString>(asked.cbegin(), asked.cend()).size();
+        QCOMPARE(distinct, asked.size()); // each once
+        QStringList hosts;
+        for (const QString& url : std::as_const(asked)) {
+            if (const QString host = QUrl(url).host(); !hosts.contains(host))
+                hosts.append(host);
+        }
+        hosts.sort();
+        QCOMPARE(hosts, (QStringList{"127.0.0.3", "192.168.1.5"}));
+    }
+    // Why a stranger was not asked is said once, not at every search.
+    for (const QString& stranger : {u"8.8.8.8"_qs, u"169.254.7.7"_qs, u"10.9.9.9"_qs, u"172.20.0.4"_qs})
+        QCOMPARE(printed.lines().filter(stranger).size(), 1);
+    m_discovery->setLocalNetworkBrowser(nullptr);
 }
 
 QTEST_GUILESS_MAIN(TestBridgeDiscovery)

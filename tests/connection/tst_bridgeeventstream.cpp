@@ -2,6 +2,7 @@
 #include "connection/BridgeEventStream.h"
 #include "simulator/SimulatorCertificates.h"
 
+#include <QElapsedTimer>
 #include <QPointer>
 #include <QSignalSpy>
 #include <QSslServer>
@@ -36,6 +37,7 @@ public:
 
     StreamServer() : m_authority(SimulatorCertificates::makeAuthority(QStringLiteral("Stream test root")))
     {
+        m_clock.start();
         const QSslKey key = SimulatorCertificates::makeKey();
         QSslConfiguration tls = QSslConfiguration::defaultConfiguration();
         tls.setLocalCertificate(SimulatorCertificates::makeLeaf(bridgeId, key, &m_authority));
@@ -49,8 +51,12 @@ public:
     QString address() const { return QStringLiteral("https://127.0.0.1:%1").arg(m_server.serverPort()); }
     QSslCertificate authority() const { return m_authority.certificate; }
     void setHead(const QByteArray& head) { m_head = head; }
+    /// Written to every stream right after its greeting, which then ends: a stream that lives a moment.
+    void setParting(const QByteArray& bytes) { m_parting = bytes; }
     /// The heads of the requests received, in order.
     QList<QByteArray> requests() const { return m_requests; }
+    /// When each request came, in milliseconds since the server was made.
+    QList<qint64> requestTimes() const { return m_requestTimes; }
 
     void send(const QByteArray& bytes)
     {
@@ -80,10 +86,15 @@ private:
                     return;
                 socket->setProperty("answered", true);
                 m_requests.append(received.left(received.indexOf("\r\n\r\n")));
+                m_requestTimes.append(m_clock.elapsed());
                 socket->write(m_head);
                 if (m_head != streamHead)
                     return socket->disconnectFromHost();
                 socket->write(": hi\n\n");
+                if (!m_parting.isEmpty()) {
+                    socket->write(m_parting);
+                    return socket->disconnectFromHost();
+                }
                 m_streams.append(socket);
             });
         }
@@ -92,8 +103,11 @@ private:
     QSslServer m_server;
     SimulatorIdentity m_authority;
     QByteArray m_head = streamHead;
+    QByteArray m_parting;
     QList<QPointer<QSslSocket>> m_streams;
     QList<QByteArray> m_requests;
+    QElapsedTimer m_clock;
+    QList<qint64> m_requestTimes;
 };
 
 /// One stream kept open to the bridge, over the same certificate checks as every other request.
@@ -107,6 +121,7 @@ private Q_SLOTS:
     void deliversTheChangesOfEachEvent();
     void reconnectsAfterTheStreamEndsOrBreaks_data();
     void reconnectsAfterTheStreamEndsOrBreaks();
+    void aStreamThatEndsSoonIsOpenedLessAndLessOften();
     void leavesABridgeWithoutTheStreamAlone_data();
     void leavesABridgeWithoutTheStreamAlone();
     void givesTheKeyToNoOtherBridge();
@@ -215,6 +230,31 @@ void TestBridgeEventStream::reconnectsAfterTheStreamEndsOrBreaks()
     const qsizetype asked = m_server->requests().size();
     QTest::qWait(300);
     QVERIFY(m_server->requests().size() <= asked + 1); // one may have been under way
+}
+
+void TestBridgeEventStream::aStreamThatEndsSoonIsOpenedLessAndLessOften()
+{
+    // Every opening brings an event and ends: news, but no stream to rely on. The program reads the lists in
+    // full at every opening, so each one costs the bridge more than the stream's own request.
+    const std::chrono::milliseconds firstRetry(100);
+    m_stream->setTimings({.firstRetry = firstRetry});
+    m_server->setParting("data: " + lampSevenOff + "\n\n");
+    QSignalSpy connected(m_stream.get(), &BridgeEventStream::connected);
+    QSignalSpy changes(m_stream.get(), &BridgeEventStream::changes);
+    start();
+    QTRY_VERIFY_WITH_TIMEOUT(m_server->requests().size() >= 5, 10000);
+    QVERIFY(!changes.isEmpty());
+
+    // The waits double from the first one: 0.1, 0.2, 0.4, 0.8 s (any slowness only lengthens them).
+    const QList<qint64> times = m_server->requestTimes();
+    for (qsizetype i = 1; i < 5; ++i) {
+        const qint64 wait = firstRetry.count() << (i - 1);
+        QVERIFY2(times.at(i) - times.at(i - 1) >= wait * 9 / 10,
+                 qPrintable(u"opening %1 came %2 ms after the one before, not after %3 ms or more"_qs.arg(i)
+                                .arg(times.at(i) - times.at(i - 1))
+                                .arg(wait)));
+    }
+    QVERIFY(connected.size() >= 4); // each one opened as a stream
 }
 
 void TestBridgeEventStream::leavesABridgeWithoutTheStreamAlone_data()

@@ -8,8 +8,12 @@
 #include "simulator/BridgeSimulator.h"
 #include "state/SettingsKeys.h"
 
+#include <QNetworkReply>
+#include <QRegularExpression>
 #include <QSignalSpy>
 #include <QTest>
+
+#include <algorithm>
 
 #include <memory>
 
@@ -30,6 +34,8 @@ private Q_SLOTS:
     void aPairedBridgeMustKeepProvingItself();
     void plainHttpIsLeftForHttpsWhereverTheBridgeOffersIt();
     void aBridgeThatMovedIsFoundByItsIdAndNoOtherGetsTheKey();
+    void aProblemThatComesBackAtEveryTickIsLoggedOnceAMinute_data();
+    void aProblemThatComesBackAtEveryTickIsLoggedOnceAMinute();
 
 private:
     /// Pairs with the bridge at `address` (link button pressed) and waits for the outcome.
@@ -257,6 +263,7 @@ void TestBridgeTrust::aBridgeThatMovedIsFoundByItsIdAndNoOtherGetsTheKey()
     BridgeDiscovery finder(commands, *m_network);
     finder.setServiceUrl(QUrl());
     finder.setLocalNetworkBrowser(&localNetwork);
+    finder.setOwnNetworks([] { return ownNetworks(); });
     m_connection->setBridgeFinder(&finder);
     QDateTime now = QDateTime::currentDateTime().addSecs(60);
     m_connection->setClock([&now] { return now; });
@@ -289,6 +296,66 @@ void TestBridgeTrust::aBridgeThatMovedIsFoundByItsIdAndNoOtherGetsTheKey()
     // The neighbour refused at the handshake: nothing with the key ever reached it.
     for (const SimulatedRequest& request : neighbour.requests())
         QVERIFY2(!request.path.contains(key), qPrintable(request.path));
+}
+
+void TestBridgeTrust::aProblemThatComesBackAtEveryTickIsLoggedOnceAMinute_data()
+{
+    QTest::addColumn<bool>("refused"); // else the bridge does not answer at all
+    QTest::newRow("another bridge's certificate") << true;
+    QTest::newRow("not answering") << false;
+}
+
+void TestBridgeTrust::aProblemThatComesBackAtEveryTickIsLoggedOnceAMinute()
+{
+    QFETCH(bool, refused);
+    QVERIFY(pair(m_bridge->httpsAddress()) != BridgePairing::noConnection);
+    QVERIFY(connectAndRead());
+    const quint16 port = m_bridge->tlsPort();
+    if (refused)
+        m_bridge->setCertificate(Kind::OtherBridge);
+    else
+        m_bridge->close();
+    QDateTime now = QDateTime::currentDateTime();
+    m_connection->setClock([&now] { return now; });
+    settings().setLastUserActionAt(now.addSecs(-3600));
+    const auto busy = [this] {
+        const QList<QNetworkReply*> replies = m_network->findChildren<QNetworkReply*>();
+        return std::ranges::any_of(replies, [](QNetworkReply* r) { return !r->isFinished(); });
+    };
+    // The ticks come every 3.5 s; once a read failed, each asks the bridge who it is.
+    const auto tick = [&](int times) {
+        for (int i = 0; i < times; ++i) {
+            now = now.addMSecs(BridgeConnection::refreshInterval.count());
+            m_connection->refreshTick();
+            QTRY_VERIFY_WITH_TIMEOUT(!busy(), 10000);
+        }
+    };
+    const QString at = u"The bridge at 127.0.0.1:%1 "_qs.arg(port);
+    const auto told = [&] {
+        return settings().log().filter(QRegularExpression(u"^"_qs + QRegularExpression::escape(at)));
+    };
+    for (int i = 0; i < 3 && told().isEmpty(); ++i)
+        tick(1);
+    QCOMPARE(told().size(), 1);
+    const QString problem = told().first();
+
+    // 17 more within the minute are counted, the 18th is said with the count.
+    tick(17);
+    QCOMPARE(told(), QStringList{problem});
+    tick(1);
+    QCOMPARE(told(), (QStringList{problem, problem + u" (18 times in the last minute)"_qs}));
+
+    // Two more, then the bridge is itself again: how often it came since is said once.
+    tick(2);
+    if (refused)
+        m_bridge->setCertificate(Kind::Signed);
+    else
+        QVERIFY(m_bridge->listenTls(QHostAddress::LocalHost, port));
+    now = now.addMSecs(BridgeConnection::refreshInterval.count());
+    m_connection->refreshTick();
+    QTRY_VERIFY_WITH_TIMEOUT(settings().bridgeConnected(), 10000);
+    QCOMPARE(told(), (QStringList{problem, problem + u" (18 times in the last minute)"_qs,
+                                  problem + u" (2 more times in the last minute)"_qs}));
 }
 
 QTEST_GUILESS_MAIN(TestBridgeTrust)

@@ -1,5 +1,6 @@
 #include "TestSupport.h"
 #include "bridge/BridgeNetwork.h"
+#include "bridge/UpdateBodies.h"
 #include "connection/BridgeConnection.h"
 #include "connection/BridgeEventStream.h"
 #include "connection/BridgePairing.h"
@@ -8,6 +9,7 @@
 #include "state/AppSettings.h"
 
 #include <QJsonDocument>
+#include <QJsonObject>
 #include <QNetworkReply>
 #include <QSignalSpy>
 #include <QTest>
@@ -24,7 +26,8 @@ private Q_SLOTS:
     void init();
     void cleanup();
     void changesMadeElsewhereShowWithoutReadingTheLists();
-    void theUsersPendingChangeIsNotUndoneByAnEvent();
+    void anEventDoesNotUndoWhatTheUsersChangeWrites_data();
+    void anEventDoesNotUndoWhatTheUsersChangeWrites();
     void aLostStreamMeansReadingUntilItIsBackWithAFreshRead();
     void withoutAStreamTheBridgeIsReadEvery3500Ms_data();
     void withoutAStreamTheBridgeIsReadEvery3500Ms();
@@ -35,6 +38,8 @@ private:
     /// Changes the bridge as another app would: PUT `body` to the version-1 `path` ("lights/1/state").
     void changeElsewhere(const QString& path, const QByteArray& body);
     HueLight light(const QString& id) const;
+    /// The switch or the brightness of "lights/N" or "groups/N" as the shared state shows it.
+    int shown(const QString& record, const QString& field) const;
     int lightReads() const;
 
     std::unique_ptr<BridgeSimulator> m_bridge;
@@ -139,28 +144,109 @@ void TestLiveUpdates::changesMadeElsewhereShowWithoutReadingTheLists()
     QCOMPARE(lightReads(), reads + 1);
 }
 
-void TestLiveUpdates::theUsersPendingChangeIsNotUndoneByAnEvent()
+int TestLiveUpdates::shown(const QString& record, const QString& field) const
 {
+    const QString id = record.section(u'/', 1);
+    if (record.startsWith(u"lights/")) {
+        const HueLight lamp = light(id);
+        return int(field == u"on" ? lamp.is_on : lamp.brightness);
+    }
+    for (const HueGroup& group : m_state->settings().groups()) {
+        if (group.group_id == id)
+            return int(field == u"on" ? group.is_on : group.brightness);
+    }
+    return -1;
+}
+
+void TestLiveUpdates::anEventDoesNotUndoWhatTheUsersChangeWrites_data()
+{
+    QTest::addColumn<QString>("target");              // "lights/N" or "groups/N" ("{room}": the first room)
+    QTest::addColumn<QString>("property");            // the queue's name for the change
+    QTest::addColumn<QByteArray>("body");             // what the change really writes
+    QTest::addColumn<QString>("watched");             // the record an event then tells of
+    QTest::addColumn<QString>("field");               // "on" or "bri"
+    QTest::addColumn<QList<QByteArray>>("elsewhere"); // changes made meanwhile by another app, in order
+    QTest::addColumn<int>("expected");                // what the record shows before the user lets go
+
+    const QList<QByteArray> switchedOn{R"({"on":false})", R"({"on":true})"};
+    const QList<QByteArray> switchedOff{R"({"on":true})", R"({"on":false})"};
+    // A room's slider sends the switch with the brightness: the room was dimmed off, an older "on" follows.
+    QTest::newRow("a lamp's brightness holds it")
+        << "lights/2"
+        << "brightness" << HueLampBrightnessUpdate{200, true, 2}.encode() << "lights/2"
+        << "bri" << QList<QByteArray>{R"({"bri":20})"} << 200;
+    QTest::newRow("a room's brightness holds its switch")
+        << "groups/{room}"
+        << "brightness" << HueGroupBrightnessUpdate{1, false, 2}.encode() << "groups/{room}"
+        << "on" << switchedOn << 0;
+    QTest::newRow("a lamp's colour holds its switch")
+        << "lights/1"
+        << "hue" << HueLampHueSatUpdate{1000, 200, true, 2}.encode() << "lights/1"
+        << "on" << switchedOff << 1;
+    QTest::newRow("switching everything off holds every lamp's switch")
+        << "groups/0"
+        << "on" << HueLampOnOffUpdate{false}.encode() << "lights/2"
+        << "on" << switchedOn << 0;
+    QTest::newRow("switching everything off holds every room's switch")
+        << "groups/0"
+        << "on" << HueLampOnOffUpdate{false}.encode() << "groups/{room}"
+        << "on" << switchedOn << 0;
+    QTest::newRow("a lamp's white tone leaves its brightness to the bridge")
+        << "lights/1"
+        << "ct" << HueLampTemperatureUpdate{300, true, 2}.encode() << "lights/1"
+        << "bri" << QList<QByteArray>{R"({"bri":50})"} << 50;
+}
+
+void TestLiveUpdates::anEventDoesNotUndoWhatTheUsersChangeWrites()
+{
+    QFETCH(QString, target);
+    QFETCH(QString, property);
+    QFETCH(QByteArray, body);
+    QFETCH(QString, watched);
+    QFETCH(QString, field);
+    QFETCH(QList<QByteArray>, elsewhere);
+    QFETCH(int, expected);
     connectOverHttps();
     QTRY_VERIFY(settings().liveUpdates());
-    // The user drags lamp 2's brightness to 200; the change waits in the queue.
-    settings().updateLight(QStringLiteral("2"), [](HueLight& l) { l.brightness = 200; });
+    const QString room = settings().groups().first().group_id;
+    target.replace(u"{room}"_qs, room);
+    watched.replace(u"{room}"_qs, room);
+    const bool watchedIsRoom = watched.startsWith(u"groups/");
+
+    // The user's change is shown at once and waits in the queue.
+    const auto show = [&](auto& record) {
+        if (field == u"on")
+            record.is_on = expected != 0;
+        else
+            record.brightness = expected;
+    };
+    if (watchedIsRoom)
+        settings().updateGroup(watched.section(u'/', 1), [&](HueGroup& g) { show(g); });
+    else
+        settings().updateLight(watched.section(u'/', 1), [&](HueLight& l) { show(l); });
     settings().setLastUserActionAt(QDateTime::currentDateTime());
     ActionQueueItem item;
-    item.is_light_update = true;
-    item.item_id = QStringLiteral("2");
-    item.property = QStringLiteral("brightness");
+    item.is_light_update = target.startsWith(u"lights/");
+    item.is_group_update = !item.is_light_update;
+    item.item_id = target.section(u'/', 1);
+    item.property = property;
+    item.body = body;
     settings().setActionQueue({item});
 
-    // Meanwhile another app dims it and switches it on: the switch follows, the brightness stays the user's.
-    changeElsewhere(QStringLiteral("lights/2/state"), R"({"on":true,"bri":20})");
-    QTRY_VERIFY(light(QStringLiteral("2")).is_on);
-    QCOMPARE(light(QStringLiteral("2")).brightness, 200);
+    // Meanwhile the bridge tells of states from before it; a lamp dimmed after them shows they all came.
+    const QString stateOf = watchedIsRoom ? u"%1/action"_qs : u"%1/state"_qs;
+    for (const QByteArray& change : elsewhere)
+        changeElsewhere(stateOf.arg(watched), change);
+    const QString marker = settings().lights().last().lamp_id;
+    QVERIFY(u"lights/"_qs + marker != watched);
+    changeElsewhere(u"lights/%1/state"_qs.arg(marker), R"({"bri":33})");
+    QTRY_COMPARE(light(marker).brightness, 33);
+    QCOMPARE(shown(watched, field), expected);
+
     // Once the user has let go, the bridge's word is read.
+    const QJsonObject last = QJsonDocument::fromJson(elsewhere.last()).object();
     settings().setActionQueue({});
-    m_bridge->clearRequests();
-    QTRY_VERIFY_WITH_TIMEOUT(lightReads() == 1, 5000);
-    QTRY_COMPARE(light(QStringLiteral("2")).brightness, 20);
+    QTRY_COMPARE_WITH_TIMEOUT(shown(watched, field), last.value(field).toVariant().toInt(), 10000);
 }
 
 void TestLiveUpdates::aLostStreamMeansReadingUntilItIsBackWithAFreshRead()

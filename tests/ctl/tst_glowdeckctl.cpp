@@ -538,6 +538,11 @@ void TestGlowdeckCtl::watchPrintsPushedChangesAndStatusSaysWhetherTheyArePushed(
                                      QStringLiteral("status") + overHttp, QStringLiteral("watch") + overHttp},
                                     false);
     QCOMPARE(first[0].exitCode, 0);
+    // The authority given with --trust-root is named: the bridge maker did not sign this bridge.
+    QVERIFY2(first[0].out.contains(QRegularExpression(QStringLiteral(
+                 "\nTransport: +HTTPS \\(certificate signed by Glowdeck test bridge authority, an "
+                 "authority added to the trusted ones, not by the bridge maker\\)\n"))),
+             qPrintable(first[0].out));
     QVERIFY2(first[0].out.contains(QRegularExpression(
                  QStringLiteral("\nBridge: +answers \\(3 lights\\)\nUpdates: +live updates \\(the bridge "
                                 "pushes its changes\\)\n$"))),

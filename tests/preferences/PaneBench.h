@@ -28,6 +28,7 @@ public:
         m_discovery = std::make_unique<BridgeDiscovery>(commands, m_network);
         m_discovery->setArpCommand(QStringLiteral("arp")); // the fake table
         m_discovery->setServiceUrl(QUrl());                // switched off unless a test starts the stand-in
+        m_discovery->setOwnNetworks([] { return ownNetworks(); });
         m_debugReport = std::make_unique<DebugReport>(settings(), commands, m_state.fileName(), QUrl());
     }
 

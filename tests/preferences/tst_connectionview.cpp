@@ -5,6 +5,7 @@
 #include "preferences/panes/ConnectionView.h"
 #include "preferences/panes/ImagePlayer.h"
 #include "preferences/panes/PaneWidgets.h"
+#include "state/JsonSettingsStore.h"
 #include "state/SettingsKeys.h"
 
 #include <QFile>
@@ -25,6 +26,9 @@ private Q_SLOTS:
     void cleanup();
     void statusShowsTheConnectionAndItsButtonDisconnects();
     void pairingAsksForTheLinkButtonUntilItIsPressed();
+    void connectKeepsTheKeyOfAPairedBridgeThatDoesNotAnswer();
+    void theBridgeIsShownWithWhoVouchedForItUntilItIsRefused_data();
+    void theBridgeIsShownWithWhoVouchedForItUntilItIsRefused();
     void aTypedAddressIsAnAddressOrSaysWhyNot_data();
     void aTypedAddressIsAnAddressOrSaysWhyNot();
     void detectFillsInTheAddressOrSaysNothingWasFound_data();
@@ -90,6 +94,8 @@ void TestConnectionView::statusShowsTheConnectionAndItsButtonDisconnects()
     QCOMPARE(statusButton()->text(), QStringLiteral("Connect"));
     QVERIFY(shows(ConnectionView::unpairedHint()));
     QVERIFY(!shows(ConnectionView::connectedHint()));
+    const ImagePlayer& linkExplainer = m_view->linkExplainer();
+    QVERIFY(shows(ConnectionView::linkButtonHint()) && linkExplainer.timer().isActive());
 
     QVERIFY(m_bench->connect());
 
@@ -99,10 +105,14 @@ void TestConnectionView::statusShowsTheConnectionAndItsButtonDisconnects()
     QCOMPARE(statusButton()->text(), QStringLiteral("Disconnect"));
     QVERIFY(shows(ConnectionView::connectedHint()));
     QVERIFY(!shows(ConnectionView::unpairedHint()));
+    // Paired: the link button has done its part, and its animation stops.
+    QVERIFY(!shows(ConnectionView::linkButtonHint()));
+    QVERIFY(!linkExplainer.isVisible() && !linkExplainer.timer().isActive());
 
     QTest::mouseClick(statusButton(), Qt::LeftButton);
 
     QCOMPARE(status(), QStringLiteral("DISCONNECTED"));
+    QVERIFY(shows(ConnectionView::linkButtonHint()) && linkExplainer.timer().isActive());
     QCOMPARE(m_bench->store().value(SettingsKeys::bridgeUser), QVariant(QString())); // empty, not removed
     QCOMPARE(m_bench->settings().hueKey(), QString());
     QCOMPARE(m_bench->store().readString(SettingsKeys::bridgeIP), m_bench->bridge().hostAndPort());
@@ -127,7 +137,7 @@ void TestConnectionView::pairingAsksForTheLinkButtonUntilItIsPressed()
     QCOMPARE(child<QPushButton>(QStringLiteral("manualConnectButton"))->isEnabled(), false);
     QTRY_COMPARE(error(), QStringLiteral("Bridge responded: Press LINK BUTTON and retry"));
     QCOMPARE(linkRequests(), 1);
-    QCOMPARE(m_bench->store().value(SettingsKeys::bridgeUser), QVariant(QString()));
+    QCOMPARE(m_bench->store().readString(SettingsKeys::bridgeUser), u"old-key"_qs); // until a new one works
     QCOMPARE(status(), QStringLiteral("DISCONNECTED"));
     QVERIFY(child<QPushButton>(QStringLiteral("manualConnectButton"))->isEnabled());
 
@@ -139,6 +149,91 @@ void TestConnectionView::pairingAsksForTheLinkButtonUntilItIsPressed()
     QCOMPARE(m_bench->store().readString(SettingsKeys::bridgeUser), m_bench->bridge().users().last());
     QCOMPARE(m_bench->store().readString(SettingsKeys::bridgeIP), m_bench->bridge().hostAndPort());
     QVERIFY(!m_bench->settings().lights().isEmpty());
+}
+
+void TestConnectionView::connectKeepsTheKeyOfAPairedBridgeThatDoesNotAnswer()
+{
+    QVERIFY(m_bench->connect());
+    const QString key = m_bench->settings().hueKey();
+    QTRY_COMPARE(m_bench->store().readString(SettingsKeys::bridgeUser), key);
+    const int pairings = linkRequests();
+
+    // The bridge goes away; the next tick finds nobody there.
+    const quint16 port = m_bench->bridge().port();
+    m_bench->bridge().close();
+    m_bench->settings().setLastUserActionAt(QDateTime::currentDateTime().addSecs(-60));
+    m_bench->connection().refreshTick();
+    QTRY_COMPARE(status(), QStringLiteral("NOT ANSWERING"));
+    const QString detail = child<QLabel>(QStringLiteral("statusDetail"))->text();
+    QVERIFY2(detail.contains(u"127.0.0.1:%1"_qs.arg(port)), qPrintable(detail));
+    QVERIFY(shows(detail));
+    QVERIFY(!shows(ConnectionView::linkButtonHint()) && !m_view->linkExplainer().isVisible());
+    QVERIFY(!shows(ConnectionView::unpairedHint()));
+
+    // Connect asks for a new key, which the bridge cannot give: the one it knows stays in the file.
+    QTest::mouseClick(statusButton(), Qt::LeftButton);
+    QTRY_VERIFY_WITH_TIMEOUT(!error().isEmpty() && statusButton()->isEnabled(), 15000);
+    QCOMPARE(m_bench->store().readString(SettingsKeys::bridgeUser), key);
+    QCOMPARE(status(), QStringLiteral("NOT ANSWERING"));
+
+    // The program quits before the bridge is back, and starts again once it is.
+    m_view.reset();
+    m_bench->connection().stopBridgeStateRefresher();
+    JsonSettingsStore store(m_bench->state().fileName());
+    AppSettings settings(store);
+    settings.load();
+    QVERIFY(m_bench->bridge().listen(QHostAddress::LocalHost, port));
+    BridgePairing pairing(settings, m_bench->network());
+    BridgeConnection connection(settings, m_bench->network(), pairing);
+    connection.connectToBridge();
+    QTRY_VERIFY_WITH_TIMEOUT(settings.bridgeConnected(), 10000);
+    connection.stopBridgeStateRefresher();
+    QCOMPARE(settings.hueKey(), key);
+    QCOMPARE(linkRequests(), pairings); // used with the key it had, not paired again
+}
+
+void TestConnectionView::theBridgeIsShownWithWhoVouchedForItUntilItIsRefused_data()
+{
+    QTest::addColumn<BridgeSimulator::CertificateKind>("certificate");
+    QTest::addColumn<QString>("transport");
+    using Kind = BridgeSimulator::CertificateKind;
+    // The simulator's authority is one this test adds, as --trust-root does: never the bridge maker's.
+    QTest::newRow("signed by an added authority")
+        << Kind::Signed
+        << "HTTPS (certificate signed by Glowdeck test bridge authority, an authority added to the trusted "
+           "ones, not by the bridge maker)";
+    QTest::newRow("self-signed")
+        << Kind::SelfSigned
+        << "HTTPS (this bridge's certificate is not signed by the bridge maker; trusted since pairing)";
+}
+
+void TestConnectionView::theBridgeIsShownWithWhoVouchedForItUntilItIsRefused()
+{
+    QFETCH(BridgeSimulator::CertificateKind, certificate);
+    QFETCH(QString, transport);
+    BridgeSimulator& bridge = m_bench->bridge();
+    QVERIFY(bridge.listenTls()); // which makes its authority
+    m_bench->network().addTrustRoots({bridge.authorityCertificate()});
+    bridge.setCertificate(certificate);
+    m_bench->settings().setHueIP(bridge.httpsAddress());
+    bridge.pressLinkButton();
+    m_bench->connection().connectToBridge();
+    QTRY_COMPARE_WITH_TIMEOUT(status(), QStringLiteral("CONNECTED"), 10000);
+    const QString security = child<QLabel>(QStringLiteral("connectionSecurity"))->text();
+    QVERIFY2(security.startsWith(u"Bridge %1, over %2\n"_qs.arg(bridge.bridgeId(), transport)),
+             qPrintable(security));
+
+    // Another bridge takes the address: its certificate is refused at the handshake.
+    bridge.setCertificate(BridgeSimulator::CertificateKind::OtherBridge);
+    m_bench->settings().setLastUserActionAt(QDateTime::currentDateTime().addSecs(-60));
+    m_bench->connection().refreshTick();
+    QTRY_COMPARE_WITH_TIMEOUT(status(), QStringLiteral("NOT TRUSTED"), 10000);
+    QVERIFY2(error().contains(u"presented a certificate for another bridge"_qs), qPrintable(error()));
+    const QString detail = child<QLabel>(QStringLiteral("statusDetail"))->text();
+    QVERIFY(shows(detail));
+    QVERIFY2(detail.contains(u"sent nothing to %1"_qs.arg(bridge.httpsAddress())), qPrintable(detail));
+    QVERIFY2(detail.contains(u"Pairing again is not the fix"_qs), qPrintable(detail));
+    QVERIFY(!shows(ConnectionView::linkButtonHint()));
 }
 
 void TestConnectionView::aTypedAddressIsAnAddressOrSaysWhyNot_data()

@@ -1,5 +1,7 @@
 #include "TestSupport.h"
 
+#include <QHostAddress>
+
 TestSettings::TestSettings()
 {
     reopen();
@@ -20,4 +22,16 @@ PrintedLines::PrintedLines()
 PrintedLines::~PrintedLines()
 {
     setLineSink(std::move(m_previous));
+}
+
+QList<QNetworkAddressEntry> ownNetworks(const QStringList& addressesAndPrefixes)
+{
+    QList<QNetworkAddressEntry> networks;
+    for (const QString& network : addressesAndPrefixes) {
+        QNetworkAddressEntry entry;
+        entry.setIp(QHostAddress(network.section(u'/', 0, 0)));
+        entry.setPrefixLength(network.section(u'/', 1).toInt());
+        networks.append(entry);
+    }
+    return networks;
 }

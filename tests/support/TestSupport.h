@@ -4,6 +4,7 @@
 #include "state/Console.h"
 #include "state/JsonSettingsStore.h"
 
+#include <QNetworkAddressEntry>
 #include <QStringList>
 #include <QTemporaryDir>
 
@@ -39,3 +40,7 @@ private:
     QStringList m_lines;
     LineSink m_previous;
 };
+
+/// This computer's networks as a test sets them for discovery: "192.168.1.10/24" each; loopback
+/// ("127.0.0.1/8") alone when none are given.
+QList<QNetworkAddressEntry> ownNetworks(const QStringList& addressesAndPrefixes = {u"127.0.0.1/8"_qs});

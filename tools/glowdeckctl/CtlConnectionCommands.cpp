@@ -266,8 +266,7 @@ void CtlConnectionCommands::onListRefreshed()
         std::count_if(groups.cbegin(), groups.cend(), [](const HueGroup& g) { return !g.isZone(); });
     printOut(QStringLiteral("Paired with bridge %1 at %2 over %3: %4, %5, %6.")
                  .arg(m_settings->bridgeID(), m_address,
-                      describeTransport(m_settings->bridgeTransport(),
-                                        !m_settings->bridgeCertificateKey().isEmpty()),
+                      describeTransport(m_settings->bridgeTransport(), m_contact->signer),
                       Ctl::counted(m_settings->lights().size(), QStringLiteral("light")),
                       Ctl::counted(rooms, QStringLiteral("room")),
                       Ctl::counted(m_settings->scenes().size(), QStringLiteral("scene"))));
@@ -331,8 +330,7 @@ void CtlConnectionCommands::onStatusProbe(const ProbeResult& result, const QStri
     }
     const BridgeContact& contact = *result.contact;
     printField(QStringLiteral("Bridge id"), contact.bridgeId);
-    printField(QStringLiteral("Transport"),
-               describeTransport(contact.transport, !contact.pinnedKey.isEmpty()));
+    printField(QStringLiteral("Transport"), describeTransport(contact.transport, contact.signer));
     if (key.isEmpty()) {
         printField(QStringLiteral("Bridge"), QStringLiteral("answers; no key yet: run glowdeckctl pair"));
         return finish(exitDone);

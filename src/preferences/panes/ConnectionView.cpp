@@ -24,13 +24,15 @@ ConnectionView::ConnectionView(AppSettings& settings, BridgeDiscovery& discovery
                                BridgeConnection& connection, DebugReport& debugReport, QWidget* parent)
     : QWidget(parent), m_settings(settings), m_discovery(discovery), m_pairing(pairing),
       m_connection(connection), m_debugReport(debugReport), m_status(new QLabel(this)),
-      m_statusButton(new QPushButton(this)), m_connectedHint(PaneWidgets::wrappedText(connectedHint(), this)),
+      m_statusButton(new QPushButton(this)), m_statusDetail(PaneWidgets::wrappedText(QString(), this)),
+      m_connectedHint(PaneWidgets::wrappedText(connectedHint(), this)),
       m_unpairedHint(PaneWidgets::wrappedText(unpairedHint(), this)),
       m_security(PaneWidgets::wrappedText(QString(), this)),
       m_configuration(new ConfigurationPart(settings, this)),
       m_choiceHint(PaneWidgets::wrappedText(tr("Several bridges answered. Pick yours:"), this)),
       m_choices(new QListWidget(this)), m_useChoice(new QPushButton(tr("Use This Bridge"), this)),
-      m_error(PaneWidgets::wrappedText(QString(), this)), m_player(new ImagePlayer(this)),
+      m_error(PaneWidgets::wrappedText(QString(), this)),
+      m_linkHint(PaneWidgets::wrappedText(linkButtonHint(), this)), m_player(new ImagePlayer(this)),
       m_sendDebug(new LinkButton(sendDebugText(), this))
 {
     m_status->setObjectName(QStringLiteral("connectionStatus"));
@@ -38,6 +40,8 @@ ConnectionView::ConnectionView(AppSettings& settings, BridgeDiscovery& discovery
     bold.setBold(true);
     m_status->setFont(bold);
     m_statusButton->setObjectName(QStringLiteral("statusButton"));
+    m_statusDetail->setObjectName(QStringLiteral("statusDetail"));
+    m_linkHint->setObjectName(QStringLiteral("linkButtonHint"));
     m_error->setObjectName(QStringLiteral("connectionError"));
     m_security->setObjectName(QStringLiteral("connectionSecurity"));
     m_error->setTextInteractionFlags(Qt::TextSelectableByMouse);
@@ -61,6 +65,7 @@ ConnectionView::ConnectionView(AppSettings& settings, BridgeDiscovery& discovery
     layout->addWidget(PaneWidgets::heading(tr("Connect to Hue Bridge"), this));
     layout->addWidget(PaneWidgets::subheading(tr("Connection Status"), this));
     layout->addLayout(statusRow);
+    layout->addWidget(m_statusDetail);
     layout->addWidget(m_security);
     layout->addWidget(m_connectedHint);
     layout->addWidget(m_unpairedHint);
@@ -71,7 +76,7 @@ ConnectionView::ConnectionView(AppSettings& settings, BridgeDiscovery& discovery
     layout->addWidget(m_useChoice, 0, Qt::AlignLeft);
     layout->addWidget(m_error);
     layout->addSpacing(6);
-    layout->addWidget(PaneWidgets::wrappedText(linkButtonHint(), this));
+    layout->addWidget(m_linkHint);
     layout->addWidget(m_player, 0, Qt::AlignHCenter);
     layout->addWidget(m_sendDebug);
 
@@ -89,6 +94,8 @@ ConnectionView::ConnectionView(AppSettings& settings, BridgeDiscovery& discovery
     connect(m_sendDebug, &LinkButton::clicked, this, &ConnectionView::onSendDebug);
     connect(&m_pairing, &BridgePairing::pairingFinished, this, &ConnectionView::onPairingFinished);
     connect(&m_settings, &AppSettings::bridgeConnectedChanged, this, &ConnectionView::onStateChanged);
+    connect(&m_settings, &AppSettings::bridgeReachChanged, this, &ConnectionView::onStateChanged);
+    connect(&m_settings, &AppSettings::hueIPChanged, this, &ConnectionView::onStateChanged);
     connect(&m_settings, &AppSettings::liveUpdatesChanged, this, &ConnectionView::onStateChanged);
     connect(&m_settings, &AppSettings::connectionErrorMessageChanged, this, &ConnectionView::onStateChanged);
     connect(&m_settings, &AppSettings::hueKeyChanged, this, &ConnectionView::onStateChanged);
@@ -115,6 +122,22 @@ QString ConnectionView::linkButtonHint()
     return tr("You need to press the LINK button on your bridge before clicking Connect.");
 }
 
+QString ConnectionView::notAnsweringHint(const QString& address)
+{
+    return tr("The bridge at %1 does not answer. Glowdeck keeps its key and keeps trying, and looks for the "
+              "bridge on your network in case it moved. Check that the bridge has power and is connected to "
+              "your router.")
+        .arg(address);
+}
+
+QString ConnectionView::refusedHint(const QString& address)
+{
+    return tr("Glowdeck sent nothing to %1, not even its key. Pairing again is not the fix: it would trust "
+              "whatever answers there. Detect finds your bridge if it moved; pair again only with a bridge "
+              "you reset or replaced yourself.")
+        .arg(address);
+}
+
 QString ConnectionView::sendDebugText()
 {
     return tr("Connection trouble? Click to send debug data!");
@@ -129,21 +152,37 @@ void ConnectionView::changeEvent(QEvent* event)
 
 void ConnectionView::onStateChanged()
 {
+    using Reach = AppSettings::BridgeReach;
     const bool connected = m_settings.bridgeConnected();
     const bool dark = PaneWidgets::isDark(this);
-    m_status->setText(connected ? tr("CONNECTED") : tr("DISCONNECTED"));
+    // Once paired, "disconnected" would leave the user to guess: say what the bridge did.
+    const Reach reach =
+        connected || m_settings.hueKey().isEmpty() ? Reach::unknown : m_settings.bridgeReach();
+    m_status->setText(connected                      ? tr("CONNECTED")
+                      : reach == Reach::notAnswering ? tr("NOT ANSWERING")
+                      : reach == Reach::refused      ? tr("NOT TRUSTED")
+                                                     : tr("DISCONNECTED"));
     QPalette palette = m_status->palette();
     palette.setColor(QPalette::WindowText,
                      connected ? PaneWidgets::goodColor(dark) : PaneWidgets::badColor(dark));
     m_status->setPalette(palette);
+    const QString address = m_settings.hueIP();
+    m_statusDetail->setText(reach == Reach::notAnswering ? notAnsweringHint(address)
+                            : reach == Reach::refused    ? refusedHint(address)
+                                                         : QString());
+    m_statusDetail->setVisible(!m_statusDetail->text().isEmpty());
     m_connectedHint->setVisible(connected);
     // What a new user needs to know first; once paired it would only be in the way.
     m_unpairedHint->setVisible(!connected && m_settings.hueKey().isEmpty());
+    // The link button is the answer only while a key is what is missing: not once connected, nor for a
+    // paired bridge that does not answer or is not trusted.
+    const bool linkButtonHelps = !connected && reach != Reach::notAnswering && reach != Reach::refused;
+    m_linkHint->setVisible(linkButtonHelps);
+    m_player->setVisible(linkButtonHelps);
     m_error->setText(m_settings.connectionErrorMessage());
     m_error->setVisible(!m_settings.connectionErrorMessage().isEmpty());
     // Whether the key travels encrypted, and to which bridge: worth a line while paired.
-    const QString transport =
-        describeTransport(m_settings.bridgeTransport(), !m_settings.bridgeCertificateKey().isEmpty());
+    const QString transport = describeTransport(m_settings.bridgeTransport(), m_settings.bridgeSigner());
     const bool paired = !m_settings.hueKey().isEmpty() && !transport.isEmpty();
     QString security = paired && !m_settings.bridgeID().isEmpty()
                            ? tr("Bridge %1, over %2").arg(m_settings.bridgeID(), transport)
@@ -182,11 +221,9 @@ void ConnectionView::onConnect()
     m_settings.setConnectionErrorMessage(QString());
     m_connecting = true;
     updateBusy();
-    QTimer::singleShot(connectDelayMilliseconds, this, [this] {
-        // A new key is asked for; the old one is forgotten in the file (the bridge still knows it).
-        m_settings.forgetStoredKey();
-        m_pairing.pairWithBridge();
-    });
+    // A new key is asked for. The stored one stays until the new one has worked (the connection stores it
+    // then): a bridge that does not answer now may well answer after a restart, to the key it knows.
+    QTimer::singleShot(connectDelayMilliseconds, this, [this] { m_pairing.pairWithBridge(); });
 }
 
 void ConnectionView::onPairingFinished()

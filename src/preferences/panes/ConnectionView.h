@@ -14,10 +14,11 @@ class QLabel;
 class QListWidget;
 class QPushButton;
 
-/// The connection pane ("advanced"): whether a bridge is connected, Connect or Disconnect, finding the bridge
-/// or typing its address, the last connection problem, the link-button hint with its animation, and the
-/// offer to send debug data. All network work runs asynchronously; the pane only starts it and shows the
-/// shared state.
+/// The connection pane ("advanced"): whether a bridge is connected (or, once paired, whether it answers and
+/// proves to be the bridge paired), Connect or Disconnect, finding the bridge or typing its address, the last
+/// connection problem, the link-button hint with its animation while pairing is what is needed, and the offer
+/// to send debug data. All network work runs asynchronously; the pane only starts it and shows the shared
+/// state. Connect asks the bridge for a new key and keeps the stored one until the new one has worked.
 class ConnectionView final : public QWidget
 {
     Q_OBJECT
@@ -37,6 +38,10 @@ public:
     static QString connectedHint();
     static QString unpairedHint();
     static QString linkButtonHint();
+    /// What is said under the status of a paired bridge that does not answer at `address`.
+    static QString notAnsweringHint(const QString& address);
+    /// ... and of something at `address` whose certificate or answer was refused.
+    static QString refusedHint(const QString& address);
     static QString sendDebugText();
 
 protected:
@@ -65,6 +70,7 @@ private:
     bool m_debugSent = false;
     QLabel* m_status;
     QPushButton* m_statusButton;
+    QLabel* m_statusDetail; ///< why a paired bridge is not connected, when the status alone does not say
     QLabel* m_connectedHint;
     QLabel* m_unpairedHint;
     QLabel* m_security; ///< how the bridge is reached and who it proved to be
@@ -74,6 +80,7 @@ private:
     QListWidget* m_choices; ///< the bridges Detect found, one per row
     QPushButton* m_useChoice;
     QLabel* m_error;
+    QLabel* m_linkHint;
     ImagePlayer* m_player;
     LinkButton* m_sendDebug;
 };

@@ -60,9 +60,9 @@ void DebugReport::send()
         if (!result.contact)
             return runScript(result.problem);
         const BridgeContact& contact = *result.contact;
-        runScript(QStringLiteral("answers as bridge %1 (\"%2\"), over %3")
-                      .arg(contact.bridgeId, contact.name,
-                           describeTransport(contact.transport, !contact.pinnedKey.isEmpty())));
+        runScript(
+            QStringLiteral("answers as bridge %1 (\"%2\"), over %3")
+                .arg(contact.bridgeId, contact.name, describeTransport(contact.transport, contact.signer)));
     });
 }
 
