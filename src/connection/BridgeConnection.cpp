@@ -73,6 +73,11 @@ void BridgeConnection::reach()
             return;
         }
         const BridgeContact& contact = *result.contact;
+        // A settings file of an older version holds an address and a key but no id: the bridge at that
+        // address is taken for the paired one, once, and held to its id from then on.
+        if (m_settings.bridgeID().isEmpty())
+            m_settings.addLogLine(QStringLiteral("Learnt the id of the bridge at %1: %2")
+                                      .arg(m_settings.hueIP(), contact.bridgeId));
         if (contact.transport != m_settings.bridgeTransport() || contact.bridgeId != m_settings.bridgeID())
             m_settings.addLogLine(
                 QStringLiteral("Reached bridge %1 at %2 (%3)")

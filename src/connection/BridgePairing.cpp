@@ -105,7 +105,7 @@ void BridgePairing::requestApiKey(const QString& address, std::function<void(Pai
             return done({noConnection, {}, probe.refused ? probe.problem : QString()});
         const BridgeContact contact = *probe.contact;
         // The key request goes only to the bridge just identified, by its id and, if self-signed, its key.
-        postString(bridgePublicUrl(contact.endpoint).toString(), {contact.bridgeId, contact.pinnedKey},
+        postString(bridgePublicUrl(contact.endpoint).toString(), contact.identity(),
                    [done, contact](const std::optional<QString>& reply) {
                        done({outcomeOf(reply.value_or(QString())), contact, {}});
                    });

@@ -127,6 +127,8 @@ void Probe::onAnswer(const QString& base, const HttpResult& answer)
 
 bool needsProbe(const BridgeAddress& address, const QString& transport, const QString& bridgeId)
 {
+    if (bridgeId.isEmpty())
+        return true;
     if (address.scheme == BridgeAddress::http)
         return false;
     const bool known = !bridgeId.isEmpty() && !transport.isEmpty();

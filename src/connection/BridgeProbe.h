@@ -21,6 +21,9 @@ struct BridgeContact
     QByteArray pinnedKey; ///< a self-signed certificate's key, trusted now; empty when an authority signed it
     QString name;         ///< the name the bridge's owner gave it
 
+    /// What later requests to this bridge must find it proving.
+    BridgeIdentity identity() const { return {bridgeId, pinnedKey, false, transport == BridgeAddress::http}; }
+
     bool operator==(const BridgeContact&) const = default;
 };
 
@@ -45,13 +48,15 @@ struct ProbeKnowledge
 };
 
 /// Whether the bridge at `address` must be asked who it is and how to reach it before a request with the key
-/// goes to it. Not when the address says plain HTTP itself (nothing there proves anything), nor for a bridge
-/// known by its id and transport, whose certificate every request checks; a bridge reached in clear at an
-/// address without a scheme is asked again, in case it offers HTTPS by now.
+/// goes to it: always while its id is not known, since no request with the key goes to a bridge without one.
+/// Not for a bridge known by its id and transport, whose certificate every request checks, nor when the
+/// address says plain HTTP itself; a bridge reached in clear at an address without a scheme is asked again,
+/// in case it offers HTTPS by now.
 bool needsProbe(const BridgeAddress& address, const QString& transport, const QString& bridgeId);
 
 /// The address to keep for a bridge given as `given` and reached as `contact`: `given` itself, unless the
-/// bridge sent Glowdeck elsewhere (plain HTTP redirected to HTTPS on another port): then where it was reached.
+/// bridge sent Glowdeck elsewhere (plain HTTP redirected to HTTPS on another port): then where it was
+/// reached.
 QString addressAfter(const QString& given, const BridgeContact& contact);
 
 /// How a bridge is reached, as the connection pane and glowdeckctl say it: "HTTPS (certificate signed by the

@@ -1,7 +1,10 @@
 #include "FakeCommands.h"
 #include "FakeLocalNetwork.h"
 #include "TestSupport.h"
+#include "bridge/ActionQueue.h"
 #include "bridge/BridgeNetwork.h"
+#include "bridge/HttpExchange.h"
+#include "bridge/HueHelper.h"
 #include "connection/BridgeConnection.h"
 #include "connection/BridgeDiscovery.h"
 #include "connection/BridgePairing.h"
@@ -30,6 +33,10 @@ private Q_SLOTS:
     void aPairedBridgeMustKeepProvingItself();
     void plainHttpIsLeftForHttpsWhereverTheBridgeOffersIt();
     void aBridgeThatMovedIsFoundByItsIdAndNoOtherGetsTheKey();
+    void aRequestWithTheKeyGoesOnlyWhereTheIdIsProved_data();
+    void aRequestWithTheKeyGoesOnlyWhereTheIdIsProved();
+    void anOlderSettingsFileLearnsTheIdBeforeTheKeyGoes_data();
+    void anOlderSettingsFileLearnsTheIdBeforeTheKeyGoes();
 
 private:
     /// Pairs with the bridge at `address` (link button pressed) and waits for the outcome.
@@ -289,6 +296,98 @@ void TestBridgeTrust::aBridgeThatMovedIsFoundByItsIdAndNoOtherGetsTheKey()
     // The neighbour refused at the handshake: nothing with the key ever reached it.
     for (const SimulatedRequest& request : neighbour.requests())
         QVERIFY2(!request.path.contains(key), qPrintable(request.path));
+}
+
+void TestBridgeTrust::aRequestWithTheKeyGoesOnlyWhereTheIdIsProved_data()
+{
+    QTest::addColumn<bool>("overHttps");
+    QTest::addColumn<QString>("path");
+    QTest::addColumn<bool>("keyHeader");
+    QTest::addColumn<int>("mark"); // 0: none, 1: an empty id, 2: the bridge's id, 3: its id, paired in clear
+    QTest::addColumn<bool>("sent");
+    QTest::newRow("a list, unmarked") << false << "/api/secret/lights" << false << 0 << false;
+    QTest::newRow("a list, no id to check") << true << "/api/secret/lights" << false << 1 << false;
+    QTest::newRow("a list, the id checked") << true << "/api/secret/lights" << false << 2 << true;
+    QTest::newRow("a list in clear, paired over HTTPS")
+        << false << "/api/secret/lights" << false << 2 << false;
+    QTest::newRow("a list in clear, paired in clear") << false << "/api/secret/lights" << false << 3 << true;
+    QTest::newRow("a path the server reads as a list")
+        << true << "/API//./secret/lights" << false << 1 << false;
+    QTest::newRow("the stream's header, no id to check")
+        << true << "/eventstream/clip/v2" << true << 1 << false;
+    QTest::newRow("the public configuration") << true << "/api/config" << false << 1 << true;
+    QTest::newRow("the link request, in clear") << false << "/api" << false << 0 << true;
+}
+
+void TestBridgeTrust::aRequestWithTheKeyGoesOnlyWhereTheIdIsProved()
+{
+    QFETCH(bool, overHttps);
+    QFETCH(QString, path);
+    QFETCH(bool, keyHeader);
+    QFETCH(int, mark);
+    QFETCH(bool, sent);
+    QNetworkRequest request(QUrl((overHttps ? m_bridge->httpsAddress() : m_bridge->httpAddress()) + path));
+    if (keyHeader)
+        request.setRawHeader("hue-application-key", "secret");
+    if (mark > 0)
+        BridgeNetwork::prepare(request, {mark == 1 ? QString() : m_bridge->bridgeId(), {}, false, mark == 3});
+    std::optional<HttpResult> result;
+    sendHttpRequest(*m_network, request, "GET", {}, {std::chrono::seconds(5), std::chrono::seconds(5)},
+                    [&result](const HttpResult& answer) { result = answer; });
+    QTRY_VERIFY_WITH_TIMEOUT(result.has_value(), 10000);
+    QCOMPARE(m_bridge->requests().size(), sent ? 1 : 0);
+    if (!sent) {
+        QVERIFY(result->transportFailed);
+        QVERIFY2(result->refusal.startsWith(QStringLiteral("The bridge's key was not sent to 127.0.0.1:")),
+                 qPrintable(result->refusal));
+    }
+}
+
+void TestBridgeTrust::anOlderSettingsFileLearnsTheIdBeforeTheKeyGoes_data()
+{
+    QTest::addColumn<Kind>("certificate");
+    QTest::newRow("the bridge paired with") << Kind::Signed;
+    QTest::newRow("another bridge's certificate") << Kind::OtherBridge;
+}
+
+void TestBridgeTrust::anOlderSettingsFileLearnsTheIdBeforeTheKeyGoes()
+{
+    QFETCH(Kind, certificate);
+    m_bridge->setCertificate(certificate);
+    // A file of an older version: reached over HTTPS, but no bridge id stored.
+    const QString address = m_bridge->tlsHostAndPort();
+    const QString key = m_bridge->addUser();
+    m_state->store().writeString(SettingsKeys::bridgeIP, address);
+    m_state->store().writeString(SettingsKeys::bridgeUser, key);
+    m_state->store().writeString(SettingsKeys::bridgeTransport, QStringLiteral("https"));
+    settings().load();
+    QVERIFY(settings().bridgeID().isEmpty());
+
+    // A hot key pressed at once, before the connection has asked the bridge who it is.
+    ActionQueue queue(settings(), *m_network);
+    HueHelper helper(settings(), queue);
+    helper.switchEverythingOff();
+    m_connection->connectToBridge();
+    if (certificate == Kind::Signed) {
+        // Held, not lost: it goes once the id is learnt, and the log says where it was learnt.
+        const auto changed = [this] {
+            const QList<SimulatedRequest> keyed = requestsWithKey();
+            return std::any_of(keyed.cbegin(), keyed.cend(), [](const SimulatedRequest& r) {
+                return r.path.endsWith(u"/groups/0/action");
+            });
+        };
+        QTRY_VERIFY_WITH_TIMEOUT(changed(), 10000);
+        QCOMPARE(settings().bridgeID(), m_bridge->bridgeId());
+        QVERIFY(!settings().log().filter(u"Learnt the id of the bridge at %1"_qs.arg(address)).isEmpty());
+        return;
+    }
+    QTRY_VERIFY_WITH_TIMEOUT(!settings().connectionErrorMessage().isEmpty(), 10000);
+    QVERIFY2(settings().connectionErrorMessage().contains(u"a certificate for another bridge"_qs),
+             qPrintable(settings().connectionErrorMessage()));
+    // The change waits for an id that never comes; nothing with the key went out.
+    QTRY_VERIFY(!queue.isProcessing());
+    QCOMPARE(settings().actionQueue().size(), 1);
+    QVERIFY(requestsWithKey().isEmpty());
 }
 
 QTEST_GUILESS_MAIN(TestBridgeTrust)

@@ -86,7 +86,7 @@ private:
     /// What every run gets: the test's own settings file, the loopback discovery service.
     QProcessEnvironment environment() const;
     QString settingsFile() const { return m_dir->filePath(QStringLiteral("settings.json")); }
-    /// Writes the simulator's address as "bridgeIP" and, if `withKey`, its key as "bridgeUser".
+    /// Writes the simulator's address as "bridgeIP" with its id, and, if `withKey`, its key as "bridgeUser".
     void storeSettings(bool withKey);
     QJsonObject storedSettings() const;
     /// The requests the simulator received as "METHOD path body", the path after "/api/<key>/" if it has one.
@@ -167,7 +167,8 @@ QList<Run> TestGlowdeckCtl::runAll(const QStringList& commandLines, bool nameSim
 
 void TestGlowdeckCtl::storeSettings(bool withKey)
 {
-    QJsonObject settings{{"bridgeIP", sim()}};
+    // As pairing stores a bridge of the first generation, which offers plain HTTP only.
+    QJsonObject settings{{"bridgeIP", sim()}, {"bridgeID", m_sim->bridgeId()}, {"bridgeTransport", "http"}};
     if (withKey)
         settings.insert("bridgeUser", m_key);
     QFile file(settingsFile());
@@ -296,8 +297,10 @@ void TestGlowdeckCtl::commandsSendTheirRequests()
     QFETCH(QStringList, changes);
     QCOMPARE(run(commandLine).exitCode, 0);
     const QStringList sent = received();
-    QVERIFY2(sent.value(0).startsWith(QStringLiteral("GET ")), qPrintable(sent.join(u'\n'))); // a fresh list
-    QCOMPARE(sent.mid(1), changes.replaceInStrings(QStringLiteral("{key}"), m_key));
+    // Who the bridge is, without the key, then a fresh list.
+    QCOMPARE(sent.value(0), QStringLiteral("GET /api/config"));
+    QVERIFY2(sent.value(1).startsWith(QStringLiteral("GET ")), qPrintable(sent.join(u'\n')));
+    QCOMPARE(sent.mid(2), changes.replaceInStrings(QStringLiteral("{key}"), m_key));
 }
 
 void TestGlowdeckCtl::refusedCommandsChangeNothing_data()
@@ -326,7 +329,7 @@ void TestGlowdeckCtl::refusedCommandsChangeNothing_data()
                                 << "did not send a list that can be used (HTTP status 500).";
     QTest::newRow("dropped") << "all-off" << Fault::DropConnection << 1 << unreachable.arg("{sim}");
     QTest::newRow("refused") << "lights --bridge http://127.0.0.1:1 --key abc" << Fault::None << 1
-                             << unreachable.arg("http://127.0.0.1:1");
+                             << "The bridge at 127.0.0.1:1 does not answer.";
     QTest::newRow("nobody at a bare address") << "lights --bridge 127.0.0.1:1 --key abc" << Fault::None << 1
                                               << "The bridge at 127.0.0.1:1 does not answer.";
 }
@@ -337,7 +340,11 @@ void TestGlowdeckCtl::refusedCommandsChangeNothing()
     QFETCH(BridgeSimulator::Fault, fault);
     QFETCH(int, exitCode);
     QFETCH(QString, message);
-    m_sim->setFault(fault);
+    // The bridge says who it is as usual; the fault hits the requests with the key.
+    connect(m_sim.get(), &BridgeSimulator::requestReceived, this, [this, fault](const SimulatedRequest& r) {
+        if (r.path != u"/api/config")
+            m_sim->setFault(fault);
+    });
     const Run result = run(commandLine, !commandLine.contains(QStringLiteral("--bridge")));
     QCOMPARE(result.exitCode, exitCode);
     const QString printed = result.out + result.err;

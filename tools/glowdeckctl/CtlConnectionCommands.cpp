@@ -337,10 +337,9 @@ void CtlConnectionCommands::onStatusProbe(const ProbeResult& result, const QStri
         printField(QStringLiteral("Bridge"), QStringLiteral("answers; no key yet: run glowdeckctl pair"));
         return finish(exitDone);
     }
-    HueCommunicationLights{
-        .bridgeIP = contact.endpoint, .apiKey = key, .identity = {contact.bridgeId, contact.pinnedKey}}
-        .fetch(*m_network,
-               [this, contact, key](const LightsResult& result) { onStatusLights(result, contact, key); });
+    HueCommunicationLights{.bridgeIP = contact.endpoint, .apiKey = key, .identity = contact.identity()}.fetch(
+        *m_network,
+        [this, contact, key](const LightsResult& result) { onStatusLights(result, contact, key); });
 }
 
 void CtlConnectionCommands::onStatusLights(const LightsResult& result, const BridgeContact& contact,
@@ -381,7 +380,7 @@ void CtlConnectionCommands::reportUpdates(const BridgeContact& contact, const QS
                       .arg(QString::number(streamPatience.count())));
     });
     m_streamWait.start(streamPatience);
-    m_stream->start(contact.endpoint, key, {contact.bridgeId, contact.pinnedKey});
+    m_stream->start(contact.endpoint, key, contact.identity());
 }
 
 void CtlConnectionCommands::onUpdates(const QString& reasonToRead)
