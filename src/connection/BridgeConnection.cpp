@@ -61,10 +61,16 @@ void BridgeConnection::reach()
     }
     m_reaching = true;
     const ProbeKnowledge knowledge{m_settings.bridgeTransport(), m_settings.bridgeIdentity(), false};
-    probeBridge(m_network, *address, knowledge, this, [this](const ProbeResult& result) {
+    const QString at = address->hostAndPort();
+    probeBridge(m_network, *address, knowledge, this, [this, at](const ProbeResult& result) {
         m_reaching = false;
         if (!result.contact) {
-            m_settings.addLogLine(result.problem);
+            // After a few misses the bridge is looked for elsewhere, in case it was given another address.
+            m_settings.addLogLine(
+                result.silent
+                    ? QStringLiteral("The bridge at %1 does not answer; looking for it on your network")
+                          .arg(at)
+                    : result.problem);
             // Not answering is what the refresh retries quietly; a bridge that is not the one paired is said.
             if (result.refused)
                 m_settings.setConnectionErrorMessage(result.problem);

@@ -37,6 +37,8 @@ private Q_SLOTS:
     void aRequestWithTheKeyGoesOnlyWhereTheIdIsProved();
     void anOlderSettingsFileLearnsTheIdBeforeTheKeyGoes_data();
     void anOlderSettingsFileLearnsTheIdBeforeTheKeyGoes();
+    void aBridgeKnownOverHttpsIsNeverPairedInClear_data();
+    void aBridgeKnownOverHttpsIsNeverPairedInClear();
 
 private:
     /// Pairs with the bridge at `address` (link button pressed) and waits for the outcome.
@@ -171,10 +173,10 @@ void TestBridgeTrust::aPairedBridgeMustKeepProvingItself_data()
     QTest::newRow("self-signed, then another key")
         << Kind::SelfSigned << 1 << Kind::SelfSigned
         << "presented a different certificate than when it was paired: pair again to trust it.";
-    QTest::newRow("HTTPS, then plain HTTP only") << Kind::Signed << 2 << Kind::Signed
-                                                 << "refused an encrypted connection. It was reached over "
-                                                    "HTTPS before, so Glowdeck does not fall back "
-                                                    "to plain HTTP.";
+    QTest::newRow("HTTPS, then plain HTTP only")
+        << Kind::Signed << 2 << Kind::Signed
+        << "does not answer over HTTPS as it did before; it may be off or restarting. Glowdeck waits for it "
+           "there and does not use plain HTTP with it.";
 }
 
 void TestBridgeTrust::aPairedBridgeMustKeepProvingItself()
@@ -388,6 +390,49 @@ void TestBridgeTrust::anOlderSettingsFileLearnsTheIdBeforeTheKeyGoes()
     QTRY_VERIFY(!queue.isProcessing());
     QCOMPARE(settings().actionQueue().size(), 1);
     QVERIFY(requestsWithKey().isEmpty());
+}
+
+void TestBridgeTrust::aBridgeKnownOverHttpsIsNeverPairedInClear_data()
+{
+    QTest::addColumn<bool>("impostor"); // in clear at the bridge's port, with another id
+    QTest::newRow("its port closed") << false;
+    QTest::newRow("its port closed, a plain-HTTP host there") << true;
+}
+
+void TestBridgeTrust::aBridgeKnownOverHttpsIsNeverPairedInClear()
+{
+    QFETCH(bool, impostor);
+    const QString address = m_bridge->tlsHostAndPort();
+    QVERIFY(pair(address) != BridgePairing::noConnection);
+    QVERIFY(connectAndRead());
+    const QString key = settings().hueKey();
+
+    const quint16 port = m_bridge->tlsPort();
+    m_bridge->close();
+    BridgeSimulator other;
+    other.setBridgeId(u"001788FFFE000001"_qs);
+    other.setAcceptPairingAtOnce(true);
+    if (impostor)
+        QVERIFY(other.listen(QHostAddress::LocalHost, port));
+    settings().setConnectionErrorMessage(QString());
+    QCOMPARE(pair(address), BridgePairing::noConnection);
+    // Most often a bridge that is restarting: said calmly, and nothing was tried in clear.
+    QCOMPARE(settings().connectionErrorMessage(),
+             u"The bridge at %1 does not answer over HTTPS as it did before; it may be off or restarting. "
+             "Glowdeck waits for it there and does not use plain HTTP with it."_qs.arg(address));
+    QVERIFY(other.requests().isEmpty());
+    QCOMPARE(settings().hueKey(), key);
+    QCOMPARE(settings().bridgeTransport(), QStringLiteral("https"));
+    QCOMPARE(m_state->store().readString(SettingsKeys::bridgeUser), key);
+    if (impostor)
+        return;
+    // Where plain HTTP is tried too (a bridge of the first generation) and nothing answers, the log says the
+    // bridge is looked for, not that anything was refused.
+    settings().setBridgeContact(QStringLiteral("http"), m_bridge->bridgeId(), {});
+    m_connection->connectToBridge();
+    const QString silent =
+        u"The bridge at %1 does not answer; looking for it on your network"_qs.arg(address);
+    QTRY_VERIFY_WITH_TIMEOUT(!settings().log().filter(silent).isEmpty(), 10000);
 }
 
 QTEST_GUILESS_MAIN(TestBridgeTrust)

@@ -1,5 +1,6 @@
 #include "CtlConnectionCommands.h"
 
+#include "CtlBridge.h"
 #include "CtlCommon.h"
 
 #include "bridge/BridgeNetwork.h"
@@ -166,7 +167,8 @@ void CtlConnectionCommands::onDiscovered(const QList<BridgeDiscovery::FoundBridg
 void CtlConnectionCommands::pair()
 {
     m_address = m_invocation.bridge;
-    if (m_address.isEmpty() && openExistingSettings())
+    openExistingSettings();
+    if (m_address.isEmpty())
         m_address = storedAddress();
     if (m_address.isEmpty()) {
         printError(
@@ -185,6 +187,15 @@ void CtlConnectionCommands::pair()
 
     m_pairingStore = std::make_unique<MemorySettingsStore>();
     m_pairingSettings = std::make_unique<AppSettings>(*m_pairingStore);
+    if (m_store && sameBridgeAddress(m_address, storedAddress())) {
+        // Pairing the stored bridge again: what it proved before holds (a bridge reached over HTTPS is not
+        // paired in clear, whatever answers there now).
+        AppSettings stored(*m_store);
+        stored.load();
+        Preferences(*m_pairingStore).setBridgeAddress(storedAddress());
+        m_pairingSettings->setBridgeContact(stored.bridgeTransport(), stored.bridgeID(),
+                                            stored.bridgeCertificateKey());
+    }
     m_pairing = std::make_unique<BridgePairing>(*m_pairingSettings, *m_network);
     if (m_invocation.waitSeconds)
         m_waitUntil.setRemainingTime(std::chrono::seconds(*m_invocation.waitSeconds));
@@ -312,12 +323,22 @@ void CtlConnectionCommands::status()
                    QStringLiteral("the stored address is not HOST[:PORT]; run glowdeckctl discover"));
         return finish(exitFailed);
     }
-    // What the file says about the bridge holds for the stored address only.
+    // What the file says about the bridge holds for the stored address only; its key goes nowhere else
+    // unless the bridge there proves the stored id.
     ProbeKnowledge known;
-    if (m_store && m_address == storedAddress()) {
+    if (m_store) {
         AppSettings settings(*m_store);
         settings.load();
-        known = {settings.bridgeTransport(), settings.bridgeIdentity(), false};
+        if (m_invocation.key.isEmpty() && keyStored) {
+            const Ctl::StoredKeyUse use = Ctl::storedKeyUse(m_address, settings, m_fileName);
+            if (!use.refusal.isEmpty()) {
+                printField(QStringLiteral("Bridge"), use.refusal);
+                return finish(exitFailed);
+            }
+            known = use.knowledge;
+        } else if (sameBridgeAddress(m_address, storedAddress())) {
+            known = {settings.bridgeTransport(), settings.bridgeIdentity(), false};
+        }
     }
     probeBridge(*m_network, *address, known, this,
                 [this, key](const ProbeResult& result) { onStatusProbe(result, key); });
