@@ -615,6 +615,9 @@ void TestGlowdeckCtl::theStoredKeyGoesOnlyToTheProvenBridge_data()
     // The bridge's port refuses TLS and a host answers there in clear: pairing again goes nowhere.
     row("pairing again, in clear at the bridge's port", "pair", false,
         QStringLiteral("does not answer over HTTPS as it did before; it may be off or restarting."));
+    // A host claiming the paired bridge's id in clear is no bridge at all, and never stored.
+    row("discover, the id claimed in clear", "discover", true,
+        QStringLiteral("No Hue bridge found on this network."));
 }
 
 void TestGlowdeckCtl::theStoredKeyGoesOnlyToTheProvenBridge()

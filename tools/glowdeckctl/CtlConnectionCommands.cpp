@@ -106,8 +106,15 @@ void CtlConnectionCommands::discover()
     m_discovery->setLocalNetworkBrowser(m_localNetwork.get());
     if (m_invocation.discoveryUrl)
         m_discovery->setServiceUrl(QUrl(*m_invocation.discoveryUrl));
+    // A bridge paired over HTTPS is never replaced by an address that merely claims its id in clear.
+    ProbeKnowledge paired;
+    if (openExistingSettings()) {
+        AppSettings stored(*m_store);
+        stored.load();
+        paired = {stored.bridgeTransport(), stored.bridgeIdentity(), false};
+    }
     m_discovery->detectBridges(
-        [this](const QList<BridgeDiscovery::FoundBridge>& bridges) { onDiscovered(bridges); });
+        paired, [this](const QList<BridgeDiscovery::FoundBridge>& bridges) { onDiscovered(bridges); });
 }
 
 void CtlConnectionCommands::onDiscovered(const QList<BridgeDiscovery::FoundBridge>& bridges)
