@@ -72,7 +72,13 @@ QByteArray stepWithValuesOf(const QByteArray& step, const QByteArray& newer)
 
 ActionQueue::ActionQueue(AppSettings& settings, QNetworkAccessManager& network, QObject* parent)
     : QObject(parent), m_settings(settings), m_network(network)
-{}
+{
+    // Changes held for want of the bridge's id go as soon as the connection has learnt it.
+    connect(&m_settings, &AppSettings::bridgeContactChanged, this, [this] {
+        if (!m_settings.bridgeID().isEmpty() && !m_settings.actionQueue().isEmpty())
+            startProcessor();
+    });
+}
 
 void ActionQueue::enqueue(ActionQueueItem item)
 {
@@ -142,6 +148,10 @@ void ActionQueue::onTick()
     QList<ActionQueueItem> queue = m_settings.actionQueue();
     if (m_sincePause.isValid() && m_sincePause.elapsed() < m_pause.count())
         return;
+    // Every change carries the key, which goes only to a bridge that proves its id: until the connection has
+    // learnt the id (a settings file of an older version has none), the changes wait here.
+    if (m_settings.bridgeID().isEmpty() && !queue.isEmpty())
+        return stopProcessor();
     m_sincePause.invalidate();
     // The oldest change that may go now: a room's waits for its second, and lamps' go past it meanwhile.
     const bool groupMayGo =

@@ -103,6 +103,75 @@ bool namesAsIssuer(const QSslCertificate& certificate, const QSslCertificate& ro
     });
 }
 
+/// Whether `request` carries a bridge's key: in the header of the newer interface, or as the path segment
+/// after "/api" of the older one. Only the link request ("/api") and the public configuration
+/// ("/api/config") go to a bridge without one. The path is read as a server reads it, without regard to
+/// case, dot segments or repeated slashes.
+bool carriesKey(const QNetworkRequest& request)
+{
+    if (request.hasRawHeader(QByteArrayLiteral("hue-application-key")))
+        return true;
+    QString path = request.url().adjusted(QUrl::NormalizePathSegments).path(QUrl::FullyDecoded).toLower();
+    while (path.contains(u"//"))
+        path.replace(QStringLiteral("//"), QStringLiteral("/"));
+    if (path.endsWith(u'/'))
+        path.chop(1);
+    return path.startsWith(QStringLiteral("/api/")) && path != u"/api/config";
+}
+
+/// Why a request that carries a key must not be sent as it is marked, as a sentence; empty when it may go.
+/// The key is the bridge's password: it goes only to a bridge that proves the id it was paired with, and in
+/// clear only to one that was paired in clear.
+QString keyRefusal(const QNetworkRequest& request, const QVariant& marked)
+{
+    const QUrl url = request.url();
+    const QString host = url.host().contains(u':') ? u'[' + url.host() + u']' : url.host();
+    const QString at = url.port() < 0 ? host : host + u':' + QString::number(url.port());
+    const BridgeIdentity identity = marked.value<BridgeIdentity>();
+    if (!marked.isValid() || !BridgeIdentity::isBridgeId(identity.bridgeId) || identity.trustOnFirstUse)
+        return QStringLiteral("The bridge's key was not sent to %1: the bridge there has not proved which "
+                              "bridge it is yet.")
+            .arg(at);
+    if (url.scheme() != u"https" && !(url.scheme() == u"http" && identity.pairedOverPlainHttp))
+        return QStringLiteral("The bridge's key was not sent to %1 over plain HTTP: bridge %2 was paired "
+                              "over HTTPS.")
+            .arg(at, identity.bridgeId.toUpper());
+    return {};
+}
+
+/// The answer to a request refused before it was sent: it fails at once, with the refusal, and nothing
+/// reaches the network.
+class RefusedReply final : public QNetworkReply
+{
+public:
+    RefusedReply(QNetworkAccessManager::Operation op, const QNetworkRequest& request, const QString& refusal,
+                 QObject* parent)
+        : QNetworkReply(parent)
+    {
+        setRequest(request);
+        setUrl(request.url());
+        setOperation(op);
+        setProperty(refusalProperty, refusal);
+        setError(QNetworkReply::ProtocolFailure, refusal);
+        open(QIODevice::ReadOnly | QIODevice::Unbuffered);
+        // Like any reply, it finishes once the caller has connected to it.
+        QMetaObject::invokeMethod(
+            this,
+            [this] {
+                setFinished(true);
+                Q_EMIT errorOccurred(error());
+                Q_EMIT finished();
+            },
+            Qt::QueuedConnection);
+    }
+
+    void abort() override {}
+    qint64 bytesAvailable() const override { return 0; }
+
+protected:
+    qint64 readData(char*, qint64) override { return -1; }
+};
+
 void record(QNetworkReply* reply, const QSslCertificate& leaf, bool selfSigned)
 {
     reply->setProperty(certificateProperty, QVariant::fromValue(BridgeCertificate{
@@ -220,6 +289,10 @@ QString BridgeNetwork::refusalOf(const QNetworkReply* reply)
 QNetworkReply* BridgeNetwork::createRequest(Operation op, const QNetworkRequest& original, QIODevice* body)
 {
     const QVariant marked = original.attribute(identityAttribute);
+    if (carriesKey(original)) {
+        if (const QString refusal = keyRefusal(original, marked); !refusal.isEmpty())
+            return new RefusedReply(op, original, refusal, this);
+    }
     if (!marked.isValid() || original.url().scheme() != u"https")
         return QNetworkAccessManager::createRequest(op, original, body);
 

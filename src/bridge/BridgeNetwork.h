@@ -31,6 +31,8 @@ Q_DECLARE_METATYPE(BridgeCertificate)
 /// (and those added with `addTrustRoots`), never the system's, and takes the certificate's common name for
 /// the bridge id that it must match, since a bridge's certificate names no address. A refused certificate
 /// ends the exchange during the handshake, before anything of the request, the key included, is sent.
+/// A request that carries a bridge's key goes nowhere unless it is marked with the id its bridge must
+/// prove, and over plain HTTP only to a bridge paired that way: otherwise it fails at once, unsent.
 class BridgeNetwork : public QNetworkAccessManager
 {
     Q_OBJECT
@@ -53,7 +55,8 @@ public:
     static void prepare(QNetworkRequest& request, const BridgeIdentity& identity);
     /// What the bridge presented on `reply`, once its handshake is done; empty for plain HTTP.
     static BridgeCertificate certificateOf(const QNetworkReply* reply);
-    /// Why the bridge's certificate was refused on `reply`, as a sentence; empty when it was not.
+    /// Why the bridge's certificate was refused on `reply`, or why its request, carrying a key, was not sent
+    /// at all, as a sentence; empty when neither happened.
     static QString refusalOf(const QNetworkReply* reply);
     /// Who vouched for `leaf`, accepted on `reply` (a reply of a BridgeNetwork): itself by its pinned key
     /// (`selfSigned`), or the trusted root that completed its chain.

@@ -61,10 +61,16 @@ void BridgeConnection::reach()
     }
     m_reaching = true;
     const ProbeKnowledge knowledge{m_settings.bridgeTransport(), m_settings.bridgeIdentity(), false};
-    probeBridge(m_network, *address, knowledge, this, [this](const ProbeResult& result) {
+    const QString at = address->hostAndPort();
+    probeBridge(m_network, *address, knowledge, this, [this, at](const ProbeResult& result) {
         m_reaching = false;
         if (!result.contact) {
-            logRepeating(result.problem);
+            // After a few misses the bridge is looked for elsewhere, in case it was given another address.
+            logRepeating(
+                result.silent
+                    ? QStringLiteral("The bridge at %1 does not answer; looking for it on your network")
+                          .arg(at)
+                    : result.problem);
             // Not answering is what the refresh retries quietly; a bridge that is not the one paired is said.
             if (result.refused)
                 m_settings.setConnectionErrorMessage(result.problem);
@@ -76,6 +82,11 @@ void BridgeConnection::reach()
         }
         const BridgeContact& contact = *result.contact;
         flushRepeats();
+        // A settings file of an older version holds an address and a key but no id: the bridge at that
+        // address is taken for the paired one, once, and held to its id from then on.
+        if (m_settings.bridgeID().isEmpty())
+            m_settings.addLogLine(QStringLiteral("Learnt the id of the bridge at %1: %2")
+                                      .arg(m_settings.hueIP(), contact.bridgeId));
         if (contact.transport != m_settings.bridgeTransport() || contact.bridgeId != m_settings.bridgeID() ||
             contact.signer != m_settings.bridgeSigner())
             m_settings.addLogLine(QStringLiteral("Reached bridge %1 at %2 over %3")

@@ -158,15 +158,17 @@ void BridgeDiscovery::readArpTable(std::function<void(QString)> done)
         });
 }
 
-void BridgeDiscovery::detectBridges(std::function<void(QList<FoundBridge>)> done)
+void BridgeDiscovery::detectBridges(const ProbeKnowledge& paired,
+                                    std::function<void(QList<FoundBridge>)> done)
 {
     const std::shared_ptr<Candidates> search = newSearch();
-    const auto askTheService = [this, search](std::function<void(QList<FoundBridge>)> done) {
-        askService([this, search, done = std::move(done)](const std::optional<QString>& address) mutable {
-            if (address)
-                admit(*search, {*address}, fromService);
-            identifyAll(search->addresses, std::move(done));
-        });
+    const auto askTheService = [this, search, paired](std::function<void(QList<FoundBridge>)> done) {
+        askService(
+            [this, search, paired, done = std::move(done)](const std::optional<QString>& address) mutable {
+                if (address)
+                    admit(*search, {*address}, fromService);
+                identifyAll(search->addresses, paired, std::move(done));
+            });
     };
     readArpTable([this, search, askTheService, done = std::move(done)](const QString& table) mutable {
         admit(*search, bridgeAddressesFromArpTable(table), fromArp);
@@ -183,28 +185,45 @@ void BridgeDiscovery::detectBridges(std::function<void(QList<FoundBridge>)> done
     });
 }
 
-void BridgeDiscovery::identifyAll(const QStringList& addresses, std::function<void(QList<FoundBridge>)> done)
+void BridgeDiscovery::identifyAll(const QStringList& addresses, const ProbeKnowledge& paired,
+                                  std::function<void(QList<FoundBridge>)> done)
 {
+    struct Answer
+    {
+        FoundBridge bridge;
+        bool overHttps = false;
+    };
     struct Gathering
     {
-        QList<std::optional<FoundBridge>> answers; // in the order of the addresses
+        QList<std::optional<Answer>> answers; // in the order of the addresses
         int pending = 0;
         std::function<void(QList<FoundBridge>)> done;
     };
     auto gathering = std::make_shared<Gathering>();
     gathering->answers.resize(addresses.size());
     gathering->done = std::move(done);
-    const auto finishIfAllAnswered = [gathering] {
+    // Over plain HTTP anybody can claim the paired bridge's id; the paired bridge itself speaks HTTPS.
+    const QString pairedOverHttps =
+        paired.transport == BridgeAddress::https ? paired.identity.bridgeId : QString();
+    const auto finishIfAllAnswered = [gathering, pairedOverHttps] {
         if (gathering->pending > 0 || !gathering->done)
             return;
-        QList<FoundBridge> bridges;
-        for (const std::optional<FoundBridge>& answer : gathering->answers) {
-            const bool known =
-                answer && std::any_of(bridges.cbegin(), bridges.cend(),
-                                      [&](const FoundBridge& b) { return b.bridgeId == answer->bridgeId; });
-            if (answer && !known)
-                bridges.append(*answer);
+        QList<Answer> kept;
+        for (const std::optional<Answer>& answer : gathering->answers) {
+            if (!answer || (!answer->overHttps && !pairedOverHttps.isEmpty() &&
+                            answer->bridge.bridgeId.compare(pairedOverHttps, Qt::CaseInsensitive) == 0))
+                continue;
+            const auto same = std::find_if(kept.begin(), kept.end(), [&](const Answer& a) {
+                return a.bridge.bridgeId == answer->bridge.bridgeId;
+            });
+            if (same == kept.end())
+                kept.append(*answer);
+            else if (answer->overHttps && !same->overHttps)
+                *same = *answer; // the one that proved the id, in the place of the first
         }
+        QList<FoundBridge> bridges;
+        for (const Answer& answer : kept)
+            bridges.append(answer.bridge);
         std::exchange(gathering->done, {})(bridges);
     };
     for (qsizetype i = 0; i < addresses.size(); ++i) {
@@ -216,9 +235,9 @@ void BridgeDiscovery::identifyAll(const QStringList& addresses, std::function<vo
         probeBridge(m_network, *address, ProbeKnowledge{{}, {}, true}, this,
                     [gathering, i, given = addresses.at(i), finishIfAllAnswered](const ProbeResult& result) {
                         if (result.contact)
-                            gathering->answers[i] =
-                                FoundBridge{addressAfter(given, *result.contact), result.contact->name,
-                                            result.contact->bridgeId};
+                            gathering->answers[i] = Answer{{addressAfter(given, *result.contact),
+                                                            result.contact->name, result.contact->bridgeId},
+                                                           result.contact->transport == BridgeAddress::https};
                         --gathering->pending;
                         finishIfAllAnswered();
                     });

@@ -82,8 +82,11 @@ public:
     };
     /// Every bridge the ARP table, the local network and the service name, each asked who it is (its public
     /// configuration, no key; over HTTPS its certificate must be a bridge's), merged by bridge id, in the
-    /// order of those steps. An address that does not answer as a bridge is left out.
-    void detectBridges(std::function<void(QList<FoundBridge>)> done);
+    /// order of those steps. An address that does not answer as a bridge is left out. Of two answers with
+    /// one id, one that proved it over HTTPS wins, since anybody can claim an id over plain HTTP; a plain
+    /// claim of the id of `paired`, a bridge known over HTTPS, is no bridge at all.
+    void detectBridges(const ProbeKnowledge& paired, std::function<void(QList<FoundBridge>)> done);
+    void detectBridges(std::function<void(QList<FoundBridge>)> done) { detectBridges({}, std::move(done)); }
 
     /// Where a bridge answers now and how it was reached.
     struct Whereabouts
@@ -132,7 +135,8 @@ private:
     /// The ARP table's text, or an empty one when there is no arp.
     void readArpTable(std::function<void(QString)> done);
     /// Asks every address at once who it is; answers with those that are bridges, merged by bridge id.
-    void identifyAll(const QStringList& addresses, std::function<void(QList<FoundBridge>)> done);
+    void identifyAll(const QStringList& addresses, const ProbeKnowledge& paired,
+                     std::function<void(QList<FoundBridge>)> done);
     /// Probes `candidates` one after another; answers with the first that proves `known`, or nothing.
     void tryCandidates(QStringList candidates, const ProbeKnowledge& known,
                        std::function<void(std::optional<Whereabouts>)> done);

@@ -98,14 +98,18 @@ void BridgePairing::requestApiKey(const QString& address, std::function<void(Pai
             Qt::QueuedConnection);
         return;
     }
-    // What is known still counts for one thing: a bridge reached over HTTPS before is not paired in clear.
-    const ProbeKnowledge known{m_settings.bridgeTransport(), m_settings.bridgeIdentity(), true};
+    // What is known still counts for one thing: the bridge stored, reached over HTTPS before, is not spoken
+    // to in clear again, whatever answers there now. Another address is another bridge, the user's choice.
+    const bool storedBridge = sameBridgeAddress(address, m_settings.preferences().bridgeAddress());
+    const ProbeKnowledge known =
+        storedBridge ? ProbeKnowledge{m_settings.bridgeTransport(), m_settings.bridgeIdentity(), true}
+                     : ProbeKnowledge{{}, {}, true};
     probeBridge(m_network, *parsed, known, this, [this, done](const ProbeResult& probe) {
         if (!probe.contact)
             return done({noConnection, {}, probe.refused ? probe.problem : QString()});
         const BridgeContact contact = *probe.contact;
         // The key request goes only to the bridge just identified, by its id and, if self-signed, its key.
-        postString(bridgePublicUrl(contact.endpoint).toString(), {contact.bridgeId, contact.pinnedKey},
+        postString(bridgePublicUrl(contact.endpoint).toString(), contact.identity(),
                    [done, contact](const std::optional<QString>& reply) {
                        done({outcomeOf(reply.value_or(QString())), contact, {}});
                    });

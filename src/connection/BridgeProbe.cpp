@@ -37,12 +37,17 @@ struct Probe
             answer(result);
     }
     QString at() const { return QStringLiteral("The bridge at %1").arg(address.hostAndPort()); }
+    QString usedHttpsBefore() const
+    {
+        return at() +
+               QStringLiteral(" was reached over HTTPS before; Glowdeck does not use plain HTTP with it.");
+    }
 };
 
 void Probe::next()
 {
     if (bases.isEmpty())
-        return finish({{}, at() + QStringLiteral(" does not answer."), false});
+        return finish({{}, at() + QStringLiteral(" does not answer."), false, true});
     const QString base = bases.takeFirst();
     QNetworkRequest request(bridgePublicUrl(base, {QStringLiteral("config")}));
     // No key goes with this request; what it learns is checked against what the bridge says below.
@@ -64,16 +69,19 @@ void Probe::onAnswer(const QString& base, const HttpResult& answer)
                            answer.networkError == QNetworkReply::SslHandshakeFailedError;
         if (overHttps && noTls && !bases.isEmpty())
             return next();
+        // Most often a bridge that is restarting; plain HTTP would be the next try for a bridge not known.
         if (overHttps && noTls && known.transport == BridgeAddress::https && address.scheme.isEmpty())
             return finish(
                 {{},
-                 at() + QStringLiteral(" refused an encrypted connection. It was reached over HTTPS "
-                                       "before, so Glowdeck does not fall back to plain HTTP."),
+                 at() + QStringLiteral(" does not answer over HTTPS as it did before; it may be "
+                                       "off or restarting. Glowdeck waits for it there and does not "
+                                       "use plain HTTP with it."),
                  true});
         return finish({{},
                        at() + (answer.timedOut ? QStringLiteral(" answers too slowly.")
                                                : QStringLiteral(" does not answer.")),
-                       false});
+                       false,
+                       true});
     }
     if (answer.status >= 300 && answer.status < 400) {
         // The newest bridge sends plain HTTP to HTTPS. Only the same host is followed: a redirect elsewhere
@@ -107,12 +115,9 @@ void Probe::onAnswer(const QString& base, const HttpResult& answer)
     if (!known.mayLearn && !known.identity.bridgeId.isEmpty() &&
         bridgeId.compare(known.identity.bridgeId, Qt::CaseInsensitive) != 0)
         return finish({{}, at() + QStringLiteral(" is another bridge (%1).").arg(bridgeId), true});
-    const bool sameBridge = bridgeId.compare(known.identity.bridgeId, Qt::CaseInsensitive) == 0;
-    if (!overHttps && known.transport == BridgeAddress::https && (!known.mayLearn || sameBridge))
-        return finish({{},
-                       at() + QStringLiteral(" offers only plain HTTP now. It was reached over HTTPS before, "
-                                             "so Glowdeck does not fall back to plain HTTP."),
-                       true});
+    // Whatever it says of itself: over plain HTTP anybody can say it.
+    if (!overHttps && known.transport == BridgeAddress::https)
+        return finish({{}, usedHttpsBefore(), true});
     BridgeContact contact;
     contact.endpoint = base;
     contact.transport = overHttps ? BridgeAddress::https : BridgeAddress::http;
@@ -129,6 +134,8 @@ void Probe::onAnswer(const QString& base, const HttpResult& answer)
 
 bool needsProbe(const BridgeAddress& address, const QString& transport, const QString& bridgeId)
 {
+    if (bridgeId.isEmpty())
+        return true;
     if (address.scheme == BridgeAddress::http)
         return false;
     const bool known = !bridgeId.isEmpty() && !transport.isEmpty();
@@ -139,6 +146,13 @@ QString addressAfter(const QString& given, const BridgeContact& contact)
 {
     const std::optional<BridgeAddress> address = BridgeAddress::parse(given);
     return address && address->base(contact.transport) == contact.endpoint ? given : contact.endpoint;
+}
+
+bool sameBridgeAddress(const QString& one, const QString& other)
+{
+    const std::optional<BridgeAddress> a = BridgeAddress::parse(one);
+    const std::optional<BridgeAddress> b = BridgeAddress::parse(other);
+    return a && b && a->host.compare(b->host, Qt::CaseInsensitive) == 0 && a->port == b->port;
 }
 
 QString describeTransport(const QString& transport, const CertificateSigner& signer)
@@ -169,9 +183,20 @@ void probeBridge(QNetworkAccessManager& network, const BridgeAddress& address, c
 {
     // It deletes itself when it answers.
     auto* probe = new Probe{network, address, known, context, std::move(done), {}, false};
+    const bool httpsBefore = known.transport == BridgeAddress::https;
+    if (address.scheme == BridgeAddress::http && httpsBefore) {
+        // Nothing is sent: the answer would prove nothing, and pairing there would send a key in clear.
+        QMetaObject::invokeMethod(
+            &network,
+            [probe] {
+                probe->finish({{}, probe->usedHttpsBefore(), true});
+            },
+            Qt::QueuedConnection);
+        return;
+    }
     if (!address.scheme.isEmpty())
         probe->bases = {address.base(address.scheme)};
-    else if (known.transport == BridgeAddress::https && !known.mayLearn)
+    else if (httpsBefore)
         probe->bases = {address.base(BridgeAddress::https)};
     else
         probe->bases = {address.base(BridgeAddress::https), address.base(BridgeAddress::http)};

@@ -25,6 +25,9 @@ struct BridgeContact
     /// pinned at pairing.
     CertificateSigner signer;
 
+    /// What later requests to this bridge must find it proving.
+    BridgeIdentity identity() const { return {bridgeId, pinnedKey, false, transport == BridgeAddress::http}; }
+
     bool operator==(const BridgeContact&) const = default;
 };
 
@@ -33,14 +36,18 @@ struct ProbeResult
 {
     std::optional<BridgeContact> contact;
     QString problem;
-    /// The bridge answered but its identity was refused (as opposed to not answering at all).
+    /// The bridge answered but its identity was refused (as opposed to not answering at all), or it was not
+    /// asked in the only way left, plain HTTP, having been reached over HTTPS before.
     bool refused = false;
+    /// Nothing usable answered at all: no connection, or no answer in time.
+    bool silent = false;
 };
 
 /// What is already known about the bridge at an address, and how much may be learnt afresh.
 struct ProbeKnowledge
 {
-    /// The transport used before: after "https" nothing falls back to plain HTTP.
+    /// The transport used before: after "https" plain HTTP is never tried, not even to pair again, whatever
+    /// answers there. Only for the address the bridge was known at; another address is another bridge.
     QString transport;
     /// The identity the bridge proved before; empty id: none yet.
     BridgeIdentity identity;
@@ -49,15 +56,20 @@ struct ProbeKnowledge
 };
 
 /// Whether the bridge at `address` must be asked who it is and how to reach it before a request with the key
-/// goes to it. Not when the address says plain HTTP itself (nothing there proves anything), nor for a bridge
-/// known by its id and transport, whose certificate every request checks; a bridge reached in clear at an
-/// address without a scheme is asked again, in case it offers HTTPS by now.
+/// goes to it: always while its id is not known, since no request with the key goes to a bridge without one.
+/// Not for a bridge known by its id and transport, whose certificate every request checks, nor when the
+/// address says plain HTTP itself; a bridge reached in clear at an address without a scheme is asked again,
+/// in case it offers HTTPS by now.
 bool needsProbe(const BridgeAddress& address, const QString& transport, const QString& bridgeId);
 
 /// The address to keep for a bridge given as `given` and reached as `contact`: `given` itself, unless the
 /// bridge sent Glowdeck elsewhere (plain HTTP redirected to HTTPS on another port): then where it was
 /// reached.
 QString addressAfter(const QString& given, const BridgeContact& contact);
+
+/// Whether two addresses name the same host and port, whatever scheme either gives: what was learnt about a
+/// bridge at one holds at the other.
+bool sameBridgeAddress(const QString& one, const QString& other);
 
 /// How a bridge is reached, as the connection pane and glowdeckctl say it: "HTTPS (certificate signed by the
 /// bridge maker)" only when one of the maker's authorities signed it, "HTTPS (certificate signed by NAME, an
@@ -67,8 +79,9 @@ QString describeTransport(const QString& transport, const CertificateSigner& sig
 
 /// Finds out how to reach the bridge at an address and that it is the bridge it should be, by reading its
 /// public configuration (no key is sent). A bare HOST is tried as https://HOST first and as http://HOST only
-/// when that port refuses the connection or speaks no TLS; HOST:PORT the same on that port; an address with a
-/// scheme means just that. A redirect from plain HTTP to HTTPS on the same host is followed. The
+/// when that port refuses the connection or speaks no TLS, and never for a bridge known over HTTPS; HOST:PORT
+/// the same on that port; an address with a scheme means just that. A redirect from plain HTTP to HTTPS on
+/// the same host is followed. The
 /// certificate's bridge id must be the one the configuration reports, and the one known before unless
 /// `mayLearn`.
 void probeBridge(QNetworkAccessManager& network, const BridgeAddress& address, const ProbeKnowledge& known,

@@ -7,7 +7,8 @@
 #include <algorithm>
 
 /// What the bridge answering a request must prove about itself over HTTPS. Plain HTTP proves nothing; a
-/// bridge reached that way is one that offers no encryption at all.
+/// bridge reached that way is one that offers no encryption at all. A request that carries a key goes only
+/// where an identity with a bridge id says it may (`BridgeNetwork`).
 struct BridgeIdentity
 {
     /// The bridge id its certificate must name, compared without regard to case. Empty: any certificate that
@@ -19,6 +20,9 @@ struct BridgeIdentity
     /// A self-signed certificate is let through and its key reported, so that pairing can pin it. Only for
     /// requests that carry no key.
     bool trustOnFirstUse = false;
+    /// The bridge was paired over plain HTTP, as bridges of the first generation offer nothing else: its key
+    /// may travel in clear. False for every bridge that spoke HTTPS.
+    bool pairedOverPlainHttp = false;
 
     /// Whether `text` has the shape of a bridge id: 16 hexadecimal digits.
     static bool isBridgeId(const QString& text)

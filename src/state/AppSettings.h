@@ -1,6 +1,7 @@
 #pragma once
 
 #include "model/ActionQueueItem.h"
+#include "model/BridgeAddress.h"
 #include "model/BridgeIdentity.h"
 #include "model/CertificateSigner.h"
 #include "model/HueGroup.h"
@@ -115,8 +116,12 @@ public:
     CertificateSigner bridgeSigner() const;
     /// Notifies with `bridgeContactChanged`.
     void setBridgeSigner(const CertificateSigner& signer);
-    /// What the bridge at `hueIP` must prove: the stored id and pinned key.
-    BridgeIdentity bridgeIdentity() const { return {m_bridgeID, m_bridgeCertificateKey}; }
+    /// What the bridge at `hueIP` must prove: the stored id and pinned key; plain HTTP only for a bridge that
+    /// was paired that way.
+    BridgeIdentity bridgeIdentity() const
+    {
+        return {m_bridgeID, m_bridgeCertificateKey, false, m_bridgeTransport == BridgeAddress::http};
+    }
     /// The base every request to the bridge starts with ("https://192.168.1.5"): `hueIP` with its own scheme,
     /// or with the transport learnt; empty while neither says how to reach it.
     QString bridgeEndpoint() const;

@@ -364,12 +364,14 @@ void TestResourceFetch::reportsFailuresWithTheListsOwnMessage()
         outcome = result.error ? int(*result.error) : -1;
         onMainThread = QThread::currentThread() == thread();
     };
+    // A bridge of the first generation, paired in clear: the key may go to it over plain HTTP.
+    const BridgeIdentity identity{bridge.bridgeId(), {}, false, true};
     if (list == u"lights")
-        HueCommunicationLights{address, key}.fetch(network, done);
+        HueCommunicationLights{.bridgeIP = address, .apiKey = key, .identity = identity}.fetch(network, done);
     else if (list == u"groups")
-        HueCommunicationGroups{address, key}.fetch(network, done);
+        HueCommunicationGroups{.bridgeIP = address, .apiKey = key, .identity = identity}.fetch(network, done);
     else
-        HueCommunicationScenes{address, key}.fetch(network, done);
+        HueCommunicationScenes{.bridgeIP = address, .apiKey = key, .identity = identity}.fetch(network, done);
 
     QTRY_VERIFY_WITH_TIMEOUT(outcome.has_value(), int(fetchDeadline.count()) + 5000);
     QCOMPARE(*outcome, error);

@@ -4,6 +4,7 @@
 #include "LoopbackServer.h"
 #include "TestSupport.h"
 #include "connection/BridgeDiscovery.h"
+#include "simulator/BridgeSimulator.h"
 
 #include <QNetworkAccessManager>
 #include <QSet>
@@ -41,6 +42,8 @@ private Q_SLOTS:
     void browsesTheLocalNetworkBetweenTheArpTableAndTheService();
     void asksOnlyAddressesOnItsOwnNetworksEachOncePerSearch_data();
     void asksOnlyAddressesOnItsOwnNetworksEachOncePerSearch();
+    void anIdClaimedInClearNeverHidesTheBridgeThatProvedIt_data();
+    void anIdClaimedInClearNeverHidesTheBridgeThatProvedIt();
 
 private:
     /// Runs one detection to its answer.
@@ -299,6 +302,52 @@ void TestBridgeDiscovery::asksOnlyAddressesOnItsOwnNetworksEachOncePerSearch()
     for (const QString& stranger : {u"8.8.8.8"_qs, u"169.254.7.7"_qs, u"10.9.9.9"_qs, u"172.20.0.4"_qs})
         QCOMPARE(printed.lines().filter(stranger).size(), 1);
     m_discovery->setLocalNetworkBrowser(nullptr);
+}
+
+void TestBridgeDiscovery::anIdClaimedInClearNeverHidesTheBridgeThatProvedIt_data()
+{
+    QTest::addColumn<bool>("bridgeAnswers"); // the bridge over HTTPS, announced after the claim
+    QTest::addColumn<bool>("pairedOverHttps");
+    QTest::addColumn<QString>("found"); // "bridge", "claim" or nothing
+    QTest::newRow("both, nothing paired") << true << false << "bridge";
+    QTest::newRow("both, the bridge paired over HTTPS") << true << true << "bridge";
+    QTest::newRow("only the claim, the bridge paired over HTTPS") << false << true << QString();
+    QTest::newRow("only the claim, nothing paired") << false << false << "claim";
+}
+
+void TestBridgeDiscovery::anIdClaimedInClearNeverHidesTheBridgeThatProvedIt()
+{
+    QFETCH(bool, bridgeAnswers);
+    QFETCH(bool, pairedOverHttps);
+    QFETCH(QString, found);
+    BridgeSimulator bridge;
+    QVERIFY(bridge.listenTls());
+    m_network->addTrustRoots({bridge.authorityCertificate()});
+    BridgeSimulator claim; // plain HTTP only, naming the bridge's id
+    claim.setBridgeId(bridge.bridgeId());
+    QVERIFY(claim.listen());
+    FakeLocalNetwork localNetwork;
+    localNetwork.announced = {{u"127.0.0.1"_qs, claim.port(), bridge.bridgeId()}};
+    if (bridgeAnswers)
+        localNetwork.announced.append({u"127.0.0.1"_qs, bridge.tlsPort(), bridge.bridgeId()});
+    m_discovery->setArpCommand(QString());
+    m_discovery->setServiceUrl(QUrl());
+    m_discovery->setLocalNetworkBrowser(&localNetwork);
+    ProbeKnowledge paired;
+    if (pairedOverHttps)
+        paired = {QStringLiteral("https"), {bridge.bridgeId(), {}}, false};
+
+    std::optional<QList<BridgeDiscovery::FoundBridge>> bridges;
+    m_discovery->detectBridges(
+        paired, [&bridges](const QList<BridgeDiscovery::FoundBridge>& answer) { bridges = answer; });
+    QTRY_VERIFY_WITH_TIMEOUT(bridges.has_value(), 10000);
+    QStringList addresses;
+    for (const BridgeDiscovery::FoundBridge& one : *bridges)
+        addresses << one.address;
+    const QString expected = found == u"bridge"  ? bridge.tlsHostAndPort()
+                             : found == u"claim" ? claim.hostAndPort()
+                                                 : QString();
+    QCOMPARE(addresses, expected.isEmpty() ? QStringList() : QStringList{expected});
 }
 
 QTEST_GUILESS_MAIN(TestBridgeDiscovery)

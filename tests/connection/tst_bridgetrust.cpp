@@ -1,7 +1,10 @@
 #include "FakeCommands.h"
 #include "FakeLocalNetwork.h"
 #include "TestSupport.h"
+#include "bridge/ActionQueue.h"
 #include "bridge/BridgeNetwork.h"
+#include "bridge/HttpExchange.h"
+#include "bridge/HueHelper.h"
 #include "connection/BridgeConnection.h"
 #include "connection/BridgeDiscovery.h"
 #include "connection/BridgePairing.h"
@@ -36,6 +39,12 @@ private Q_SLOTS:
     void aBridgeThatMovedIsFoundByItsIdAndNoOtherGetsTheKey();
     void aProblemThatComesBackAtEveryTickIsLoggedOnceAMinute_data();
     void aProblemThatComesBackAtEveryTickIsLoggedOnceAMinute();
+    void aRequestWithTheKeyGoesOnlyWhereTheIdIsProved_data();
+    void aRequestWithTheKeyGoesOnlyWhereTheIdIsProved();
+    void anOlderSettingsFileLearnsTheIdBeforeTheKeyGoes_data();
+    void anOlderSettingsFileLearnsTheIdBeforeTheKeyGoes();
+    void aBridgeKnownOverHttpsIsNeverPairedInClear_data();
+    void aBridgeKnownOverHttpsIsNeverPairedInClear();
 
 private:
     /// Pairs with the bridge at `address` (link button pressed) and waits for the outcome.
@@ -170,10 +179,10 @@ void TestBridgeTrust::aPairedBridgeMustKeepProvingItself_data()
     QTest::newRow("self-signed, then another key")
         << Kind::SelfSigned << 1 << Kind::SelfSigned
         << "presented a different certificate than when it was paired: pair again to trust it.";
-    QTest::newRow("HTTPS, then plain HTTP only") << Kind::Signed << 2 << Kind::Signed
-                                                 << "refused an encrypted connection. It was reached over "
-                                                    "HTTPS before, so Glowdeck does not fall back "
-                                                    "to plain HTTP.";
+    QTest::newRow("HTTPS, then plain HTTP only")
+        << Kind::Signed << 2 << Kind::Signed
+        << "does not answer over HTTPS as it did before; it may be off or restarting. Glowdeck waits for it "
+           "there and does not use plain HTTP with it.";
 }
 
 void TestBridgeTrust::aPairedBridgeMustKeepProvingItself()
@@ -356,6 +365,141 @@ void TestBridgeTrust::aProblemThatComesBackAtEveryTickIsLoggedOnceAMinute()
     QTRY_VERIFY_WITH_TIMEOUT(settings().bridgeConnected(), 10000);
     QCOMPARE(told(), (QStringList{problem, problem + u" (18 times in the last minute)"_qs,
                                   problem + u" (2 more times in the last minute)"_qs}));
+}
+
+void TestBridgeTrust::aRequestWithTheKeyGoesOnlyWhereTheIdIsProved_data()
+{
+    QTest::addColumn<bool>("overHttps");
+    QTest::addColumn<QString>("path");
+    QTest::addColumn<bool>("keyHeader");
+    QTest::addColumn<int>("mark"); // 0: none, 1: an empty id, 2: the bridge's id, 3: its id, paired in clear
+    QTest::addColumn<bool>("sent");
+    QTest::newRow("a list, unmarked") << false << "/api/secret/lights" << false << 0 << false;
+    QTest::newRow("a list, no id to check") << true << "/api/secret/lights" << false << 1 << false;
+    QTest::newRow("a list, the id checked") << true << "/api/secret/lights" << false << 2 << true;
+    QTest::newRow("a list in clear, paired over HTTPS")
+        << false << "/api/secret/lights" << false << 2 << false;
+    QTest::newRow("a list in clear, paired in clear") << false << "/api/secret/lights" << false << 3 << true;
+    QTest::newRow("a path the server reads as a list")
+        << true << "/API//./secret/lights" << false << 1 << false;
+    QTest::newRow("the stream's header, no id to check")
+        << true << "/eventstream/clip/v2" << true << 1 << false;
+    QTest::newRow("the public configuration") << true << "/api/config" << false << 1 << true;
+    QTest::newRow("the link request, in clear") << false << "/api" << false << 0 << true;
+}
+
+void TestBridgeTrust::aRequestWithTheKeyGoesOnlyWhereTheIdIsProved()
+{
+    QFETCH(bool, overHttps);
+    QFETCH(QString, path);
+    QFETCH(bool, keyHeader);
+    QFETCH(int, mark);
+    QFETCH(bool, sent);
+    QNetworkRequest request(QUrl((overHttps ? m_bridge->httpsAddress() : m_bridge->httpAddress()) + path));
+    if (keyHeader)
+        request.setRawHeader("hue-application-key", "secret");
+    if (mark > 0)
+        BridgeNetwork::prepare(request, {mark == 1 ? QString() : m_bridge->bridgeId(), {}, false, mark == 3});
+    std::optional<HttpResult> result;
+    sendHttpRequest(*m_network, request, "GET", {}, {std::chrono::seconds(5), std::chrono::seconds(5)},
+                    [&result](const HttpResult& answer) { result = answer; });
+    QTRY_VERIFY_WITH_TIMEOUT(result.has_value(), 10000);
+    QCOMPARE(m_bridge->requests().size(), sent ? 1 : 0);
+    if (!sent) {
+        QVERIFY(result->transportFailed);
+        QVERIFY2(result->refusal.startsWith(QStringLiteral("The bridge's key was not sent to 127.0.0.1:")),
+                 qPrintable(result->refusal));
+    }
+}
+
+void TestBridgeTrust::anOlderSettingsFileLearnsTheIdBeforeTheKeyGoes_data()
+{
+    QTest::addColumn<Kind>("certificate");
+    QTest::newRow("the bridge paired with") << Kind::Signed;
+    QTest::newRow("another bridge's certificate") << Kind::OtherBridge;
+}
+
+void TestBridgeTrust::anOlderSettingsFileLearnsTheIdBeforeTheKeyGoes()
+{
+    QFETCH(Kind, certificate);
+    m_bridge->setCertificate(certificate);
+    // A file of an older version: reached over HTTPS, but no bridge id stored.
+    const QString address = m_bridge->tlsHostAndPort();
+    const QString key = m_bridge->addUser();
+    m_state->store().writeString(SettingsKeys::bridgeIP, address);
+    m_state->store().writeString(SettingsKeys::bridgeUser, key);
+    m_state->store().writeString(SettingsKeys::bridgeTransport, QStringLiteral("https"));
+    settings().load();
+    QVERIFY(settings().bridgeID().isEmpty());
+
+    // A hot key pressed at once, before the connection has asked the bridge who it is.
+    ActionQueue queue(settings(), *m_network);
+    HueHelper helper(settings(), queue);
+    helper.switchEverythingOff();
+    m_connection->connectToBridge();
+    if (certificate == Kind::Signed) {
+        // Held, not lost: it goes once the id is learnt, and the log says where it was learnt.
+        const auto changed = [this] {
+            const QList<SimulatedRequest> keyed = requestsWithKey();
+            return std::any_of(keyed.cbegin(), keyed.cend(), [](const SimulatedRequest& r) {
+                return r.path.endsWith(u"/groups/0/action");
+            });
+        };
+        QTRY_VERIFY_WITH_TIMEOUT(changed(), 10000);
+        QCOMPARE(settings().bridgeID(), m_bridge->bridgeId());
+        QVERIFY(!settings().log().filter(u"Learnt the id of the bridge at %1"_qs.arg(address)).isEmpty());
+        return;
+    }
+    QTRY_VERIFY_WITH_TIMEOUT(!settings().connectionErrorMessage().isEmpty(), 10000);
+    QVERIFY2(settings().connectionErrorMessage().contains(u"a certificate for another bridge"_qs),
+             qPrintable(settings().connectionErrorMessage()));
+    // The change waits for an id that never comes; nothing with the key went out.
+    QTRY_VERIFY(!queue.isProcessing());
+    QCOMPARE(settings().actionQueue().size(), 1);
+    QVERIFY(requestsWithKey().isEmpty());
+}
+
+void TestBridgeTrust::aBridgeKnownOverHttpsIsNeverPairedInClear_data()
+{
+    QTest::addColumn<bool>("impostor"); // in clear at the bridge's port, with another id
+    QTest::newRow("its port closed") << false;
+    QTest::newRow("its port closed, a plain-HTTP host there") << true;
+}
+
+void TestBridgeTrust::aBridgeKnownOverHttpsIsNeverPairedInClear()
+{
+    QFETCH(bool, impostor);
+    const QString address = m_bridge->tlsHostAndPort();
+    QVERIFY(pair(address) != BridgePairing::noConnection);
+    QVERIFY(connectAndRead());
+    const QString key = settings().hueKey();
+
+    const quint16 port = m_bridge->tlsPort();
+    m_bridge->close();
+    BridgeSimulator other;
+    other.setBridgeId(u"001788FFFE000001"_qs);
+    other.setAcceptPairingAtOnce(true);
+    if (impostor)
+        QVERIFY(other.listen(QHostAddress::LocalHost, port));
+    settings().setConnectionErrorMessage(QString());
+    QCOMPARE(pair(address), BridgePairing::noConnection);
+    // Most often a bridge that is restarting: said calmly, and nothing was tried in clear.
+    QCOMPARE(settings().connectionErrorMessage(),
+             u"The bridge at %1 does not answer over HTTPS as it did before; it may be off or restarting. "
+             "Glowdeck waits for it there and does not use plain HTTP with it."_qs.arg(address));
+    QVERIFY(other.requests().isEmpty());
+    QCOMPARE(settings().hueKey(), key);
+    QCOMPARE(settings().bridgeTransport(), QStringLiteral("https"));
+    QCOMPARE(m_state->store().readString(SettingsKeys::bridgeUser), key);
+    if (impostor)
+        return;
+    // Where plain HTTP is tried too (a bridge of the first generation) and nothing answers, the log says the
+    // bridge is looked for, not that anything was refused.
+    settings().setBridgeContact(QStringLiteral("http"), m_bridge->bridgeId(), {});
+    m_connection->connectToBridge();
+    const QString silent =
+        u"The bridge at %1 does not answer; looking for it on your network"_qs.arg(address);
+    QTRY_VERIFY_WITH_TIMEOUT(!settings().log().filter(silent).isEmpty(), 10000);
 }
 
 QTEST_GUILESS_MAIN(TestBridgeTrust)

@@ -76,6 +76,8 @@ private Q_SLOTS:
     void aSettingsFileThatCannotBeWrittenFailsTheRun_data();
     void aSettingsFileThatCannotBeWrittenFailsTheRun();
     void watchPrintsPushedChangesAndStatusSaysWhetherTheyArePushed();
+    void theStoredKeyGoesOnlyToTheProvenBridge_data();
+    void theStoredKeyGoesOnlyToTheProvenBridge();
 
 private:
     /// Runs glowdeckctl ("light 2 on"); `nameSimulator` adds --bridge and --key for the simulator.
@@ -86,7 +88,7 @@ private:
     /// What every run gets: the test's own settings file, the loopback discovery service.
     QProcessEnvironment environment() const;
     QString settingsFile() const { return m_dir->filePath(QStringLiteral("settings.json")); }
-    /// Writes the simulator's address as "bridgeIP" and, if `withKey`, its key as "bridgeUser".
+    /// Writes the simulator's address as "bridgeIP" with its id, and, if `withKey`, its key as "bridgeUser".
     void storeSettings(bool withKey);
     QJsonObject storedSettings() const;
     /// The requests the simulator received as "METHOD path body", the path after "/api/<key>/" if it has one.
@@ -167,7 +169,8 @@ QList<Run> TestGlowdeckCtl::runAll(const QStringList& commandLines, bool nameSim
 
 void TestGlowdeckCtl::storeSettings(bool withKey)
 {
-    QJsonObject settings{{"bridgeIP", sim()}};
+    // As pairing stores a bridge of the first generation, which offers plain HTTP only.
+    QJsonObject settings{{"bridgeIP", sim()}, {"bridgeID", m_sim->bridgeId()}, {"bridgeTransport", "http"}};
     if (withKey)
         settings.insert("bridgeUser", m_key);
     QFile file(settingsFile());
@@ -301,8 +304,10 @@ void TestGlowdeckCtl::commandsSendTheirRequests()
         m_sim->setFault(BridgeSimulator::Fault::TooManyRequests, 1, "PUT");
     QCOMPARE(run(commandLine).exitCode, 0);
     const QStringList sent = received();
-    QVERIFY2(sent.value(0).startsWith(QStringLiteral("GET ")), qPrintable(sent.join(u'\n'))); // a fresh list
-    QCOMPARE(sent.mid(1), changes.replaceInStrings(QStringLiteral("{key}"), m_key));
+    // Who the bridge is, without the key, then a fresh list.
+    QCOMPARE(sent.value(0), QStringLiteral("GET /api/config"));
+    QVERIFY2(sent.value(1).startsWith(QStringLiteral("GET ")), qPrintable(sent.join(u'\n')));
+    QCOMPARE(sent.mid(2), changes.replaceInStrings(QStringLiteral("{key}"), m_key));
 }
 
 void TestGlowdeckCtl::refusedCommandsChangeNothing_data()
@@ -331,7 +336,7 @@ void TestGlowdeckCtl::refusedCommandsChangeNothing_data()
                                 << "did not send a list that can be used (HTTP status 500).";
     QTest::newRow("dropped") << "all-off" << Fault::DropConnection << 1 << unreachable.arg("{sim}");
     QTest::newRow("refused") << "lights --bridge http://127.0.0.1:1 --key abc" << Fault::None << 1
-                             << unreachable.arg("http://127.0.0.1:1");
+                             << "The bridge at 127.0.0.1:1 does not answer.";
     QTest::newRow("nobody at a bare address") << "lights --bridge 127.0.0.1:1 --key abc" << Fault::None << 1
                                               << "The bridge at 127.0.0.1:1 does not answer.";
 }
@@ -342,7 +347,11 @@ void TestGlowdeckCtl::refusedCommandsChangeNothing()
     QFETCH(BridgeSimulator::Fault, fault);
     QFETCH(int, exitCode);
     QFETCH(QString, message);
-    m_sim->setFault(fault);
+    // The bridge says who it is as usual; the fault hits the requests with the key.
+    connect(m_sim.get(), &BridgeSimulator::requestReceived, this, [this, fault](const SimulatedRequest& r) {
+        if (r.path != u"/api/config")
+            m_sim->setFault(fault);
+    });
     const Run result = run(commandLine, !commandLine.contains(QStringLiteral("--bridge")));
     QCOMPARE(result.exitCode, exitCode);
     const QString printed = result.out + result.err;
@@ -591,6 +600,74 @@ void TestGlowdeckCtl::watchPrintsPushedChangesAndStatusSaysWhetherTheyArePushed(
                                                "stream (HTTP 404)); glowdeckctl lists show its state")),
         qPrintable(without[1].err));
     QVERIFY(without[1].out.isEmpty());
+}
+
+void TestGlowdeckCtl::theStoredKeyGoesOnlyToTheProvenBridge_data()
+{
+    // The settings file holds the simulator, paired over HTTPS. "{https}" and "{http}" are another host.
+    QTest::addColumn<QString>("commandLine");
+    QTest::addColumn<bool>("claimsTheId"); // the other host says it is the paired bridge
+    QTest::addColumn<QString>("message");
+    const QString certificate =
+        QStringLiteral("presented a certificate for another bridge (001788FFFE000001).");
+    const QString inClear = QStringLiteral("The key of bridge 001788FFFE6A3B2C is not sent over plain HTTP");
+    const auto row = [](const char* name, const char* commandLine, bool claims, const QString& message) {
+        QTest::newRow(name) << QString::fromLatin1(commandLine) << claims << message;
+    };
+    row("lists, another bridge's certificate", "lights --bridge {https}", false, certificate);
+    row("changes, another bridge's certificate", "all-off --bridge {https}", false, certificate);
+    row("status, another bridge's certificate", "status --bridge {https}", false, certificate);
+    row("watch, another bridge's certificate", "watch --bridge {https}", false, certificate);
+    row("lists in clear", "lights --bridge {http}", false, inClear);
+    row("a light in clear", "light 1 off --bridge {http}", false, inClear);
+    row("all-off in clear", "all-off --bridge {http}", false, inClear);
+    row("status in clear", "status --bridge {http}", false, inClear);
+    // The bridge's port refuses TLS and a host answers there in clear: pairing again goes nowhere.
+    row("pairing again, in clear at the bridge's port", "pair", false,
+        QStringLiteral("does not answer over HTTPS as it did before; it may be off or restarting."));
+    // A host claiming the paired bridge's id in clear is no bridge at all, and never stored.
+    row("discover, the id claimed in clear", "discover", true,
+        QStringLiteral("No Hue bridge found on this network."));
+}
+
+void TestGlowdeckCtl::theStoredKeyGoesOnlyToTheProvenBridge()
+{
+    QFETCH(QString, commandLine);
+    QFETCH(bool, claimsTheId);
+    QFETCH(QString, message);
+    QVERIFY(m_sim->listenTls());
+    BridgeSimulator other;
+    other.setBridgeId(claimsTheId ? m_sim->bridgeId() : u"001788FFFE000001"_qs);
+    other.setAcceptPairingAtOnce(true);
+    QVERIFY(other.listen() && other.listenTls());
+    // The maker signs every bridge: both certificates are of a trusted authority.
+    QStringList trust;
+    for (BridgeSimulator* bridge : {m_sim.get(), &other}) {
+        trust << m_dir->filePath(bridge->tlsHostAndPort().replace(u':', u'_') + QStringLiteral(".pem"));
+        QVERIFY(bridge->writeAuthority(trust.last()));
+    }
+    // Pairing again is asked at the address the bridge was paired at, where the other host now answers.
+    const bool pairing = commandLine == u"pair";
+    const QJsonObject stored{{"bridgeIP", pairing ? other.hostAndPort() : m_sim->tlsHostAndPort()},
+                             {"bridgeUser", m_key},
+                             {"bridgeID", m_sim->bridgeId()},
+                             {"bridgeTransport", "https"}};
+    QFile file(settingsFile());
+    QVERIFY(file.open(QIODevice::WriteOnly) && file.write(QJsonDocument(stored).toJson()));
+    file.close();
+    m_discovery->setAnswer(QJsonDocument(QJsonObject{{"internalipaddress", other.hostAndPort()}}).toJson());
+
+    commandLine.replace(u"{https}"_qs, other.httpsAddress()).replace(u"{http}"_qs, other.httpAddress());
+    const Run result = run(commandLine + u" --trust-root "_qs + trust.join(u" --trust-root "_qs), false);
+    QCOMPARE(result.exitCode, 1);
+    QVERIFY2((result.out + result.err).contains(message), qPrintable(result.out + result.err));
+    for (const SimulatedRequest& request : other.requests()) {
+        QVERIFY2(!request.path.contains(m_key) && !request.path.startsWith(u"/eventstream"),
+                 qPrintable(request.path));
+        QVERIFY2(!pairing, qPrintable(request.path)); // not even asked who it is
+    }
+    for (auto it = stored.begin(); it != stored.end(); ++it)
+        QCOMPARE(storedSettings().value(it.key()), it.value());
 }
 
 QTEST_GUILESS_MAIN(TestGlowdeckCtl)

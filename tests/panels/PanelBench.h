@@ -27,7 +27,8 @@ public:
         QObject::connect(m_queue.get(), &ActionQueue::sent,
                          [this](const ActionQueueItem& item) { m_sent.append(item); });
         settings().setHueIP(QStringLiteral("127.0.0.1:9"));
-        settings().setBridgeContact(QStringLiteral("http"), {}, {});
+        // Paired in clear, as a bridge of the first generation: the key goes to it over plain HTTP.
+        settings().setBridgeContact(QStringLiteral("http"), QStringLiteral("001788FFFE6A3B2C"), {});
         settings().setHueKey(m_key);
     }
 

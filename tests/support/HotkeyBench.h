@@ -31,7 +31,8 @@ public:
     void setBridge(const QString& hostAndPort, const QString& key)
     {
         settings().setHueIP(hostAndPort);
-        settings().setBridgeContact(QStringLiteral("http"), {}, {});
+        // Paired in clear, as a bridge of the first generation: the key goes to it over plain HTTP.
+        settings().setBridgeContact(QStringLiteral("http"), QStringLiteral("001788FFFE6A3B2C"), {});
         settings().setHueKey(key);
     }
     /// Rooms with these group ids, named "Room <id>" unless `names` says otherwise, off at brightness 100.

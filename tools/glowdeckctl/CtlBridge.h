@@ -18,7 +18,8 @@ class SettingsStore;
 
 /// The bridge one run of glowdeckctl talks to: the address and key of --bridge and --key, else those of the
 /// settings file, and what the file knows about that bridge. As with the tray application's connection, the
-/// key goes to the bridge only once it has proved who it is.
+/// key goes to the bridge only once it has proved who it is; the key of the settings file only to the bridge
+/// it was paired with (`Ctl::storedKeyUse`).
 class CtlBridge final
 {
     Q_DISABLE_COPY_MOVE(CtlBridge)
@@ -42,9 +43,29 @@ private:
     std::unique_ptr<AppSettings> m_settings;
     /// What the settings file says about the bridge being addressed, when it is the stored one.
     ProbeKnowledge m_knowledge;
+    /// What to do when the bridge addressed turns out not to be the one the stored key belongs to; empty
+    /// when the key was given with --key.
+    QString m_storedKeyAdvice;
+    /// The stored key is for another address: the bridge here is asked who it is before anything else.
+    bool m_mustProbe = false;
 };
 
 namespace Ctl {
+
+/// What a run may do with the key of the settings file `file` at `address`. The key belongs to the bridge
+/// id stored with it: it goes only to a bridge that proves that id over HTTPS, and in clear only to the
+/// stored address of a bridge paired in clear.
+struct StoredKeyUse
+{
+    /// What the bridge at `address` must prove before the key goes to it.
+    ProbeKnowledge knowledge;
+    /// Why the key may not go there at all, with what to do instead; empty when it may, once proved.
+    QString refusal;
+    /// What to say when the bridge there fails to prove it.
+    QString advice;
+};
+/// `stored` holds what `file` says of the bridge its key belongs to.
+StoredKeyUse storedKeyUse(const QString& address, const AppSettings& stored, const QString& file);
 
 /// One sentence about a failed list read of the bridge at `bridge`, or nothing when the read has printed its
 /// own message (an answer it could not use).

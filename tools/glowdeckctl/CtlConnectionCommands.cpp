@@ -1,5 +1,6 @@
 #include "CtlConnectionCommands.h"
 
+#include "CtlBridge.h"
 #include "CtlCommon.h"
 
 #include "bridge/BridgeNetwork.h"
@@ -105,8 +106,15 @@ void CtlConnectionCommands::discover()
     m_discovery->setLocalNetworkBrowser(m_localNetwork.get());
     if (m_invocation.discoveryUrl)
         m_discovery->setServiceUrl(QUrl(*m_invocation.discoveryUrl));
+    // A bridge paired over HTTPS is never replaced by an address that merely claims its id in clear.
+    ProbeKnowledge paired;
+    if (openExistingSettings()) {
+        AppSettings stored(*m_store);
+        stored.load();
+        paired = {stored.bridgeTransport(), stored.bridgeIdentity(), false};
+    }
     m_discovery->detectBridges(
-        [this](const QList<BridgeDiscovery::FoundBridge>& bridges) { onDiscovered(bridges); });
+        paired, [this](const QList<BridgeDiscovery::FoundBridge>& bridges) { onDiscovered(bridges); });
 }
 
 void CtlConnectionCommands::onDiscovered(const QList<BridgeDiscovery::FoundBridge>& bridges)
@@ -166,7 +174,8 @@ void CtlConnectionCommands::onDiscovered(const QList<BridgeDiscovery::FoundBridg
 void CtlConnectionCommands::pair()
 {
     m_address = m_invocation.bridge;
-    if (m_address.isEmpty() && openExistingSettings())
+    openExistingSettings();
+    if (m_address.isEmpty())
         m_address = storedAddress();
     if (m_address.isEmpty()) {
         printError(
@@ -185,6 +194,15 @@ void CtlConnectionCommands::pair()
 
     m_pairingStore = std::make_unique<MemorySettingsStore>();
     m_pairingSettings = std::make_unique<AppSettings>(*m_pairingStore);
+    if (m_store && sameBridgeAddress(m_address, storedAddress())) {
+        // Pairing the stored bridge again: what it proved before holds (a bridge reached over HTTPS is not
+        // paired in clear, whatever answers there now).
+        AppSettings stored(*m_store);
+        stored.load();
+        Preferences(*m_pairingStore).setBridgeAddress(storedAddress());
+        m_pairingSettings->setBridgeContact(stored.bridgeTransport(), stored.bridgeID(),
+                                            stored.bridgeCertificateKey());
+    }
     m_pairing = std::make_unique<BridgePairing>(*m_pairingSettings, *m_network);
     if (m_invocation.waitSeconds)
         m_waitUntil.setRemainingTime(std::chrono::seconds(*m_invocation.waitSeconds));
@@ -311,12 +329,22 @@ void CtlConnectionCommands::status()
                    QStringLiteral("the stored address is not HOST[:PORT]; run glowdeckctl discover"));
         return finish(exitFailed);
     }
-    // What the file says about the bridge holds for the stored address only.
+    // What the file says about the bridge holds for the stored address only; its key goes nowhere else
+    // unless the bridge there proves the stored id.
     ProbeKnowledge known;
-    if (m_store && m_address == storedAddress()) {
+    if (m_store) {
         AppSettings settings(*m_store);
         settings.load();
-        known = {settings.bridgeTransport(), settings.bridgeIdentity(), false};
+        if (m_invocation.key.isEmpty() && keyStored) {
+            const Ctl::StoredKeyUse use = Ctl::storedKeyUse(m_address, settings, m_fileName);
+            if (!use.refusal.isEmpty()) {
+                printField(QStringLiteral("Bridge"), use.refusal);
+                return finish(exitFailed);
+            }
+            known = use.knowledge;
+        } else if (sameBridgeAddress(m_address, storedAddress())) {
+            known = {settings.bridgeTransport(), settings.bridgeIdentity(), false};
+        }
     }
     probeBridge(*m_network, *address, known, this,
                 [this, key](const ProbeResult& result) { onStatusProbe(result, key); });
@@ -335,10 +363,9 @@ void CtlConnectionCommands::onStatusProbe(const ProbeResult& result, const QStri
         printField(QStringLiteral("Bridge"), QStringLiteral("answers; no key yet: run glowdeckctl pair"));
         return finish(exitDone);
     }
-    HueCommunicationLights{
-        .bridgeIP = contact.endpoint, .apiKey = key, .identity = {contact.bridgeId, contact.pinnedKey}}
-        .fetch(*m_network,
-               [this, contact, key](const LightsResult& result) { onStatusLights(result, contact, key); });
+    HueCommunicationLights{.bridgeIP = contact.endpoint, .apiKey = key, .identity = contact.identity()}.fetch(
+        *m_network,
+        [this, contact, key](const LightsResult& result) { onStatusLights(result, contact, key); });
 }
 
 void CtlConnectionCommands::onStatusLights(const LightsResult& result, const BridgeContact& contact,
@@ -379,7 +406,7 @@ void CtlConnectionCommands::reportUpdates(const BridgeContact& contact, const QS
                       .arg(QString::number(streamPatience.count())));
     });
     m_streamWait.start(streamPatience);
-    m_stream->start(contact.endpoint, key, {contact.bridgeId, contact.pinnedKey});
+    m_stream->start(contact.endpoint, key, contact.identity());
 }
 
 void CtlConnectionCommands::onUpdates(const QString& reasonToRead)

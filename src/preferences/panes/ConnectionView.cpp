@@ -241,7 +241,10 @@ void ConnectionView::onDetect()
     for (QWidget* part : std::initializer_list<QWidget*>{m_choiceHint, m_choices, m_useChoice})
         part->hide();
     updateBusy();
-    m_discovery.detectBridges([self = QPointer(this)](const QList<BridgeDiscovery::FoundBridge>& bridges) {
+    // A bridge paired over HTTPS is not replaced by an address that only claims its id in clear.
+    const ProbeKnowledge paired{m_settings.bridgeTransport(), m_settings.bridgeIdentity(), false};
+    using Found = QList<BridgeDiscovery::FoundBridge>;
+    m_discovery.detectBridges(paired, [self = QPointer(this)](const Found& bridges) {
         if (!self)
             return;
         self->m_detecting = false;
