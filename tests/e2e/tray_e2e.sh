@@ -7,7 +7,9 @@
 # at (a screenshot each, every control named for a screen reader; the tray menu, the App Icon list and the Debug
 # Information window paint without a compositing manager), a light is hidden, start at login switched
 # on, and the drop-down window lists the bridge's lights without the hidden one; a dragged brightness slider
-# reaches the bridge. Nothing here talks to anything but loopback: the simulator listens on 127.0.0.1, every
+# reaches the bridge. Last, "Off in 5 minutes" from the tray icon's menu leaves Glowdeck's named timer on the
+# bridge and a way to cancel it in the menu, and once the bridge has gone the connection pane says it does not
+# answer, and Connect keeps the stored key. Nothing here talks to anything but loopback: the simulator listens on 127.0.0.1, every
 # outside address of the program is switched off, and curl only ever asks 127.0.0.1.
 #
 # Usage: tray_e2e.sh <glowdeck> <glowdeck-simulator> <artifact-dir>
@@ -330,6 +332,45 @@ for kind in self-signed plain-http; do
     say "paired with the $kind bridge at $target: $(stored bridgeTransport), bridge $(stored bridgeID)"
     xdotool key Escape
 done
+
+# ---- A switch-off timer from the tray icon's menu, then the bridge gone -------------------------------------
+# "Off in 5 minutes" is the menu's second entry; the bridge gets Glowdeck's own named timer. The menu then holds
+# "Lights off at … — Cancel" as its fifth entry, before Settings: taking it deletes the timer again.
+timer_on_bridge() {
+    curl -s --noproxy '*' --max-time 2 "http://$address/api/$(stored bridgeUser)/schedules" |
+        grep -q '"Glowdeck: lights off"'
+}
+await_timer() {
+    for _ in $(seq 30); do
+        [ "$(timer_on_bridge && echo yes || echo no)" = "$1" ] && return 0
+        sleep 0.1
+    done
+    return 1
+}
+click_tray_icon 3
+sleep 0.4
+xdotool key Down Down Return
+await_timer yes || fail "\"Off in 5 minutes\" left no timer named \"Glowdeck: lights off\" on the bridge"
+click_tray_icon 3
+sleep 0.4
+screenshot menu-timer
+xdotool key Down Down Down Down Down Return
+await_timer no || fail "the menu's fifth entry did not cancel the pending timer"
+atspi --timeout 2 wait "page tab" Connection >/dev/null 2>&1 && fail "the menu's fifth entry opened Settings, not Cancel"
+
+# The paired bridge goes away: the pane says it does not answer, and the key stays stored.
+key=$(stored bridgeUser)
+kill "${e2e_pids[-1]}"
+open_settings
+atspi press "page tab" Connection
+atspi --timeout 15 wait label "NOT ANSWERING" >/dev/null || fail "a paired bridge that went away is not shown as not answering"
+atspi press "push button" Connect
+sleep 1
+[ "$(stored bridgeUser)" = "$key" ] || fail "Connect with the bridge away emptied the stored key"
+atspi audit Connection || fail "the Connection pane has controls without a name"
+sleep 0.3
+screenshot pane-connection-not-answering
+xdotool key Escape
 
 kill -0 "$glowdeck_pid" 2>/dev/null || fail "glowdeck quit during the test"
 say "PASS"
