@@ -35,6 +35,7 @@ private slots:
     void eventStreamTellsEveryChange();
     void eventStreamRefusesWhereABridgeWould();
     void eventStreamEndsAndBreaks();
+    void twoBridgesShareNothing();
 
 private:
     struct Reply
@@ -44,7 +45,9 @@ private:
         QJsonDocument json;
     };
 
-    Reply send(const QByteArray& method, const QString& path, const QByteArray& body = {});
+    /// Sends to @p bridge, m_simulator when none.
+    Reply send(const QByteArray& method, const QString& path, const QByteArray& body = {},
+               const BridgeSimulator* bridge = nullptr);
     QString api(const QString& rest) const { return QStringLiteral("/api/") + m_user + rest; }
     /// The object under @p key in the first item of the answer ("success" or "error").
     static QJsonObject first(const Reply& r, const QString& key) { return r.json[0][key].toObject(); }
@@ -58,8 +61,10 @@ private:
         QList<QJsonArray> events; ///< the data of each complete event
         QList<QByteArray> broken; ///< data that is no JSON array
     };
-    /// Opens the event stream over HTTPS (or plain HTTP) with @p key.
-    std::unique_ptr<Listener> listen(const QByteArray& key, bool https = true);
+    /// Opens the event stream of @p bridge (m_simulator when none) over HTTPS (or plain HTTP) with @p key,
+    /// trusting the authorities of m_trusted, or else the bridge's own.
+    std::unique_ptr<Listener> listen(const QByteArray& key, bool https = true,
+                                     BridgeSimulator* bridge = nullptr);
     /// The resources of one event by "<container type> <resource type> <id_v1>".
     static QHash<QString, QJsonObject> resources(const QJsonArray& event);
     /// The value at "on.on" or "children.0.rid" in @p object.
@@ -67,13 +72,15 @@ private:
 
     std::unique_ptr<BridgeSimulator> m_simulator;
     QNetworkAccessManager m_network;
+    QList<QSslCertificate> m_trusted;
     QString m_user = QStringLiteral("tester0123456789");
 };
 
 tst_BridgeSimulator::Reply tst_BridgeSimulator::send(const QByteArray& method, const QString& path,
-                                                     const QByteArray& body)
+                                                     const QByteArray& body, const BridgeSimulator* bridge)
 {
-    QNetworkRequest request(QUrl(QStringLiteral("http://%1%2").arg(m_simulator->hostAndPort(), path)));
+    bridge = bridge ? bridge : m_simulator.get();
+    QNetworkRequest request(QUrl(QStringLiteral("http://%1%2").arg(bridge->hostAndPort(), path)));
     request.setHeader(QNetworkRequest::ContentTypeHeader, QByteArrayLiteral("application/json"));
     request.setTransferTimeout(10'000);
     std::unique_ptr<QNetworkReply> reply(m_network.sendCustomRequest(request, method, body));
@@ -90,6 +97,7 @@ void tst_BridgeSimulator::init()
     QVERIFY2(m_simulator->listen(QHostAddress::LocalHost, 0), qPrintable(m_simulator->errorString()));
     QVERIFY(m_simulator->registerUser(m_user));
     m_network.clearConnectionCache();
+    m_trusted.clear();
 }
 
 void tst_BridgeSimulator::pairingNeedsTheLinkButton()
@@ -298,17 +306,20 @@ void tst_BridgeSimulator::badHomeFileChangesNothing()
     QVERIFY(send("GET", api("/lights/1")).json.object().contains("state"));
 }
 
-std::unique_ptr<tst_BridgeSimulator::Listener> tst_BridgeSimulator::listen(const QByteArray& key, bool https)
+std::unique_ptr<tst_BridgeSimulator::Listener> tst_BridgeSimulator::listen(const QByteArray& key, bool https,
+                                                                           BridgeSimulator* bridge)
 {
-    if (https && m_simulator->tlsPort() == 0)
-        m_simulator->listenTls();
-    const QString base = https ? m_simulator->httpsAddress() : m_simulator->httpAddress();
+    bridge = bridge ? bridge : m_simulator.get();
+    if (https && bridge->tlsPort() == 0)
+        bridge->listenTls();
+    const QString base = https ? bridge->httpsAddress() : bridge->httpAddress();
     QNetworkRequest request(QUrl(base + "/eventstream/clip/v2"));
     if (!key.isNull())
         request.setRawHeader("hue-application-key", key);
     request.setRawHeader("Accept", "text/event-stream");
     QSslConfiguration tls = QSslConfiguration::defaultConfiguration();
-    tls.setCaCertificates({m_simulator->authorityCertificate()});
+    tls.setCaCertificates(m_trusted.isEmpty() ? QList<QSslCertificate>{bridge->authorityCertificate()}
+                                              : m_trusted);
     request.setSslConfiguration(tls);
     auto listener = std::make_unique<Listener>();
     Listener* l = listener.get();
@@ -488,6 +499,52 @@ void tst_BridgeSimulator::eventStreamEndsAndBreaks()
     m_simulator->dropEventStreams(); // as a bridge that restarts
     QTRY_VERIFY_WITH_TIMEOUT(broken->reply->isFinished(), 10'000);
     QCOMPARE(m_simulator->eventStreamListeners(), 0);
+}
+
+void tst_BridgeSimulator::twoBridgesShareNothing()
+{
+    BridgeSimulator& ground = *m_simulator;
+    BridgeSimulator upper;
+    upper.setBridgeId(QStringLiteral("001788FFFE9C4D5E"));
+    QVERIFY(upper.listen() && upper.listenTls() && ground.listenTls());
+    QCOMPARE(QSet<quint16>({ground.port(), ground.tlsPort(), upper.port(), upper.tlsPort()}).size(), 4);
+    QVERIFY(upper.bridgeId() != ground.bridgeId());
+
+    // Its own users and schedules.
+    QCOMPARE(first(send("GET", api("/lights"), {}, &upper), "error").value("type").toInt(), 1);
+    const QString upperUser = upper.addUser();
+    QVERIFY(!ground.users().contains(upperUser) && !upper.users().contains(m_user));
+    const QJsonObject timer{{"localtime", "PT00:10:00"},
+                            {"command", QJsonObject{{"address", api("/groups/0/action")},
+                                                    {"method", "PUT"},
+                                                    {"body", QJsonObject{{"on", false}}}}}};
+    QVERIFY(!ground.addSchedule(timer).isEmpty());
+    QVERIFY(upper.scheduleIds().isEmpty());
+
+    // Its own home and event stream; a client that trusts both authorities is shown each bridge's own
+    // certificate.
+    m_trusted = {ground.authorityCertificate(), upper.authorityCertificate()};
+    const std::unique_ptr<Listener> groundEvents = listen(m_user.toUtf8(), true, &ground);
+    const std::unique_ptr<Listener> upperEvents = listen(upperUser.toUtf8(), true, &upper);
+    QTRY_VERIFY_WITH_TIMEOUT(groundEvents->text.startsWith(": hi") && upperEvents->text.startsWith(": hi"),
+                             10'000);
+    for (const auto& [listener, bridge] :
+         {std::pair(groundEvents.get(), &ground), std::pair(upperEvents.get(), &upper)})
+        QCOMPARE(
+            listener->reply->sslConfiguration().peerCertificate().subjectInfo(QSslCertificate::CommonName),
+            QStringList{bridge->bridgeId()});
+    const QJsonObject upperLamp = upper.light("1");
+    QCOMPARE(first(send("PUT", api("/lights/1/state"), R"({"on":false})"), "success").size(), 1);
+    QTRY_COMPARE_WITH_TIMEOUT(groundEvents->events.size(), 1, 10'000);
+    QCOMPARE(upper.light("1"), upperLamp);
+    QCOMPARE(send("POST", "/__control/external/lights/1/state", R"({"bri":10})", &upper).error,
+             QNetworkReply::NoError);
+    QTRY_COMPARE_WITH_TIMEOUT(upperEvents->events.size(), 1, 10'000);
+    const QJsonObject groundLight = resources(groundEvents->events.first()).value("update light /lights/1");
+    const QJsonObject upperLight = resources(upperEvents->events.first()).value("update light /lights/1");
+    QVERIFY(!groundLight.contains("dimming") && !upperLight.contains("on"));
+    QVERIFY(at(groundLight, "id") != at(upperLight, "id")); // the same address, another lamp
+    QCOMPARE(groundEvents->events.size(), 1);
 }
 
 QTEST_GUILESS_MAIN(tst_BridgeSimulator)
