@@ -504,11 +504,17 @@ void tst_BridgeSimulator::eventStreamEndsAndBreaks()
 void tst_BridgeSimulator::twoBridgesShareNothing()
 {
     BridgeSimulator& ground = *m_simulator;
-    BridgeSimulator upper;
-    upper.setBridgeId(QStringLiteral("001788FFFE9C4D5E"));
+    BridgeSimulator upper(BridgeSimulator::Floor::Upper);
     QVERIFY(upper.listen() && upper.listenTls() && ground.listenTls());
     QCOMPARE(QSet<quint16>({ground.port(), ground.tlsPort(), upper.port(), upper.tlsPort()}).size(), 4);
     QVERIFY(upper.bridgeId() != ground.bridgeId());
+    // Two homes with a lamp "1" and a "Living room" each, as real ones have; not the same lamps.
+    QCOMPARE(upper.group("1").value("name"), ground.group("1").value("name"));
+    QVERIFY(upper.light("1").value("uniqueid") != ground.light("1").value("uniqueid"));
+    upper.setBridgeId(QStringLiteral("001788FFFE9C4D5F"));
+    upper.loadDefaultHome(); // its own floor's, and still its own id
+    QCOMPARE(upper.lightIds().size(), 5);
+    QCOMPARE(upper.bridgeId(), QStringLiteral("001788FFFE9C4D5F"));
 
     // Its own users and schedules.
     QCOMPARE(first(send("GET", api("/lights"), {}, &upper), "error").value("type").toInt(), 1);
