@@ -5,6 +5,7 @@
 #include <QJsonDocument>
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
+#include <QProcess>
 #include <QRegularExpression>
 #include <QSignalSpy>
 #include <QSslConfiguration>
@@ -36,6 +37,8 @@ private slots:
     void eventStreamRefusesWhereABridgeWould();
     void eventStreamEndsAndBreaks();
     void twoBridgesShareNothing();
+    void programRunsTheBridgesAskedFor_data();
+    void programRunsTheBridgesAskedFor();
 
 private:
     struct Reply
@@ -551,6 +554,78 @@ void tst_BridgeSimulator::twoBridgesShareNothing()
     QVERIFY(!groundLight.contains("dimming") && !upperLight.contains("on"));
     QVERIFY(at(groundLight, "id") != at(upperLight, "id")); // the same address, another lamp
     QCOMPARE(groundEvents->events.size(), 1);
+}
+
+void tst_BridgeSimulator::programRunsTheBridgesAskedFor_data()
+{
+    QTest::addColumn<QString>("arguments");
+    QTest::addColumn<QStringList>("ids"); // the bridges it listens as, in order
+    QTest::addColumn<QString>("refusal"); // or the message it exits 2 with
+    const QString first = QStringLiteral("001788FFFE6A3B2C");
+    const QString upper = QStringLiteral("001788FFFE9C4D5E");
+    QTest::newRow("one") << "" << QStringList{first} << "";
+    QTest::newRow("two floors") << "--bridges 2" << QStringList{first, upper} << "";
+    QTest::newRow("three") << "--bridges 3" << QStringList{first, upper, "001788FFFE6A3B2D"} << "";
+    QTest::newRow("named") << "--bridge-id 001788fffe000001 --bridge-id 001788FFFE000002"
+                           << QStringList{"001788FFFE000001", "001788FFFE000002"} << "";
+    QTest::newRow("an id for two") << "--bridges 2 --bridge-id 001788fffe000001" << QStringList()
+                                   << "--bridge-id takes one value for each bridge: 1 given for 2";
+    QTest::newRow("one id twice") << "--bridge-id " + first + " --bridge-id " + first << QStringList()
+                                  << "two bridges would have the id " + first;
+    QTest::newRow("ports for three") << "--bridges 2 --port 0 --port 0 --port 0" << QStringList()
+                                     << "--port takes one value for every bridge, or one for each";
+    QTest::newRow("no row of ports") << "--bridges 2 --port 65535" << QStringList()
+                                     << "--port 65535 leaves no room for a row of 2 ports";
+    QTest::newRow("no bridges") << "--bridges 0" << QStringList() << "--bridges needs a number";
+}
+
+void tst_BridgeSimulator::programRunsTheBridgesAskedFor()
+{
+    QFETCH(QString, arguments);
+    QFETCH(QStringList, ids);
+    QFETCH(QString, refusal);
+    QTemporaryDir folder;
+    const QString authority = folder.filePath("authority.pem");
+    QProcess program;
+    program.start(SIMULATOR_PROGRAM,
+                  arguments.split(u' ', Qt::SkipEmptyParts) +
+                      QStringList{"--tls-port", "0", "--write-authority", authority, "--user", m_user});
+    QVERIFY(program.waitForStarted(10'000));
+    if (!refusal.isEmpty()) {
+        QVERIFY(program.waitForFinished(10'000));
+        QCOMPARE(program.exitCode(), 2);
+        const QString error = QString::fromUtf8(program.readAllStandardError());
+        QVERIFY2(error.contains(refusal), qPrintable(error));
+        return;
+    }
+    QByteArray output;
+    QTRY_VERIFY_WITH_TIMEOUT((output += program.readAllStandardOutput()).count("listening") == 2 * ids.size(),
+                             10'000);
+    QStringList listening;
+    QSet<QString> ports;
+    const QRegularExpression line(R"(listening (on|for HTTPS on) 127\.0\.0\.1:(\d+) \(bridge (\w+)\))");
+    for (const QRegularExpressionMatch& match : line.globalMatch(QString::fromUtf8(output))) {
+        ports.insert(match.captured(2));
+        const bool https = match.captured(1) != "on";
+        if (!https)
+            listening.append(match.captured(3));
+        // Each bridge answers as itself, over HTTPS with a certificate of the one authority for them all.
+        QNetworkRequest request(QUrl(QStringLiteral("%1://127.0.0.1:%2/api/%3/config")
+                                         .arg(https ? "https" : "http", match.captured(2), m_user)));
+        QSslConfiguration tls = QSslConfiguration::defaultConfiguration();
+        tls.setCaCertificates(QSslCertificate::fromPath(authority));
+        request.setSslConfiguration(tls);
+        request.setPeerVerifyName(match.captured(3).toLower());
+        std::unique_ptr<QNetworkReply> reply(m_network.get(request));
+        QTRY_VERIFY_WITH_TIMEOUT(reply->isFinished(), 10'000);
+        QVERIFY2(reply->error() == QNetworkReply::NoError, qPrintable(reply->errorString()));
+        QCOMPARE(QJsonDocument::fromJson(reply->readAll())["bridgeid"].toString(), match.captured(3));
+    }
+    QCOMPARE(listening, ids);
+    QCOMPARE(ports.size(), 2 * ids.size());
+    program.terminate();
+    QVERIFY(program.waitForFinished(10'000));
+    QCOMPARE(program.exitCode(), 0);
 }
 
 QTEST_GUILESS_MAIN(tst_BridgeSimulator)
