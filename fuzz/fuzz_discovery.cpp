@@ -1,4 +1,4 @@
-// The discovery service's answer: one JSON object with "internalipaddress", or nothing.
+// The discovery service's answer: a JSON array of bridges (or one object), each entry read or passed over.
 #include "connection/BridgeDiscovery.h"
 
 #include <QByteArray>
@@ -9,6 +9,7 @@
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     const QByteArray answer(reinterpret_cast<const char*>(data), qsizetype(size));
-    (void)BridgeDiscovery::bridgeAddressFromServiceAnswer(answer);
+    QStringList problems;
+    (void)BridgeDiscovery::bridgeAddressesFromServiceAnswer(answer, &problems);
     return 0;
 }

@@ -1,10 +1,12 @@
 #include "connection/BridgeDiscovery.h"
 
 #include "bridge/HttpExchange.h"
+#include "bridge/WireDecoder.h"
 #include "connection/CommandExecuting.h"
 #include "state/Console.h"
 
 #include <QHostAddress>
+#include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QNetworkAccessManager>
@@ -64,6 +66,69 @@ bool isNearby(const QString& address, const QList<QNetworkAddressEntry>& network
     return std::any_of(networks.cbegin(), networks.cend(), [&host](const QNetworkAddressEntry& network) {
         return network.prefixLength() >= 0 && host.isInSubnet(network.ip(), network.prefixLength());
     });
+}
+
+/// How many entries a text that starts as a JSON array lists, counted by its commas outside strings and
+/// nested values, without decoding any; 0 for a text that does not start with '[' and for "[]".
+qsizetype topLevelEntries(QByteArrayView text)
+{
+    const QByteArrayView trimmed = text.trimmed();
+    if (!trimmed.startsWith('['))
+        return 0;
+    qsizetype commas = 0;
+    int depth = 0;
+    bool inString = false;
+    bool escaped = false;
+    bool empty = true;
+    for (const char c : trimmed) {
+        if (inString) {
+            if (escaped)
+                escaped = false;
+            else if (c == '\\')
+                escaped = true;
+            else if (c == '"')
+                inString = false;
+            continue;
+        }
+        const bool opensList = c == '[' && depth == 0;
+        if (c == '"')
+            inString = true;
+        else if (c == '[' || c == '{')
+            ++depth;
+        else if (c == ']' || c == '}')
+            --depth;
+        else if (c == ',' && depth == 1)
+            ++commas;
+        if (depth >= 1 && !opensList && c != ' ' && c != '\n' && c != '\r' && c != '\t')
+            empty = false;
+    }
+    return empty ? 0 : commas + 1;
+}
+
+/// The address a discovery entry names: its "internalipaddress", an IP address (a stand-in service may add a
+/// port of its own, which is kept), on `port`. On the usual ports the address alone lets the probe choose the
+/// transport, as for announced bridges. Nothing for a name or anything else that is no IP address.
+std::optional<BridgeAddress> serviceAddress(const QString& text, int port)
+{
+    BridgeAddress address;
+    if (!QHostAddress(text).isNull()) {
+        address.host = text;
+    } else {
+        const std::optional<BridgeAddress> parsed = BridgeAddress::parse(text);
+        if (!parsed || !parsed->scheme.isEmpty() || QHostAddress(parsed->host).isNull())
+            return std::nullopt;
+        address = *parsed;
+    }
+    if (address.port < 0 && port != 443 && port != 80)
+        address.port = port;
+    return address;
+}
+
+/// `value` as compact JSON, cut after 200 characters: enough to recognise it in the log.
+QString shortText(const QJsonValue& value)
+{
+    const QByteArray text = QJsonDocument(QJsonArray{value}).toJson(QJsonDocument::Compact);
+    return QString::fromUtf8(text.mid(1, text.size() - 2)).left(200);
 }
 
 } // namespace
@@ -163,12 +228,10 @@ void BridgeDiscovery::detectBridges(const ProbeKnowledge& paired,
 {
     const std::shared_ptr<Candidates> search = newSearch();
     const auto askTheService = [this, search, paired](std::function<void(QList<FoundBridge>)> done) {
-        askService(
-            [this, search, paired, done = std::move(done)](const std::optional<QString>& address) mutable {
-                if (address)
-                    admit(*search, {*address}, fromService);
-                identifyAll(search->addresses, paired, std::move(done));
-            });
+        askService([this, search, paired, done = std::move(done)](const QStringList& addresses) mutable {
+            admit(*search, addresses, fromService);
+            identifyAll(search->addresses, paired, std::move(done));
+        });
     };
     readArpTable([this, search, askTheService, done = std::move(done)](const QString& table) mutable {
         admit(*search, bridgeAddressesFromArpTable(table), fromArp);
@@ -253,11 +316,9 @@ void BridgeDiscovery::findBridge(const ProbeKnowledge& known,
     // this id, the ARP table, the service. An address asked in one stage is not asked again in the next.
     const std::shared_ptr<Candidates> search = newSearch();
     const auto serviceStage = [this, known, search](std::function<void(std::optional<Whereabouts>)> done) {
-        askService(
-            [this, known, search, done = std::move(done)](const std::optional<QString>& address) mutable {
-                tryCandidates(address ? admit(*search, {*address}, fromService) : QStringList(), known,
-                              std::move(done));
-            });
+        askService([this, known, search, done = std::move(done)](const QStringList& addresses) mutable {
+            tryCandidates(admit(*search, addresses, fromService), known, std::move(done));
+        });
     };
     const auto arpStage = [this, known, search,
                            serviceStage](std::function<void(std::optional<Whereabouts>)> done) {
@@ -347,23 +408,52 @@ QString BridgeDiscovery::addressOf(const LocalNetworkBrowser::Found& found)
     return usualPort ? found.address : QStringLiteral("%1:%2").arg(found.address).arg(found.port);
 }
 
-std::optional<QString> BridgeDiscovery::bridgeAddressFromServiceAnswer(const QByteArray& answer)
+QStringList BridgeDiscovery::bridgeAddressesFromServiceAnswer(const QByteArray& answer, QStringList* problems)
 {
-    // One object only: an array (the service's answer when it knows several bridges) does not decode.
+    const auto say = [problems](const QString& problem) {
+        if (problems)
+            problems->append(problem);
+    };
+    // Counted before anything is decoded: a long list costs no more than reading its bytes once.
+    if (const qsizetype listed = topLevelEntries(answer); std::size_t(listed) > WireDecoder::maxListMembers) {
+        say(QStringLiteral("the discovery service lists %1 bridges, more than the %2 a network can hold; the "
+                           "answer was refused.")
+                .arg(listed)
+                .arg(WireDecoder::maxListMembers));
+        return {};
+    }
     QJsonParseError error;
     const QJsonDocument document = QJsonDocument::fromJson(answer, &error);
-    if (error.error != QJsonParseError::NoError || !document.isObject())
-        return std::nullopt;
-    const QJsonObject object = document.object();
-    const QJsonValue id = object.value(u"id");
-    const QJsonValue address = object.value(u"internalipaddress");
-    const QJsonValue port = object.value(u"port");
-    const auto isText = [](const QJsonValue& v) { return v.isUndefined() || v.isNull() || v.isString(); };
-    const bool portIsInteger = port.isUndefined() || port.isNull() ||
-                               (port.isDouble() && std::trunc(port.toDouble()) == port.toDouble());
-    if (!isText(id) || !isText(address) || !portIsInteger || !address.isString())
-        return std::nullopt;
-    return address.toString();
+    if (error.error != QJsonParseError::NoError || (!document.isObject() && !document.isArray())) {
+        say(QStringLiteral("the discovery service's answer is no list of bridges; no bridge read from it."));
+        return {};
+    }
+    // An older form of the answer names its one bridge in an object of its own.
+    const QJsonArray entries = document.isObject() ? QJsonArray{document.object()} : document.array();
+    QStringList addresses;
+    for (qsizetype i = 0; i < entries.size(); ++i) {
+        const QJsonObject entry = entries.at(i).toObject();
+        const QJsonValue id = entry.value(u"id");
+        const QJsonValue address = entry.value(u"internalipaddress");
+        const QJsonValue port = entry.value(u"port");
+        const auto absent = [](const QJsonValue& v) { return v.isUndefined() || v.isNull(); };
+        const double number = port.toDouble();
+        const bool portIsUsable = absent(port) || (port.isDouble() && std::trunc(number) == number &&
+                                                   number >= 1 && number <= 65535);
+        const std::optional<BridgeAddress> found =
+            address.isString() && portIsUsable
+                ? serviceAddress(address.toString(), absent(port) ? 443 : int(number))
+                : std::nullopt;
+        if (!entries.at(i).isObject() || !(absent(id) || id.isString()) || !found) {
+            say(QStringLiteral("entry %1 of the discovery service's answer is no bridge's address and port; "
+                               "passed over: %2")
+                    .arg(i + 1)
+                    .arg(shortText(entries.at(i))));
+            continue;
+        }
+        addresses.append(found->hostAndPort());
+    }
+    return addresses;
 }
 
 void BridgeDiscovery::fetchString(const QUrl& url, std::function<void(std::optional<QString>)> done)
@@ -380,8 +470,8 @@ void BridgeDiscovery::browseLocalNetwork(std::shared_ptr<Candidates> search,
                                          std::function<void(std::optional<QString>)> done)
 {
     const auto askTheService = [this, search](std::function<void(std::optional<QString>)> done) {
-        askService([this, search, done = std::move(done)](const std::optional<QString>& address) {
-            const QStringList nearby = address ? admit(*search, {*address}, fromService) : QStringList();
+        askService([this, search, done = std::move(done)](const QStringList& addresses) {
+            const QStringList nearby = admit(*search, addresses, fromService);
             done(nearby.isEmpty() ? std::nullopt : std::optional(nearby.first()));
         });
     };
@@ -400,16 +490,20 @@ void BridgeDiscovery::browseLocalNetwork(std::shared_ptr<Candidates> search,
     });
 }
 
-void BridgeDiscovery::askService(std::function<void(std::optional<QString>)> done)
+void BridgeDiscovery::askService(std::function<void(QStringList)> done)
 {
     if (m_serviceUrl.isEmpty() || !m_serviceUrl.isValid()) {
         QMetaObject::invokeMethod(
-            this, [done = std::move(done)] { done(std::nullopt); }, Qt::QueuedConnection);
+            this, [done = std::move(done)] { done({}); }, Qt::QueuedConnection);
         return;
     }
     fetchString(m_serviceUrl, [done = std::move(done)](const std::optional<QString>& reply) {
         if (!reply || reply->isEmpty())
-            return done(std::nullopt);
-        done(bridgeAddressFromServiceAnswer(reply->toUtf8()));
+            return done({});
+        QStringList problems;
+        const QStringList addresses = bridgeAddressesFromServiceAnswer(reply->toUtf8(), &problems);
+        for (const QString& problem : std::as_const(problems))
+            printLine(QStringLiteral("Bridge discovery: ") + problem);
+        done(addresses);
     });
 }

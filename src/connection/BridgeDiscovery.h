@@ -109,9 +109,14 @@ public:
     /// The address to keep for an announced bridge: on its usual ports the address alone lets the probe
     /// choose the transport; on another port, "address:port".
     static QString addressOf(const LocalNetworkBrowser::Found& found);
-    /// The "internalipaddress" of a discovery answer decoded as one JSON object; nothing for anything else
-    /// (a JSON array, as the service sends for several bridges, included).
-    static std::optional<QString> bridgeAddressFromServiceAnswer(const QByteArray& answer);
+    /// Every bridge a discovery answer lists, in its order: the service answers a JSON array of
+    /// {"id","internalipaddress","port"} objects, one per bridge of the network (a single object is read as
+    /// a list of one). An entry on a port other than 443 or 80 gives "address:port", else the address alone.
+    /// An entry that is not such an object, or whose address is not an IP address, is passed over; an answer
+    /// that is no JSON, or lists more entries than a bridge list may hold, gives nothing. Each of those says
+    /// why in `problems`, when given.
+    static QStringList bridgeAddressesFromServiceAnswer(const QByteArray& answer,
+                                                        QStringList* problems = nullptr);
 
     /// GET `url` and hand over the body as UTF-8 text; nothing on a transport failure.
     void fetchString(const QUrl& url, std::function<void(std::optional<QString>)> done);
@@ -140,7 +145,8 @@ private:
     /// Probes `candidates` one after another; answers with the first that proves `known`, or nothing.
     void tryCandidates(QStringList candidates, const ProbeKnowledge& known,
                        std::function<void(std::optional<Whereabouts>)> done);
-    void askService(std::function<void(std::optional<QString>)> done);
+    /// The addresses the discovery service lists, none when it is off, silent or unreadable.
+    void askService(std::function<void(QStringList)> done);
 
     CommandExecuting& m_commands;
     QNetworkAccessManager& m_network;

@@ -34,8 +34,10 @@ private Q_SLOTS:
     void cleanup();
     void findsTheBridgeInTheArpTable_data();
     void findsTheBridgeInTheArpTable();
-    void readsOnlyASingleBridgeFromTheService_data();
-    void readsOnlyASingleBridgeFromTheService();
+    void readsEveryBridgeTheServiceLists_data();
+    void readsEveryBridgeTheServiceLists();
+    void asksEveryBridgeTheServiceLists_data();
+    void asksEveryBridgeTheServiceLists();
     void asksTheArpTableFirstAndThenTheService_data();
     void asksTheArpTableFirstAndThenTheService();
     void browsesTheLocalNetworkBetweenTheArpTableAndTheService_data();
@@ -128,28 +130,134 @@ void TestBridgeDiscovery::findsTheBridgeInTheArpTable()
     QCOMPARE(shown(BridgeDiscovery::bridgeAddressFromArpTable(output)), address);
 }
 
-void TestBridgeDiscovery::readsOnlyASingleBridgeFromTheService_data()
+void TestBridgeDiscovery::readsEveryBridgeTheServiceLists_data()
 {
     QTest::addColumn<QByteArray>("answer");
-    QTest::addColumn<QString>("address");
+    QTest::addColumn<QStringList>("addresses");
+    QTest::addColumn<QString>("problem"); // a part of the one message, or empty for none
+    const auto row = [](const char* name, const char* answer, const QStringList& addresses,
+                        const char* problem = "") {
+        QTest::newRow(name) << QByteArray(answer) << addresses << problem;
+    };
 
-    QTest::newRow("full object") << QByteArray(R"({"id":"x","internalipaddress":"192.168.1.20","port":443})")
-                                 << "192.168.1.20";
-    QTest::newRow("array of one bridge")
-        << QByteArray(R"([{"id":"x","internalipaddress":"192.168.1.20"}])") << nothing;
-    QTest::newRow("no address") << QByteArray(R"({"id":"x","port":443})") << nothing;
-    QTest::newRow("address as number") << QByteArray(R"({"internalipaddress":192})") << nothing;
-    QTest::newRow("port as text") << QByteArray(R"({"internalipaddress":"192.168.1.20","port":"443"})")
-                                  << nothing;
-    QTest::newRow("empty") << QByteArray() << nothing;
-    QTest::newRow("garbage") << QByteArray("<html>busy</html>") << nothing;
+    row("two bridges", R"([{"id":"001788fffe0a0b0c","internalipaddress":"192.168.1.20","port":443},
+                           {"id":"001788fffe0d0e0f","internalipaddress":"192.168.1.21","port":443}])",
+        {"192.168.1.20", "192.168.1.21"});
+    row("one object, as before", R"({"id":"x","internalipaddress":"192.168.1.20","port":443})",
+        {"192.168.1.20"});
+    row("a port of its own", R"([{"internalipaddress":"192.168.1.20","port":8443}])", {"192.168.1.20:8443"});
+    row("port 80, no port",
+        R"([{"internalipaddress":"192.168.1.20","port":80},{"internalipaddress":"10.0.0.2"}])",
+        {"192.168.1.20", "10.0.0.2"});
+    row("IPv6 on its own port", R"([{"internalipaddress":"fe80::1","port":8080}])", {"[fe80::1]:8080"});
+    row("an address that names its port", R"([{"internalipaddress":"127.0.0.1:8080","port":443}])",
+        {"127.0.0.1:8080"});
+    row("an empty list", "[]", {});
+    const char* entry =
+        "entry 2 of the discovery service's answer is no bridge's address and port; passed over";
+    row("a malformed entry between two", R"([{"internalipaddress":"192.168.1.20"},{"internalipaddress":192},
+                                             {"internalipaddress":"192.168.1.21"}])",
+        {"192.168.1.20", "192.168.1.21"}, entry);
+    row("no address", R"([{"id":"x","port":443}])", {}, "entry 1 of");
+    row("port as text",
+        R"([{"internalipaddress":"192.168.1.20"},{"internalipaddress":"192.168.1.21","port":"443"}])",
+        {"192.168.1.20"}, entry);
+    row("port beyond 65535",
+        R"([{"internalipaddress":"192.168.1.20"},{"internalipaddress":"192.168.1.21","port":70000}])",
+        {"192.168.1.20"}, entry);
+    row("a name, not an address",
+        R"([{"internalipaddress":"192.168.1.20"},{"internalipaddress":"bridge.example"}])", {"192.168.1.20"},
+        entry);
+    row("an address with a scheme",
+        R"([{"internalipaddress":"192.168.1.20"},{"internalipaddress":"https://192.168.1.21"}])",
+        {"192.168.1.20"}, entry);
+    row("a list in the list", R"([{"internalipaddress":"192.168.1.20"},["192.168.1.21"]])", {"192.168.1.20"},
+        entry);
+    row("id as number",
+        R"([{"internalipaddress":"192.168.1.20"},{"id":7,"internalipaddress":"192.168.1.21"}])",
+        {"192.168.1.20"}, entry);
+    row("empty", "", {}, "no list of bridges");
+    row("garbage", "<html>busy</html>", {}, "no list of bridges");
+    row("a number", "443", {}, "no list of bridges");
+    // Counted before decoding: commas inside texts and nested values are no entries.
+    QByteArray full = "[";
+    for (int i = 0; i < 1000; ++i)
+        full += R"({"id":"a\",[b,","internalipaddress":"192.168.1.20","x":[1,{"y":2}]},)";
+    full.back() = ']';
+    QTest::newRow("1000 entries") << full << QStringList(1000, "192.168.1.20") << "";
+    QTest::newRow("more than 1000 entries")
+        << full.chopped(1) + R"(,{"internalipaddress":"192.168.1.21"}])" << QStringList()
+        << "lists 1001 bridges, more than the 1000 a network can hold";
 }
 
-void TestBridgeDiscovery::readsOnlyASingleBridgeFromTheService()
+void TestBridgeDiscovery::readsEveryBridgeTheServiceLists()
 {
     QFETCH(QByteArray, answer);
-    QFETCH(QString, address);
-    QCOMPARE(shown(BridgeDiscovery::bridgeAddressFromServiceAnswer(answer)), address);
+    QFETCH(QStringList, addresses);
+    QFETCH(QString, problem);
+    QStringList problems;
+    QCOMPARE(BridgeDiscovery::bridgeAddressesFromServiceAnswer(answer, &problems), addresses);
+    QCOMPARE(problems.size(), problem.isEmpty() ? 0 : 1);
+    if (!problem.isEmpty())
+        QVERIFY2(problems.first().contains(problem), qPrintable(problems.first()));
+}
+
+void TestBridgeDiscovery::asksEveryBridgeTheServiceLists_data()
+{
+    QTest::addColumn<QString>("search"); // "detect" (the first), "detect all" or "find" (the second bridge)
+    QTest::newRow("detect") << "detect";
+    QTest::newRow("detect all") << "detect all";
+    QTest::newRow("find") << "find";
+}
+
+void TestBridgeDiscovery::asksEveryBridgeTheServiceLists()
+{
+    QFETCH(QString, search);
+    // Two bridges of one home, each on a port of its own, and a broken entry between them.
+    BridgeSimulator ground;
+    BridgeSimulator upper(BridgeSimulator::Floor::Upper);
+    QVERIFY(ground.listenTls() && upper.listenTls());
+    m_network->addTrustRoots({ground.authorityCertificate(), upper.authorityCertificate()});
+    m_service->setAnswer(QStringLiteral(R"([{"id":"%1","internalipaddress":"127.0.0.1","port":%2},
+        {"internalipaddress":"127.0.0.1","port":-1},{"id":"%3","internalipaddress":"127.0.0.1","port":%4}])")
+                             .arg(ground.bridgeId().toLower())
+                             .arg(ground.tlsPort())
+                             .arg(upper.bridgeId().toLower())
+                             .arg(upper.tlsPort())
+                             .toUtf8());
+    m_commands->arpTable = routerLine;
+    PrintedLines printed;
+
+    QStringList found;
+    bool answered = false;
+    if (search == u"detect") {
+        m_discovery->detectBridgeIP([&](const std::optional<QString>& address) {
+            found = QStringList{address.value_or(nothing)};
+            answered = true;
+        });
+    } else if (search == u"detect all") {
+        m_discovery->detectBridges([&](const QList<BridgeDiscovery::FoundBridge>& bridges) {
+            for (const BridgeDiscovery::FoundBridge& bridge : bridges)
+                found << bridge.address + u' ' + bridge.bridgeId.toUpper();
+            answered = true;
+        });
+    } else {
+        m_discovery->findBridge({BridgeAddress::https, {upper.bridgeId()}, false},
+                                [&](const std::optional<BridgeDiscovery::Whereabouts>& where) {
+                                    found = QStringList{where ? where->address : nothing};
+                                    answered = true;
+                                });
+    }
+    QTRY_VERIFY_WITH_TIMEOUT(answered, 20000);
+    const QString first = ground.tlsHostAndPort();
+    const QString second = upper.tlsHostAndPort();
+    if (search == u"detect")
+        QCOMPARE(found, QStringList{first});
+    else if (search == u"detect all")
+        QCOMPARE(found, (QStringList{first + u' ' + ground.bridgeId(), second + u' ' + upper.bridgeId()}));
+    else
+        QCOMPARE(found, QStringList{second});
+    QCOMPARE(printed.lines().filter(u"entry 2 of the discovery service's answer"_qs).size(), 1);
 }
 
 void TestBridgeDiscovery::asksTheArpTableFirstAndThenTheService_data()
@@ -167,7 +275,7 @@ void TestBridgeDiscovery::asksTheArpTableFirstAndThenTheService_data()
     row("no bridge in the table", "router", "answers", "192.168.1.77", true);
     row("arp not found", "missing", "answers", "192.168.1.77", true);
     row("service silent", "router", "silent", nothing, true);
-    row("service lists several bridges", "router", "several", nothing, true);
+    row("service lists several bridges: the first nearby", "router", "several", "192.168.1.78", true);
     row("service unreachable", "router", "unreachable", nothing, false);
     row("service switched off", "router", "off", nothing, false);
 }
@@ -183,7 +291,8 @@ void TestBridgeDiscovery::asksTheArpTableFirstAndThenTheService()
         m_commands->arpTable = arp == "bridge" ? routerLine + u'\n' + bridgeLine + u'\n' : routerLine;
     m_service->setSilent(service == "silent");
     if (service == "several")
-        m_service->setAnswer(R"([{"internalipaddress":"10.0.0.2"},{"internalipaddress":"10.0.0.3"}])");
+        m_service->setAnswer(R"([{"internalipaddress":"10.0.0.2"},{"internalipaddress":"192.168.1.78"},
+                                 {"internalipaddress":"192.168.1.79"}])");
     if (service == "unreachable")
         m_discovery->setServiceUrl(QUrl(QStringLiteral("http://127.0.0.1:1/")));
     if (service == "off")

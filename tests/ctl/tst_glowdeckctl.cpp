@@ -395,8 +395,9 @@ void TestGlowdeckCtl::discoverAndPairStoreWhatTheyFind_data()
         << "discover --pick 001788fffe6a3b2c" << one << -1 << "Found a Hue bridge at {host}: Philips hue";
     QTest::newRow("discover, another id picked")
         << "discover --pick 001788FFFE000001" << one << -1 << "No bridge 001788FFFE000001 answered";
-    QTest::newRow("discover several bridges")
-        << "discover" << QByteArray('[' + one + ']') << -1 << "No Hue bridge found on this network.";
+    QTest::newRow("discover, the service's list with a broken entry")
+        << "discover" << QByteArray('[' + one + R"(,{"internalipaddress":"a/b"}])") << -1
+        << "Found a Hue bridge at {host}: Philips hue (001788FFFE6A3B2C).";
     QTest::newRow("discover no address") << "discover" << QByteArray(R"({"internalipaddress":"a/b"})") << -1
                                          << "No Hue bridge found on this network.";
     QTest::newRow("pair, no button") << "pair --bridge {sim}" << one << -1 << press;

@@ -5,6 +5,7 @@
 #include <QJsonDocument>
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
+#include <QProcess>
 #include <QRegularExpression>
 #include <QSignalSpy>
 #include <QSslConfiguration>
@@ -35,6 +36,9 @@ private slots:
     void eventStreamTellsEveryChange();
     void eventStreamRefusesWhereABridgeWould();
     void eventStreamEndsAndBreaks();
+    void twoBridgesShareNothing();
+    void programRunsTheBridgesAskedFor_data();
+    void programRunsTheBridgesAskedFor();
 
 private:
     struct Reply
@@ -44,7 +48,9 @@ private:
         QJsonDocument json;
     };
 
-    Reply send(const QByteArray& method, const QString& path, const QByteArray& body = {});
+    /// Sends to @p bridge, m_simulator when none.
+    Reply send(const QByteArray& method, const QString& path, const QByteArray& body = {},
+               const BridgeSimulator* bridge = nullptr);
     QString api(const QString& rest) const { return QStringLiteral("/api/") + m_user + rest; }
     /// The object under @p key in the first item of the answer ("success" or "error").
     static QJsonObject first(const Reply& r, const QString& key) { return r.json[0][key].toObject(); }
@@ -58,8 +64,10 @@ private:
         QList<QJsonArray> events; ///< the data of each complete event
         QList<QByteArray> broken; ///< data that is no JSON array
     };
-    /// Opens the event stream over HTTPS (or plain HTTP) with @p key.
-    std::unique_ptr<Listener> listen(const QByteArray& key, bool https = true);
+    /// Opens the event stream of @p bridge (m_simulator when none) over HTTPS (or plain HTTP) with @p key,
+    /// trusting the authorities of m_trusted, or else the bridge's own.
+    std::unique_ptr<Listener> listen(const QByteArray& key, bool https = true,
+                                     BridgeSimulator* bridge = nullptr);
     /// The resources of one event by "<container type> <resource type> <id_v1>".
     static QHash<QString, QJsonObject> resources(const QJsonArray& event);
     /// The value at "on.on" or "children.0.rid" in @p object.
@@ -67,13 +75,15 @@ private:
 
     std::unique_ptr<BridgeSimulator> m_simulator;
     QNetworkAccessManager m_network;
+    QList<QSslCertificate> m_trusted;
     QString m_user = QStringLiteral("tester0123456789");
 };
 
 tst_BridgeSimulator::Reply tst_BridgeSimulator::send(const QByteArray& method, const QString& path,
-                                                     const QByteArray& body)
+                                                     const QByteArray& body, const BridgeSimulator* bridge)
 {
-    QNetworkRequest request(QUrl(QStringLiteral("http://%1%2").arg(m_simulator->hostAndPort(), path)));
+    bridge = bridge ? bridge : m_simulator.get();
+    QNetworkRequest request(QUrl(QStringLiteral("http://%1%2").arg(bridge->hostAndPort(), path)));
     request.setHeader(QNetworkRequest::ContentTypeHeader, QByteArrayLiteral("application/json"));
     request.setTransferTimeout(10'000);
     std::unique_ptr<QNetworkReply> reply(m_network.sendCustomRequest(request, method, body));
@@ -90,6 +100,7 @@ void tst_BridgeSimulator::init()
     QVERIFY2(m_simulator->listen(QHostAddress::LocalHost, 0), qPrintable(m_simulator->errorString()));
     QVERIFY(m_simulator->registerUser(m_user));
     m_network.clearConnectionCache();
+    m_trusted.clear();
 }
 
 void tst_BridgeSimulator::pairingNeedsTheLinkButton()
@@ -298,17 +309,20 @@ void tst_BridgeSimulator::badHomeFileChangesNothing()
     QVERIFY(send("GET", api("/lights/1")).json.object().contains("state"));
 }
 
-std::unique_ptr<tst_BridgeSimulator::Listener> tst_BridgeSimulator::listen(const QByteArray& key, bool https)
+std::unique_ptr<tst_BridgeSimulator::Listener> tst_BridgeSimulator::listen(const QByteArray& key, bool https,
+                                                                           BridgeSimulator* bridge)
 {
-    if (https && m_simulator->tlsPort() == 0)
-        m_simulator->listenTls();
-    const QString base = https ? m_simulator->httpsAddress() : m_simulator->httpAddress();
+    bridge = bridge ? bridge : m_simulator.get();
+    if (https && bridge->tlsPort() == 0)
+        bridge->listenTls();
+    const QString base = https ? bridge->httpsAddress() : bridge->httpAddress();
     QNetworkRequest request(QUrl(base + "/eventstream/clip/v2"));
     if (!key.isNull())
         request.setRawHeader("hue-application-key", key);
     request.setRawHeader("Accept", "text/event-stream");
     QSslConfiguration tls = QSslConfiguration::defaultConfiguration();
-    tls.setCaCertificates({m_simulator->authorityCertificate()});
+    tls.setCaCertificates(m_trusted.isEmpty() ? QList<QSslCertificate>{bridge->authorityCertificate()}
+                                              : m_trusted);
     request.setSslConfiguration(tls);
     auto listener = std::make_unique<Listener>();
     Listener* l = listener.get();
@@ -488,6 +502,130 @@ void tst_BridgeSimulator::eventStreamEndsAndBreaks()
     m_simulator->dropEventStreams(); // as a bridge that restarts
     QTRY_VERIFY_WITH_TIMEOUT(broken->reply->isFinished(), 10'000);
     QCOMPARE(m_simulator->eventStreamListeners(), 0);
+}
+
+void tst_BridgeSimulator::twoBridgesShareNothing()
+{
+    BridgeSimulator& ground = *m_simulator;
+    BridgeSimulator upper(BridgeSimulator::Floor::Upper);
+    QVERIFY(upper.listen() && upper.listenTls() && ground.listenTls());
+    QCOMPARE(QSet<quint16>({ground.port(), ground.tlsPort(), upper.port(), upper.tlsPort()}).size(), 4);
+    QVERIFY(upper.bridgeId() != ground.bridgeId());
+    // Two homes with a lamp "1" and a "Living room" each, as real ones have; not the same lamps.
+    QCOMPARE(upper.group("1").value("name"), ground.group("1").value("name"));
+    QVERIFY(upper.light("1").value("uniqueid") != ground.light("1").value("uniqueid"));
+    upper.setBridgeId(QStringLiteral("001788FFFE9C4D5F"));
+    upper.loadDefaultHome(); // its own floor's, and still its own id
+    QCOMPARE(upper.lightIds().size(), 5);
+    QCOMPARE(upper.bridgeId(), QStringLiteral("001788FFFE9C4D5F"));
+
+    // Its own users and schedules.
+    QCOMPARE(first(send("GET", api("/lights"), {}, &upper), "error").value("type").toInt(), 1);
+    const QString upperUser = upper.addUser();
+    QVERIFY(!ground.users().contains(upperUser) && !upper.users().contains(m_user));
+    const QJsonObject timer{{"localtime", "PT00:10:00"},
+                            {"command", QJsonObject{{"address", api("/groups/0/action")},
+                                                    {"method", "PUT"},
+                                                    {"body", QJsonObject{{"on", false}}}}}};
+    QVERIFY(!ground.addSchedule(timer).isEmpty());
+    QVERIFY(upper.scheduleIds().isEmpty());
+
+    // Its own home and event stream; a client that trusts both authorities is shown each bridge's own
+    // certificate.
+    m_trusted = {ground.authorityCertificate(), upper.authorityCertificate()};
+    const std::unique_ptr<Listener> groundEvents = listen(m_user.toUtf8(), true, &ground);
+    const std::unique_ptr<Listener> upperEvents = listen(upperUser.toUtf8(), true, &upper);
+    QTRY_VERIFY_WITH_TIMEOUT(groundEvents->text.startsWith(": hi") && upperEvents->text.startsWith(": hi"),
+                             10'000);
+    for (const auto& [listener, bridge] :
+         {std::pair(groundEvents.get(), &ground), std::pair(upperEvents.get(), &upper)})
+        QCOMPARE(
+            listener->reply->sslConfiguration().peerCertificate().subjectInfo(QSslCertificate::CommonName),
+            QStringList{bridge->bridgeId()});
+    const QJsonObject upperLamp = upper.light("1");
+    QCOMPARE(first(send("PUT", api("/lights/1/state"), R"({"on":false})"), "success").size(), 1);
+    QTRY_COMPARE_WITH_TIMEOUT(groundEvents->events.size(), 1, 10'000);
+    QCOMPARE(upper.light("1"), upperLamp);
+    QCOMPARE(send("POST", "/__control/external/lights/1/state", R"({"bri":10})", &upper).error,
+             QNetworkReply::NoError);
+    QTRY_COMPARE_WITH_TIMEOUT(upperEvents->events.size(), 1, 10'000);
+    const QJsonObject groundLight = resources(groundEvents->events.first()).value("update light /lights/1");
+    const QJsonObject upperLight = resources(upperEvents->events.first()).value("update light /lights/1");
+    QVERIFY(!groundLight.contains("dimming") && !upperLight.contains("on"));
+    QVERIFY(at(groundLight, "id") != at(upperLight, "id")); // the same address, another lamp
+    QCOMPARE(groundEvents->events.size(), 1);
+}
+
+void tst_BridgeSimulator::programRunsTheBridgesAskedFor_data()
+{
+    QTest::addColumn<QString>("arguments");
+    QTest::addColumn<QStringList>("ids"); // the bridges it listens as, in order
+    QTest::addColumn<QString>("refusal"); // or the message it exits 2 with
+    const QString first = QStringLiteral("001788FFFE6A3B2C");
+    const QString upper = QStringLiteral("001788FFFE9C4D5E");
+    QTest::newRow("one") << "" << QStringList{first} << "";
+    QTest::newRow("two floors") << "--bridges 2" << QStringList{first, upper} << "";
+    QTest::newRow("three") << "--bridges 3" << QStringList{first, upper, "001788FFFE6A3B2D"} << "";
+    QTest::newRow("named") << "--bridge-id 001788fffe000001 --bridge-id 001788FFFE000002"
+                           << QStringList{"001788FFFE000001", "001788FFFE000002"} << "";
+    QTest::newRow("an id for two") << "--bridges 2 --bridge-id 001788fffe000001" << QStringList()
+                                   << "--bridge-id takes one value for each bridge: 1 given for 2";
+    QTest::newRow("one id twice") << "--bridge-id " + first + " --bridge-id " + first << QStringList()
+                                  << "two bridges would have the id " + first;
+    QTest::newRow("ports for three") << "--bridges 2 --port 0 --port 0 --port 0" << QStringList()
+                                     << "--port takes one value for every bridge, or one for each";
+    QTest::newRow("no row of ports") << "--bridges 2 --port 65535" << QStringList()
+                                     << "--port 65535 leaves no room for a row of 2 ports";
+    QTest::newRow("no bridges") << "--bridges 0" << QStringList() << "--bridges needs a number";
+}
+
+void tst_BridgeSimulator::programRunsTheBridgesAskedFor()
+{
+    QFETCH(QString, arguments);
+    QFETCH(QStringList, ids);
+    QFETCH(QString, refusal);
+    QTemporaryDir folder;
+    const QString authority = folder.filePath("authority.pem");
+    QProcess program;
+    program.start(SIMULATOR_PROGRAM,
+                  arguments.split(u' ', Qt::SkipEmptyParts) +
+                      QStringList{"--tls-port", "0", "--write-authority", authority, "--user", m_user});
+    QVERIFY(program.waitForStarted(10'000));
+    if (!refusal.isEmpty()) {
+        QVERIFY(program.waitForFinished(10'000));
+        QCOMPARE(program.exitCode(), 2);
+        const QString error = QString::fromUtf8(program.readAllStandardError());
+        QVERIFY2(error.contains(refusal), qPrintable(error));
+        return;
+    }
+    QByteArray output;
+    QTRY_VERIFY_WITH_TIMEOUT((output += program.readAllStandardOutput()).count("listening") == 2 * ids.size(),
+                             10'000);
+    QStringList listening;
+    QSet<QString> ports;
+    const QRegularExpression line(R"(listening (on|for HTTPS on) 127\.0\.0\.1:(\d+) \(bridge (\w+)\))");
+    for (const QRegularExpressionMatch& match : line.globalMatch(QString::fromUtf8(output))) {
+        ports.insert(match.captured(2));
+        const bool https = match.captured(1) != "on";
+        if (!https)
+            listening.append(match.captured(3));
+        // Each bridge answers as itself, over HTTPS with a certificate of the one authority for them all.
+        QNetworkRequest request(QUrl(QStringLiteral("%1://127.0.0.1:%2/api/%3/config")
+                                         .arg(https ? "https" : "http", match.captured(2), m_user)));
+        QSslConfiguration tls = QSslConfiguration::defaultConfiguration();
+        tls.setCaCertificates(QSslCertificate::fromPath(authority));
+        request.setSslConfiguration(tls);
+        request.setPeerVerifyName(match.captured(3).toLower());
+        std::unique_ptr<QNetworkReply> reply(m_network.get(request));
+        QTRY_VERIFY_WITH_TIMEOUT(reply->isFinished(), 10'000);
+        QVERIFY2(reply->error() == QNetworkReply::NoError, qPrintable(reply->errorString()));
+        QCOMPARE(QJsonDocument::fromJson(reply->readAll())["bridgeid"].toString(), match.captured(3));
+    }
+    QCOMPARE(listening, ids);
+    QCOMPARE(ports.size(), 2 * ids.size());
+    program.terminate();
+    QVERIFY(program.waitForFinished(10'000));
+    QCOMPARE(program.exitCode(), 0);
 }
 
 QTEST_GUILESS_MAIN(tst_BridgeSimulator)

@@ -38,9 +38,11 @@ QString reachableAt(QHostAddress address, quint16 port)
 
 } // namespace
 
-BridgeSimulator::BridgeSimulator(QObject* parent)
-    : QObject(parent), m_home(std::make_unique<SimulatedHome>()), m_schedules(new SimulatedSchedules(this)),
-      m_server(new SimulatorHttpServer(false, this)),
+BridgeSimulator::BridgeSimulator(QObject* parent) : BridgeSimulator(Floor::Ground, parent) {}
+
+BridgeSimulator::BridgeSimulator(Floor floor, QObject* parent)
+    : QObject(parent), m_home(std::make_unique<SimulatedHome>(floor)),
+      m_schedules(new SimulatedSchedules(this)), m_server(new SimulatorHttpServer(false, this)),
       m_api(std::make_unique<SimulatedApi>(*m_home, *m_schedules)),
       m_events(new SimulatedEventStream(*m_home, this))
 {
@@ -50,16 +52,40 @@ BridgeSimulator::BridgeSimulator(QObject* parent)
     connect(m_schedules, &SimulatedSchedules::commandDue, this, &BridgeSimulator::onScheduleDue);
 }
 
+bool BridgeSimulator::makeCertificates()
+{
+    // Made once, when first needed: a key or two and certificates, a few milliseconds.
+    if (m_authority.isNull())
+        m_authority = SimulatorCertificates::makeAuthority(QStringLiteral("Glowdeck test bridge authority"));
+    if (m_strangerAuthority.isNull())
+        m_strangerAuthority =
+            SimulatorCertificates::makeAuthority(QStringLiteral("Somebody else's authority"));
+    if (m_leafKey.isNull())
+        m_leafKey = SimulatorCertificates::makeKey();
+    if (m_selfSignedKey.isNull())
+        m_selfSignedKey = SimulatorCertificates::makeKey();
+    return !m_authority.isNull() && !m_strangerAuthority.isNull() && !m_leafKey.isNull() &&
+           !m_selfSignedKey.isNull();
+}
+
+SimulatorIdentity BridgeSimulator::authority()
+{
+    makeCertificates();
+    return m_authority;
+}
+
+void BridgeSimulator::setAuthority(const SimulatorIdentity& authority)
+{
+    if (authority.isNull())
+        return;
+    m_authority = authority;
+    presentCertificate();
+}
+
 bool BridgeSimulator::listenTls(const QHostAddress& address, quint16 port)
 {
     if (!m_tlsServer) {
-        // Made once, when first needed: a key or two and certificates, a few milliseconds.
-        m_authority = SimulatorCertificates::makeAuthority(QStringLiteral("Glowdeck test bridge authority"));
-        m_strangerAuthority =
-            SimulatorCertificates::makeAuthority(QStringLiteral("Somebody else's authority"));
-        m_leafKey = SimulatorCertificates::makeKey();
-        m_selfSignedKey = SimulatorCertificates::makeKey();
-        if (m_authority.isNull() || m_strangerAuthority.isNull() || m_leafKey.isNull()) {
+        if (!makeCertificates()) {
             m_errorString = QStringLiteral("cannot make the certificates (OpenSSL)");
             return false;
         }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "SimulatedDefaultHome.h"
 #include "SimulatorCertificates.h"
 
 #include <QByteArray>
@@ -41,13 +42,21 @@ Q_DECLARE_METATYPE(SimulatedRequest)
 /// loopback port: pairing with the link button, lights, groups, scenes, config and one-shot timers, state
 /// changes that show up in the next read and in the event stream, plus recording of every request and
 /// injected faults for tests.
-/// Everything runs on the thread that owns it; nothing blocks.
+/// Everything runs on the thread that owns it; nothing blocks. Simulators share nothing: several in one
+/// process (or in several) are as many bridges, each with its own home, users, timers, event stream and
+/// authority (unless told to share one, setAuthority()).
 class BridgeSimulator final : public QObject
 {
     Q_OBJECT
 public:
+    /// A built-in home; a house with two bridges has one on each floor (see SimulatedDefaultHome).
+    using Floor = SimulatedDefaultHome::Floor;
+
     /// Starts with the default home loaded (twelve lights, rooms, a zone, scenes) and no users.
     explicit BridgeSimulator(QObject* parent = nullptr);
+    /// Starts with the built-in home of @p floor, whose config names a bridge id of its own, and no users:
+    /// BridgeSimulator(Floor::Upper) is a second bridge beside a default one.
+    explicit BridgeSimulator(Floor floor, QObject* parent = nullptr);
     ~BridgeSimulator() override;
 
     /// Starts serving. Port 0 picks a free port. Returns false, with errorString(), on failure.
@@ -76,7 +85,14 @@ public:
     QString tlsHostAndPort() const;
     QString httpsAddress() const { return QStringLiteral("https://") + tlsHostAndPort(); }
     /// The authority that signs the simulator's certificates: what a client trusts to trust this bridge.
+    /// Null until listenTls() or authority().
     QSslCertificate authorityCertificate() const { return m_authority.certificate; }
+    /// The authority with its key, made now if it was not yet; null when OpenSSL cannot make one.
+    SimulatorIdentity authority();
+    /// Signs this bridge's certificates with @p authority (another simulator's authority()) from now on, as
+    /// one maker signs every bridge: a client then trusts one authority for all of them. A null one is
+    /// ignored.
+    void setAuthority(const SimulatorIdentity& authority);
     bool writeAuthority(const QString& fileName, QString* error = nullptr) const;
     /// The config's "bridgeid" (upper case), which the certificate names; changing it changes the
     /// certificate.
@@ -104,7 +120,8 @@ public:
 
     // Home
 
-    /// Replaces lights, groups, scenes and config with the built-in home. Users are kept.
+    /// Replaces lights, groups, scenes and config with the built-in home of its floor. Users and the bridge
+    /// id are kept.
     void loadDefaultHome();
     /// Loads a home file (see saveHome()). A bad file leaves the current home untouched and says why in
     /// @p error. Users listed in the file are added to the current ones.
@@ -271,6 +288,8 @@ private:
     int m_dripIntervalMs = 3000;
     QString m_errorString;
     void presentCertificate();
+    /// Makes the authorities and keys once; false when OpenSSL cannot.
+    bool makeCertificates();
     SimulatorIdentity m_authority;
     SimulatorIdentity m_strangerAuthority;
     QSslKey m_leafKey;

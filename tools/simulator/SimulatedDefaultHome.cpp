@@ -1,8 +1,10 @@
 #include "SimulatedDefaultHome.h"
 
-// Kept as a home document so that the built-in home goes through the same reading (and order keeping) as a
+namespace {
+
+// Kept as home documents so that the built-in homes go through the same reading (and order keeping) as a
 // home file does. Lights are listed ..., 9, 10, 12, 11 on purpose: clients must not assume numeric order.
-QByteArray SimulatedDefaultHome::document()
+QByteArray groundFloor()
 {
     static const char text[] = R"json(
 {
@@ -667,4 +669,311 @@ QByteArray SimulatedDefaultHome::document()
 }
 )json";
     return QByteArray(text);
+}
+
+QByteArray upperFloor()
+{
+    // The floor above, with a bridge of its own: ids and names that the ground floor uses too (lamp "1",
+    // room "1" "Living room", a scene "Relax" in it), for other lamps, states and scene ids.
+    static const char text[] = R"json(
+{
+    "lights": {
+        "1": {
+            "state": {
+                "on": false,
+                "bri": 90,
+                "hue": 44000,
+                "sat": 160,
+                "effect": "none",
+                "xy": [0.2485, 0.2121],
+                "ct": 250,
+                "alert": "none",
+                "colormode": "xy",
+                "mode": "homeautomation",
+                "reachable": true
+            },
+            "swupdate": {"state": "noupdates", "lastinstall": "2024-02-03T10:21:40"},
+            "type": "Extended color light",
+            "name": "Floor lamp",
+            "modelid": "LCA001",
+            "manufacturername": "Signify Netherlands B.V.",
+            "productname": "Hue color lamp",
+            "capabilities": {
+                "certified": true,
+                "control": {
+                    "mindimlevel": 200,
+                    "maxlumen": 800,
+                    "colorgamuttype": "C",
+                    "colorgamut": [[0.6915, 0.3083], [0.17, 0.7], [0.1532, 0.0475]],
+                    "ct": {"min": 153, "max": 500}
+                },
+                "streaming": {"renderer": true, "proxy": true}
+            },
+            "config": {
+                "archetype": "floorshade",
+                "function": "mixed",
+                "direction": "omnidirectional",
+                "startup": {"mode": "safety", "configured": true}
+            },
+            "uniqueid": "00:17:88:01:09:5e:71:01-0b",
+            "swversion": "1.104.2",
+            "swconfigid": "F1C1AE43",
+            "productid": "Philips-LCA001-5-A19ECLv6"
+        },
+        "2": {
+            "state": {
+                "on": true,
+                "bri": 254,
+                "ct": 300,
+                "alert": "none",
+                "colormode": "ct",
+                "mode": "homeautomation",
+                "reachable": true
+            },
+            "swupdate": {"state": "noupdates", "lastinstall": "2024-02-03T10:21:40"},
+            "type": "Color temperature light",
+            "name": "Upstairs ceiling",
+            "modelid": "LTA001",
+            "manufacturername": "Signify Netherlands B.V.",
+            "productname": "Hue ambiance lamp",
+            "capabilities": {
+                "certified": true,
+                "control": {"mindimlevel": 200, "maxlumen": 800, "ct": {"min": 153, "max": 454}},
+                "streaming": {"renderer": false, "proxy": false}
+            },
+            "config": {
+                "archetype": "ceilinground",
+                "function": "functional",
+                "direction": "omnidirectional",
+                "startup": {"mode": "safety", "configured": true}
+            },
+            "uniqueid": "00:17:88:01:09:5e:71:02-0b",
+            "swversion": "1.104.2",
+            "swconfigid": "116B9B1F",
+            "productid": "Philips-LTA001-1-A19CTv7"
+        },
+        "3": {
+            "state": {"on": false, "bri": 200, "alert": "none", "mode": "homeautomation", "reachable": true},
+            "swupdate": {"state": "noupdates", "lastinstall": "2024-02-03T10:21:40"},
+            "type": "Dimmable light",
+            "name": "Mirror light",
+            "modelid": "LWA001",
+            "manufacturername": "Signify Netherlands B.V.",
+            "productname": "Hue white lamp",
+            "capabilities": {
+                "certified": true,
+                "control": {"mindimlevel": 5000, "maxlumen": 800},
+                "streaming": {"renderer": false, "proxy": false}
+            },
+            "config": {
+                "archetype": "classicbulb",
+                "function": "functional",
+                "direction": "omnidirectional",
+                "startup": {"mode": "safety", "configured": true}
+            },
+            "uniqueid": "00:17:88:01:09:5e:71:03-0b",
+            "swversion": "1.104.2",
+            "swconfigid": "5ECA8D59",
+            "productid": "Philips-LWA001-1-A19DLv5"
+        },
+        "4": {
+            "state": {
+                "on": true,
+                "bri": 40,
+                "hue": 6000,
+                "sat": 220,
+                "effect": "none",
+                "xy": [0.5612, 0.4042],
+                "alert": "none",
+                "colormode": "xy",
+                "mode": "homeautomation",
+                "reachable": true
+            },
+            "swupdate": {"state": "noupdates", "lastinstall": "2024-02-03T10:21:40"},
+            "type": "Color light",
+            "name": "Night light",
+            "modelid": "LLC010",
+            "manufacturername": "Signify Netherlands B.V.",
+            "productname": "Hue iris",
+            "capabilities": {
+                "certified": true,
+                "control": {
+                    "mindimlevel": 10000,
+                    "maxlumen": 210,
+                    "colorgamuttype": "A",
+                    "colorgamut": [[0.704, 0.296], [0.2151, 0.7106], [0.138, 0.08]]
+                },
+                "streaming": {"renderer": true, "proxy": false}
+            },
+            "config": {"archetype": "hueiris", "function": "decorative", "direction": "upwards"},
+            "uniqueid": "00:17:88:01:09:5e:71:04-0b",
+            "swversion": "67.91.1"
+        },
+        "5": {
+            "state": {"on": false, "alert": "none", "mode": "homeautomation", "reachable": true},
+            "swupdate": {"state": "noupdates", "lastinstall": "2024-02-03T10:21:40"},
+            "type": "On/Off plug-in unit",
+            "name": "Train set",
+            "modelid": "LOM001",
+            "manufacturername": "Signify Netherlands B.V.",
+            "productname": "Hue Smart plug",
+            "capabilities": {
+                "certified": true,
+                "control": {},
+                "streaming": {"renderer": false, "proxy": false}
+            },
+            "config": {
+                "archetype": "plug",
+                "function": "functional",
+                "direction": "omnidirectional",
+                "startup": {"mode": "safety", "configured": true}
+            },
+            "uniqueid": "00:17:88:01:09:5e:71:05-0b",
+            "swversion": "1.65.9_hB3217DF",
+            "swconfigid": "A641B5AB",
+            "productid": "SmartPlug_OnOff_v01-00_01"
+        }
+    },
+    "groups": {
+        "1": {
+            "name": "Living room",
+            "lights": ["1", "2"],
+            "sensors": [],
+            "type": "Room",
+            "state": {"all_on": false, "any_on": false},
+            "recycle": false,
+            "class": "Living room",
+            "action": {"on": true, "bri": 254, "ct": 300, "alert": "none", "colormode": "ct"}
+        },
+        "2": {
+            "name": "Bathroom",
+            "lights": ["3"],
+            "sensors": [],
+            "type": "Room",
+            "state": {"all_on": false, "any_on": false},
+            "recycle": false,
+            "class": "Bathroom",
+            "action": {"on": false, "bri": 200, "alert": "none"}
+        },
+        "3": {
+            "name": "Kids room",
+            "lights": ["4", "5"],
+            "sensors": [],
+            "type": "Room",
+            "state": {"all_on": false, "any_on": false},
+            "recycle": false,
+            "class": "Kids bedroom",
+            "action": {
+                "on": true,
+                "bri": 40,
+                "hue": 6000,
+                "sat": 220,
+                "effect": "none",
+                "xy": [0.5612, 0.4042],
+                "alert": "none",
+                "colormode": "xy"
+            }
+        },
+        "4": {
+            "name": "Upstairs",
+            "lights": ["1", "3", "4"],
+            "sensors": [],
+            "type": "Zone",
+            "state": {"all_on": false, "any_on": false},
+            "recycle": false,
+            "class": "Upstairs",
+            "action": {"on": true, "bri": 90, "xy": [0.2485, 0.2121], "alert": "none", "colormode": "xy"}
+        }
+    },
+    "scenes": {
+        "Up4rL1vRelax01a": {
+            "name": "Relax",
+            "type": "GroupScene",
+            "group": "1",
+            "lights": ["1", "2"],
+            "owner": "Qm7vT2xR9kLw4NcZp8YdBs3HfJ6gE1uA0oKiVe5X",
+            "recycle": false,
+            "locked": false,
+            "appdata": {"version": 1, "data": "uR3lx_r01_d09"},
+            "picture": "",
+            "image": "a1f7da49-d181-4328-abea-68c9dc4b5416",
+            "lastupdated": "2024-02-03T10:30:12",
+            "version": 2,
+            "lightstates": {
+                "1": {"on": true, "bri": 144, "xy": [0.5019, 0.4152]},
+                "2": {"on": true, "bri": 144, "ct": 447}
+            }
+        },
+        "Up5tK1dsN1ght0b": {
+            "name": "Nightlight",
+            "type": "GroupScene",
+            "group": "3",
+            "lights": ["4", "5"],
+            "owner": "Qm7vT2xR9kLw4NcZp8YdBs3HfJ6gE1uA0oKiVe5X",
+            "recycle": false,
+            "locked": false,
+            "appdata": {"version": 1, "data": "uN1gt_r03_d07"},
+            "picture": "",
+            "image": "28bbfeff-1a0f-4ea3-a4b5-5bbc5f0d0a0e",
+            "lastupdated": "2024-02-03T10:30:12",
+            "version": 2,
+            "lightstates": {
+                "4": {"on": true, "bri": 1, "xy": [0.5612, 0.4042]},
+                "5": {"on": false}
+            }
+        }
+    },
+    "config": {
+        "name": "Upstairs",
+        "zigbeechannel": 15,
+        "bridgeid": "001788FFFE9C4D5E",
+        "mac": "00:17:88:9c:4d:5e",
+        "dhcp": true,
+        "ipaddress": "127.0.0.1",
+        "netmask": "255.0.0.0",
+        "gateway": "127.0.0.1",
+        "proxyaddress": "none",
+        "proxyport": 0,
+        "timezone": "Europe/Amsterdam",
+        "modelid": "BSB002",
+        "datastoreversion": "163",
+        "swversion": "1962097030",
+        "apiversion": "1.62.0",
+        "swupdate2": {
+            "checkforupdate": false,
+            "lastchange": "2024-02-03T10:21:40",
+            "bridge": {"state": "noupdates", "lastinstall": "2024-02-01T02:47:19"},
+            "state": "noupdates",
+            "autoinstall": {"updatetime": "T14:00:00", "on": true}
+        },
+        "portalservices": true,
+        "portalconnection": "disconnected",
+        "portalstate": {
+            "signedon": false,
+            "incoming": false,
+            "outgoing": false,
+            "communication": "disconnected"
+        },
+        "internetservices": {
+            "internet": "disconnected",
+            "remoteaccess": "disconnected",
+            "time": "disconnected",
+            "swupdate": "disconnected"
+        },
+        "factorynew": false,
+        "replacesbridgeid": null,
+        "backup": {"status": "idle", "errorcode": 0},
+        "starterkitid": ""
+    },
+    "users": []
+}
+)json";
+    return QByteArray(text);
+}
+
+} // namespace
+
+QByteArray SimulatedDefaultHome::document(Floor floor)
+{
+    return floor == Floor::Upper ? upperFloor() : groundFloor();
 }

@@ -1,6 +1,5 @@
 #include "SimulatedHome.h"
 
-#include "SimulatedDefaultHome.h"
 #include "SimulatedStateChange.h"
 #include "SimulatorJson.h"
 
@@ -54,16 +53,22 @@ QJsonArray renameResource(const QString& resource, const QString& id, const QJso
 
 } // namespace
 
-SimulatedHome::SimulatedHome() : m_ipAddress(QStringLiteral("127.0.0.1"))
+SimulatedHome::SimulatedHome(SimulatedDefaultHome::Floor floor)
+    : m_floor(floor), m_ipAddress(QStringLiteral("127.0.0.1"))
 {
     loadDefault();
 }
 
 void SimulatedHome::loadDefault()
 {
+    const QString keptId = bridgeId();
     QString error;
-    const bool loaded = load(SimulatedDefaultHome::document(), &error);
+    const bool loaded = load(SimulatedDefaultHome::document(m_floor), &error);
     Q_ASSERT_X(loaded, "SimulatedHome::loadDefault", qPrintable(error));
+    // The built-in homes name a bridge only to start with: a bridge whose home is reset stays the bridge it
+    // was (a test may have named it, so as to be a second bridge beside the first).
+    if (!keptId.isEmpty())
+        setBridgeId(keptId);
 }
 
 bool SimulatedHome::load(const QByteArray& text, QString* error)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "SimulatedDefaultHome.h"
 #include "SimulatedHomeDocument.h"
 
 #include <QByteArray>
@@ -17,10 +18,11 @@ class SimulatedHome final
 public:
     using User = SimulatedHomeDocument::User;
 
-    /// Starts with the built-in home and no users.
-    explicit SimulatedHome();
+    /// Starts with the built-in home of @p floor and no users.
+    explicit SimulatedHome(SimulatedDefaultHome::Floor floor = SimulatedDefaultHome::Floor::Ground);
 
-    /// Replaces lights, groups, scenes and config with the built-in home; users are kept.
+    /// Replaces lights, groups, scenes and config with the built-in home of its floor; users and the bridge
+    /// id are kept.
     void loadDefault();
     /// Replaces the home with the home document @p text ({"lights":{..},"groups":{..},"scenes":{..},
     /// "config":{..},"users":[..]}). Users of the document are added to the current ones. A bad document
@@ -92,6 +94,7 @@ private:
     /// Recomputes every group's "state" (all_on/any_on) and "action.on" from its lights.
     void updateGroupStates();
 
+    SimulatedDefaultHome::Floor m_floor;
     Resources m_lights;
     Resources m_groups;
     Resources m_scenes;

@@ -6,6 +6,9 @@
 #include <openssl/x509.h>
 #include <openssl/x509v3.h>
 
+#include <QRandomGenerator>
+
+#include <cstdint>
 #include <memory>
 
 namespace {
@@ -70,10 +73,12 @@ QSslCertificate make(const QList<std::pair<const char*, QString>>& subject, EVP_
                      X509* issuerCertificate, EVP_PKEY* issuerKey, bool authority, int notBeforeDays,
                      int notAfterDays)
 {
-    static long serial = 1;
+    // A random serial, as authorities give them: simulators of other processes sign with authorities of the
+    // same name, and a client that trusts several of them must never see one issuer and serial twice.
+    const std::uint64_t serial = QRandomGenerator::system()->generate64() >> 1;
     Certificate certificate(X509_new());
     if (!certificate || X509_set_version(certificate.get(), 2) != 1 ||
-        ASN1_INTEGER_set(X509_get_serialNumber(certificate.get()), serial++) != 1 ||
+        ASN1_INTEGER_set_uint64(X509_get_serialNumber(certificate.get()), serial) != 1 ||
         !X509_gmtime_adj(X509_getm_notBefore(certificate.get()), long(notBeforeDays) * 86400) ||
         !X509_gmtime_adj(X509_getm_notAfter(certificate.get()), long(notAfterDays) * 86400) ||
         X509_set_pubkey(certificate.get(), key) != 1 ||
@@ -82,11 +87,17 @@ QSslCertificate make(const QList<std::pair<const char*, QString>>& subject, EVP_
     X509* issuer = issuerCertificate ? issuerCertificate : certificate.get();
     if (X509_set_issuer_name(certificate.get(), X509_get_subject_name(issuer)) != 1)
         return QSslCertificate();
+    // Every authority is named alike: the key identifiers let a client that trusts several of them (two
+    // simulated bridges, each with its own) find the one that signed, instead of the first of that name.
     const bool extended =
-        authority ? addExtension(certificate.get(), issuer, NID_basic_constraints, "critical,CA:TRUE") &&
-                        addExtension(certificate.get(), issuer, NID_key_usage, "critical,keyCertSign,cRLSign")
-                  : addExtension(certificate.get(), issuer, NID_basic_constraints, "critical,CA:FALSE") &&
-                        addExtension(certificate.get(), issuer, NID_ext_key_usage, "serverAuth");
+        authority
+            ? addExtension(certificate.get(), issuer, NID_basic_constraints, "critical,CA:TRUE") &&
+                  addExtension(certificate.get(), issuer, NID_key_usage, "critical,keyCertSign,cRLSign") &&
+                  addExtension(certificate.get(), issuer, NID_subject_key_identifier, "hash")
+            : addExtension(certificate.get(), issuer, NID_basic_constraints, "critical,CA:FALSE") &&
+                  addExtension(certificate.get(), issuer, NID_ext_key_usage, "serverAuth") &&
+                  (!issuerCertificate ||
+                   addExtension(certificate.get(), issuer, NID_authority_key_identifier, "keyid:always"));
     if (!extended || X509_sign(certificate.get(), issuerKey ? issuerKey : key, EVP_sha256()) == 0)
         return QSslCertificate();
     Bio out(BIO_new(BIO_s_mem()));

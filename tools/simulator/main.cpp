@@ -8,6 +8,8 @@
 #include <QRegularExpression>
 
 #include <cstdio>
+#include <memory>
+#include <vector>
 
 namespace {
 
@@ -21,6 +23,9 @@ int fail(int code, const QString& message)
     return code;
 }
 
+// A house with more bridges than this is not one to try a program with.
+constexpr int MaximumBridges = 16;
+
 bool readNumber(const QString& text, int minimum, int maximum, int* value)
 {
     bool ok = false;
@@ -29,6 +34,61 @@ bool readNumber(const QString& text, int minimum, int maximum, int* value)
         return false;
     *value = number;
     return true;
+}
+
+/// The values of an option that each bridge may have its own of: given once, every bridge takes it; given
+/// once per bridge, each takes its own, in order; not given, @p fallback for every bridge. Anything else
+/// says why in @p error.
+bool readPerBridge(const QCommandLineParser& parser, const QCommandLineOption& option, int bridges,
+                   const QString& fallback, QStringList* values, QString* error)
+{
+    const QStringList given = parser.values(option);
+    if (given.size() > 1 && given.size() != bridges) {
+        *error =
+            QStringLiteral("--%1 takes one value for every bridge, or one for each: %2 given for %3 bridges")
+                .arg(option.names().constFirst())
+                .arg(given.size())
+                .arg(bridges);
+        return false;
+    }
+    values->clear();
+    for (int i = 0; i < bridges; ++i)
+        values->append(given.isEmpty() ? fallback : given.at(given.size() == 1 ? 0 : i));
+    return true;
+}
+
+/// The port of bridge @p index from the values readPerBridge() gave: a port given once for several bridges is
+/// the first of a row, one per bridge (0 stays 0: any free port).
+bool readPort(const QCommandLineOption& option, const QCommandLineParser& parser, const QStringList& values,
+              int index, int* port, QString* error)
+{
+    const QString name = option.names().constFirst();
+    const int step = parser.values(option).size() == 1 ? index : 0;
+    if (!readNumber(values.at(index), 0, 65535, port)) {
+        *error =
+            QStringLiteral("--%1 needs a number from 0 to 65535, not \"%2\"").arg(name, values.at(index));
+        return false;
+    }
+    if (*port != 0 && *port + step > 65535) {
+        *error = QStringLiteral("--%1 %2 leaves no room for a row of %3 ports")
+                     .arg(name, values.at(index))
+                     .arg(step + 1);
+        return false;
+    }
+    *port += *port != 0 ? step : 0;
+    return true;
+}
+
+/// The bridge id a further bridge of the house gets: its floor's, with the last byte moved on by @p step, so
+/// that the third bridge is not the first one again.
+QString furtherBridgeId(const QString& floorId, int step)
+{
+    bool ok = false;
+    const int last = floorId.right(2).toInt(&ok, 16);
+    if (!ok || floorId.size() != 16)
+        return floorId;
+    return floorId.left(14) +
+           QStringLiteral("%1").arg((last + step) % 256, 2, 16, QLatin1Char('0')).toUpper();
 }
 
 } // namespace
@@ -41,53 +101,66 @@ int main(int argc, char* argv[])
 
     QCommandLineParser parser;
     parser.setApplicationDescription(
-        QStringLiteral("Simulates a Philips Hue bridge (version-1 REST interface, and its event stream over "
-                       "HTTPS) on a local port."));
+        QStringLiteral("Simulates Philips Hue bridges (version-1 REST interface, and its event stream over "
+                       "HTTPS) on local ports. The options marked [each] apply to every bridge when given "
+                       "once, or to each bridge in turn when given once per bridge."));
     parser.addHelpOption();
     parser.addVersionOption();
-    const QCommandLineOption portOption(QStringLiteral("port"),
-                                        QStringLiteral("Port to listen on (default 0: any free port)."),
-                                        QStringLiteral("N"), QStringLiteral("0"));
+    const QCommandLineOption bridgesOption(
+        QStringLiteral("bridges"),
+        QStringLiteral("Run N bridges (1 to %1; default: one per --bridge-id, else 1), each with its own id, "
+                       "ports, home, users and event stream: the first on the ground floor's default home, "
+                       "the second on the upper floor's.")
+            .arg(MaximumBridges),
+        QStringLiteral("N"));
+    const QCommandLineOption portOption(
+        QStringLiteral("port"),
+        QStringLiteral("[each] Port to listen on (default 0: any free port). Given once for several "
+                       "bridges, N, N+1, ..."),
+        QStringLiteral("N"));
     const QCommandLineOption bindOption(QStringLiteral("bind"),
                                         QStringLiteral("Address to listen on (default 127.0.0.1)."),
                                         QStringLiteral("ADDRESS"), QStringLiteral("127.0.0.1"));
-    const QCommandLineOption homeOption(QStringLiteral("home"), QStringLiteral("Load the home from FILE."),
-                                        QStringLiteral("FILE"));
+    const QCommandLineOption homeOption(
+        QStringLiteral("home"), QStringLiteral("[each] Load the home from FILE."), QStringLiteral("FILE"));
     const QCommandLineOption saveOption(
         QStringLiteral("save-home"),
-        QStringLiteral("Write the home (the default one, or the --home one) to FILE "
-                       "and exit."),
+        QStringLiteral("Write the home (the default one, or the --home one) to FILE and exit; once per "
+                       "bridge."),
         QStringLiteral("FILE"));
-    const QCommandLineOption userOption(QStringLiteral("user"),
-                                        QStringLiteral("Register the user NAME (may be repeated)."),
-                                        QStringLiteral("NAME"));
+    const QCommandLineOption userOption(
+        QStringLiteral("user"), QStringLiteral("Register the user NAME on every bridge (may be repeated)."),
+        QStringLiteral("NAME"));
     const QCommandLineOption linkOption(
         QStringLiteral("press-link-button"),
-        QStringLiteral("Press the link button at start (pairing works for 30 s). Press it later with "
-                       "SIGUSR1 or a POST to /__control/linkbutton from loopback."));
+        QStringLiteral("Press the link buttons at start (pairing works for 30 s). Press them later with "
+                       "SIGUSR1, or one with a POST to its /__control/linkbutton from loopback."));
     const QCommandLineOption acceptOption(
         QStringLiteral("accept-pairing"),
         QStringLiteral("Accept every pairing request without the link button."));
     const QCommandLineOption latencyOption(QStringLiteral("latency"),
-                                           QStringLiteral("Delay every answer by MS milliseconds."),
-                                           QStringLiteral("MS"), QStringLiteral("0"));
+                                           QStringLiteral("[each] Delay every answer by MS milliseconds."),
+                                           QStringLiteral("MS"));
     const QCommandLineOption verboseOption(QStringLiteral("verbose"),
                                            QStringLiteral("Print every request received."));
     const QCommandLineOption tlsPortOption(
-        QStringLiteral("tls-port"), QStringLiteral("Serve HTTPS on port N as well (0: any free port)."),
+        QStringLiteral("tls-port"),
+        QStringLiteral("[each] Serve HTTPS on port N as well (0: any free port; given once for several "
+                       "bridges, N, N+1, ...)."),
         QStringLiteral("N"));
     const QCommandLineOption certificateOption(
         QStringLiteral("certificate"),
-        QStringLiteral("The certificate HTTPS clients see: signed (default), self-signed, other-bridge, "
-                       "expired or unknown-authority."),
-        QStringLiteral("KIND"), QStringLiteral("signed"));
-    const QCommandLineOption bridgeIdOption(QStringLiteral("bridge-id"),
-                                            QStringLiteral("The bridge id (16 hexadecimal digits)."),
-                                            QStringLiteral("ID"));
+        QStringLiteral("[each] The certificate HTTPS clients see: signed (default), self-signed, "
+                       "other-bridge, expired or unknown-authority."),
+        QStringLiteral("KIND"));
+    const QCommandLineOption bridgeIdOption(
+        QStringLiteral("bridge-id"),
+        QStringLiteral("The bridge id (16 hexadecimal digits); once per bridge, each its own."),
+        QStringLiteral("ID"));
     const QCommandLineOption authorityOption(
         QStringLiteral("write-authority"),
-        QStringLiteral("Write the authority that signs the certificate to FILE (PEM), for a client to "
-                       "trust."),
+        QStringLiteral("Write the authority that signs the certificates (one for every bridge) to FILE "
+                       "(PEM), for a client to trust."),
         QStringLiteral("FILE"));
     const QCommandLineOption redirectOption(
         QStringLiteral("redirect-http"),
@@ -96,17 +169,18 @@ int main(int argc, char* argv[])
                                           QStringLiteral("Serve HTTPS only (with --tls-port)."));
     const QCommandLineOption eventStreamOption(
         QStringLiteral("event-stream"),
-        QStringLiteral("The event stream of HTTPS (GET /eventstream/clip/v2): normal (default: every change, "
-                       "also those sent with POST /__control/external/<v1 path> from loopback), silent "
-                       "(keep-alives only), off (404, as old firmware) or malformed (broken events)."),
-        QStringLiteral("MODE"), QStringLiteral("normal"));
+        QStringLiteral("[each] The event stream of HTTPS (GET /eventstream/clip/v2): normal (default: every "
+                       "change, also those sent with POST /__control/external/<v1 path> from loopback), "
+                       "silent (keep-alives only), off (404, as old firmware) or malformed (broken events)."),
+        QStringLiteral("MODE"));
     const QCommandLineOption eventLifetimeOption(
         QStringLiteral("event-stream-lifetime"),
-        QStringLiteral("End every event stream after N seconds, as busy bridges do (default 0: never)."),
-        QStringLiteral("N"), QStringLiteral("0"));
-    parser.addOptions({portOption, bindOption, homeOption, saveOption, userOption, linkOption, acceptOption,
-                       latencyOption, verboseOption, tlsPortOption, certificateOption, bridgeIdOption,
-                       authorityOption, redirectOption, noHttpOption, eventStreamOption,
+        QStringLiteral("[each] End every event stream after N seconds, as busy bridges do (default 0: "
+                       "never)."),
+        QStringLiteral("N"));
+    parser.addOptions({bridgesOption, portOption, bindOption, homeOption, saveOption, userOption, linkOption,
+                       acceptOption, latencyOption, verboseOption, tlsPortOption, certificateOption,
+                       bridgeIdOption, authorityOption, redirectOption, noHttpOption, eventStreamOption,
                        eventLifetimeOption});
     if (!parser.parse(QCoreApplication::arguments()))
         return fail(ExitBadInput, parser.errorText());
@@ -120,26 +194,41 @@ int main(int argc, char* argv[])
         return fail(ExitBadInput,
                     QStringLiteral("unexpected argument %1").arg(parser.positionalArguments().first()));
 
-    int port = 0;
-    if (!readNumber(parser.value(portOption), 0, 65535, &port))
-        return fail(ExitBadInput, QStringLiteral("--port needs a number from 0 to 65535, not \"%1\"")
-                                      .arg(parser.value(portOption)));
-    int latency = 0;
-    if (!readNumber(parser.value(latencyOption), 0, 600'000, &latency))
-        return fail(ExitBadInput, QStringLiteral("--latency needs milliseconds from 0 to 600000, not \"%1\"")
-                                      .arg(parser.value(latencyOption)));
+    int bridges = std::max<int>(1, int(parser.values(bridgeIdOption).size()));
+    if (parser.isSet(bridgesOption) && !readNumber(parser.value(bridgesOption), 1, MaximumBridges, &bridges))
+        return fail(ExitBadInput, QStringLiteral("--bridges needs a number from 1 to %1, not \"%2\"")
+                                      .arg(MaximumBridges)
+                                      .arg(parser.value(bridgesOption)));
+    // An id, or a file to write a home to, is one bridge's own: one for several is no choice at all.
+    for (const QCommandLineOption* option : {&bridgeIdOption, &saveOption}) {
+        const qsizetype given = parser.values(*option).size();
+        if (given > 0 && given != bridges)
+            return fail(ExitBadInput,
+                        QStringLiteral("--%1 takes one value for each bridge: %2 given for %3 bridges")
+                            .arg(option->names().constFirst())
+                            .arg(given)
+                            .arg(bridges));
+    }
+    QString error;
+    QStringList ports, tlsPorts, homes, kindNames, latencies, eventModeNames, eventLifetimes;
+    for (const auto& [option, fallback, values] :
+         {std::tuple(&portOption, QStringLiteral("0"), &ports),
+          std::tuple(&tlsPortOption, QString(), &tlsPorts), std::tuple(&homeOption, QString(), &homes),
+          std::tuple(&certificateOption, QStringLiteral("signed"), &kindNames),
+          std::tuple(&latencyOption, QStringLiteral("0"), &latencies),
+          std::tuple(&eventStreamOption, QStringLiteral("normal"), &eventModeNames),
+          std::tuple(&eventLifetimeOption, QStringLiteral("0"), &eventLifetimes)}) {
+        if (!readPerBridge(parser, *option, bridges, fallback, values, &error))
+            return fail(ExitBadInput, error);
+    }
     const QHostAddress address(parser.value(bindOption));
     if (address.isNull())
         return fail(ExitBadInput,
                     QStringLiteral("--bind needs an IP address, not \"%1\"").arg(parser.value(bindOption)));
-
-    int tlsPort = -1;
-    if (parser.isSet(tlsPortOption) && !readNumber(parser.value(tlsPortOption), 0, 65535, &tlsPort))
-        return fail(ExitBadInput, QStringLiteral("--tls-port needs a number from 0 to 65535, not \"%1\"")
-                                      .arg(parser.value(tlsPortOption)));
+    const bool tls = parser.isSet(tlsPortOption);
     if ((parser.isSet(noHttpOption) || parser.isSet(redirectOption) || parser.isSet(authorityOption) ||
          parser.isSet(eventStreamOption) || parser.isSet(eventLifetimeOption)) &&
-        tlsPort < 0)
+        !tls)
         return fail(ExitBadInput,
                     QStringLiteral("--no-http, --redirect-http, --write-authority, --event-stream "
                                    "and --event-stream-lifetime go with --tls-port"));
@@ -148,89 +237,145 @@ int main(int argc, char* argv[])
         {QStringLiteral("silent"), BridgeSimulator::EventStreamMode::Silent},
         {QStringLiteral("off"), BridgeSimulator::EventStreamMode::Off},
         {QStringLiteral("malformed"), BridgeSimulator::EventStreamMode::Malformed}};
-    if (!eventModes.contains(parser.value(eventStreamOption)))
-        return fail(ExitBadInput,
-                    QStringLiteral("--event-stream is one of %1, not \"%2\"")
-                        .arg(eventModes.keys().join(QStringLiteral(", ")), parser.value(eventStreamOption)));
-    int eventLifetime = 0;
-    if (!readNumber(parser.value(eventLifetimeOption), 0, 86'400, &eventLifetime))
-        return fail(ExitBadInput,
-                    QStringLiteral("--event-stream-lifetime needs seconds from 0 to 86400, not \"%1\"")
-                        .arg(parser.value(eventLifetimeOption)));
     const QMap<QString, BridgeSimulator::CertificateKind> kinds{
         {QStringLiteral("signed"), BridgeSimulator::CertificateKind::Signed},
         {QStringLiteral("self-signed"), BridgeSimulator::CertificateKind::SelfSigned},
         {QStringLiteral("other-bridge"), BridgeSimulator::CertificateKind::OtherBridge},
         {QStringLiteral("expired"), BridgeSimulator::CertificateKind::Expired},
         {QStringLiteral("unknown-authority"), BridgeSimulator::CertificateKind::UnknownAuthority}};
-    if (!kinds.contains(parser.value(certificateOption)))
-        return fail(ExitBadInput,
-                    QStringLiteral("--certificate is one of %1, not \"%2\"")
-                        .arg(kinds.keys().join(QStringLiteral(", ")), parser.value(certificateOption)));
-    static const QRegularExpression bridgeId(QStringLiteral("^[0-9A-Fa-f]{16}$"));
-    if (parser.isSet(bridgeIdOption) && !bridgeId.match(parser.value(bridgeIdOption)).hasMatch())
-        return fail(ExitBadInput, QStringLiteral("--bridge-id needs 16 hexadecimal digits, not \"%1\"")
-                                      .arg(parser.value(bridgeIdOption)));
+    static const QRegularExpression bridgeIdPattern(QStringLiteral("^[0-9A-Fa-f]{16}$"));
 
-    BridgeSimulator simulator;
-    QString error;
-    if (parser.isSet(homeOption) && !simulator.loadHome(parser.value(homeOption), &error))
-        return fail(ExitBadInput, error);
-    // After the home file: the command line names the bridge even when the file does too.
-    if (parser.isSet(bridgeIdOption))
-        simulator.setBridgeId(parser.value(bridgeIdOption));
-    for (const QString& user : parser.values(userOption)) {
-        if (!simulator.registerUser(user, QStringLiteral("glowdeck#simulator")))
-            return fail(ExitBadInput, QStringLiteral("--user \"%1\" is not a usable user name").arg(user));
+    // One bridge as the command line asks for it.
+    struct Bridge
+    {
+        std::unique_ptr<BridgeSimulator> simulator;
+        int port = 0;
+        int tlsPort = -1; // none
+        int latency = 0;
+        int eventLifetime = 0;
+    };
+    std::vector<Bridge> house;
+    for (int i = 0; i < bridges; ++i) {
+        Bridge bridge;
+        if (!readPort(portOption, parser, ports, i, &bridge.port, &error) ||
+            (tls && !readPort(tlsPortOption, parser, tlsPorts, i, &bridge.tlsPort, &error)))
+            return fail(ExitBadInput, error);
+        if (!readNumber(latencies.at(i), 0, 600'000, &bridge.latency))
+            return fail(ExitBadInput,
+                        QStringLiteral("--latency needs milliseconds from 0 to 600000, not \"%1\"")
+                            .arg(latencies.at(i)));
+        if (!eventModes.contains(eventModeNames.at(i)))
+            return fail(ExitBadInput,
+                        QStringLiteral("--event-stream is one of %1, not \"%2\"")
+                            .arg(eventModes.keys().join(QStringLiteral(", ")), eventModeNames.at(i)));
+        if (!readNumber(eventLifetimes.at(i), 0, 86'400, &bridge.eventLifetime))
+            return fail(ExitBadInput,
+                        QStringLiteral("--event-stream-lifetime needs seconds from 0 to 86400, not \"%1\"")
+                            .arg(eventLifetimes.at(i)));
+        if (!kinds.contains(kindNames.at(i)))
+            return fail(ExitBadInput, QStringLiteral("--certificate is one of %1, not \"%2\"")
+                                          .arg(kinds.keys().join(QStringLiteral(", ")), kindNames.at(i)));
+        const QString id = parser.values(bridgeIdOption).value(i);
+        if (!id.isEmpty() && !bridgeIdPattern.match(id).hasMatch())
+            return fail(ExitBadInput,
+                        QStringLiteral("--bridge-id needs 16 hexadecimal digits, not \"%1\"").arg(id));
+
+        // The first two bridges are the two floors of one house; any further one is a floor again, under an
+        // id of its own.
+        bridge.simulator = std::make_unique<BridgeSimulator>(i % 2 == 0 ? BridgeSimulator::Floor::Ground
+                                                                        : BridgeSimulator::Floor::Upper);
+        BridgeSimulator& simulator = *bridge.simulator;
+        if (!homes.at(i).isEmpty() && !simulator.loadHome(homes.at(i), &error))
+            return fail(ExitBadInput, error);
+        // After the home file: the command line names the bridge even when the file does too.
+        if (!id.isEmpty())
+            simulator.setBridgeId(id);
+        else if (i >= 2)
+            simulator.setBridgeId(furtherBridgeId(simulator.bridgeId(), i / 2));
+        for (const Bridge& other : house) {
+            if (other.simulator->bridgeId() == simulator.bridgeId())
+                return fail(ExitBadInput,
+                            QStringLiteral("two bridges would have the id %1: give each its own "
+                                           "with --bridge-id")
+                                .arg(simulator.bridgeId()));
+        }
+        for (const QString& user : parser.values(userOption)) {
+            if (!simulator.registerUser(user, QStringLiteral("glowdeck#simulator")))
+                return fail(ExitBadInput,
+                            QStringLiteral("--user \"%1\" is not a usable user name").arg(user));
+        }
+        house.push_back(std::move(bridge));
     }
     if (parser.isSet(saveOption)) {
-        if (!simulator.saveHome(parser.value(saveOption), &error))
-            return fail(ExitFailure, error);
+        for (int i = 0; i < bridges; ++i) {
+            if (!house.at(i).simulator->saveHome(parser.values(saveOption).at(i), &error))
+                return fail(ExitFailure, error);
+        }
         return 0;
-    }
-    if (parser.isSet(linkOption))
-        simulator.pressLinkButton();
-    simulator.setAcceptPairingAtOnce(parser.isSet(acceptOption));
-    simulator.setLatency(latency);
-    // Nobody reads the recorded requests of the program, and a demo may run for hours.
-    simulator.setRecording(false);
-    if (parser.isSet(verboseOption)) {
-        QObject::connect(&simulator, &BridgeSimulator::requestReceived, [](const SimulatedRequest& request) {
-            std::printf("%s %s %s\n", request.method.constData(), qPrintable(request.path),
-                        request.rawBody.left(200).constData());
-            std::fflush(stdout);
-        });
     }
 
     SignalWatcher signalWatcher(true);
     QObject::connect(&signalWatcher, &SignalWatcher::terminationRequested, &app, &QCoreApplication::quit);
-    // The link button can be pressed while the simulator runs, as a real bridge's can.
-    const auto sayPressed = [](const char* how) {
-        std::printf("Link button pressed (%s): pairing works for the next 30 s\n", how);
+    // Several bridges say which one each line is about; one bridge's lines read as they always did.
+    const auto which = [bridges](const BridgeSimulator& simulator) {
+        return bridges > 1 ? QStringLiteral(" on bridge ") + simulator.bridgeId() : QString();
+    };
+    // The link buttons can be pressed while the simulator runs, as a real bridge's can.
+    const auto sayPressed = [](const char* how, const QString& where) {
+        std::printf("Link button pressed (%s)%s: pairing works for the next 30 s\n", how, qPrintable(where));
         std::fflush(stdout);
     };
-    QObject::connect(&signalWatcher, &SignalWatcher::user1Received, &simulator, [&] {
-        simulator.pressLinkButton();
-        sayPressed("SIGUSR1");
+    QObject::connect(&signalWatcher, &SignalWatcher::user1Received, [&] {
+        for (const Bridge& bridge : house)
+            bridge.simulator->pressLinkButton();
+        sayPressed("SIGUSR1", bridges > 1 ? QStringLiteral(" on every bridge") : QString());
     });
-    QObject::connect(&simulator, &BridgeSimulator::linkButtonPressedByRequest,
-                     [&] { sayPressed("POST /__control/linkbutton"); });
-    if (!parser.isSet(noHttpOption)) {
-        if (!simulator.listen(address, quint16(port)))
-            return fail(ExitFailure, simulator.errorString());
-        std::printf("Hue bridge simulator listening on %s\n", qPrintable(simulator.hostAndPort()));
-    }
-    if (tlsPort >= 0) {
-        if (!simulator.listenTls(address, quint16(tlsPort)))
-            return fail(ExitFailure, simulator.errorString());
-        simulator.setCertificate(kinds.value(parser.value(certificateOption)));
-        simulator.setRedirectHttpToHttps(parser.isSet(redirectOption));
-        simulator.setEventStreamMode(eventModes.value(parser.value(eventStreamOption)));
-        simulator.setEventStreamLifetime(eventLifetime);
-        if (parser.isSet(authorityOption) && !simulator.writeAuthority(parser.value(authorityOption), &error))
-            return fail(ExitFailure, error);
-        std::printf("Hue bridge simulator listening for HTTPS on %s (bridge %s)\n",
-                    qPrintable(simulator.tlsHostAndPort()), qPrintable(simulator.bridgeId()));
+    for (int i = 0; i < bridges; ++i) {
+        Bridge& bridge = house.at(i);
+        BridgeSimulator& simulator = *bridge.simulator;
+        if (parser.isSet(linkOption))
+            simulator.pressLinkButton();
+        simulator.setAcceptPairingAtOnce(parser.isSet(acceptOption));
+        simulator.setLatency(bridge.latency);
+        // Nobody reads the recorded requests of the program, and a demo may run for hours.
+        simulator.setRecording(false);
+        QObject::connect(&simulator, &BridgeSimulator::linkButtonPressedByRequest,
+                         [&sayPressed, &which, &simulator] {
+                             sayPressed("POST /__control/linkbutton", which(simulator));
+                         });
+        if (parser.isSet(verboseOption)) {
+            const QByteArray prefix =
+                bridges > 1 ? '[' + simulator.bridgeId().toLatin1() + "] " : QByteArray();
+            QObject::connect(&simulator, &BridgeSimulator::requestReceived,
+                             [prefix](const SimulatedRequest& request) {
+                                 std::printf("%s%s %s %s\n", prefix.constData(), request.method.constData(),
+                                             qPrintable(request.path), request.rawBody.left(200).constData());
+                                 std::fflush(stdout);
+                             });
+        }
+        if (!parser.isSet(noHttpOption)) {
+            if (!simulator.listen(address, quint16(bridge.port)))
+                return fail(ExitFailure, simulator.errorString());
+            std::printf("Hue bridge simulator listening on %s (bridge %s)\n",
+                        qPrintable(simulator.hostAndPort()), qPrintable(simulator.bridgeId()));
+        }
+        if (tls) {
+            // One authority signs every bridge of the process, as the maker signs every real one: a client
+            // trusts one file for all of them.
+            if (i > 0)
+                simulator.setAuthority(house.front().simulator->authority());
+            if (!simulator.listenTls(address, quint16(bridge.tlsPort)))
+                return fail(ExitFailure, simulator.errorString());
+            simulator.setCertificate(kinds.value(kindNames.at(i)));
+            simulator.setRedirectHttpToHttps(parser.isSet(redirectOption));
+            simulator.setEventStreamMode(eventModes.value(eventModeNames.at(i)));
+            simulator.setEventStreamLifetime(bridge.eventLifetime);
+            if (i == 0 && parser.isSet(authorityOption) &&
+                !simulator.writeAuthority(parser.value(authorityOption), &error))
+                return fail(ExitFailure, error);
+            std::printf("Hue bridge simulator listening for HTTPS on %s (bridge %s)\n",
+                        qPrintable(simulator.tlsHostAndPort()), qPrintable(simulator.bridgeId()));
+        }
     }
     std::fflush(stdout);
     return app.exec();
