@@ -9,7 +9,7 @@
 #include "app/DropDownWindow.h"
 #include "app/StatusBarMenuWindowController.h"
 #include "bridge/ActionQueue.h"
-#include "bridge/HueHelper.h"
+#include "bridge/BridgeCommands.h"
 #include "bridge/ResourceFetch.h"
 #include "panels/ContentView.h"
 #include "state/AppSettings.h"
@@ -117,17 +117,17 @@ int main(int argc, char* argv[])
     settings.setShowScenes(true);
     QNetworkAccessManager network;
     ActionQueue queue(settings, network);
-    HueHelper helper(settings, queue);
+    BridgeCommands commands(settings, queue);
 
     const auto decode = [&] {
-        return Refresh{LightOrder::apply(lightsFromBody(home.lights, bridge, key).records,
-                                         settings.preferences().lightOrder()),
-                       groupsFromBody(home.groups, bridge, key).records};
+        return Refresh{
+            LightOrder::apply(lightsFromBody(home.lights).records, settings.preferences().lightOrder()),
+            groupsFromBody(home.groups).records};
     };
     // As at start-up: the window's content exists before the first read brings the lists.
-    auto* content = new ContentView(settings, helper, ProductLinks{});
+    auto* content = new ContentView(settings, commands, ProductLinks{});
     const Refresh first = decode();
-    const QList<HueScene> scenes = scenesFromBody(home.scenes, bridge, key).records;
+    const QList<HueScene> scenes = scenesFromBody(home.scenes).records;
     QElapsedTimer clock;
     clock.start();
     settings.setLights(first.lights);

@@ -8,8 +8,8 @@
 #include "app/StatusBarMenuWindowController.h"
 #include "app/SwitchOffNotice.h"
 #include "bridge/ActionQueue.h"
+#include "bridge/BridgeCommands.h"
 #include "bridge/BridgeNetwork.h"
-#include "bridge/HueHelper.h"
 #include "bridge/SwitchOffTimer.h"
 #include "connection/BridgeConnection.h"
 #include "connection/BridgeDiscovery.h"
@@ -173,8 +173,8 @@ void AppDelegate::start()
     m_settings->load();
 
     m_queue = std::make_unique<ActionQueue>(*m_settings, *m_network);
-    m_helper = std::make_unique<HueHelper>(*m_settings, *m_queue);
-    m_switchOffTimer = std::make_unique<SwitchOffTimer>(*m_settings, *m_network, *m_queue, *m_helper);
+    m_commands = std::make_unique<BridgeCommands>(*m_settings, *m_queue);
+    m_switchOffTimer = std::make_unique<SwitchOffTimer>(*m_settings, *m_network, *m_queue, *m_commands);
     m_pairing = std::make_unique<BridgePairing>(*m_settings, *m_network);
     m_connection = std::make_unique<BridgeConnection>(*m_settings, *m_network, *m_pairing);
     m_shell = std::make_unique<ShellRunner>();
@@ -203,7 +203,7 @@ void AppDelegate::start()
 
     createTrayIcon();
 
-    auto* content = new ContentView(*m_settings, *m_helper, m_options.links);
+    auto* content = new ContentView(*m_settings, *m_commands, m_options.links);
     m_windowController = std::make_unique<StatusBarMenuWindowController>(
         *m_settings, content, [this]() -> std::optional<QRect> {
             // Read at every opening: right after show() an XEmbed tray reports the origin for a while, and a
@@ -395,7 +395,7 @@ void AppDelegate::registerHotkeys()
         m_settings->addLogLine(
             QStringLiteral("Glowdeck: global shortcuts are not available on this desktop: %1.").arg(reason));
     });
-    m_hotkeyActions = std::make_unique<HotkeyActions>(*m_settings, *m_helper);
+    m_hotkeyActions = std::make_unique<HotkeyActions>(*m_settings, *m_commands);
     m_hotkeyActions->registerHandlers(*m_hotkeys);
     m_hotkeys->onKeyUp(HotkeyNames::openGlowdeck(), [this] {
         QMetaObject::invokeMethod(this, &AppDelegate::toggleFromKeyboard, Qt::QueuedConnection);
@@ -551,7 +551,7 @@ void AppDelegate::onWindowResizePlease(qint64 height)
 
 void AppDelegate::onAllOff()
 {
-    m_helper->switchEverythingOff();
+    m_commands->switchEverythingOff();
 }
 
 void AppDelegate::onAllOffInMinutes()

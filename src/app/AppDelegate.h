@@ -30,7 +30,7 @@ class Diagnostics;
 class GlobalHotkeys;
 class HotkeyActions;
 class HotkeyBackend;
-class HueHelper;
+class BridgeCommands;
 class JsonSettingsStore;
 class PreferencesWindowController;
 class QAction;
@@ -171,7 +171,7 @@ private:
     std::unique_ptr<Diagnostics> m_diagnostics;
     std::unique_ptr<AppSettings> m_settings;
     std::unique_ptr<ActionQueue> m_queue;
-    std::unique_ptr<HueHelper> m_helper;
+    std::unique_ptr<BridgeCommands> m_commands;
     std::unique_ptr<HotkeyBackend> m_hotkeyBackend;
     std::unique_ptr<GlobalHotkeys> m_hotkeys;
     std::unique_ptr<HotkeyActions> m_hotkeyActions;

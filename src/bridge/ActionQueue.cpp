@@ -1,9 +1,9 @@
 #include "bridge/ActionQueue.h"
 
+#include "bridge/BridgeCommands.h"
 #include "bridge/BridgeNetwork.h"
 #include "bridge/BridgeUrl.h"
 #include "bridge/HttpExchange.h"
-#include "bridge/HueHelper.h"
 #include "state/AppSettings.h"
 
 #include <QJsonDocument>
@@ -17,31 +17,35 @@ namespace {
 /// The same kind of resource (lamp, room, scene, schedule), the same id, the same property.
 bool sameTarget(const ActionQueueItem& a, const ActionQueueItem& b)
 {
-    return a.item_id == b.item_id && a.is_light_update == b.is_light_update &&
-           a.is_group_update == b.is_group_update && a.property == b.property;
+    return a.item_id == b.item_id && a.target == b.target && a.property == b.property;
+}
+
+bool isLampOrRoom(const ActionQueueItem& item)
+{
+    return item.target == ActionQueueItem::Target::light || item.target == ActionQueueItem::Target::group;
 }
 
 /// Group 0 holds every lamp of the bridge: its change of a property decides that property for each lamp and
 /// room (everything off, after a room was switched on).
 bool everyLamp(const ActionQueueItem& item)
 {
-    return item.is_group_update && item.item_id == u"0";
+    return item.target == ActionQueueItem::Target::group && item.item_id == u"0";
 }
 
 /// Whether `newer` decides what `older` would: the same target, or every lamp, for the same property. Steps
 /// decide nothing: they add up.
 bool covers(const ActionQueueItem& newer, const ActionQueueItem& older)
 {
-    return sameTarget(newer, older) || (everyLamp(newer) && newer.property == older.property &&
-                                        newer.property != ActionQueue::brightnessIncrease &&
-                                        (older.is_light_update || older.is_group_update));
+    return sameTarget(newer, older) ||
+           (everyLamp(newer) && newer.property == older.property &&
+            newer.property != ActionQueue::brightnessIncrease && isLampOrRoom(older));
 }
 
 /// A change of `property` of every lamp, as far as telling targets apart goes.
 ActionQueueItem everyLampChange(const QString& property)
 {
     ActionQueueItem change;
-    change.is_group_update = true;
+    change.target = ActionQueueItem::Target::group;
     change.item_id = QStringLiteral("0");
     change.property = property;
     return change;
@@ -50,10 +54,7 @@ ActionQueueItem everyLampChange(const QString& property)
 /// One text per target and property, for looking up what was sent to it last.
 QString targetKey(const ActionQueueItem& item)
 {
-    return QStringLiteral("%1%2 %3 %4")
-        .arg(int(item.is_light_update))
-        .arg(int(item.is_group_update))
-        .arg(item.property, item.item_id);
+    return QStringLiteral("%1 %2 %3").arg(int(item.target)).arg(item.property, item.item_id);
 }
 
 /// The increment of `step` with every other value of `newer`: above all its "on", which the program worked
@@ -157,13 +158,13 @@ void ActionQueue::onTick()
     const bool groupMayGo =
         !m_sinceGroupSent.isValid() || m_sinceGroupSent.elapsed() >= groupInterval.count();
     const auto next = std::find_if(queue.cbegin(), queue.cend(), [groupMayGo](const ActionQueueItem& item) {
-        return groupMayGo || !item.is_group_update;
+        return groupMayGo || item.target != ActionQueueItem::Target::group;
     });
     if (next != queue.cend()) {
         const ActionQueueItem item = *next;
         queue.erase(next);
         m_settings.setActionQueue(queue);
-        if (item.is_group_update)
+        if (item.target == ActionQueueItem::Target::group)
             m_sinceGroupSent.start();
         send(item);
     }
@@ -178,9 +179,10 @@ void ActionQueue::send(const ActionQueueItem& item)
     QNetworkRequest request(item.url);
     request.setHeader(QNetworkRequest::ContentTypeHeader, QByteArrayLiteral("application/json"));
     BridgeNetwork::prepare(request, m_settings.bridgeIdentity());
-    const QByteArray method = item.property == HueHelper::unscheduleProperty ? QByteArrayLiteral("DELETE")
-                              : item.url.toString().contains(u"/schedules")  ? QByteArrayLiteral("POST")
-                                                                             : QByteArrayLiteral("PUT");
+    const QByteArray method = item.property == BridgeCommands::unscheduleProperty
+                                  ? QByteArrayLiteral("DELETE")
+                              : item.url.toString().contains(u"/schedules") ? QByteArrayLiteral("POST")
+                                                                            : QByteArrayLiteral("PUT");
     ++m_inFlight;
     const quint64 number = ++m_sendCount;
     m_lastSent.insert(targetKey(item), {number, item.body});

@@ -190,8 +190,8 @@ void BridgeConnection::refreshLights()
     const quint64 serial = m_lightsRead.next(order);
     // A reply can arrive after this object is gone (the application quits mid-read): guard on it.
     m_lightsRead.reply =
-        HueCommunicationLights{m_settings.bridgeEndpoint(), m_settings.hueKey(), m_lightsMemo,
-                               m_settings.bridgeIdentity()}
+        LightsRead{m_settings.bridgeEndpoint(), m_settings.hueKey(), m_lightsMemo,
+                   m_settings.bridgeIdentity()}
             .fetch(m_network, [self = QPointer(this), serial, order](const LightsResult& result) {
                 if (!self || !self->m_lightsRead.take(serial))
                     return;
@@ -205,8 +205,8 @@ void BridgeConnection::refreshGroups()
 {
     const quint64 serial = m_groupsRead.next(++m_readsStarted);
     m_groupsRead.reply =
-        HueCommunicationGroups{m_settings.bridgeEndpoint(), m_settings.hueKey(), m_groupsMemo,
-                               m_settings.bridgeIdentity()}
+        GroupsRead{m_settings.bridgeEndpoint(), m_settings.hueKey(), m_groupsMemo,
+                   m_settings.bridgeIdentity()}
             .fetch(m_network, [self = QPointer(this), serial](const GroupsResult& result) {
                 if (!self || !self->m_groupsRead.take(serial))
                     return;
@@ -223,8 +223,8 @@ void BridgeConnection::refreshScenes()
 {
     const quint64 serial = m_scenesRead.next(++m_readsStarted);
     m_scenesRead.reply =
-        HueCommunicationScenes{m_settings.bridgeEndpoint(), m_settings.hueKey(), m_scenesMemo,
-                               m_settings.bridgeIdentity()}
+        ScenesRead{m_settings.bridgeEndpoint(), m_settings.hueKey(), m_scenesMemo,
+                   m_settings.bridgeIdentity()}
             .fetch(m_network, [self = QPointer(this), serial](const ScenesResult& result) {
                 if (!self || !self->m_scenesRead.take(serial))
                     return;
@@ -237,7 +237,7 @@ void BridgeConnection::refreshScenes()
 void BridgeConnection::onLights(const LightsResult& result, quint64 order)
 {
     using Reach = AppSettings::BridgeReach;
-    if (result.error == BridgeError::noDevices) {
+    if (result.error == LightsError::noDevices) {
         m_settings.setBridgeReach(Reach::answering);
         m_settings.setConnectionErrorMessage(
             QCoreApplication::translate("BridgeConnection", "We were unable to find any devices"));
@@ -246,11 +246,11 @@ void BridgeConnection::onLights(const LightsResult& result, quint64 order)
             m_settings.setConnectionErrorMessage(result.refusal);
         // It answered: saying it cannot be reached, or asking for the link button, would send the user
         // after the wrong fault.
-        if (result.error == BridgeError::invalidData)
+        if (result.error == LightsError::invalidData)
             reportUnusableAnswer(result);
         // A bridge that stopped answering may answer elsewhere or otherwise (plain HTTP only, say): the next
         // tick asks it who it is before it is read again.
-        if (result.error == BridgeError::connectionFailed) {
+        if (result.error == LightsError::connectionFailed) {
             m_reached = false;
             m_mustAsk = true;
             m_settings.setBridgeReach(result.refusal.isEmpty() ? Reach::notAnswering : Reach::refused);

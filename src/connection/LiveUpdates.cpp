@@ -111,14 +111,15 @@ void LiveUpdates::noteQueuedChanges()
     const QDateTime now = m_now();
     for (const ActionQueueItem& item : m_settings.actionQueue()) {
         // Scenes and schedules change what no event of a single lamp or room can be held against.
-        if (!item.is_light_update && !item.is_group_update)
+        const bool group = item.target == ActionQueueItem::Target::group;
+        if (!group && item.target != ActionQueueItem::Target::light)
             continue;
         const int fields = fieldsWritten(item.body);
-        if (item.is_group_update && item.item_id == allLamps && (fields & on))
+        if (group && item.item_id == allLamps && (fields & on))
             m_everythingSwitchedAt = now;
         for (Field field : {on, brightness, colour, whiteTone}) {
             if (fields & field)
-                m_ownChanges.insert(changeKey(item.is_group_update, item.item_id, field), now);
+                m_ownChanges.insert(changeKey(group, item.item_id, field), now);
         }
     }
 }

@@ -1,6 +1,6 @@
 #include "hotkeys/HotkeyActions.h"
 
-#include "bridge/HueHelper.h"
+#include "bridge/BridgeCommands.h"
 #include "hotkeys/GlobalHotkeys.h"
 #include "hotkeys/HotkeyNames.h"
 #include "state/AppSettings.h"
@@ -31,8 +31,8 @@ constexpr ActionWord actionWords[] = {
 
 } // namespace
 
-HotkeyActions::HotkeyActions(AppSettings& settings, HueHelper& helper, QObject* parent)
-    : QObject(parent), m_settings(settings), m_helper(helper)
+HotkeyActions::HotkeyActions(AppSettings& settings, BridgeCommands& commands, QObject* parent)
+    : QObject(parent), m_settings(settings), m_commands(commands)
 {}
 
 QList<GroupActionOption> HotkeyActions::options(const QList<HueGroup>& rooms)
@@ -157,7 +157,7 @@ void HotkeyActions::runCustomGroupAction(int slot)
                 return;
             current[i].is_on = action.kind == Kind::on;
             m_settings.setGroups(current);
-            m_helper.setGroupOn(current.at(i), action.kind == Kind::on);
+            m_commands.setGroupOn(current.at(i), action.kind == Kind::on);
             break;
         }
         case Kind::brighter:
@@ -228,29 +228,29 @@ std::function<bool(const HueGroup&)> HotkeyActions::dimmable() const
 
 void HotkeyActions::switchOn(const HueGroup& room)
 {
-    m_helper.setGroupOn(room, true);
+    m_commands.setGroupOn(room, true);
 }
 
 void HotkeyActions::switchOff(const HueGroup& room)
 {
-    m_helper.setGroupOn(room, false);
+    m_commands.setGroupOn(room, false);
 }
 
 void HotkeyActions::brighten(const HueGroup& room)
 {
     if (const std::optional<qint64> delta = step(false))
-        m_helper.increaseGroupBrightness(room, *delta);
+        m_commands.increaseGroupBrightness(room, *delta);
 }
 
 void HotkeyActions::darken(const HueGroup& room)
 {
     if (const std::optional<qint64> delta = step(true))
-        m_helper.increaseGroupBrightness(room, *delta);
+        m_commands.increaseGroupBrightness(room, *delta);
 }
 
 void HotkeyActions::sendColor(const HueGroup& room)
 {
-    m_helper.setGroupHue(room, room.hue);
+    m_commands.setGroupHue(room, room.hue);
 }
 
 std::optional<qint64> HotkeyActions::step(bool darker) const

@@ -11,7 +11,7 @@
 
 class AppSettings;
 class GlobalHotkeys;
-class HueHelper;
+class BridgeCommands;
 
 /// One choice for a custom shortcut: the value stored for it and what the picker shows.
 struct GroupActionOption
@@ -41,7 +41,7 @@ struct GroupHotkeyAction
 };
 
 /// What the twelve global shortcuts do: seven act on every room at once, five each do one chosen thing to one
-/// room. Every change shows at once in the shared state and goes to the bridge through HueHelper and its
+/// room. Every change shows at once in the shared state and goes to the bridge through BridgeCommands and its
 /// queue, like every other change. Lives on the main thread.
 class HotkeyActions final : public QObject
 {
@@ -58,7 +58,7 @@ public:
     static constexpr qint64 blueHue = 47058;
     static constexpr qint64 whiteHue = 43413;
 
-    HotkeyActions(AppSettings& settings, HueHelper& helper, QObject* parent = nullptr);
+    HotkeyActions(AppSettings& settings, BridgeCommands& commands, QObject* parent = nullptr);
 
     /// The choices for a custom slot: "(No Action)", then for each room, in the list's order, on, off,
     /// brighter and darker.
@@ -113,5 +113,5 @@ private:
     std::optional<qint64> step(bool darker) const;
 
     AppSettings& m_settings;
-    HueHelper& m_helper;
+    BridgeCommands& m_commands;
 };

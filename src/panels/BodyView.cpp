@@ -27,8 +27,8 @@ QString linkedText(const QString& text)
 
 } // namespace
 
-BodyView::BodyView(AppSettings& settings, HueHelper& helper, QWidget* parent)
-    : QStackedWidget(parent), m_settings(settings), m_helper(helper),
+BodyView::BodyView(AppSettings& settings, BridgeCommands& commands, QWidget* parent)
+    : QStackedWidget(parent), m_settings(settings), m_commands(commands),
       m_noLights(emptyState(QStringLiteral("NoLights"))), m_noGroups(emptyState(QStringLiteral("NoGroups"))),
       m_noScenes(emptyState(QStringLiteral("NoScenes")))
 {
@@ -150,7 +150,7 @@ void BodyView::onContentChanged()
             page = m_noGroups;
         } else {
             if (!m_groups)
-                addWidget(m_groups = new ListGroups(m_settings, m_helper, this));
+                addWidget(m_groups = new ListGroups(m_settings, m_commands, this));
             page = m_groups;
         }
         break;
@@ -159,7 +159,7 @@ void BodyView::onContentChanged()
             page = m_noScenes;
         } else {
             if (!m_scenes)
-                addWidget(m_scenes = new ListScenes(m_settings, m_helper, this));
+                addWidget(m_scenes = new ListScenes(m_settings, m_commands, this));
             page = m_scenes;
         }
         break;
@@ -169,7 +169,7 @@ void BodyView::onContentChanged()
             page = m_noLights;
         } else {
             if (!m_lights)
-                addWidget(m_lights = new ListLights(m_settings, m_helper, this));
+                addWidget(m_lights = new ListLights(m_settings, m_commands, this));
             page = m_lights;
         }
         break;

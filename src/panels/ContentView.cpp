@@ -38,10 +38,11 @@ protected:
 
 } // namespace
 
-ContentView::ContentView(AppSettings& settings, HueHelper& helper, const ProductLinks& links, QWidget* parent)
+ContentView::ContentView(AppSettings& settings, BridgeCommands& commands, const ProductLinks& links,
+                         QWidget* parent)
     : QWidget(parent), m_settings(settings), m_welcomeTitle(new WelcomeTitlebarView(this)),
       m_regularTitle(new RegularTitlebarView(settings, links, this)), m_tabs(new PanelTabs(settings, this)),
-      m_banner(new ConnectionBanner(settings, this)), m_body(new BodyView(settings, helper, this))
+      m_banner(new ConnectionBanner(settings, this)), m_body(new BodyView(settings, commands, this))
 {
     PanelAccessibility::install();
     setMinimumSize(contentWidth, minimumHeight);

@@ -1,13 +1,13 @@
 #include "panels/GroupRow.h"
 
-#include "bridge/HueHelper.h"
+#include "bridge/BridgeCommands.h"
 #include "panels/RowValues.h"
 #include "state/AppSettings.h"
 
 #include <algorithm>
 
-GroupRow::GroupRow(AppSettings& settings, HueHelper& helper, const HueGroup& group, QWidget* parent)
-    : ControlRow(parent), m_settings(settings), m_helper(helper), m_groupId(group.group_id)
+GroupRow::GroupRow(AppSettings& settings, BridgeCommands& commands, const HueGroup& group, QWidget* parent)
+    : ControlRow(parent), m_settings(settings), m_commands(commands), m_groupId(group.group_id)
 {
     setGroup(group);
 }
@@ -65,7 +65,7 @@ std::optional<HueGroup> GroupRow::write(const std::function<void(HueGroup&)>& ch
 void GroupRow::switchTo(bool on)
 {
     if (const auto group = write([on](HueGroup& g) { g.is_on = on; }))
-        m_helper.setGroupOn(*group, on);
+        m_commands.setGroupOn(*group, on);
 }
 
 void GroupRow::brightnessTo(float sliderValue)
@@ -77,7 +77,7 @@ void GroupRow::brightnessTo(float sliderValue)
     });
     // The command switches the room off again at the lowest brightnesses.
     if (group)
-        m_helper.setGroupBrightness(*group, brightness);
+        m_commands.setGroupBrightness(*group, brightness);
 }
 
 void GroupRow::colorAt(double hueFraction, double saturationFraction)
@@ -90,7 +90,7 @@ void GroupRow::colorAt(double hueFraction, double saturationFraction)
         g.is_on = true;
     });
     if (group)
-        m_helper.setGroupHue(*group, hue);
+        m_commands.setGroupHue(*group, hue);
 }
 
 void GroupRow::temperatureAt(double warmth)
@@ -102,5 +102,5 @@ void GroupRow::temperatureAt(double warmth)
         g.is_on = true;
     });
     if (group)
-        m_helper.setGroupColorTemperature(*group, mired);
+        m_commands.setGroupColorTemperature(*group, mired);
 }

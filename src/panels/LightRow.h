@@ -7,7 +7,7 @@
 #include <optional>
 
 class AppSettings;
-class HueHelper;
+class BridgeCommands;
 
 /// One light in the lights panel: switch, brightness, and the colour field and white-tone bar the lamp
 /// supports. Every change first writes the light's record in `AppSettings`, then queues the command.
@@ -17,7 +17,8 @@ class LightRow final : public ControlRow
     Q_DISABLE_COPY_MOVE(LightRow)
 
 public:
-    LightRow(AppSettings& settings, HueHelper& helper, const HueLight& light, QWidget* parent = nullptr);
+    LightRow(AppSettings& settings, BridgeCommands& commands, const HueLight& light,
+             QWidget* parent = nullptr);
 
     QString lampId() const { return m_lampId; }
     /// Shows a newer record of the same light, keeping a drag in progress.
@@ -33,6 +34,6 @@ private:
     std::optional<HueLight> write(const std::function<void(HueLight&)>& change);
 
     AppSettings& m_settings;
-    HueHelper& m_helper;
+    BridgeCommands& m_commands;
     QString m_lampId;
 };

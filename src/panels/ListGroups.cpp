@@ -13,8 +13,8 @@ constexpr int padding = 10;
 constexpr int rowSpacing = 8;
 } // namespace
 
-ListGroups::ListGroups(AppSettings& settings, HueHelper& helper, QWidget* parent)
-    : ScrollColumn(padding, rowSpacing, parent), m_settings(settings), m_helper(helper)
+ListGroups::ListGroups(AppSettings& settings, BridgeCommands& commands, QWidget* parent)
+    : ScrollColumn(padding, rowSpacing, parent), m_settings(settings), m_commands(commands)
 {
     connect(&m_settings, &AppSettings::groupsChanged, this, &ListGroups::onGroupsChanged);
     connect(&m_settings, &AppSettings::lightsChanged, this, &ListGroups::onGroupsChanged);
@@ -60,7 +60,7 @@ void ListGroups::onGroupsChanged()
         seen.insert(group.group_id);
         GroupRow* row = previous.take(group.group_id);
         if (row == nullptr) {
-            row = new GroupRow(m_settings, m_helper, group, content());
+            row = new GroupRow(m_settings, m_commands, group, content());
             row->setBridgeReachable(reachable);
         } else {
             row->setGroup(group, lamps);

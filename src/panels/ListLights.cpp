@@ -12,8 +12,8 @@ constexpr int padding = 10;
 constexpr int rowSpacing = 8;
 } // namespace
 
-ListLights::ListLights(AppSettings& settings, HueHelper& helper, QWidget* parent)
-    : ScrollColumn(padding, rowSpacing, parent), m_settings(settings), m_helper(helper)
+ListLights::ListLights(AppSettings& settings, BridgeCommands& commands, QWidget* parent)
+    : ScrollColumn(padding, rowSpacing, parent), m_settings(settings), m_commands(commands)
 {
     connect(&m_settings, &AppSettings::lightsChanged, this, &ListLights::onLightsChanged);
     connect(&m_settings, &AppSettings::bridgeConnectedChanged, this, &ListLights::onBridgeConnectedChanged);
@@ -60,7 +60,7 @@ void ListLights::onLightsChanged()
     for (const HueLight& light : shownLights()) {
         LightRow* row = previous.take(light.lamp_id);
         if (row == nullptr) {
-            row = new LightRow(m_settings, m_helper, light, content());
+            row = new LightRow(m_settings, m_commands, light, content());
             row->setBridgeReachable(reachable);
         } else {
             row->setLight(light);

@@ -1,6 +1,6 @@
 #include "panels/ListScenes.h"
 
-#include "bridge/HueHelper.h"
+#include "bridge/BridgeCommands.h"
 #include "model/SceneRooms.h"
 #include "panels/ElidedLabel.h"
 #include "panels/SceneButton.h"
@@ -30,8 +30,8 @@ public:
     using ScrollColumn::content;
 };
 
-ListScenes::ListScenes(AppSettings& settings, HueHelper& helper, QWidget* parent)
-    : QWidget(parent), m_settings(settings), m_helper(helper)
+ListScenes::ListScenes(AppSettings& settings, BridgeCommands& commands, QWidget* parent)
+    : QWidget(parent), m_settings(settings), m_commands(commands)
 {
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(padding, padding, padding, 0);
@@ -199,5 +199,5 @@ void ListScenes::onBridgeConnectedChanged()
 void ListScenes::onScenePressed(const QString& sceneId)
 {
     // Recalled from the main queue, after the click has been handled, like every other command.
-    QTimer::singleShot(0, this, [this, sceneId] { m_helper.recallScene(sceneId); });
+    QTimer::singleShot(0, this, [this, sceneId] { m_commands.recallScene(sceneId); });
 }

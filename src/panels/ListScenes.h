@@ -4,7 +4,7 @@
 #include <QWidget>
 
 class AppSettings;
-class HueHelper;
+class BridgeCommands;
 class QLabel;
 class QLineEdit;
 class SceneButton;
@@ -24,7 +24,7 @@ class ListScenes final : public QWidget
 public:
     static constexpr int filterThreshold = 20;
 
-    ListScenes(AppSettings& settings, HueHelper& helper, QWidget* parent = nullptr);
+    ListScenes(AppSettings& settings, BridgeCommands& commands, QWidget* parent = nullptr);
 
     /// The buttons, top to bottom, including those the filter hides.
     QList<SceneButton*> sceneButtons() const;
@@ -47,7 +47,7 @@ private:
     void applyFilter();
 
     AppSettings& m_settings;
-    HueHelper& m_helper;
+    BridgeCommands& m_commands;
     QLineEdit* m_filter;
     SceneColumn* m_column;
     QLabel* m_noMatch;   ///< the last row while the filter hides every scene

@@ -59,8 +59,7 @@ ActionQueueItem TestActionQueue::item(const QString& id, const QString& property
     const bool step = property == ActionQueue::brightnessIncrease;
     change.body = QString::fromLatin1(step ? R"({"bri_inc":%1})" : R"({"bri":%1})").arg(value).toUtf8();
     change.issued_at = QDateTime::currentDateTime();
-    change.is_light_update = light;
-    change.is_group_update = !light;
+    change.target = light ? ActionQueueItem::Target::light : ActionQueueItem::Target::group;
     change.item_id = id;
     change.property = property;
     return change;
@@ -113,8 +112,8 @@ void TestActionQueue::mergesRepeatedChanges()
     const auto left = [this] {
         QStringList items;
         for (const ActionQueueItem& entry : m_bench->settings().actionQueue())
-            items << (entry.is_light_update ? u"light "_qs : u"group "_qs) + entry.property + u' ' +
-                         QString::fromUtf8(entry.body).section(u':', 1).chopped(1);
+            items << (entry.target == ActionQueueItem::Target::light ? u"light "_qs : u"group "_qs) +
+                         entry.property + u' ' + QString::fromUtf8(entry.body).section(u':', 1).chopped(1);
         return items;
     };
     QTRY_COMPARE(left(), queued);

@@ -2,9 +2,9 @@
 #include "FakeLocalNetwork.h"
 #include "TestSupport.h"
 #include "bridge/ActionQueue.h"
+#include "bridge/BridgeCommands.h"
 #include "bridge/BridgeNetwork.h"
 #include "bridge/HttpExchange.h"
-#include "bridge/HueHelper.h"
 #include "connection/BridgeConnection.h"
 #include "connection/BridgeDiscovery.h"
 #include "connection/BridgePairing.h"
@@ -434,8 +434,8 @@ void TestBridgeTrust::anOlderSettingsFileLearnsTheIdBeforeTheKeyGoes()
 
     // A hot key pressed at once, before the connection has asked the bridge who it is.
     ActionQueue queue(settings(), *m_network);
-    HueHelper helper(settings(), queue);
-    helper.switchEverythingOff();
+    BridgeCommands commands(settings(), queue);
+    commands.switchEverythingOff();
     m_connection->connectToBridge();
     if (certificate == Kind::Signed) {
         // Held, not lost: it goes once the id is learnt, and the log says where it was learnt.

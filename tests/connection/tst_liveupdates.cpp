@@ -226,8 +226,8 @@ void TestLiveUpdates::anEventDoesNotUndoWhatTheUsersChangeWrites()
         settings().updateLight(watched.section(u'/', 1), [&](HueLight& l) { show(l); });
     settings().setLastUserActionAt(QDateTime::currentDateTime());
     ActionQueueItem item;
-    item.is_light_update = target.startsWith(u"lights/");
-    item.is_group_update = !item.is_light_update;
+    item.target =
+        target.startsWith(u"lights/") ? ActionQueueItem::Target::light : ActionQueueItem::Target::group;
     item.item_id = target.section(u'/', 1);
     item.property = property;
     item.body = body;

@@ -3,7 +3,7 @@
 #include "bridge/BridgeNetwork.h"
 
 #include "bridge/ActionQueue.h"
-#include "bridge/HueHelper.h"
+#include "bridge/BridgeCommands.h"
 #include "panels/BodyView.h"
 #include "panels/ConnectionBanner.h"
 #include "panels/ContentView.h"
@@ -66,7 +66,7 @@ private:
         TestSettings files;
         BridgeNetwork network;
         ActionQueue queue{files.settings(), network};
-        HueHelper helper{files.settings(), queue};
+        BridgeCommands commands{files.settings(), queue};
         UrlCatcher browser;
     };
     std::unique_ptr<Rig> m_rig;
@@ -96,7 +96,7 @@ void TestContentView::cleanup()
 void TestContentView::build(const ProductLinks& links)
 {
     m_view.reset();
-    m_view = std::make_unique<ContentView>(settings(), m_rig->helper, links);
+    m_view = std::make_unique<ContentView>(settings(), m_rig->commands, links);
     m_view->resize(ContentView::contentWidth, 320);
     m_view->show();
     QVERIFY(QTest::qWaitForWindowExposed(m_view.get()));
@@ -113,8 +113,6 @@ HueLight TestContentView::light(const QString& id)
     HueLight lamp;
     lamp.lamp_id = id;
     lamp.name = QStringLiteral("Lamp ") + id;
-    lamp.hue_ip = QStringLiteral("127.0.0.1:9");
-    lamp.hue_key = QStringLiteral("key");
     return lamp;
 }
 

@@ -55,7 +55,7 @@ void TestGroupRow::cleanup()
 GroupRow* TestGroupRow::showRoom(const QStringList& members)
 {
     m_bench->settings().setGroups({m_bench->room(m_groupId, members)});
-    m_list = std::make_unique<ListGroups>(m_bench->settings(), m_bench->helper());
+    m_list = std::make_unique<ListGroups>(m_bench->settings(), m_bench->commands());
     m_list->resize(260, 300);
     m_list->show();
     if (!QTest::qWaitForWindowExposed(m_list.get()) || m_list->groupRows().size() != 1)
@@ -185,7 +185,7 @@ void TestGroupRow::zonesFollowTheRoomsUnderTheirHeading()
     downstairs.type = u"Zone"_qs;
     m_bench->settings().setGroups(
         {downstairs, m_bench->room(u"1"_qs, {u"1"_qs}), m_bench->room(u"2"_qs, {u"2"_qs})});
-    m_list = std::make_unique<ListGroups>(m_bench->settings(), m_bench->helper());
+    m_list = std::make_unique<ListGroups>(m_bench->settings(), m_bench->commands());
     m_list->show();
     QVERIFY(QTest::qWaitForWindowExposed(m_list.get()));
 

@@ -55,7 +55,7 @@ void TestLightRow::makeRow(bool color, bool ambient)
 {
     const HueLight light = m_bench->light(m_id, color, ambient);
     m_bench->settings().setLights({light});
-    m_row = std::make_unique<LightRow>(m_bench->settings(), m_bench->helper(), light);
+    m_row = std::make_unique<LightRow>(m_bench->settings(), m_bench->commands(), light);
     m_row->setFixedWidth(240);
     m_row->show();
     QVERIFY(QTest::qWaitForWindowExposed(m_row.get()));

@@ -37,7 +37,7 @@ void TestListLights::init()
     for (const QString& id : std::as_const(m_ids))
         lights.append(m_bench->light(id, true, true));
     m_bench->settings().setLights(lights);
-    m_list = std::make_unique<ListLights>(m_bench->settings(), m_bench->helper());
+    m_list = std::make_unique<ListLights>(m_bench->settings(), m_bench->commands());
     m_list->resize(260, 400);
     m_list->show();
     QVERIFY(QTest::qWaitForWindowExposed(m_list.get()));

@@ -84,7 +84,7 @@ QStringList TestListScenes::shownRows() const
 void TestListScenes::showList(const QList<HueScene>& scenes)
 {
     m_bench->settings().setScenes(scenes);
-    m_list = std::make_unique<ListScenes>(m_bench->settings(), m_bench->helper());
+    m_list = std::make_unique<ListScenes>(m_bench->settings(), m_bench->commands());
     m_list->resize(220, 300);
     m_list->show();
     QVERIFY(QTest::qWaitForWindowExposed(m_list.get()));

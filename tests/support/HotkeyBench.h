@@ -3,8 +3,8 @@
 #include "FakeHotkeyBackend.h"
 #include "TestSupport.h"
 #include "bridge/ActionQueue.h"
+#include "bridge/BridgeCommands.h"
 #include "bridge/BridgeNetwork.h"
-#include "bridge/HueHelper.h"
 #include "hotkeys/GlobalHotkeys.h"
 #include "hotkeys/HotkeyActions.h"
 
@@ -19,8 +19,8 @@ class HotkeyBench final
 {
 public:
     explicit HotkeyBench(std::unique_ptr<HotkeyBackend> backend = std::make_unique<FakeHotkeyBackend>())
-        : m_queue(m_state.settings(), m_network), m_helper(m_state.settings(), m_queue),
-          m_actions(m_state.settings(), m_helper), m_backend(std::move(backend)),
+        : m_queue(m_state.settings(), m_network), m_commands(m_state.settings(), m_queue),
+          m_actions(m_state.settings(), m_commands), m_backend(std::move(backend)),
           m_hotkeys(m_state.store(), *m_backend)
     {
         QObject::connect(&m_queue, &ActionQueue::sent,
@@ -45,9 +45,7 @@ public:
                           .name = names.value(i, QStringLiteral("Room ") + ids.at(i)),
                           .brightness = 100,
                           .saturation = 10,
-                          .hue = 500,
-                          .hue_ip = settings().bridgeEndpoint(),
-                          .hue_key = settings().hueKey()});
+                          .hue = 500});
         settings().setGroups(rooms);
     }
 
@@ -73,7 +71,7 @@ private:
     TestSettings m_state;
     BridgeNetwork m_network;
     ActionQueue m_queue;
-    HueHelper m_helper;
+    BridgeCommands m_commands;
     HotkeyActions m_actions;
     std::unique_ptr<HotkeyBackend> m_backend;
     GlobalHotkeys m_hotkeys;

@@ -363,7 +363,7 @@ void CtlConnectionCommands::onStatusProbe(const ProbeResult& result, const QStri
         printField(QStringLiteral("Bridge"), QStringLiteral("answers; no key yet: run glowdeckctl pair"));
         return finish(exitDone);
     }
-    HueCommunicationLights{.bridgeIP = contact.endpoint, .apiKey = key, .identity = contact.identity()}.fetch(
+    LightsRead{.endpoint = contact.endpoint, .key = key, .identity = contact.identity()}.fetch(
         *m_network,
         [this, contact, key](const LightsResult& result) { onStatusLights(result, contact, key); });
 }
@@ -371,7 +371,7 @@ void CtlConnectionCommands::onStatusProbe(const ProbeResult& result, const QStri
 void CtlConnectionCommands::onStatusLights(const LightsResult& result, const BridgeContact& contact,
                                            const QString& key)
 {
-    if (result.ok() || result.error == BridgeError::noDevices) {
+    if (result.ok() || result.error == LightsError::noDevices) {
         printField(
             QStringLiteral("Bridge"),
             QStringLiteral("answers (%1)").arg(Ctl::counted(result.records.size(), QStringLiteral("light"))));
@@ -381,7 +381,7 @@ void CtlConnectionCommands::onStatusLights(const LightsResult& result, const Bri
     if (result.timedOut)
         state = QStringLiteral("answers too slowly: gave up on its lamps after %1 s")
                     .arg(fetchDeadline.count() / 1000);
-    else if (result.error == BridgeError::connectionFailed)
+    else if (result.error == LightsError::connectionFailed)
         state = QStringLiteral("does not answer");
     else if (result.bridgeErrors.isEmpty() && !result.message.isEmpty())
         state = QStringLiteral("answers, but its lamps cannot be read");

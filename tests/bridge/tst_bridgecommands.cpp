@@ -1,6 +1,6 @@
 #include "BridgeBench.h"
 #include "bridge/ActionQueue.h"
-#include "bridge/HueHelper.h"
+#include "bridge/BridgeCommands.h"
 #include "bridge/SwitchOffTimer.h"
 
 #include <QJsonDocument>
@@ -10,7 +10,7 @@
 
 #include <memory>
 
-class TestHueHelper final : public QObject
+class TestBridgeCommands final : public QObject
 {
     Q_OBJECT
 
@@ -39,43 +39,33 @@ private:
 
     std::unique_ptr<BridgeBench> m_bench;
     std::unique_ptr<ActionQueue> m_queue;
-    std::unique_ptr<HueHelper> m_helper;
+    std::unique_ptr<BridgeCommands> m_commands;
     HueLight m_light;
     HueGroup m_room;
 };
 
-void TestHueHelper::init()
+void TestBridgeCommands::init()
 {
     m_bench = std::make_unique<BridgeBench>();
     QVERIFY(m_bench->start());
     m_queue = std::make_unique<ActionQueue>(m_bench->settings(), m_bench->network());
-    m_helper = std::make_unique<HueHelper>(m_bench->settings(), *m_queue);
+    m_commands = std::make_unique<BridgeCommands>(m_bench->settings(), *m_queue);
 
     AppSettings& settings = m_bench->settings();
-    m_light = {.lamp_id = QStringLiteral("3"),
-               .is_on = true,
-               .brightness = 100,
-               .saturation = 140,
-               .hue_ip = settings.bridgeEndpoint(),
-               .hue_key = settings.hueKey()};
-    m_room = {.group_id = QStringLiteral("2"),
-              .is_on = true,
-              .brightness = 100,
-              .saturation = 77,
-              .hue_ip = settings.bridgeEndpoint(),
-              .hue_key = settings.hueKey()};
+    m_light = {.lamp_id = QStringLiteral("3"), .is_on = true, .brightness = 100, .saturation = 140};
+    m_room = {.group_id = QStringLiteral("2"), .is_on = true, .brightness = 100, .saturation = 77};
     settings.setLights({m_light});
     settings.setGroups({m_room});
 }
 
-void TestHueHelper::cleanup()
+void TestBridgeCommands::cleanup()
 {
-    m_helper.reset();
+    m_commands.reset();
     m_queue.reset();
     m_bench.reset();
 }
 
-ActionQueueItem TestHueHelper::queued()
+ActionQueueItem TestBridgeCommands::queued()
 {
     // Insertion runs after the current event; an empty item makes the caller's comparisons fail.
     (void)QTest::qWaitFor([this] { return !m_bench->settings().actionQueue().isEmpty(); }, 1000);
@@ -83,63 +73,68 @@ ActionQueueItem TestHueHelper::queued()
     return queue.size() == 1 ? queue.first() : ActionQueueItem{};
 }
 
-void TestHueHelper::buildsTheRightRequest_data()
+void TestBridgeCommands::buildsTheRightRequest_data()
 {
-    QTest::addColumn<std::function<void(HueHelper&, HueLight, HueGroup)>>("command");
+    QTest::addColumn<std::function<void(BridgeCommands&, HueLight, HueGroup)>>("command");
     QTest::addColumn<QString>("target");
     QTest::addColumn<QByteArray>("body");
     QTest::addColumn<QString>("property"); // "light:" or "group:" or "" before the property
 
-    using Command = std::function<void(HueHelper&, HueLight, HueGroup)>;
-    QTest::newRow("light on") << Command([](HueHelper& h, HueLight l, HueGroup) { h.setLightOn(l, false); })
+    using Command = std::function<void(BridgeCommands&, HueLight, HueGroup)>;
+    QTest::newRow("light on") << Command(
+                                     [](BridgeCommands& h, HueLight l, HueGroup) { h.setLightOn(l, false); })
                               << "lights/3/state" << QByteArray(R"({"on":false})") << "light:on";
     QTest::newRow("light hue keeps the record's saturation")
-        << Command([](HueHelper& h, HueLight l, HueGroup) { h.setLightHue(l, 65535); }) << "lights/3/state"
-        << QByteArray(R"({"hue":65535,"sat":140,"on":true,"transitiontime":2})") << "light:hue";
+        << Command([](BridgeCommands& h, HueLight l, HueGroup) { h.setLightHue(l, 65535); })
+        << "lights/3/state" << QByteArray(R"({"hue":65535,"sat":140,"on":true,"transitiontime":2})")
+        << "light:hue";
     QTest::newRow("light colour temperature")
-        << Command([](HueHelper& h, HueLight l, HueGroup) { h.setLightColorTemperature(l, 366); })
+        << Command([](BridgeCommands& h, HueLight l, HueGroup) { h.setLightColorTemperature(l, 366); })
         << "lights/3/state" << QByteArray(R"({"ct":366,"on":true,"transitiontime":2})") << "light:ct";
-    QTest::newRow("room on") << Command([](HueHelper& h, HueLight, HueGroup g) { h.setGroupOn(g, true); })
+    QTest::newRow("room on") << Command(
+                                    [](BridgeCommands& h, HueLight, HueGroup g) { h.setGroupOn(g, true); })
                              << "groups/2/action" << QByteArray(R"({"on":true})") << "group:on";
-    QTest::newRow("room brightness") << Command([](HueHelper& h, HueLight, HueGroup g) {
+    QTest::newRow("room brightness") << Command([](BridgeCommands& h, HueLight, HueGroup g) {
         h.setGroupBrightness(g, 255);
     }) << "groups/2/action" << QByteArray(R"({"bri":255,"on":true,"transitiontime":2})")
                                      << "group:brightness";
-    QTest::newRow("room hue") << Command([](HueHelper& h, HueLight, HueGroup g) { h.setGroupHue(g, 0); })
+    QTest::newRow("room hue") << Command([](BridgeCommands& h, HueLight, HueGroup g) { h.setGroupHue(g, 0); })
                               << "groups/2/action"
                               << QByteArray(R"({"hue":0,"sat":77,"on":true,"transitiontime":2})")
                               << "group:hue";
     QTest::newRow("room colour temperature")
-        << Command([](HueHelper& h, HueLight, HueGroup g) { h.setGroupColorTemperature(g, 153); })
+        << Command([](BridgeCommands& h, HueLight, HueGroup g) { h.setGroupColorTemperature(g, 153); })
         << "groups/2/action" << QByteArray(R"({"ct":153,"on":true,"transitiontime":2})") << "group:ct";
-    QTest::newRow("room increase") << Command([](HueHelper& h, HueLight, HueGroup g) {
+    QTest::newRow("room increase") << Command([](BridgeCommands& h, HueLight, HueGroup g) {
         h.increaseGroupBrightness(g, -50);
     }) << "groups/2/action" << QByteArray(R"({"bri_inc":-50,"transitiontime":1,"on":true})")
                                    << "group:brightness_increase";
     QTest::newRow("scene recall goes through group 0")
-        << Command([](HueHelper& h, HueLight, HueGroup) { h.recallScene(QStringLiteral("Abc-123")); })
+        << Command([](BridgeCommands& h, HueLight, HueGroup) { h.recallScene(QStringLiteral("Abc-123")); })
         << "groups/0/action" << QByteArray(R"({"scene":"Abc-123"})") << ":scene";
     QTest::newRow("everything off in one request to group 0")
-        << Command([](HueHelper& h, HueLight, HueGroup) { h.switchEverythingOff(); }) << "groups/0/action"
-        << QByteArray(R"({"on":false})") << "all:on";
+        << Command([](BridgeCommands& h, HueLight, HueGroup) { h.switchEverythingOff(); })
+        << "groups/0/action" << QByteArray(R"({"on":false})") << "all:on";
 }
 
-void TestHueHelper::buildsTheRightRequest()
+void TestBridgeCommands::buildsTheRightRequest()
 {
-    QFETCH(std::function<void(HueHelper&, HueLight, HueGroup)>, command);
+    QFETCH(std::function<void(BridgeCommands&, HueLight, HueGroup)>, command);
     QFETCH(QString, target);
     QFETCH(QByteArray, body);
     QFETCH(QString, property);
 
-    command(*m_helper, m_light, m_room);
+    command(*m_commands, m_light, m_room);
     const ActionQueueItem item = queued();
     const AppSettings& settings = m_bench->settings();
     QCOMPARE(item.url.toString(),
              settings.bridgeEndpoint() + QStringLiteral("/api/%1/").arg(settings.hueKey()) + target);
     QCOMPARE(item.body, body);
     const QString kind = property.section(u':', 0, 0);
-    QCOMPARE(item.is_light_update, kind == u"light");
-    QCOMPARE(item.is_group_update, kind == u"group" || kind == u"all");
+    using Target = ActionQueueItem::Target;
+    QCOMPARE(item.target, kind == u"light"                     ? Target::light
+                          : kind == u"group" || kind == u"all" ? Target::group
+                                                               : Target::scene);
     QCOMPARE(item.property, property.section(u':', 1));
     QCOMPARE(item.item_id, kind == u"light"   ? u"3"_qs
                            : kind == u"group" ? u"2"_qs
@@ -147,11 +142,11 @@ void TestHueHelper::buildsTheRightRequest()
                                               : u"Abc-123"_qs);
 }
 
-void TestHueHelper::everythingOffShowsEveryLampAndRoomOff()
+void TestBridgeCommands::everythingOffShowsEveryLampAndRoomOff()
 {
     m_room.any_on = true;
     m_bench->settings().setGroups({m_room, m_room});
-    m_helper->switchEverythingOff();
+    m_commands->switchEverythingOff();
     for (const HueLight& light : m_bench->settings().lights())
         QVERIFY(!light.is_on);
     for (const HueGroup& room : m_bench->settings().groups())
@@ -162,7 +157,7 @@ void TestHueHelper::everythingOffShowsEveryLampAndRoomOff()
         QCOMPARE(m_bench->bridge().light(id).value(u"state").toObject().value(u"on"), QJsonValue(false));
 }
 
-void TestHueHelper::switchesOffAtTheBrightnessThreshold_data()
+void TestBridgeCommands::switchesOffAtTheBrightnessThreshold_data()
 {
     QTest::addColumn<qint64>("brightness");
     QTest::addColumn<bool>("on");
@@ -172,21 +167,21 @@ void TestHueHelper::switchesOffAtTheBrightnessThreshold_data()
     QTest::newRow("255") << qint64(255) << true;
 }
 
-void TestHueHelper::switchesOffAtTheBrightnessThreshold()
+void TestBridgeCommands::switchesOffAtTheBrightnessThreshold()
 {
     QFETCH(qint64, brightness);
     QFETCH(bool, on);
     m_bench->settings().updateLight(m_light.lamp_id, [on](HueLight& l) { l.is_on = !on; });
-    m_helper->setLightBrightness(m_light, brightness);
+    m_commands->setLightBrightness(m_light, brightness);
     QCOMPARE(m_bench->settings().lights().first().is_on, on); // shown at once, before the queue runs
     QCOMPARE(QJsonDocument::fromJson(queued().body).object(),
              (QJsonObject{{"bri", brightness}, {"on", on}, {"transitiontime", 2}}));
 
-    m_helper->setGroupBrightness(m_room, brightness);
+    m_commands->setGroupBrightness(m_room, brightness);
     QCOMPARE(m_bench->settings().groups().first().is_on, on);
 }
 
-void TestHueHelper::clampsTheLocalBrightnessOfAnIncrease_data()
+void TestBridgeCommands::clampsTheLocalBrightnessOfAnIncrease_data()
 {
     QTest::addColumn<QString>("groupId");
     QTest::addColumn<qint64>("start");
@@ -201,7 +196,7 @@ void TestHueHelper::clampsTheLocalBrightnessOfAnIncrease_data()
         << "9" << qint64(100) << qint64(-300) << qint64(100) << true;
 }
 
-void TestHueHelper::clampsTheLocalBrightnessOfAnIncrease()
+void TestBridgeCommands::clampsTheLocalBrightnessOfAnIncrease()
 {
     QFETCH(QString, groupId);
     QFETCH(qint64, start);
@@ -212,16 +207,16 @@ void TestHueHelper::clampsTheLocalBrightnessOfAnIncrease()
     m_bench->settings().updateGroup(m_room.group_id, [start](HueGroup& g) { g.brightness = start; });
     HueGroup target = m_room;
     target.group_id = groupId;
-    m_helper->increaseGroupBrightness(target, delta);
+    m_commands->increaseGroupBrightness(target, delta);
     QCOMPARE(m_bench->settings().groups().first().brightness, shown);
     QCOMPARE(QJsonDocument::fromJson(queued().body).object(),
              (QJsonObject{{"bri_inc", delta}, {"transitiontime", 1}, {"on", on}}));
 }
 
-void TestHueHelper::sendsTheSwitchOffSchedule()
+void TestBridgeCommands::sendsTheSwitchOffSchedule()
 {
     const AppSettings& settings = m_bench->settings();
-    m_helper->switchAllOffAfterMinutes(5);
+    m_commands->switchAllOffAfterMinutes(5);
     QTRY_COMPARE(m_bench->bridge().requests().size(), 1);
     const SimulatedRequest request = m_bench->bridge().requests().first();
     QCOMPARE(request.method, QByteArray("POST"));
@@ -236,19 +231,19 @@ void TestHueHelper::sendsTheSwitchOffSchedule()
         {"recycle", true}};
     QCOMPARE(request.body, expected);
 
-    m_helper->switchAllOffAfterMinutes(90); // hours and minutes, as the bridge takes them
+    m_commands->switchAllOffAfterMinutes(90); // hours and minutes, as the bridge takes them
     QTRY_COMPARE(m_bench->bridge().requests().size(), 2);
     QCOMPARE(m_bench->bridge().requests().last().body.value(u"localtime").toString(),
              QStringLiteral("PT01:30:00"));
 }
 
-void TestHueHelper::keepsOneSwitchOffTimerAndCancelsIt()
+void TestBridgeCommands::keepsOneSwitchOffTimerAndCancelsIt()
 {
     BridgeSimulator& bridge = m_bench->bridge();
     // Another program's timer, which is never touched.
     const QString foreign = addForeignTimer(u"Bedtime"_qs, m_bench->key());
 
-    SwitchOffTimer timer(m_bench->settings(), m_bench->network(), *m_queue, *m_helper);
+    SwitchOffTimer timer(m_bench->settings(), m_bench->network(), *m_queue, *m_commands);
     const QDateTime now(QDate(2026, 11, 25), QTime(23, 10));
     timer.setClock([now] { return now; });
     timer.start(5);
@@ -271,7 +266,7 @@ void TestHueHelper::keepsOneSwitchOffTimerAndCancelsIt()
     QTRY_COMPARE(bridge.scheduleIds(), QStringList{foreign});
 }
 
-QString TestHueHelper::addForeignTimer(const QString& name, const QString& key, const QString& status)
+QString TestBridgeCommands::addForeignTimer(const QString& name, const QString& key, const QString& status)
 {
     return m_bench->bridge().addSchedule(
         QJsonObject{{"name", name},
@@ -282,7 +277,7 @@ QString TestHueHelper::addForeignTimer(const QString& name, const QString& key, 
                     {"status", status}});
 }
 
-void TestHueHelper::aSwitchOffTimerSurvivesABusyOrSilentBridge_data()
+void TestBridgeCommands::aSwitchOffTimerSurvivesABusyOrSilentBridge_data()
 {
     // The timer's request meets `fault`, held back `late` ms; the bridge gets `requests`.
     QTest::addColumn<BridgeSimulator::Fault>("fault");
@@ -297,7 +292,7 @@ void TestHueHelper::aSwitchOffTimerSurvivesABusyOrSilentBridge_data()
         << Fault::DripFeed << int(ActionQueue::sendTimeout.count()) + 500 << QStringList{"POST", "GET"};
 }
 
-void TestHueHelper::aSwitchOffTimerSurvivesABusyOrSilentBridge()
+void TestBridgeCommands::aSwitchOffTimerSurvivesABusyOrSilentBridge()
 {
     QFETCH(BridgeSimulator::Fault, fault);
     QFETCH(int, late);
@@ -305,7 +300,7 @@ void TestHueHelper::aSwitchOffTimerSurvivesABusyOrSilentBridge()
     BridgeSimulator& bridge = m_bench->bridge();
     bridge.setFault(fault, 1, "POST");
     bridge.setFaultLatency(late);
-    SwitchOffTimer timer(m_bench->settings(), m_bench->network(), *m_queue, *m_helper);
+    SwitchOffTimer timer(m_bench->settings(), m_bench->network(), *m_queue, *m_commands);
     QSignalSpy drained(m_queue.get(), &ActionQueue::drained);
 
     timer.start(5);
@@ -323,24 +318,24 @@ void TestHueHelper::aSwitchOffTimerSurvivesABusyOrSilentBridge()
     QTRY_VERIFY(bridge.scheduleIds().isEmpty());
 }
 
-void TestHueHelper::findsItsSwitchOffTimerAgainAfterARestart()
+void TestBridgeCommands::findsItsSwitchOffTimerAgainAfterARestart()
 {
     BridgeSimulator& bridge = m_bench->bridge();
     const QString otherKey = bridge.addUser();
     const QStringList foreign{
         addForeignTimer(u"Bedtime"_qs, m_bench->key()),
         // Glowdeck on another computer, paired with a key of its own.
-        addForeignTimer(HueHelper::switchOffScheduleName, otherKey),
+        addForeignTimer(BridgeCommands::switchOffScheduleName, otherKey),
         // Ours, but switched off in another app: it goes off no more.
-        addForeignTimer(HueHelper::switchOffScheduleName, m_bench->key(), u"disabled"_qs)};
+        addForeignTimer(BridgeCommands::switchOffScheduleName, m_bench->key(), u"disabled"_qs)};
     auto before =
-        std::make_unique<SwitchOffTimer>(m_bench->settings(), m_bench->network(), *m_queue, *m_helper);
+        std::make_unique<SwitchOffTimer>(m_bench->settings(), m_bench->network(), *m_queue, *m_commands);
     before->start(30);
     QTRY_COMPARE(bridge.scheduleIds().size(), 4);
     const QString ours = bridge.scheduleIds().last();
     before.reset(); // quit, or a crash
 
-    SwitchOffTimer timer(m_bench->settings(), m_bench->network(), *m_queue, *m_helper);
+    SwitchOffTimer timer(m_bench->settings(), m_bench->network(), *m_queue, *m_commands);
     QSignalSpy changed(&timer, &SwitchOffTimer::changed);
     // An answer that is no list changes nothing, and says so.
     bridge.setFault(BridgeSimulator::Fault::GarbageBody, 1, "GET");
@@ -360,7 +355,7 @@ void TestHueHelper::findsItsSwitchOffTimerAgainAfterARestart()
     QTRY_COMPARE(bridge.scheduleIds(), foreign);
 }
 
-void TestHueHelper::keepsEachIdOnePathSegment_data()
+void TestBridgeCommands::keepsEachIdOnePathSegment_data()
 {
     QTest::addColumn<QString>("id");      // a lamp id as a hostile bridge may send it
     QTest::addColumn<QByteArray>("path"); // as sent after "/api/<key>"; empty: nothing sent
@@ -371,13 +366,13 @@ void TestHueHelper::keepsEachIdOnePathSegment_data()
     QTest::newRow("empty") << "" << QByteArray();
 }
 
-void TestHueHelper::keepsEachIdOnePathSegment()
+void TestBridgeCommands::keepsEachIdOnePathSegment()
 {
     QFETCH(QString, id);
     QFETCH(QByteArray, path);
     HueLight light = m_light;
     light.lamp_id = id;
-    m_helper->setLightOn(light, true);
+    m_commands->setLightOn(light, true);
     if (path.isEmpty()) {
         QTRY_COMPARE(m_bench->settings().log().size(), 1);
         QVERIFY2(m_bench->settings().log().first().contains(QStringLiteral("cannot form a request address")),
@@ -386,8 +381,9 @@ void TestHueHelper::keepsEachIdOnePathSegment()
         return;
     }
     QTRY_COMPARE(m_bench->bridge().requests().size(), 1);
-    QCOMPARE(m_bench->bridge().requests().first().target, "/api/" + m_light.hue_key.toLatin1() + path);
+    QCOMPARE(m_bench->bridge().requests().first().target,
+             "/api/" + m_bench->settings().hueKey().toLatin1() + path);
 }
 
-QTEST_GUILESS_MAIN(TestHueHelper)
-#include "tst_huehelper.moc"
+QTEST_GUILESS_MAIN(TestBridgeCommands)
+#include "tst_bridgecommands.moc"
