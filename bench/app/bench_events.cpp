@@ -7,6 +7,7 @@
 // Usage: bench_events [--simulator PATH] [--lights N] [--changes N]
 
 #include "LargeHome.h"
+#include "bridge/ActionQueue.h"
 #include "bridge/BridgeNetwork.h"
 #include "connection/BridgeConnection.h"
 #include "connection/BridgePairing.h"
@@ -36,8 +37,8 @@ class EventsBench final : public QObject
 public:
     EventsBench(const QString& https, const QString& http, const QString& bridgeId,
                 const QList<QSslCertificate>& roots, int changes)
-        : m_settings(m_store), m_pairing(m_settings, m_network),
-          m_connection(m_settings, m_network, m_pairing),
+        : m_settings(m_store), m_pairing(m_settings, m_network), m_queue(m_settings, m_network),
+          m_connection(m_settings, m_network, m_pairing, m_queue),
           m_control(QStringLiteral("http://") + http + QStringLiteral("/__control/external/lights/")),
           m_changes(changes)
     {
@@ -45,7 +46,7 @@ public:
         m_settings.setHueIP(QStringLiteral("https://") + https);
         m_settings.setBridgeContact(QStringLiteral("https"), bridgeId, {});
         m_settings.setHueKey(benchKey);
-        m_settings.setLastUserActionAt(QDateTime::currentDateTime().addSecs(-3600));
+        m_queue.setLastUserActionAt(QDateTime::currentDateTime().addSecs(-3600));
         connect(&m_settings, &AppSettings::lightsChanged, this, &EventsBench::onLights);
     }
 
@@ -109,6 +110,7 @@ private:
     QNetworkAccessManager m_plain; // the other app's
     AppSettings m_settings;
     BridgePairing m_pairing;
+    ActionQueue m_queue;
     BridgeConnection m_connection;
     const QString m_control;
     const int m_changes;

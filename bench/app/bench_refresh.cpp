@@ -11,6 +11,7 @@
 //   --interval pauses between ticks as the program does (3500), so each tick starts with cold caches.
 
 #include "LargeHome.h"
+#include "bridge/ActionQueue.h"
 #include "bridge/BridgeNetwork.h"
 #include "bridge/ResourceFetch.h"
 #include "connection/BridgeConnection.h"
@@ -59,8 +60,8 @@ public:
           m_store(settingsFile.isEmpty()
                       ? std::unique_ptr<SettingsStore>(std::make_unique<MemorySettingsStore>())
                       : std::make_unique<JsonSettingsStore>(settingsFile)),
-          m_settings(*m_store), m_pairing(m_settings, *m_network),
-          m_connection(m_settings, *m_network, m_pairing), m_ticks(ticks), m_intervalMs(intervalMs)
+          m_settings(*m_store), m_pairing(m_settings, *m_network), m_queue(m_settings, *m_network),
+          m_connection(m_settings, *m_network, m_pairing, m_queue), m_ticks(ticks), m_intervalMs(intervalMs)
     {
         m_network->addTrustRoots(trustRoots);
         m_settings.setHueIP(address);
@@ -70,7 +71,7 @@ public:
         // Minute 1 of the hour: no scene read; the last user action long past: no tick is skipped.
         const QDateTime now(QDate(2026, 1, 5), QTime(12, 1));
         m_connection.setClock([now] { return now; });
-        m_settings.setLastUserActionAt(now.addSecs(-3600));
+        m_queue.setLastUserActionAt(now.addSecs(-3600));
         connect(&m_connection, &BridgeConnection::lightsRefreshed, this, &RefreshBench::onLights);
         connect(&m_connection, &BridgeConnection::groupsRefreshed, this, &RefreshBench::onGroups);
         // A bridge that is never read (refused, or not reached) ends the run instead of hanging it.
@@ -141,6 +142,7 @@ private:
     std::unique_ptr<SettingsStore> m_store;
     AppSettings m_settings;
     BridgePairing m_pairing;
+    ActionQueue m_queue;
     BridgeConnection m_connection;
     const int m_ticks;
     const int m_intervalMs;

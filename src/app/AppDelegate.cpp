@@ -176,7 +176,7 @@ void AppDelegate::start()
     m_commands = std::make_unique<BridgeCommands>(*m_settings, *m_queue);
     m_switchOffTimer = std::make_unique<SwitchOffTimer>(*m_settings, *m_network, *m_queue, *m_commands);
     m_pairing = std::make_unique<BridgePairing>(*m_settings, *m_network);
-    m_connection = std::make_unique<BridgeConnection>(*m_settings, *m_network, *m_pairing);
+    m_connection = std::make_unique<BridgeConnection>(*m_settings, *m_network, *m_pairing, *m_queue);
     m_shell = std::make_unique<ShellRunner>();
     m_discovery = std::make_unique<BridgeDiscovery>(*m_shell, *m_network);
     m_localNetwork = createLocalNetworkBrowser();

@@ -76,7 +76,7 @@ ActionQueue::ActionQueue(AppSettings& settings, QNetworkAccessManager& network, 
 {
     // Changes held for want of the bridge's id go as soon as the connection has learnt it.
     connect(&m_settings, &AppSettings::bridgeContactChanged, this, [this] {
-        if (!m_settings.bridgeID().isEmpty() && !m_settings.actionQueue().isEmpty())
+        if (!m_settings.bridgeID().isEmpty() && !m_pending.isEmpty())
             startProcessor();
     });
 }
@@ -113,11 +113,11 @@ void ActionQueue::stopProcessor()
 
 void ActionQueue::insert(const ActionQueueItem& item)
 {
-    m_settings.setLastUserActionAt(m_now());
+    m_lastUserActionAt = m_now();
 
     // Like with like only: lamp "3" and room "3" are different things on a bridge, so a change replaces an
     // older one only of the same kind of resource, the same id and the same property.
-    QList<ActionQueueItem> queue = m_settings.actionQueue();
+    QList<ActionQueueItem> queue = m_pending;
     ActionQueueItem newest = item;
     queue.removeIf([&newest](const ActionQueueItem& pending) {
         const bool replaced = sameTarget(pending, newest);
@@ -127,7 +127,15 @@ void ActionQueue::insert(const ActionQueueItem& item)
         return replaced;
     });
     queue.append(newest);
-    m_settings.setActionQueue(queue);
+    setPending(queue);
+}
+
+void ActionQueue::setPending(const QList<ActionQueueItem>& pending)
+{
+    if (pending == m_pending)
+        return;
+    m_pending = pending;
+    Q_EMIT pendingChanged();
 }
 
 QByteArray ActionQueue::withIncrementsAdded(const QByteArray& older, const QByteArray& newer)
@@ -146,7 +154,7 @@ QByteArray ActionQueue::withIncrementsAdded(const QByteArray& older, const QByte
 
 void ActionQueue::onTick()
 {
-    QList<ActionQueueItem> queue = m_settings.actionQueue();
+    QList<ActionQueueItem> queue = m_pending;
     if (m_sincePause.isValid() && m_sincePause.elapsed() < m_pause.count())
         return;
     // Every change carries the key, which goes only to a bridge that proves its id: until the connection has
@@ -163,7 +171,7 @@ void ActionQueue::onTick()
     if (next != queue.cend()) {
         const ActionQueueItem item = *next;
         queue.erase(next);
-        m_settings.setActionQueue(queue);
+        setPending(queue);
         if (item.target == ActionQueueItem::Target::group)
             m_sinceGroupSent.start();
         send(item);
@@ -251,7 +259,7 @@ bool ActionQueue::pauseForBudget(const ActionQueueItem& item, quint64 sendNumber
             QStringLiteral("The bridge is busy (HTTP %1): the next changes wait a little").arg(status));
     // The change it turned away goes again after the pause, unless the user changed the same thing since: the
     // answer may come after a newer change was sent and taken, and sending the old one again would undo it.
-    QList<ActionQueueItem> queue = m_settings.actionQueue();
+    QList<ActionQueueItem> queue = m_pending;
     const auto waiting = std::find_if(queue.begin(), queue.end(), [&item](const ActionQueueItem& pending) {
         return covers(pending, item);
     });
@@ -277,13 +285,13 @@ bool ActionQueue::pauseForBudget(const ActionQueueItem& item, quint64 sendNumber
     } else {
         queue.prepend(item);
     }
-    m_settings.setActionQueue(queue);
+    setPending(queue);
     startProcessor();
     return again;
 }
 
 void ActionQueue::reportIfDrained()
 {
-    if (m_inFlight == 0 && !m_processor && m_settings.actionQueue().isEmpty())
+    if (m_inFlight == 0 && !m_processor && m_pending.isEmpty())
         Q_EMIT drained();
 }

@@ -154,6 +154,11 @@ void BridgeCommands::deleteSchedule(const QString& scheduleId)
             unscheduleProperty);
 }
 
+void BridgeCommands::noteUserAction()
+{
+    m_queue.setLastUserActionAt(QDateTime::currentDateTimeUtc());
+}
+
 void BridgeCommands::enqueue(const QUrl& address, QByteArray body, ActionQueueItem::Target target,
                              const QString& itemId, const QString& property)
 {

@@ -56,6 +56,10 @@ public:
     /// Deletes the schedule `scheduleId` from the bridge.
     void deleteSchedule(const QString& scheduleId);
 
+    /// The user touched the window's content: the refresh holds back for a few seconds, so that a list does
+    /// not jump under the cursor.
+    void noteUserAction();
+
 private:
     /// "<endpoint>/api/<key>/<segments...>"; invalid when the contact or a segment cannot form one.
     QUrl address(const QStringList& segments) const;

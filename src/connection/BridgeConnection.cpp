@@ -1,5 +1,6 @@
 #include "connection/BridgeConnection.h"
 
+#include "bridge/ActionQueue.h"
 #include "connection/BridgeDiscovery.h"
 #include "connection/BridgePairing.h"
 #include "connection/BridgeProbe.h"
@@ -12,9 +13,9 @@
 #include <QNetworkReply>
 
 BridgeConnection::BridgeConnection(AppSettings& settings, QNetworkAccessManager& network,
-                                   BridgePairing& pairing, QObject* parent)
-    : QObject(parent), m_settings(settings), m_network(network), m_pairing(pairing),
-      m_live(new LiveUpdates(settings, network, this))
+                                   BridgePairing& pairing, const ActionQueue& queue, QObject* parent)
+    : QObject(parent), m_settings(settings), m_network(network), m_pairing(pairing), m_queue(queue),
+      m_live(new LiveUpdates(settings, network, queue, this))
 {
     // Pairing that succeeds comes back here, now with a key.
     connect(&m_pairing, &BridgePairing::paired, this, &BridgeConnection::connectToBridge);
@@ -150,7 +151,7 @@ void BridgeConnection::ListRead::forget()
 void BridgeConnection::readAfresh(int lists)
 {
     // Like the refresh, no read while the user is still changing things: its answer would undo them.
-    const qint64 sinceUser = m_settings.lastUserActionAt().msecsTo(m_now());
+    const qint64 sinceUser = m_queue.lastUserActionAt().msecsTo(m_now());
     const qint64 quiet = qint64(std::chrono::milliseconds(quietAfterUserAction).count());
     if (!lists)
         return;
@@ -426,7 +427,7 @@ void BridgeConnection::refreshTick()
         return;
     const QDateTime now = m_now();
     // Leave the bridge alone while the user is still changing things, or the refresh would undo them.
-    if (now.msecsTo(m_settings.lastUserActionAt()) >= -qint64(quietAfterUserAction.count()) * 1000)
+    if (now.msecsTo(m_queue.lastUserActionAt()) >= -qint64(quietAfterUserAction.count()) * 1000)
         return;
     if (!m_reached)
         return reach();

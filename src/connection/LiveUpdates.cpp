@@ -1,5 +1,6 @@
 #include "connection/LiveUpdates.h"
 
+#include "bridge/ActionQueue.h"
 #include "connection/BridgeEventStream.h"
 #include "state/AppSettings.h"
 
@@ -26,8 +27,9 @@ constexpr int listIndex(int list)
 
 } // namespace
 
-LiveUpdates::LiveUpdates(AppSettings& settings, QNetworkAccessManager& network, QObject* parent)
-    : QObject(parent), m_settings(settings), m_stream(new BridgeEventStream(network, this)),
+LiveUpdates::LiveUpdates(AppSettings& settings, QNetworkAccessManager& network, const ActionQueue& queue,
+                         QObject* parent)
+    : QObject(parent), m_settings(settings), m_queue(queue), m_stream(new BridgeEventStream(network, this)),
       m_enabled(
           qEnvironmentVariable("GLOWDECK_EVENT_STREAM").compare(QLatin1String("off"), Qt::CaseInsensitive) !=
           0)
@@ -37,7 +39,7 @@ LiveUpdates::LiveUpdates(AppSettings& settings, QNetworkAccessManager& network, 
     connect(&m_relistTimer, &QTimer::timeout, this, &LiveUpdates::onRelistDue);
     connect(&m_shieldTimer, &QTimer::timeout, this, [this] {
         // A read while the user is still at it would bring back what the bridge had before.
-        if (m_settings.lastUserActionAt().msecsTo(m_now()) < qint64(ownChangeShield.count())) {
+        if (m_queue.lastUserActionAt().msecsTo(m_now()) < qint64(ownChangeShield.count())) {
             m_shieldTimer.start(ownChangeShield);
             return;
         }
@@ -64,7 +66,7 @@ LiveUpdates::LiveUpdates(AppSettings& settings, QNetworkAccessManager& network, 
             m_settings.addLogLine(
                 QStringLiteral("No event stream: %1; reading the bridge every 3.5 s").arg(reason));
     });
-    connect(&m_settings, &AppSettings::actionQueueChanged, this, &LiveUpdates::noteQueuedChanges);
+    connect(&m_queue, &ActionQueue::pendingChanged, this, &LiveUpdates::noteQueuedChanges);
 }
 
 LiveUpdates::~LiveUpdates() = default;
@@ -109,7 +111,7 @@ int LiveUpdates::fieldsWritten(const QByteArray& body)
 void LiveUpdates::noteQueuedChanges()
 {
     const QDateTime now = m_now();
-    for (const ActionQueueItem& item : m_settings.actionQueue()) {
+    for (const ActionQueueItem& item : m_queue.pending()) {
         // Scenes and schedules change what no event of a single lamp or room can be held against.
         const bool group = item.target == ActionQueueItem::Target::group;
         if (!group && item.target != ActionQueueItem::Target::light)

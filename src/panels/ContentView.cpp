@@ -1,5 +1,6 @@
 #include "panels/ContentView.h"
 
+#include "bridge/BridgeCommands.h"
 #include "panels/BodyView.h"
 #include "panels/ConnectionBanner.h"
 #include "panels/PanelAccessibility.h"
@@ -40,7 +41,8 @@ protected:
 
 ContentView::ContentView(AppSettings& settings, BridgeCommands& commands, const ProductLinks& links,
                          QWidget* parent)
-    : QWidget(parent), m_settings(settings), m_welcomeTitle(new WelcomeTitlebarView(this)),
+    : QWidget(parent), m_settings(settings), m_commands(commands),
+      m_welcomeTitle(new WelcomeTitlebarView(this)),
       m_regularTitle(new RegularTitlebarView(settings, links, this)), m_tabs(new PanelTabs(settings, this)),
       m_banner(new ConnectionBanner(settings, this)), m_body(new BodyView(settings, commands, this))
 {
@@ -120,7 +122,7 @@ bool ContentView::eventFilter(QObject* watched, QEvent* event)
     case QEvent::KeyPress:
         // Any touch of the window, or key pressed in it, holds back the periodic refresh, so a list does not
         // jump under the cursor or the keyboard focus.
-        m_settings.setLastUserActionAt(QDateTime::currentDateTimeUtc());
+        m_commands.noteUserAction();
         break;
     case QEvent::ChildAdded:
         // Rows come and go with each refresh; every new widget joins the watch as soon as it is parented.

@@ -48,6 +48,7 @@ private:
     void watchClicks(QObject* object);
 
     AppSettings& m_settings;
+    BridgeCommands& m_commands;
     WelcomeTitlebarView* m_welcomeTitle;
     RegularTitlebarView* m_regularTitle;
     PanelTabs* m_tabs;

@@ -211,11 +211,6 @@ void AppSettings::assign(T& field, const T& value, void (AppSettings::*changed)(
     Q_EMIT(this->*changed)();
 }
 
-void AppSettings::setActionQueue(const QList<ActionQueueItem>& queue)
-{
-    assign(m_actionQueue, queue, &AppSettings::actionQueueChanged);
-}
-
 void AppSettings::setLights(const QList<HueLight>& lights)
 {
     assign(m_lights, lights, &AppSettings::lightsChanged);
@@ -321,11 +316,6 @@ void AppSettings::setForceRedraw(int counter)
 void AppSettings::setConnectionErrorMessage(const QString& message)
 {
     assign(m_connectionErrorMessage, message, &AppSettings::connectionErrorMessageChanged);
-}
-
-void AppSettings::setLastUserActionAt(const QDateTime& time)
-{
-    assign(m_lastUserActionAt, time, &AppSettings::lastUserActionAtChanged);
 }
 
 void AppSettings::setShowReviewRequest(bool show)

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "model/ActionQueueItem.h"
 #include "model/BridgeAddress.h"
 #include "model/BridgeIdentity.h"
 #include "model/CertificateSigner.h"
@@ -22,16 +21,14 @@ class QTimer;
 
 class SettingsStore;
 
-/// The one shared, observable state of the application: bridge data, connection, pending changes, the log and
-/// the user's display settings. Every published field notifies on change; views redraw from these signals.
+/// The one shared, observable state of the application: bridge data, connection, the log and the user's
+/// display settings. Every published field notifies on change; views redraw from these signals.
 /// Lives on the main thread and is only touched there.
 class AppSettings final : public QObject
 {
     Q_OBJECT
     Q_DISABLE_COPY_MOVE(AppSettings)
 
-    Q_PROPERTY(
-        QList<ActionQueueItem> actionQueue READ actionQueue WRITE setActionQueue NOTIFY actionQueueChanged)
     Q_PROPERTY(QList<HueLight> lights READ lights WRITE setLights NOTIFY lightsChanged)
     Q_PROPERTY(QList<HueGroup> groups READ groups WRITE setGroups NOTIFY groupsChanged)
     Q_PROPERTY(QList<HueScene> scenes READ scenes WRITE setScenes NOTIFY scenesChanged)
@@ -44,8 +41,6 @@ class AppSettings final : public QObject
     Q_PROPERTY(QString connectionErrorMessage READ connectionErrorMessage WRITE setConnectionErrorMessage
                    NOTIFY connectionErrorMessageChanged)
     Q_PROPERTY(QStringList log READ log NOTIFY logChanged)
-    Q_PROPERTY(QDateTime lastUserActionAt READ lastUserActionAt WRITE setLastUserActionAt NOTIFY
-                   lastUserActionAtChanged)
     Q_PROPERTY(bool showReviewRequest READ showReviewRequest WRITE setShowReviewRequest NOTIFY
                    showReviewRequestChanged)
     Q_PROPERTY(QString appIcon READ appIcon WRITE setAppIcon NOTIFY appIconChanged)
@@ -138,7 +133,6 @@ public:
     /// Hides or shows a light in the lights panel and says so with `lightVisibilityChanged`.
     void setLightHidden(const HueLight& light, bool hidden);
 
-    QList<ActionQueueItem> actionQueue() const { return m_actionQueue; }
     QList<HueLight> lights() const { return m_lights; }
     QList<HueGroup> groups() const { return m_groups; }
     QList<HueScene> scenes() const { return m_scenes; }
@@ -152,7 +146,6 @@ public:
     int forceRedraw() const { return m_forceRedraw; }
     QString connectionErrorMessage() const { return m_connectionErrorMessage; }
     QStringList log() const { return m_log; }
-    QDateTime lastUserActionAt() const { return m_lastUserActionAt; }
     bool showReviewRequest() const { return m_showReviewRequest; }
     QString appIcon() const { return m_appIcon; }
     qint64 keyIncrement() const { return m_keyIncrement; }
@@ -165,7 +158,6 @@ public:
     /// Whether the rooms panel lists the zones after the rooms (on unless the user switched it off).
     bool showZones() const { return m_showZones; }
 
-    void setActionQueue(const QList<ActionQueueItem>& queue);
     void setLights(const QList<HueLight>& lights);
     void setGroups(const QList<HueGroup>& groups);
     void setScenes(const QList<HueScene>& scenes);
@@ -176,7 +168,6 @@ public:
     void setHueKey(const QString& key);
     void setForceRedraw(int counter);
     void setConnectionErrorMessage(const QString& message);
-    void setLastUserActionAt(const QDateTime& time);
     void setShowReviewRequest(bool show);
     /// The setters of persisted fields store the value, then set the field.
     void setAppIcon(const QString& name);
@@ -193,7 +184,6 @@ public:
     void setShowZones(bool show);
 
 Q_SIGNALS:
-    void actionQueueChanged();
     void lightsChanged();
     void groupsChanged();
     void scenesChanged();
@@ -205,7 +195,6 @@ Q_SIGNALS:
     void forceRedrawChanged();
     void connectionErrorMessageChanged();
     void logChanged();
-    void lastUserActionAtChanged();
     void showReviewRequestChanged();
     void appIconChanged();
     void keyIncrementChanged();
@@ -237,7 +226,6 @@ private:
     SettingsStore& m_store;
     Preferences m_preferences{m_store};
 
-    QList<ActionQueueItem> m_actionQueue;
     QList<HueLight> m_lights;
     QList<HueGroup> m_groups;
     QList<HueScene> m_scenes;
@@ -249,7 +237,6 @@ private:
     int m_forceRedraw = 0;
     QString m_connectionErrorMessage;
     QStringList m_log;
-    QDateTime m_lastUserActionAt = QDateTime::currentDateTimeUtc();
     bool m_showReviewRequest = false;
     QString m_appIcon = QStringLiteral("Icon_Lamp0");
     qint64 m_keyIncrement = 50;

@@ -129,8 +129,8 @@ void TestAppDelegate::startDelegate(bool seenWelcome)
     m_delegate->setUrlOpener([this](const QUrl& url) { m_opened << url; });
     m_delegate->start();
     m_queued.clear();
-    connect(&m_delegate->settings(), &AppSettings::actionQueueChanged, this, [this] {
-        for (const ActionQueueItem& item : m_delegate->settings().actionQueue()) {
+    connect(&m_delegate->queue(), &ActionQueue::pendingChanged, this, [this] {
+        for (const ActionQueueItem& item : m_delegate->queue().pending()) {
             if (!m_queued.contains(item))
                 m_queued.append(item);
         }

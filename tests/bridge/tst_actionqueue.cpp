@@ -111,7 +111,7 @@ void TestActionQueue::mergesRepeatedChanges()
     }
     const auto left = [this] {
         QStringList items;
-        for (const ActionQueueItem& entry : m_bench->settings().actionQueue())
+        for (const ActionQueueItem& entry : m_queue->pending())
             items << (entry.target == ActionQueueItem::Target::light ? u"light "_qs : u"group "_qs) +
                          entry.property + u' ' + QString::fromUtf8(entry.body).section(u':', 1).chopped(1);
         return items;
@@ -136,7 +136,7 @@ void TestActionQueue::sendsOneRequestPerTick()
         m_queue->enqueue(item(QString::number(id), QStringLiteral("on"), true));
     QSignalSpy sent(m_queue.get(), &ActionQueue::sent);
     QTRY_COMPARE(sent.size(), 1);
-    QCOMPARE(m_bench->settings().actionQueue().size(), 3); // the others wait for their ticks
+    QCOMPARE(m_queue->pending().size(), 3); // the others wait for their ticks
     QTRY_COMPARE(sent.size(), 4);
     QStringList order;
     for (const QList<QVariant>& signal : sent)
@@ -164,7 +164,7 @@ void TestActionQueue::stopsItsTimerWhenDrainedAndStartsAgain()
     m_queue->enqueue(item(QStringLiteral("1"), QStringLiteral("on"), true));
     QVERIFY(m_queue->isProcessing());
     QTRY_VERIFY(!m_queue->isProcessing());
-    QCOMPARE(m_bench->settings().actionQueue().size(), 0);
+    QCOMPARE(m_queue->pending().size(), 0);
 
     m_queue->enqueue(item(QStringLiteral("1"), QStringLiteral("on"), true));
     QVERIFY(m_queue->isProcessing());
@@ -172,9 +172,9 @@ void TestActionQueue::stopsItsTimerWhenDrainedAndStartsAgain()
     // Sleep stops the timer and keeps the work; wake starts it again.
     m_queue->stopProcessor();
     QTest::qWait(2 * int(ActionQueue::tickInterval.count()));
-    QCOMPARE(m_bench->settings().actionQueue().size(), 1);
+    QCOMPARE(m_queue->pending().size(), 1);
     m_queue->startProcessor();
-    QTRY_COMPARE(m_bench->settings().actionQueue().size(), 0);
+    QTRY_COMPARE(m_queue->pending().size(), 0);
 }
 
 void TestActionQueue::keepsDrainingWhenTheBridgeIsGone()
@@ -190,7 +190,7 @@ void TestActionQueue::keepsDrainingWhenTheBridgeIsGone()
     }
     QSignalSpy drained(m_queue.get(), &ActionQueue::drained);
     QVERIFY(drained.wait(5000));
-    QCOMPARE(m_bench->settings().actionQueue().size(), 0);
+    QCOMPARE(m_queue->pending().size(), 0);
 }
 
 void TestActionQueue::roomsGoOncePerSecondAndLampsPassThem()
@@ -323,7 +323,7 @@ void TestActionQueue::stampsTheLastUserAction()
     const QDateTime then(QDate(2026, 5, 1), QTime(12, 15, 10));
     m_queue->setClock([then] { return then; });
     m_queue->enqueue(item(QStringLiteral("1"), QStringLiteral("on"), true));
-    QTRY_COMPARE(m_bench->settings().lastUserActionAt(), then);
+    QTRY_COMPARE(m_queue->lastUserActionAt(), then);
 }
 
 QTEST_GUILESS_MAIN(TestActionQueue)

@@ -1,4 +1,5 @@
 #include "BridgeBench.h"
+#include "bridge/ActionQueue.h"
 #include "connection/BridgeConnection.h"
 #include "connection/BridgePairing.h"
 #include "state/SettingsKeys.h"
@@ -65,6 +66,7 @@ private:
 
     std::unique_ptr<BridgeBench> m_bench;
     std::unique_ptr<BridgePairing> m_pairing;
+    std::unique_ptr<ActionQueue> m_queue;
     std::unique_ptr<BridgeConnection> m_connection;
     QString m_key;
 };
@@ -75,7 +77,8 @@ void TestBridgeConnection::init()
     QVERIFY(m_bench->start());
     m_key = m_bench->key();
     m_pairing = std::make_unique<BridgePairing>(settings(), m_bench->network());
-    m_connection = std::make_unique<BridgeConnection>(settings(), m_bench->network(), *m_pairing);
+    m_queue = std::make_unique<ActionQueue>(settings(), m_bench->network());
+    m_connection = std::make_unique<BridgeConnection>(settings(), m_bench->network(), *m_pairing, *m_queue);
 }
 
 void TestBridgeConnection::cleanup()
@@ -83,6 +86,7 @@ void TestBridgeConnection::cleanup()
     m_connection->stopBridgeStateRefresher();
     QVERIFY(QTest::qWaitFor([this] { return repliesInFlight() == 0; }, 10000));
     m_connection.reset();
+    m_queue.reset();
     m_pairing.reset();
     m_bench.reset();
 }
@@ -274,7 +278,7 @@ void TestBridgeConnection::refreshTickSkipsAfterUserActionsAndReadsScenesQuarter
     m_connection->stopBridgeStateRefresher();
     const QDateTime clock(QDate(2024, 5, 6), now);
     m_connection->setClock([clock] { return clock; });
-    settings().setLastUserActionAt(clock.addMSecs(-sinceUserAction));
+    m_queue->setLastUserActionAt(clock.addMSecs(-sinceUserAction));
     ListReads reads(m_connection.get());
     m_bench->bridge().clearRequests();
     m_connection->refreshTick();
@@ -300,7 +304,7 @@ void TestBridgeConnection::disconnectForgetsTheKeyButKeepsAddressScenesAndTimer(
     // The timer keeps running, but without a key its ticks send nothing.
     const QDateTime clock = QDateTime::currentDateTime();
     m_connection->setClock([clock] { return clock; });
-    settings().setLastUserActionAt(clock.addSecs(-3600));
+    m_queue->setLastUserActionAt(clock.addSecs(-3600));
     m_bench->bridge().clearRequests();
     QSignalSpy read(m_connection.get(), &BridgeConnection::lightsRefreshed);
     m_connection->refreshTick();
@@ -368,7 +372,7 @@ void TestBridgeConnection::recoversWithinTwoTicksOfTheBridgeHealing()
     // Minute 16: no tick reads the scenes by the clock, only the recovery does.
     const QDateTime clock(QDate(2024, 5, 6), QTime(12, 16, 10));
     m_connection->setClock([clock] { return clock; });
-    settings().setLastUserActionAt(clock.addSecs(-60));
+    m_queue->setLastUserActionAt(clock.addSecs(-60));
     m_bench->bridge().setDripFeed(1, 500); // slow enough to be useless, fast enough never to look silent
     m_bench->bridge().setFault(fault);
 

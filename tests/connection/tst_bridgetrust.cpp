@@ -60,6 +60,7 @@ private:
     std::unique_ptr<TestSettings> m_state;
     std::unique_ptr<BridgeNetwork> m_network;
     std::unique_ptr<BridgePairing> m_pairing;
+    std::unique_ptr<ActionQueue> m_queue;
     std::unique_ptr<BridgeConnection> m_connection;
 };
 
@@ -73,12 +74,14 @@ void TestBridgeTrust::init()
     m_network = std::make_unique<BridgeNetwork>();
     m_network->addTrustRoots({m_bridge->authorityCertificate()});
     m_pairing = std::make_unique<BridgePairing>(settings(), *m_network);
-    m_connection = std::make_unique<BridgeConnection>(settings(), *m_network, *m_pairing);
+    m_queue = std::make_unique<ActionQueue>(settings(), *m_network);
+    m_connection = std::make_unique<BridgeConnection>(settings(), *m_network, *m_pairing, *m_queue);
 }
 
 void TestBridgeTrust::cleanup()
 {
     m_connection.reset();
+    m_queue.reset();
     m_pairing.reset();
     m_network.reset();
     m_state.reset();
@@ -326,7 +329,7 @@ void TestBridgeTrust::aProblemThatComesBackAtEveryTickIsLoggedOnceAMinute()
         m_bridge->close();
     QDateTime now = QDateTime::currentDateTime();
     m_connection->setClock([&now] { return now; });
-    settings().setLastUserActionAt(now.addSecs(-3600));
+    m_queue->setLastUserActionAt(now.addSecs(-3600));
     const auto busy = [this] {
         const QList<QNetworkReply*> replies = m_network->findChildren<QNetworkReply*>();
         return std::ranges::any_of(replies, [](QNetworkReply* r) { return !r->isFinished(); });
@@ -433,7 +436,7 @@ void TestBridgeTrust::anOlderSettingsFileLearnsTheIdBeforeTheKeyGoes()
     QVERIFY(settings().bridgeID().isEmpty());
 
     // A hot key pressed at once, before the connection has asked the bridge who it is.
-    ActionQueue queue(settings(), *m_network);
+    ActionQueue& queue = *m_queue;
     BridgeCommands commands(settings(), queue);
     commands.switchEverythingOff();
     m_connection->connectToBridge();
@@ -455,7 +458,7 @@ void TestBridgeTrust::anOlderSettingsFileLearnsTheIdBeforeTheKeyGoes()
              qPrintable(settings().connectionErrorMessage()));
     // The change waits for an id that never comes; nothing with the key went out.
     QTRY_VERIFY(!queue.isProcessing());
-    QCOMPARE(settings().actionQueue().size(), 1);
+    QCOMPARE(queue.pending().size(), 1);
     QVERIFY(requestsWithKey().isEmpty());
 }
 

@@ -1,4 +1,5 @@
 #include "TestSupport.h"
+#include "bridge/ActionQueue.h"
 #include "bridge/BridgeNetwork.h"
 #include "bridge/UpdateBodies.h"
 #include "connection/BridgeConnection.h"
@@ -46,6 +47,7 @@ private:
     std::unique_ptr<TestSettings> m_state;
     std::unique_ptr<BridgeNetwork> m_network;
     std::unique_ptr<BridgePairing> m_pairing;
+    std::unique_ptr<ActionQueue> m_queue;
     std::unique_ptr<BridgeConnection> m_connection;
 };
 
@@ -58,7 +60,8 @@ void TestLiveUpdates::init()
     m_network = std::make_unique<BridgeNetwork>();
     m_network->addTrustRoots({m_bridge->authorityCertificate()});
     m_pairing = std::make_unique<BridgePairing>(settings(), *m_network);
-    m_connection = std::make_unique<BridgeConnection>(settings(), *m_network, *m_pairing);
+    m_queue = std::make_unique<ActionQueue>(settings(), *m_network);
+    m_connection = std::make_unique<BridgeConnection>(settings(), *m_network, *m_pairing, *m_queue);
     m_connection->liveUpdates().stream().setTimings(
         {.firstRetry = std::chrono::milliseconds(100), .longestRetry = std::chrono::milliseconds(400)});
 }
@@ -67,6 +70,7 @@ void TestLiveUpdates::cleanup()
 {
     m_connection->stopBridgeStateRefresher();
     m_connection.reset();
+    m_queue.reset();
     m_pairing.reset();
     m_network.reset();
     m_state.reset();
@@ -224,14 +228,17 @@ void TestLiveUpdates::anEventDoesNotUndoWhatTheUsersChangeWrites()
         settings().updateGroup(watched.section(u'/', 1), [&](HueGroup& g) { show(g); });
     else
         settings().updateLight(watched.section(u'/', 1), [&](HueLight& l) { show(l); });
-    settings().setLastUserActionAt(QDateTime::currentDateTime());
+    // The queue holds it (its timer stopped, as before its first tick) and tells the live updates.
     ActionQueueItem item;
     item.target =
         target.startsWith(u"lights/") ? ActionQueueItem::Target::light : ActionQueueItem::Target::group;
     item.item_id = target.section(u'/', 1);
     item.property = property;
     item.body = body;
-    settings().setActionQueue({item});
+    item.url = QUrl(m_bridge->httpsAddress() + u"/api/key/"_qs + target);
+    m_queue->enqueue(item);
+    m_queue->stopProcessor();
+    QTRY_COMPARE(m_queue->pending().size(), 1);
 
     // Meanwhile the bridge tells of states from before it; a lamp dimmed after them shows they all came.
     const QString stateOf = watchedIsRoom ? u"%1/action"_qs : u"%1/state"_qs;
@@ -245,7 +252,6 @@ void TestLiveUpdates::anEventDoesNotUndoWhatTheUsersChangeWrites()
 
     // Once the user has let go, the bridge's word is read.
     const QJsonObject last = QJsonDocument::fromJson(elsewhere.last()).object();
-    settings().setActionQueue({});
     QTRY_COMPARE_WITH_TIMEOUT(shown(watched, field), last.value(field).toVariant().toInt(), 10000);
 }
 

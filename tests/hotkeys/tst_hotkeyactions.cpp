@@ -193,7 +193,7 @@ void TestHotkeyActions::whatCannotBeDoneSendsNothing()
     press(number > 0 ? HotkeyNames::customGroup(number) : HotkeyNames::all().at(-number));
     // Every command starts the queue's timer at once; none runs.
     QVERIFY(!m_bench->queue().isProcessing());
-    QVERIFY(m_bench->settings().actionQueue().isEmpty());
+    QVERIFY(m_bench->queue().pending().isEmpty());
 }
 
 void TestHotkeyActions::brightnessStepsPassOverRoomsOfPlugsAndZones()

@@ -83,8 +83,7 @@ public:
     /// Every queued change has been sent and answered (the queue only starts once something was enqueued).
     bool settled()
     {
-        return m_queue->requestsInFlight() == 0 && !m_queue->isProcessing() &&
-               settings().actionQueue().isEmpty();
+        return m_queue->requestsInFlight() == 0 && !m_queue->isProcessing() && m_queue->pending().isEmpty();
     }
 
 private:

@@ -298,9 +298,9 @@ void TestContentView::aClickAnywhereInTheContentCountsAsAUserAction()
 {
     const QDateTime longAgo = QDateTime::currentDateTimeUtc().addSecs(-3600);
 
-    settings().setLastUserActionAt(longAgo);
+    m_rig->queue.setLastUserActionAt(longAgo);
     QTest::mouseClick(currentBodyPage(), Qt::LeftButton);
-    QVERIFY(settings().lastUserActionAt() > longAgo.addSecs(3000));
+    QVERIFY(m_rig->queue.lastUserActionAt() > longAgo.addSecs(3000));
 
     // Widgets that join later, as list rows do on each refresh, are watched as well.
     auto* host = new QWidget(m_view->findChild<BodyView*>());
@@ -309,9 +309,9 @@ void TestContentView::aClickAnywhereInTheContentCountsAsAUserAction()
     host->setGeometry(0, 0, 100, 40);
     late->setGeometry(0, 0, 100, 40);
     host->show();
-    settings().setLastUserActionAt(longAgo);
+    m_rig->queue.setLastUserActionAt(longAgo);
     QTest::mouseClick(late, Qt::LeftButton);
-    QVERIFY(settings().lastUserActionAt() > longAgo.addSecs(3000));
+    QVERIFY(m_rig->queue.lastUserActionAt() > longAgo.addSecs(3000));
 }
 
 void TestContentView::naturalHeightFollowsTheActivePanel()

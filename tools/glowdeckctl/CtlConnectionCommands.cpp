@@ -1,5 +1,7 @@
 #include "CtlConnectionCommands.h"
 
+#include "bridge/ActionQueue.h"
+
 #include "CtlBridge.h"
 #include "CtlCommon.h"
 
@@ -250,7 +252,8 @@ void CtlConnectionCommands::connectWithKey(const QString& key)
     m_settings->setHueIP(m_address);
     m_settings->setHueKey(key);
     m_settings->setBridgeContact(m_contact->transport, m_contact->bridgeId, m_contact->pinnedKey);
-    m_connection = std::make_unique<BridgeConnection>(*m_settings, *m_network, *m_pairing);
+    m_queue = std::make_unique<ActionQueue>(*m_settings, *m_network);
+    m_connection = std::make_unique<BridgeConnection>(*m_settings, *m_network, *m_pairing, *m_queue);
     m_listsPending = 3;
     connect(m_connection.get(), &BridgeConnection::lightsRefreshed, this, [this](const LightsResult& result) {
         if (!m_lights)

@@ -15,6 +15,7 @@
 #include <optional>
 
 class AppSettings;
+class ActionQueue;
 class BridgeConnection;
 class BridgeEventStream;
 class BridgeDiscovery;
@@ -91,6 +92,8 @@ private:
     std::unique_ptr<AppSettings> m_pairingSettings;
     std::unique_ptr<BridgePairing> m_pairing;
     std::unique_ptr<AppSettings> m_settings;
+    std::unique_ptr<ActionQueue>
+        m_queue; // nothing is queued: the connection reads it for the user's last change
     std::unique_ptr<BridgeConnection> m_connection;
     std::unique_ptr<BridgeEventStream> m_stream;
     QTimer m_streamWait;
