@@ -171,6 +171,7 @@ void AppDelegate::start()
     m_settings = std::make_unique<AppSettings>(*m_store);
     connect(m_settings.get(), &AppSettings::windowResizePlease, this, &AppDelegate::onWindowResizePlease);
     m_settings->load();
+    m_settings->keepBridgesInTheNewForm();
 
     m_queue = std::make_unique<ActionQueue>(*m_settings, *m_network);
     m_commands = std::make_unique<BridgeCommands>(*m_settings, *m_queue);

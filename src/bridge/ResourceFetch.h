@@ -110,7 +110,7 @@ QString describe(ScenesError error);
 /// Reads the rooms of one bridge ("/groups").
 struct GroupsRead
 {
-    /// The base of every request (BridgeContact::endpoint) and the key that goes in its path.
+    /// The base of every request (BridgeContact::endpoint()) and the key that goes in its path.
     QString endpoint;
     QString key;
 
@@ -125,7 +125,7 @@ struct GroupsRead
 /// Reads the reachable lamps of one bridge ("/lights").
 struct LightsRead
 {
-    /// The base of every request (BridgeContact::endpoint) and the key that goes in its path.
+    /// The base of every request (BridgeContact::endpoint()) and the key that goes in its path.
     QString endpoint;
     QString key;
 
@@ -140,7 +140,7 @@ struct LightsRead
 /// Reads the scenes of one bridge ("/scenes").
 struct ScenesRead
 {
-    /// The base of every request (BridgeContact::endpoint) and the key that goes in its path.
+    /// The base of every request (BridgeContact::endpoint()) and the key that goes in its path.
     QString endpoint;
     QString key;
 

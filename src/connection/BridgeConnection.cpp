@@ -81,7 +81,7 @@ void BridgeConnection::reach()
             onMissed();
             return;
         }
-        const BridgeContact& contact = *result.contact;
+        const ProbedBridge& contact = *result.contact;
         flushRepeats();
         // A settings file of an older version holds an address and a key but no id: the bridge at that
         // address is taken for the paired one, once, and held to its id from then on.
@@ -98,6 +98,8 @@ void BridgeConnection::reach()
         m_settings.setHueIP(addressAfter(m_settings.hueIP(), contact));
         m_settings.setBridgeContact(contact.transport, contact.bridgeId, contact.pinnedKey);
         m_settings.setBridgeSigner(contact.signer);
+        if (!contact.name.isEmpty())
+            m_settings.setBridgeName(contact.name);
         onReached();
     });
 }

@@ -107,7 +107,7 @@ void BridgePairing::requestApiKey(const QString& address, std::function<void(Pai
     probeBridge(m_network, *parsed, known, this, [this, done](const ProbeResult& probe) {
         if (!probe.contact)
             return done({noConnection, {}, probe.refused ? probe.problem : QString()});
-        const BridgeContact contact = *probe.contact;
+        const ProbedBridge contact = *probe.contact;
         // The key request goes only to the bridge just identified, by its id and, if self-signed, its key.
         postString(bridgePublicUrl(contact.endpoint).toString(), contact.identity(),
                    [done, contact](const std::optional<QString>& reply) {

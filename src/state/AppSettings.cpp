@@ -87,10 +87,7 @@ void AppSettings::onChangedElsewhere(const QStringList& keys)
                     [](const QString& key) { return key.startsWith(Keys::hiddenLightPrefix); }))
         Q_EMIT lightVisibilityChanged();
 
-    const QStringList bridgeKeys{Keys::bridgeIP, Keys::bridgeUser, Keys::bridgeTransport, Keys::bridgeID,
-                                 Keys::bridgeCertificateKey};
-    if (std::none_of(keys.cbegin(), keys.cend(),
-                     [&](const QString& key) { return bridgeKeys.contains(key); }))
+    if (!Preferences::touchesBridges(keys))
         return;
     loadBridge();
     addLogLine(QStringLiteral("Another program stored a bridge in the settings file: using it"));
@@ -99,21 +96,26 @@ void AppSettings::onChangedElsewhere(const QStringList& keys)
 
 void AppSettings::loadBridge()
 {
-    namespace Keys = SettingsKeys;
-    setHueIP(m_store.readString(Keys::bridgeIP).value_or(QString()));
-    setHueKey(m_store.readString(Keys::bridgeUser).value_or(QString()));
-    // What is not of its shape is not used: the bridge is then simply asked again.
-    QString transport = m_store.readString(Keys::bridgeTransport).value_or(QString());
-    if (transport != BridgeAddress::https && transport != BridgeAddress::http)
-        transport.clear();
-    QString bridgeId = m_store.readString(Keys::bridgeID).value_or(QString());
-    if (!BridgeIdentity::isBridgeId(bridgeId))
-        bridgeId.clear();
-    QByteArray certificateKey =
-        QByteArray::fromHex(m_store.readString(Keys::bridgeCertificateKey).value_or(QString()).toLatin1());
-    if (certificateKey.size() != 32)
-        certificateKey.clear();
-    setBridgeContact(transport, bridgeId.toUpper(), certificateKey);
+    QStringList problems;
+    const QList<BridgeContact> stored = m_preferences.bridges(&problems);
+    for (const QString& problem : problems)
+        addLogLine(problem);
+    // One bridge is served: the first one stored. The others stay in the file as they are.
+    const BridgeContact contact = stored.value(0);
+    setHueIP(contact.address);
+    setHueKey(contact.key);
+    setBridgeContact(contact.transport, contact.id, contact.certificate);
+    setBridgeName(contact.name);
+}
+
+void AppSettings::keepBridgesInTheNewForm()
+{
+    // The loose keys stay beside, written from the same contact, so an older version still finds its bridge.
+    const QList<BridgeContact> stored = m_preferences.bridges();
+    if (stored.isEmpty() || !m_preferences.holdsOnlyLooseBridgeKeys())
+        return;
+    m_preferences.setBridges(stored);
+    addLogLine(QStringLiteral("The bridge stored by an older version is now kept in \"bridges\""));
 }
 
 void AppSettings::load()
@@ -169,7 +171,7 @@ qint64 AppSettings::preferredHeightOfActivePanel() const
 void AppSettings::addLogLine(const QString& message)
 {
     // The log is kept, shown and sent with reports: the key never gets into it.
-    const QString line = redacted(message, m_hueKey);
+    const QString line = redacted(message, m_contact.key);
     printLine(line);
     // Dropping the whole log at the cap is cheaper than trimming it and loses nothing anyone reads.
     if (m_log.size() >= logCapacity)
@@ -243,30 +245,36 @@ void AppSettings::setBridgeReach(BridgeReach reach)
 
 void AppSettings::setHueIP(const QString& address)
 {
-    assign(m_hueIP, address, &AppSettings::hueIPChanged);
+    assign(m_contact.address, address, &AppSettings::hueIPChanged);
 }
 
 void AppSettings::setHueKey(const QString& key)
 {
-    assign(m_hueKey, key, &AppSettings::hueKeyChanged);
+    assign(m_contact.key, key, &AppSettings::hueKeyChanged);
 }
 
 void AppSettings::setBridgeContact(const QString& transport, const QString& bridgeId,
                                    const QByteArray& certificateKey)
 {
-    if (transport == m_bridgeTransport && bridgeId == m_bridgeID && certificateKey == m_bridgeCertificateKey)
+    if (transport == m_contact.transport && bridgeId == m_contact.id &&
+        certificateKey == m_contact.certificate)
         return;
-    if (transport != m_bridgeTransport || bridgeId != m_bridgeID)
+    if (transport != m_contact.transport || bridgeId != m_contact.id)
         m_bridgeSigner = {};
-    m_bridgeTransport = transport;
-    m_bridgeID = bridgeId;
-    m_bridgeCertificateKey = certificateKey;
+    m_contact.transport = transport;
+    m_contact.id = bridgeId;
+    m_contact.certificate = certificateKey;
     Q_EMIT bridgeContactChanged();
+}
+
+void AppSettings::setBridgeName(const QString& name)
+{
+    assign(m_contact.name, name, &AppSettings::bridgeContactChanged);
 }
 
 CertificateSigner AppSettings::bridgeSigner() const
 {
-    if (m_bridgeSigner.kind == CertificateSigner::Kind::unknown && !m_bridgeCertificateKey.isEmpty())
+    if (m_bridgeSigner.kind == CertificateSigner::Kind::unknown && !m_contact.certificate.isEmpty())
         return {CertificateSigner::Kind::pinned, {}};
     return m_bridgeSigner;
 }
@@ -276,28 +284,39 @@ void AppSettings::setBridgeSigner(const CertificateSigner& signer)
     assign(m_bridgeSigner, signer, &AppSettings::bridgeContactChanged);
 }
 
-QString AppSettings::bridgeEndpoint() const
-{
-    const std::optional<BridgeAddress> address = BridgeAddress::parse(m_hueIP);
-    if (!address || (address->scheme.isEmpty() && m_bridgeTransport.isEmpty()))
-        return {};
-    return address->base(m_bridgeTransport);
-}
-
 void AppSettings::persistBridge()
 {
-    namespace Keys = SettingsKeys;
-    // One save: a program reading the file between two writes would take a new address with the old key.
-    m_store.setValues({{Keys::bridgeIP, m_hueIP},
-                       {Keys::bridgeUser, m_hueKey},
-                       {Keys::bridgeID, m_bridgeID},
-                       {Keys::bridgeTransport, m_bridgeTransport},
-                       {Keys::bridgeCertificateKey, QString::fromLatin1(m_bridgeCertificateKey.toHex())}});
+    storeContact(m_contact);
 }
 
 void AppSettings::forgetStoredKey()
 {
-    m_store.writeString(SettingsKeys::bridgeUser, QString());
+    const QList<BridgeContact> stored = m_preferences.bridges();
+    if (stored.isEmpty())
+        return;
+    BridgeContact contact;
+    const auto same = std::find_if(stored.cbegin(), stored.cend(), [this](const BridgeContact& c) {
+        return !c.id.isEmpty() && c.id == m_contact.id;
+    });
+    // The stored contact as it is, less its key: what this run learnt since is not written with it.
+    contact = same != stored.cend() ? *same : stored.constFirst();
+    contact.key.clear();
+    storeContact(contact);
+}
+
+void AppSettings::storeContact(const BridgeContact& contact)
+{
+    QList<BridgeContact> stored = m_preferences.bridges();
+    const auto same = std::find_if(stored.begin(), stored.end(), [&contact](const BridgeContact& c) {
+        return !c.id.isEmpty() && c.id == contact.id;
+    });
+    if (same != stored.end())
+        *same = contact;
+    else if (!stored.isEmpty())
+        stored.first() = contact;
+    else
+        stored.append(contact);
+    m_preferences.setBridges(stored);
 }
 
 void AppSettings::setLightHidden(const HueLight& light, bool hidden)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "model/BridgeAddress.h"
+#include "model/BridgeContact.h"
 #include "model/BridgeIdentity.h"
 #include "model/CertificateSigner.h"
 #include "model/HueGroup.h"
@@ -80,8 +81,12 @@ public:
     explicit AppSettings(SettingsStore& store, QObject* parent = nullptr);
     ~AppSettings() override;
 
-    /// Reads the persisted values, in the order the application has always read them.
+    /// Reads the persisted values, in the order the application has always read them. Writes nothing about
+    /// the bridges, so that a program that only reads (glowdeckctl) leaves the file as it found it.
     void load();
+    /// Writes the bridge of an older version's file (loose keys only) anew as "bridges", once; the
+    /// application does it at its start.
+    void keepBridgesInTheNewForm();
     /// The preset height of the active panel; 280 for a panel value outside the three.
     qint64 preferredHeightOfActivePanel() const;
 
@@ -101,11 +106,16 @@ public:
 
     /// How the bridge was reached and who it proved to be, learnt when it was paired or first reached:
     /// "https" or "http" (empty until known), its bridge id, and the pinned key of a self-signed certificate.
-    QString bridgeTransport() const { return m_bridgeTransport; }
-    QString bridgeID() const { return m_bridgeID; }
-    QByteArray bridgeCertificateKey() const { return m_bridgeCertificateKey; }
+    QString bridgeTransport() const { return m_contact.transport; }
+    QString bridgeID() const { return m_contact.id; }
+    QByteArray bridgeCertificateKey() const { return m_contact.certificate; }
     void setBridgeContact(const QString& transport, const QString& bridgeId,
                           const QByteArray& certificateKey);
+    /// Everything about reaching the bridge in one value: `hueIP`, `hueKey`, what was learnt of it and its
+    /// name.
+    const BridgeContact& contact() const { return m_contact; }
+    /// The bridge's own name, for display; notifies with `bridgeContactChanged`.
+    void setBridgeName(const QString& name);
     /// Who vouched for the bridge's certificate, as learnt when it was last reached over HTTPS in this run
     /// (`pinned` as soon as a pinned key is known); never stored. A new transport or bridge id forgets it.
     CertificateSigner bridgeSigner() const;
@@ -113,15 +123,12 @@ public:
     void setBridgeSigner(const CertificateSigner& signer);
     /// What the bridge at `hueIP` must prove: the stored id and pinned key; plain HTTP only for a bridge that
     /// was paired that way.
-    BridgeIdentity bridgeIdentity() const
-    {
-        return {m_bridgeID, m_bridgeCertificateKey, false, m_bridgeTransport == BridgeAddress::http};
-    }
+    BridgeIdentity bridgeIdentity() const { return m_contact.identity(); }
     /// The base every request to the bridge starts with ("https://192.168.1.5"): `hueIP` with its own scheme,
     /// or with the transport learnt; empty while neither says how to reach it.
-    QString bridgeEndpoint() const;
-    /// Writes the address, the key and what was learnt about the bridge to the settings file: done once the
-    /// bridge has answered with them.
+    QString bridgeEndpoint() const { return m_contact.endpoint(); }
+    /// Writes the contact to the settings file (in place of the stored bridge with its id, or of the first):
+    /// done once the bridge has answered with it.
     void persistBridge();
     /// Empties the key in the settings file; `hueKey` keeps its value.
     void forgetStoredKey();
@@ -141,8 +148,8 @@ public:
     /// The bridge pushes its changes (its event stream is open), so it is read only now and then; otherwise
     /// it is read every 3.5 s.
     bool liveUpdates() const { return m_liveUpdates; }
-    QString hueIP() const { return m_hueIP; }
-    QString hueKey() const { return m_hueKey; }
+    QString hueIP() const { return m_contact.address; }
+    QString hueKey() const { return m_contact.key; }
     int forceRedraw() const { return m_forceRedraw; }
     QString connectionErrorMessage() const { return m_connectionErrorMessage; }
     QStringList log() const { return m_log; }
@@ -208,7 +215,7 @@ Q_SIGNALS:
 
     /// The drop-down window should take this height (in points): sent on every panel assignment.
     void windowResizePlease(qint64 height);
-    /// The transport, the bridge id, the pinned key or the signer changed.
+    /// The transport, the bridge id, the pinned key, the bridge's name or the signer changed.
     void bridgeContactChanged();
     /// The user hid or showed a light, here or in another program.
     void lightVisibilityChanged();
@@ -221,6 +228,8 @@ private:
     template <typename T>
     void assign(T& field, const T& value, void (AppSettings::*changed)());
     void loadBridge();
+    /// Stores `contact` in place of the stored bridge with its id, or of the first one; the others stay.
+    void storeContact(const BridgeContact& contact);
     void onChangedElsewhere(const QStringList& keys);
 
     SettingsStore& m_store;
@@ -232,8 +241,7 @@ private:
     bool m_bridgeConnected = false;
     BridgeReach m_bridgeReach = BridgeReach::unknown;
     bool m_liveUpdates = false;
-    QString m_hueIP;
-    QString m_hueKey;
+    BridgeContact m_contact;
     int m_forceRedraw = 0;
     QString m_connectionErrorMessage;
     QStringList m_log;
@@ -247,9 +255,6 @@ private:
     bool m_showScenes = false;
     bool m_showColorBarsForRooms = true;
     bool m_showZones = true;
-    QString m_bridgeTransport;
-    QString m_bridgeID;
-    QByteArray m_bridgeCertificateKey;
     CertificateSigner m_bridgeSigner;
     QString m_notice;
     QTimer* m_noticeExpiry;

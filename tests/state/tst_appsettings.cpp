@@ -3,6 +3,9 @@
 
 #include <QFile>
 #include <QFileInfo>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -49,6 +52,19 @@ private:
     int m_count = 0;
 };
 
+QByteArray readFile(const QString& name)
+{
+    QFile file(name);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+void writeFile(const QString& name, const QByteArray& content)
+{
+    QFile file(name);
+    QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
+    QCOMPARE(file.write(content), content.size());
+}
+
 } // namespace
 
 class TestAppSettings final : public QObject
@@ -68,6 +84,9 @@ private Q_SLOTS:
     void dropsTheWholeLogAtItsCap();
     void notifiesOnlyOnChange();
     void takesInABridgeStoredByAnotherProgramWhole();
+    void takesInAnOlderVersionsBridgeOnceWithEveryKey();
+    void readsTheStoredBridgesStrictly_data();
+    void readsTheStoredBridgesStrictly();
     void showsChoicesAnotherProgramStored();
 };
 
@@ -251,6 +270,13 @@ void TestAppSettings::takesInABridgeStoredByAnotherProgramWhole()
     pairing.setBridgeContact(u"https"_qs, u"001788FFFE000001"_qs, QByteArray(32, 'k'));
     pairing.persistBridge();
     QCOMPARE(versions.count(), 1);
+    // Stored as the list of bridges, and for older versions in the loose keys as well.
+    const QJsonObject written = QJsonDocument::fromJson(readFile(t.fileName())).object();
+    QCOMPARE(written.value(u"bridges").toArray(), QJsonArray{pairing.contact().toJson()});
+    QCOMPARE(written.value(u"bridgeIP").toString(), u"192.0.2.8"_qs);
+    QCOMPARE(written.value(u"bridgeUser").toString(), u"new key"_qs);
+    QCOMPARE(written.value(u"bridgeCertificateKey").toString(),
+             QString::fromLatin1(QByteArray(32, 'k').toHex()));
     QTRY_COMPARE_WITH_TIMEOUT(settings.hueKey(), u"new key"_qs, 1000);
     QCOMPARE(settings.hueIP(), u"192.0.2.8"_qs);
     QCOMPARE(settings.bridgeID(), u"001788FFFE000001"_qs);
@@ -258,6 +284,94 @@ void TestAppSettings::takesInABridgeStoredByAnotherProgramWhole()
     // The next refresh keeps what it answered to: the new key, never the old one again.
     settings.persistBridge();
     QCOMPARE(JsonSettingsStore(t.fileName()).readString(u"bridgeUser"_qs), u"new key"_qs);
+}
+
+void TestAppSettings::takesInAnOlderVersionsBridgeOnceWithEveryKey()
+{
+    TestSettings t;
+    const QString certificate = QStringLiteral("ab").repeated(32);
+    const QJsonObject older{{"bridgeIP", "192.0.2.7:8080"},        {"bridgeUser", "the key"},
+                            {"bridgeID", "001788fffe6a3b2c"},      {"bridgeTransport", "https"},
+                            {"bridgeCertificateKey", certificate}, {"appIcon", "Icon_Lamp2"}};
+    writeFile(t.fileName(), QJsonDocument(older).toJson());
+    t.reopen();
+    t.settings().load();
+    // Reading alone (as glowdeckctl does) leaves the bridge as it is stored.
+    QVERIFY(!QJsonDocument::fromJson(readFile(t.fileName())).object().contains(u"bridges"));
+    t.settings().keepBridgesInTheNewForm();
+
+    const BridgeContact expected{.id = u"001788FFFE6A3B2C"_qs,
+                                 .address = u"192.0.2.7:8080"_qs,
+                                 .key = u"the key"_qs,
+                                 .transport = u"https"_qs,
+                                 .certificate = QByteArray::fromHex(certificate.toLatin1())};
+    QCOMPARE(t.settings().contact(), expected);
+    // Written anew as "bridges", every older key kept beside it as it was (the id in the case it is used in).
+    const QJsonObject written = QJsonDocument::fromJson(readFile(t.fileName())).object();
+    QCOMPARE(written.value(u"bridges").toArray(), QJsonArray{expected.toJson()});
+    for (const QString& key : older.keys())
+        QCOMPARE(written.value(key).toString().toUpper(), older.value(key).toString().toUpper());
+    QCOMPARE(t.settings().log().filter(u"older version"_qs).size(), 1);
+
+    // Once: the next start reads "bridges" and writes nothing.
+    const QByteArray migrated = readFile(t.fileName());
+    t.reopen();
+    t.settings().load();
+    t.settings().keepBridgesInTheNewForm();
+    QCOMPARE(t.settings().contact(), expected);
+    QCOMPARE(readFile(t.fileName()), migrated);
+    QVERIFY(t.settings().log().filter(u"older version"_qs).isEmpty());
+}
+
+void TestAppSettings::readsTheStoredBridgesStrictly_data()
+{
+    QTest::addColumn<QByteArray>("bridges");
+    QTest::addColumn<QStringList>("addresses");
+    QTest::addColumn<QString>("problem");
+    const QByteArray good = R"({"id":"001788FFFE000002","address":"192.0.2.9","key":"k2","transport":"http",)"
+                            R"("certificate":"","name":"Upstairs"})";
+    QTest::newRow("a good one") << good << QStringList{"192.0.2.9"} << QString();
+    QTest::newRow("an entry that is no object")
+        << "12, " + good << QStringList{"192.0.2.9"} << u"Stored bridge 1: it is not an object"_qs;
+    QTest::newRow("an address that is no text")
+        << R"({"address":7,"key":"k"}, )" + good << QStringList{"", "192.0.2.9"}
+        << u"Stored bridge 1: its \"address\" is not text"_qs;
+    QTest::newRow("an id that is no bridge id")
+        << QByteArray(R"({"id":"../config","address":"192.0.2.8"})") << QStringList{"192.0.2.8"}
+        << u"Stored bridge 1: its \"id\" is no bridge id"_qs;
+    QTest::newRow("an unknown transport")
+        << QByteArray(R"({"transport":"ftp","address":"192.0.2.8"})") << QStringList{"192.0.2.8"}
+        << u"its \"transport\" is neither https nor http"_qs;
+    QTest::newRow("a certificate that is no key's hash")
+        << QByteArray(R"({"certificate":"zz","address":"192.0.2.8"})") << QStringList{"192.0.2.8"}
+        << u"its \"certificate\" is not a key's hash"_qs;
+}
+
+void TestAppSettings::readsTheStoredBridgesStrictly()
+{
+    QFETCH(QByteArray, bridges);
+    QFETCH(QStringList, addresses);
+    QFETCH(QString, problem);
+    TestSettings t;
+    // "bridges" wins over the loose keys of an older version.
+    writeFile(t.fileName(), R"({"bridgeIP":"192.0.2.1","bridgeUser":"old","bridges":[)" + bridges + "]}");
+    t.reopen();
+    QStringList problems;
+    QStringList read;
+    for (const BridgeContact& contact : t.settings().preferences().bridges(&problems))
+        read << contact.address;
+    QCOMPARE(read, addresses);
+    QCOMPARE(problems.filter(problem).size(), problem.isEmpty() ? problems.size() : 1);
+    QCOMPARE(problems.isEmpty(), problem.isEmpty());
+
+    // The program starts with the first one and says what it left out.
+    t.settings().load();
+    QCOMPARE(t.settings().hueIP(), addresses.first());
+    if (!problem.isEmpty())
+        QVERIFY2(!t.settings().log().filter(problem).isEmpty(), qPrintable(t.settings().log().join(u'\n')));
+    const std::optional<BridgeContact> first =
+        BridgeContact::fromJson(QJsonDocument::fromJson("[" + bridges + "]").array().last());
+    QCOMPARE(BridgeContact::fromJson(first->toJson()), first); // what is read is written back the same
 }
 
 void TestAppSettings::showsChoicesAnotherProgramStored()

@@ -359,7 +359,7 @@ void CtlConnectionCommands::onStatusProbe(const ProbeResult& result, const QStri
         printField(QStringLiteral("Bridge"), printable(result.problem));
         return finish(exitFailed);
     }
-    const BridgeContact& contact = *result.contact;
+    const ProbedBridge& contact = *result.contact;
     printField(QStringLiteral("Bridge id"), contact.bridgeId);
     printField(QStringLiteral("Transport"), describeTransport(contact.transport, contact.signer));
     if (key.isEmpty()) {
@@ -371,7 +371,7 @@ void CtlConnectionCommands::onStatusProbe(const ProbeResult& result, const QStri
         [this, contact, key](const LightsResult& result) { onStatusLights(result, contact, key); });
 }
 
-void CtlConnectionCommands::onStatusLights(const LightsResult& result, const BridgeContact& contact,
+void CtlConnectionCommands::onStatusLights(const LightsResult& result, const ProbedBridge& contact,
                                            const QString& key)
 {
     if (result.ok() || result.error == LightsError::noDevices) {
@@ -392,7 +392,7 @@ void CtlConnectionCommands::onStatusLights(const LightsResult& result, const Bri
     finish(exitFailed);
 }
 
-void CtlConnectionCommands::reportUpdates(const BridgeContact& contact, const QString& key)
+void CtlConnectionCommands::reportUpdates(const ProbedBridge& contact, const QString& key)
 {
     // The tray application's choice, said the same way: pushed changes while the stream is up, else reading.
     if (contact.transport != BridgeAddress::https)

@@ -68,10 +68,10 @@ private:
     void onListRefreshed();
 
     void status();
-    void onStatusLights(const LightsResult& result, const BridgeContact& contact, const QString& key);
+    void onStatusLights(const LightsResult& result, const ProbedBridge& contact, const QString& key);
     /// Says whether the bridge pushes its changes: it is asked for its event stream, at most
     /// `streamPatience`.
-    void reportUpdates(const BridgeContact& contact, const QString& key);
+    void reportUpdates(const ProbedBridge& contact, const QString& key);
     void onUpdates(const QString& reasonToRead);
 
     void finish(int exitStatus);
@@ -80,7 +80,7 @@ private:
     QString m_fileName;
     QString m_address;
     /// How the bridge was reached when it was asked for a key.
-    std::optional<BridgeContact> m_contact;
+    std::optional<ProbedBridge> m_contact;
     std::unique_ptr<BridgeNetwork> m_network;
     std::unique_ptr<ShellRunner> m_shell;
     std::unique_ptr<LocalNetworkBrowser> m_localNetwork;

@@ -59,7 +59,7 @@ void DebugReport::send()
     probeBridge(*m_network, *address, known, this, [this](const ProbeResult& result) {
         if (!result.contact)
             return runScript(result.problem);
-        const BridgeContact& contact = *result.contact;
+        const ProbedBridge& contact = *result.contact;
         runScript(
             QStringLiteral("answers as bridge %1 (\"%2\"), over %3")
                 .arg(contact.bridgeId, contact.name, describeTransport(contact.transport, contact.signer)));
