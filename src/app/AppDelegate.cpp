@@ -33,6 +33,8 @@
 #include "preferences/panes/PreferencesGeneralView.h"
 #include "preferences/window/PausableWindow.h"
 #include "preferences/window/PreferencesWindowController.h"
+#include "session/BridgeSession.h"
+#include "session/BridgeSessions.h"
 #include "state/AppSettings.h"
 #include "state/Console.h"
 #include "state/JsonSettingsStore.h"
@@ -102,6 +104,21 @@ AppDelegate::~AppDelegate()
     delete m_welcome;
 }
 
+ActionQueue& AppDelegate::queue() const
+{
+    return m_session->queue();
+}
+
+BridgeConnection& AppDelegate::connection() const
+{
+    return m_session->connection();
+}
+
+SwitchOffTimer& AppDelegate::switchOffTimer() const
+{
+    return m_session->switchOffTimer();
+}
+
 PreferencesWindowController& AppDelegate::preferences()
 {
     if (!m_preferences)
@@ -123,7 +140,8 @@ void AppDelegate::createPreferences()
     m_preferences = std::make_unique<PreferencesWindowController>(QList<Pane>{
         {QStringLiteral("general"), tr("General"), PaneIcons::general(), general},
         {QStringLiteral("advanced"), tr("Connection"), PaneIcons::connection(),
-         new ConnectionView(*m_settings, *m_discovery, *m_pairing, *m_connection, *m_debugReport)},
+         new ConnectionView(*m_settings, *m_discovery, m_session->pairing(), m_session->connection(),
+                            *m_debugReport)},
         {QStringLiteral("lights"), tr("Lights"), PaneIcons::lights(), lights},
         {QStringLiteral("hotkeys"), tr("Hotkeys"), PaneIcons::hotkeys(),
          new HotkeyView(*m_settings, *m_hotkeys, *m_hotkeyActions)},
@@ -173,28 +191,19 @@ void AppDelegate::start()
     m_settings->load();
     m_settings->keepBridgesInTheNewForm();
 
-    m_queue = std::make_unique<ActionQueue>(*m_settings, *m_network);
-    m_commands = std::make_unique<BridgeCommands>(*m_settings, *m_queue);
-    m_switchOffTimer = std::make_unique<SwitchOffTimer>(*m_settings, *m_network, *m_queue, *m_commands);
-    m_pairing = std::make_unique<BridgePairing>(*m_settings, *m_network);
-    m_connection = std::make_unique<BridgeConnection>(*m_settings, *m_network, *m_pairing, *m_queue);
+    // One session per stored bridge; one bridge is served, so there is one session, stored contact or not.
+    m_sessions = std::make_unique<BridgeSessions>();
+    m_session = &m_sessions->add(std::make_unique<BridgeSession>(*m_settings, *m_network));
     m_shell = std::make_unique<ShellRunner>();
     m_discovery = std::make_unique<BridgeDiscovery>(*m_shell, *m_network);
     m_localNetwork = createLocalNetworkBrowser();
     m_discovery->setLocalNetworkBrowser(m_localNetwork.get());
-    m_connection->setBridgeFinder(m_discovery.get());
-    // "glowdeckctl pair" while this runs: its key is used at once, and never overwritten with the old one.
+    for (BridgeSession* session : m_sessions->all()) {
+        session->setBridgeFinder(m_discovery.get());
+        session->lookForSwitchOffTimer();
+    }
+    // "glowdeckctl pair" while this runs: each session takes in a contact stored by another program at once.
     m_store->watchForChanges();
-    // A timer set before a restart or a suspend is still on the bridge: look for it once the bridge answers.
-    connect(m_connection.get(), &BridgeConnection::lightsRefreshed, m_switchOffTimer.get(),
-            [this](const LightsResult& result) {
-                if (result.ok() && std::exchange(m_findSwitchOffTimer, false))
-                    m_switchOffTimer->findOnBridge();
-            });
-    connect(m_settings.get(), &AppSettings::bridgeChangedElsewhere, m_connection.get(), [this] {
-        if (!m_settings->hueIP().isEmpty() && !m_settings->hueKey().isEmpty())
-            m_connection->connectToBridge();
-    });
     m_reviewPrompt = std::make_unique<ReviewPrompt>(*m_settings);
     m_startAtLogin = std::make_unique<StartAtLogin>(
         createLoginItem(applicationId, m_options.loginItemFolder, loginArguments()));
@@ -204,7 +213,7 @@ void AppDelegate::start()
 
     createTrayIcon();
 
-    auto* content = new ContentView(*m_settings, *m_commands, m_options.links);
+    auto* content = new ContentView(*m_settings, m_session->commands(), m_options.links);
     m_windowController = std::make_unique<StatusBarMenuWindowController>(
         *m_settings, content, [this]() -> std::optional<QRect> {
             // Read at every opening: right after show() an XEmbed tray reports the origin for a while, and a
@@ -232,8 +241,8 @@ void AppDelegate::createTrayIcon()
     m_trayIcon = std::make_unique<QSystemTrayIcon>(lampIcon(m_settings->appIcon()));
     m_trayIcon->setToolTip(SwitchOffNotice::restingToolTip);
     m_switchOffNotice = std::make_unique<SwitchOffNotice>(*m_trayIcon);
-    connect(m_switchOffTimer.get(), &SwitchOffTimer::changed, m_switchOffNotice.get(),
-            [this] { m_switchOffNotice->setPendingUntil(m_switchOffTimer->firesAt()); });
+    connect(&switchOffTimer(), &SwitchOffTimer::changed, m_switchOffNotice.get(),
+            [this] { m_switchOffNotice->setPendingUntil(switchOffTimer().firesAt()); });
     connect(m_settings.get(), &AppSettings::appIconChanged, this, &AppDelegate::onAppIconChanged);
     connect(m_trayIcon.get(), &QSystemTrayIcon::activated, this, [this](QSystemTrayIcon::ActivationReason r) {
         onActivated(r, QGuiApplication::keyboardModifiers());
@@ -368,14 +377,14 @@ void AppDelegate::buildContextMenu()
         m_menu->addAction(tr("Off in %1 minutes").arg(minutes), this, &AppDelegate::onAllOffInMinutes)
             ->setData(minutes);
     // The pending timer, and the way back from it.
-    m_cancelTimer = m_menu->addAction(QString(), m_switchOffTimer.get(), &SwitchOffTimer::cancel);
+    m_cancelTimer = m_menu->addAction(QString(), &switchOffTimer(), &SwitchOffTimer::cancel);
     const auto showTimer = [this] {
-        const QDateTime at = m_switchOffTimer->firesAt();
+        const QDateTime at = switchOffTimer().firesAt();
         m_cancelTimer->setVisible(at.isValid());
         m_cancelTimer->setText(
             tr("Lights off at %1 \u2014 Cancel").arg(QLocale().toString(at.time(), QLocale::ShortFormat)));
     };
-    connect(m_switchOffTimer.get(), &SwitchOffTimer::changed, m_cancelTimer, showTimer);
+    connect(&switchOffTimer(), &SwitchOffTimer::changed, m_cancelTimer, showTimer);
     showTimer();
     m_menu->addSeparator();
     m_menu->addAction(QStringLiteral("Settings"), this, &AppDelegate::onOpenSettings);
@@ -396,7 +405,7 @@ void AppDelegate::registerHotkeys()
         m_settings->addLogLine(
             QStringLiteral("Glowdeck: global shortcuts are not available on this desktop: %1.").arg(reason));
     });
-    m_hotkeyActions = std::make_unique<HotkeyActions>(*m_settings, *m_commands);
+    m_hotkeyActions = std::make_unique<HotkeyActions>(*m_settings, m_session->commands());
     m_hotkeyActions->registerHandlers(*m_hotkeys);
     m_hotkeys->onKeyUp(HotkeyNames::openGlowdeck(), [this] {
         QMetaObject::invokeMethod(this, &AppDelegate::toggleFromKeyboard, Qt::QueuedConnection);
@@ -406,7 +415,7 @@ void AppDelegate::registerHotkeys()
 void AppDelegate::connectToBridgeAtStart()
 {
     if (!m_settings->hueIP().isEmpty()) {
-        QTimer::singleShot(0, m_connection.get(), &BridgeConnection::connectToBridge);
+        QTimer::singleShot(0, m_session, &BridgeSession::connectToBridge);
         return;
     }
     // Only the address is filled in: pairing waits for the user's "Connect" or the next start.
@@ -552,7 +561,8 @@ void AppDelegate::onWindowResizePlease(qint64 height)
 
 void AppDelegate::onAllOff()
 {
-    m_commands->switchEverythingOff();
+    for (BridgeSession* session : m_sessions->all())
+        session->commands().switchEverythingOff();
 }
 
 void AppDelegate::onAllOffInMinutes()
@@ -562,8 +572,9 @@ void AppDelegate::onAllOffInMinutes()
     const qint64 minutes = action ? action->data().toLongLong() : 0;
     if (minutes <= 0)
         return;
-    m_switchOffTimer->start(minutes);
-    m_switchOffNotice->announce(m_switchOffTimer->firesAt(), minutes);
+    for (BridgeSession* session : m_sessions->all())
+        session->switchOffTimer().start(minutes);
+    m_switchOffNotice->announce(switchOffTimer().firesAt(), minutes);
 }
 
 void AppDelegate::onOpenSettings()
@@ -602,10 +613,8 @@ void AppDelegate::onSleepNote()
 
 void AppDelegate::onWakeNote()
 {
-    // The switch-off timer may have gone off, or been cancelled elsewhere, while the computer slept.
-    m_findSwitchOffTimer = true;
-    m_queue->startProcessor();
-    m_connection->startBridgeStateRefresher();
+    for (BridgeSession* session : m_sessions->all())
+        session->resume();
 }
 
 void AppDelegate::onQuit()
@@ -616,8 +625,8 @@ void AppDelegate::onQuit()
 
 void AppDelegate::stopTimers()
 {
-    if (m_queue)
-        m_queue->stopProcessor();
-    if (m_connection)
-        m_connection->stopBridgeStateRefresher();
+    if (!m_sessions)
+        return;
+    for (BridgeSession* session : m_sessions->all())
+        session->suspend();
 }

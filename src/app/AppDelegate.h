@@ -20,6 +20,8 @@ class ActionQueue;
 class AppWindow;
 class AppSettings;
 class BridgeConnection;
+class BridgeSession;
+class BridgeSessions;
 class BridgeDiscovery;
 class LocalNetworkBrowser;
 class BridgePairing;
@@ -108,8 +110,11 @@ public:
     void setUrlOpener(std::function<void(const QUrl&)> opener) { m_openUrl = std::move(opener); }
 
     AppSettings& settings() const { return *m_settings; }
-    ActionQueue& queue() const { return *m_queue; }
-    BridgeConnection& connection() const { return *m_connection; }
+    /// The sessions of the bridges served (one today), and the one the window shows.
+    BridgeSessions& sessions() const { return *m_sessions; }
+    BridgeSession& session() const { return *m_session; }
+    ActionQueue& queue() const;
+    BridgeConnection& connection() const;
     QMenu& contextMenu() const { return *m_menu; }
     StatusBarMenuWindowController& windowController() const { return *m_windowController; }
     GlobalHotkeys& hotkeys() const { return *m_hotkeys; }
@@ -120,7 +125,7 @@ public:
     DebugView* debugWindow() const { return m_debugWindow.get(); }
     QSystemTrayIcon& trayIcon() const { return *m_trayIcon; }
     SwitchOffNotice& switchOffNotice() const { return *m_switchOffNotice; }
-    SwitchOffTimer& switchOffTimer() const { return *m_switchOffTimer; }
+    SwitchOffTimer& switchOffTimer() const;
     /// The welcome window while it is open.
     WelcomeView* welcomeWindow() const { return m_welcome; }
 
@@ -170,13 +175,11 @@ private:
     std::unique_ptr<JsonSettingsStore> m_store;
     std::unique_ptr<Diagnostics> m_diagnostics;
     std::unique_ptr<AppSettings> m_settings;
-    std::unique_ptr<ActionQueue> m_queue;
-    std::unique_ptr<BridgeCommands> m_commands;
+    std::unique_ptr<BridgeSessions> m_sessions;
+    BridgeSession* m_session = nullptr; // the first of m_sessions
     std::unique_ptr<HotkeyBackend> m_hotkeyBackend;
     std::unique_ptr<GlobalHotkeys> m_hotkeys;
     std::unique_ptr<HotkeyActions> m_hotkeyActions;
-    std::unique_ptr<BridgePairing> m_pairing;
-    std::unique_ptr<BridgeConnection> m_connection;
     std::unique_ptr<ShellRunner> m_shell;
     std::unique_ptr<LocalNetworkBrowser> m_localNetwork; // null where there is no mDNS service
     std::unique_ptr<BridgeDiscovery> m_discovery;
@@ -187,9 +190,7 @@ private:
     std::unique_ptr<DebugView> m_debugWindow;                   // created on first use
     std::unique_ptr<QSystemTrayIcon> m_trayIcon;
     std::unique_ptr<SwitchOffNotice> m_switchOffNotice;
-    std::unique_ptr<SwitchOffTimer> m_switchOffTimer;
     QAction* m_cancelTimer = nullptr; ///< "Lights off at 23:40 — Cancel", while a timer is pending
-    bool m_findSwitchOffTimer = true; // after the start and after a wake, at the next light read
     std::unique_ptr<StatusBarMenuWindowController> m_windowController;
     std::unique_ptr<QMenu> m_menu;
     QPointer<WelcomeView> m_welcome;

@@ -9,6 +9,7 @@
 #include "bridge/CodedRecords.h"
 #include "bridge/JsonWriter.h"
 #include "model/SceneRooms.h"
+#include "session/BridgeSession.h"
 #include "state/AppSettings.h"
 
 #include <QNetworkAccessManager>
@@ -201,12 +202,14 @@ bool CtlCommands::openSettings()
     if (!m_bridge.open(m_invocation))
         return false;
     m_settings = &m_bridge.settings();
-    m_queue = std::make_unique<ActionQueue>(*m_settings, *m_network);
+    // The same session of the bridge as the tray's: its commands fill its queue, which sends them.
+    m_session = std::make_unique<BridgeSession>(*m_settings, *m_network);
+    m_queue = &m_session->queue();
+    m_commands = &m_session->commands();
     m_queue->setLogRefusals(false); // every failed change gets its own line on standard error
-    m_commands = std::make_unique<BridgeCommands>(*m_settings, *m_queue);
-    connect(m_queue.get(), &ActionQueue::sent, &m_watchdog, qOverload<>(&QTimer::start));
-    connect(m_queue.get(), &ActionQueue::answered, this, &CtlCommands::onAnswered);
-    connect(m_queue.get(), &ActionQueue::drained, this, &CtlCommands::onDrained);
+    connect(m_queue, &ActionQueue::sent, &m_watchdog, qOverload<>(&QTimer::start));
+    connect(m_queue, &ActionQueue::answered, this, &CtlCommands::onAnswered);
+    connect(m_queue, &ActionQueue::drained, this, &CtlCommands::onDrained);
     return true;
 }
 

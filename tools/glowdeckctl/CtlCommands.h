@@ -16,6 +16,7 @@ class AppSettings;
 struct ActionQueueItem;
 struct WriteOutcome;
 class BridgeCommands;
+class BridgeSession;
 class BridgeNetwork;
 
 /// Runs one checked list or change command against the bridge: reads the list it needs afresh, then prints it
@@ -65,9 +66,10 @@ private:
     CtlInvocation m_invocation;
     std::unique_ptr<BridgeNetwork> m_network;
     CtlBridge m_bridge;
-    AppSettings* m_settings = nullptr; // the bridge's, once it is open
-    std::unique_ptr<ActionQueue> m_queue;
-    std::unique_ptr<BridgeCommands> m_commands;
+    AppSettings* m_settings = nullptr;        // the bridge's, once it is open
+    std::unique_ptr<BridgeSession> m_session; // the bridge's, once it is open
+    ActionQueue* m_queue = nullptr;
+    BridgeCommands* m_commands = nullptr;
     QTimer m_watchdog;
     QStringList m_failures; ///< one line per distinct failed change
     bool m_finished = false;

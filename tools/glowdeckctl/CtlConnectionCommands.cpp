@@ -1,7 +1,5 @@
 #include "CtlConnectionCommands.h"
 
-#include "bridge/ActionQueue.h"
-
 #include "CtlBridge.h"
 #include "CtlCommon.h"
 
@@ -13,6 +11,7 @@
 #include "connection/BridgePairing.h"
 #include "connection/BridgeProbe.h"
 #include "connection/ShellRunner.h"
+#include "session/BridgeSession.h"
 #include "state/AppSettings.h"
 #include "state/JsonSettingsStore.h"
 #include "state/MemorySettingsStore.h"
@@ -252,20 +251,18 @@ void CtlConnectionCommands::connectWithKey(const QString& key)
     m_settings->setHueIP(m_address);
     m_settings->setHueKey(key);
     m_settings->setBridgeContact(m_contact->transport, m_contact->bridgeId, m_contact->pinnedKey);
-    m_queue = std::make_unique<ActionQueue>(*m_settings, *m_network);
-    m_connection = std::make_unique<BridgeConnection>(*m_settings, *m_network, *m_pairing, *m_queue);
+    m_session = std::make_unique<BridgeSession>(*m_settings, *m_network);
+    BridgeConnection* connection = &m_session->connection();
     m_listsPending = 3;
-    connect(m_connection.get(), &BridgeConnection::lightsRefreshed, this, [this](const LightsResult& result) {
+    connect(connection, &BridgeConnection::lightsRefreshed, this, [this](const LightsResult& result) {
         if (!m_lights)
             m_lights = result;
         onListRefreshed();
     });
-    connect(m_connection.get(), &BridgeConnection::groupsRefreshed, this,
-            &CtlConnectionCommands::onListRefreshed);
-    connect(m_connection.get(), &BridgeConnection::scenesRefreshed, this,
-            &CtlConnectionCommands::onListRefreshed);
+    connect(connection, &BridgeConnection::groupsRefreshed, this, &CtlConnectionCommands::onListRefreshed);
+    connect(connection, &BridgeConnection::scenesRefreshed, this, &CtlConnectionCommands::onListRefreshed);
     // The same step as the tray's: with a light read that succeeds, it stores the address and the key.
-    m_connection->connectToBridge();
+    m_session->connectToBridge();
 }
 
 void CtlConnectionCommands::onListRefreshed()
@@ -273,7 +270,7 @@ void CtlConnectionCommands::onListRefreshed()
     // A refresh tick after the first round (only when a list read is slow) is not waited for.
     if (m_listsPending == 0 || --m_listsPending > 0)
         return;
-    m_connection->stopBridgeStateRefresher();
+    m_session->suspend();
     if (!m_lights || !m_lights->ok()) {
         const QString why = m_lights ? describe(*m_lights->error) : QString();
         printError(

@@ -15,8 +15,8 @@
 #include <optional>
 
 class AppSettings;
-class ActionQueue;
 class BridgeConnection;
+class BridgeSession;
 class BridgeEventStream;
 class BridgeDiscovery;
 class BridgePairing;
@@ -92,9 +92,7 @@ private:
     std::unique_ptr<AppSettings> m_pairingSettings;
     std::unique_ptr<BridgePairing> m_pairing;
     std::unique_ptr<AppSettings> m_settings;
-    std::unique_ptr<ActionQueue>
-        m_queue; // nothing is queued: the connection reads it for the user's last change
-    std::unique_ptr<BridgeConnection> m_connection;
+    std::unique_ptr<BridgeSession> m_session; // once paired: reads the lists and stores the contact
     std::unique_ptr<BridgeEventStream> m_stream;
     QTimer m_streamWait;
     QDeadlineTimer m_waitUntil;
