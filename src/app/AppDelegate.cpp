@@ -10,7 +10,8 @@
 #include "bridge/ActionQueue.h"
 #include "bridge/BridgeCommands.h"
 #include "bridge/BridgeNetwork.h"
-#include "bridge/SwitchOffTimer.h"
+#include "commands/HomeCommands.h"
+#include "commands/SwitchOffTimer.h"
 #include "connection/BridgeConnection.h"
 #include "connection/BridgeDiscovery.h"
 #include "connection/BridgePairing.h"
@@ -116,7 +117,7 @@ BridgeConnection& AppDelegate::connection() const
 
 SwitchOffTimer& AppDelegate::switchOffTimer() const
 {
-    return m_session->switchOffTimer();
+    return *m_homeCommands->switchOffTimer(*m_session);
 }
 
 PreferencesWindowController& AppDelegate::preferences()
@@ -193,15 +194,16 @@ void AppDelegate::start()
 
     // One session per stored bridge; one bridge is served, so there is one session, stored contact or not.
     m_sessions = std::make_unique<BridgeSessions>();
+    m_homeCommands = std::make_unique<HomeCommands>(*m_sessions);
     m_session = &m_sessions->add(std::make_unique<BridgeSession>(*m_settings, *m_network));
     m_shell = std::make_unique<ShellRunner>();
     m_discovery = std::make_unique<BridgeDiscovery>(*m_shell, *m_network);
     m_localNetwork = createLocalNetworkBrowser();
     m_discovery->setLocalNetworkBrowser(m_localNetwork.get());
-    for (BridgeSession* session : m_sessions->all()) {
+    for (BridgeSession* session : m_sessions->all())
         session->setBridgeFinder(m_discovery.get());
-        session->lookForSwitchOffTimer();
-    }
+    // A timer set before a restart is still on the bridge: it is taken up once the bridge answers.
+    m_homeCommands->lookForSwitchOffTimers();
     // "glowdeckctl pair" while this runs: each session takes in a contact stored by another program at once.
     m_store->watchForChanges();
     m_reviewPrompt = std::make_unique<ReviewPrompt>(*m_settings);
@@ -241,8 +243,8 @@ void AppDelegate::createTrayIcon()
     m_trayIcon = std::make_unique<QSystemTrayIcon>(lampIcon(m_settings->appIcon()));
     m_trayIcon->setToolTip(SwitchOffNotice::restingToolTip);
     m_switchOffNotice = std::make_unique<SwitchOffNotice>(*m_trayIcon);
-    connect(&switchOffTimer(), &SwitchOffTimer::changed, m_switchOffNotice.get(),
-            [this] { m_switchOffNotice->setPendingUntil(switchOffTimer().firesAt()); });
+    connect(m_homeCommands.get(), &HomeCommands::switchOffChanged, m_switchOffNotice.get(),
+            [this] { m_switchOffNotice->setPendingUntil(m_homeCommands->switchOffAt()); });
     connect(m_settings.get(), &AppSettings::appIconChanged, this, &AppDelegate::onAppIconChanged);
     connect(m_trayIcon.get(), &QSystemTrayIcon::activated, this, [this](QSystemTrayIcon::ActivationReason r) {
         onActivated(r, QGuiApplication::keyboardModifiers());
@@ -377,14 +379,14 @@ void AppDelegate::buildContextMenu()
         m_menu->addAction(tr("Off in %1 minutes").arg(minutes), this, &AppDelegate::onAllOffInMinutes)
             ->setData(minutes);
     // The pending timer, and the way back from it.
-    m_cancelTimer = m_menu->addAction(QString(), &switchOffTimer(), &SwitchOffTimer::cancel);
+    m_cancelTimer = m_menu->addAction(QString(), m_homeCommands.get(), &HomeCommands::cancelSwitchOff);
     const auto showTimer = [this] {
-        const QDateTime at = switchOffTimer().firesAt();
+        const QDateTime at = m_homeCommands->switchOffAt();
         m_cancelTimer->setVisible(at.isValid());
         m_cancelTimer->setText(
             tr("Lights off at %1 \u2014 Cancel").arg(QLocale().toString(at.time(), QLocale::ShortFormat)));
     };
-    connect(&switchOffTimer(), &SwitchOffTimer::changed, m_cancelTimer, showTimer);
+    connect(m_homeCommands.get(), &HomeCommands::switchOffChanged, m_cancelTimer, showTimer);
     showTimer();
     m_menu->addSeparator();
     m_menu->addAction(QStringLiteral("Settings"), this, &AppDelegate::onOpenSettings);
@@ -405,7 +407,7 @@ void AppDelegate::registerHotkeys()
         m_settings->addLogLine(
             QStringLiteral("Glowdeck: global shortcuts are not available on this desktop: %1.").arg(reason));
     });
-    m_hotkeyActions = std::make_unique<HotkeyActions>(*m_settings, m_session->commands());
+    m_hotkeyActions = std::make_unique<HotkeyActions>(*m_settings, *m_homeCommands);
     m_hotkeyActions->registerHandlers(*m_hotkeys);
     m_hotkeys->onKeyUp(HotkeyNames::openGlowdeck(), [this] {
         QMetaObject::invokeMethod(this, &AppDelegate::toggleFromKeyboard, Qt::QueuedConnection);
@@ -561,8 +563,7 @@ void AppDelegate::onWindowResizePlease(qint64 height)
 
 void AppDelegate::onAllOff()
 {
-    for (BridgeSession* session : m_sessions->all())
-        session->commands().switchEverythingOff();
+    m_homeCommands->switchEverythingOff();
 }
 
 void AppDelegate::onAllOffInMinutes()
@@ -572,9 +573,7 @@ void AppDelegate::onAllOffInMinutes()
     const qint64 minutes = action ? action->data().toLongLong() : 0;
     if (minutes <= 0)
         return;
-    for (BridgeSession* session : m_sessions->all())
-        session->switchOffTimer().start(minutes);
-    m_switchOffNotice->announce(switchOffTimer().firesAt(), minutes);
+    m_switchOffNotice->announce(m_homeCommands->switchOffIn(minutes), minutes);
 }
 
 void AppDelegate::onOpenSettings()
@@ -615,6 +614,8 @@ void AppDelegate::onWakeNote()
 {
     for (BridgeSession* session : m_sessions->all())
         session->resume();
+    // The switch-off timer may have gone off, or been cancelled elsewhere, while the computer slept.
+    m_homeCommands->lookForSwitchOffTimers();
 }
 
 void AppDelegate::onQuit()

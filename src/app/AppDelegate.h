@@ -22,6 +22,7 @@ class AppSettings;
 class BridgeConnection;
 class BridgeSession;
 class BridgeSessions;
+class HomeCommands;
 class BridgeDiscovery;
 class LocalNetworkBrowser;
 class BridgePairing;
@@ -113,6 +114,8 @@ public:
     /// The sessions of the bridges served (one today), and the one the window shows.
     BridgeSessions& sessions() const { return *m_sessions; }
     BridgeSession& session() const { return *m_session; }
+    /// Every action on the home as a whole: what the tray menu and the shortcuts run.
+    HomeCommands& homeCommands() const { return *m_homeCommands; }
     ActionQueue& queue() const;
     BridgeConnection& connection() const;
     QMenu& contextMenu() const { return *m_menu; }
@@ -177,6 +180,7 @@ private:
     std::unique_ptr<AppSettings> m_settings;
     std::unique_ptr<BridgeSessions> m_sessions;
     BridgeSession* m_session = nullptr; // the first of m_sessions
+    std::unique_ptr<HomeCommands> m_homeCommands;
     std::unique_ptr<HotkeyBackend> m_hotkeyBackend;
     std::unique_ptr<GlobalHotkeys> m_hotkeys;
     std::unique_ptr<HotkeyActions> m_hotkeyActions;

@@ -2,23 +2,17 @@
 
 #include "bridge/ActionQueue.h"
 #include "bridge/BridgeCommands.h"
-#include "bridge/SwitchOffTimer.h"
 #include "connection/BridgeConnection.h"
 #include "connection/BridgePairing.h"
 #include "state/AppSettings.h"
 
 BridgeSession::BridgeSession(AppSettings& state, QNetworkAccessManager& network, QObject* parent)
-    : QObject(parent), m_state(state), m_queue(std::make_unique<ActionQueue>(state, network)),
+    : QObject(parent), m_state(state), m_network(network),
+      m_queue(std::make_unique<ActionQueue>(state, network)),
       m_commands(std::make_unique<BridgeCommands>(state, *m_queue)),
-      m_switchOffTimer(std::make_unique<SwitchOffTimer>(state, network, *m_queue, *m_commands)),
       m_pairing(std::make_unique<BridgePairing>(state, network)),
       m_connection(std::make_unique<BridgeConnection>(state, network, *m_pairing, *m_queue))
 {
-    // A timer set before a restart or a suspend is still on the bridge: look for it once the bridge answers.
-    connect(m_connection.get(), &BridgeConnection::lightsRefreshed, this, [this](const LightsResult& result) {
-        if (result.ok() && std::exchange(m_findSwitchOffTimer, false))
-            m_switchOffTimer->findOnBridge();
-    });
     // "glowdeckctl pair" while this runs: its key is used at once, and never overwritten with the old one.
     connect(&m_state, &AppSettings::bridgeChangedElsewhere, this, [this] {
         if (!m_state.hueIP().isEmpty() && !m_state.hueKey().isEmpty())
@@ -55,7 +49,6 @@ void BridgeSession::connectToBridge()
 
 void BridgeSession::resume()
 {
-    m_findSwitchOffTimer = true;
     m_queue->startProcessor();
     m_connection->startBridgeStateRefresher();
 }

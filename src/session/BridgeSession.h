@@ -14,11 +14,10 @@ class BridgeConnection;
 class BridgeDiscovery;
 class BridgePairing;
 class QNetworkAccessManager;
-class SwitchOffTimer;
 
 /// Everything that keeps one bridge in step with Glowdeck: its connection (probe, reads, refresh timer, the
-/// search for a bridge that moved), its live updates, its pairing, its queue of changes with the commands
-/// that fill it, and its switch-off timer. Requests are built from the bridge's contact when they are queued
+/// search for a bridge that moved), its live updates, its pairing, and its queue of changes with the
+/// commands that fill it. Requests are built from the bridge's contact when they are queued
 /// or sent; the contact is saved, in one write, once the bridge has answered with it. A contact stored by
 /// another program (glowdeckctl pair while this runs) is taken in and the bridge reached anew with it.
 class BridgeSession final : public QObject
@@ -37,33 +36,29 @@ public:
     /// Writes the contact to the settings file, in one save.
     void saveContact();
 
+    /// The bridge's state: its contact and its home as the views show it.
+    AppSettings& state() const { return m_state; }
+    QNetworkAccessManager& network() const { return m_network; }
     ActionQueue& queue() const { return *m_queue; }
     BridgeCommands& commands() const { return *m_commands; }
     BridgePairing& pairing() const { return *m_pairing; }
     BridgeConnection& connection() const { return *m_connection; }
-    SwitchOffTimer& switchOffTimer() const { return *m_switchOffTimer; }
 
     /// What looks for the bridge when it moved to another address; none: it is only waited for.
     void setBridgeFinder(BridgeDiscovery* finder);
     /// Reaches the bridge with the contact (or pairs, without a key) and keeps it in step from then on.
     void connectToBridge();
-    /// Takes up this program's switch-off timer from the bridge once it next answers (the application's
-    /// start: a timer set before a restart is still there).
-    void lookForSwitchOffTimer() { m_findSwitchOffTimer = true; }
-    /// Sends the queued changes and keeps the bridge in step again (after a wake); the switch-off timer is
-    /// looked for again once the bridge answers, since it may have gone off or been cancelled meanwhile.
+
+    /// Sends the queued changes and keeps the bridge in step again (after a wake).
     void resume();
     /// Stops every timer (sleep, quit); queued changes stay queued.
     void suspend();
 
 private:
     AppSettings& m_state;
+    QNetworkAccessManager& m_network;
     std::unique_ptr<ActionQueue> m_queue;
     std::unique_ptr<BridgeCommands> m_commands;
-    std::unique_ptr<SwitchOffTimer> m_switchOffTimer;
     std::unique_ptr<BridgePairing> m_pairing;
     std::unique_ptr<BridgeConnection> m_connection;
-    /// Look for this program's switch-off timer on the bridge at its next answer: at the application's start
-    /// and after a wake.
-    bool m_findSwitchOffTimer = false;
 };

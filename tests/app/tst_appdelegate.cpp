@@ -7,7 +7,7 @@
 #include "app/StatusBarMenuWindowController.h"
 #include "app/SwitchOffNotice.h"
 #include "bridge/ActionQueue.h"
-#include "bridge/SwitchOffTimer.h"
+#include "commands/SwitchOffTimer.h"
 #include "connection/BridgeConnection.h"
 #include "panels/ContentView.h"
 #include "panels/WelcomeView.h"

@@ -1,4 +1,4 @@
-#include "bridge/SwitchOffTimer.h"
+#include "commands/SwitchOffTimer.h"
 
 #include "bridge/ActionQueue.h"
 #include "bridge/BridgeAnswer.h"
