@@ -36,6 +36,7 @@
 #include "preferences/window/PreferencesWindowController.h"
 #include "session/BridgeSession.h"
 #include "session/BridgeSessions.h"
+#include "state/ActivityLog.h"
 #include "state/AppSettings.h"
 #include "state/Console.h"
 #include "state/JsonSettingsStore.h"
@@ -149,11 +150,12 @@ void AppDelegate::createPreferences()
     });
     m_preferences->setFrameAutosaveName(preferencesFrameName, &m_settings->preferences());
     const auto showSaveError = [this] {
-        const QString error = m_settings->settingsSaveError();
+        const QString error = m_settings->activity().settingsSaveError();
         m_preferences->setStatus(error.isEmpty() ? QString()
                                                  : tr("Settings could not be saved: %1").arg(error));
     };
-    connect(m_settings.get(), &AppSettings::settingsSaveErrorChanged, m_preferences.get(), showSaveError);
+    connect(&m_settings->activity(), &ActivityLog::settingsSaveErrorChanged, m_preferences.get(),
+            showSaveError);
     showSaveError();
     connect(general, &PreferencesGeneralView::debugInformationRequested, this,
             &AppDelegate::onShowDebugWindow);
@@ -187,7 +189,8 @@ void AppDelegate::start()
     connect(m_appearance.get(), &DesktopAppearance::prefersDarkChanged, this,
             &AppDelegate::onPrefersDarkChanged);
 
-    m_settings = std::make_unique<AppSettings>(*m_store);
+    m_activity = std::make_unique<ActivityLog>();
+    m_settings = std::make_unique<AppSettings>(*m_store, *m_activity);
     connect(m_settings.get(), &AppSettings::windowResizePlease, this, &AppDelegate::onWindowResizePlease);
     m_settings->load();
     m_settings->keepBridgesInTheNewForm();
@@ -273,7 +276,8 @@ void AppDelegate::showTrayIconWhenAvailable()
             m_leaveWindowModeOnClose = true;
             if (!m_appWindow->isVisible())
                 leaveWindowMode();
-            m_settings->addLogLine(QStringLiteral("A system tray appeared; Glowdeck's icon is in it now."));
+            m_settings->activity().addLogLine(
+                QStringLiteral("A system tray appeared; Glowdeck's icon is in it now."));
         }
         if (m_options.startupClock && m_options.startupClock->isValid())
             printLine(QStringLiteral("Glowdeck: tray icon shown after %1 ms")
@@ -404,7 +408,7 @@ void AppDelegate::registerHotkeys()
         m_options.hotkeyBackend ? m_options.hotkeyBackend() : createHotkeyBackend(applicationId);
     m_hotkeys = std::make_unique<GlobalHotkeys>(*m_store, *m_hotkeyBackend);
     connect(m_hotkeys.get(), &GlobalHotkeys::unavailable, this, [this](const QString& reason) {
-        m_settings->addLogLine(
+        m_settings->activity().addLogLine(
             QStringLiteral("Glowdeck: global shortcuts are not available on this desktop: %1.").arg(reason));
     });
     m_hotkeyActions = std::make_unique<HotkeyActions>(*m_settings, *m_homeCommands);

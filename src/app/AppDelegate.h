@@ -17,6 +17,7 @@
 #include <optional>
 
 class ActionQueue;
+class ActivityLog;
 class AppWindow;
 class AppSettings;
 class BridgeConnection;
@@ -111,6 +112,7 @@ public:
     void setUrlOpener(std::function<void(const QUrl&)> opener) { m_openUrl = std::move(opener); }
 
     AppSettings& settings() const { return *m_settings; }
+    ActivityLog& activity() const { return *m_activity; }
     /// The sessions of the bridges served (one today), and the one the window shows.
     BridgeSessions& sessions() const { return *m_sessions; }
     BridgeSession& session() const { return *m_session; }
@@ -177,6 +179,7 @@ private:
     std::unique_ptr<BridgeNetwork> m_network;
     std::unique_ptr<JsonSettingsStore> m_store;
     std::unique_ptr<Diagnostics> m_diagnostics;
+    std::unique_ptr<ActivityLog> m_activity; // outlives everything that writes to it
     std::unique_ptr<AppSettings> m_settings;
     std::unique_ptr<BridgeSessions> m_sessions;
     BridgeSession* m_session = nullptr; // the first of m_sessions

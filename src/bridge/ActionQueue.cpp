@@ -4,6 +4,7 @@
 #include "bridge/BridgeNetwork.h"
 #include "bridge/BridgeUrl.h"
 #include "bridge/HttpExchange.h"
+#include "state/ActivityLog.h"
 #include "state/AppSettings.h"
 
 #include <QJsonDocument>
@@ -225,20 +226,21 @@ void ActionQueue::tellUser(const ActionQueueItem& item, const WriteOutcome& outc
     const QString path = bridgeResourcePath(item.url);
     switch (outcome.kind) {
     case WriteOutcome::Kind::refused:
-        m_settings.showNotice(
+        m_settings.activity().showNotice(
             tr("The bridge refused the change: %1").arg(outcome.detail),
             QStringLiteral("The bridge refused a change of %1: %2").arg(path, outcome.detail));
         break;
     case WriteOutcome::Kind::httpError:
         if (outcome.status != 429 && outcome.status != 503) {
-            m_settings.showNotice(tr("The bridge answered with an error (HTTP %1)").arg(outcome.status),
-                                  QStringLiteral("The bridge answered a change of %1 with HTTP %2")
-                                      .arg(path)
-                                      .arg(outcome.status));
+            m_settings.activity().showNotice(
+                tr("The bridge answered with an error (HTTP %1)").arg(outcome.status),
+                QStringLiteral("The bridge answered a change of %1 with HTTP %2")
+                    .arg(path)
+                    .arg(outcome.status));
         }
         break;
     case WriteOutcome::Kind::unexpected:
-        m_settings.showNotice(
+        m_settings.activity().showNotice(
             tr("The bridge's answer could not be read"),
             QStringLiteral("The bridge's answer to a change of %1 could not be read").arg(path));
         break;
@@ -255,7 +257,7 @@ bool ActionQueue::pauseForBudget(const ActionQueueItem& item, quint64 sendNumber
     m_pause = first ? firstPause : std::min(m_pause * 2, longestPause);
     m_sincePause.start();
     if (first)
-        m_settings.addLogLine(
+        m_settings.activity().addLogLine(
             QStringLiteral("The bridge is busy (HTTP %1): the next changes wait a little").arg(status));
     // The change it turned away goes again after the pause, unless the user changed the same thing since: the
     // answer may come after a newer change was sent and taken, and sending the old one again would undo it.

@@ -3,6 +3,7 @@
 #include "bridge/ActionQueue.h"
 #include "bridge/BridgeUrl.h"
 #include "bridge/UpdateBodies.h"
+#include "state/ActivityLog.h"
 #include "state/AppSettings.h"
 
 #include <algorithm>
@@ -165,7 +166,7 @@ void BridgeCommands::enqueue(const QUrl& address, QByteArray body, ActionQueueIt
     if (!address.isValid()) {
         // A damaged bridge address in the settings, or an id of the bridge's that cannot be a path segment
         // ("", "." or ".."). Dropping the change keeps the program running.
-        m_settings.addLogLine(
+        m_settings.activity().addLogLine(
             QStringLiteral("Not sending the %1 change of \"%2\": the bridge address or the id cannot form a "
                            "request address.")
                 .arg(property, itemId));

@@ -8,6 +8,7 @@
 #include "bridge/HttpExchange.h"
 #include "bridge/ResourceFetch.h"
 #include "model/ActionQueueItem.h"
+#include "state/ActivityLog.h"
 #include "state/AppSettings.h"
 
 #include <QJsonDocument>
@@ -139,7 +140,8 @@ void SwitchOffTimer::onSchedules(const HttpResult& answer, int revision, const Q
             why = answer.error;
         else if (const QStringList errors = bridgeErrors(answer.body); !errors.isEmpty())
             why = errors.join(QStringLiteral("; "));
-        m_settings.addLogLine(QStringLiteral("The bridge's timers could not be read: %1").arg(why));
+        m_settings.activity().addLogLine(
+            QStringLiteral("The bridge's timers could not be read: %1").arg(why));
         return;
     }
     // A timer set, cancelled or answered since the read went out is newer than what the bridge listed.

@@ -5,6 +5,7 @@
 #include "connection/BridgePairing.h"
 #include "connection/BridgeProbe.h"
 #include "connection/LiveUpdates.h"
+#include "state/ActivityLog.h"
 #include "state/AppSettings.h"
 #include "state/LightOrder.h"
 
@@ -32,13 +33,13 @@ BridgeConnection::BridgeConnection(AppSettings& settings, QNetworkAccessManager&
 void BridgeConnection::connectToBridge()
 {
     if (m_settings.hueKey().isEmpty()) {
-        m_settings.addLogLine(QStringLiteral("We have a Bridge IP, but no API key yet..."));
+        m_settings.activity().addLogLine(QStringLiteral("We have a Bridge IP, but no API key yet..."));
         m_pairing.pairWithBridge();
         return;
     }
     // Enough of the key to tell two apart, not enough to use it.
-    m_settings.addLogLine(QStringLiteral("Connecting to Bridge... [\u2026") + m_settings.hueKey().right(4) +
-                          u']');
+    m_settings.activity().addLogLine(QStringLiteral("Connecting to Bridge... [\u2026") +
+                                     m_settings.hueKey().right(4) + u']');
     m_reached = false;
     reach();
     startBridgeStateRefresher();
@@ -86,13 +87,13 @@ void BridgeConnection::reach()
         // A settings file of an older version holds an address and a key but no id: the bridge at that
         // address is taken for the paired one, once, and held to its id from then on.
         if (m_settings.bridgeID().isEmpty())
-            m_settings.addLogLine(QStringLiteral("Learnt the id of the bridge at %1: %2")
-                                      .arg(m_settings.hueIP(), contact.bridgeId));
+            m_settings.activity().addLogLine(QStringLiteral("Learnt the id of the bridge at %1: %2")
+                                                 .arg(m_settings.hueIP(), contact.bridgeId));
         if (contact.transport != m_settings.bridgeTransport() || contact.bridgeId != m_settings.bridgeID() ||
             contact.signer != m_settings.bridgeSigner())
-            m_settings.addLogLine(QStringLiteral("Reached bridge %1 at %2 over %3")
-                                      .arg(contact.bridgeId, contact.endpoint,
-                                           describeTransport(contact.transport, contact.signer)));
+            m_settings.activity().addLogLine(QStringLiteral("Reached bridge %1 at %2 over %3")
+                                                 .arg(contact.bridgeId, contact.endpoint,
+                                                      describeTransport(contact.transport, contact.signer)));
         m_mustAsk = false;
         m_settings.setBridgeReach(AppSettings::BridgeReach::answering);
         m_settings.setHueIP(addressAfter(m_settings.hueIP(), contact));
@@ -300,7 +301,7 @@ void BridgeConnection::reportUnusableAnswer(const LightsResult& result)
     else
         message = tr("The bridge's answer could not be read");
     if (message != m_settings.connectionErrorMessage())
-        m_settings.addLogLine(message);
+        m_settings.activity().addLogLine(message);
     m_settings.setConnectionErrorMessage(message);
 }
 
@@ -327,7 +328,7 @@ void BridgeConnection::searchForBridge()
     m_lastSearch = now;
     const QString from = m_settings.hueIP();
     const QString bridgeId = m_settings.bridgeID();
-    m_settings.addLogLine(
+    m_settings.activity().addLogLine(
         QStringLiteral("Bridge %1 does not answer at %2; looking for it on the network").arg(bridgeId, from));
     // The finder asks each address who it is before anything else: the key goes only to this bridge.
     const ProbeKnowledge knowledge{m_settings.bridgeTransport(), m_settings.bridgeIdentity(), false};
@@ -342,11 +343,11 @@ void BridgeConnection::searchForBridge()
         if (settings.hueIP() != from || settings.bridgeID() != bridgeId || settings.hueKey().isEmpty())
             return;
         if (!found || found->address == from) {
-            settings.addLogLine(
+            settings.activity().addLogLine(
                 QStringLiteral("Bridge %1 was not found elsewhere; still trying %2").arg(bridgeId, from));
             return;
         }
-        settings.addLogLine(
+        settings.activity().addLogLine(
             QStringLiteral("Bridge %1 moved from %2 to %3").arg(bridgeId, from, found->address));
         settings.setHueIP(found->address);
         settings.setBridgeContact(found->contact.transport, found->contact.bridgeId,
@@ -368,11 +369,11 @@ void BridgeConnection::logRepeating(const QString& line)
         return;
     }
     if (line == m_repeats.line && m_repeats.loggedAt.isValid()) {
-        m_settings.addLogLine(QStringLiteral("%1 (%2 times in the last minute)")
-                                  .arg(line, QString::number(m_repeats.since + 1)));
+        m_settings.activity().addLogLine(QStringLiteral("%1 (%2 times in the last minute)")
+                                             .arg(line, QString::number(m_repeats.since + 1)));
     } else {
         flushRepeats();
-        m_settings.addLogLine(line);
+        m_settings.activity().addLogLine(line);
     }
     m_repeats = {line, now, 0};
 }
@@ -380,8 +381,8 @@ void BridgeConnection::logRepeating(const QString& line)
 void BridgeConnection::flushRepeats()
 {
     if (m_repeats.since > 0)
-        m_settings.addLogLine(QStringLiteral("%1 (%2 more times in the last minute)")
-                                  .arg(m_repeats.line, QString::number(m_repeats.since)));
+        m_settings.activity().addLogLine(QStringLiteral("%1 (%2 more times in the last minute)")
+                                             .arg(m_repeats.line, QString::number(m_repeats.since)));
     m_repeats = {};
 }
 

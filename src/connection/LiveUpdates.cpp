@@ -2,6 +2,7 @@
 
 #include "bridge/ActionQueue.h"
 #include "connection/BridgeEventStream.h"
+#include "state/ActivityLog.h"
 #include "state/AppSettings.h"
 
 #include <QJsonDocument>
@@ -47,14 +48,15 @@ LiveUpdates::LiveUpdates(AppSettings& settings, QNetworkAccessManager& network, 
     });
     connect(m_stream, &BridgeEventStream::changes, this, &LiveUpdates::apply);
     connect(m_stream, &BridgeEventStream::connected, this, [this] {
-        m_settings.addLogLine(QStringLiteral("The bridge pushes its changes: reading it once a minute only"));
+        m_settings.activity().addLogLine(
+            QStringLiteral("The bridge pushes its changes: reading it once a minute only"));
         m_unavailableReason.clear();
         m_settings.setLiveUpdates(true);
         Q_EMIT streamOpened();
     });
     const auto lost = [this](const QString& reason) {
         if (m_settings.liveUpdates())
-            m_settings.addLogLine(
+            m_settings.activity().addLogLine(
                 QStringLiteral("The bridge's event stream ended (%1): reading it every 3.5 s").arg(reason));
         m_settings.setLiveUpdates(false);
     };
@@ -63,7 +65,7 @@ LiveUpdates::LiveUpdates(AppSettings& settings, QNetworkAccessManager& network, 
         lost(reason);
         // Asked again every minute: said once, not sixty times an hour.
         if (std::exchange(m_unavailableReason, reason) != reason)
-            m_settings.addLogLine(
+            m_settings.activity().addLogLine(
                 QStringLiteral("No event stream: %1; reading the bridge every 3.5 s").arg(reason));
     });
     connect(&m_queue, &ActionQueue::pendingChanged, this, &LiveUpdates::noteQueuedChanges);
@@ -140,7 +142,7 @@ bool LiveUpdates::shielded(bool group, const QString& id, Field field) const
 void LiveUpdates::apply(const BridgeEventBatch& batch)
 {
     for (const QString& problem : batch.problems)
-        m_settings.addLogLine(QStringLiteral("Event stream: %1").arg(problem));
+        m_settings.activity().addLogLine(QStringLiteral("Event stream: %1").arg(problem));
     int reads = (batch.relistLights ? lights : 0) | (batch.relistGroups ? groups : 0) |
                 (batch.relistScenes ? scenes : 0);
     int held = 0;

@@ -1,6 +1,7 @@
 #include "panels/ConnectionBanner.h"
 
 #include "panels/Theme.h"
+#include "state/ActivityLog.h"
 #include "state/AppSettings.h"
 
 #include <QEvent>
@@ -29,10 +30,11 @@ ConnectionBanner::ConnectionBanner(AppSettings& settings, QWidget* parent)
     layout->setContentsMargins(horizontalMargin, verticalMargin, horizontalMargin, verticalMargin);
     layout->addWidget(m_text);
 
-    for (auto changed :
-         {&AppSettings::bridgeConnectedChanged, &AppSettings::connectionErrorMessageChanged,
-          &AppSettings::hueKeyChanged, &AppSettings::noticeChanged, &AppSettings::settingsSaveErrorChanged})
+    for (auto changed : {&AppSettings::bridgeConnectedChanged, &AppSettings::connectionErrorMessageChanged,
+                         &AppSettings::hueKeyChanged})
         connect(&m_settings, changed, this, &ConnectionBanner::onStateChanged);
+    for (auto changed : {&ActivityLog::noticeChanged, &ActivityLog::settingsSaveErrorChanged})
+        connect(&m_settings.activity(), changed, this, &ConnectionBanner::onStateChanged);
     onStateChanged();
     applyColours();
 }
@@ -49,10 +51,10 @@ void ConnectionBanner::onStateChanged()
     QString text;
     if (!m_settings.bridgeConnected() && (paired || !error.isEmpty()))
         text = error.isEmpty() ? tr("Bridge not reachable \u2014 retrying") : error;
-    else if (!m_settings.settingsSaveError().isEmpty())
-        text = tr("Settings could not be saved: %1").arg(m_settings.settingsSaveError());
+    else if (!m_settings.activity().settingsSaveError().isEmpty())
+        text = tr("Settings could not be saved: %1").arg(m_settings.activity().settingsSaveError());
     else
-        text = m_settings.notice();
+        text = m_settings.activity().notice();
     const bool shown = !text.isEmpty();
     if (shown)
         m_text->setText(text);

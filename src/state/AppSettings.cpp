@@ -2,53 +2,37 @@
 
 #include "model/BridgeAddress.h"
 
-#include "state/Console.h"
+#include "state/ActivityLog.h"
 #include "state/LightOrder.h"
-#include "state/Redaction.h"
 #include "state/SettingsKeys.h"
 #include "state/SettingsStore.h"
 
-#include <QTimer>
-
 #include <algorithm>
 
-namespace {
-constexpr int noticeSeconds = 8;
-} // namespace
+AppSettings::AppSettings(SettingsStore& store, ActivityLog& activity, QObject* parent)
+    : AppSettings(store, nullptr, &activity, parent)
+{}
 
 AppSettings::AppSettings(SettingsStore& store, QObject* parent)
-    : QObject(parent), m_store(store), m_noticeExpiry(new QTimer(this))
+    : AppSettings(store, std::make_unique<ActivityLog>(), nullptr, parent)
+{}
+
+AppSettings::AppSettings(SettingsStore& store, std::unique_ptr<ActivityLog> own, ActivityLog* shared,
+                         QObject* parent)
+    : QObject(parent), m_store(store), m_ownActivity(std::move(own)),
+      m_activity(shared ? *shared : *m_ownActivity)
 {
-    m_noticeExpiry->setSingleShot(true);
-    m_noticeExpiry->setInterval(noticeSeconds * 1000);
-    connect(m_noticeExpiry, &QTimer::timeout, this,
-            [this] { assign(m_notice, QString(), &AppSettings::noticeChanged); });
     m_store.setChangedElsewhereHandler([this](const QStringList& keys) { onChangedElsewhere(keys); });
-    m_store.setSaveErrorHandler([this] {
-        if (!m_store.saveError().isEmpty())
-            addLogLine(QStringLiteral("Settings could not be saved: %1").arg(m_store.saveError()));
-        Q_EMIT settingsSaveErrorChanged();
-    });
-    m_store.setNoticeHandler([this](const QString& message) { showNotice(message); });
+    m_store.setSaveErrorHandler([this] { m_activity.setSettingsSaveError(m_store.saveError()); });
+    m_store.setNoticeHandler([this](const QString& message) { m_activity.showNotice(message); });
 }
 
 AppSettings::~AppSettings()
 {
+    m_activity.setKey(this, QString());
     m_store.setChangedElsewhereHandler({});
     m_store.setSaveErrorHandler({});
     m_store.setNoticeHandler({});
-}
-
-QString AppSettings::settingsSaveError() const
-{
-    return m_store.saveError();
-}
-
-void AppSettings::showNotice(const QString& message, const QString& logLine)
-{
-    addLogLine(logLine.isEmpty() ? message : logLine);
-    m_noticeExpiry->start();
-    assign(m_notice, message, &AppSettings::noticeChanged);
 }
 
 void AppSettings::onChangedElsewhere(const QStringList& keys)
@@ -90,7 +74,7 @@ void AppSettings::onChangedElsewhere(const QStringList& keys)
     if (!Preferences::touchesBridges(keys))
         return;
     loadBridge();
-    addLogLine(QStringLiteral("Another program stored a bridge in the settings file: using it"));
+    m_activity.addLogLine(QStringLiteral("Another program stored a bridge in the settings file: using it"));
     Q_EMIT bridgeChangedElsewhere();
 }
 
@@ -99,7 +83,7 @@ void AppSettings::loadBridge()
     QStringList problems;
     const QList<BridgeContact> stored = m_preferences.bridges(&problems);
     for (const QString& problem : problems)
-        addLogLine(problem);
+        m_activity.addLogLine(problem);
     // One bridge is served: the first one stored. The others stay in the file as they are.
     const BridgeContact contact = stored.value(0);
     setHueIP(contact.address);
@@ -115,7 +99,7 @@ void AppSettings::keepBridgesInTheNewForm()
     if (stored.isEmpty() || !m_preferences.holdsOnlyLooseBridgeKeys())
         return;
     m_preferences.setBridges(stored);
-    addLogLine(QStringLiteral("The bridge stored by an older version is now kept in \"bridges\""));
+    m_activity.addLogLine(QStringLiteral("The bridge stored by an older version is now kept in \"bridges\""));
 }
 
 void AppSettings::load()
@@ -166,18 +150,6 @@ qint64 AppSettings::preferredHeightOfActivePanel() const
         return m_presetWindowHeightScenes;
     }
     return defaultWindowHeight;
-}
-
-void AppSettings::addLogLine(const QString& message)
-{
-    // The log is kept, shown and sent with reports: the key never gets into it.
-    const QString line = redacted(message, m_contact.key);
-    printLine(line);
-    // Dropping the whole log at the cap is cheaper than trimming it and loses nothing anyone reads.
-    if (m_log.size() >= logCapacity)
-        m_log.clear();
-    m_log.append(line);
-    Q_EMIT logChanged();
 }
 
 bool AppSettings::updateLight(const QString& lampId, const std::function<void(HueLight&)>& change)
@@ -250,6 +222,8 @@ void AppSettings::setHueIP(const QString& address)
 
 void AppSettings::setHueKey(const QString& key)
 {
+    // Kept out of the log before it is used anywhere.
+    m_activity.setKey(this, key);
     assign(m_contact.key, key, &AppSettings::hueKeyChanged);
 }
 

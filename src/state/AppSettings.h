@@ -17,14 +17,17 @@
 #include <QStringList>
 
 #include <functional>
+#include <memory>
 
 class QTimer;
 
+class ActivityLog;
 class SettingsStore;
 
-/// The one shared, observable state of the application: bridge data, connection, the log and the user's
-/// display settings. Every published field notifies on change; views redraw from these signals.
-/// Lives on the main thread and is only touched there.
+/// The observable state of the bridge and the user's display settings: the bridge's contact, its lamps, rooms
+/// and scenes, the connection, and the persisted choices. What the program tells is in its ActivityLog. Every
+/// published field notifies on change; views redraw from these signals. Lives on the main thread and is only
+/// touched there.
 class AppSettings final : public QObject
 {
     Q_OBJECT
@@ -41,7 +44,6 @@ class AppSettings final : public QObject
     Q_PROPERTY(int forceRedraw READ forceRedraw WRITE setForceRedraw NOTIFY forceRedrawChanged)
     Q_PROPERTY(QString connectionErrorMessage READ connectionErrorMessage WRITE setConnectionErrorMessage
                    NOTIFY connectionErrorMessageChanged)
-    Q_PROPERTY(QStringList log READ log NOTIFY logChanged)
     Q_PROPERTY(bool showReviewRequest READ showReviewRequest WRITE setShowReviewRequest NOTIFY
                    showReviewRequestChanged)
     Q_PROPERTY(QString appIcon READ appIcon WRITE setAppIcon NOTIFY appIconChanged)
@@ -72,12 +74,11 @@ public:
 
     /// The height a panel opens with when nothing else is known, in points.
     static constexpr qint64 defaultWindowHeight = 280;
-    /// The log is emptied, not trimmed, once it holds this many lines.
-    static constexpr qsizetype logCapacity = 1001;
-
     /// Follows the store: what another program stored is taken in at once (a bridge address or key with
     /// `bridgeChangedElsewhere`, the display choices with their own signals, hidden lights with
-    /// `lightVisibilityChanged`), and what the store could not save is told (`settingsSaveError`).
+    /// `lightVisibilityChanged`), and what the store could not save or did on its own is told in `activity`.
+    AppSettings(SettingsStore& store, ActivityLog& activity, QObject* parent = nullptr);
+    /// With an activity log of its own: for a program that only reads or pairs (glowdeckctl) and for tests.
     explicit AppSettings(SettingsStore& store, QObject* parent = nullptr);
     ~AppSettings() override;
 
@@ -90,14 +91,8 @@ public:
     /// The preset height of the active panel; 280 for a panel value outside the three.
     qint64 preferredHeightOfActivePanel() const;
 
-    /// Prints the line and appends it to the log, both with the key redacted (state/Redaction.h).
-    void addLogLine(const QString& message);
-    /// Shows @p message to the user for a few seconds (the drop-down window's line) and logs it, or
-    /// @p logLine in its place. A message shown already stays, for a few seconds from now.
-    void showNotice(const QString& message, const QString& logLine = QString());
-    QString notice() const { return m_notice; }
-    /// Why settings changed in this run may be lost (the store's words); empty while every change is saved.
-    QString settingsSaveError() const;
+    /// Where the program tells what it does; the bridge's key is kept out of it.
+    ActivityLog& activity() const { return m_activity; }
 
     /// Changes the first light with this id in place; returns false when there is none.
     bool updateLight(const QString& lampId, const std::function<void(HueLight&)>& change);
@@ -152,7 +147,6 @@ public:
     QString hueKey() const { return m_contact.key; }
     int forceRedraw() const { return m_forceRedraw; }
     QString connectionErrorMessage() const { return m_connectionErrorMessage; }
-    QStringList log() const { return m_log; }
     bool showReviewRequest() const { return m_showReviewRequest; }
     QString appIcon() const { return m_appIcon; }
     qint64 keyIncrement() const { return m_keyIncrement; }
@@ -201,7 +195,6 @@ Q_SIGNALS:
     void hueKeyChanged();
     void forceRedrawChanged();
     void connectionErrorMessageChanged();
-    void logChanged();
     void showReviewRequestChanged();
     void appIconChanged();
     void keyIncrementChanged();
@@ -221,8 +214,6 @@ Q_SIGNALS:
     void lightVisibilityChanged();
     /// Another program stored a bridge address, key or identity, and these fields now hold it.
     void bridgeChangedElsewhere();
-    void noticeChanged();
-    void settingsSaveErrorChanged();
 
 private:
     template <typename T>
@@ -232,7 +223,11 @@ private:
     void storeContact(const BridgeContact& contact);
     void onChangedElsewhere(const QStringList& keys);
 
+    AppSettings(SettingsStore& store, std::unique_ptr<ActivityLog> own, ActivityLog* shared, QObject* parent);
+
     SettingsStore& m_store;
+    std::unique_ptr<ActivityLog> m_ownActivity; // null when the log is the application's
+    ActivityLog& m_activity;
     Preferences m_preferences{m_store};
 
     QList<HueLight> m_lights;
@@ -244,7 +239,6 @@ private:
     BridgeContact m_contact;
     int m_forceRedraw = 0;
     QString m_connectionErrorMessage;
-    QStringList m_log;
     bool m_showReviewRequest = false;
     QString m_appIcon = QStringLiteral("Icon_Lamp0");
     qint64 m_keyIncrement = 50;
@@ -256,6 +250,4 @@ private:
     bool m_showColorBarsForRooms = true;
     bool m_showZones = true;
     CertificateSigner m_bridgeSigner;
-    QString m_notice;
-    QTimer* m_noticeExpiry;
 };

@@ -234,7 +234,7 @@ void TestActionQueue::aBusyBridgePausesTheQueueLongerEachTime()
     QCOMPARE(second.size(), 3);
     QVERIFY(second.at(2).receivedAtMs - second.at(1).receivedAtMs >= 1900);
     QCOMPARE(m_bench->bridge().group(u"2"_qs).value(u"action").toObject().value(u"bri").toInt(), 1);
-    QCOMPARE(m_bench->settings().log().filter(u"The bridge is busy (HTTP 429)"_qs).size(), 1);
+    QCOMPARE(m_bench->settings().activity().log().filter(u"The bridge is busy (HTTP 429)"_qs).size(), 1);
 }
 
 void TestActionQueue::noLateAnswerUndoesANewerCommand_data()
@@ -364,9 +364,9 @@ void TestActionQueue::readsEveryAnswerAndTellsTheUserWhatWentWrong()
         if (outcome == WriteOutcome::Kind::refused)
             QCOMPARE(result.detail, QStringLiteral("Internal error, 404"));
     }
-    QCOMPARE(m_bench->settings().notice(), notice);
+    QCOMPARE(m_bench->settings().activity().notice(), notice);
     // Every one in the log, naming the lamp (and not the key).
-    const QStringList logged = m_bench->settings().log().filter(QStringLiteral("change of"));
+    const QStringList logged = m_bench->settings().activity().log().filter(QStringLiteral("change of"));
     QCOMPARE(logged.size(), notice.isEmpty() ? 0 : 2);
     if (outcome == WriteOutcome::Kind::refused)
         QCOMPARE(logged.first(), u"The bridge refused a change of /lights/1/state: Internal error, 404"_qs);

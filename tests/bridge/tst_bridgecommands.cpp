@@ -249,9 +249,10 @@ void TestBridgeCommands::keepsEachIdOnePathSegment()
     light.lamp_id = id;
     m_commands->setLightOn(light, true);
     if (path.isEmpty()) {
-        QTRY_COMPARE(m_bench->settings().log().size(), 1);
-        QVERIFY2(m_bench->settings().log().first().contains(QStringLiteral("cannot form a request address")),
-                 qPrintable(m_bench->settings().log().first()));
+        QTRY_COMPARE(m_bench->settings().activity().log().size(), 1);
+        QVERIFY2(m_bench->settings().activity().log().first().contains(
+                     QStringLiteral("cannot form a request address")),
+                 qPrintable(m_bench->settings().activity().log().first()));
         QVERIFY(m_queue->pending().isEmpty());
         return;
     }

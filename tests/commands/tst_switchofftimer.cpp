@@ -148,7 +148,7 @@ void TestSwitchOffTimer::findsItsSwitchOffTimerAgainAfterARestart()
     // An answer that is no list changes nothing, and says so.
     bridge.setFault(BridgeSimulator::Fault::GarbageBody, 1, "GET");
     timer.findOnBridge();
-    QTRY_COMPARE(m_bench->settings().log().filter(u"timers could not be read"_qs).size(), 1);
+    QTRY_COMPARE(m_bench->settings().activity().log().filter(u"timers could not be read"_qs).size(), 1);
     QVERIFY(changed.isEmpty());
 
     timer.findOnBridge();

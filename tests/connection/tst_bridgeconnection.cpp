@@ -125,9 +125,9 @@ void TestBridgeConnection::readsTheListsBeforeStoringTheBridge()
     ListReads reads(m_connection.get());
     m_connection->connectToBridge();
     // The log is kept and sent with reports: the key's last four characters only.
-    QVERIFY(
-        settings().log().contains(QStringLiteral("Connecting to Bridge... [\u2026%1]").arg(m_key.right(4))));
-    QVERIFY(!settings().log().join(u'\n').contains(m_key));
+    QVERIFY(settings().activity().log().contains(
+        QStringLiteral("Connecting to Bridge... [\u2026%1]").arg(m_key.right(4))));
+    QVERIFY(!settings().activity().log().join(u'\n').contains(m_key));
     QVERIFY(!store().contains(Keys::bridgeIP) && !store().contains(Keys::bridgeUser));
     QVERIFY(reads.waitForAll());
     QCOMPARE(listsRead(), (QStringList{"lights", "groups", "scenes"}));
@@ -155,7 +155,8 @@ void TestBridgeConnection::pairsFirstWithoutAKey()
         m_bench->bridge().pressLinkButton();
     QSignalSpy finished(m_pairing.get(), &BridgePairing::pairingFinished);
     m_connection->connectToBridge();
-    QVERIFY(settings().log().contains(QStringLiteral("We have a Bridge IP, but no API key yet...")));
+    QVERIFY(
+        settings().activity().log().contains(QStringLiteral("We have a Bridge IP, but no API key yet...")));
     QVERIFY(finished.wait(10000));
     // Who the bridge is, then the key request to it.
     const SimulatedRequest first = m_bench->bridge().requests().at(0);
@@ -214,7 +215,7 @@ void TestBridgeConnection::failedLightReadStoresNothing()
     QVERIFY(!settings().bridgeConnected());
     QCOMPARE(settings().connectionErrorMessage(), message);
     if (message != u"earlier trouble"_qs) // the log and the debug report say why, too
-        QVERIFY(settings().log().contains(message));
+        QVERIFY(settings().activity().log().contains(message));
     QVERIFY(!store().contains(Keys::bridgeIP) && !store().contains(Keys::bridgeUser));
 }
 

@@ -303,8 +303,11 @@ void TestBridgeTrust::aBridgeThatMovedIsFoundByItsIdAndNoOtherGetsTheKey()
     QTRY_VERIFY(settings().bridgeConnected());
     QCOMPARE(settings().hueKey(), key); // nothing paired again
     QTRY_COMPARE(m_state->store().readString(SettingsKeys::bridgeIP), after);
-    QVERIFY(
-        !settings().log().filter(u"Bridge %1 moved from %2 to %3"_qs.arg(bridgeId, before, after)).isEmpty());
+    QVERIFY(!settings()
+                 .activity()
+                 .log()
+                 .filter(u"Bridge %1 moved from %2 to %3"_qs.arg(bridgeId, before, after))
+                 .isEmpty());
     // The neighbour refused at the handshake: nothing with the key ever reached it.
     for (const SimulatedRequest& request : neighbour.requests())
         QVERIFY2(!request.path.contains(key), qPrintable(request.path));
@@ -344,7 +347,8 @@ void TestBridgeTrust::aProblemThatComesBackAtEveryTickIsLoggedOnceAMinute()
     };
     const QString at = u"The bridge at 127.0.0.1:%1 "_qs.arg(port);
     const auto told = [&] {
-        return settings().log().filter(QRegularExpression(u"^"_qs + QRegularExpression::escape(at)));
+        return settings().activity().log().filter(
+            QRegularExpression(u"^"_qs + QRegularExpression::escape(at)));
     };
     for (int i = 0; i < 3 && told().isEmpty(); ++i)
         tick(1);
@@ -450,7 +454,11 @@ void TestBridgeTrust::anOlderSettingsFileLearnsTheIdBeforeTheKeyGoes()
         };
         QTRY_VERIFY_WITH_TIMEOUT(changed(), 10000);
         QCOMPARE(settings().bridgeID(), m_bridge->bridgeId());
-        QVERIFY(!settings().log().filter(u"Learnt the id of the bridge at %1"_qs.arg(address)).isEmpty());
+        QVERIFY(!settings()
+                     .activity()
+                     .log()
+                     .filter(u"Learnt the id of the bridge at %1"_qs.arg(address))
+                     .isEmpty());
         return;
     }
     QTRY_VERIFY_WITH_TIMEOUT(!settings().connectionErrorMessage().isEmpty(), 10000);
@@ -502,7 +510,7 @@ void TestBridgeTrust::aBridgeKnownOverHttpsIsNeverPairedInClear()
     m_connection->connectToBridge();
     const QString silent =
         u"The bridge at %1 does not answer; looking for it on your network"_qs.arg(address);
-    QTRY_VERIFY_WITH_TIMEOUT(!settings().log().filter(silent).isEmpty(), 10000);
+    QTRY_VERIFY_WITH_TIMEOUT(!settings().activity().log().filter(silent).isEmpty(), 10000);
 }
 
 QTEST_GUILESS_MAIN(TestBridgeTrust)

@@ -388,7 +388,7 @@ void TestContentView::emptyPanelTellsUnpairedFromUnreachable()
 
     // While the bridge answers: what it refused, and, before that, settings that are not saved until they
     // are.
-    settings().showNotice(u"The bridge refused the change: parameter, bri, is not modifiable"_qs);
+    settings().activity().showNotice(u"The bridge refused the change: parameter, bri, is not modifiable"_qs);
     QVERIFY(bar->isVisible());
     QCOMPARE(bar->message(), u"The bridge refused the change: parameter, bri, is not modifiable"_qs);
     const QString file = m_rig->files.fileName();
@@ -396,7 +396,7 @@ void TestContentView::emptyPanelTellsUnpairedFromUnreachable()
     settings().setAppIcon(u"Icon_Lamp2"_qs);
     QVERIFY2(bar->message().startsWith(u"Settings could not be saved: the settings file"_qs),
              qPrintable(bar->message()));
-    QVERIFY(settings().log().last().startsWith(u"Settings could not be saved"_qs));
+    QVERIFY(settings().activity().log().last().startsWith(u"Settings could not be saved"_qs));
     QVERIFY(QDir().rmdir(file));
     settings().setAppIcon(u"Icon_Lamp3"_qs);
     QCOMPARE(bar->message(), u"The bridge refused the change: parameter, bri, is not modifiable"_qs);

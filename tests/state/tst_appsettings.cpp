@@ -81,7 +81,6 @@ private Q_SLOTS:
     void givesTheDefaultHeightForAnUnknownPanel();
     void switchingScenesOffResetsTheStoredPanel();
     void storesColourBarsBeforeShowingThem();
-    void dropsTheWholeLogAtItsCap();
     void notifiesOnlyOnChange();
     void takesInABridgeStoredByAnotherProgramWhole();
     void takesInAnOlderVersionsBridgeOnceWithEveryKey();
@@ -215,25 +214,6 @@ void TestAppSettings::storesColourBarsBeforeShowingThem()
     QVERIFY(storedWhenNotified);
 }
 
-void TestAppSettings::dropsTheWholeLogAtItsCap()
-{
-    // ... and keeps the key out of it.
-    TestSettings t;
-    AppSettings& s = t.settings();
-    PrintedLines printed;
-    for (int i = 0; i < AppSettings::logCapacity; ++i)
-        s.addLogLine(QString::number(i));
-    QCOMPARE(s.log().size(), 1001);
-    s.addLogLine(QStringLiteral("next"));
-    QCOMPARE(s.log(), QStringList{QStringLiteral("next")});
-    QCOMPARE(printed.lines().size(), 1002);
-
-    s.setHueKey(QStringLiteral("secret-key"));
-    s.addLogLine(QStringLiteral("GET /api/secret-key/lights"));
-    QCOMPARE(s.log().last(), QStringLiteral("GET /api/[redacted]/lights"));
-    QCOMPARE(printed.lines().last(), s.log().last());
-}
-
 void TestAppSettings::notifiesOnlyOnChange()
 {
     TestSettings t;
@@ -311,7 +291,7 @@ void TestAppSettings::takesInAnOlderVersionsBridgeOnceWithEveryKey()
     QCOMPARE(written.value(u"bridges").toArray(), QJsonArray{expected.toJson()});
     for (const QString& key : older.keys())
         QCOMPARE(written.value(key).toString().toUpper(), older.value(key).toString().toUpper());
-    QCOMPARE(t.settings().log().filter(u"older version"_qs).size(), 1);
+    QCOMPARE(t.settings().activity().log().filter(u"older version"_qs).size(), 1);
 
     // Once: the next start reads "bridges" and writes nothing.
     const QByteArray migrated = readFile(t.fileName());
@@ -320,7 +300,7 @@ void TestAppSettings::takesInAnOlderVersionsBridgeOnceWithEveryKey()
     t.settings().keepBridgesInTheNewForm();
     QCOMPARE(t.settings().contact(), expected);
     QCOMPARE(readFile(t.fileName()), migrated);
-    QVERIFY(t.settings().log().filter(u"older version"_qs).isEmpty());
+    QVERIFY(t.settings().activity().log().filter(u"older version"_qs).isEmpty());
 }
 
 void TestAppSettings::readsTheStoredBridgesStrictly_data()
@@ -368,7 +348,8 @@ void TestAppSettings::readsTheStoredBridgesStrictly()
     t.settings().load();
     QCOMPARE(t.settings().hueIP(), addresses.first());
     if (!problem.isEmpty())
-        QVERIFY2(!t.settings().log().filter(problem).isEmpty(), qPrintable(t.settings().log().join(u'\n')));
+        QVERIFY2(!t.settings().activity().log().filter(problem).isEmpty(),
+                 qPrintable(t.settings().activity().log().join(u'\n')));
     const std::optional<BridgeContact> first =
         BridgeContact::fromJson(QJsonDocument::fromJson("[" + bridges + "]").array().last());
     QCOMPARE(BridgeContact::fromJson(first->toJson()), first); // what is read is written back the same

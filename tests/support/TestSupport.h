@@ -1,5 +1,6 @@
 #pragma once
 
+#include "state/ActivityLog.h"
 #include "state/AppSettings.h"
 #include "state/Console.h"
 #include "state/JsonSettingsStore.h"
