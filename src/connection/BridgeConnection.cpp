@@ -353,6 +353,8 @@ void BridgeConnection::searchForBridge()
         settings.setBridgeContact(found->contact.transport, found->contact.bridgeId,
                                   found->contact.pinnedKey);
         settings.setBridgeSigner(found->contact.signer);
+        if (!found->contact.name.isEmpty())
+            settings.setBridgeName(found->contact.name);
         self->m_mustAsk = false;
         self->m_misses = 0;
         Q_EMIT self->bridgeMoved(bridgeId, from, found->address);

@@ -135,6 +135,7 @@ void BridgePairing::pairWithBridge()
             m_settings.setBridgeContact(answer.contact->transport, answer.contact->bridgeId,
                                         answer.contact->pinnedKey);
             m_settings.setBridgeSigner(answer.contact->signer);
+            m_settings.setBridgeName(answer.contact->name);
             m_settings.setHueKey(outcome);
         }
         Q_EMIT pairingFinished(outcome);

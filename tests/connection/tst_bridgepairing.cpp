@@ -146,6 +146,8 @@ void TestBridgePairing::pairingSetsTheKeyButLeavesTheStoredOneAlone()
     QTRY_COMPARE(finished.size(), 1);
     QCOMPARE(finished.first().first().toString(), key);
     QCOMPARE(m_state->store().readString(SettingsKeys::bridgeUser), QStringLiteral("stored-key"));
+    // What was learnt of the bridge goes with the key, its own name too.
+    QCOMPARE(m_state->settings().contact().name, u"Philips hue"_qs);
 }
 
 QTEST_GUILESS_MAIN(TestBridgePairing)

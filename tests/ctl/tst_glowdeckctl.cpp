@@ -429,6 +429,15 @@ void TestGlowdeckCtl::discoverAndPairStoreWhatTheyFind()
     const QJsonObject stored = storedSettings();
     QCOMPARE(stored.value("bridgeIP").toString(), found ? m_sim->hostAndPort() : paired ? sim() : QString());
     QCOMPARE(stored.value("bridgeUser").toString(), paired ? m_sim->users().last() : QString());
+    // The same bridge as one contact in the list, with what pairing learnt of it.
+    const QJsonArray bridges = stored.value("bridges").toArray();
+    QCOMPARE(bridges.size(), found || paired ? 1 : 0);
+    if (paired) {
+        const QJsonObject contact = bridges.first().toObject();
+        QCOMPARE(contact.value("key").toString(), m_sim->users().last());
+        QCOMPARE(contact.value("id").toString(), m_sim->bridgeId());
+        QCOMPARE(contact.value("name").toString(), u"Philips hue"_qs);
+    }
     QCOMPARE(QFile::exists(settingsFile()), found || paired); // a failure creates no file
 }
 

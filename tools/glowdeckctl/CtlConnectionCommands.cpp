@@ -251,6 +251,7 @@ void CtlConnectionCommands::connectWithKey(const QString& key)
     m_settings->setHueIP(m_address);
     m_settings->setHueKey(key);
     m_settings->setBridgeContact(m_contact->transport, m_contact->bridgeId, m_contact->pinnedKey);
+    m_settings->setBridgeName(m_contact->name);
     m_session = std::make_unique<BridgeSession>(*m_settings, *m_network);
     BridgeConnection* connection = &m_session->connection();
     m_listsPending = 3;
