@@ -4,6 +4,7 @@
 #include "bridge/ResourceFetch.h"
 #include "bridge/WireDecoder.h"
 #include "state/AppSettings.h"
+#include "state/BridgeHome.h"
 #include "state/JsonSettingsStore.h"
 
 #include <QCoreApplication>
@@ -111,7 +112,7 @@ void BM_DraggedSliderCommands(benchmark::State& state)
     settings.setHueIP(QStringLiteral("127.0.0.1:9"));
     settings.setHueKey(QStringLiteral("k"));
     const HueLight light{.lamp_id = QStringLiteral("7")};
-    settings.setLights({light});
+    settings.home().setLights({light});
     for (auto _ : state) {
         for (int i = 0; i < 10000; ++i)
             commands.setLightBrightness(light, i % 256);

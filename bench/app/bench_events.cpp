@@ -12,6 +12,7 @@
 #include "connection/BridgeConnection.h"
 #include "connection/BridgePairing.h"
 #include "state/AppSettings.h"
+#include "state/BridgeHome.h"
 #include "state/MemorySettingsStore.h"
 
 #include <QCommandLineParser>
@@ -47,7 +48,7 @@ public:
         m_settings.setBridgeContact(QStringLiteral("https"), bridgeId, {});
         m_settings.setHueKey(benchKey);
         m_queue.setLastUserActionAt(QDateTime::currentDateTime().addSecs(-3600));
-        connect(&m_settings, &AppSettings::lightsChanged, this, &EventsBench::onLights);
+        connect(&m_settings.home(), &BridgeHome::lightsChanged, this, &EventsBench::onLights);
     }
 
     void start()
@@ -58,15 +59,15 @@ public:
     }
 
     const QList<double>& latencies() const { return m_latencies; }
-    bool live() const { return m_settings.liveUpdates(); }
+    bool live() const { return m_settings.home().liveUpdates(); }
 
 private:
     void next()
     {
-        const QList<HueLight> lights = m_settings.lights();
+        const QList<HueLight> lights = m_settings.home().lights();
         if (lights.isEmpty()) {
             std::fprintf(stderr, "bench_events: no lights read: %s\n",
-                         qPrintable(m_settings.connectionErrorMessage()));
+                         qPrintable(m_settings.home().connectionErrorMessage()));
             QCoreApplication::exit(1);
             return;
         }
@@ -93,7 +94,7 @@ private:
     {
         if (!m_waiting)
             return;
-        const QList<HueLight> lights = m_settings.lights();
+        const QList<HueLight> lights = m_settings.home().lights();
         const auto light = std::find_if(lights.cbegin(), lights.cend(),
                                         [this](const HueLight& l) { return l.lamp_id == m_lamp; });
         if (light == lights.cend() || light->brightness != m_value)

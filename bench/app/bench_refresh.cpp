@@ -17,6 +17,7 @@
 #include "connection/BridgeConnection.h"
 #include "connection/BridgePairing.h"
 #include "state/AppSettings.h"
+#include "state/BridgeHome.h"
 #include "state/JsonSettingsStore.h"
 #include "state/MemorySettingsStore.h"
 
@@ -79,7 +80,7 @@ public:
         m_watchdog.setInterval(10000);
         connect(&m_watchdog, &QTimer::timeout, this, [this] {
             std::fprintf(stderr, "bench_refresh: no answer within 10 s: %s\n",
-                         qPrintable(m_settings.connectionErrorMessage()));
+                         qPrintable(m_settings.home().connectionErrorMessage()));
             m_failed = true;
             QCoreApplication::exit(1);
         });
@@ -88,8 +89,8 @@ public:
     void start() { tick(); }
 
     bool failed() const { return m_failed; }
-    int lightCount() const { return int(m_settings.lights().size()); }
-    int groupCount() const { return int(m_settings.groups().size()); }
+    int lightCount() const { return int(m_settings.home().lights().size()); }
+    int groupCount() const { return int(m_settings.home().groups().size()); }
     double cpuPerTick() const { return m_cpu / m_ticks; }
     double wallPerTick() const { return double(m_wall) / m_ticks; }
 

@@ -39,6 +39,7 @@
 #include "state/ActivityLog.h"
 #include "state/AppSettings.h"
 #include "state/Console.h"
+#include "state/HomeModel.h"
 #include "state/JsonSettingsStore.h"
 
 #include <QAction>
@@ -190,7 +191,8 @@ void AppDelegate::start()
             &AppDelegate::onPrefersDarkChanged);
 
     m_activity = std::make_unique<ActivityLog>();
-    m_settings = std::make_unique<AppSettings>(*m_store, *m_activity);
+    m_home = std::make_unique<HomeModel>();
+    m_settings = std::make_unique<AppSettings>(*m_store, *m_activity, m_home->add());
     connect(m_settings.get(), &AppSettings::windowResizePlease, this, &AppDelegate::onWindowResizePlease);
     m_settings->load();
     m_settings->keepBridgesInTheNewForm();

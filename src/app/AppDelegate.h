@@ -18,6 +18,7 @@
 
 class ActionQueue;
 class ActivityLog;
+class HomeModel;
 class AppWindow;
 class AppSettings;
 class BridgeConnection;
@@ -113,6 +114,7 @@ public:
 
     AppSettings& settings() const { return *m_settings; }
     ActivityLog& activity() const { return *m_activity; }
+    HomeModel& home() const { return *m_home; }
     /// The sessions of the bridges served (one today), and the one the window shows.
     BridgeSessions& sessions() const { return *m_sessions; }
     BridgeSession& session() const { return *m_session; }
@@ -180,6 +182,7 @@ private:
     std::unique_ptr<JsonSettingsStore> m_store;
     std::unique_ptr<Diagnostics> m_diagnostics;
     std::unique_ptr<ActivityLog> m_activity; // outlives everything that writes to it
+    std::unique_ptr<HomeModel> m_home;       // one home per bridge; the views show the first
     std::unique_ptr<AppSettings> m_settings;
     std::unique_ptr<BridgeSessions> m_sessions;
     BridgeSession* m_session = nullptr; // the first of m_sessions

@@ -5,6 +5,7 @@
 #include "bridge/UpdateBodies.h"
 #include "state/ActivityLog.h"
 #include "state/AppSettings.h"
+#include "state/BridgeHome.h"
 
 #include <algorithm>
 
@@ -47,7 +48,7 @@ void BridgeCommands::setLightOn(HueLight light, bool on)
 void BridgeCommands::setLightBrightness(HueLight light, qint64 brightness)
 {
     const bool on = brightness > offBrightness;
-    m_settings.updateLight(light.lamp_id, [on](HueLight& l) { l.is_on = on; });
+    m_settings.home().updateLight(light.lamp_id, [on](HueLight& l) { l.is_on = on; });
     enqueue(lampAddress(light), HueLampBrightnessUpdate{brightness, on, dragTransition}.encode(),
             Target::light, light.lamp_id, QStringLiteral("brightness"));
 }
@@ -73,7 +74,7 @@ void BridgeCommands::setGroupOn(HueGroup group, bool on)
 void BridgeCommands::setGroupBrightness(HueGroup group, qint64 brightness)
 {
     const bool on = brightness > offBrightness;
-    m_settings.updateGroup(group.group_id, [on](HueGroup& g) { g.is_on = on; });
+    m_settings.home().updateGroup(group.group_id, [on](HueGroup& g) { g.is_on = on; });
     enqueue(roomAddress(group), HueGroupBrightnessUpdate{brightness, on, dragTransition}.encode(),
             Target::group, group.group_id, QStringLiteral("brightness"));
 }
@@ -94,7 +95,7 @@ void BridgeCommands::increaseGroupBrightness(HueGroup group, qint64 delta)
 {
     // The bridge adds the delta to its own value; the clamp only keeps the local record in range.
     bool on = true;
-    m_settings.updateGroup(group.group_id, [delta, &on](HueGroup& g) {
+    m_settings.home().updateGroup(group.group_id, [delta, &on](HueGroup& g) {
         g.brightness = std::clamp<qint64>(g.brightness + delta, 0, 255);
         g.is_on = g.brightness > offBrightness;
         on = g.is_on;
@@ -105,16 +106,16 @@ void BridgeCommands::increaseGroupBrightness(HueGroup group, qint64 delta)
 
 void BridgeCommands::switchEverythingOff()
 {
-    QList<HueLight> lights = m_settings.lights();
+    QList<HueLight> lights = m_settings.home().lights();
     for (HueLight& light : lights)
         light.is_on = false;
-    m_settings.setLights(lights);
-    QList<HueGroup> rooms = m_settings.groups();
+    m_settings.home().setLights(lights);
+    QList<HueGroup> rooms = m_settings.home().groups();
     for (HueGroup& room : rooms) {
         room.is_on = false;
         room.any_on = false;
     }
-    m_settings.setGroups(rooms);
+    m_settings.home().setGroups(rooms);
     enqueue(address({QStringLiteral("groups"), QStringLiteral("0"), QStringLiteral("action")}),
             HueLampOnOffUpdate{false}.encode(), Target::group, QStringLiteral("0"), QStringLiteral("on"));
 }

@@ -11,9 +11,9 @@ class ActionQueue;
 class AppSettings;
 
 /// Builds every change the user makes to a lamp, a room, a scene or a schedule into a request for the queue.
-/// A command shows the change at once in `AppSettings` where it has a local effect, then queues the request,
-/// addressed with the bridge's endpoint and key as they are at that moment; it never talks to the bridge
-/// itself. Values are passed through as given: callers keep them in the bridge's ranges.
+/// A command shows the change at once in the bridge's `BridgeHome` where it has a local effect, then queues
+/// the request, addressed with the bridge's endpoint and key as they are at that moment; it never talks to
+/// the bridge itself. Values are passed through as given: callers keep them in the bridge's ranges.
 class BridgeCommands final
 {
 public:

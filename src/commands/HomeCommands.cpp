@@ -6,6 +6,7 @@
 #include "session/BridgeSession.h"
 #include "session/BridgeSessions.h"
 #include "state/AppSettings.h"
+#include "state/BridgeHome.h"
 #include "state/Console.h"
 
 #include <QHash>
@@ -108,7 +109,7 @@ void HomeCommands::runRoomAction(const RoomAction& action)
     for (BridgeSession* session : m_sessions.all()) {
         AppSettings& state = session->state();
         // Every room with the id, not only the first: the walk goes on past a match.
-        const QList<HueGroup> rooms = state.groups();
+        const QList<HueGroup> rooms = state.home().groups();
         const bool stepping = action.kind == Kind::brighter || action.kind == Kind::darker;
         const auto canDim = stepping ? dimmable(state) : nullptr;
         for (qsizetype i = 0; i < rooms.size(); ++i) {
@@ -117,11 +118,11 @@ void HomeCommands::runRoomAction(const RoomAction& action)
             switch (action.kind) {
             case Kind::on:
             case Kind::off: {
-                QList<HueGroup> current = state.groups();
+                QList<HueGroup> current = state.home().groups();
                 if (i >= current.size())
                     break;
                 current[i].is_on = action.kind == Kind::on;
-                state.setGroups(current);
+                state.home().setGroups(current);
                 session->commands().setGroupOn(current.at(i), action.kind == Kind::on);
                 break;
             }
@@ -190,7 +191,7 @@ void HomeCommands::changeEveryRoom(BridgeSession& session, const std::function<v
                                    const std::function<bool(const HueGroup&)>& applies)
 {
     AppSettings& state = session.state();
-    QList<HueGroup> rooms = state.groups();
+    QList<HueGroup> rooms = state.home().groups();
     if (rooms.isEmpty())
         return;
     // One change of the list for all rooms rather than one per room: the menu redraws once. Each room's
@@ -202,7 +203,7 @@ void HomeCommands::changeEveryRoom(BridgeSession& session, const std::function<v
         if (chosen.constLast())
             change(room);
     }
-    state.setGroups(rooms);
+    state.home().setGroups(rooms);
     for (qsizetype i = 0; i < rooms.size(); ++i) {
         if (chosen.at(i))
             command(session, rooms.at(i));
@@ -212,7 +213,7 @@ void HomeCommands::changeEveryRoom(BridgeSession& session, const std::function<v
 std::function<bool(const HueGroup&)> HomeCommands::dimmable(const AppSettings& state)
 {
     QHash<QString, bool> dims;
-    for (const HueLight& light : state.lights())
+    for (const HueLight& light : state.home().lights())
         dims.insert(light.lamp_id, light.allows_brightness);
     return [dims = std::move(dims)](const HueGroup& room) {
         bool anyKnown = false;

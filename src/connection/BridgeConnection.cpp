@@ -7,6 +7,7 @@
 #include "connection/LiveUpdates.h"
 #include "state/ActivityLog.h"
 #include "state/AppSettings.h"
+#include "state/BridgeHome.h"
 #include "state/LightOrder.h"
 
 #include <QCoreApplication>
@@ -24,7 +25,7 @@ BridgeConnection::BridgeConnection(AppSettings& settings, QNetworkAccessManager&
     // Changes made while no stream was open are not told: read what is there now.
     connect(m_live, &LiveUpdates::streamOpened, this,
             [this] { readAfresh(LiveUpdates::lights | LiveUpdates::groups); });
-    connect(&m_settings, &AppSettings::liveUpdatesChanged, this, [this] {
+    connect(&m_settings.home(), &BridgeHome::liveUpdatesChanged, this, [this] {
         if (m_refresher)
             m_refresher->setInterval(currentRefreshInterval());
     });
@@ -51,7 +52,7 @@ void BridgeConnection::reach()
         return;
     const std::optional<BridgeAddress> address = BridgeAddress::parse(m_settings.hueIP());
     if (!address) {
-        m_settings.setBridgeConnected(false);
+        m_settings.home().setBridgeConnected(false);
         return;
     }
     if (!m_mustAsk && !needsProbe(*address, m_settings.bridgeTransport(), m_settings.bridgeID())) {
@@ -75,10 +76,10 @@ void BridgeConnection::reach()
                     : result.problem);
             // Not answering is what the refresh retries quietly; a bridge that is not the one paired is said.
             if (result.refused)
-                m_settings.setConnectionErrorMessage(result.problem);
-            m_settings.setBridgeReach(result.refused ? AppSettings::BridgeReach::refused
-                                                     : AppSettings::BridgeReach::notAnswering);
-            m_settings.setBridgeConnected(false);
+                m_settings.home().setConnectionErrorMessage(result.problem);
+            m_settings.home().setBridgeReach(result.refused ? BridgeHome::Reach::refused
+                                                            : BridgeHome::Reach::notAnswering);
+            m_settings.home().setBridgeConnected(false);
             onMissed();
             return;
         }
@@ -95,7 +96,7 @@ void BridgeConnection::reach()
                                                  .arg(contact.bridgeId, contact.endpoint,
                                                       describeTransport(contact.transport, contact.signer)));
         m_mustAsk = false;
-        m_settings.setBridgeReach(AppSettings::BridgeReach::answering);
+        m_settings.home().setBridgeReach(BridgeHome::Reach::answering);
         m_settings.setHueIP(addressAfter(m_settings.hueIP(), contact));
         m_settings.setBridgeContact(contact.transport, contact.bridgeId, contact.pinnedKey);
         m_settings.setBridgeSigner(contact.signer);
@@ -125,12 +126,12 @@ void BridgeConnection::disconnectFromBridge()
     *m_groupsMemo = {};
     *m_scenesMemo = {};
     m_live->stop();
-    m_settings.setLights({});
-    m_settings.setGroups({});
+    m_settings.home().setLights({});
+    m_settings.home().setGroups({});
     m_settings.setHueKey(QString());
     m_settings.forgetStoredKey();
-    m_settings.setBridgeConnected(false);
-    m_settings.setBridgeReach(AppSettings::BridgeReach::unknown);
+    m_settings.home().setBridgeConnected(false);
+    m_settings.home().setBridgeReach(BridgeHome::Reach::unknown);
 }
 
 quint64 BridgeConnection::ListRead::next(quint64 order)
@@ -216,7 +217,7 @@ void BridgeConnection::refreshGroups()
                     return;
                 // A failed room read is silent: the rooms shown stay until a read succeeds.
                 if (result.ok())
-                    self->m_settings.setGroups(result.records);
+                    self->m_settings.home().setGroups(result.records);
                 Q_EMIT self->groupsRefreshed(result);
                 if (std::exchange(self->m_groupsRead.again, false) && !self->m_groupsRead.pending())
                     self->refreshGroups();
@@ -240,14 +241,14 @@ void BridgeConnection::refreshScenes()
 
 void BridgeConnection::onLights(const LightsResult& result, quint64 order)
 {
-    using Reach = AppSettings::BridgeReach;
+    using Reach = BridgeHome::Reach;
     if (result.error == LightsError::noDevices) {
-        m_settings.setBridgeReach(Reach::answering);
-        m_settings.setConnectionErrorMessage(
+        m_settings.home().setBridgeReach(Reach::answering);
+        m_settings.home().setConnectionErrorMessage(
             QCoreApplication::translate("BridgeConnection", "We were unable to find any devices"));
     } else if (!result.ok()) {
         if (!result.refusal.isEmpty())
-            m_settings.setConnectionErrorMessage(result.refusal);
+            m_settings.home().setConnectionErrorMessage(result.refusal);
         // It answered: saying it cannot be reached, or asking for the link button, would send the user
         // after the wrong fault.
         if (result.error == LightsError::invalidData)
@@ -257,22 +258,22 @@ void BridgeConnection::onLights(const LightsResult& result, quint64 order)
         if (result.error == LightsError::connectionFailed) {
             m_reached = false;
             m_mustAsk = true;
-            m_settings.setBridgeReach(result.refusal.isEmpty() ? Reach::notAnswering : Reach::refused);
+            m_settings.home().setBridgeReach(result.refusal.isEmpty() ? Reach::notAnswering : Reach::refused);
             onMissed();
         } else {
-            m_settings.setBridgeReach(Reach::answering);
+            m_settings.home().setBridgeReach(Reach::answering);
         }
-        m_settings.setBridgeConnected(false);
+        m_settings.home().setBridgeConnected(false);
         m_scenesStale = true;
     } else {
         m_misses = 0;
-        m_settings.setBridgeReach(Reach::answering);
+        m_settings.home().setBridgeReach(Reach::answering);
         // A bridge read without asking it who it is first tells who vouched for it here.
         if (result.signer.kind != CertificateSigner::Kind::unknown)
             m_settings.setBridgeSigner(result.signer);
-        m_settings.setLights(LightOrder::apply(result.records, m_settings.preferences().lightOrder()));
-        m_settings.setBridgeConnected(true);
-        m_settings.setConnectionErrorMessage(QString());
+        m_settings.home().setLights(LightOrder::apply(result.records, m_settings.preferences().lightOrder()));
+        m_settings.home().setBridgeConnected(true);
+        m_settings.home().setConnectionErrorMessage(QString());
         // Only an address and key the bridge has just answered with are worth keeping.
         if (!m_settings.hueIP().isEmpty())
             m_settings.persistBridge();
@@ -300,9 +301,9 @@ void BridgeConnection::reportUnusableAnswer(const LightsResult& result)
         message = tr("The bridge sent more than 1,000 lights");
     else
         message = tr("The bridge's answer could not be read");
-    if (message != m_settings.connectionErrorMessage())
+    if (message != m_settings.home().connectionErrorMessage())
         m_settings.activity().addLogLine(message);
-    m_settings.setConnectionErrorMessage(message);
+    m_settings.home().setConnectionErrorMessage(message);
 }
 
 void BridgeConnection::setBridgeFinder(BridgeDiscovery* finder)
@@ -391,7 +392,7 @@ void BridgeConnection::flushRepeats()
 void BridgeConnection::onScenes(const ScenesResult& result)
 {
     if (result.ok()) {
-        m_settings.setScenes(result.records);
+        m_settings.home().setScenes(result.records);
         m_scenesStale = false;
     }
     Q_EMIT scenesRefreshed(result);
@@ -411,7 +412,7 @@ void BridgeConnection::startBridgeStateRefresher()
 
 std::chrono::milliseconds BridgeConnection::currentRefreshInterval() const
 {
-    return m_settings.liveUpdates() ? safetyNetInterval : refreshInterval;
+    return m_settings.home().liveUpdates() ? safetyNetInterval : refreshInterval;
 }
 
 void BridgeConnection::stopBridgeStateRefresher()

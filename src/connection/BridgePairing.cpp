@@ -4,6 +4,7 @@
 #include "bridge/BridgeUrl.h"
 #include "bridge/HttpExchange.h"
 #include "state/AppSettings.h"
+#include "state/BridgeHome.h"
 
 #include <QCoreApplication>
 #include <QJsonArray>
@@ -120,15 +121,15 @@ void BridgePairing::pairWithBridge()
 {
     requestApiKey(m_settings.hueIP(), [this](const PairingOutcome& answer) {
         const QString& outcome = answer.outcome;
-        using Reach = AppSettings::BridgeReach;
-        m_settings.setBridgeReach(answer.contact             ? Reach::answering
-                                  : answer.refusal.isEmpty() ? Reach::notAnswering
-                                                             : Reach::refused);
+        using Reach = BridgeHome::Reach;
+        m_settings.home().setBridgeReach(answer.contact             ? Reach::answering
+                                         : answer.refusal.isEmpty() ? Reach::notAnswering
+                                                                    : Reach::refused);
         if (outcome == pressButton) {
-            m_settings.setConnectionErrorMessage(pressButtonMessage());
+            m_settings.home().setConnectionErrorMessage(pressButtonMessage());
         } else if (outcome == noConnection) {
-            m_settings.setConnectionErrorMessage(answer.refusal.isEmpty() ? noConnectionMessage()
-                                                                          : answer.refusal);
+            m_settings.home().setConnectionErrorMessage(answer.refusal.isEmpty() ? noConnectionMessage()
+                                                                                 : answer.refusal);
         } else {
             // The key is stored for good only once the bridge has answered a light read with it.
             m_settings.setHueIP(addressAfter(m_settings.hueIP(), *answer.contact));

@@ -4,6 +4,7 @@
 #include "connection/BridgeEventStream.h"
 #include "state/ActivityLog.h"
 #include "state/AppSettings.h"
+#include "state/BridgeHome.h"
 
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -51,14 +52,14 @@ LiveUpdates::LiveUpdates(AppSettings& settings, QNetworkAccessManager& network, 
         m_settings.activity().addLogLine(
             QStringLiteral("The bridge pushes its changes: reading it once a minute only"));
         m_unavailableReason.clear();
-        m_settings.setLiveUpdates(true);
+        m_settings.home().setLiveUpdates(true);
         Q_EMIT streamOpened();
     });
     const auto lost = [this](const QString& reason) {
-        if (m_settings.liveUpdates())
+        if (m_settings.home().liveUpdates())
             m_settings.activity().addLogLine(
                 QStringLiteral("The bridge's event stream ended (%1): reading it every 3.5 s").arg(reason));
-        m_settings.setLiveUpdates(false);
+        m_settings.home().setLiveUpdates(false);
     };
     connect(m_stream, &BridgeEventStream::disconnected, this, lost);
     connect(m_stream, &BridgeEventStream::unavailable, this, [this, lost](const QString& reason) {
@@ -88,7 +89,7 @@ void LiveUpdates::stop()
     m_stream->stop();
     m_relistTimer.stop();
     m_relistDue = 0;
-    m_settings.setLiveUpdates(false);
+    m_settings.home().setLiveUpdates(false);
 }
 
 int LiveUpdates::fieldsWritten(const QByteArray& body)
@@ -155,7 +156,7 @@ void LiveUpdates::apply(const BridgeEventBatch& batch)
         record = value;
     };
     if (!batch.lights.isEmpty()) {
-        QList<HueLight> records = m_settings.lights();
+        QList<HueLight> records = m_settings.home().lights();
         for (const LightChange& change : batch.lights) {
             const auto light = std::find_if(records.begin(), records.end(),
                                             [&](const HueLight& l) { return l.lamp_id == change.lampId; });
@@ -175,10 +176,10 @@ void LiveUpdates::apply(const BridgeEventBatch& batch)
             if (change.colorTemperature)
                 take(false, change.lampId, whiteTone, light->color_temperature, *change.colorTemperature);
         }
-        m_settings.setLights(records);
+        m_settings.home().setLights(records);
     }
     if (!batch.groups.isEmpty()) {
-        QList<HueGroup> records = m_settings.groups();
+        QList<HueGroup> records = m_settings.home().groups();
         for (const GroupChange& change : batch.groups) {
             const auto group = std::find_if(records.begin(), records.end(),
                                             [&](const HueGroup& g) { return g.group_id == change.groupId; });
@@ -195,7 +196,7 @@ void LiveUpdates::apply(const BridgeEventBatch& batch)
             if (change.brightness)
                 take(true, change.groupId, brightness, group->brightness, *change.brightness);
         }
-        m_settings.setGroups(records);
+        m_settings.home().setGroups(records);
     }
     if (held) {
         m_afterShield |= held;

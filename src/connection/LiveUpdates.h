@@ -19,7 +19,7 @@ class QNetworkAccessManager;
 /// Brings the bridge's pushed changes into the shared state as they come: keeps its event stream open while
 /// the bridge is paired over HTTPS, changes the lamps and rooms an event names in place, and asks for a read
 /// of a list where an event cannot say more (a lamp added, a room renamed), at most once a second per list.
-/// Whether the stream is live is published as `AppSettings::liveUpdates`; the connection reads the bridge
+/// Whether the stream is live is published as `BridgeHome::liveUpdates`; the connection reads the bridge
 /// every 3.5 s only while it is not. Runs on the main thread.
 ///
 /// An event may tell the bridge's state from before the user's own change reached it: a field the user

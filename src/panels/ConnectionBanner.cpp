@@ -3,6 +3,7 @@
 #include "panels/Theme.h"
 #include "state/ActivityLog.h"
 #include "state/AppSettings.h"
+#include "state/BridgeHome.h"
 
 #include <QEvent>
 #include <QHBoxLayout>
@@ -30,9 +31,9 @@ ConnectionBanner::ConnectionBanner(AppSettings& settings, QWidget* parent)
     layout->setContentsMargins(horizontalMargin, verticalMargin, horizontalMargin, verticalMargin);
     layout->addWidget(m_text);
 
-    for (auto changed : {&AppSettings::bridgeConnectedChanged, &AppSettings::connectionErrorMessageChanged,
-                         &AppSettings::hueKeyChanged})
-        connect(&m_settings, changed, this, &ConnectionBanner::onStateChanged);
+    for (auto changed : {&BridgeHome::bridgeConnectedChanged, &BridgeHome::connectionErrorMessageChanged})
+        connect(&m_settings.home(), changed, this, &ConnectionBanner::onStateChanged);
+    connect(&m_settings, &AppSettings::hueKeyChanged, this, &ConnectionBanner::onStateChanged);
     for (auto changed : {&ActivityLog::noticeChanged, &ActivityLog::settingsSaveErrorChanged})
         connect(&m_settings.activity(), changed, this, &ConnectionBanner::onStateChanged);
     onStateChanged();
@@ -46,10 +47,10 @@ QString ConnectionBanner::message() const
 
 void ConnectionBanner::onStateChanged()
 {
-    const QString error = m_settings.connectionErrorMessage();
+    const QString error = m_settings.home().connectionErrorMessage();
     const bool paired = !m_settings.hueKey().isEmpty();
     QString text;
-    if (!m_settings.bridgeConnected() && (paired || !error.isEmpty()))
+    if (!m_settings.home().bridgeConnected() && (paired || !error.isEmpty()))
         text = error.isEmpty() ? tr("Bridge not reachable \u2014 retrying") : error;
     else if (!m_settings.activity().settingsSaveError().isEmpty())
         text = tr("Settings could not be saved: %1").arg(m_settings.activity().settingsSaveError());

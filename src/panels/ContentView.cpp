@@ -8,6 +8,7 @@
 #include "panels/Theme.h"
 #include "panels/TitleBars.h"
 #include "state/AppSettings.h"
+#include "state/BridgeHome.h"
 
 #include <QChildEvent>
 #include <QFrame>
@@ -77,7 +78,7 @@ ContentView::ContentView(AppSettings& settings, BridgeCommands& commands, const 
     }
     connect(m_regularTitle, &RegularTitlebarView::settingsRequested, this, &ContentView::settingsRequested);
     connect(m_body, &BodyView::connectionSettingsRequested, this, &ContentView::connectionSettingsRequested);
-    connect(&m_settings, &AppSettings::lightsChanged, this, &ContentView::onLightsChanged);
+    connect(&m_settings.home(), &BridgeHome::lightsChanged, this, &ContentView::onLightsChanged);
     onLightsChanged();
 
     watchClicks(this);
@@ -100,7 +101,7 @@ QSize ContentView::sizeHint() const
 void ContentView::onLightsChanged()
 {
     // Before the first light is known the user has to connect to the bridge: the title bar leads there.
-    const bool noLights = m_settings.lights().isEmpty();
+    const bool noLights = m_settings.home().lights().isEmpty();
     m_welcomeTitle->setVisible(noLights);
     m_regularTitle->setVisible(!noLights);
 }

@@ -3,6 +3,7 @@
 #include "bridge/BridgeCommands.h"
 #include "panels/RowValues.h"
 #include "state/AppSettings.h"
+#include "state/BridgeHome.h"
 
 #include <algorithm>
 
@@ -26,7 +27,7 @@ GroupRow::LampAbilities GroupRow::lampAbilities(const QList<HueLight>& lights)
 
 void GroupRow::setGroup(const HueGroup& group)
 {
-    setGroup(group, lampAbilities(m_settings.lights()));
+    setGroup(group, lampAbilities(m_settings.home().lights()));
 }
 
 void GroupRow::setGroup(const HueGroup& group, const LampAbilities& lamps)
@@ -55,7 +56,7 @@ std::optional<HueGroup> GroupRow::write(const std::function<void(HueGroup&)>& ch
 {
     // The room may have left the list since the row was drawn: the user's change is then dropped.
     std::optional<HueGroup> written;
-    m_settings.updateGroup(m_groupId, [&](HueGroup& group) {
+    m_settings.home().updateGroup(m_groupId, [&](HueGroup& group) {
         change(group);
         written = group;
     });

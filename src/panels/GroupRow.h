@@ -14,7 +14,7 @@ class BridgeCommands;
 
 /// One room in the rooms panel: switch, brightness, and (while colour bars for rooms are on) the colour field
 /// when a member light takes colour, else the white-tone bar. Every change first writes the room's record in
-/// `AppSettings`, then queues the command.
+/// the bridge's `BridgeHome`, then queues the command.
 class GroupRow final : public ControlRow
 {
     Q_OBJECT

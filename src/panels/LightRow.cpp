@@ -3,6 +3,7 @@
 #include "bridge/BridgeCommands.h"
 #include "panels/RowValues.h"
 #include "state/AppSettings.h"
+#include "state/BridgeHome.h"
 
 LightRow::LightRow(AppSettings& settings, BridgeCommands& commands, const HueLight& light, QWidget* parent)
     : ControlRow(parent), m_settings(settings), m_commands(commands), m_lampId(light.lamp_id)
@@ -29,7 +30,7 @@ std::optional<HueLight> LightRow::write(const std::function<void(HueLight&)>& ch
     // The light may have left the list since the row was drawn (a refresh, a hidden light): then the user's
     // change has nothing to apply to and is dropped.
     std::optional<HueLight> written;
-    m_settings.updateLight(m_lampId, [&](HueLight& light) {
+    m_settings.home().updateLight(m_lampId, [&](HueLight& light) {
         change(light);
         written = light;
     });

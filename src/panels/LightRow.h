@@ -10,7 +10,8 @@ class AppSettings;
 class BridgeCommands;
 
 /// One light in the lights panel: switch, brightness, and the colour field and white-tone bar the lamp
-/// supports. Every change first writes the light's record in `AppSettings`, then queues the command.
+/// supports. Every change first writes the light's record in the bridge's `BridgeHome`, then queues the
+/// command.
 class LightRow final : public ControlRow
 {
     Q_OBJECT

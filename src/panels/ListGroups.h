@@ -7,7 +7,7 @@ class GroupRow;
 class BridgeCommands;
 class QLabel;
 
-/// The rooms panel: one `GroupRow` per room of `AppSettings::groups`, in that order. Follows the rooms, the
+/// The rooms panel: one `GroupRow` per room of `BridgeHome::groups`, in that order. Follows the rooms, the
 /// lights (membership decides the colour bars) and the colour-bars option; rows are updated in place. Every
 /// row is dimmed while the bridge cannot be reached.
 class ListGroups final : public ScrollColumn

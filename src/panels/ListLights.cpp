@@ -2,6 +2,7 @@
 
 #include "panels/LightRow.h"
 #include "state/AppSettings.h"
+#include "state/BridgeHome.h"
 #include "state/LightVisibility.h"
 
 #include <QHash>
@@ -15,8 +16,9 @@ constexpr int rowSpacing = 8;
 ListLights::ListLights(AppSettings& settings, BridgeCommands& commands, QWidget* parent)
     : ScrollColumn(padding, rowSpacing, parent), m_settings(settings), m_commands(commands)
 {
-    connect(&m_settings, &AppSettings::lightsChanged, this, &ListLights::onLightsChanged);
-    connect(&m_settings, &AppSettings::bridgeConnectedChanged, this, &ListLights::onBridgeConnectedChanged);
+    connect(&m_settings.home(), &BridgeHome::lightsChanged, this, &ListLights::onLightsChanged);
+    connect(&m_settings.home(), &BridgeHome::bridgeConnectedChanged, this,
+            &ListLights::onBridgeConnectedChanged);
     connect(&m_settings, &AppSettings::lightVisibilityChanged, this, &ListLights::onLightsChanged);
     refresh();
 }
@@ -55,7 +57,7 @@ void ListLights::onLightsChanged()
     for (LightRow* row : lightRows())
         previous.insert(row->lampId(), row);
 
-    const bool reachable = m_settings.bridgeConnected();
+    const bool reachable = m_settings.home().bridgeConnected();
     QList<QWidget*> rows;
     for (const HueLight& light : shownLights()) {
         LightRow* row = previous.take(light.lamp_id);
@@ -77,7 +79,7 @@ void ListLights::onLightsChanged()
 
 void ListLights::onBridgeConnectedChanged()
 {
-    const bool reachable = m_settings.bridgeConnected();
+    const bool reachable = m_settings.home().bridgeConnected();
     for (LightRow* row : lightRows())
         row->setBridgeReachable(reachable);
 }

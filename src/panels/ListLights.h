@@ -7,7 +7,7 @@ class AppSettings;
 class BridgeCommands;
 class LightRow;
 
-/// The lights panel: one `LightRow` per light of `AppSettings::lights`, in that order, leaving out the lights
+/// The lights panel: one `LightRow` per light of `BridgeHome::lights`, in that order, leaving out the lights
 /// hidden in the preferences. Rows are kept and updated in place when the list changes, so a refresh every
 /// few seconds costs little and never cuts off a drag. Every row is dimmed while the bridge cannot be
 /// reached.

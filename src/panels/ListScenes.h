@@ -11,11 +11,11 @@ class SceneButton;
 class ScrollColumn;
 class SceneColumn;
 
-/// The scenes panel: one `SceneButton` per scene of `AppSettings::scenes`, under a heading per room (in the
+/// The scenes panel: one `SceneButton` per scene of `BridgeHome::scenes`, under a heading per room (in the
 /// rooms' order, then the zones, then "Other scenes"). A home with only scenes of no room shows no headings.
 /// Above more than `filterThreshold` scenes a filter field narrows the list to the scenes whose name, or
 /// whose room's name, holds the typed text; Escape in the field clears it. A press recalls that scene through
-/// the group of all lights; nothing in `AppSettings` changes until the next refresh.
+/// the group of all lights; nothing in the bridge's `BridgeHome` changes until the next refresh.
 class ListScenes final : public QWidget
 {
     Q_OBJECT

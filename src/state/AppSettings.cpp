@@ -3,24 +3,24 @@
 #include "model/BridgeAddress.h"
 
 #include "state/ActivityLog.h"
+#include "state/BridgeHome.h"
 #include "state/LightOrder.h"
 #include "state/SettingsKeys.h"
 #include "state/SettingsStore.h"
 
 #include <algorithm>
 
-AppSettings::AppSettings(SettingsStore& store, ActivityLog& activity, QObject* parent)
-    : AppSettings(store, nullptr, &activity, parent)
+AppSettings::AppSettings(SettingsStore& store, ActivityLog& activity, BridgeHome& home, QObject* parent)
+    : AppSettings(store, &activity, &home, parent)
 {}
 
-AppSettings::AppSettings(SettingsStore& store, QObject* parent)
-    : AppSettings(store, std::make_unique<ActivityLog>(), nullptr, parent)
+AppSettings::AppSettings(SettingsStore& store, QObject* parent) : AppSettings(store, nullptr, nullptr, parent)
 {}
 
-AppSettings::AppSettings(SettingsStore& store, std::unique_ptr<ActivityLog> own, ActivityLog* shared,
-                         QObject* parent)
-    : QObject(parent), m_store(store), m_ownActivity(std::move(own)),
-      m_activity(shared ? *shared : *m_ownActivity)
+AppSettings::AppSettings(SettingsStore& store, ActivityLog* activity, BridgeHome* home, QObject* parent)
+    : QObject(parent), m_store(store), m_ownActivity(activity ? nullptr : std::make_unique<ActivityLog>()),
+      m_ownHome(home ? nullptr : std::make_unique<BridgeHome>()),
+      m_activity(activity ? *activity : *m_ownActivity), m_home(home ? *home : *m_ownHome)
 {
     m_store.setChangedElsewhereHandler([this](const QStringList& keys) { onChangedElsewhere(keys); });
     m_store.setSaveErrorHandler([this] { m_activity.setSettingsSaveError(m_store.saveError()); });
@@ -66,7 +66,7 @@ void AppSettings::onChangedElsewhere(const QStringList& keys)
                &AppSettings::showZonesChanged);
     // The lights panel lists the lights in the stored order: a new order applies now, not at the next read.
     if (changed(Keys::lightOrder))
-        setLights(LightOrder::apply(m_lights, m_preferences.lightOrder()));
+        m_home.setLights(LightOrder::apply(m_home.lights(), m_preferences.lightOrder()));
     if (std::any_of(keys.cbegin(), keys.cend(),
                     [](const QString& key) { return key.startsWith(Keys::hiddenLightPrefix); }))
         Q_EMIT lightVisibilityChanged();
@@ -152,30 +152,6 @@ qint64 AppSettings::preferredHeightOfActivePanel() const
     return defaultWindowHeight;
 }
 
-bool AppSettings::updateLight(const QString& lampId, const std::function<void(HueLight&)>& change)
-{
-    for (HueLight& light : m_lights) {
-        if (light.lamp_id == lampId) {
-            change(light);
-            Q_EMIT lightsChanged();
-            return true;
-        }
-    }
-    return false;
-}
-
-bool AppSettings::updateGroup(const QString& groupId, const std::function<void(HueGroup&)>& change)
-{
-    for (HueGroup& group : m_groups) {
-        if (group.group_id == groupId) {
-            change(group);
-            Q_EMIT groupsChanged();
-            return true;
-        }
-    }
-    return false;
-}
-
 template <typename T>
 void AppSettings::assign(T& field, const T& value, void (AppSettings::*changed)())
 {
@@ -183,36 +159,6 @@ void AppSettings::assign(T& field, const T& value, void (AppSettings::*changed)(
         return;
     field = value;
     Q_EMIT(this->*changed)();
-}
-
-void AppSettings::setLights(const QList<HueLight>& lights)
-{
-    assign(m_lights, lights, &AppSettings::lightsChanged);
-}
-
-void AppSettings::setGroups(const QList<HueGroup>& groups)
-{
-    assign(m_groups, groups, &AppSettings::groupsChanged);
-}
-
-void AppSettings::setScenes(const QList<HueScene>& scenes)
-{
-    assign(m_scenes, scenes, &AppSettings::scenesChanged);
-}
-
-void AppSettings::setLiveUpdates(bool live)
-{
-    assign(m_liveUpdates, live, &AppSettings::liveUpdatesChanged);
-}
-
-void AppSettings::setBridgeConnected(bool connected)
-{
-    assign(m_bridgeConnected, connected, &AppSettings::bridgeConnectedChanged);
-}
-
-void AppSettings::setBridgeReach(BridgeReach reach)
-{
-    assign(m_bridgeReach, reach, &AppSettings::bridgeReachChanged);
 }
 
 void AppSettings::setHueIP(const QString& address)
@@ -237,6 +183,7 @@ void AppSettings::setBridgeContact(const QString& transport, const QString& brid
         m_bridgeSigner = {};
     m_contact.transport = transport;
     m_contact.id = bridgeId;
+    m_home.setBridgeId(bridgeId);
     m_contact.certificate = certificateKey;
     Q_EMIT bridgeContactChanged();
 }
@@ -304,11 +251,6 @@ void AppSettings::setLightHidden(const HueLight& light, bool hidden)
 void AppSettings::setForceRedraw(int counter)
 {
     assign(m_forceRedraw, counter, &AppSettings::forceRedrawChanged);
-}
-
-void AppSettings::setConnectionErrorMessage(const QString& message)
-{
-    assign(m_connectionErrorMessage, message, &AppSettings::connectionErrorMessageChanged);
 }
 
 void AppSettings::setShowReviewRequest(bool show)

@@ -22,28 +22,21 @@
 class QTimer;
 
 class ActivityLog;
+class BridgeHome;
 class SettingsStore;
 
-/// The observable state of the bridge and the user's display settings: the bridge's contact, its lamps, rooms
-/// and scenes, the connection, and the persisted choices. What the program tells is in its ActivityLog. Every
-/// published field notifies on change; views redraw from these signals. Lives on the main thread and is only
-/// touched there.
+/// The bridge's contact and the user's display settings: the persisted choices. What the bridge's home holds
+/// (lamps, rooms, scenes, the connection) is its BridgeHome; what the program tells is in its ActivityLog.
+/// Every published field notifies on change; views redraw from these signals. Lives on the main thread and is
+/// only touched there.
 class AppSettings final : public QObject
 {
     Q_OBJECT
     Q_DISABLE_COPY_MOVE(AppSettings)
 
-    Q_PROPERTY(QList<HueLight> lights READ lights WRITE setLights NOTIFY lightsChanged)
-    Q_PROPERTY(QList<HueGroup> groups READ groups WRITE setGroups NOTIFY groupsChanged)
-    Q_PROPERTY(QList<HueScene> scenes READ scenes WRITE setScenes NOTIFY scenesChanged)
-    Q_PROPERTY(
-        bool bridgeConnected READ bridgeConnected WRITE setBridgeConnected NOTIFY bridgeConnectedChanged)
-    Q_PROPERTY(BridgeReach bridgeReach READ bridgeReach WRITE setBridgeReach NOTIFY bridgeReachChanged)
     Q_PROPERTY(QString hueIP READ hueIP WRITE setHueIP NOTIFY hueIPChanged)
     Q_PROPERTY(QString hueKey READ hueKey WRITE setHueKey NOTIFY hueKeyChanged)
     Q_PROPERTY(int forceRedraw READ forceRedraw WRITE setForceRedraw NOTIFY forceRedrawChanged)
-    Q_PROPERTY(QString connectionErrorMessage READ connectionErrorMessage WRITE setConnectionErrorMessage
-                   NOTIFY connectionErrorMessageChanged)
     Q_PROPERTY(bool showReviewRequest READ showReviewRequest WRITE setShowReviewRequest NOTIFY
                    showReviewRequestChanged)
     Q_PROPERTY(QString appIcon READ appIcon WRITE setAppIcon NOTIFY appIconChanged)
@@ -62,23 +55,14 @@ class AppSettings final : public QObject
     Q_PROPERTY(bool showZones READ showZones WRITE setShowZones NOTIFY showZonesChanged)
 
 public:
-    /// What the bridge at `hueIP` did when it was last asked. Learnt anew in every run, never stored.
-    enum class BridgeReach
-    {
-        unknown,      ///< not asked yet, or forgotten with the key
-        answering,    ///< it answered as a bridge
-        notAnswering, ///< nothing answered at its address
-        refused,      ///< something answered but did not prove to be the bridge: nothing was sent to it
-    };
-    Q_ENUM(BridgeReach)
-
     /// The height a panel opens with when nothing else is known, in points.
     static constexpr qint64 defaultWindowHeight = 280;
     /// Follows the store: what another program stored is taken in at once (a bridge address or key with
     /// `bridgeChangedElsewhere`, the display choices with their own signals, hidden lights with
     /// `lightVisibilityChanged`), and what the store could not save or did on its own is told in `activity`.
-    AppSettings(SettingsStore& store, ActivityLog& activity, QObject* parent = nullptr);
-    /// With an activity log of its own: for a program that only reads or pairs (glowdeckctl) and for tests.
+    AppSettings(SettingsStore& store, ActivityLog& activity, BridgeHome& home, QObject* parent = nullptr);
+    /// With an activity log and a home of its own: for a program that only reads or pairs (glowdeckctl) and
+    /// for tests.
     explicit AppSettings(SettingsStore& store, QObject* parent = nullptr);
     ~AppSettings() override;
 
@@ -93,11 +77,8 @@ public:
 
     /// Where the program tells what it does; the bridge's key is kept out of it.
     ActivityLog& activity() const { return m_activity; }
-
-    /// Changes the first light with this id in place; returns false when there is none.
-    bool updateLight(const QString& lampId, const std::function<void(HueLight&)>& change);
-    /// Changes the first room with this id in place; returns false when there is none.
-    bool updateGroup(const QString& groupId, const std::function<void(HueGroup&)>& change);
+    /// The bridge's home as the views show it: its lamps, rooms, scenes and how the connection stands.
+    BridgeHome& home() const { return m_home; }
 
     /// How the bridge was reached and who it proved to be, learnt when it was paired or first reached:
     /// "https" or "http" (empty until known), its bridge id, and the pinned key of a self-signed certificate.
@@ -135,18 +116,9 @@ public:
     /// Hides or shows a light in the lights panel and says so with `lightVisibilityChanged`.
     void setLightHidden(const HueLight& light, bool hidden);
 
-    QList<HueLight> lights() const { return m_lights; }
-    QList<HueGroup> groups() const { return m_groups; }
-    QList<HueScene> scenes() const { return m_scenes; }
-    bool bridgeConnected() const { return m_bridgeConnected; }
-    BridgeReach bridgeReach() const { return m_bridgeReach; }
-    /// The bridge pushes its changes (its event stream is open), so it is read only now and then; otherwise
-    /// it is read every 3.5 s.
-    bool liveUpdates() const { return m_liveUpdates; }
     QString hueIP() const { return m_contact.address; }
     QString hueKey() const { return m_contact.key; }
     int forceRedraw() const { return m_forceRedraw; }
-    QString connectionErrorMessage() const { return m_connectionErrorMessage; }
     bool showReviewRequest() const { return m_showReviewRequest; }
     QString appIcon() const { return m_appIcon; }
     qint64 keyIncrement() const { return m_keyIncrement; }
@@ -159,16 +131,9 @@ public:
     /// Whether the rooms panel lists the zones after the rooms (on unless the user switched it off).
     bool showZones() const { return m_showZones; }
 
-    void setLights(const QList<HueLight>& lights);
-    void setGroups(const QList<HueGroup>& groups);
-    void setScenes(const QList<HueScene>& scenes);
-    void setBridgeConnected(bool connected);
-    void setBridgeReach(BridgeReach reach);
-    void setLiveUpdates(bool live);
     void setHueIP(const QString& address);
     void setHueKey(const QString& key);
     void setForceRedraw(int counter);
-    void setConnectionErrorMessage(const QString& message);
     void setShowReviewRequest(bool show);
     /// The setters of persisted fields store the value, then set the field.
     void setAppIcon(const QString& name);
@@ -185,16 +150,9 @@ public:
     void setShowZones(bool show);
 
 Q_SIGNALS:
-    void lightsChanged();
-    void groupsChanged();
-    void scenesChanged();
-    void bridgeConnectedChanged();
-    void bridgeReachChanged();
-    void liveUpdatesChanged();
     void hueIPChanged();
     void hueKeyChanged();
     void forceRedrawChanged();
-    void connectionErrorMessageChanged();
     void showReviewRequestChanged();
     void appIconChanged();
     void keyIncrementChanged();
@@ -223,22 +181,17 @@ private:
     void storeContact(const BridgeContact& contact);
     void onChangedElsewhere(const QStringList& keys);
 
-    AppSettings(SettingsStore& store, std::unique_ptr<ActivityLog> own, ActivityLog* shared, QObject* parent);
+    AppSettings(SettingsStore& store, ActivityLog* activity, BridgeHome* home, QObject* parent);
 
     SettingsStore& m_store;
     std::unique_ptr<ActivityLog> m_ownActivity; // null when the log is the application's
+    std::unique_ptr<BridgeHome> m_ownHome;      // null when the home is the application's
     ActivityLog& m_activity;
+    BridgeHome& m_home;
     Preferences m_preferences{m_store};
 
-    QList<HueLight> m_lights;
-    QList<HueGroup> m_groups;
-    QList<HueScene> m_scenes;
-    bool m_bridgeConnected = false;
-    BridgeReach m_bridgeReach = BridgeReach::unknown;
-    bool m_liveUpdates = false;
     BridgeContact m_contact;
     int m_forceRedraw = 0;
-    QString m_connectionErrorMessage;
     bool m_showReviewRequest = false;
     QString m_appIcon = QStringLiteral("Icon_Lamp0");
     qint64 m_keyIncrement = 50;

@@ -47,8 +47,8 @@ void TestBridgeCommands::init()
     AppSettings& settings = m_bench->settings();
     m_light = {.lamp_id = QStringLiteral("3"), .is_on = true, .brightness = 100, .saturation = 140};
     m_room = {.group_id = QStringLiteral("2"), .is_on = true, .brightness = 100, .saturation = 77};
-    settings.setLights({m_light});
-    settings.setGroups({m_room});
+    settings.home().setLights({m_light});
+    settings.home().setGroups({m_room});
 }
 
 void TestBridgeCommands::cleanup()
@@ -138,11 +138,11 @@ void TestBridgeCommands::buildsTheRightRequest()
 void TestBridgeCommands::everythingOffShowsEveryLampAndRoomOff()
 {
     m_room.any_on = true;
-    m_bench->settings().setGroups({m_room, m_room});
+    m_bench->settings().home().setGroups({m_room, m_room});
     m_commands->switchEverythingOff();
-    for (const HueLight& light : m_bench->settings().lights())
+    for (const HueLight& light : m_bench->settings().home().lights())
         QVERIFY(!light.is_on);
-    for (const HueGroup& room : m_bench->settings().groups())
+    for (const HueGroup& room : m_bench->settings().home().groups())
         QVERIFY(!room.is_on && !room.any_on);
     // The bridge switches every lamp at once.
     QTRY_COMPARE(m_bench->changes().size(), 1);
@@ -164,14 +164,14 @@ void TestBridgeCommands::switchesOffAtTheBrightnessThreshold()
 {
     QFETCH(qint64, brightness);
     QFETCH(bool, on);
-    m_bench->settings().updateLight(m_light.lamp_id, [on](HueLight& l) { l.is_on = !on; });
+    m_bench->settings().home().updateLight(m_light.lamp_id, [on](HueLight& l) { l.is_on = !on; });
     m_commands->setLightBrightness(m_light, brightness);
-    QCOMPARE(m_bench->settings().lights().first().is_on, on); // shown at once, before the queue runs
+    QCOMPARE(m_bench->settings().home().lights().first().is_on, on); // shown at once, before the queue runs
     QCOMPARE(QJsonDocument::fromJson(queued().body).object(),
              (QJsonObject{{"bri", brightness}, {"on", on}, {"transitiontime", 2}}));
 
     m_commands->setGroupBrightness(m_room, brightness);
-    QCOMPARE(m_bench->settings().groups().first().is_on, on);
+    QCOMPARE(m_bench->settings().home().groups().first().is_on, on);
 }
 
 void TestBridgeCommands::clampsTheLocalBrightnessOfAnIncrease_data()
@@ -197,11 +197,11 @@ void TestBridgeCommands::clampsTheLocalBrightnessOfAnIncrease()
     QFETCH(qint64, shown);
     QFETCH(bool, on);
 
-    m_bench->settings().updateGroup(m_room.group_id, [start](HueGroup& g) { g.brightness = start; });
+    m_bench->settings().home().updateGroup(m_room.group_id, [start](HueGroup& g) { g.brightness = start; });
     HueGroup target = m_room;
     target.group_id = groupId;
     m_commands->increaseGroupBrightness(target, delta);
-    QCOMPARE(m_bench->settings().groups().first().brightness, shown);
+    QCOMPARE(m_bench->settings().home().groups().first().brightness, shown);
     QCOMPARE(QJsonDocument::fromJson(queued().body).object(),
              (QJsonObject{{"bri_inc", delta}, {"transitiontime", 1}, {"on", on}}));
 }

@@ -43,8 +43,9 @@ void TestHomeCommands::init()
     m_commands = std::make_unique<HomeCommands>(*m_sessions);
     for (BridgeBench* bench : {m_upstairs.get(), m_downstairs.get()}) {
         // One room and one zone on each bridge: whole-home actions go to rooms only.
-        bench->settings().setGroups({HueGroup{.group_id = u"1"_qs, .type = u"Room"_qs, .brightness = 100},
-                                     HueGroup{.group_id = u"7"_qs, .type = u"Zone"_qs}});
+        bench->settings().home().setGroups(
+            {HueGroup{.group_id = u"1"_qs, .type = u"Room"_qs, .brightness = 100},
+             HueGroup{.group_id = u"7"_qs, .type = u"Zone"_qs}});
         m_sessions->add(std::make_unique<BridgeSession>(bench->settings(), bench->network()));
     }
 }

@@ -121,7 +121,7 @@ int TestBridgeConnection::repliesInFlight() const
 
 void TestBridgeConnection::readsTheListsBeforeStoringTheBridge()
 {
-    settings().setConnectionErrorMessage(QStringLiteral("earlier trouble"));
+    settings().home().setConnectionErrorMessage(QStringLiteral("earlier trouble"));
     ListReads reads(m_connection.get());
     m_connection->connectToBridge();
     // The log is kept and sent with reports: the key's last four characters only.
@@ -132,10 +132,10 @@ void TestBridgeConnection::readsTheListsBeforeStoringTheBridge()
     QVERIFY(reads.waitForAll());
     QCOMPARE(listsRead(), (QStringList{"lights", "groups", "scenes"}));
     QCOMPARE(m_bench->bridge().requests().first().path, QStringLiteral("/api/%1/lights").arg(m_key));
-    QVERIFY(!settings().lights().isEmpty() && !settings().groups().isEmpty() &&
-            !settings().scenes().isEmpty());
-    QVERIFY(settings().bridgeConnected() && m_connection->isRefreshing());
-    QCOMPARE(settings().connectionErrorMessage(), QString());
+    QVERIFY(!settings().home().lights().isEmpty() && !settings().home().groups().isEmpty() &&
+            !settings().home().scenes().isEmpty());
+    QVERIFY(settings().home().bridgeConnected() && m_connection->isRefreshing());
+    QCOMPARE(settings().home().connectionErrorMessage(), QString());
     QCOMPARE(store().readString(Keys::bridgeIP), QStringLiteral("http://") + m_bench->bridge().hostAndPort());
     QCOMPARE(store().readString(Keys::bridgeUser), m_key);
 }
@@ -164,11 +164,11 @@ void TestBridgeConnection::pairsFirstWithoutAKey()
     const SimulatedRequest second = m_bench->bridge().requests().at(1);
     QCOMPARE(second.method + ' ' + second.path.toUtf8(), "POST /api");
     if (!buttonPressed) {
-        QVERIFY(settings().hueKey().isEmpty() && settings().lights().isEmpty());
+        QVERIFY(settings().hueKey().isEmpty() && settings().home().lights().isEmpty());
         QVERIFY(!store().contains(Keys::bridgeUser));
         return;
     }
-    QTRY_VERIFY(!settings().lights().isEmpty());
+    QTRY_VERIFY(!settings().home().lights().isEmpty());
     QVERIFY(m_bench->bridge().users().contains(settings().hueKey()));
     QTRY_COMPARE(store().readString(Keys::bridgeUser), settings().hueKey());
 }
@@ -209,11 +209,11 @@ void TestBridgeConnection::failedLightReadStoresNothing()
     else if (fault == BridgeSimulator::Fault::None)
         settings().setHueIP(QStringLiteral("http://127.0.0.1:1"));
     m_bench->bridge().setFault(fault);
-    settings().setBridgeConnected(true);
-    settings().setConnectionErrorMessage(QStringLiteral("earlier trouble"));
+    settings().home().setBridgeConnected(true);
+    settings().home().setConnectionErrorMessage(QStringLiteral("earlier trouble"));
     QVERIFY(connectAndWait());
-    QVERIFY(!settings().bridgeConnected());
-    QCOMPARE(settings().connectionErrorMessage(), message);
+    QVERIFY(!settings().home().bridgeConnected());
+    QCOMPARE(settings().home().connectionErrorMessage(), message);
     if (message != u"earlier trouble"_qs) // the log and the debug report say why, too
         QVERIFY(settings().activity().log().contains(message));
     QVERIFY(!store().contains(Keys::bridgeIP) && !store().contains(Keys::bridgeUser));
@@ -225,14 +225,14 @@ void TestBridgeConnection::failedGroupAndSceneReadsChangeNothing()
     group.group_id = QStringLiteral("77");
     HueScene scene;
     scene.scene_id = QStringLiteral("kept");
-    settings().setGroups({group});
-    settings().setScenes({scene});
+    settings().home().setGroups({group});
+    settings().home().setScenes({scene});
     m_bench->bridge().setRawResource(QStringLiteral("groups"), "garbage");
     m_bench->bridge().setRawResource(QStringLiteral("scenes"), R"([{"error":{"type":901}}])");
     QVERIFY(connectAndWait());
-    QCOMPARE(settings().groups(), QList<HueGroup>{group});
-    QCOMPARE(settings().scenes(), QList<HueScene>{scene});
-    QVERIFY(settings().bridgeConnected());
+    QCOMPARE(settings().home().groups(), QList<HueGroup>{group});
+    QCOMPARE(settings().home().scenes(), QList<HueScene>{scene});
+    QVERIFY(settings().home().bridgeConnected());
     QCOMPARE(store().readString(Keys::bridgeUser), m_key);
 }
 
@@ -248,7 +248,7 @@ void TestBridgeConnection::putsTheStoredLightOrderFirst()
     }
     QVERIFY(connectAndWait());
     QStringList ids;
-    for (const HueLight& light : settings().lights())
+    for (const HueLight& light : settings().home().lights())
         ids.append(light.lamp_id);
     QCOMPARE(ids, expected);
 }
@@ -294,13 +294,14 @@ void TestBridgeConnection::refreshTickSkipsAfterUserActionsAndReadsScenesQuarter
 void TestBridgeConnection::disconnectForgetsTheKeyButKeepsAddressScenesAndTimer()
 {
     QVERIFY(connectAndWait());
-    const QList<HueScene> scenes = settings().scenes();
+    const QList<HueScene> scenes = settings().home().scenes();
     m_connection->disconnectFromBridge();
-    QVERIFY(settings().lights().isEmpty() && settings().groups().isEmpty() && settings().hueKey().isEmpty());
+    QVERIFY(settings().home().lights().isEmpty() && settings().home().groups().isEmpty() &&
+            settings().hueKey().isEmpty());
     QCOMPARE(store().readString(Keys::bridgeUser), QString(""));
-    QVERIFY(!settings().bridgeConnected() && m_connection->isRefreshing());
+    QVERIFY(!settings().home().bridgeConnected() && m_connection->isRefreshing());
     QCOMPARE(store().readString(Keys::bridgeIP), QStringLiteral("http://") + m_bench->bridge().hostAndPort());
-    QCOMPARE(settings().scenes(), scenes);
+    QCOMPARE(settings().home().scenes(), scenes);
     QCOMPARE(activeTimers(), 1);
     // The timer keeps running, but without a key its ticks send nothing.
     const QDateTime clock = QDateTime::currentDateTime();
@@ -331,29 +332,29 @@ void TestBridgeConnection::disconnectDropsTheReadsUnderWay()
     m_connection->disconnectFromBridge();
     // Nothing is left that could answer later: no light list, no key stored as one that works.
     QCOMPARE(repliesInFlight(), 0);
-    QVERIFY(settings().lights().isEmpty() && !settings().bridgeConnected());
+    QVERIFY(settings().home().lights().isEmpty() && !settings().home().bridgeConnected());
 }
 
 void TestBridgeConnection::anUnchangedAnswerChangesNothingAndAChangedOneIsRead()
 {
     QVERIFY(connectAndWait());
-    const QList<HueGroup> rooms = settings().groups();
-    const qsizetype lamps = settings().lights().size();
-    QSignalSpy roomsChanged(&settings(), &AppSettings::groupsChanged);
-    QSignalSpy lightsChanged(&settings(), &AppSettings::lightsChanged);
+    const QList<HueGroup> rooms = settings().home().groups();
+    const qsizetype lamps = settings().home().lights().size();
+    QSignalSpy roomsChanged(&settings().home(), &BridgeHome::groupsChanged);
+    QSignalSpy lightsChanged(&settings().home(), &BridgeHome::lightsChanged);
 
     // The same bytes again: the rooms keep their list identities, so nothing downstream is told.
     ListReads reads(m_connection.get());
     m_connection->refreshTick();
     QVERIFY(QTest::qWaitFor([&] { return !reads.spies[0].isEmpty() && !reads.spies[1].isEmpty(); }, 10000));
-    QCOMPARE(settings().groups(), rooms);
+    QCOMPARE(settings().home().groups(), rooms);
     QCOMPARE(roomsChanged.size(), 0);
     QCOMPARE(lightsChanged.size(), 0);
 
     // A lamp unplugged at the wall changes the answer, which is read as usual.
     QVERIFY(m_bench->bridge().setLightReachable(m_bench->bridge().lightIds().first(), false));
     m_connection->refreshTick();
-    QTRY_COMPARE(settings().lights().size(), lamps - 1);
+    QTRY_COMPARE(settings().home().lights().size(), lamps - 1);
 }
 
 void TestBridgeConnection::recoversWithinTwoTicksOfTheBridgeHealing_data()
@@ -391,13 +392,13 @@ void TestBridgeConnection::recoversWithinTwoTicksOfTheBridgeHealing()
     QCOMPARE(repliesInFlight(), trickles ? 3 : dropped ? 1 : 2);
     QVERIFY(!reads.spies[0].isEmpty() || reads.spies[0].wait(5000));
     QVERIFY(!reads.spies[0].last().first().value<LightsResult>().ok());
-    QVERIFY(!settings().bridgeConnected());
-    QVERIFY(settings().lights().isEmpty() && settings().scenes().isEmpty());
+    QVERIFY(!settings().home().bridgeConnected());
+    QVERIFY(settings().home().lights().isEmpty() && settings().home().scenes().isEmpty());
 
     m_bench->bridge().setFault(BridgeSimulator::Fault::None);
     const auto recovered = [this] {
-        return settings().bridgeConnected() && !settings().lights().isEmpty() &&
-               !settings().groups().isEmpty() && !settings().scenes().isEmpty();
+        return settings().home().bridgeConnected() && !settings().home().lights().isEmpty() &&
+               !settings().home().groups().isEmpty() && !settings().home().scenes().isEmpty();
     };
     int ticks = 0;
     while (ticks < 2 && !recovered()) {

@@ -127,7 +127,7 @@ void TestBridgePairing::failedPairingKeepsThePreviousKey()
     QSignalSpy paired(m_pairing.get(), &BridgePairing::paired);
     m_pairing->pairWithBridge();
     QVERIFY(finished.wait(10000));
-    QCOMPARE(settings.connectionErrorMessage(), message);
+    QCOMPARE(settings.home().connectionErrorMessage(), message);
     QCOMPARE(settings.hueKey(), QStringLiteral("previous-key"));
     QCOMPARE(paired.size(), 0);
 }

@@ -109,7 +109,7 @@ bool TestBridgeTrust::connectAndRead()
         }
         return false;
     };
-    if (!QTest::qWaitFor([&] { return succeeded() || !settings().connectionErrorMessage().isEmpty(); },
+    if (!QTest::qWaitFor([&] { return succeeded() || !settings().home().connectionErrorMessage().isEmpty(); },
                          10000))
         return false;
     return succeeded();
@@ -146,7 +146,7 @@ void TestBridgeTrust::pairingTrustsOnlyABridgesCertificate()
     const QString outcome = pair(m_bridge->tlsHostAndPort());
     if (!refusal.isEmpty()) {
         QCOMPARE(outcome, BridgePairing::noConnection);
-        QCOMPARE(settings().connectionErrorMessage(),
+        QCOMPARE(settings().home().connectionErrorMessage(),
                  QStringLiteral("The bridge at %1 ").arg(m_bridge->tlsHostAndPort()) + refusal);
         // Nothing but the public configuration was asked, if anything got through the handshake at all.
         for (const SimulatedRequest& request : m_bridge->requests())
@@ -211,12 +211,12 @@ void TestBridgeTrust::aPairedBridgeMustKeepProvingItself()
         m_bridge->setCertificate(then);
     }
     m_bridge->clearRequests();
-    settings().setConnectionErrorMessage(QString());
+    settings().home().setConnectionErrorMessage(QString());
     QVERIFY(!connectAndRead());
     // Said at once, or at the next tick, which asks a bridge that stopped answering who it is.
-    QTRY_COMPARE_WITH_TIMEOUT(settings().connectionErrorMessage(),
+    QTRY_COMPARE_WITH_TIMEOUT(settings().home().connectionErrorMessage(),
                               QStringLiteral("The bridge at %1 ").arg(address) + refusal, 10000);
-    QVERIFY(!settings().bridgeConnected());
+    QVERIFY(!settings().home().bridgeConnected());
     QVERIFY(requestsWithKey().isEmpty()); // the key went nowhere
 }
 
@@ -300,7 +300,7 @@ void TestBridgeTrust::aBridgeThatMovedIsFoundByItsIdAndNoOtherGetsTheKey()
     QCOMPARE(moved.size(), 1);
     QCOMPARE(moved.first(), (QList<QVariant>{bridgeId, before, after}));
     QCOMPARE(localNetwork.asked, 2);
-    QTRY_VERIFY(settings().bridgeConnected());
+    QTRY_VERIFY(settings().home().bridgeConnected());
     QCOMPARE(settings().hueKey(), key); // nothing paired again
     QTRY_COMPARE(m_state->store().readString(SettingsKeys::bridgeIP), after);
     QVERIFY(!settings()
@@ -369,7 +369,7 @@ void TestBridgeTrust::aProblemThatComesBackAtEveryTickIsLoggedOnceAMinute()
         QVERIFY(m_bridge->listenTls(QHostAddress::LocalHost, port));
     now = now.addMSecs(BridgeConnection::refreshInterval.count());
     m_connection->refreshTick();
-    QTRY_VERIFY_WITH_TIMEOUT(settings().bridgeConnected(), 10000);
+    QTRY_VERIFY_WITH_TIMEOUT(settings().home().bridgeConnected(), 10000);
     QCOMPARE(told(), (QStringList{problem, problem + u" (18 times in the last minute)"_qs,
                                   problem + u" (2 more times in the last minute)"_qs}));
 }
@@ -461,9 +461,9 @@ void TestBridgeTrust::anOlderSettingsFileLearnsTheIdBeforeTheKeyGoes()
                      .isEmpty());
         return;
     }
-    QTRY_VERIFY_WITH_TIMEOUT(!settings().connectionErrorMessage().isEmpty(), 10000);
-    QVERIFY2(settings().connectionErrorMessage().contains(u"a certificate for another bridge"_qs),
-             qPrintable(settings().connectionErrorMessage()));
+    QTRY_VERIFY_WITH_TIMEOUT(!settings().home().connectionErrorMessage().isEmpty(), 10000);
+    QVERIFY2(settings().home().connectionErrorMessage().contains(u"a certificate for another bridge"_qs),
+             qPrintable(settings().home().connectionErrorMessage()));
     // The change waits for an id that never comes; nothing with the key went out.
     QTRY_VERIFY(!queue.isProcessing());
     QCOMPARE(queue.pending().size(), 1);
@@ -492,10 +492,10 @@ void TestBridgeTrust::aBridgeKnownOverHttpsIsNeverPairedInClear()
     other.setAcceptPairingAtOnce(true);
     if (impostor)
         QVERIFY(other.listen(QHostAddress::LocalHost, port));
-    settings().setConnectionErrorMessage(QString());
+    settings().home().setConnectionErrorMessage(QString());
     QCOMPARE(pair(address), BridgePairing::noConnection);
     // Most often a bridge that is restarting: said calmly, and nothing was tried in clear.
-    QCOMPARE(settings().connectionErrorMessage(),
+    QCOMPARE(settings().home().connectionErrorMessage(),
              u"The bridge at %1 does not answer over HTTPS as it did before; it may be off or restarting. "
              "Glowdeck waits for it there and does not use plain HTTP with it."_qs.arg(address));
     QVERIFY(other.requests().isEmpty());

@@ -43,7 +43,7 @@ public:
         settings().setBridgeContact(QStringLiteral("http"), {}, {});
         m_bridge.pressLinkButton();
         m_connection->connectToBridge();
-        return QTest::qWaitFor([this] { return settings().bridgeConnected(); }, 10000);
+        return QTest::qWaitFor([this] { return settings().home().bridgeConnected(); }, 10000);
     }
 
     AppSettings& settings() { return m_state.settings(); }

@@ -128,7 +128,7 @@ void TestConnectionView::pairingAsksForTheLinkButtonUntilItIsPressed()
     QVERIFY(field->isVisible());
     QTest::keyClicks(field, QStringLiteral(" ") + m_bench->bridge().hostAndPort());
     QCOMPARE(m_bench->settings().hueIP(), m_bench->bridge().hostAndPort());
-    m_bench->settings().setConnectionErrorMessage(QStringLiteral("an old problem"));
+    m_bench->settings().home().setConnectionErrorMessage(QStringLiteral("an old problem"));
 
     QTest::keyClick(field, Qt::Key_Return);
 
@@ -148,7 +148,7 @@ void TestConnectionView::pairingAsksForTheLinkButtonUntilItIsPressed()
     QCOMPARE(error(), QString());
     QCOMPARE(m_bench->store().readString(SettingsKeys::bridgeUser), m_bench->bridge().users().last());
     QCOMPARE(m_bench->store().readString(SettingsKeys::bridgeIP), m_bench->bridge().hostAndPort());
-    QVERIFY(!m_bench->settings().lights().isEmpty());
+    QVERIFY(!m_bench->settings().home().lights().isEmpty());
 }
 
 void TestConnectionView::connectKeepsTheKeyOfAPairedBridgeThatDoesNotAnswer()
@@ -187,7 +187,7 @@ void TestConnectionView::connectKeepsTheKeyOfAPairedBridgeThatDoesNotAnswer()
     ActionQueue queue(settings, m_bench->network());
     BridgeConnection connection(settings, m_bench->network(), pairing, queue);
     connection.connectToBridge();
-    QTRY_VERIFY_WITH_TIMEOUT(settings.bridgeConnected(), 10000);
+    QTRY_VERIFY_WITH_TIMEOUT(settings.home().bridgeConnected(), 10000);
     connection.stopBridgeStateRefresher();
     QCOMPARE(settings.hueKey(), key);
     QCOMPARE(linkRequests(), pairings); // used with the key it had, not paired again

@@ -25,8 +25,10 @@ void TestActivityLog::dropsTheWholeLogAtItsCapAndKeepsEveryKeyOut()
     // Each bridge's key, as long as its state lives, whether in a request path or not.
     MemorySettingsStore upstairsFile;
     MemorySettingsStore downstairsFile;
-    auto upstairs = std::make_unique<AppSettings>(upstairsFile, log);
-    AppSettings downstairs(downstairsFile, log);
+    BridgeHome upstairsHome;
+    BridgeHome downstairsHome;
+    auto upstairs = std::make_unique<AppSettings>(upstairsFile, log, upstairsHome);
+    AppSettings downstairs(downstairsFile, log, downstairsHome);
     upstairs->setHueKey(QStringLiteral("secret-key"));
     downstairs.setHueKey(QStringLiteral("other key"));
     log.addLogLine(QStringLiteral("GET /api/secret-key/lights; the key \"other key\""));

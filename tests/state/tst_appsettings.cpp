@@ -106,7 +106,7 @@ void TestAppSettings::loadsDefaultsOnAFirstRun()
     QCOMPARE(t.store().value(Keys::showColorBarsForRooms), QVariant(true));
     QVERIFY(!s.showScenes());
     QCOMPARE(t.store().value(Keys::activePanel), QVariant(qint64(0)));
-    QVERIFY(!s.bridgeConnected());
+    QVERIFY(!s.home().bridgeConnected());
     QCOMPARE(s.activeMainPanel(), MainPanels::lights);
 }
 
@@ -218,15 +218,15 @@ void TestAppSettings::notifiesOnlyOnChange()
 {
     TestSettings t;
     AppSettings& s = t.settings();
-    QSignalSpy lights(&s, &AppSettings::lightsChanged);
+    QSignalSpy lights(&s.home(), &BridgeHome::lightsChanged);
     const QList<HueLight> list{HueLight{.lamp_id = QStringLiteral("1")}};
-    s.setLights(list);
-    s.setLights(list);
+    s.home().setLights(list);
+    s.home().setLights(list);
     QCOMPARE(lights.size(), 1);
-    QVERIFY(s.updateLight(QStringLiteral("1"), [](HueLight& l) { l.is_on = true; }));
-    QVERIFY(!s.updateLight(QStringLiteral("2"), [](HueLight& l) { l.is_on = true; }));
+    QVERIFY(s.home().updateLight(QStringLiteral("1"), [](HueLight& l) { l.is_on = true; }));
+    QVERIFY(!s.home().updateLight(QStringLiteral("2"), [](HueLight& l) { l.is_on = true; }));
     QCOMPARE(lights.size(), 2);
-    QVERIFY(s.lights().first().is_on);
+    QVERIFY(s.home().lights().first().is_on);
 }
 
 void TestAppSettings::takesInABridgeStoredByAnotherProgramWhole()
@@ -362,8 +362,8 @@ void TestAppSettings::showsChoicesAnotherProgramStored()
     s.load();
     s.setShowScenes(true);
     s.setActiveMainPanel(MainPanels::scenes);
-    s.setLights({HueLight{.lamp_id = u"1"_qs, .unique_id = u"uid-1"_qs},
-                 HueLight{.lamp_id = u"2"_qs, .unique_id = u"uid-2"_qs}});
+    s.home().setLights({HueLight{.lamp_id = u"1"_qs, .unique_id = u"uid-1"_qs},
+                        HueLight{.lamp_id = u"2"_qs, .unique_id = u"uid-2"_qs}});
     t.store().watchForChanges();
     QSignalSpy icon(&s, &AppSettings::appIconChanged);
     QSignalSpy visibility(&s, &AppSettings::lightVisibilityChanged);
@@ -385,8 +385,8 @@ void TestAppSettings::showsChoicesAnotherProgramStored()
     QCOMPARE(s.keyIncrement(), 20);
     QCOMPARE(s.presetWindowHeightRooms(), 400);
     QCOMPARE(visibility.size(), 1);
-    QVERIFY(s.preferences().isLightHidden(s.lights().last()));
-    QCOMPARE(s.lights().first().lamp_id, u"2"_qs);
+    QVERIFY(s.preferences().isLightHidden(s.home().lights().last()));
+    QCOMPARE(s.home().lights().first().lamp_id, u"2"_qs);
     // Taken in, not stored again: switching scenes off here would also have reset the stored panel.
     QCOMPARE(versions.count(), 1);
     QCOMPARE(JsonSettingsStore(t.fileName()).readInt(Keys::activePanel), 2);

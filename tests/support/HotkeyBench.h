@@ -49,7 +49,7 @@ public:
                           .brightness = 100,
                           .saturation = 10,
                           .hue = 500});
-        settings().setGroups(rooms);
+        settings().home().setGroups(rooms);
     }
 
     TestSettings& state() { return m_state; }

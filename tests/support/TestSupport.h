@@ -2,6 +2,7 @@
 
 #include "state/ActivityLog.h"
 #include "state/AppSettings.h"
+#include "state/BridgeHome.h"
 #include "state/Console.h"
 #include "state/JsonSettingsStore.h"
 

@@ -11,6 +11,7 @@
 #include "model/SceneRooms.h"
 #include "session/BridgeSession.h"
 #include "state/AppSettings.h"
+#include "state/BridgeHome.h"
 
 #include <QNetworkAccessManager>
 
@@ -259,7 +260,7 @@ void CtlCommands::onLights(const LightsResult& result)
 {
     if (!result.ok())
         return failFetch(result);
-    m_settings->setLights(result.records);
+    m_settings->home().setLights(result.records);
     if (m_invocation.command == CtlCommand::lights) {
         printRecords(result.records, m_invocation, m_settings->bridgeID(), lightsTable);
         return finish(exitDone);
@@ -277,7 +278,7 @@ void CtlCommands::onGroups(const GroupsResult& result)
 {
     if (!result.ok())
         return failFetch(result);
-    m_settings->setGroups(result.records);
+    m_settings->home().setGroups(result.records);
     if (m_invocation.command == CtlCommand::scenes)
         return printScenes();
     if (m_invocation.command == CtlCommand::rooms) {
@@ -294,9 +295,9 @@ void CtlCommands::onGroups(const GroupsResult& result)
 
 void CtlCommands::printScenes()
 {
-    const QList<HueGroup> groups = m_settings->groups();
+    const QList<HueGroup> groups = m_settings->home().groups();
     const SceneRooms rooms(groups);
-    QList<HueScene> scenes = m_settings->scenes();
+    QList<HueScene> scenes = m_settings->home().scenes();
     for (HueScene& scene : scenes)
         scene.group_id = rooms.roomOf(scene);
     write(stdout,
@@ -308,7 +309,7 @@ void CtlCommands::onScenes(const ScenesResult& result)
 {
     if (!result.ok())
         return failFetch(result);
-    m_settings->setScenes(result.records);
+    m_settings->home().setScenes(result.records);
     if (m_invocation.command == CtlCommand::scenes) {
         // Where a scene belongs takes the rooms: a light scene is in the room that holds all of its lamps.
         GroupsRead{.endpoint = m_settings->bridgeEndpoint(),

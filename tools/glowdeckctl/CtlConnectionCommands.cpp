@@ -13,6 +13,7 @@
 #include "connection/ShellRunner.h"
 #include "session/BridgeSession.h"
 #include "state/AppSettings.h"
+#include "state/BridgeHome.h"
 #include "state/JsonSettingsStore.h"
 #include "state/MemorySettingsStore.h"
 #include "state/Preferences.h"
@@ -280,15 +281,15 @@ void CtlConnectionCommands::onListRefreshed()
                 .arg(m_address, why));
         return finish(exitFailed);
     }
-    const QList<HueGroup> groups = m_settings->groups();
+    const QList<HueGroup> groups = m_settings->home().groups();
     const auto rooms =
         std::count_if(groups.cbegin(), groups.cend(), [](const HueGroup& g) { return !g.isZone(); });
     printOut(QStringLiteral("Paired with bridge %1 at %2 over %3: %4, %5, %6.")
                  .arg(m_settings->bridgeID(), m_address,
                       describeTransport(m_settings->bridgeTransport(), m_contact->signer),
-                      Ctl::counted(m_settings->lights().size(), QStringLiteral("light")),
+                      Ctl::counted(m_settings->home().lights().size(), QStringLiteral("light")),
                       Ctl::counted(rooms, QStringLiteral("room")),
-                      Ctl::counted(m_settings->scenes().size(), QStringLiteral("scene"))));
+                      Ctl::counted(m_settings->home().scenes().size(), QStringLiteral("scene"))));
     // The key is not printed instead: it lets whoever reads it control the lights. Pairing again is cheap.
     if (!m_store->saveError().isEmpty()) {
         printError(QStringLiteral("The key was not stored, so it is lost: %1.\nMake the settings file "
