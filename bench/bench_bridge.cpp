@@ -1,9 +1,10 @@
 #include "LargeHome.h"
 #include "bridge/ActionQueue.h"
-#include "bridge/HueHelper.h"
+#include "bridge/BridgeCommands.h"
 #include "bridge/ResourceFetch.h"
 #include "bridge/WireDecoder.h"
 #include "state/AppSettings.h"
+#include "state/BridgeHome.h"
 #include "state/JsonSettingsStore.h"
 
 #include <QCoreApplication>
@@ -55,17 +56,16 @@ void BM_QtParse(benchmark::State& state)
 void BM_DecodeAndDerive(benchmark::State& state)
 {
     const QByteArray& json = body(int(state.range(0)));
-    const QString ip = QStringLiteral("192.168.1.20"), key = QStringLiteral("k");
     for (auto _ : state) {
         switch (state.range(0)) {
         case 0:
-            benchmark::DoNotOptimize(lightsFromBody(json, ip, key));
+            benchmark::DoNotOptimize(lightsFromBody(json));
             break;
         case 1:
-            benchmark::DoNotOptimize(groupsFromBody(json, ip, key));
+            benchmark::DoNotOptimize(groupsFromBody(json));
             break;
         default:
-            benchmark::DoNotOptimize(scenesFromBody(json, ip, key));
+            benchmark::DoNotOptimize(scenesFromBody(json));
         }
     }
     label(state);
@@ -83,8 +83,7 @@ void BM_DraggedSliderEnqueues(benchmark::State& state)
     ActionQueueItem item{QUrl(QStringLiteral("http://127.0.0.1:9/api/k/lights/7/state")),
                          {},
                          QDateTime::currentDateTimeUtc(),
-                         true,
-                         false,
+                         ActionQueueItem::Target::light,
                          QStringLiteral("7"),
                          QStringLiteral("brightness")};
     QList<ActionQueueItem> drag;
@@ -109,14 +108,14 @@ void BM_DraggedSliderCommands(benchmark::State& state)
     AppSettings settings(store);
     QNetworkAccessManager network;
     ActionQueue queue(settings, network);
-    HueHelper helper(settings, queue);
-    const HueLight light{.lamp_id = QStringLiteral("7"),
-                         .hue_ip = QStringLiteral("127.0.0.1:9"),
-                         .hue_key = QStringLiteral("k")};
-    settings.setLights({light});
+    BridgeCommands commands(settings, queue);
+    settings.setHueIP(QStringLiteral("127.0.0.1:9"));
+    settings.setHueKey(QStringLiteral("k"));
+    const HueLight light{.lamp_id = QStringLiteral("7")};
+    settings.home().setLights({light});
     for (auto _ : state) {
         for (int i = 0; i < 10000; ++i)
-            helper.setLightBrightness(light, i % 256);
+            commands.setLightBrightness(light, i % 256);
         QCoreApplication::sendPostedEvents();
     }
     queue.stopProcessor(); // nothing is sent: the timer never gets to tick
@@ -134,8 +133,7 @@ void BM_EnqueueBehind(benchmark::State& state)
     ActionQueueItem item{QUrl(QStringLiteral("http://127.0.0.1:9/api/k/lights/1/state")),
                          R"({"bri":1})",
                          QDateTime::currentDateTime(),
-                         true,
-                         false,
+                         ActionQueueItem::Target::light,
                          QStringLiteral("1"),
                          QStringLiteral("hue")};
     for (int i = 0; i < state.range(0); ++i) {

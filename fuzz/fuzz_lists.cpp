@@ -11,14 +11,12 @@
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     const QByteArray body = QByteArray::fromRawData(reinterpret_cast<const char*>(data), qsizetype(size));
-    const QString address = QStringLiteral("192.0.2.7");
-    const QString key = QStringLiteral("fuzzkey0123456789");
 #if defined(GLOWDECK_FUZZ_LIGHTS)
-    const LightsResult result = lightsFromBody(body, address, key);
+    const LightsResult result = lightsFromBody(body);
 #elif defined(GLOWDECK_FUZZ_GROUPS)
-    const GroupsResult result = groupsFromBody(body, address, key);
+    const GroupsResult result = groupsFromBody(body);
 #else
-    const ScenesResult result = scenesFromBody(body, address, key);
+    const ScenesResult result = scenesFromBody(body);
 #endif
     // The invariants every caller relies on: a failure has no records and says why, a success has no message.
     if (result.ok() != result.message.isEmpty() || (!result.ok() && !result.records.isEmpty()))

@@ -1,6 +1,8 @@
 // A settings file's text: parsed as the store parses it, then every value read the way the application reads
-// its settings, each as a boolean, a whole number and text.
+// its settings, each as a boolean, a whole number and text, and the stored bridges read as contacts.
+#include "model/BridgeContact.h"
 #include "state/JsonSettingsStore.h"
+#include "state/Preferences.h"
 
 #include <QVariantMap>
 
@@ -33,11 +35,19 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const std::optional<QVariantMap> values = JsonSettingsStore::parse(text);
     if (!values)
         return 0;
-    const ParsedStore store(*values);
+    ParsedStore store(*values);
     for (const QString& key : values->keys()) {
         (void)store.readBool(key);
         (void)store.readInt(key);
         (void)store.readString(key);
+    }
+    // Whatever the file holds, a contact read from it is of its shape, and reads back the same once written.
+    QStringList problems;
+    for (const BridgeContact& contact : Preferences(store).bridges(&problems)) {
+        if ((!contact.id.isEmpty() && !BridgeIdentity::isBridgeId(contact.id)) ||
+            (!contact.certificate.isEmpty() && contact.certificate.size() != 32) ||
+            BridgeContact::fromJson(contact.toJson()) != contact)
+            __builtin_trap();
     }
     return 0;
 }

@@ -9,10 +9,11 @@
 #include "app/DropDownWindow.h"
 #include "app/StatusBarMenuWindowController.h"
 #include "bridge/ActionQueue.h"
-#include "bridge/HueHelper.h"
+#include "bridge/BridgeCommands.h"
 #include "bridge/ResourceFetch.h"
 #include "panels/ContentView.h"
 #include "state/AppSettings.h"
+#include "state/BridgeHome.h"
 #include "state/LightOrder.h"
 #include "state/MemorySettingsStore.h"
 #include "state/ProductLinks.h"
@@ -117,23 +118,23 @@ int main(int argc, char* argv[])
     settings.setShowScenes(true);
     QNetworkAccessManager network;
     ActionQueue queue(settings, network);
-    HueHelper helper(settings, queue);
+    BridgeCommands commands(settings, queue);
 
     const auto decode = [&] {
-        return Refresh{LightOrder::apply(lightsFromBody(home.lights, bridge, key).records,
-                                         settings.preferences().lightOrder()),
-                       groupsFromBody(home.groups, bridge, key).records};
+        return Refresh{
+            LightOrder::apply(lightsFromBody(home.lights).records, settings.preferences().lightOrder()),
+            groupsFromBody(home.groups).records};
     };
     // As at start-up: the window's content exists before the first read brings the lists.
-    auto* content = new ContentView(settings, helper, ProductLinks{});
+    auto* content = new ContentView(settings, commands, ProductLinks{});
     const Refresh first = decode();
-    const QList<HueScene> scenes = scenesFromBody(home.scenes, bridge, key).records;
+    const QList<HueScene> scenes = scenesFromBody(home.scenes).records;
     QElapsedTimer clock;
     clock.start();
-    settings.setLights(first.lights);
-    settings.setGroups(first.groups);
-    settings.setScenes(scenes);
-    settings.setBridgeConnected(true);
+    settings.home().setLights(first.lights);
+    settings.home().setGroups(first.groups);
+    settings.home().setScenes(scenes);
+    settings.home().setBridgeConnected(true);
     const double built = double(clock.nsecsElapsed()) / 1e6;
     StatusBarMenuWindowController controller(settings, content,
                                              [] { return std::optional<QRect>(QRect(1257, 1, 22, 22)); });
@@ -169,8 +170,8 @@ int main(int argc, char* argv[])
     }
     std::printf("%d lights (%lld kept), %lld rooms, %lld scenes; first read shown in the closed window's "
                 "rows in %.1f ms (%d widgets)\n",
-                lightCount, qint64(settings.lights().size()), qint64(settings.groups().size()),
-                qint64(settings.scenes().size()), built, shownRows);
+                lightCount, qint64(settings.home().lights().size()), qint64(settings.home().groups().size()),
+                qint64(settings.home().scenes().size()), built, shownRows);
     std::printf("click to window shown: first %.1f ms, then median %.1f ms (min %.1f, max %.1f, %d opens), "
                 "window %dx%d\n",
                 firstOpen, median(later), *std::min_element(later.cbegin(), later.cend()),
@@ -190,10 +191,10 @@ int main(int argc, char* argv[])
         for (int i = 0; i < ticks; ++i) {
             // What BridgeConnection applies after its reads, then the event loop's turn.
             const Refresh& refresh = refreshes.at(i % refreshes.size());
-            settings.setLights(refresh.lights);
-            settings.setBridgeConnected(true);
-            settings.setConnectionErrorMessage(QString());
-            settings.setGroups(refresh.groups);
+            settings.home().setLights(refresh.lights);
+            settings.home().setBridgeConnected(true);
+            settings.home().setConnectionErrorMessage(QString());
+            settings.home().setGroups(refresh.groups);
             QCoreApplication::processEvents();
         }
         const double perTick = (cpuSeconds() - start) / ticks;

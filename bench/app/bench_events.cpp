@@ -7,10 +7,12 @@
 // Usage: bench_events [--simulator PATH] [--lights N] [--changes N]
 
 #include "LargeHome.h"
+#include "bridge/ActionQueue.h"
 #include "bridge/BridgeNetwork.h"
 #include "connection/BridgeConnection.h"
 #include "connection/BridgePairing.h"
 #include "state/AppSettings.h"
+#include "state/BridgeHome.h"
 #include "state/MemorySettingsStore.h"
 
 #include <QCommandLineParser>
@@ -36,8 +38,8 @@ class EventsBench final : public QObject
 public:
     EventsBench(const QString& https, const QString& http, const QString& bridgeId,
                 const QList<QSslCertificate>& roots, int changes)
-        : m_settings(m_store), m_pairing(m_settings, m_network),
-          m_connection(m_settings, m_network, m_pairing),
+        : m_settings(m_store), m_pairing(m_settings, m_network), m_queue(m_settings, m_network),
+          m_connection(m_settings, m_network, m_pairing, m_queue),
           m_control(QStringLiteral("http://") + http + QStringLiteral("/__control/external/lights/")),
           m_changes(changes)
     {
@@ -45,8 +47,8 @@ public:
         m_settings.setHueIP(QStringLiteral("https://") + https);
         m_settings.setBridgeContact(QStringLiteral("https"), bridgeId, {});
         m_settings.setHueKey(benchKey);
-        m_settings.setLastUserActionAt(QDateTime::currentDateTime().addSecs(-3600));
-        connect(&m_settings, &AppSettings::lightsChanged, this, &EventsBench::onLights);
+        m_queue.setLastUserActionAt(QDateTime::currentDateTime().addSecs(-3600));
+        connect(&m_settings.home(), &BridgeHome::lightsChanged, this, &EventsBench::onLights);
     }
 
     void start()
@@ -57,15 +59,15 @@ public:
     }
 
     const QList<double>& latencies() const { return m_latencies; }
-    bool live() const { return m_settings.liveUpdates(); }
+    bool live() const { return m_settings.home().liveUpdates(); }
 
 private:
     void next()
     {
-        const QList<HueLight> lights = m_settings.lights();
+        const QList<HueLight> lights = m_settings.home().lights();
         if (lights.isEmpty()) {
             std::fprintf(stderr, "bench_events: no lights read: %s\n",
-                         qPrintable(m_settings.connectionErrorMessage()));
+                         qPrintable(m_settings.home().connectionErrorMessage()));
             QCoreApplication::exit(1);
             return;
         }
@@ -92,7 +94,7 @@ private:
     {
         if (!m_waiting)
             return;
-        const QList<HueLight> lights = m_settings.lights();
+        const QList<HueLight> lights = m_settings.home().lights();
         const auto light = std::find_if(lights.cbegin(), lights.cend(),
                                         [this](const HueLight& l) { return l.lamp_id == m_lamp; });
         if (light == lights.cend() || light->brightness != m_value)
@@ -109,6 +111,7 @@ private:
     QNetworkAccessManager m_plain; // the other app's
     AppSettings m_settings;
     BridgePairing m_pairing;
+    ActionQueue m_queue;
     BridgeConnection m_connection;
     const QString m_control;
     const int m_changes;

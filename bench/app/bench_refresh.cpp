@@ -11,11 +11,13 @@
 //   --interval pauses between ticks as the program does (3500), so each tick starts with cold caches.
 
 #include "LargeHome.h"
+#include "bridge/ActionQueue.h"
 #include "bridge/BridgeNetwork.h"
 #include "bridge/ResourceFetch.h"
 #include "connection/BridgeConnection.h"
 #include "connection/BridgePairing.h"
 #include "state/AppSettings.h"
+#include "state/BridgeHome.h"
 #include "state/JsonSettingsStore.h"
 #include "state/MemorySettingsStore.h"
 
@@ -59,8 +61,8 @@ public:
           m_store(settingsFile.isEmpty()
                       ? std::unique_ptr<SettingsStore>(std::make_unique<MemorySettingsStore>())
                       : std::make_unique<JsonSettingsStore>(settingsFile)),
-          m_settings(*m_store), m_pairing(m_settings, *m_network),
-          m_connection(m_settings, *m_network, m_pairing), m_ticks(ticks), m_intervalMs(intervalMs)
+          m_settings(*m_store), m_pairing(m_settings, *m_network), m_queue(m_settings, *m_network),
+          m_connection(m_settings, *m_network, m_pairing, m_queue), m_ticks(ticks), m_intervalMs(intervalMs)
     {
         m_network->addTrustRoots(trustRoots);
         m_settings.setHueIP(address);
@@ -70,7 +72,7 @@ public:
         // Minute 1 of the hour: no scene read; the last user action long past: no tick is skipped.
         const QDateTime now(QDate(2026, 1, 5), QTime(12, 1));
         m_connection.setClock([now] { return now; });
-        m_settings.setLastUserActionAt(now.addSecs(-3600));
+        m_queue.setLastUserActionAt(now.addSecs(-3600));
         connect(&m_connection, &BridgeConnection::lightsRefreshed, this, &RefreshBench::onLights);
         connect(&m_connection, &BridgeConnection::groupsRefreshed, this, &RefreshBench::onGroups);
         // A bridge that is never read (refused, or not reached) ends the run instead of hanging it.
@@ -78,7 +80,7 @@ public:
         m_watchdog.setInterval(10000);
         connect(&m_watchdog, &QTimer::timeout, this, [this] {
             std::fprintf(stderr, "bench_refresh: no answer within 10 s: %s\n",
-                         qPrintable(m_settings.connectionErrorMessage()));
+                         qPrintable(m_settings.home().connectionErrorMessage()));
             m_failed = true;
             QCoreApplication::exit(1);
         });
@@ -87,8 +89,8 @@ public:
     void start() { tick(); }
 
     bool failed() const { return m_failed; }
-    int lightCount() const { return int(m_settings.lights().size()); }
-    int groupCount() const { return int(m_settings.groups().size()); }
+    int lightCount() const { return int(m_settings.home().lights().size()); }
+    int groupCount() const { return int(m_settings.home().groups().size()); }
     double cpuPerTick() const { return m_cpu / m_ticks; }
     double wallPerTick() const { return double(m_wall) / m_ticks; }
 
@@ -141,6 +143,7 @@ private:
     std::unique_ptr<SettingsStore> m_store;
     AppSettings m_settings;
     BridgePairing m_pairing;
+    ActionQueue m_queue;
     BridgeConnection m_connection;
     const int m_ticks;
     const int m_intervalMs;

@@ -44,14 +44,14 @@ _glowdeckctl()
 
     local options="--settings --trust-root"
     case $command in
-    lights | rooms | scenes) options+=" --json --with-key --bridge --key" ;;
+    lights | rooms | scenes) options+=" --json --bridge --key" ;;
     light | room | scene | status) options+=" --bridge --key" ;;
     watch) options+=" --json --bridge --key" ;;
     all-off) options+=" --in --bridge --key" ;;
     discover) options+=" --discovery-url --pick --json" ;;
     pair) options+=" --wait --bridge" ;;
-    hotkeys) options+=" --json --with-key" ;;
-    "") options="--bridge --key --settings --trust-root --json --with-key --in --wait --discovery-url --pick --help --version" ;;
+    hotkeys) options+=" --json" ;;
+    "") options="--bridge --key --settings --trust-root --json --in --wait --discovery-url --pick --help --version" ;;
     esac
     if [[ $cur == -* ]]; then
         COMPREPLY=($(compgen -W "$options" -- "$cur"))

@@ -8,9 +8,10 @@
 #include "app/StatusBarMenuWindowController.h"
 #include "app/SwitchOffNotice.h"
 #include "bridge/ActionQueue.h"
+#include "bridge/BridgeCommands.h"
 #include "bridge/BridgeNetwork.h"
-#include "bridge/HueHelper.h"
-#include "bridge/SwitchOffTimer.h"
+#include "commands/HomeCommands.h"
+#include "commands/SwitchOffTimer.h"
 #include "connection/BridgeConnection.h"
 #include "connection/BridgeDiscovery.h"
 #include "connection/BridgePairing.h"
@@ -33,8 +34,12 @@
 #include "preferences/panes/PreferencesGeneralView.h"
 #include "preferences/window/PausableWindow.h"
 #include "preferences/window/PreferencesWindowController.h"
+#include "session/BridgeSession.h"
+#include "session/BridgeSessions.h"
+#include "state/ActivityLog.h"
 #include "state/AppSettings.h"
 #include "state/Console.h"
+#include "state/HomeModel.h"
 #include "state/JsonSettingsStore.h"
 
 #include <QAction>
@@ -102,6 +107,21 @@ AppDelegate::~AppDelegate()
     delete m_welcome;
 }
 
+ActionQueue& AppDelegate::queue() const
+{
+    return m_session->queue();
+}
+
+BridgeConnection& AppDelegate::connection() const
+{
+    return m_session->connection();
+}
+
+SwitchOffTimer& AppDelegate::switchOffTimer() const
+{
+    return *m_homeCommands->switchOffTimer(*m_session);
+}
+
 PreferencesWindowController& AppDelegate::preferences()
 {
     if (!m_preferences)
@@ -123,18 +143,20 @@ void AppDelegate::createPreferences()
     m_preferences = std::make_unique<PreferencesWindowController>(QList<Pane>{
         {QStringLiteral("general"), tr("General"), PaneIcons::general(), general},
         {QStringLiteral("advanced"), tr("Connection"), PaneIcons::connection(),
-         new ConnectionView(*m_settings, *m_discovery, *m_pairing, *m_connection, *m_debugReport)},
+         new ConnectionView(*m_settings, *m_discovery, m_session->pairing(), m_session->connection(),
+                            *m_debugReport)},
         {QStringLiteral("lights"), tr("Lights"), PaneIcons::lights(), lights},
         {QStringLiteral("hotkeys"), tr("Hotkeys"), PaneIcons::hotkeys(),
          new HotkeyView(*m_settings, *m_hotkeys, *m_hotkeyActions)},
     });
     m_preferences->setFrameAutosaveName(preferencesFrameName, &m_settings->preferences());
     const auto showSaveError = [this] {
-        const QString error = m_settings->settingsSaveError();
+        const QString error = m_settings->activity().settingsSaveError();
         m_preferences->setStatus(error.isEmpty() ? QString()
                                                  : tr("Settings could not be saved: %1").arg(error));
     };
-    connect(m_settings.get(), &AppSettings::settingsSaveErrorChanged, m_preferences.get(), showSaveError);
+    connect(&m_settings->activity(), &ActivityLog::settingsSaveErrorChanged, m_preferences.get(),
+            showSaveError);
     showSaveError();
     connect(general, &PreferencesGeneralView::debugInformationRequested, this,
             &AppDelegate::onShowDebugWindow);
@@ -168,32 +190,27 @@ void AppDelegate::start()
     connect(m_appearance.get(), &DesktopAppearance::prefersDarkChanged, this,
             &AppDelegate::onPrefersDarkChanged);
 
-    m_settings = std::make_unique<AppSettings>(*m_store);
+    m_activity = std::make_unique<ActivityLog>();
+    m_home = std::make_unique<HomeModel>();
+    m_settings = std::make_unique<AppSettings>(*m_store, *m_activity, m_home->add());
     connect(m_settings.get(), &AppSettings::windowResizePlease, this, &AppDelegate::onWindowResizePlease);
     m_settings->load();
+    m_settings->keepBridgesInTheNewForm();
 
-    m_queue = std::make_unique<ActionQueue>(*m_settings, *m_network);
-    m_helper = std::make_unique<HueHelper>(*m_settings, *m_queue);
-    m_switchOffTimer = std::make_unique<SwitchOffTimer>(*m_settings, *m_network, *m_queue, *m_helper);
-    m_pairing = std::make_unique<BridgePairing>(*m_settings, *m_network);
-    m_connection = std::make_unique<BridgeConnection>(*m_settings, *m_network, *m_pairing);
+    // One session per stored bridge; one bridge is served, so there is one session, stored contact or not.
+    m_sessions = std::make_unique<BridgeSessions>();
+    m_homeCommands = std::make_unique<HomeCommands>(*m_sessions);
+    m_session = &m_sessions->add(std::make_unique<BridgeSession>(*m_settings, *m_network));
     m_shell = std::make_unique<ShellRunner>();
     m_discovery = std::make_unique<BridgeDiscovery>(*m_shell, *m_network);
     m_localNetwork = createLocalNetworkBrowser();
     m_discovery->setLocalNetworkBrowser(m_localNetwork.get());
-    m_connection->setBridgeFinder(m_discovery.get());
-    // "glowdeckctl pair" while this runs: its key is used at once, and never overwritten with the old one.
+    for (BridgeSession* session : m_sessions->all())
+        session->setBridgeFinder(m_discovery.get());
+    // A timer set before a restart is still on the bridge: it is taken up once the bridge answers.
+    m_homeCommands->lookForSwitchOffTimers();
+    // "glowdeckctl pair" while this runs: each session takes in a contact stored by another program at once.
     m_store->watchForChanges();
-    // A timer set before a restart or a suspend is still on the bridge: look for it once the bridge answers.
-    connect(m_connection.get(), &BridgeConnection::lightsRefreshed, m_switchOffTimer.get(),
-            [this](const LightsResult& result) {
-                if (result.ok() && std::exchange(m_findSwitchOffTimer, false))
-                    m_switchOffTimer->findOnBridge();
-            });
-    connect(m_settings.get(), &AppSettings::bridgeChangedElsewhere, m_connection.get(), [this] {
-        if (!m_settings->hueIP().isEmpty() && !m_settings->hueKey().isEmpty())
-            m_connection->connectToBridge();
-    });
     m_reviewPrompt = std::make_unique<ReviewPrompt>(*m_settings);
     m_startAtLogin = std::make_unique<StartAtLogin>(
         createLoginItem(applicationId, m_options.loginItemFolder, loginArguments()));
@@ -203,7 +220,7 @@ void AppDelegate::start()
 
     createTrayIcon();
 
-    auto* content = new ContentView(*m_settings, *m_helper, m_options.links);
+    auto* content = new ContentView(*m_settings, m_session->commands(), m_options.links);
     m_windowController = std::make_unique<StatusBarMenuWindowController>(
         *m_settings, content, [this]() -> std::optional<QRect> {
             // Read at every opening: right after show() an XEmbed tray reports the origin for a while, and a
@@ -231,8 +248,8 @@ void AppDelegate::createTrayIcon()
     m_trayIcon = std::make_unique<QSystemTrayIcon>(lampIcon(m_settings->appIcon()));
     m_trayIcon->setToolTip(SwitchOffNotice::restingToolTip);
     m_switchOffNotice = std::make_unique<SwitchOffNotice>(*m_trayIcon);
-    connect(m_switchOffTimer.get(), &SwitchOffTimer::changed, m_switchOffNotice.get(),
-            [this] { m_switchOffNotice->setPendingUntil(m_switchOffTimer->firesAt()); });
+    connect(m_homeCommands.get(), &HomeCommands::switchOffChanged, m_switchOffNotice.get(),
+            [this] { m_switchOffNotice->setPendingUntil(m_homeCommands->switchOffAt()); });
     connect(m_settings.get(), &AppSettings::appIconChanged, this, &AppDelegate::onAppIconChanged);
     connect(m_trayIcon.get(), &QSystemTrayIcon::activated, this, [this](QSystemTrayIcon::ActivationReason r) {
         onActivated(r, QGuiApplication::keyboardModifiers());
@@ -261,7 +278,8 @@ void AppDelegate::showTrayIconWhenAvailable()
             m_leaveWindowModeOnClose = true;
             if (!m_appWindow->isVisible())
                 leaveWindowMode();
-            m_settings->addLogLine(QStringLiteral("A system tray appeared; Glowdeck's icon is in it now."));
+            m_settings->activity().addLogLine(
+                QStringLiteral("A system tray appeared; Glowdeck's icon is in it now."));
         }
         if (m_options.startupClock && m_options.startupClock->isValid())
             printLine(QStringLiteral("Glowdeck: tray icon shown after %1 ms")
@@ -367,14 +385,14 @@ void AppDelegate::buildContextMenu()
         m_menu->addAction(tr("Off in %1 minutes").arg(minutes), this, &AppDelegate::onAllOffInMinutes)
             ->setData(minutes);
     // The pending timer, and the way back from it.
-    m_cancelTimer = m_menu->addAction(QString(), m_switchOffTimer.get(), &SwitchOffTimer::cancel);
+    m_cancelTimer = m_menu->addAction(QString(), m_homeCommands.get(), &HomeCommands::cancelSwitchOff);
     const auto showTimer = [this] {
-        const QDateTime at = m_switchOffTimer->firesAt();
+        const QDateTime at = m_homeCommands->switchOffAt();
         m_cancelTimer->setVisible(at.isValid());
         m_cancelTimer->setText(
             tr("Lights off at %1 \u2014 Cancel").arg(QLocale().toString(at.time(), QLocale::ShortFormat)));
     };
-    connect(m_switchOffTimer.get(), &SwitchOffTimer::changed, m_cancelTimer, showTimer);
+    connect(m_homeCommands.get(), &HomeCommands::switchOffChanged, m_cancelTimer, showTimer);
     showTimer();
     m_menu->addSeparator();
     m_menu->addAction(QStringLiteral("Settings"), this, &AppDelegate::onOpenSettings);
@@ -392,10 +410,10 @@ void AppDelegate::registerHotkeys()
         m_options.hotkeyBackend ? m_options.hotkeyBackend() : createHotkeyBackend(applicationId);
     m_hotkeys = std::make_unique<GlobalHotkeys>(*m_store, *m_hotkeyBackend);
     connect(m_hotkeys.get(), &GlobalHotkeys::unavailable, this, [this](const QString& reason) {
-        m_settings->addLogLine(
+        m_settings->activity().addLogLine(
             QStringLiteral("Glowdeck: global shortcuts are not available on this desktop: %1.").arg(reason));
     });
-    m_hotkeyActions = std::make_unique<HotkeyActions>(*m_settings, *m_helper);
+    m_hotkeyActions = std::make_unique<HotkeyActions>(*m_settings, *m_homeCommands);
     m_hotkeyActions->registerHandlers(*m_hotkeys);
     m_hotkeys->onKeyUp(HotkeyNames::openGlowdeck(), [this] {
         QMetaObject::invokeMethod(this, &AppDelegate::toggleFromKeyboard, Qt::QueuedConnection);
@@ -405,7 +423,7 @@ void AppDelegate::registerHotkeys()
 void AppDelegate::connectToBridgeAtStart()
 {
     if (!m_settings->hueIP().isEmpty()) {
-        QTimer::singleShot(0, m_connection.get(), &BridgeConnection::connectToBridge);
+        QTimer::singleShot(0, m_session, &BridgeSession::connectToBridge);
         return;
     }
     // Only the address is filled in: pairing waits for the user's "Connect" or the next start.
@@ -551,7 +569,7 @@ void AppDelegate::onWindowResizePlease(qint64 height)
 
 void AppDelegate::onAllOff()
 {
-    m_helper->switchEverythingOff();
+    m_homeCommands->switchEverythingOff();
 }
 
 void AppDelegate::onAllOffInMinutes()
@@ -561,8 +579,7 @@ void AppDelegate::onAllOffInMinutes()
     const qint64 minutes = action ? action->data().toLongLong() : 0;
     if (minutes <= 0)
         return;
-    m_switchOffTimer->start(minutes);
-    m_switchOffNotice->announce(m_switchOffTimer->firesAt(), minutes);
+    m_switchOffNotice->announce(m_homeCommands->switchOffIn(minutes), minutes);
 }
 
 void AppDelegate::onOpenSettings()
@@ -601,10 +618,10 @@ void AppDelegate::onSleepNote()
 
 void AppDelegate::onWakeNote()
 {
+    for (BridgeSession* session : m_sessions->all())
+        session->resume();
     // The switch-off timer may have gone off, or been cancelled elsewhere, while the computer slept.
-    m_findSwitchOffTimer = true;
-    m_queue->startProcessor();
-    m_connection->startBridgeStateRefresher();
+    m_homeCommands->lookForSwitchOffTimers();
 }
 
 void AppDelegate::onQuit()
@@ -615,8 +632,8 @@ void AppDelegate::onQuit()
 
 void AppDelegate::stopTimers()
 {
-    if (m_queue)
-        m_queue->stopProcessor();
-    if (m_connection)
-        m_connection->stopBridgeStateRefresher();
+    if (!m_sessions)
+        return;
+    for (BridgeSession* session : m_sessions->all())
+        session->suspend();
 }

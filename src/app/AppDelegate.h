@@ -17,9 +17,14 @@
 #include <optional>
 
 class ActionQueue;
+class ActivityLog;
+class HomeModel;
 class AppWindow;
 class AppSettings;
 class BridgeConnection;
+class BridgeSession;
+class BridgeSessions;
+class HomeCommands;
 class BridgeDiscovery;
 class LocalNetworkBrowser;
 class BridgePairing;
@@ -30,7 +35,7 @@ class Diagnostics;
 class GlobalHotkeys;
 class HotkeyActions;
 class HotkeyBackend;
-class HueHelper;
+class BridgeCommands;
 class JsonSettingsStore;
 class PreferencesWindowController;
 class QAction;
@@ -108,8 +113,15 @@ public:
     void setUrlOpener(std::function<void(const QUrl&)> opener) { m_openUrl = std::move(opener); }
 
     AppSettings& settings() const { return *m_settings; }
-    ActionQueue& queue() const { return *m_queue; }
-    BridgeConnection& connection() const { return *m_connection; }
+    ActivityLog& activity() const { return *m_activity; }
+    HomeModel& home() const { return *m_home; }
+    /// The sessions of the bridges served (one today), and the one the window shows.
+    BridgeSessions& sessions() const { return *m_sessions; }
+    BridgeSession& session() const { return *m_session; }
+    /// Every action on the home as a whole: what the tray menu and the shortcuts run.
+    HomeCommands& homeCommands() const { return *m_homeCommands; }
+    ActionQueue& queue() const;
+    BridgeConnection& connection() const;
     QMenu& contextMenu() const { return *m_menu; }
     StatusBarMenuWindowController& windowController() const { return *m_windowController; }
     GlobalHotkeys& hotkeys() const { return *m_hotkeys; }
@@ -120,7 +132,7 @@ public:
     DebugView* debugWindow() const { return m_debugWindow.get(); }
     QSystemTrayIcon& trayIcon() const { return *m_trayIcon; }
     SwitchOffNotice& switchOffNotice() const { return *m_switchOffNotice; }
-    SwitchOffTimer& switchOffTimer() const { return *m_switchOffTimer; }
+    SwitchOffTimer& switchOffTimer() const;
     /// The welcome window while it is open.
     WelcomeView* welcomeWindow() const { return m_welcome; }
 
@@ -169,14 +181,15 @@ private:
     std::unique_ptr<BridgeNetwork> m_network;
     std::unique_ptr<JsonSettingsStore> m_store;
     std::unique_ptr<Diagnostics> m_diagnostics;
+    std::unique_ptr<ActivityLog> m_activity; // outlives everything that writes to it
+    std::unique_ptr<HomeModel> m_home;       // one home per bridge; the views show the first
     std::unique_ptr<AppSettings> m_settings;
-    std::unique_ptr<ActionQueue> m_queue;
-    std::unique_ptr<HueHelper> m_helper;
+    std::unique_ptr<BridgeSessions> m_sessions;
+    BridgeSession* m_session = nullptr; // the first of m_sessions
+    std::unique_ptr<HomeCommands> m_homeCommands;
     std::unique_ptr<HotkeyBackend> m_hotkeyBackend;
     std::unique_ptr<GlobalHotkeys> m_hotkeys;
     std::unique_ptr<HotkeyActions> m_hotkeyActions;
-    std::unique_ptr<BridgePairing> m_pairing;
-    std::unique_ptr<BridgeConnection> m_connection;
     std::unique_ptr<ShellRunner> m_shell;
     std::unique_ptr<LocalNetworkBrowser> m_localNetwork; // null where there is no mDNS service
     std::unique_ptr<BridgeDiscovery> m_discovery;
@@ -187,9 +200,7 @@ private:
     std::unique_ptr<DebugView> m_debugWindow;                   // created on first use
     std::unique_ptr<QSystemTrayIcon> m_trayIcon;
     std::unique_ptr<SwitchOffNotice> m_switchOffNotice;
-    std::unique_ptr<SwitchOffTimer> m_switchOffTimer;
     QAction* m_cancelTimer = nullptr; ///< "Lights off at 23:40 — Cancel", while a timer is pending
-    bool m_findSwitchOffTimer = true; // after the start and after a wake, at the next light read
     std::unique_ptr<StatusBarMenuWindowController> m_windowController;
     std::unique_ptr<QMenu> m_menu;
     QPointer<WelcomeView> m_welcome;

@@ -1,9 +1,10 @@
 #include "bridge/ActionQueue.h"
 
+#include "bridge/BridgeCommands.h"
 #include "bridge/BridgeNetwork.h"
 #include "bridge/BridgeUrl.h"
 #include "bridge/HttpExchange.h"
-#include "bridge/HueHelper.h"
+#include "state/ActivityLog.h"
 #include "state/AppSettings.h"
 
 #include <QJsonDocument>
@@ -17,31 +18,35 @@ namespace {
 /// The same kind of resource (lamp, room, scene, schedule), the same id, the same property.
 bool sameTarget(const ActionQueueItem& a, const ActionQueueItem& b)
 {
-    return a.item_id == b.item_id && a.is_light_update == b.is_light_update &&
-           a.is_group_update == b.is_group_update && a.property == b.property;
+    return a.item_id == b.item_id && a.target == b.target && a.property == b.property;
+}
+
+bool isLampOrRoom(const ActionQueueItem& item)
+{
+    return item.target == ActionQueueItem::Target::light || item.target == ActionQueueItem::Target::group;
 }
 
 /// Group 0 holds every lamp of the bridge: its change of a property decides that property for each lamp and
 /// room (everything off, after a room was switched on).
 bool everyLamp(const ActionQueueItem& item)
 {
-    return item.is_group_update && item.item_id == u"0";
+    return item.target == ActionQueueItem::Target::group && item.item_id == u"0";
 }
 
 /// Whether `newer` decides what `older` would: the same target, or every lamp, for the same property. Steps
 /// decide nothing: they add up.
 bool covers(const ActionQueueItem& newer, const ActionQueueItem& older)
 {
-    return sameTarget(newer, older) || (everyLamp(newer) && newer.property == older.property &&
-                                        newer.property != ActionQueue::brightnessIncrease &&
-                                        (older.is_light_update || older.is_group_update));
+    return sameTarget(newer, older) ||
+           (everyLamp(newer) && newer.property == older.property &&
+            newer.property != ActionQueue::brightnessIncrease && isLampOrRoom(older));
 }
 
 /// A change of `property` of every lamp, as far as telling targets apart goes.
 ActionQueueItem everyLampChange(const QString& property)
 {
     ActionQueueItem change;
-    change.is_group_update = true;
+    change.target = ActionQueueItem::Target::group;
     change.item_id = QStringLiteral("0");
     change.property = property;
     return change;
@@ -50,10 +55,7 @@ ActionQueueItem everyLampChange(const QString& property)
 /// One text per target and property, for looking up what was sent to it last.
 QString targetKey(const ActionQueueItem& item)
 {
-    return QStringLiteral("%1%2 %3 %4")
-        .arg(int(item.is_light_update))
-        .arg(int(item.is_group_update))
-        .arg(item.property, item.item_id);
+    return QStringLiteral("%1 %2 %3").arg(int(item.target)).arg(item.property, item.item_id);
 }
 
 /// The increment of `step` with every other value of `newer`: above all its "on", which the program worked
@@ -75,7 +77,7 @@ ActionQueue::ActionQueue(AppSettings& settings, QNetworkAccessManager& network, 
 {
     // Changes held for want of the bridge's id go as soon as the connection has learnt it.
     connect(&m_settings, &AppSettings::bridgeContactChanged, this, [this] {
-        if (!m_settings.bridgeID().isEmpty() && !m_settings.actionQueue().isEmpty())
+        if (!m_settings.bridgeID().isEmpty() && !m_pending.isEmpty())
             startProcessor();
     });
 }
@@ -112,11 +114,11 @@ void ActionQueue::stopProcessor()
 
 void ActionQueue::insert(const ActionQueueItem& item)
 {
-    m_settings.setLastUserActionAt(m_now());
+    m_lastUserActionAt = m_now();
 
     // Like with like only: lamp "3" and room "3" are different things on a bridge, so a change replaces an
     // older one only of the same kind of resource, the same id and the same property.
-    QList<ActionQueueItem> queue = m_settings.actionQueue();
+    QList<ActionQueueItem> queue = m_pending;
     ActionQueueItem newest = item;
     queue.removeIf([&newest](const ActionQueueItem& pending) {
         const bool replaced = sameTarget(pending, newest);
@@ -126,7 +128,15 @@ void ActionQueue::insert(const ActionQueueItem& item)
         return replaced;
     });
     queue.append(newest);
-    m_settings.setActionQueue(queue);
+    setPending(queue);
+}
+
+void ActionQueue::setPending(const QList<ActionQueueItem>& pending)
+{
+    if (pending == m_pending)
+        return;
+    m_pending = pending;
+    Q_EMIT pendingChanged();
 }
 
 QByteArray ActionQueue::withIncrementsAdded(const QByteArray& older, const QByteArray& newer)
@@ -145,7 +155,7 @@ QByteArray ActionQueue::withIncrementsAdded(const QByteArray& older, const QByte
 
 void ActionQueue::onTick()
 {
-    QList<ActionQueueItem> queue = m_settings.actionQueue();
+    QList<ActionQueueItem> queue = m_pending;
     if (m_sincePause.isValid() && m_sincePause.elapsed() < m_pause.count())
         return;
     // Every change carries the key, which goes only to a bridge that proves its id: until the connection has
@@ -157,13 +167,13 @@ void ActionQueue::onTick()
     const bool groupMayGo =
         !m_sinceGroupSent.isValid() || m_sinceGroupSent.elapsed() >= groupInterval.count();
     const auto next = std::find_if(queue.cbegin(), queue.cend(), [groupMayGo](const ActionQueueItem& item) {
-        return groupMayGo || !item.is_group_update;
+        return groupMayGo || item.target != ActionQueueItem::Target::group;
     });
     if (next != queue.cend()) {
         const ActionQueueItem item = *next;
         queue.erase(next);
-        m_settings.setActionQueue(queue);
-        if (item.is_group_update)
+        setPending(queue);
+        if (item.target == ActionQueueItem::Target::group)
             m_sinceGroupSent.start();
         send(item);
     }
@@ -178,9 +188,10 @@ void ActionQueue::send(const ActionQueueItem& item)
     QNetworkRequest request(item.url);
     request.setHeader(QNetworkRequest::ContentTypeHeader, QByteArrayLiteral("application/json"));
     BridgeNetwork::prepare(request, m_settings.bridgeIdentity());
-    const QByteArray method = item.property == HueHelper::unscheduleProperty ? QByteArrayLiteral("DELETE")
-                              : item.url.toString().contains(u"/schedules")  ? QByteArrayLiteral("POST")
-                                                                             : QByteArrayLiteral("PUT");
+    const QByteArray method = item.property == BridgeCommands::unscheduleProperty
+                                  ? QByteArrayLiteral("DELETE")
+                              : item.url.toString().contains(u"/schedules") ? QByteArrayLiteral("POST")
+                                                                            : QByteArrayLiteral("PUT");
     ++m_inFlight;
     const quint64 number = ++m_sendCount;
     m_lastSent.insert(targetKey(item), {number, item.body});
@@ -215,20 +226,21 @@ void ActionQueue::tellUser(const ActionQueueItem& item, const WriteOutcome& outc
     const QString path = bridgeResourcePath(item.url);
     switch (outcome.kind) {
     case WriteOutcome::Kind::refused:
-        m_settings.showNotice(
+        m_settings.activity().showNotice(
             tr("The bridge refused the change: %1").arg(outcome.detail),
             QStringLiteral("The bridge refused a change of %1: %2").arg(path, outcome.detail));
         break;
     case WriteOutcome::Kind::httpError:
         if (outcome.status != 429 && outcome.status != 503) {
-            m_settings.showNotice(tr("The bridge answered with an error (HTTP %1)").arg(outcome.status),
-                                  QStringLiteral("The bridge answered a change of %1 with HTTP %2")
-                                      .arg(path)
-                                      .arg(outcome.status));
+            m_settings.activity().showNotice(
+                tr("The bridge answered with an error (HTTP %1)").arg(outcome.status),
+                QStringLiteral("The bridge answered a change of %1 with HTTP %2")
+                    .arg(path)
+                    .arg(outcome.status));
         }
         break;
     case WriteOutcome::Kind::unexpected:
-        m_settings.showNotice(
+        m_settings.activity().showNotice(
             tr("The bridge's answer could not be read"),
             QStringLiteral("The bridge's answer to a change of %1 could not be read").arg(path));
         break;
@@ -245,11 +257,11 @@ bool ActionQueue::pauseForBudget(const ActionQueueItem& item, quint64 sendNumber
     m_pause = first ? firstPause : std::min(m_pause * 2, longestPause);
     m_sincePause.start();
     if (first)
-        m_settings.addLogLine(
+        m_settings.activity().addLogLine(
             QStringLiteral("The bridge is busy (HTTP %1): the next changes wait a little").arg(status));
     // The change it turned away goes again after the pause, unless the user changed the same thing since: the
     // answer may come after a newer change was sent and taken, and sending the old one again would undo it.
-    QList<ActionQueueItem> queue = m_settings.actionQueue();
+    QList<ActionQueueItem> queue = m_pending;
     const auto waiting = std::find_if(queue.begin(), queue.end(), [&item](const ActionQueueItem& pending) {
         return covers(pending, item);
     });
@@ -275,13 +287,13 @@ bool ActionQueue::pauseForBudget(const ActionQueueItem& item, quint64 sendNumber
     } else {
         queue.prepend(item);
     }
-    m_settings.setActionQueue(queue);
+    setPending(queue);
     startProcessor();
     return again;
 }
 
 void ActionQueue::reportIfDrained()
 {
-    if (m_inFlight == 0 && !m_processor && m_settings.actionQueue().isEmpty())
+    if (m_inFlight == 0 && !m_processor && m_pending.isEmpty())
         Q_EMIT drained();
 }

@@ -22,8 +22,8 @@ class QNetworkAccessManager;
 /// every lamp at once through group 0) go at most once per `groupInterval`, lamps' in the ticks between; a
 /// bridge over its budget (429 or 503) pauses the queue, 1 s, then 2, 4, at most 8, and the change it turned
 /// away goes again, unless a newer change of the same target and property was sent or waits: a late answer
-/// never undoes the user's last command. The pending changes live in `AppSettings::actionQueue`; only this
-/// class reads and changes them.
+/// never undoes the user's last command. The queue owns its pending changes and the time of the user's last
+/// change; the live updates and the refresh read both here.
 class ActionQueue final : public QObject
 {
     Q_OBJECT
@@ -47,6 +47,13 @@ public:
 
     /// Queues a change behind the current event and makes sure the drain timer runs.
     void enqueue(ActionQueueItem item);
+
+    /// The changes waiting to be sent, oldest first; `pendingChanged` tells of every change of the list.
+    const QList<ActionQueueItem>& pending() const { return m_pending; }
+    /// When the user last changed something (queued a change, or touched the window's content): a read of
+    /// the bridge before a few seconds have passed would show what the user is still changing as it was.
+    QDateTime lastUserActionAt() const { return m_lastUserActionAt; }
+    void setLastUserActionAt(const QDateTime& at) { m_lastUserActionAt = at; }
 
     /// Starts the drain timer when none runs (on wake; its first tick stops it again if there is no work).
     void startProcessor();
@@ -72,9 +79,12 @@ Q_SIGNALS:
     void answered(const ActionQueueItem& item, const WriteOutcome& outcome, bool again);
     /// Nothing is queued, no timer runs and every request sent has finished.
     void drained();
+    /// `pending()` changed: a change was queued, merged, sent or put back.
+    void pendingChanged();
 
 private:
     void insert(const ActionQueueItem& item);
+    void setPending(const QList<ActionQueueItem>& pending);
     void onTick();
     void send(const ActionQueueItem& item);
     void onAnswer(const ActionQueueItem& item, quint64 sendNumber, const WriteOutcome& outcome);
@@ -93,6 +103,8 @@ private:
 
     AppSettings& m_settings;
     QNetworkAccessManager& m_network;
+    QList<ActionQueueItem> m_pending;
+    QDateTime m_lastUserActionAt = QDateTime::currentDateTimeUtc();
     QPointer<QTimer> m_processor; // null while idle
     std::function<QDateTime()> m_now = [] { return QDateTime::currentDateTimeUtc(); };
     int m_inFlight = 0;

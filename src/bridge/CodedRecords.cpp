@@ -68,6 +68,31 @@ std::optional<Record> checked(const Reader& reader, Record record)
     return record;
 }
 
+using Target = ActionQueueItem::Target;
+
+const std::pair<Target, QStringView> targetNames[] = {{Target::light, u"light"},
+                                                      {Target::group, u"group"},
+                                                      {Target::scene, u"scene"},
+                                                      {Target::schedule, u"schedule"}};
+
+QString targetName(Target target)
+{
+    for (const auto& [value, name] : targetNames) {
+        if (value == target)
+            return name.toString();
+    }
+    return {};
+}
+
+std::optional<Target> targetNamed(const QString& text)
+{
+    for (const auto& [value, name] : targetNames) {
+        if (name == text)
+            return value;
+    }
+    return std::nullopt;
+}
+
 } // namespace
 
 namespace CodedRecords {
@@ -91,8 +116,6 @@ void write(JsonWriter& json, const HueLight& light)
         .member(u"xy_y", light.xy_y)
         .member(u"ct_min", light.ct_min)
         .member(u"ct_max", light.ct_max)
-        .member(u"hue_ip", light.hue_ip)
-        .member(u"hue_key", light.hue_key)
         .member(u"unique_id", light.unique_id)
         .endObject();
 }
@@ -113,8 +136,6 @@ void write(JsonWriter& json, const HueGroup& group)
         .member(u"saturation", group.saturation)
         .member(u"hue", group.hue)
         .member(u"color_temperature", group.color_temperature)
-        .member(u"hue_ip", group.hue_ip)
-        .member(u"hue_key", group.hue_key)
         .member(u"ct_min", group.ct_min)
         .member(u"ct_max", group.ct_max)
         .endObject();
@@ -128,8 +149,6 @@ void write(JsonWriter& json, const HueScene& scene)
         .member(u"lights", scene.lights)
         .member(u"type", scene.type)
         .member(u"group_id", scene.group_id)
-        .member(u"hue_ip", scene.hue_ip)
-        .member(u"hue_key", scene.hue_key)
         .endObject();
 }
 
@@ -139,8 +158,7 @@ void write(JsonWriter& json, const ActionQueueItem& item)
         .member(u"url", item.url.toString())
         .member(u"body", QString::fromLatin1(item.body.toBase64()))
         .member(u"issued_at", double(referenceDate.msecsTo(item.issued_at)) / 1000.0)
-        .member(u"is_light_update", item.is_light_update)
-        .member(u"is_group_update", item.is_group_update)
+        .member(u"target", targetName(item.target))
         .member(u"item_id", item.item_id)
         .member(u"property", item.property)
         .endObject();
@@ -179,8 +197,6 @@ std::optional<HueLight> readLight(const QJsonObject& object)
     light.xy_y = float(r.real(u"xy_y"));
     light.ct_min = r.integer(u"ct_min");
     light.ct_max = r.integer(u"ct_max");
-    light.hue_ip = r.text(u"hue_ip");
-    light.hue_key = r.text(u"hue_key");
     light.unique_id = r.text(u"unique_id");
     return checked(r, light);
 }
@@ -202,8 +218,6 @@ std::optional<HueGroup> readGroup(const QJsonObject& object)
     group.saturation = r.integer(u"saturation");
     group.hue = r.integer(u"hue");
     group.color_temperature = r.integer(u"color_temperature");
-    group.hue_ip = r.text(u"hue_ip");
-    group.hue_key = r.text(u"hue_key");
     group.ct_min = r.integer(u"ct_min");
     group.ct_max = r.integer(u"ct_max");
     return checked(r, group);
@@ -219,8 +233,6 @@ std::optional<HueScene> readScene(const QJsonObject& object)
     scene.lights = r.texts(u"lights");
     scene.type = r.text(u"type");
     scene.group_id = r.text(u"group_id");
-    scene.hue_ip = r.text(u"hue_ip");
-    scene.hue_key = r.text(u"hue_key");
     return checked(r, scene);
 }
 
@@ -232,8 +244,10 @@ std::optional<ActionQueueItem> readActionQueueItem(const QJsonObject& object)
     const QString body = r.text(u"body");
     item.body = QByteArray::fromBase64(body.toLatin1());
     item.issued_at = referenceDate.addMSecs(qint64(std::llround(r.real(u"issued_at") * 1000.0)));
-    item.is_light_update = r.flag(u"is_light_update");
-    item.is_group_update = r.flag(u"is_group_update");
+    const std::optional<ActionQueueItem::Target> target = targetNamed(r.text(u"target"));
+    if (!target)
+        return std::nullopt;
+    item.target = *target;
     item.item_id = r.text(u"item_id");
     item.property = r.text(u"property");
     return checked(r, item);

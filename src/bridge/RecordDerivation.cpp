@@ -82,10 +82,6 @@ QString shownName(QString name)
 
 } // namespace
 
-RecordDerivation::RecordDerivation(QString bridgeIP, QString apiKey)
-    : m_bridgeIP(std::move(bridgeIP)), m_apiKey(std::move(apiKey))
-{}
-
 const QString& RecordDerivation::pooled(WireText utf8)
 {
     auto [entry, added] = m_pool.try_emplace(utf8);
@@ -154,8 +150,6 @@ std::optional<HueLight> RecordDerivation::light(const HueDevice& device)
         light.ct_min = 250;
         light.ct_max = 454;
     }
-    light.hue_ip = m_bridgeIP;
-    light.hue_key = m_apiKey;
     return light;
 }
 
@@ -187,8 +181,6 @@ std::optional<HueGroup> RecordDerivation::group(const BridgeDataType_Group& grou
     // Groups carry no capabilities; every room gets the full white range of current bulbs.
     room.ct_min = 153;
     room.ct_max = 500;
-    room.hue_ip = m_bridgeIP;
-    room.hue_key = m_apiKey;
     return room;
 }
 
@@ -206,7 +198,5 @@ std::optional<HueScene> RecordDerivation::scene(const BridgeDataType_Scene& scen
     record.type = scene.type ? pooled(*scene.type) : unknownType;
     if (scene.group)
         record.group_id = pooled(*scene.group);
-    record.hue_ip = m_bridgeIP;
-    record.hue_key = m_apiKey;
     return record;
 }

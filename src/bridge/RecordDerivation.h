@@ -1,21 +1,20 @@
 #pragma once
 
+#include "bridge/WireTypes.h"
 #include "model/HueGroup.h"
 #include "model/HueLight.h"
 #include "model/HueScene.h"
-#include "bridge/WireTypes.h"
 
 #include <optional>
 #include <unordered_map>
 
-/// Flattens the wire records of one answer into the records the menu works on, stamping each with the bridge
-/// address and key the answer came from. Each call returns nothing for a resource the menu leaves out (an
-/// unreachable lamp, a zone, a recycled or old scene). Lives only as long as the answer's texts do.
+/// Flattens the wire records of one answer into the records the menu works on. The records say nothing of the
+/// bridge they came from: whoever read the answer knows that. Each call returns nothing for a resource the
+/// menu leaves out (an unreachable lamp, a zone, a recycled or old scene). Lives only as long as the answer's
+/// texts do.
 class RecordDerivation final
 {
 public:
-    RecordDerivation(QString bridgeIP, QString apiKey);
-
     std::optional<HueLight> light(const HueDevice& device);
     std::optional<HueGroup> group(const BridgeDataType_Group& group);
     std::optional<HueScene> scene(const BridgeDataType_Scene& scene);
@@ -29,7 +28,5 @@ private:
     const QString& pooled(WireText text);
     QStringList pooled(const std::optional<WireTextList>& texts);
 
-    QString m_bridgeIP;
-    QString m_apiKey;
     std::unordered_map<WireText, QString> m_pool;
 };

@@ -60,8 +60,7 @@ Result failure(typename decltype(Result::error)::value_type error, const char* m
 /// Body to records: no body, undecodable body and a missing list each end in the list's own message and
 /// error.
 template <typename Record, typename Error, typename Response, typename WireList, typename Element>
-FetchResult<Record, Error> fromBody(const QByteArray& body, const QString& bridgeIP, const QString& apiKey,
-                                    const ListTraits& list, Error noneFound,
+FetchResult<Record, Error> fromBody(const QByteArray& body, const ListTraits& list, Error noneFound,
                                     std::optional<Response> (*decode)(QByteArrayView, std::size_t*),
                                     std::optional<WireList> Response::*elementsOf,
                                     std::optional<Record> (RecordDerivation::*derive)(const Element&))
@@ -100,7 +99,7 @@ FetchResult<Record, Error> fromBody(const QByteArray& body, const QString& bridg
             return result;
         }
     }
-    RecordDerivation derivation(bridgeIP, apiKey);
+    RecordDerivation derivation;
     Result result;
     result.records.reserve(qsizetype(elements->size()));
     for (const Element& element : *elements) {
@@ -124,16 +123,15 @@ void deliver(QPointer<QNetworkAccessManager> network, const std::function<void(R
 }
 
 template <typename Result>
-PendingRead fetchList(QNetworkAccessManager& network, const QString& bridgeIP, const QString& apiKey,
+PendingRead fetchList(QNetworkAccessManager& network, const QString& endpoint, const QString& key,
                       const BridgeIdentity& identity, const ListTraits& list,
-                      std::function<void(Result)> completion,
-                      Result (*fromBody)(const QByteArray&, const QString&, const QString&),
+                      std::function<void(Result)> completion, Result (*fromBody)(const QByteArray&),
                       std::shared_ptr<ListMemo<Result>> memo)
 {
     using Error = typename decltype(Result::error)::value_type;
     // Only an address that cannot form a URL at all is caught here, so that a typo in the settings reads as
     // "no connection" instead of taking the program down.
-    const QUrl url = bridgeResourceUrl(bridgeIP, apiKey, {QString::fromUtf8(list.path)});
+    const QUrl url = bridgeResourceUrl(endpoint, key, {QString::fromUtf8(list.path)});
     if (!url.isValid()) {
         QMetaObject::invokeMethod(
             &network, [completion] { completion(failure<Result>(Error::connectionFailed)); },
@@ -178,7 +176,7 @@ PendingRead fetchList(QNetworkAccessManager& network, const QString& bridgeIP, c
                                };
                                const auto decode = [=, body = answer.body, status = answer.status,
                                                     signer = answer.certificate.signer] {
-                                   Result result = fromBody(body, bridgeIP, apiKey);
+                                   Result result = fromBody(body);
                                    result.httpStatus = status;
                                    result.signer = signer;
                                    return result;
@@ -207,25 +205,22 @@ PendingRead fetchList(QNetworkAccessManager& network, const QString& bridgeIP, c
 
 } // namespace
 
-GroupsResult groupsFromBody(const QByteArray& body, const QString& bridgeIP, const QString& apiKey)
+GroupsResult groupsFromBody(const QByteArray& body)
 {
-    return fromBody<HueGroup>(body, bridgeIP, apiKey, groupsList, BridgeDataType_Groups_Error::noGroups,
-                              WireDecoder::decodeGroups, &HueBridgeGroupsResponse::groups,
-                              &RecordDerivation::group);
+    return fromBody<HueGroup>(body, groupsList, GroupsError::noGroups, WireDecoder::decodeGroups,
+                              &HueBridgeGroupsResponse::groups, &RecordDerivation::group);
 }
 
-LightsResult lightsFromBody(const QByteArray& body, const QString& bridgeIP, const QString& apiKey)
+LightsResult lightsFromBody(const QByteArray& body)
 {
-    return fromBody<HueLight>(body, bridgeIP, apiKey, lightsList, BridgeError::noDevices,
-                              WireDecoder::decodeLights, &HueBridgeLightsResponse::devices,
-                              &RecordDerivation::light);
+    return fromBody<HueLight>(body, lightsList, LightsError::noDevices, WireDecoder::decodeLights,
+                              &HueBridgeLightsResponse::devices, &RecordDerivation::light);
 }
 
-ScenesResult scenesFromBody(const QByteArray& body, const QString& bridgeIP, const QString& apiKey)
+ScenesResult scenesFromBody(const QByteArray& body)
 {
-    return fromBody<HueScene>(body, bridgeIP, apiKey, scenesList, BridgeDataType_Scenes_Error::noScenes,
-                              WireDecoder::decodeScenes, &HueBridgeScenesResponse::scenes,
-                              &RecordDerivation::scene);
+    return fromBody<HueScene>(body, scenesList, ScenesError::noScenes, WireDecoder::decodeScenes,
+                              &HueBridgeScenesResponse::scenes, &RecordDerivation::scene);
 }
 
 namespace {
@@ -245,38 +240,38 @@ QString describeError(Error error, const ListTraits& list)
 
 } // namespace
 
-QString describe(BridgeDataType_Groups_Error error)
+QString describe(GroupsError error)
 {
     return describeError(error, groupsList);
 }
 
-QString describe(BridgeError error)
+QString describe(LightsError error)
 {
     return describeError(error, lightsList);
 }
 
-QString describe(BridgeDataType_Scenes_Error error)
+QString describe(ScenesError error)
 {
     return describeError(error, scenesList);
 }
 
-PendingRead HueCommunicationGroups::fetch(QNetworkAccessManager& network,
-                                          std::function<void(GroupsResult)> completion) const
+PendingRead GroupsRead::fetch(QNetworkAccessManager& network,
+                              std::function<void(GroupsResult)> completion) const
 {
-    return fetchList(network, bridgeIP, apiKey, identity, groupsList, std::move(completion), groupsFromBody,
+    return fetchList(network, endpoint, key, identity, groupsList, std::move(completion), groupsFromBody,
                      memo);
 }
 
-PendingRead HueCommunicationLights::fetch(QNetworkAccessManager& network,
-                                          std::function<void(LightsResult)> completion) const
+PendingRead LightsRead::fetch(QNetworkAccessManager& network,
+                              std::function<void(LightsResult)> completion) const
 {
-    return fetchList(network, bridgeIP, apiKey, identity, lightsList, std::move(completion), lightsFromBody,
+    return fetchList(network, endpoint, key, identity, lightsList, std::move(completion), lightsFromBody,
                      memo);
 }
 
-PendingRead HueCommunicationScenes::fetch(QNetworkAccessManager& network,
-                                          std::function<void(ScenesResult)> completion) const
+PendingRead ScenesRead::fetch(QNetworkAccessManager& network,
+                              std::function<void(ScenesResult)> completion) const
 {
-    return fetchList(network, bridgeIP, apiKey, identity, scenesList, std::move(completion), scenesFromBody,
+    return fetchList(network, endpoint, key, identity, scenesList, std::move(completion), scenesFromBody,
                      memo);
 }

@@ -21,19 +21,19 @@
 class QNetworkAccessManager;
 class QNetworkReply;
 
-enum class BridgeDataType_Groups_Error
+enum class GroupsError
 {
     connectionFailed,
     invalidData,
     noGroups
 };
-enum class BridgeError
+enum class LightsError
 {
     connectionFailed,
     invalidData,
     noDevices
 };
-enum class BridgeDataType_Scenes_Error
+enum class ScenesError
 {
     connectionFailed,
     invalidData,
@@ -67,9 +67,9 @@ struct FetchResult
     bool ok() const { return !error.has_value(); }
 };
 
-using GroupsResult = FetchResult<HueGroup, BridgeDataType_Groups_Error>;
-using LightsResult = FetchResult<HueLight, BridgeError>;
-using ScenesResult = FetchResult<HueScene, BridgeDataType_Scenes_Error>;
+using GroupsResult = FetchResult<HueGroup, GroupsError>;
+using LightsResult = FetchResult<HueLight, LightsError>;
+using ScenesResult = FetchResult<HueScene, ScenesError>;
 
 /// A list read gives up after this long without data; the periodic refresh is the retry.
 inline constexpr std::chrono::milliseconds fetchTimeout{4000};
@@ -93,25 +93,26 @@ struct ListMemo
 
 // Turning an answer body into records: the steps after the transport, exposed for tests, benchmarks and
 // fuzzing. They print nothing (they run on a worker thread); the fetch prints the result's `message`.
-GroupsResult groupsFromBody(const QByteArray& body, const QString& bridgeIP, const QString& apiKey);
-LightsResult lightsFromBody(const QByteArray& body, const QString& bridgeIP, const QString& apiKey);
-ScenesResult scenesFromBody(const QByteArray& body, const QString& bridgeIP, const QString& apiKey);
+GroupsResult groupsFromBody(const QByteArray& body);
+LightsResult lightsFromBody(const QByteArray& body);
+ScenesResult scenesFromBody(const QByteArray& body);
 
 /// The text a user sees for a failed list read (the decode and none-found texts are also printed by the
 /// fetch).
-QString describe(BridgeDataType_Groups_Error error);
-QString describe(BridgeError error);
-QString describe(BridgeDataType_Scenes_Error error);
+QString describe(GroupsError error);
+QString describe(LightsError error);
+QString describe(ScenesError error);
 
 // The three reads: one GET each, bounded by fetchTimeout and fetchDeadline. The answer is decoded and its
 // records derived on a worker thread; the completion runs once, on the network's (the main) thread, unless
 // the network manager is gone by then.
 
 /// Reads the rooms of one bridge ("/groups").
-struct HueCommunicationGroups
+struct GroupsRead
 {
-    QString bridgeIP;
-    QString apiKey;
+    /// The base of every request (BridgeContact::endpoint()) and the key that goes in its path.
+    QString endpoint;
+    QString key;
 
     /// Optional: the newest answer that decoded, kept across reads.
     std::shared_ptr<ListMemo<GroupsResult>> memo;
@@ -122,10 +123,11 @@ struct HueCommunicationGroups
 };
 
 /// Reads the reachable lamps of one bridge ("/lights").
-struct HueCommunicationLights
+struct LightsRead
 {
-    QString bridgeIP;
-    QString apiKey;
+    /// The base of every request (BridgeContact::endpoint()) and the key that goes in its path.
+    QString endpoint;
+    QString key;
 
     /// Optional: the newest answer that decoded, kept across reads.
     std::shared_ptr<ListMemo<LightsResult>> memo;
@@ -136,10 +138,11 @@ struct HueCommunicationLights
 };
 
 /// Reads the scenes of one bridge ("/scenes").
-struct HueCommunicationScenes
+struct ScenesRead
 {
-    QString bridgeIP;
-    QString apiKey;
+    /// The base of every request (BridgeContact::endpoint()) and the key that goes in its path.
+    QString endpoint;
+    QString key;
 
     /// Optional: the newest answer that decoded, kept across reads.
     std::shared_ptr<ListMemo<ScenesResult>> memo;

@@ -1,10 +1,13 @@
 #include "connection/BridgeConnection.h"
 
+#include "bridge/ActionQueue.h"
 #include "connection/BridgeDiscovery.h"
 #include "connection/BridgePairing.h"
 #include "connection/BridgeProbe.h"
 #include "connection/LiveUpdates.h"
+#include "state/ActivityLog.h"
 #include "state/AppSettings.h"
+#include "state/BridgeHome.h"
 #include "state/LightOrder.h"
 
 #include <QCoreApplication>
@@ -12,9 +15,9 @@
 #include <QNetworkReply>
 
 BridgeConnection::BridgeConnection(AppSettings& settings, QNetworkAccessManager& network,
-                                   BridgePairing& pairing, QObject* parent)
-    : QObject(parent), m_settings(settings), m_network(network), m_pairing(pairing),
-      m_live(new LiveUpdates(settings, network, this))
+                                   BridgePairing& pairing, const ActionQueue& queue, QObject* parent)
+    : QObject(parent), m_settings(settings), m_network(network), m_pairing(pairing), m_queue(queue),
+      m_live(new LiveUpdates(settings, network, queue, this))
 {
     // Pairing that succeeds comes back here, now with a key.
     connect(&m_pairing, &BridgePairing::paired, this, &BridgeConnection::connectToBridge);
@@ -22,7 +25,7 @@ BridgeConnection::BridgeConnection(AppSettings& settings, QNetworkAccessManager&
     // Changes made while no stream was open are not told: read what is there now.
     connect(m_live, &LiveUpdates::streamOpened, this,
             [this] { readAfresh(LiveUpdates::lights | LiveUpdates::groups); });
-    connect(&m_settings, &AppSettings::liveUpdatesChanged, this, [this] {
+    connect(&m_settings.home(), &BridgeHome::liveUpdatesChanged, this, [this] {
         if (m_refresher)
             m_refresher->setInterval(currentRefreshInterval());
     });
@@ -31,13 +34,13 @@ BridgeConnection::BridgeConnection(AppSettings& settings, QNetworkAccessManager&
 void BridgeConnection::connectToBridge()
 {
     if (m_settings.hueKey().isEmpty()) {
-        m_settings.addLogLine(QStringLiteral("We have a Bridge IP, but no API key yet..."));
+        m_settings.activity().addLogLine(QStringLiteral("We have a Bridge IP, but no API key yet..."));
         m_pairing.pairWithBridge();
         return;
     }
     // Enough of the key to tell two apart, not enough to use it.
-    m_settings.addLogLine(QStringLiteral("Connecting to Bridge... [\u2026") + m_settings.hueKey().right(4) +
-                          u']');
+    m_settings.activity().addLogLine(QStringLiteral("Connecting to Bridge... [\u2026") +
+                                     m_settings.hueKey().right(4) + u']');
     m_reached = false;
     reach();
     startBridgeStateRefresher();
@@ -49,7 +52,7 @@ void BridgeConnection::reach()
         return;
     const std::optional<BridgeAddress> address = BridgeAddress::parse(m_settings.hueIP());
     if (!address) {
-        m_settings.setBridgeConnected(false);
+        m_settings.home().setBridgeConnected(false);
         return;
     }
     if (!m_mustAsk && !needsProbe(*address, m_settings.bridgeTransport(), m_settings.bridgeID())) {
@@ -73,30 +76,32 @@ void BridgeConnection::reach()
                     : result.problem);
             // Not answering is what the refresh retries quietly; a bridge that is not the one paired is said.
             if (result.refused)
-                m_settings.setConnectionErrorMessage(result.problem);
-            m_settings.setBridgeReach(result.refused ? AppSettings::BridgeReach::refused
-                                                     : AppSettings::BridgeReach::notAnswering);
-            m_settings.setBridgeConnected(false);
+                m_settings.home().setConnectionErrorMessage(result.problem);
+            m_settings.home().setBridgeReach(result.refused ? BridgeHome::Reach::refused
+                                                            : BridgeHome::Reach::notAnswering);
+            m_settings.home().setBridgeConnected(false);
             onMissed();
             return;
         }
-        const BridgeContact& contact = *result.contact;
+        const ProbedBridge& contact = *result.contact;
         flushRepeats();
         // A settings file of an older version holds an address and a key but no id: the bridge at that
         // address is taken for the paired one, once, and held to its id from then on.
         if (m_settings.bridgeID().isEmpty())
-            m_settings.addLogLine(QStringLiteral("Learnt the id of the bridge at %1: %2")
-                                      .arg(m_settings.hueIP(), contact.bridgeId));
+            m_settings.activity().addLogLine(QStringLiteral("Learnt the id of the bridge at %1: %2")
+                                                 .arg(m_settings.hueIP(), contact.bridgeId));
         if (contact.transport != m_settings.bridgeTransport() || contact.bridgeId != m_settings.bridgeID() ||
             contact.signer != m_settings.bridgeSigner())
-            m_settings.addLogLine(QStringLiteral("Reached bridge %1 at %2 over %3")
-                                      .arg(contact.bridgeId, contact.endpoint,
-                                           describeTransport(contact.transport, contact.signer)));
+            m_settings.activity().addLogLine(QStringLiteral("Reached bridge %1 at %2 over %3")
+                                                 .arg(contact.bridgeId, contact.endpoint,
+                                                      describeTransport(contact.transport, contact.signer)));
         m_mustAsk = false;
-        m_settings.setBridgeReach(AppSettings::BridgeReach::answering);
+        m_settings.home().setBridgeReach(BridgeHome::Reach::answering);
         m_settings.setHueIP(addressAfter(m_settings.hueIP(), contact));
         m_settings.setBridgeContact(contact.transport, contact.bridgeId, contact.pinnedKey);
         m_settings.setBridgeSigner(contact.signer);
+        if (!contact.name.isEmpty())
+            m_settings.setBridgeName(contact.name);
         onReached();
     });
 }
@@ -121,12 +126,12 @@ void BridgeConnection::disconnectFromBridge()
     *m_groupsMemo = {};
     *m_scenesMemo = {};
     m_live->stop();
-    m_settings.setLights({});
-    m_settings.setGroups({});
+    m_settings.home().setLights({});
+    m_settings.home().setGroups({});
     m_settings.setHueKey(QString());
     m_settings.forgetStoredKey();
-    m_settings.setBridgeConnected(false);
-    m_settings.setBridgeReach(AppSettings::BridgeReach::unknown);
+    m_settings.home().setBridgeConnected(false);
+    m_settings.home().setBridgeReach(BridgeHome::Reach::unknown);
 }
 
 quint64 BridgeConnection::ListRead::next(quint64 order)
@@ -150,7 +155,7 @@ void BridgeConnection::ListRead::forget()
 void BridgeConnection::readAfresh(int lists)
 {
     // Like the refresh, no read while the user is still changing things: its answer would undo them.
-    const qint64 sinceUser = m_settings.lastUserActionAt().msecsTo(m_now());
+    const qint64 sinceUser = m_queue.lastUserActionAt().msecsTo(m_now());
     const qint64 quiet = qint64(std::chrono::milliseconds(quietAfterUserAction).count());
     if (!lists)
         return;
@@ -190,8 +195,8 @@ void BridgeConnection::refreshLights()
     const quint64 serial = m_lightsRead.next(order);
     // A reply can arrive after this object is gone (the application quits mid-read): guard on it.
     m_lightsRead.reply =
-        HueCommunicationLights{m_settings.bridgeEndpoint(), m_settings.hueKey(), m_lightsMemo,
-                               m_settings.bridgeIdentity()}
+        LightsRead{m_settings.bridgeEndpoint(), m_settings.hueKey(), m_lightsMemo,
+                   m_settings.bridgeIdentity()}
             .fetch(m_network, [self = QPointer(this), serial, order](const LightsResult& result) {
                 if (!self || !self->m_lightsRead.take(serial))
                     return;
@@ -205,14 +210,14 @@ void BridgeConnection::refreshGroups()
 {
     const quint64 serial = m_groupsRead.next(++m_readsStarted);
     m_groupsRead.reply =
-        HueCommunicationGroups{m_settings.bridgeEndpoint(), m_settings.hueKey(), m_groupsMemo,
-                               m_settings.bridgeIdentity()}
+        GroupsRead{m_settings.bridgeEndpoint(), m_settings.hueKey(), m_groupsMemo,
+                   m_settings.bridgeIdentity()}
             .fetch(m_network, [self = QPointer(this), serial](const GroupsResult& result) {
                 if (!self || !self->m_groupsRead.take(serial))
                     return;
                 // A failed room read is silent: the rooms shown stay until a read succeeds.
                 if (result.ok())
-                    self->m_settings.setGroups(result.records);
+                    self->m_settings.home().setGroups(result.records);
                 Q_EMIT self->groupsRefreshed(result);
                 if (std::exchange(self->m_groupsRead.again, false) && !self->m_groupsRead.pending())
                     self->refreshGroups();
@@ -223,8 +228,8 @@ void BridgeConnection::refreshScenes()
 {
     const quint64 serial = m_scenesRead.next(++m_readsStarted);
     m_scenesRead.reply =
-        HueCommunicationScenes{m_settings.bridgeEndpoint(), m_settings.hueKey(), m_scenesMemo,
-                               m_settings.bridgeIdentity()}
+        ScenesRead{m_settings.bridgeEndpoint(), m_settings.hueKey(), m_scenesMemo,
+                   m_settings.bridgeIdentity()}
             .fetch(m_network, [self = QPointer(this), serial](const ScenesResult& result) {
                 if (!self || !self->m_scenesRead.take(serial))
                     return;
@@ -236,39 +241,39 @@ void BridgeConnection::refreshScenes()
 
 void BridgeConnection::onLights(const LightsResult& result, quint64 order)
 {
-    using Reach = AppSettings::BridgeReach;
-    if (result.error == BridgeError::noDevices) {
-        m_settings.setBridgeReach(Reach::answering);
-        m_settings.setConnectionErrorMessage(
+    using Reach = BridgeHome::Reach;
+    if (result.error == LightsError::noDevices) {
+        m_settings.home().setBridgeReach(Reach::answering);
+        m_settings.home().setConnectionErrorMessage(
             QCoreApplication::translate("BridgeConnection", "We were unable to find any devices"));
     } else if (!result.ok()) {
         if (!result.refusal.isEmpty())
-            m_settings.setConnectionErrorMessage(result.refusal);
+            m_settings.home().setConnectionErrorMessage(result.refusal);
         // It answered: saying it cannot be reached, or asking for the link button, would send the user
         // after the wrong fault.
-        if (result.error == BridgeError::invalidData)
+        if (result.error == LightsError::invalidData)
             reportUnusableAnswer(result);
         // A bridge that stopped answering may answer elsewhere or otherwise (plain HTTP only, say): the next
         // tick asks it who it is before it is read again.
-        if (result.error == BridgeError::connectionFailed) {
+        if (result.error == LightsError::connectionFailed) {
             m_reached = false;
             m_mustAsk = true;
-            m_settings.setBridgeReach(result.refusal.isEmpty() ? Reach::notAnswering : Reach::refused);
+            m_settings.home().setBridgeReach(result.refusal.isEmpty() ? Reach::notAnswering : Reach::refused);
             onMissed();
         } else {
-            m_settings.setBridgeReach(Reach::answering);
+            m_settings.home().setBridgeReach(Reach::answering);
         }
-        m_settings.setBridgeConnected(false);
+        m_settings.home().setBridgeConnected(false);
         m_scenesStale = true;
     } else {
         m_misses = 0;
-        m_settings.setBridgeReach(Reach::answering);
+        m_settings.home().setBridgeReach(Reach::answering);
         // A bridge read without asking it who it is first tells who vouched for it here.
         if (result.signer.kind != CertificateSigner::Kind::unknown)
             m_settings.setBridgeSigner(result.signer);
-        m_settings.setLights(LightOrder::apply(result.records, m_settings.preferences().lightOrder()));
-        m_settings.setBridgeConnected(true);
-        m_settings.setConnectionErrorMessage(QString());
+        m_settings.home().setLights(LightOrder::apply(result.records, m_settings.preferences().lightOrder()));
+        m_settings.home().setBridgeConnected(true);
+        m_settings.home().setConnectionErrorMessage(QString());
         // Only an address and key the bridge has just answered with are worth keeping.
         if (!m_settings.hueIP().isEmpty())
             m_settings.persistBridge();
@@ -296,9 +301,9 @@ void BridgeConnection::reportUnusableAnswer(const LightsResult& result)
         message = tr("The bridge sent more than 1,000 lights");
     else
         message = tr("The bridge's answer could not be read");
-    if (message != m_settings.connectionErrorMessage())
-        m_settings.addLogLine(message);
-    m_settings.setConnectionErrorMessage(message);
+    if (message != m_settings.home().connectionErrorMessage())
+        m_settings.activity().addLogLine(message);
+    m_settings.home().setConnectionErrorMessage(message);
 }
 
 void BridgeConnection::setBridgeFinder(BridgeDiscovery* finder)
@@ -324,7 +329,7 @@ void BridgeConnection::searchForBridge()
     m_lastSearch = now;
     const QString from = m_settings.hueIP();
     const QString bridgeId = m_settings.bridgeID();
-    m_settings.addLogLine(
+    m_settings.activity().addLogLine(
         QStringLiteral("Bridge %1 does not answer at %2; looking for it on the network").arg(bridgeId, from));
     // The finder asks each address who it is before anything else: the key goes only to this bridge.
     const ProbeKnowledge knowledge{m_settings.bridgeTransport(), m_settings.bridgeIdentity(), false};
@@ -339,16 +344,18 @@ void BridgeConnection::searchForBridge()
         if (settings.hueIP() != from || settings.bridgeID() != bridgeId || settings.hueKey().isEmpty())
             return;
         if (!found || found->address == from) {
-            settings.addLogLine(
+            settings.activity().addLogLine(
                 QStringLiteral("Bridge %1 was not found elsewhere; still trying %2").arg(bridgeId, from));
             return;
         }
-        settings.addLogLine(
+        settings.activity().addLogLine(
             QStringLiteral("Bridge %1 moved from %2 to %3").arg(bridgeId, from, found->address));
         settings.setHueIP(found->address);
         settings.setBridgeContact(found->contact.transport, found->contact.bridgeId,
                                   found->contact.pinnedKey);
         settings.setBridgeSigner(found->contact.signer);
+        if (!found->contact.name.isEmpty())
+            settings.setBridgeName(found->contact.name);
         self->m_mustAsk = false;
         self->m_misses = 0;
         Q_EMIT self->bridgeMoved(bridgeId, from, found->address);
@@ -365,11 +372,11 @@ void BridgeConnection::logRepeating(const QString& line)
         return;
     }
     if (line == m_repeats.line && m_repeats.loggedAt.isValid()) {
-        m_settings.addLogLine(QStringLiteral("%1 (%2 times in the last minute)")
-                                  .arg(line, QString::number(m_repeats.since + 1)));
+        m_settings.activity().addLogLine(QStringLiteral("%1 (%2 times in the last minute)")
+                                             .arg(line, QString::number(m_repeats.since + 1)));
     } else {
         flushRepeats();
-        m_settings.addLogLine(line);
+        m_settings.activity().addLogLine(line);
     }
     m_repeats = {line, now, 0};
 }
@@ -377,15 +384,15 @@ void BridgeConnection::logRepeating(const QString& line)
 void BridgeConnection::flushRepeats()
 {
     if (m_repeats.since > 0)
-        m_settings.addLogLine(QStringLiteral("%1 (%2 more times in the last minute)")
-                                  .arg(m_repeats.line, QString::number(m_repeats.since)));
+        m_settings.activity().addLogLine(QStringLiteral("%1 (%2 more times in the last minute)")
+                                             .arg(m_repeats.line, QString::number(m_repeats.since)));
     m_repeats = {};
 }
 
 void BridgeConnection::onScenes(const ScenesResult& result)
 {
     if (result.ok()) {
-        m_settings.setScenes(result.records);
+        m_settings.home().setScenes(result.records);
         m_scenesStale = false;
     }
     Q_EMIT scenesRefreshed(result);
@@ -405,7 +412,7 @@ void BridgeConnection::startBridgeStateRefresher()
 
 std::chrono::milliseconds BridgeConnection::currentRefreshInterval() const
 {
-    return m_settings.liveUpdates() ? safetyNetInterval : refreshInterval;
+    return m_settings.home().liveUpdates() ? safetyNetInterval : refreshInterval;
 }
 
 void BridgeConnection::stopBridgeStateRefresher()
@@ -426,7 +433,7 @@ void BridgeConnection::refreshTick()
         return;
     const QDateTime now = m_now();
     // Leave the bridge alone while the user is still changing things, or the refresh would undo them.
-    if (now.msecsTo(m_settings.lastUserActionAt()) >= -qint64(quietAfterUserAction.count()) * 1000)
+    if (now.msecsTo(m_queue.lastUserActionAt()) >= -qint64(quietAfterUserAction.count()) * 1000)
         return;
     if (!m_reached)
         return reach();

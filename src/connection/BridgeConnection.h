@@ -10,6 +10,7 @@
 #include <chrono>
 #include <functional>
 
+class ActionQueue;
 class AppSettings;
 class BridgeDiscovery;
 class LiveUpdates;
@@ -42,8 +43,10 @@ public:
     /// A problem that comes back at every tick is logged at most this often, with a count.
     static constexpr std::chrono::minutes repeatsLoggedEvery{1};
 
+    /// Reads nothing within a few seconds of the user's last change in `queue`, whose pending changes the
+    /// live updates hold against the bridge's events.
     BridgeConnection(AppSettings& settings, QNetworkAccessManager& network, BridgePairing& pairing,
-                     QObject* parent = nullptr);
+                     const ActionQueue& queue, QObject* parent = nullptr);
 
     /// The clock behind the skip rule, the scene minutes and the searches; tests replace it.
     void setClock(std::function<QDateTime()> now) { m_now = std::move(now); }
@@ -132,6 +135,7 @@ private:
     AppSettings& m_settings;
     QNetworkAccessManager& m_network;
     BridgePairing& m_pairing;
+    const ActionQueue& m_queue;
     QPointer<QTimer> m_refresher; // null while not refreshing
     LiveUpdates* m_live;
     int m_deferredReads = 0; ///< lists to read once the user has let go (LiveUpdates::List)

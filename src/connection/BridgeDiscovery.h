@@ -92,7 +92,7 @@ public:
     struct Whereabouts
     {
         QString address;
-        BridgeContact contact;
+        ProbedBridge contact;
     };
     /// Looks for the bridge `known` names (it must carry a bridge id) at new addresses: those the local
     /// network announces for its id, then every address the ARP table gives the maker's prefixes, then the

@@ -4,6 +4,7 @@
 #include "bridge/BridgeUrl.h"
 #include "bridge/HttpExchange.h"
 #include "state/AppSettings.h"
+#include "state/BridgeHome.h"
 
 #include <QCoreApplication>
 #include <QJsonArray>
@@ -107,7 +108,7 @@ void BridgePairing::requestApiKey(const QString& address, std::function<void(Pai
     probeBridge(m_network, *parsed, known, this, [this, done](const ProbeResult& probe) {
         if (!probe.contact)
             return done({noConnection, {}, probe.refused ? probe.problem : QString()});
-        const BridgeContact contact = *probe.contact;
+        const ProbedBridge contact = *probe.contact;
         // The key request goes only to the bridge just identified, by its id and, if self-signed, its key.
         postString(bridgePublicUrl(contact.endpoint).toString(), contact.identity(),
                    [done, contact](const std::optional<QString>& reply) {
@@ -120,21 +121,22 @@ void BridgePairing::pairWithBridge()
 {
     requestApiKey(m_settings.hueIP(), [this](const PairingOutcome& answer) {
         const QString& outcome = answer.outcome;
-        using Reach = AppSettings::BridgeReach;
-        m_settings.setBridgeReach(answer.contact             ? Reach::answering
-                                  : answer.refusal.isEmpty() ? Reach::notAnswering
-                                                             : Reach::refused);
+        using Reach = BridgeHome::Reach;
+        m_settings.home().setBridgeReach(answer.contact             ? Reach::answering
+                                         : answer.refusal.isEmpty() ? Reach::notAnswering
+                                                                    : Reach::refused);
         if (outcome == pressButton) {
-            m_settings.setConnectionErrorMessage(pressButtonMessage());
+            m_settings.home().setConnectionErrorMessage(pressButtonMessage());
         } else if (outcome == noConnection) {
-            m_settings.setConnectionErrorMessage(answer.refusal.isEmpty() ? noConnectionMessage()
-                                                                          : answer.refusal);
+            m_settings.home().setConnectionErrorMessage(answer.refusal.isEmpty() ? noConnectionMessage()
+                                                                                 : answer.refusal);
         } else {
             // The key is stored for good only once the bridge has answered a light read with it.
             m_settings.setHueIP(addressAfter(m_settings.hueIP(), *answer.contact));
             m_settings.setBridgeContact(answer.contact->transport, answer.contact->bridgeId,
                                         answer.contact->pinnedKey);
             m_settings.setBridgeSigner(answer.contact->signer);
+            m_settings.setBridgeName(answer.contact->name);
             m_settings.setHueKey(outcome);
         }
         Q_EMIT pairingFinished(outcome);

@@ -17,7 +17,7 @@ struct PairingOutcome
     /// The new key, BridgePairing::pressButton or BridgePairing::noConnection.
     QString outcome;
     /// How the bridge was reached and who it proved to be; set whenever it answered.
-    std::optional<BridgeContact> contact;
+    std::optional<ProbedBridge> contact;
     /// Why the bridge could not be asked, when its identity was refused: said instead of noConnection's text.
     QString refusal;
 };

@@ -118,7 +118,7 @@ void Probe::onAnswer(const QString& base, const HttpResult& answer)
     // Whatever it says of itself: over plain HTTP anybody can say it.
     if (!overHttps && known.transport == BridgeAddress::https)
         return finish({{}, usedHttpsBefore(), true});
-    BridgeContact contact;
+    ProbedBridge contact;
     contact.endpoint = base;
     contact.transport = overHttps ? BridgeAddress::https : BridgeAddress::http;
     contact.bridgeId = bridgeId;
@@ -142,7 +142,7 @@ bool needsProbe(const BridgeAddress& address, const QString& transport, const QS
     return !(known && (transport == BridgeAddress::https || !address.scheme.isEmpty()));
 }
 
-QString addressAfter(const QString& given, const BridgeContact& contact)
+QString addressAfter(const QString& given, const ProbedBridge& contact)
 {
     const std::optional<BridgeAddress> address = BridgeAddress::parse(given);
     return address && address->base(contact.transport) == contact.endpoint ? given : contact.endpoint;

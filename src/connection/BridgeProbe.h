@@ -13,8 +13,9 @@
 class QNetworkAccessManager;
 struct HttpResult;
 
-/// How a bridge was reached and who it proved to be.
-struct BridgeContact
+/// What one probe learnt of a bridge: how it was reached and who it proved to be (the parts of its
+/// BridgeContact that a probe can tell, and who vouched for its certificate).
+struct ProbedBridge
 {
     QString endpoint;     ///< the base of every request: "https://192.168.1.5", "http://10.0.0.2:8080"
     QString transport;    ///< "https" or "http"
@@ -28,13 +29,13 @@ struct BridgeContact
     /// What later requests to this bridge must find it proving.
     BridgeIdentity identity() const { return {bridgeId, pinnedKey, false, transport == BridgeAddress::http}; }
 
-    bool operator==(const BridgeContact&) const = default;
+    bool operator==(const ProbedBridge&) const = default;
 };
 
 /// The outcome of one probe: a contact, or why there is none.
 struct ProbeResult
 {
-    std::optional<BridgeContact> contact;
+    std::optional<ProbedBridge> contact;
     QString problem;
     /// The bridge answered but its identity was refused (as opposed to not answering at all), or it was not
     /// asked in the only way left, plain HTTP, having been reached over HTTPS before.
@@ -65,7 +66,7 @@ bool needsProbe(const BridgeAddress& address, const QString& transport, const QS
 /// The address to keep for a bridge given as `given` and reached as `contact`: `given` itself, unless the
 /// bridge sent Glowdeck elsewhere (plain HTTP redirected to HTTPS on another port): then where it was
 /// reached.
-QString addressAfter(const QString& given, const BridgeContact& contact);
+QString addressAfter(const QString& given, const ProbedBridge& contact);
 
 /// Whether two addresses name the same host and port, whatever scheme either gives: what was learnt about a
 /// bridge at one holds at the other.

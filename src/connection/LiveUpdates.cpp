@@ -1,7 +1,10 @@
 #include "connection/LiveUpdates.h"
 
+#include "bridge/ActionQueue.h"
 #include "connection/BridgeEventStream.h"
+#include "state/ActivityLog.h"
 #include "state/AppSettings.h"
+#include "state/BridgeHome.h"
 
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -26,8 +29,9 @@ constexpr int listIndex(int list)
 
 } // namespace
 
-LiveUpdates::LiveUpdates(AppSettings& settings, QNetworkAccessManager& network, QObject* parent)
-    : QObject(parent), m_settings(settings), m_stream(new BridgeEventStream(network, this)),
+LiveUpdates::LiveUpdates(AppSettings& settings, QNetworkAccessManager& network, const ActionQueue& queue,
+                         QObject* parent)
+    : QObject(parent), m_settings(settings), m_queue(queue), m_stream(new BridgeEventStream(network, this)),
       m_enabled(
           qEnvironmentVariable("GLOWDECK_EVENT_STREAM").compare(QLatin1String("off"), Qt::CaseInsensitive) !=
           0)
@@ -37,7 +41,7 @@ LiveUpdates::LiveUpdates(AppSettings& settings, QNetworkAccessManager& network, 
     connect(&m_relistTimer, &QTimer::timeout, this, &LiveUpdates::onRelistDue);
     connect(&m_shieldTimer, &QTimer::timeout, this, [this] {
         // A read while the user is still at it would bring back what the bridge had before.
-        if (m_settings.lastUserActionAt().msecsTo(m_now()) < qint64(ownChangeShield.count())) {
+        if (m_queue.lastUserActionAt().msecsTo(m_now()) < qint64(ownChangeShield.count())) {
             m_shieldTimer.start(ownChangeShield);
             return;
         }
@@ -45,26 +49,27 @@ LiveUpdates::LiveUpdates(AppSettings& settings, QNetworkAccessManager& network, 
     });
     connect(m_stream, &BridgeEventStream::changes, this, &LiveUpdates::apply);
     connect(m_stream, &BridgeEventStream::connected, this, [this] {
-        m_settings.addLogLine(QStringLiteral("The bridge pushes its changes: reading it once a minute only"));
+        m_settings.activity().addLogLine(
+            QStringLiteral("The bridge pushes its changes: reading it once a minute only"));
         m_unavailableReason.clear();
-        m_settings.setLiveUpdates(true);
+        m_settings.home().setLiveUpdates(true);
         Q_EMIT streamOpened();
     });
     const auto lost = [this](const QString& reason) {
-        if (m_settings.liveUpdates())
-            m_settings.addLogLine(
+        if (m_settings.home().liveUpdates())
+            m_settings.activity().addLogLine(
                 QStringLiteral("The bridge's event stream ended (%1): reading it every 3.5 s").arg(reason));
-        m_settings.setLiveUpdates(false);
+        m_settings.home().setLiveUpdates(false);
     };
     connect(m_stream, &BridgeEventStream::disconnected, this, lost);
     connect(m_stream, &BridgeEventStream::unavailable, this, [this, lost](const QString& reason) {
         lost(reason);
         // Asked again every minute: said once, not sixty times an hour.
         if (std::exchange(m_unavailableReason, reason) != reason)
-            m_settings.addLogLine(
+            m_settings.activity().addLogLine(
                 QStringLiteral("No event stream: %1; reading the bridge every 3.5 s").arg(reason));
     });
-    connect(&m_settings, &AppSettings::actionQueueChanged, this, &LiveUpdates::noteQueuedChanges);
+    connect(&m_queue, &ActionQueue::pendingChanged, this, &LiveUpdates::noteQueuedChanges);
 }
 
 LiveUpdates::~LiveUpdates() = default;
@@ -84,7 +89,7 @@ void LiveUpdates::stop()
     m_stream->stop();
     m_relistTimer.stop();
     m_relistDue = 0;
-    m_settings.setLiveUpdates(false);
+    m_settings.home().setLiveUpdates(false);
 }
 
 int LiveUpdates::fieldsWritten(const QByteArray& body)
@@ -109,16 +114,17 @@ int LiveUpdates::fieldsWritten(const QByteArray& body)
 void LiveUpdates::noteQueuedChanges()
 {
     const QDateTime now = m_now();
-    for (const ActionQueueItem& item : m_settings.actionQueue()) {
+    for (const ActionQueueItem& item : m_queue.pending()) {
         // Scenes and schedules change what no event of a single lamp or room can be held against.
-        if (!item.is_light_update && !item.is_group_update)
+        const bool group = item.target == ActionQueueItem::Target::group;
+        if (!group && item.target != ActionQueueItem::Target::light)
             continue;
         const int fields = fieldsWritten(item.body);
-        if (item.is_group_update && item.item_id == allLamps && (fields & on))
+        if (group && item.item_id == allLamps && (fields & on))
             m_everythingSwitchedAt = now;
         for (Field field : {on, brightness, colour, whiteTone}) {
             if (fields & field)
-                m_ownChanges.insert(changeKey(item.is_group_update, item.item_id, field), now);
+                m_ownChanges.insert(changeKey(group, item.item_id, field), now);
         }
     }
 }
@@ -137,7 +143,7 @@ bool LiveUpdates::shielded(bool group, const QString& id, Field field) const
 void LiveUpdates::apply(const BridgeEventBatch& batch)
 {
     for (const QString& problem : batch.problems)
-        m_settings.addLogLine(QStringLiteral("Event stream: %1").arg(problem));
+        m_settings.activity().addLogLine(QStringLiteral("Event stream: %1").arg(problem));
     int reads = (batch.relistLights ? lights : 0) | (batch.relistGroups ? groups : 0) |
                 (batch.relistScenes ? scenes : 0);
     int held = 0;
@@ -150,7 +156,7 @@ void LiveUpdates::apply(const BridgeEventBatch& batch)
         record = value;
     };
     if (!batch.lights.isEmpty()) {
-        QList<HueLight> records = m_settings.lights();
+        QList<HueLight> records = m_settings.home().lights();
         for (const LightChange& change : batch.lights) {
             const auto light = std::find_if(records.begin(), records.end(),
                                             [&](const HueLight& l) { return l.lamp_id == change.lampId; });
@@ -170,10 +176,10 @@ void LiveUpdates::apply(const BridgeEventBatch& batch)
             if (change.colorTemperature)
                 take(false, change.lampId, whiteTone, light->color_temperature, *change.colorTemperature);
         }
-        m_settings.setLights(records);
+        m_settings.home().setLights(records);
     }
     if (!batch.groups.isEmpty()) {
-        QList<HueGroup> records = m_settings.groups();
+        QList<HueGroup> records = m_settings.home().groups();
         for (const GroupChange& change : batch.groups) {
             const auto group = std::find_if(records.begin(), records.end(),
                                             [&](const HueGroup& g) { return g.group_id == change.groupId; });
@@ -190,7 +196,7 @@ void LiveUpdates::apply(const BridgeEventBatch& batch)
             if (change.brightness)
                 take(true, change.groupId, brightness, group->brightness, *change.brightness);
         }
-        m_settings.setGroups(records);
+        m_settings.home().setGroups(records);
     }
     if (held) {
         m_afterShield |= held;

@@ -11,6 +11,7 @@
 #include <chrono>
 #include <functional>
 
+class ActionQueue;
 class AppSettings;
 class BridgeEventStream;
 class QNetworkAccessManager;
@@ -18,11 +19,12 @@ class QNetworkAccessManager;
 /// Brings the bridge's pushed changes into the shared state as they come: keeps its event stream open while
 /// the bridge is paired over HTTPS, changes the lamps and rooms an event names in place, and asks for a read
 /// of a list where an event cannot say more (a lamp added, a room renamed), at most once a second per list.
-/// Whether the stream is live is published as `AppSettings::liveUpdates`; the connection reads the bridge
+/// Whether the stream is live is published as `BridgeHome::liveUpdates`; the connection reads the bridge
 /// every 3.5 s only while it is not. Runs on the main thread.
 ///
 /// An event may tell the bridge's state from before the user's own change reached it: a field the user
-/// changed within `ownChangeShield`, or has a change of waiting in the queue, is left as the user set it, and
+/// changed within `ownChangeShield`, or has a change of waiting in the bridge's queue (which tells of every
+/// change of its pending list), is left as the user set it, and
 /// the list is read once the user has let go. The fields are those the queued request really writes: a
 /// brightness change also switches the lamp or room on or off, so it holds the switch as well.
 class LiveUpdates final : public QObject
@@ -51,7 +53,8 @@ public:
     };
 
     /// `GLOWDECK_EVENT_STREAM=off` in the environment keeps the stream closed (to compare with reading).
-    LiveUpdates(AppSettings& settings, QNetworkAccessManager& network, QObject* parent = nullptr);
+    LiveUpdates(AppSettings& settings, QNetworkAccessManager& network, const ActionQueue& queue,
+                QObject* parent = nullptr);
     ~LiveUpdates() override;
 
     /// Opens the stream of the paired bridge, or keeps it open; over plain HTTP, or switched off, it stays
@@ -86,6 +89,7 @@ private:
     void onRelistDue();
 
     AppSettings& m_settings;
+    const ActionQueue& m_queue;
     BridgeEventStream* m_stream;
     bool m_enabled = true;
     QString m_unavailableReason; // the last one logged

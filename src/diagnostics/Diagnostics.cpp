@@ -140,7 +140,12 @@ void Diagnostics::sendCrashReports()
 
 QString Diagnostics::redact(const QString& text) const
 {
-    return redacted(text, m_preferences.bridgeKey());
+    // Every stored bridge's key; the keys' shape in request paths is cleaned whether or not any is stored.
+    const QList<BridgeContact> bridges = m_preferences.bridges();
+    QString clean = redacted(text, bridges.isEmpty() ? QString() : bridges.constFirst().key);
+    for (qsizetype i = 1; i < bridges.size(); ++i)
+        clean = redacted(clean, bridges.at(i).key);
+    return clean;
 }
 
 void Diagnostics::sendItem(const QString& level, const QJsonObject& body, std::function<void(bool)> done)

@@ -1,14 +1,8 @@
 #include "hotkeys/HotkeyActions.h"
 
-#include "bridge/HueHelper.h"
 #include "hotkeys/GlobalHotkeys.h"
 #include "hotkeys/HotkeyNames.h"
 #include "state/AppSettings.h"
-#include "state/Console.h"
-
-#include <QHash>
-
-#include <limits>
 
 namespace {
 
@@ -31,8 +25,8 @@ constexpr ActionWord actionWords[] = {
 
 } // namespace
 
-HotkeyActions::HotkeyActions(AppSettings& settings, HueHelper& helper, QObject* parent)
-    : QObject(parent), m_settings(settings), m_helper(helper)
+HotkeyActions::HotkeyActions(AppSettings& settings, HomeCommands& commands, QObject* parent)
+    : QObject(parent), m_settings(settings), m_commands(commands)
 {}
 
 QList<GroupActionOption> HotkeyActions::options(const QList<HueGroup>& rooms)
@@ -103,167 +97,40 @@ void HotkeyActions::registerHandlers(GlobalHotkeys& hotkeys)
 
 void HotkeyActions::allLightsOn()
 {
-    changeEveryRoom([](HueGroup& room) { room.is_on = true; }, &HotkeyActions::switchOn);
+    m_commands.allLightsOn();
 }
 
 void HotkeyActions::allLightsOff()
 {
-    changeEveryRoom([](HueGroup& room) { room.is_on = false; }, &HotkeyActions::switchOff);
+    m_commands.allLightsOff();
 }
 
 void HotkeyActions::allLightsBrighter()
 {
-    changeEveryRoom([](HueGroup& room) { room.is_on = true; }, &HotkeyActions::brighten, dimmable());
+    m_commands.allLightsBrighter();
 }
 
 void HotkeyActions::allLightsDarker()
 {
-    // Marked on although it only dims, like brighter: the refresh brings the bridge's word.
-    changeEveryRoom([](HueGroup& room) { room.is_on = true; }, &HotkeyActions::darken, dimmable());
+    m_commands.allLightsDarker();
 }
 
 void HotkeyActions::allLightsRed()
 {
-    colorEveryRoom(redHue, 255);
+    m_commands.allLightsRed();
 }
 
 void HotkeyActions::allLightsBlue()
 {
-    colorEveryRoom(blueHue, 255);
+    m_commands.allLightsBlue();
 }
 
 void HotkeyActions::allLightsWhite()
 {
-    colorEveryRoom(whiteHue, 0);
+    m_commands.allLightsWhite();
 }
 
 void HotkeyActions::runCustomGroupAction(int slot)
 {
-    const GroupHotkeyAction action = customGroupAction(slot);
-    if (action.kind == Kind::none)
-        return;
-    // Every room with the id, not only the first: the walk goes on past a match.
-    const QList<HueGroup> rooms = m_settings.groups();
-    const bool stepping = action.kind == Kind::brighter || action.kind == Kind::darker;
-    const auto canDim = stepping ? dimmable() : nullptr;
-    for (qsizetype i = 0; i < rooms.size(); ++i) {
-        if (rooms.at(i).group_id != action.groupId || (stepping && !canDim(rooms.at(i))))
-            continue;
-        switch (action.kind) {
-        case Kind::on:
-        case Kind::off: {
-            QList<HueGroup> current = m_settings.groups();
-            if (i >= current.size())
-                return;
-            current[i].is_on = action.kind == Kind::on;
-            m_settings.setGroups(current);
-            m_helper.setGroupOn(current.at(i), action.kind == Kind::on);
-            break;
-        }
-        case Kind::brighter:
-            brighten(rooms.at(i));
-            break;
-        case Kind::darker:
-            darken(rooms.at(i));
-            break;
-        case Kind::none:
-            break;
-        }
-    }
-}
-
-void HotkeyActions::colorEveryRoom(qint64 hue, qint64 saturation)
-{
-    changeEveryRoom(
-        [hue, saturation](HueGroup& room) {
-            room.saturation = saturation;
-            room.hue = hue;
-            room.is_on = true;
-        },
-        &HotkeyActions::sendColor);
-}
-
-void HotkeyActions::changeEveryRoom(const std::function<void(HueGroup&)>& change,
-                                    void (HotkeyActions::*command)(const HueGroup&),
-                                    const std::function<bool(const HueGroup&)>& applies)
-{
-    QList<HueGroup> rooms = m_settings.groups();
-    if (rooms.isEmpty())
-        return;
-    // One change of the list for all rooms rather than one per room: the menu redraws once. Each room's
-    // command still sees its own changed record.
-    // Rooms only: a zone's lamps are in rooms already.
-    QList<bool> chosen;
-    chosen.reserve(rooms.size());
-    for (HueGroup& room : rooms) {
-        chosen.append(!room.isZone() && (!applies || applies(room)));
-        if (chosen.constLast())
-            change(room);
-    }
-    m_settings.setGroups(rooms);
-    for (qsizetype i = 0; i < rooms.size(); ++i) {
-        if (chosen.at(i))
-            (this->*command)(rooms.at(i));
-    }
-}
-
-std::function<bool(const HueGroup&)> HotkeyActions::dimmable() const
-{
-    QHash<QString, bool> dims;
-    for (const HueLight& light : m_settings.lights())
-        dims.insert(light.lamp_id, light.allows_brightness);
-    return [dims = std::move(dims)](const HueGroup& room) {
-        bool anyKnown = false;
-        for (const QString& lampId : room.lights) {
-            const auto found = dims.constFind(lampId);
-            if (found == dims.cend())
-                continue;
-            if (*found)
-                return true;
-            anyKnown = true;
-        }
-        return !anyKnown;
-    };
-}
-
-void HotkeyActions::switchOn(const HueGroup& room)
-{
-    m_helper.setGroupOn(room, true);
-}
-
-void HotkeyActions::switchOff(const HueGroup& room)
-{
-    m_helper.setGroupOn(room, false);
-}
-
-void HotkeyActions::brighten(const HueGroup& room)
-{
-    if (const std::optional<qint64> delta = step(false))
-        m_helper.increaseGroupBrightness(room, *delta);
-}
-
-void HotkeyActions::darken(const HueGroup& room)
-{
-    if (const std::optional<qint64> delta = step(true))
-        m_helper.increaseGroupBrightness(room, *delta);
-}
-
-void HotkeyActions::sendColor(const HueGroup& room)
-{
-    m_helper.setGroupHue(room, room.hue);
-}
-
-std::optional<qint64> HotkeyActions::step(bool darker) const
-{
-    const qint64 increment = m_settings.keyIncrement();
-    if (!darker)
-        return increment;
-    // The one value whose negation does not exist: send nothing rather than a wrong step.
-    if (increment == std::numeric_limits<qint64>::min()) {
-        printLine(QStringLiteral("Glowdeck: the brightness step %1 in the settings cannot be used for "
-                                 "darker; nothing is sent. Choose a step size in the hotkeys settings.")
-                      .arg(increment));
-        return std::nullopt;
-    }
-    return -increment;
+    m_commands.runRoomAction(customGroupAction(slot));
 }

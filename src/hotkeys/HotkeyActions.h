@@ -1,5 +1,6 @@
 #pragma once
 
+#include "commands/HomeCommands.h"
 #include "model/HueGroup.h"
 
 #include <QList>
@@ -11,7 +12,6 @@
 
 class AppSettings;
 class GlobalHotkeys;
-class HueHelper;
 
 /// One choice for a custom shortcut: the value stored for it and what the picker shows.
 struct GroupActionOption
@@ -23,26 +23,11 @@ struct GroupActionOption
 };
 
 /// A custom shortcut's stored choice, read: what to do with which room.
-struct GroupHotkeyAction
-{
-    enum class Kind
-    {
-        none,
-        on,
-        off,
-        brighter,
-        darker
-    };
+using GroupHotkeyAction = RoomAction;
 
-    Kind kind = Kind::none;
-    QString groupId; ///< empty for `none`
-
-    bool operator==(const GroupHotkeyAction&) const = default;
-};
-
-/// What the twelve global shortcuts do: seven act on every room at once, five each do one chosen thing to one
-/// room. Every change shows at once in the shared state and goes to the bridge through HueHelper and its
-/// queue, like every other change. Lives on the main thread.
+/// What the twelve global shortcuts do, by name: seven act on every room at once, five each do one chosen
+/// thing to one room. The actions themselves are HomeCommands'; this keeps the custom shortcuts' stored
+/// choices and hands each press to its command. Lives on the main thread.
 class HotkeyActions final : public QObject
 {
     Q_OBJECT
@@ -52,13 +37,7 @@ public:
     /// The value of a custom slot that does nothing (also what an absent setting reads as).
     static inline const QString noAction = QStringLiteral("no_action");
 
-    // The colour presets, on the bridge's scales (hue 0-65535, saturation 0-255). White is no saturation; its
-    // hue is only what the room keeps.
-    static constexpr qint64 redHue = 1913;
-    static constexpr qint64 blueHue = 47058;
-    static constexpr qint64 whiteHue = 43413;
-
-    HotkeyActions(AppSettings& settings, HueHelper& helper, QObject* parent = nullptr);
+    HotkeyActions(AppSettings& settings, HomeCommands& commands, QObject* parent = nullptr);
 
     /// The choices for a custom slot: "(No Action)", then for each room, in the list's order, on, off,
     /// brighter and darker.
@@ -94,24 +73,6 @@ public:
     void runCustomGroupAction(int slot);
 
 private:
-    /// Changes each room's record first, so the menu shows it at once, then sends each room its command; only
-    /// the rooms `applies` accepts, when given.
-    void changeEveryRoom(const std::function<void(HueGroup&)>& change,
-                         void (HotkeyActions::*command)(const HueGroup&),
-                         const std::function<bool(const HueGroup&)>& applies = {});
-    /// Whether a brightness step means anything to the room: not for a room of plugs and other lamps without
-    /// dimming only. A room none of whose lamps is known yet is taken as dimmable.
-    std::function<bool(const HueGroup&)> dimmable() const;
-    /// Every room on, in this colour; the hue and saturation are the room's own from then on.
-    void colorEveryRoom(qint64 hue, qint64 saturation);
-    void switchOn(const HueGroup& room);
-    void switchOff(const HueGroup& room);
-    void brighten(const HueGroup& room);
-    void darken(const HueGroup& room);
-    void sendColor(const HueGroup& room);
-    /// The step, negated for darker; nothing when it cannot be negated.
-    std::optional<qint64> step(bool darker) const;
-
     AppSettings& m_settings;
-    HueHelper& m_helper;
+    HomeCommands& m_commands;
 };

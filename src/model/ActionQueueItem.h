@@ -8,11 +8,19 @@
 /// One pending state change on its way to the bridge.
 struct ActionQueueItem
 {
+    /// What kind of resource of the bridge the change is for: lamp "3" and room "3" are different things.
+    enum class Target
+    {
+        light,
+        group,
+        scene,
+        schedule,
+    };
+
     QUrl url;
     QByteArray body;
     QDateTime issued_at;
-    bool is_light_update = false;
-    bool is_group_update = false;
+    Target target = Target::light;
     QString item_id;  ///< light, group or scene id; empty for a schedule
     QString property; ///< "on", "brightness", "hue", "ct", "brightness_increase", "scene" or "schedule"
 

@@ -23,8 +23,6 @@ struct HueGroup
     qint64 color_temperature = 0;
     qint64 ct_min = 0;
     qint64 ct_max = 0;
-    QString hue_ip;
-    QString hue_key;
 
     /// A zone ("Downstairs", "TV corner"): lamps of any rooms, shown after the rooms. The whole-home
     /// shortcuts act on rooms only.

@@ -21,8 +21,6 @@ struct HueLight
     float xy_y = 0;
     qint64 ct_min = 0;
     qint64 ct_max = 0;
-    QString hue_ip;
-    QString hue_key;
     QString unique_id;
 
     bool operator==(const HueLight&) const = default;

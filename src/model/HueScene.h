@@ -13,8 +13,6 @@ struct HueScene
     QStringList lights;
     QString type;
     QString group_id; ///< the room or zone of a group scene, as the bridge names it; empty for a light scene
-    QString hue_ip;
-    QString hue_key;
 
     bool operator==(const HueScene&) const = default;
 };

@@ -5,6 +5,7 @@
 #include "panels/ListScenes.h"
 #include "panels/Theme.h"
 #include "state/AppSettings.h"
+#include "state/BridgeHome.h"
 
 #include <QEvent>
 #include <QLabel>
@@ -27,19 +28,19 @@ QString linkedText(const QString& text)
 
 } // namespace
 
-BodyView::BodyView(AppSettings& settings, HueHelper& helper, QWidget* parent)
-    : QStackedWidget(parent), m_settings(settings), m_helper(helper),
+BodyView::BodyView(AppSettings& settings, BridgeCommands& commands, QWidget* parent)
+    : QStackedWidget(parent), m_settings(settings), m_commands(commands),
       m_noLights(emptyState(QStringLiteral("NoLights"))), m_noGroups(emptyState(QStringLiteral("NoGroups"))),
       m_noScenes(emptyState(QStringLiteral("NoScenes")))
 {
     applyColours();
-    connect(&m_settings, &AppSettings::lightsChanged, this, &BodyView::onContentChanged);
-    connect(&m_settings, &AppSettings::groupsChanged, this, &BodyView::onContentChanged);
-    connect(&m_settings, &AppSettings::scenesChanged, this, &BodyView::onContentChanged);
+    connect(&m_settings.home(), &BridgeHome::lightsChanged, this, &BodyView::onContentChanged);
+    connect(&m_settings.home(), &BridgeHome::groupsChanged, this, &BodyView::onContentChanged);
+    connect(&m_settings.home(), &BridgeHome::scenesChanged, this, &BodyView::onContentChanged);
     connect(&m_settings, &AppSettings::activeMainPanelChanged, this, &BodyView::onContentChanged);
     connect(&m_settings, &AppSettings::showScenesChanged, this, &BodyView::onContentChanged);
-    for (auto changed :
-         {&AppSettings::bridgeConnectedChanged, &AppSettings::hueKeyChanged, &AppSettings::hueIPChanged})
+    connect(&m_settings.home(), &BridgeHome::bridgeConnectedChanged, this, &BodyView::onConnectionChanged);
+    for (auto changed : {&AppSettings::hueKeyChanged, &AppSettings::hueIPChanged})
         connect(&m_settings, changed, this, &BodyView::onConnectionChanged);
     onConnectionChanged();
     onContentChanged();
@@ -101,8 +102,8 @@ void BodyView::showHint(QLabel* hint, const QString& text)
 void BodyView::onConnectionChanged()
 {
     // Paired and not answering: say so, instead of suggesting to connect a program that is connected.
-    const bool unreachable =
-        !m_settings.bridgeConnected() && !m_settings.hueIP().isEmpty() && !m_settings.hueKey().isEmpty();
+    const bool unreachable = !m_settings.home().bridgeConnected() && !m_settings.hueIP().isEmpty() &&
+                             !m_settings.hueKey().isEmpty();
     const QString bridge = m_settings.hueIP();
     showHint(m_noLights, unreachable ? unreachableText(bridge, tr("lights")) : noLightsText());
     showHint(m_noGroups, unreachable ? unreachableText(bridge, tr("rooms")) : noGroupsText());
@@ -146,30 +147,30 @@ void BodyView::onContentChanged()
         panel = MainPanels::lights;
     switch (panel) {
     case MainPanels::rooms:
-        if (m_settings.groups().isEmpty()) {
+        if (m_settings.home().groups().isEmpty()) {
             page = m_noGroups;
         } else {
             if (!m_groups)
-                addWidget(m_groups = new ListGroups(m_settings, m_helper, this));
+                addWidget(m_groups = new ListGroups(m_settings, m_commands, this));
             page = m_groups;
         }
         break;
     case MainPanels::scenes:
-        if (m_settings.scenes().isEmpty()) {
+        if (m_settings.home().scenes().isEmpty()) {
             page = m_noScenes;
         } else {
             if (!m_scenes)
-                addWidget(m_scenes = new ListScenes(m_settings, m_helper, this));
+                addWidget(m_scenes = new ListScenes(m_settings, m_commands, this));
             page = m_scenes;
         }
         break;
     case MainPanels::lights:
     default: // a stored panel from a newer or damaged settings file
-        if (m_settings.lights().isEmpty()) {
+        if (m_settings.home().lights().isEmpty()) {
             page = m_noLights;
         } else {
             if (!m_lights)
-                addWidget(m_lights = new ListLights(m_settings, m_helper, this));
+                addWidget(m_lights = new ListLights(m_settings, m_commands, this));
             page = m_lights;
         }
         break;

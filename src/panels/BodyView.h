@@ -3,7 +3,7 @@
 #include <QStackedWidget>
 
 class AppSettings;
-class HueHelper;
+class BridgeCommands;
 class ListGroups;
 class ListLights;
 class ListScenes;
@@ -19,7 +19,7 @@ class BodyView final : public QStackedWidget
     Q_DISABLE_COPY_MOVE(BodyView)
 
 public:
-    BodyView(AppSettings& settings, HueHelper& helper, QWidget* parent = nullptr);
+    BodyView(AppSettings& settings, BridgeCommands& commands, QWidget* parent = nullptr);
 
     /// The hint shown while there are no lights, no rooms or no scenes.
     static QString noLightsText();
@@ -46,7 +46,7 @@ private:
     void showHint(QLabel* hint, const QString& text);
 
     AppSettings& m_settings;
-    HueHelper& m_helper;
+    BridgeCommands& m_commands;
     QLabel* m_noLights;
     QLabel* m_noGroups;
     QLabel* m_noScenes;

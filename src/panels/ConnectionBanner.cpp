@@ -1,7 +1,9 @@
 #include "panels/ConnectionBanner.h"
 
 #include "panels/Theme.h"
+#include "state/ActivityLog.h"
 #include "state/AppSettings.h"
+#include "state/BridgeHome.h"
 
 #include <QEvent>
 #include <QHBoxLayout>
@@ -29,10 +31,11 @@ ConnectionBanner::ConnectionBanner(AppSettings& settings, QWidget* parent)
     layout->setContentsMargins(horizontalMargin, verticalMargin, horizontalMargin, verticalMargin);
     layout->addWidget(m_text);
 
-    for (auto changed :
-         {&AppSettings::bridgeConnectedChanged, &AppSettings::connectionErrorMessageChanged,
-          &AppSettings::hueKeyChanged, &AppSettings::noticeChanged, &AppSettings::settingsSaveErrorChanged})
-        connect(&m_settings, changed, this, &ConnectionBanner::onStateChanged);
+    for (auto changed : {&BridgeHome::bridgeConnectedChanged, &BridgeHome::connectionErrorMessageChanged})
+        connect(&m_settings.home(), changed, this, &ConnectionBanner::onStateChanged);
+    connect(&m_settings, &AppSettings::hueKeyChanged, this, &ConnectionBanner::onStateChanged);
+    for (auto changed : {&ActivityLog::noticeChanged, &ActivityLog::settingsSaveErrorChanged})
+        connect(&m_settings.activity(), changed, this, &ConnectionBanner::onStateChanged);
     onStateChanged();
     applyColours();
 }
@@ -44,15 +47,15 @@ QString ConnectionBanner::message() const
 
 void ConnectionBanner::onStateChanged()
 {
-    const QString error = m_settings.connectionErrorMessage();
+    const QString error = m_settings.home().connectionErrorMessage();
     const bool paired = !m_settings.hueKey().isEmpty();
     QString text;
-    if (!m_settings.bridgeConnected() && (paired || !error.isEmpty()))
+    if (!m_settings.home().bridgeConnected() && (paired || !error.isEmpty()))
         text = error.isEmpty() ? tr("Bridge not reachable \u2014 retrying") : error;
-    else if (!m_settings.settingsSaveError().isEmpty())
-        text = tr("Settings could not be saved: %1").arg(m_settings.settingsSaveError());
+    else if (!m_settings.activity().settingsSaveError().isEmpty())
+        text = tr("Settings could not be saved: %1").arg(m_settings.activity().settingsSaveError());
     else
-        text = m_settings.notice();
+        text = m_settings.activity().notice();
     const bool shown = !text.isEmpty();
     if (shown)
         m_text->setText(text);

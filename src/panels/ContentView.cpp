@@ -1,5 +1,6 @@
 #include "panels/ContentView.h"
 
+#include "bridge/BridgeCommands.h"
 #include "panels/BodyView.h"
 #include "panels/ConnectionBanner.h"
 #include "panels/PanelAccessibility.h"
@@ -7,6 +8,7 @@
 #include "panels/Theme.h"
 #include "panels/TitleBars.h"
 #include "state/AppSettings.h"
+#include "state/BridgeHome.h"
 
 #include <QChildEvent>
 #include <QFrame>
@@ -38,10 +40,12 @@ protected:
 
 } // namespace
 
-ContentView::ContentView(AppSettings& settings, HueHelper& helper, const ProductLinks& links, QWidget* parent)
-    : QWidget(parent), m_settings(settings), m_welcomeTitle(new WelcomeTitlebarView(this)),
+ContentView::ContentView(AppSettings& settings, BridgeCommands& commands, const ProductLinks& links,
+                         QWidget* parent)
+    : QWidget(parent), m_settings(settings), m_commands(commands),
+      m_welcomeTitle(new WelcomeTitlebarView(this)),
       m_regularTitle(new RegularTitlebarView(settings, links, this)), m_tabs(new PanelTabs(settings, this)),
-      m_banner(new ConnectionBanner(settings, this)), m_body(new BodyView(settings, helper, this))
+      m_banner(new ConnectionBanner(settings, this)), m_body(new BodyView(settings, commands, this))
 {
     PanelAccessibility::install();
     setMinimumSize(contentWidth, minimumHeight);
@@ -74,7 +78,7 @@ ContentView::ContentView(AppSettings& settings, HueHelper& helper, const Product
     }
     connect(m_regularTitle, &RegularTitlebarView::settingsRequested, this, &ContentView::settingsRequested);
     connect(m_body, &BodyView::connectionSettingsRequested, this, &ContentView::connectionSettingsRequested);
-    connect(&m_settings, &AppSettings::lightsChanged, this, &ContentView::onLightsChanged);
+    connect(&m_settings.home(), &BridgeHome::lightsChanged, this, &ContentView::onLightsChanged);
     onLightsChanged();
 
     watchClicks(this);
@@ -97,7 +101,7 @@ QSize ContentView::sizeHint() const
 void ContentView::onLightsChanged()
 {
     // Before the first light is known the user has to connect to the bridge: the title bar leads there.
-    const bool noLights = m_settings.lights().isEmpty();
+    const bool noLights = m_settings.home().lights().isEmpty();
     m_welcomeTitle->setVisible(noLights);
     m_regularTitle->setVisible(!noLights);
 }
@@ -119,7 +123,7 @@ bool ContentView::eventFilter(QObject* watched, QEvent* event)
     case QEvent::KeyPress:
         // Any touch of the window, or key pressed in it, holds back the periodic refresh, so a list does not
         // jump under the cursor or the keyboard focus.
-        m_settings.setLastUserActionAt(QDateTime::currentDateTimeUtc());
+        m_commands.noteUserAction();
         break;
     case QEvent::ChildAdded:
         // Rows come and go with each refresh; every new widget joins the watch as soon as it is parented.

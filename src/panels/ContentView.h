@@ -5,7 +5,7 @@
 class AppSettings;
 class BodyView;
 class ConnectionBanner;
-class HueHelper;
+class BridgeCommands;
 class PanelTabs;
 class RegularTitlebarView;
 class WelcomeTitlebarView;
@@ -23,7 +23,7 @@ public:
     static constexpr int contentWidth = 200;
     static constexpr int minimumHeight = 200;
 
-    ContentView(AppSettings& settings, HueHelper& helper, const ProductLinks& links,
+    ContentView(AppSettings& settings, BridgeCommands& commands, const ProductLinks& links,
                 QWidget* parent = nullptr);
 
     /// The width and the height at which the active panel shows all of its rows without scrolling.
@@ -48,6 +48,7 @@ private:
     void watchClicks(QObject* object);
 
     AppSettings& m_settings;
+    BridgeCommands& m_commands;
     WelcomeTitlebarView* m_welcomeTitle;
     RegularTitlebarView* m_regularTitle;
     PanelTabs* m_tabs;

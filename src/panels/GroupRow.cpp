@@ -1,13 +1,14 @@
 #include "panels/GroupRow.h"
 
-#include "bridge/HueHelper.h"
+#include "bridge/BridgeCommands.h"
 #include "panels/RowValues.h"
 #include "state/AppSettings.h"
+#include "state/BridgeHome.h"
 
 #include <algorithm>
 
-GroupRow::GroupRow(AppSettings& settings, HueHelper& helper, const HueGroup& group, QWidget* parent)
-    : ControlRow(parent), m_settings(settings), m_helper(helper), m_groupId(group.group_id)
+GroupRow::GroupRow(AppSettings& settings, BridgeCommands& commands, const HueGroup& group, QWidget* parent)
+    : ControlRow(parent), m_settings(settings), m_commands(commands), m_groupId(group.group_id)
 {
     setGroup(group);
 }
@@ -26,7 +27,7 @@ GroupRow::LampAbilities GroupRow::lampAbilities(const QList<HueLight>& lights)
 
 void GroupRow::setGroup(const HueGroup& group)
 {
-    setGroup(group, lampAbilities(m_settings.lights()));
+    setGroup(group, lampAbilities(m_settings.home().lights()));
 }
 
 void GroupRow::setGroup(const HueGroup& group, const LampAbilities& lamps)
@@ -55,7 +56,7 @@ std::optional<HueGroup> GroupRow::write(const std::function<void(HueGroup&)>& ch
 {
     // The room may have left the list since the row was drawn: the user's change is then dropped.
     std::optional<HueGroup> written;
-    m_settings.updateGroup(m_groupId, [&](HueGroup& group) {
+    m_settings.home().updateGroup(m_groupId, [&](HueGroup& group) {
         change(group);
         written = group;
     });
@@ -65,7 +66,7 @@ std::optional<HueGroup> GroupRow::write(const std::function<void(HueGroup&)>& ch
 void GroupRow::switchTo(bool on)
 {
     if (const auto group = write([on](HueGroup& g) { g.is_on = on; }))
-        m_helper.setGroupOn(*group, on);
+        m_commands.setGroupOn(*group, on);
 }
 
 void GroupRow::brightnessTo(float sliderValue)
@@ -77,7 +78,7 @@ void GroupRow::brightnessTo(float sliderValue)
     });
     // The command switches the room off again at the lowest brightnesses.
     if (group)
-        m_helper.setGroupBrightness(*group, brightness);
+        m_commands.setGroupBrightness(*group, brightness);
 }
 
 void GroupRow::colorAt(double hueFraction, double saturationFraction)
@@ -90,7 +91,7 @@ void GroupRow::colorAt(double hueFraction, double saturationFraction)
         g.is_on = true;
     });
     if (group)
-        m_helper.setGroupHue(*group, hue);
+        m_commands.setGroupHue(*group, hue);
 }
 
 void GroupRow::temperatureAt(double warmth)
@@ -102,5 +103,5 @@ void GroupRow::temperatureAt(double warmth)
         g.is_on = true;
     });
     if (group)
-        m_helper.setGroupColorTemperature(*group, mired);
+        m_commands.setGroupColorTemperature(*group, mired);
 }

@@ -10,18 +10,19 @@
 #include <QSet>
 
 class AppSettings;
-class HueHelper;
+class BridgeCommands;
 
 /// One room in the rooms panel: switch, brightness, and (while colour bars for rooms are on) the colour field
 /// when a member light takes colour, else the white-tone bar. Every change first writes the room's record in
-/// `AppSettings`, then queues the command.
+/// the bridge's `BridgeHome`, then queues the command.
 class GroupRow final : public ControlRow
 {
     Q_OBJECT
     Q_DISABLE_COPY_MOVE(GroupRow)
 
 public:
-    GroupRow(AppSettings& settings, HueHelper& helper, const HueGroup& group, QWidget* parent = nullptr);
+    GroupRow(AppSettings& settings, BridgeCommands& commands, const HueGroup& group,
+             QWidget* parent = nullptr);
 
     QString groupId() const { return m_groupId; }
     /// Shows a newer record of the same room and re-reads which bars apply, keeping a drag in progress.
@@ -45,6 +46,6 @@ private:
     std::optional<HueGroup> write(const std::function<void(HueGroup&)>& change);
 
     AppSettings& m_settings;
-    HueHelper& m_helper;
+    BridgeCommands& m_commands;
     QString m_groupId;
 };

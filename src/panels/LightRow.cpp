@@ -1,11 +1,12 @@
 #include "panels/LightRow.h"
 
-#include "bridge/HueHelper.h"
+#include "bridge/BridgeCommands.h"
 #include "panels/RowValues.h"
 #include "state/AppSettings.h"
+#include "state/BridgeHome.h"
 
-LightRow::LightRow(AppSettings& settings, HueHelper& helper, const HueLight& light, QWidget* parent)
-    : ControlRow(parent), m_settings(settings), m_helper(helper), m_lampId(light.lamp_id)
+LightRow::LightRow(AppSettings& settings, BridgeCommands& commands, const HueLight& light, QWidget* parent)
+    : ControlRow(parent), m_settings(settings), m_commands(commands), m_lampId(light.lamp_id)
 {
     setLight(light);
 }
@@ -29,7 +30,7 @@ std::optional<HueLight> LightRow::write(const std::function<void(HueLight&)>& ch
     // The light may have left the list since the row was drawn (a refresh, a hidden light): then the user's
     // change has nothing to apply to and is dropped.
     std::optional<HueLight> written;
-    m_settings.updateLight(m_lampId, [&](HueLight& light) {
+    m_settings.home().updateLight(m_lampId, [&](HueLight& light) {
         change(light);
         written = light;
     });
@@ -39,7 +40,7 @@ std::optional<HueLight> LightRow::write(const std::function<void(HueLight&)>& ch
 void LightRow::switchTo(bool on)
 {
     if (const auto light = write([on](HueLight& l) { l.is_on = on; }))
-        m_helper.setLightOn(*light, on);
+        m_commands.setLightOn(*light, on);
 }
 
 void LightRow::brightnessTo(float sliderValue)
@@ -51,7 +52,7 @@ void LightRow::brightnessTo(float sliderValue)
     });
     // The command switches the light off again at the lowest brightnesses.
     if (light)
-        m_helper.setLightBrightness(*light, brightness);
+        m_commands.setLightBrightness(*light, brightness);
 }
 
 void LightRow::colorAt(double hueFraction, double saturationFraction)
@@ -64,7 +65,7 @@ void LightRow::colorAt(double hueFraction, double saturationFraction)
         l.is_on = true;
     });
     if (light)
-        m_helper.setLightHue(*light, hue);
+        m_commands.setLightHue(*light, hue);
 }
 
 void LightRow::temperatureAt(double warmth)
@@ -76,5 +77,5 @@ void LightRow::temperatureAt(double warmth)
         l.is_on = true;
     });
     if (light)
-        m_helper.setLightColorTemperature(*light, mired);
+        m_commands.setLightColorTemperature(*light, mired);
 }

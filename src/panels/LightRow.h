@@ -7,17 +7,19 @@
 #include <optional>
 
 class AppSettings;
-class HueHelper;
+class BridgeCommands;
 
 /// One light in the lights panel: switch, brightness, and the colour field and white-tone bar the lamp
-/// supports. Every change first writes the light's record in `AppSettings`, then queues the command.
+/// supports. Every change first writes the light's record in the bridge's `BridgeHome`, then queues the
+/// command.
 class LightRow final : public ControlRow
 {
     Q_OBJECT
     Q_DISABLE_COPY_MOVE(LightRow)
 
 public:
-    LightRow(AppSettings& settings, HueHelper& helper, const HueLight& light, QWidget* parent = nullptr);
+    LightRow(AppSettings& settings, BridgeCommands& commands, const HueLight& light,
+             QWidget* parent = nullptr);
 
     QString lampId() const { return m_lampId; }
     /// Shows a newer record of the same light, keeping a drag in progress.
@@ -33,6 +35,6 @@ private:
     std::optional<HueLight> write(const std::function<void(HueLight&)>& change);
 
     AppSettings& m_settings;
-    HueHelper& m_helper;
+    BridgeCommands& m_commands;
     QString m_lampId;
 };

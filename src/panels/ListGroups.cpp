@@ -2,6 +2,7 @@
 
 #include "panels/GroupRow.h"
 #include "state/AppSettings.h"
+#include "state/BridgeHome.h"
 
 #include <QFont>
 #include <QHash>
@@ -13,11 +14,11 @@ constexpr int padding = 10;
 constexpr int rowSpacing = 8;
 } // namespace
 
-ListGroups::ListGroups(AppSettings& settings, HueHelper& helper, QWidget* parent)
-    : ScrollColumn(padding, rowSpacing, parent), m_settings(settings), m_helper(helper)
+ListGroups::ListGroups(AppSettings& settings, BridgeCommands& commands, QWidget* parent)
+    : ScrollColumn(padding, rowSpacing, parent), m_settings(settings), m_commands(commands)
 {
-    connect(&m_settings, &AppSettings::groupsChanged, this, &ListGroups::onGroupsChanged);
-    connect(&m_settings, &AppSettings::lightsChanged, this, &ListGroups::onGroupsChanged);
+    connect(&m_settings.home(), &BridgeHome::groupsChanged, this, &ListGroups::onGroupsChanged);
+    connect(&m_settings.home(), &BridgeHome::lightsChanged, this, &ListGroups::onGroupsChanged);
     connect(&m_settings, &AppSettings::showColorBarsForRoomsChanged, this, &ListGroups::onGroupsChanged);
     connect(&m_settings, &AppSettings::showZonesChanged, this, &ListGroups::onGroupsChanged);
     m_zonesHeading = new QLabel(tr("Zones"), content());
@@ -26,7 +27,8 @@ ListGroups::ListGroups(AppSettings& settings, HueHelper& helper, QWidget* parent
     bold.setBold(true);
     m_zonesHeading->setFont(bold);
     m_zonesHeading->hide();
-    connect(&m_settings, &AppSettings::bridgeConnectedChanged, this, &ListGroups::onBridgeConnectedChanged);
+    connect(&m_settings.home(), &BridgeHome::bridgeConnectedChanged, this,
+            &ListGroups::onBridgeConnectedChanged);
     onGroupsChanged();
 }
 
@@ -47,12 +49,12 @@ void ListGroups::onGroupsChanged()
     for (GroupRow* row : groupRows())
         previous.insert(row->groupId(), row);
 
-    const GroupRow::LampAbilities lamps = GroupRow::lampAbilities(m_settings.lights());
-    const bool reachable = m_settings.bridgeConnected();
+    const GroupRow::LampAbilities lamps = GroupRow::lampAbilities(m_settings.home().lights());
+    const bool reachable = m_settings.home().bridgeConnected();
     QList<QWidget*> rows;
     QList<QWidget*> zones;
     QSet<QString> seen;
-    const QList<HueGroup> groups = m_settings.groups();
+    const QList<HueGroup> groups = m_settings.home().groups();
     for (const HueGroup& group : groups) {
         // A room listed twice gets one row; the first record wins, as it does for the row's writes.
         if (seen.contains(group.group_id) || (group.isZone() && !m_settings.showZones()))
@@ -60,7 +62,7 @@ void ListGroups::onGroupsChanged()
         seen.insert(group.group_id);
         GroupRow* row = previous.take(group.group_id);
         if (row == nullptr) {
-            row = new GroupRow(m_settings, m_helper, group, content());
+            row = new GroupRow(m_settings, m_commands, group, content());
             row->setBridgeReachable(reachable);
         } else {
             row->setGroup(group, lamps);
@@ -82,7 +84,7 @@ void ListGroups::onGroupsChanged()
 
 void ListGroups::onBridgeConnectedChanged()
 {
-    const bool reachable = m_settings.bridgeConnected();
+    const bool reachable = m_settings.home().bridgeConnected();
     for (GroupRow* row : groupRows())
         row->setBridgeReachable(reachable);
 }

@@ -4,10 +4,10 @@
 
 class AppSettings;
 class GroupRow;
-class HueHelper;
+class BridgeCommands;
 class QLabel;
 
-/// The rooms panel: one `GroupRow` per room of `AppSettings::groups`, in that order. Follows the rooms, the
+/// The rooms panel: one `GroupRow` per room of `BridgeHome::groups`, in that order. Follows the rooms, the
 /// lights (membership decides the colour bars) and the colour-bars option; rows are updated in place. Every
 /// row is dimmed while the bridge cannot be reached.
 class ListGroups final : public ScrollColumn
@@ -16,7 +16,7 @@ class ListGroups final : public ScrollColumn
     Q_DISABLE_COPY_MOVE(ListGroups)
 
 public:
-    ListGroups(AppSettings& settings, HueHelper& helper, QWidget* parent = nullptr);
+    ListGroups(AppSettings& settings, BridgeCommands& commands, QWidget* parent = nullptr);
 
     /// The shown rows, top to bottom.
     QList<GroupRow*> groupRows() const;
@@ -26,6 +26,6 @@ private:
     void onBridgeConnectedChanged();
 
     AppSettings& m_settings;
-    HueHelper& m_helper;
+    BridgeCommands& m_commands;
     QLabel* m_zonesHeading; ///< above the zones, after the rooms
 };

@@ -2,6 +2,7 @@
 
 #include "panels/LightRow.h"
 #include "state/AppSettings.h"
+#include "state/BridgeHome.h"
 #include "state/LightVisibility.h"
 
 #include <QHash>
@@ -12,11 +13,12 @@ constexpr int padding = 10;
 constexpr int rowSpacing = 8;
 } // namespace
 
-ListLights::ListLights(AppSettings& settings, HueHelper& helper, QWidget* parent)
-    : ScrollColumn(padding, rowSpacing, parent), m_settings(settings), m_helper(helper)
+ListLights::ListLights(AppSettings& settings, BridgeCommands& commands, QWidget* parent)
+    : ScrollColumn(padding, rowSpacing, parent), m_settings(settings), m_commands(commands)
 {
-    connect(&m_settings, &AppSettings::lightsChanged, this, &ListLights::onLightsChanged);
-    connect(&m_settings, &AppSettings::bridgeConnectedChanged, this, &ListLights::onBridgeConnectedChanged);
+    connect(&m_settings.home(), &BridgeHome::lightsChanged, this, &ListLights::onLightsChanged);
+    connect(&m_settings.home(), &BridgeHome::bridgeConnectedChanged, this,
+            &ListLights::onBridgeConnectedChanged);
     connect(&m_settings, &AppSettings::lightVisibilityChanged, this, &ListLights::onLightsChanged);
     refresh();
 }
@@ -55,12 +57,12 @@ void ListLights::onLightsChanged()
     for (LightRow* row : lightRows())
         previous.insert(row->lampId(), row);
 
-    const bool reachable = m_settings.bridgeConnected();
+    const bool reachable = m_settings.home().bridgeConnected();
     QList<QWidget*> rows;
     for (const HueLight& light : shownLights()) {
         LightRow* row = previous.take(light.lamp_id);
         if (row == nullptr) {
-            row = new LightRow(m_settings, m_helper, light, content());
+            row = new LightRow(m_settings, m_commands, light, content());
             row->setBridgeReachable(reachable);
         } else {
             row->setLight(light);
@@ -77,7 +79,7 @@ void ListLights::onLightsChanged()
 
 void ListLights::onBridgeConnectedChanged()
 {
-    const bool reachable = m_settings.bridgeConnected();
+    const bool reachable = m_settings.home().bridgeConnected();
     for (LightRow* row : lightRows())
         row->setBridgeReachable(reachable);
 }

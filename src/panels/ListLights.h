@@ -4,10 +4,10 @@
 #include "panels/ScrollColumn.h"
 
 class AppSettings;
-class HueHelper;
+class BridgeCommands;
 class LightRow;
 
-/// The lights panel: one `LightRow` per light of `AppSettings::lights`, in that order, leaving out the lights
+/// The lights panel: one `LightRow` per light of `BridgeHome::lights`, in that order, leaving out the lights
 /// hidden in the preferences. Rows are kept and updated in place when the list changes, so a refresh every
 /// few seconds costs little and never cuts off a drag. Every row is dimmed while the bridge cannot be
 /// reached.
@@ -17,7 +17,7 @@ class ListLights final : public ScrollColumn
     Q_DISABLE_COPY_MOVE(ListLights)
 
 public:
-    ListLights(AppSettings& settings, HueHelper& helper, QWidget* parent = nullptr);
+    ListLights(AppSettings& settings, BridgeCommands& commands, QWidget* parent = nullptr);
 
     /// The shown rows, top to bottom.
     QList<LightRow*> lightRows() const;
@@ -31,5 +31,5 @@ private:
     void onBridgeConnectedChanged();
 
     AppSettings& m_settings;
-    HueHelper& m_helper;
+    BridgeCommands& m_commands;
 };

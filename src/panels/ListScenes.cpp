@@ -1,11 +1,12 @@
 #include "panels/ListScenes.h"
 
-#include "bridge/HueHelper.h"
+#include "bridge/BridgeCommands.h"
 #include "model/SceneRooms.h"
 #include "panels/ElidedLabel.h"
 #include "panels/SceneButton.h"
 #include "panels/ScrollColumn.h"
 #include "state/AppSettings.h"
+#include "state/BridgeHome.h"
 
 #include <QKeyEvent>
 #include <QLabel>
@@ -30,8 +31,8 @@ public:
     using ScrollColumn::content;
 };
 
-ListScenes::ListScenes(AppSettings& settings, HueHelper& helper, QWidget* parent)
-    : QWidget(parent), m_settings(settings), m_helper(helper)
+ListScenes::ListScenes(AppSettings& settings, BridgeCommands& commands, QWidget* parent)
+    : QWidget(parent), m_settings(settings), m_commands(commands)
 {
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(padding, padding, padding, 0);
@@ -56,10 +57,11 @@ ListScenes::ListScenes(AppSettings& settings, HueHelper& helper, QWidget* parent
     m_noMatch->setWordWrap(true);
     m_noMatch->hide();
 
-    connect(&m_settings, &AppSettings::scenesChanged, this, &ListScenes::onScenesChanged);
+    connect(&m_settings.home(), &BridgeHome::scenesChanged, this, &ListScenes::onScenesChanged);
     // Rooms decide the headings, and a light scene's room follows its lights' room.
-    connect(&m_settings, &AppSettings::groupsChanged, this, &ListScenes::onScenesChanged);
-    connect(&m_settings, &AppSettings::bridgeConnectedChanged, this, &ListScenes::onBridgeConnectedChanged);
+    connect(&m_settings.home(), &BridgeHome::groupsChanged, this, &ListScenes::onScenesChanged);
+    connect(&m_settings.home(), &BridgeHome::bridgeConnectedChanged, this,
+            &ListScenes::onBridgeConnectedChanged);
     onScenesChanged();
 }
 
@@ -96,8 +98,8 @@ QList<QLabel*> ListScenes::headings() const
 
 void ListScenes::onScenesChanged()
 {
-    const QList<HueScene> scenes = m_settings.scenes();
-    const QList<SceneRooms::Section> sections = SceneRooms(m_settings.groups()).sections(scenes);
+    const QList<HueScene> scenes = m_settings.home().scenes();
+    const QList<SceneRooms::Section> sections = SceneRooms(m_settings.home().groups()).sections(scenes);
     // One section means no room is known for any scene (or all share one): a heading would say nothing.
     const bool withHeadings =
         sections.size() > 1 || (sections.size() == 1 && !sections.first().groupId.isEmpty());
@@ -130,7 +132,7 @@ void ListScenes::onScenesChanged()
         }
         for (const HueScene& scene : section.scenes) {
             auto* button = new SceneButton(scene.name, m_column->content());
-            button->setDimmed(!m_settings.bridgeConnected());
+            button->setDimmed(!m_settings.home().bridgeConnected());
             button->setProperty(sectionProperty, QVariant::fromValue(static_cast<QObject*>(heading)));
             if (heading) // Ten "Nightlight"s are told apart by their rooms.
                 button->setAccessibleDescription(section.title);
@@ -193,11 +195,11 @@ bool ListScenes::eventFilter(QObject* watched, QEvent* event)
 void ListScenes::onBridgeConnectedChanged()
 {
     for (SceneButton* button : sceneButtons())
-        button->setDimmed(!m_settings.bridgeConnected());
+        button->setDimmed(!m_settings.home().bridgeConnected());
 }
 
 void ListScenes::onScenePressed(const QString& sceneId)
 {
     // Recalled from the main queue, after the click has been handled, like every other command.
-    QTimer::singleShot(0, this, [this, sceneId] { m_helper.recallScene(sceneId); });
+    QTimer::singleShot(0, this, [this, sceneId] { m_commands.recallScene(sceneId); });
 }

@@ -4,18 +4,18 @@
 #include <QWidget>
 
 class AppSettings;
-class HueHelper;
+class BridgeCommands;
 class QLabel;
 class QLineEdit;
 class SceneButton;
 class ScrollColumn;
 class SceneColumn;
 
-/// The scenes panel: one `SceneButton` per scene of `AppSettings::scenes`, under a heading per room (in the
+/// The scenes panel: one `SceneButton` per scene of `BridgeHome::scenes`, under a heading per room (in the
 /// rooms' order, then the zones, then "Other scenes"). A home with only scenes of no room shows no headings.
 /// Above more than `filterThreshold` scenes a filter field narrows the list to the scenes whose name, or
 /// whose room's name, holds the typed text; Escape in the field clears it. A press recalls that scene through
-/// the group of all lights; nothing in `AppSettings` changes until the next refresh.
+/// the group of all lights; nothing in the bridge's `BridgeHome` changes until the next refresh.
 class ListScenes final : public QWidget
 {
     Q_OBJECT
@@ -24,7 +24,7 @@ class ListScenes final : public QWidget
 public:
     static constexpr int filterThreshold = 20;
 
-    ListScenes(AppSettings& settings, HueHelper& helper, QWidget* parent = nullptr);
+    ListScenes(AppSettings& settings, BridgeCommands& commands, QWidget* parent = nullptr);
 
     /// The buttons, top to bottom, including those the filter hides.
     QList<SceneButton*> sceneButtons() const;
@@ -47,7 +47,7 @@ private:
     void applyFilter();
 
     AppSettings& m_settings;
-    HueHelper& m_helper;
+    BridgeCommands& m_commands;
     QLineEdit* m_filter;
     SceneColumn* m_column;
     QLabel* m_noMatch;   ///< the last row while the filter hides every scene

@@ -2,53 +2,37 @@
 
 #include "model/BridgeAddress.h"
 
-#include "state/Console.h"
+#include "state/ActivityLog.h"
+#include "state/BridgeHome.h"
 #include "state/LightOrder.h"
-#include "state/Redaction.h"
 #include "state/SettingsKeys.h"
 #include "state/SettingsStore.h"
 
-#include <QTimer>
-
 #include <algorithm>
 
-namespace {
-constexpr int noticeSeconds = 8;
-} // namespace
+AppSettings::AppSettings(SettingsStore& store, ActivityLog& activity, BridgeHome& home, QObject* parent)
+    : AppSettings(store, &activity, &home, parent)
+{}
 
-AppSettings::AppSettings(SettingsStore& store, QObject* parent)
-    : QObject(parent), m_store(store), m_noticeExpiry(new QTimer(this))
+AppSettings::AppSettings(SettingsStore& store, QObject* parent) : AppSettings(store, nullptr, nullptr, parent)
+{}
+
+AppSettings::AppSettings(SettingsStore& store, ActivityLog* activity, BridgeHome* home, QObject* parent)
+    : QObject(parent), m_store(store), m_ownActivity(activity ? nullptr : std::make_unique<ActivityLog>()),
+      m_ownHome(home ? nullptr : std::make_unique<BridgeHome>()),
+      m_activity(activity ? *activity : *m_ownActivity), m_home(home ? *home : *m_ownHome)
 {
-    m_noticeExpiry->setSingleShot(true);
-    m_noticeExpiry->setInterval(noticeSeconds * 1000);
-    connect(m_noticeExpiry, &QTimer::timeout, this,
-            [this] { assign(m_notice, QString(), &AppSettings::noticeChanged); });
     m_store.setChangedElsewhereHandler([this](const QStringList& keys) { onChangedElsewhere(keys); });
-    m_store.setSaveErrorHandler([this] {
-        if (!m_store.saveError().isEmpty())
-            addLogLine(QStringLiteral("Settings could not be saved: %1").arg(m_store.saveError()));
-        Q_EMIT settingsSaveErrorChanged();
-    });
-    m_store.setNoticeHandler([this](const QString& message) { showNotice(message); });
+    m_store.setSaveErrorHandler([this] { m_activity.setSettingsSaveError(m_store.saveError()); });
+    m_store.setNoticeHandler([this](const QString& message) { m_activity.showNotice(message); });
 }
 
 AppSettings::~AppSettings()
 {
+    m_activity.setKey(this, QString());
     m_store.setChangedElsewhereHandler({});
     m_store.setSaveErrorHandler({});
     m_store.setNoticeHandler({});
-}
-
-QString AppSettings::settingsSaveError() const
-{
-    return m_store.saveError();
-}
-
-void AppSettings::showNotice(const QString& message, const QString& logLine)
-{
-    addLogLine(logLine.isEmpty() ? message : logLine);
-    m_noticeExpiry->start();
-    assign(m_notice, message, &AppSettings::noticeChanged);
 }
 
 void AppSettings::onChangedElsewhere(const QStringList& keys)
@@ -82,38 +66,40 @@ void AppSettings::onChangedElsewhere(const QStringList& keys)
                &AppSettings::showZonesChanged);
     // The lights panel lists the lights in the stored order: a new order applies now, not at the next read.
     if (changed(Keys::lightOrder))
-        setLights(LightOrder::apply(m_lights, m_preferences.lightOrder()));
+        m_home.setLights(LightOrder::apply(m_home.lights(), m_preferences.lightOrder()));
     if (std::any_of(keys.cbegin(), keys.cend(),
                     [](const QString& key) { return key.startsWith(Keys::hiddenLightPrefix); }))
         Q_EMIT lightVisibilityChanged();
 
-    const QStringList bridgeKeys{Keys::bridgeIP, Keys::bridgeUser, Keys::bridgeTransport, Keys::bridgeID,
-                                 Keys::bridgeCertificateKey};
-    if (std::none_of(keys.cbegin(), keys.cend(),
-                     [&](const QString& key) { return bridgeKeys.contains(key); }))
+    if (!Preferences::touchesBridges(keys))
         return;
     loadBridge();
-    addLogLine(QStringLiteral("Another program stored a bridge in the settings file: using it"));
+    m_activity.addLogLine(QStringLiteral("Another program stored a bridge in the settings file: using it"));
     Q_EMIT bridgeChangedElsewhere();
 }
 
 void AppSettings::loadBridge()
 {
-    namespace Keys = SettingsKeys;
-    setHueIP(m_store.readString(Keys::bridgeIP).value_or(QString()));
-    setHueKey(m_store.readString(Keys::bridgeUser).value_or(QString()));
-    // What is not of its shape is not used: the bridge is then simply asked again.
-    QString transport = m_store.readString(Keys::bridgeTransport).value_or(QString());
-    if (transport != BridgeAddress::https && transport != BridgeAddress::http)
-        transport.clear();
-    QString bridgeId = m_store.readString(Keys::bridgeID).value_or(QString());
-    if (!BridgeIdentity::isBridgeId(bridgeId))
-        bridgeId.clear();
-    QByteArray certificateKey =
-        QByteArray::fromHex(m_store.readString(Keys::bridgeCertificateKey).value_or(QString()).toLatin1());
-    if (certificateKey.size() != 32)
-        certificateKey.clear();
-    setBridgeContact(transport, bridgeId.toUpper(), certificateKey);
+    QStringList problems;
+    const QList<BridgeContact> stored = m_preferences.bridges(&problems);
+    for (const QString& problem : problems)
+        m_activity.addLogLine(problem);
+    // One bridge is served: the first one stored. The others stay in the file as they are.
+    const BridgeContact contact = stored.value(0);
+    setHueIP(contact.address);
+    setHueKey(contact.key);
+    setBridgeContact(contact.transport, contact.id, contact.certificate);
+    setBridgeName(contact.name);
+}
+
+void AppSettings::keepBridgesInTheNewForm()
+{
+    // The loose keys stay beside, written from the same contact, so an older version still finds its bridge.
+    const QList<BridgeContact> stored = m_preferences.bridges();
+    if (stored.isEmpty() || !m_preferences.holdsOnlyLooseBridgeKeys())
+        return;
+    m_preferences.setBridges(stored);
+    m_activity.addLogLine(QStringLiteral("The bridge stored by an older version is now kept in \"bridges\""));
 }
 
 void AppSettings::load()
@@ -166,42 +152,6 @@ qint64 AppSettings::preferredHeightOfActivePanel() const
     return defaultWindowHeight;
 }
 
-void AppSettings::addLogLine(const QString& message)
-{
-    // The log is kept, shown and sent with reports: the key never gets into it.
-    const QString line = redacted(message, m_hueKey);
-    printLine(line);
-    // Dropping the whole log at the cap is cheaper than trimming it and loses nothing anyone reads.
-    if (m_log.size() >= logCapacity)
-        m_log.clear();
-    m_log.append(line);
-    Q_EMIT logChanged();
-}
-
-bool AppSettings::updateLight(const QString& lampId, const std::function<void(HueLight&)>& change)
-{
-    for (HueLight& light : m_lights) {
-        if (light.lamp_id == lampId) {
-            change(light);
-            Q_EMIT lightsChanged();
-            return true;
-        }
-    }
-    return false;
-}
-
-bool AppSettings::updateGroup(const QString& groupId, const std::function<void(HueGroup&)>& change)
-{
-    for (HueGroup& group : m_groups) {
-        if (group.group_id == groupId) {
-            change(group);
-            Q_EMIT groupsChanged();
-            return true;
-        }
-    }
-    return false;
-}
-
 template <typename T>
 void AppSettings::assign(T& field, const T& value, void (AppSettings::*changed)())
 {
@@ -211,67 +161,41 @@ void AppSettings::assign(T& field, const T& value, void (AppSettings::*changed)(
     Q_EMIT(this->*changed)();
 }
 
-void AppSettings::setActionQueue(const QList<ActionQueueItem>& queue)
-{
-    assign(m_actionQueue, queue, &AppSettings::actionQueueChanged);
-}
-
-void AppSettings::setLights(const QList<HueLight>& lights)
-{
-    assign(m_lights, lights, &AppSettings::lightsChanged);
-}
-
-void AppSettings::setGroups(const QList<HueGroup>& groups)
-{
-    assign(m_groups, groups, &AppSettings::groupsChanged);
-}
-
-void AppSettings::setScenes(const QList<HueScene>& scenes)
-{
-    assign(m_scenes, scenes, &AppSettings::scenesChanged);
-}
-
-void AppSettings::setLiveUpdates(bool live)
-{
-    assign(m_liveUpdates, live, &AppSettings::liveUpdatesChanged);
-}
-
-void AppSettings::setBridgeConnected(bool connected)
-{
-    assign(m_bridgeConnected, connected, &AppSettings::bridgeConnectedChanged);
-}
-
-void AppSettings::setBridgeReach(BridgeReach reach)
-{
-    assign(m_bridgeReach, reach, &AppSettings::bridgeReachChanged);
-}
-
 void AppSettings::setHueIP(const QString& address)
 {
-    assign(m_hueIP, address, &AppSettings::hueIPChanged);
+    assign(m_contact.address, address, &AppSettings::hueIPChanged);
 }
 
 void AppSettings::setHueKey(const QString& key)
 {
-    assign(m_hueKey, key, &AppSettings::hueKeyChanged);
+    // Kept out of the log before it is used anywhere.
+    m_activity.setKey(this, key);
+    assign(m_contact.key, key, &AppSettings::hueKeyChanged);
 }
 
 void AppSettings::setBridgeContact(const QString& transport, const QString& bridgeId,
                                    const QByteArray& certificateKey)
 {
-    if (transport == m_bridgeTransport && bridgeId == m_bridgeID && certificateKey == m_bridgeCertificateKey)
+    if (transport == m_contact.transport && bridgeId == m_contact.id &&
+        certificateKey == m_contact.certificate)
         return;
-    if (transport != m_bridgeTransport || bridgeId != m_bridgeID)
+    if (transport != m_contact.transport || bridgeId != m_contact.id)
         m_bridgeSigner = {};
-    m_bridgeTransport = transport;
-    m_bridgeID = bridgeId;
-    m_bridgeCertificateKey = certificateKey;
+    m_contact.transport = transport;
+    m_contact.id = bridgeId;
+    m_home.setBridgeId(bridgeId);
+    m_contact.certificate = certificateKey;
     Q_EMIT bridgeContactChanged();
+}
+
+void AppSettings::setBridgeName(const QString& name)
+{
+    assign(m_contact.name, name, &AppSettings::bridgeContactChanged);
 }
 
 CertificateSigner AppSettings::bridgeSigner() const
 {
-    if (m_bridgeSigner.kind == CertificateSigner::Kind::unknown && !m_bridgeCertificateKey.isEmpty())
+    if (m_bridgeSigner.kind == CertificateSigner::Kind::unknown && !m_contact.certificate.isEmpty())
         return {CertificateSigner::Kind::pinned, {}};
     return m_bridgeSigner;
 }
@@ -281,28 +205,39 @@ void AppSettings::setBridgeSigner(const CertificateSigner& signer)
     assign(m_bridgeSigner, signer, &AppSettings::bridgeContactChanged);
 }
 
-QString AppSettings::bridgeEndpoint() const
-{
-    const std::optional<BridgeAddress> address = BridgeAddress::parse(m_hueIP);
-    if (!address || (address->scheme.isEmpty() && m_bridgeTransport.isEmpty()))
-        return {};
-    return address->base(m_bridgeTransport);
-}
-
 void AppSettings::persistBridge()
 {
-    namespace Keys = SettingsKeys;
-    // One save: a program reading the file between two writes would take a new address with the old key.
-    m_store.setValues({{Keys::bridgeIP, m_hueIP},
-                       {Keys::bridgeUser, m_hueKey},
-                       {Keys::bridgeID, m_bridgeID},
-                       {Keys::bridgeTransport, m_bridgeTransport},
-                       {Keys::bridgeCertificateKey, QString::fromLatin1(m_bridgeCertificateKey.toHex())}});
+    storeContact(m_contact);
 }
 
 void AppSettings::forgetStoredKey()
 {
-    m_store.writeString(SettingsKeys::bridgeUser, QString());
+    const QList<BridgeContact> stored = m_preferences.bridges();
+    if (stored.isEmpty())
+        return;
+    BridgeContact contact;
+    const auto same = std::find_if(stored.cbegin(), stored.cend(), [this](const BridgeContact& c) {
+        return !c.id.isEmpty() && c.id == m_contact.id;
+    });
+    // The stored contact as it is, less its key: what this run learnt since is not written with it.
+    contact = same != stored.cend() ? *same : stored.constFirst();
+    contact.key.clear();
+    storeContact(contact);
+}
+
+void AppSettings::storeContact(const BridgeContact& contact)
+{
+    QList<BridgeContact> stored = m_preferences.bridges();
+    const auto same = std::find_if(stored.begin(), stored.end(), [&contact](const BridgeContact& c) {
+        return !c.id.isEmpty() && c.id == contact.id;
+    });
+    if (same != stored.end())
+        *same = contact;
+    else if (!stored.isEmpty())
+        stored.first() = contact;
+    else
+        stored.append(contact);
+    m_preferences.setBridges(stored);
 }
 
 void AppSettings::setLightHidden(const HueLight& light, bool hidden)
@@ -316,16 +251,6 @@ void AppSettings::setLightHidden(const HueLight& light, bool hidden)
 void AppSettings::setForceRedraw(int counter)
 {
     assign(m_forceRedraw, counter, &AppSettings::forceRedrawChanged);
-}
-
-void AppSettings::setConnectionErrorMessage(const QString& message)
-{
-    assign(m_connectionErrorMessage, message, &AppSettings::connectionErrorMessageChanged);
-}
-
-void AppSettings::setLastUserActionAt(const QDateTime& time)
-{
-    assign(m_lastUserActionAt, time, &AppSettings::lastUserActionAtChanged);
 }
 
 void AppSettings::setShowReviewRequest(bool show)

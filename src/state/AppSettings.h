@@ -1,7 +1,7 @@
 #pragma once
 
-#include "model/ActionQueueItem.h"
 #include "model/BridgeAddress.h"
+#include "model/BridgeContact.h"
 #include "model/BridgeIdentity.h"
 #include "model/CertificateSigner.h"
 #include "model/HueGroup.h"
@@ -17,35 +17,26 @@
 #include <QStringList>
 
 #include <functional>
+#include <memory>
 
 class QTimer;
 
+class ActivityLog;
+class BridgeHome;
 class SettingsStore;
 
-/// The one shared, observable state of the application: bridge data, connection, pending changes, the log and
-/// the user's display settings. Every published field notifies on change; views redraw from these signals.
-/// Lives on the main thread and is only touched there.
+/// The bridge's contact and the user's display settings: the persisted choices. What the bridge's home holds
+/// (lamps, rooms, scenes, the connection) is its BridgeHome; what the program tells is in its ActivityLog.
+/// Every published field notifies on change; views redraw from these signals. Lives on the main thread and is
+/// only touched there.
 class AppSettings final : public QObject
 {
     Q_OBJECT
     Q_DISABLE_COPY_MOVE(AppSettings)
 
-    Q_PROPERTY(
-        QList<ActionQueueItem> actionQueue READ actionQueue WRITE setActionQueue NOTIFY actionQueueChanged)
-    Q_PROPERTY(QList<HueLight> lights READ lights WRITE setLights NOTIFY lightsChanged)
-    Q_PROPERTY(QList<HueGroup> groups READ groups WRITE setGroups NOTIFY groupsChanged)
-    Q_PROPERTY(QList<HueScene> scenes READ scenes WRITE setScenes NOTIFY scenesChanged)
-    Q_PROPERTY(
-        bool bridgeConnected READ bridgeConnected WRITE setBridgeConnected NOTIFY bridgeConnectedChanged)
-    Q_PROPERTY(BridgeReach bridgeReach READ bridgeReach WRITE setBridgeReach NOTIFY bridgeReachChanged)
     Q_PROPERTY(QString hueIP READ hueIP WRITE setHueIP NOTIFY hueIPChanged)
     Q_PROPERTY(QString hueKey READ hueKey WRITE setHueKey NOTIFY hueKeyChanged)
     Q_PROPERTY(int forceRedraw READ forceRedraw WRITE setForceRedraw NOTIFY forceRedrawChanged)
-    Q_PROPERTY(QString connectionErrorMessage READ connectionErrorMessage WRITE setConnectionErrorMessage
-                   NOTIFY connectionErrorMessageChanged)
-    Q_PROPERTY(QStringList log READ log NOTIFY logChanged)
-    Q_PROPERTY(QDateTime lastUserActionAt READ lastUserActionAt WRITE setLastUserActionAt NOTIFY
-                   lastUserActionAtChanged)
     Q_PROPERTY(bool showReviewRequest READ showReviewRequest WRITE setShowReviewRequest NOTIFY
                    showReviewRequestChanged)
     Q_PROPERTY(QString appIcon READ appIcon WRITE setAppIcon NOTIFY appIconChanged)
@@ -64,53 +55,43 @@ class AppSettings final : public QObject
     Q_PROPERTY(bool showZones READ showZones WRITE setShowZones NOTIFY showZonesChanged)
 
 public:
-    /// What the bridge at `hueIP` did when it was last asked. Learnt anew in every run, never stored.
-    enum class BridgeReach
-    {
-        unknown,      ///< not asked yet, or forgotten with the key
-        answering,    ///< it answered as a bridge
-        notAnswering, ///< nothing answered at its address
-        refused,      ///< something answered but did not prove to be the bridge: nothing was sent to it
-    };
-    Q_ENUM(BridgeReach)
-
     /// The height a panel opens with when nothing else is known, in points.
     static constexpr qint64 defaultWindowHeight = 280;
-    /// The log is emptied, not trimmed, once it holds this many lines.
-    static constexpr qsizetype logCapacity = 1001;
-
     /// Follows the store: what another program stored is taken in at once (a bridge address or key with
     /// `bridgeChangedElsewhere`, the display choices with their own signals, hidden lights with
-    /// `lightVisibilityChanged`), and what the store could not save is told (`settingsSaveError`).
+    /// `lightVisibilityChanged`), and what the store could not save or did on its own is told in `activity`.
+    AppSettings(SettingsStore& store, ActivityLog& activity, BridgeHome& home, QObject* parent = nullptr);
+    /// With an activity log and a home of its own: for a program that only reads or pairs (glowdeckctl) and
+    /// for tests.
     explicit AppSettings(SettingsStore& store, QObject* parent = nullptr);
     ~AppSettings() override;
 
-    /// Reads the persisted values, in the order the application has always read them.
+    /// Reads the persisted values, in the order the application has always read them. Writes nothing about
+    /// the bridges, so that a program that only reads (glowdeckctl) leaves the file as it found it.
     void load();
+    /// Writes the bridge of an older version's file (loose keys only) anew as "bridges", once; the
+    /// application does it at its start.
+    void keepBridgesInTheNewForm();
     /// The preset height of the active panel; 280 for a panel value outside the three.
     qint64 preferredHeightOfActivePanel() const;
 
-    /// Prints the line and appends it to the log, both with the key redacted (state/Redaction.h).
-    void addLogLine(const QString& message);
-    /// Shows @p message to the user for a few seconds (the drop-down window's line) and logs it, or
-    /// @p logLine in its place. A message shown already stays, for a few seconds from now.
-    void showNotice(const QString& message, const QString& logLine = QString());
-    QString notice() const { return m_notice; }
-    /// Why settings changed in this run may be lost (the store's words); empty while every change is saved.
-    QString settingsSaveError() const;
-
-    /// Changes the first light with this id in place; returns false when there is none.
-    bool updateLight(const QString& lampId, const std::function<void(HueLight&)>& change);
-    /// Changes the first room with this id in place; returns false when there is none.
-    bool updateGroup(const QString& groupId, const std::function<void(HueGroup&)>& change);
+    /// Where the program tells what it does; the bridge's key is kept out of it.
+    ActivityLog& activity() const { return m_activity; }
+    /// The bridge's home as the views show it: its lamps, rooms, scenes and how the connection stands.
+    BridgeHome& home() const { return m_home; }
 
     /// How the bridge was reached and who it proved to be, learnt when it was paired or first reached:
     /// "https" or "http" (empty until known), its bridge id, and the pinned key of a self-signed certificate.
-    QString bridgeTransport() const { return m_bridgeTransport; }
-    QString bridgeID() const { return m_bridgeID; }
-    QByteArray bridgeCertificateKey() const { return m_bridgeCertificateKey; }
+    QString bridgeTransport() const { return m_contact.transport; }
+    QString bridgeID() const { return m_contact.id; }
+    QByteArray bridgeCertificateKey() const { return m_contact.certificate; }
     void setBridgeContact(const QString& transport, const QString& bridgeId,
                           const QByteArray& certificateKey);
+    /// Everything about reaching the bridge in one value: `hueIP`, `hueKey`, what was learnt of it and its
+    /// name.
+    const BridgeContact& contact() const { return m_contact; }
+    /// The bridge's own name, for display; notifies with `bridgeContactChanged`.
+    void setBridgeName(const QString& name);
     /// Who vouched for the bridge's certificate, as learnt when it was last reached over HTTPS in this run
     /// (`pinned` as soon as a pinned key is known); never stored. A new transport or bridge id forgets it.
     CertificateSigner bridgeSigner() const;
@@ -118,15 +99,12 @@ public:
     void setBridgeSigner(const CertificateSigner& signer);
     /// What the bridge at `hueIP` must prove: the stored id and pinned key; plain HTTP only for a bridge that
     /// was paired that way.
-    BridgeIdentity bridgeIdentity() const
-    {
-        return {m_bridgeID, m_bridgeCertificateKey, false, m_bridgeTransport == BridgeAddress::http};
-    }
+    BridgeIdentity bridgeIdentity() const { return m_contact.identity(); }
     /// The base every request to the bridge starts with ("https://192.168.1.5"): `hueIP` with its own scheme,
     /// or with the transport learnt; empty while neither says how to reach it.
-    QString bridgeEndpoint() const;
-    /// Writes the address, the key and what was learnt about the bridge to the settings file: done once the
-    /// bridge has answered with them.
+    QString bridgeEndpoint() const { return m_contact.endpoint(); }
+    /// Writes the contact to the settings file (in place of the stored bridge with its id, or of the first):
+    /// done once the bridge has answered with it.
     void persistBridge();
     /// Empties the key in the settings file; `hueKey` keeps its value.
     void forgetStoredKey();
@@ -138,21 +116,9 @@ public:
     /// Hides or shows a light in the lights panel and says so with `lightVisibilityChanged`.
     void setLightHidden(const HueLight& light, bool hidden);
 
-    QList<ActionQueueItem> actionQueue() const { return m_actionQueue; }
-    QList<HueLight> lights() const { return m_lights; }
-    QList<HueGroup> groups() const { return m_groups; }
-    QList<HueScene> scenes() const { return m_scenes; }
-    bool bridgeConnected() const { return m_bridgeConnected; }
-    BridgeReach bridgeReach() const { return m_bridgeReach; }
-    /// The bridge pushes its changes (its event stream is open), so it is read only now and then; otherwise
-    /// it is read every 3.5 s.
-    bool liveUpdates() const { return m_liveUpdates; }
-    QString hueIP() const { return m_hueIP; }
-    QString hueKey() const { return m_hueKey; }
+    QString hueIP() const { return m_contact.address; }
+    QString hueKey() const { return m_contact.key; }
     int forceRedraw() const { return m_forceRedraw; }
-    QString connectionErrorMessage() const { return m_connectionErrorMessage; }
-    QStringList log() const { return m_log; }
-    QDateTime lastUserActionAt() const { return m_lastUserActionAt; }
     bool showReviewRequest() const { return m_showReviewRequest; }
     QString appIcon() const { return m_appIcon; }
     qint64 keyIncrement() const { return m_keyIncrement; }
@@ -165,18 +131,9 @@ public:
     /// Whether the rooms panel lists the zones after the rooms (on unless the user switched it off).
     bool showZones() const { return m_showZones; }
 
-    void setActionQueue(const QList<ActionQueueItem>& queue);
-    void setLights(const QList<HueLight>& lights);
-    void setGroups(const QList<HueGroup>& groups);
-    void setScenes(const QList<HueScene>& scenes);
-    void setBridgeConnected(bool connected);
-    void setBridgeReach(BridgeReach reach);
-    void setLiveUpdates(bool live);
     void setHueIP(const QString& address);
     void setHueKey(const QString& key);
     void setForceRedraw(int counter);
-    void setConnectionErrorMessage(const QString& message);
-    void setLastUserActionAt(const QDateTime& time);
     void setShowReviewRequest(bool show);
     /// The setters of persisted fields store the value, then set the field.
     void setAppIcon(const QString& name);
@@ -193,19 +150,9 @@ public:
     void setShowZones(bool show);
 
 Q_SIGNALS:
-    void actionQueueChanged();
-    void lightsChanged();
-    void groupsChanged();
-    void scenesChanged();
-    void bridgeConnectedChanged();
-    void bridgeReachChanged();
-    void liveUpdatesChanged();
     void hueIPChanged();
     void hueKeyChanged();
     void forceRedrawChanged();
-    void connectionErrorMessageChanged();
-    void logChanged();
-    void lastUserActionAtChanged();
     void showReviewRequestChanged();
     void appIconChanged();
     void keyIncrementChanged();
@@ -219,37 +166,32 @@ Q_SIGNALS:
 
     /// The drop-down window should take this height (in points): sent on every panel assignment.
     void windowResizePlease(qint64 height);
-    /// The transport, the bridge id, the pinned key or the signer changed.
+    /// The transport, the bridge id, the pinned key, the bridge's name or the signer changed.
     void bridgeContactChanged();
     /// The user hid or showed a light, here or in another program.
     void lightVisibilityChanged();
     /// Another program stored a bridge address, key or identity, and these fields now hold it.
     void bridgeChangedElsewhere();
-    void noticeChanged();
-    void settingsSaveErrorChanged();
 
 private:
     template <typename T>
     void assign(T& field, const T& value, void (AppSettings::*changed)());
     void loadBridge();
+    /// Stores `contact` in place of the stored bridge with its id, or of the first one; the others stay.
+    void storeContact(const BridgeContact& contact);
     void onChangedElsewhere(const QStringList& keys);
 
+    AppSettings(SettingsStore& store, ActivityLog* activity, BridgeHome* home, QObject* parent);
+
     SettingsStore& m_store;
+    std::unique_ptr<ActivityLog> m_ownActivity; // null when the log is the application's
+    std::unique_ptr<BridgeHome> m_ownHome;      // null when the home is the application's
+    ActivityLog& m_activity;
+    BridgeHome& m_home;
     Preferences m_preferences{m_store};
 
-    QList<ActionQueueItem> m_actionQueue;
-    QList<HueLight> m_lights;
-    QList<HueGroup> m_groups;
-    QList<HueScene> m_scenes;
-    bool m_bridgeConnected = false;
-    BridgeReach m_bridgeReach = BridgeReach::unknown;
-    bool m_liveUpdates = false;
-    QString m_hueIP;
-    QString m_hueKey;
+    BridgeContact m_contact;
     int m_forceRedraw = 0;
-    QString m_connectionErrorMessage;
-    QStringList m_log;
-    QDateTime m_lastUserActionAt = QDateTime::currentDateTimeUtc();
     bool m_showReviewRequest = false;
     QString m_appIcon = QStringLiteral("Icon_Lamp0");
     qint64 m_keyIncrement = 50;
@@ -260,10 +202,5 @@ private:
     bool m_showScenes = false;
     bool m_showColorBarsForRooms = true;
     bool m_showZones = true;
-    QString m_bridgeTransport;
-    QString m_bridgeID;
-    QByteArray m_bridgeCertificateKey;
     CertificateSigner m_bridgeSigner;
-    QString m_notice;
-    QTimer* m_noticeExpiry;
 };

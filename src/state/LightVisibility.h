@@ -11,7 +11,7 @@ class AppSettings;
 /// every light.
 namespace LightVisibility {
 
-/// The lights the lights panel lists: `AppSettings::lights` in its order, without the hidden ones.
+/// The lights the lights panel lists: `BridgeHome::lights` in its order, without the hidden ones.
 QList<HueLight> shownLights(const AppSettings& settings);
 
 } // namespace LightVisibility

@@ -4,22 +4,119 @@
 #include "state/SettingsStore.h"
 
 #include <QStringList>
+#include <QVariantList>
+
+#include <algorithm>
 
 namespace Keys = SettingsKeys;
 
-QString Preferences::bridgeAddress() const
+namespace {
+
+const QStringList looseBridgeKeys{Keys::bridgeIP, Keys::bridgeUser, Keys::bridgeID, Keys::bridgeTransport,
+                                  Keys::bridgeCertificateKey};
+
+} // namespace
+
+QList<BridgeContact> Preferences::bridges(QStringList* problems) const
 {
-    return m_store.readString(Keys::bridgeIP).value_or(QString());
+    QList<BridgeContact> contacts;
+    if (m_store.contains(Keys::bridges)) {
+        const QVariant stored = m_store.value(Keys::bridges);
+        if (stored.typeId() != QMetaType::QVariantList) {
+            if (problems)
+                problems->append(
+                    QStringLiteral("The stored \"bridges\" is not a list: no bridge was read from it"));
+            return contacts;
+        }
+        const QVariantList entries = stored.toList();
+        for (qsizetype i = 0; i < entries.size(); ++i) {
+            QStringList wrong;
+            const std::optional<BridgeContact> contact =
+                BridgeContact::fromJson(QJsonValue::fromVariant(entries.at(i)), &wrong);
+            if (problems) {
+                for (const QString& why : wrong)
+                    problems->append(QStringLiteral("Stored bridge %1: %2").arg(i + 1).arg(why));
+            }
+            if (contact)
+                contacts.append(*contact);
+        }
+        return contacts;
+    }
+    // An older version's file: one bridge in loose keys, read with the same rules as a contact.
+    const QString address = m_store.readString(Keys::bridgeIP).value_or(QString());
+    const QString key = m_store.readString(Keys::bridgeUser).value_or(QString());
+    if (address.isEmpty() && key.isEmpty())
+        return contacts;
+    const QJsonObject loose{
+        {QStringLiteral("id"), m_store.readString(Keys::bridgeID).value_or(QString())},
+        {QStringLiteral("address"), address},
+        {QStringLiteral("key"), key},
+        {QStringLiteral("transport"), m_store.readString(Keys::bridgeTransport).value_or(QString())},
+        {QStringLiteral("certificate"), m_store.readString(Keys::bridgeCertificateKey).value_or(QString())},
+    };
+    QStringList wrong;
+    if (const std::optional<BridgeContact> contact = BridgeContact::fromJson(loose, &wrong))
+        contacts.append(*contact);
+    if (problems) {
+        for (const QString& why : wrong)
+            problems->append(QStringLiteral("Stored bridge: %1").arg(why));
+    }
+    return contacts;
 }
 
-void Preferences::setBridgeAddress(const QString& address)
+void Preferences::setBridges(const QList<BridgeContact>& bridges)
 {
-    m_store.writeString(Keys::bridgeIP, address);
+    QVariantList entries;
+    for (const BridgeContact& contact : bridges)
+        entries.append(contact.toJson().toVariantMap());
+    QVariantMap values{{Keys::bridges, entries}};
+    // One save: a program reading the file between two writes would take a new address with the old key.
+    if (bridges.isEmpty()) {
+        for (const QString& key : looseBridgeKeys)
+            values.insert(key, QVariant());
+    } else {
+        const BridgeContact& first = bridges.constFirst();
+        values.insert(Keys::bridgeIP, first.address);
+        values.insert(Keys::bridgeUser, first.key);
+        values.insert(Keys::bridgeID, first.id);
+        values.insert(Keys::bridgeTransport, first.transport);
+        values.insert(Keys::bridgeCertificateKey, QString::fromLatin1(first.certificate.toHex()));
+    }
+    m_store.setValues(values);
+}
+
+bool Preferences::holdsOnlyLooseBridgeKeys() const
+{
+    return !m_store.contains(Keys::bridges) &&
+           (m_store.contains(Keys::bridgeIP) || m_store.contains(Keys::bridgeUser));
+}
+
+bool Preferences::touchesBridges(const QStringList& keys)
+{
+    return std::any_of(keys.cbegin(), keys.cend(), [](const QString& key) {
+        return key == Keys::bridges || looseBridgeKeys.contains(key);
+    });
+}
+
+QString Preferences::bridgeAddress() const
+{
+    const QList<BridgeContact> stored = bridges();
+    return stored.isEmpty() ? QString() : stored.constFirst().address;
 }
 
 QString Preferences::bridgeKey() const
 {
-    return m_store.readString(Keys::bridgeUser).value_or(QString());
+    const QList<BridgeContact> stored = bridges();
+    return stored.isEmpty() ? QString() : stored.constFirst().key;
+}
+
+void Preferences::setBridgeAddress(const QString& address)
+{
+    QList<BridgeContact> stored = bridges();
+    if (stored.isEmpty())
+        stored.append(BridgeContact{});
+    stored.first().address = address;
+    setBridges(stored);
 }
 
 qint64 Preferences::keyIncrement() const

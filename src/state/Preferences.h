@@ -1,5 +1,6 @@
 #pragma once
 
+#include "model/BridgeContact.h"
 #include "model/HueLight.h"
 
 #include <QList>
@@ -18,10 +19,25 @@ class Preferences final
 public:
     explicit Preferences(SettingsStore& store) : m_store(store) {}
 
-    /// The stored address and key, as the application last wrote them.
+    /// The stored bridges, in their order. From "bridges" when the file has it: an entry that is not a
+    /// contact is left out, and a member of the wrong shape dropped, each with a line in `problems`. From a
+    /// file of an older version, the one bridge of its loose keys ("bridgeIP", "bridgeUser", "bridgeID",
+    /// "bridgeTransport", "bridgeCertificateKey"); none when it has neither address nor key.
+    QList<BridgeContact> bridges(QStringList* problems = nullptr) const;
+    /// Stores `bridges` in one save, as "bridges" and, for older versions, the first one in the loose keys as
+    /// well (removed when there is none).
+    void setBridges(const QList<BridgeContact>& bridges);
+    /// Whether the bridges are stored in the loose keys only: an older version's file, to be written anew.
+    bool holdsOnlyLooseBridgeKeys() const;
+    /// Whether `keys` (changed by another program) touch the stored bridges.
+    static bool touchesBridges(const QStringList& keys);
+
+    /// The stored address and key of the first bridge, as the application last wrote them.
     QString bridgeAddress() const;
-    void setBridgeAddress(const QString& address);
     QString bridgeKey() const;
+    /// Stores `address` as the first bridge's (a new first bridge when there is none); its other members
+    /// stay.
+    void setBridgeAddress(const QString& address);
 
     /// The step of the brighter and darker shortcuts; a stored 0, or nothing, is 50.
     qint64 keyIncrement() const;

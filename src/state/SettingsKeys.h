@@ -6,7 +6,11 @@
 /// own "GlobalHotkeys_" keys beside these (hotkeys/GlobalHotkeys.h).
 namespace SettingsKeys {
 
-// The bridge, written once it has answered with them.
+/// The bridges, as an array of their contacts (model/BridgeContact.h), written once a bridge has answered.
+inline const QString bridges = QStringLiteral("bridges");
+// The first bridge again, in the keys older versions read it from: written beside "bridges" in the same save,
+// so that an older Glowdeck reading the file still reaches that bridge. Read only from a file without
+// "bridges".
 inline const QString bridgeIP = QStringLiteral("bridgeIP");
 inline const QString bridgeUser = QStringLiteral("bridgeUser");
 inline const QString bridgeID = QStringLiteral("bridgeID");

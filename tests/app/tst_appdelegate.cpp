@@ -7,7 +7,7 @@
 #include "app/StatusBarMenuWindowController.h"
 #include "app/SwitchOffNotice.h"
 #include "bridge/ActionQueue.h"
-#include "bridge/SwitchOffTimer.h"
+#include "commands/SwitchOffTimer.h"
 #include "connection/BridgeConnection.h"
 #include "panels/ContentView.h"
 #include "panels/WelcomeView.h"
@@ -16,6 +16,7 @@
 #include "preferences/window/PreferencesWindowController.h"
 #include "simulator/BridgeSimulator.h"
 #include "state/AppSettings.h"
+#include "state/BridgeHome.h"
 #include "state/JsonSettingsStore.h"
 #include "state/MainPanels.h"
 #include "state/SettingsKeys.h"
@@ -129,14 +130,14 @@ void TestAppDelegate::startDelegate(bool seenWelcome)
     m_delegate->setUrlOpener([this](const QUrl& url) { m_opened << url; });
     m_delegate->start();
     m_queued.clear();
-    connect(&m_delegate->settings(), &AppSettings::actionQueueChanged, this, [this] {
-        for (const ActionQueueItem& item : m_delegate->settings().actionQueue()) {
+    connect(&m_delegate->queue(), &ActionQueue::pendingChanged, this, [this] {
+        for (const ActionQueueItem& item : m_delegate->queue().pending()) {
             if (!m_queued.contains(item))
                 m_queued.append(item);
         }
     });
-    QTRY_VERIFY(!m_delegate->settings().lights().isEmpty());
-    QTRY_VERIFY(m_delegate->settings().bridgeConnected());
+    QTRY_VERIFY(!m_delegate->settings().home().lights().isEmpty());
+    QTRY_VERIFY(m_delegate->settings().home().bridgeConnected());
 }
 
 QStringList TestAppDelegate::queued() const
@@ -439,20 +440,20 @@ void TestAppDelegate::aStoredShortcutWorksFromTheStart()
     QVERIFY(m_hotkeyBackend->press(controlAltG));
     QTRY_VERIFY(!m_delegate->windowController().isShown());
 
-    QTRY_VERIFY(!m_delegate->settings().groups().isEmpty());
+    QTRY_VERIFY(!m_delegate->settings().home().groups().isEmpty());
     m_bridge->clearRequests();
 
     QVERIFY(m_hotkeyBackend->press(controlAltK));
     // Shown at once, after the key event.
     const auto anyOn = [this] {
         // Rooms only: the whole-home shortcuts leave zones alone.
-        const QList<HueGroup> rooms = m_delegate->settings().groups();
+        const QList<HueGroup> rooms = m_delegate->settings().home().groups();
         return std::any_of(rooms.cbegin(), rooms.cend(),
                            [](const HueGroup& room) { return room.is_on && !room.isZone(); });
     };
     QTRY_VERIFY(!anyOn());
     QStringList expected;
-    for (const HueGroup& room : m_delegate->settings().groups()) {
+    for (const HueGroup& room : m_delegate->settings().home().groups()) {
         if (!room.isZone())
             expected << QStringLiteral(R"(/groups/%1/action {"on":false})").arg(room.group_id);
     }

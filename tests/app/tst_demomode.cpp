@@ -48,7 +48,7 @@ void TestDemoMode::pointsItsOwnSettingsAtALoopbackBridge()
     JsonSettingsStore store(demo.settingsFile());
     const QString address = store.readString(SettingsKeys::bridgeIP).value_or(QString());
     QVERIFY2(address.startsWith(QStringLiteral("127.0.0.1:")), qPrintable(address));
-    QVERIFY(!store.contains(SettingsKeys::bridgeUser)); // the usual pairing runs
+    QVERIFY(Preferences(store).bridgeKey().isEmpty()); // the usual pairing runs
 
     // The simulated bridge pairs over HTTPS without its link button, trusted through the demo's own
     // authority only.

@@ -59,8 +59,7 @@ ActionQueueItem TestActionQueue::item(const QString& id, const QString& property
     const bool step = property == ActionQueue::brightnessIncrease;
     change.body = QString::fromLatin1(step ? R"({"bri_inc":%1})" : R"({"bri":%1})").arg(value).toUtf8();
     change.issued_at = QDateTime::currentDateTime();
-    change.is_light_update = light;
-    change.is_group_update = !light;
+    change.target = light ? ActionQueueItem::Target::light : ActionQueueItem::Target::group;
     change.item_id = id;
     change.property = property;
     return change;
@@ -112,9 +111,9 @@ void TestActionQueue::mergesRepeatedChanges()
     }
     const auto left = [this] {
         QStringList items;
-        for (const ActionQueueItem& entry : m_bench->settings().actionQueue())
-            items << (entry.is_light_update ? u"light "_qs : u"group "_qs) + entry.property + u' ' +
-                         QString::fromUtf8(entry.body).section(u':', 1).chopped(1);
+        for (const ActionQueueItem& entry : m_queue->pending())
+            items << (entry.target == ActionQueueItem::Target::light ? u"light "_qs : u"group "_qs) +
+                         entry.property + u' ' + QString::fromUtf8(entry.body).section(u':', 1).chopped(1);
         return items;
     };
     QTRY_COMPARE(left(), queued);
@@ -137,7 +136,7 @@ void TestActionQueue::sendsOneRequestPerTick()
         m_queue->enqueue(item(QString::number(id), QStringLiteral("on"), true));
     QSignalSpy sent(m_queue.get(), &ActionQueue::sent);
     QTRY_COMPARE(sent.size(), 1);
-    QCOMPARE(m_bench->settings().actionQueue().size(), 3); // the others wait for their ticks
+    QCOMPARE(m_queue->pending().size(), 3); // the others wait for their ticks
     QTRY_COMPARE(sent.size(), 4);
     QStringList order;
     for (const QList<QVariant>& signal : sent)
@@ -165,7 +164,7 @@ void TestActionQueue::stopsItsTimerWhenDrainedAndStartsAgain()
     m_queue->enqueue(item(QStringLiteral("1"), QStringLiteral("on"), true));
     QVERIFY(m_queue->isProcessing());
     QTRY_VERIFY(!m_queue->isProcessing());
-    QCOMPARE(m_bench->settings().actionQueue().size(), 0);
+    QCOMPARE(m_queue->pending().size(), 0);
 
     m_queue->enqueue(item(QStringLiteral("1"), QStringLiteral("on"), true));
     QVERIFY(m_queue->isProcessing());
@@ -173,9 +172,9 @@ void TestActionQueue::stopsItsTimerWhenDrainedAndStartsAgain()
     // Sleep stops the timer and keeps the work; wake starts it again.
     m_queue->stopProcessor();
     QTest::qWait(2 * int(ActionQueue::tickInterval.count()));
-    QCOMPARE(m_bench->settings().actionQueue().size(), 1);
+    QCOMPARE(m_queue->pending().size(), 1);
     m_queue->startProcessor();
-    QTRY_COMPARE(m_bench->settings().actionQueue().size(), 0);
+    QTRY_COMPARE(m_queue->pending().size(), 0);
 }
 
 void TestActionQueue::keepsDrainingWhenTheBridgeIsGone()
@@ -191,7 +190,7 @@ void TestActionQueue::keepsDrainingWhenTheBridgeIsGone()
     }
     QSignalSpy drained(m_queue.get(), &ActionQueue::drained);
     QVERIFY(drained.wait(5000));
-    QCOMPARE(m_bench->settings().actionQueue().size(), 0);
+    QCOMPARE(m_queue->pending().size(), 0);
 }
 
 void TestActionQueue::roomsGoOncePerSecondAndLampsPassThem()
@@ -235,7 +234,7 @@ void TestActionQueue::aBusyBridgePausesTheQueueLongerEachTime()
     QCOMPARE(second.size(), 3);
     QVERIFY(second.at(2).receivedAtMs - second.at(1).receivedAtMs >= 1900);
     QCOMPARE(m_bench->bridge().group(u"2"_qs).value(u"action").toObject().value(u"bri").toInt(), 1);
-    QCOMPARE(m_bench->settings().log().filter(u"The bridge is busy (HTTP 429)"_qs).size(), 1);
+    QCOMPARE(m_bench->settings().activity().log().filter(u"The bridge is busy (HTTP 429)"_qs).size(), 1);
 }
 
 void TestActionQueue::noLateAnswerUndoesANewerCommand_data()
@@ -324,7 +323,7 @@ void TestActionQueue::stampsTheLastUserAction()
     const QDateTime then(QDate(2026, 5, 1), QTime(12, 15, 10));
     m_queue->setClock([then] { return then; });
     m_queue->enqueue(item(QStringLiteral("1"), QStringLiteral("on"), true));
-    QTRY_COMPARE(m_bench->settings().lastUserActionAt(), then);
+    QTRY_COMPARE(m_queue->lastUserActionAt(), then);
 }
 
 QTEST_GUILESS_MAIN(TestActionQueue)
@@ -365,9 +364,9 @@ void TestActionQueue::readsEveryAnswerAndTellsTheUserWhatWentWrong()
         if (outcome == WriteOutcome::Kind::refused)
             QCOMPARE(result.detail, QStringLiteral("Internal error, 404"));
     }
-    QCOMPARE(m_bench->settings().notice(), notice);
+    QCOMPARE(m_bench->settings().activity().notice(), notice);
     // Every one in the log, naming the lamp (and not the key).
-    const QStringList logged = m_bench->settings().log().filter(QStringLiteral("change of"));
+    const QStringList logged = m_bench->settings().activity().log().filter(QStringLiteral("change of"));
     QCOMPARE(logged.size(), notice.isEmpty() ? 0 : 2);
     if (outcome == WriteOutcome::Kind::refused)
         QCOMPARE(logged.first(), u"The bridge refused a change of /lights/1/state: Internal error, 404"_qs);

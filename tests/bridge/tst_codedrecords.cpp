@@ -28,7 +28,7 @@ void TestCodedRecords::writesKeysInFieldOrder()
         QByteArray(R"({"lamp_id":"10","name":"Desk","product_name":"","model_id":"","allows_color":false,)"
                    R"("allows_ambient":false,"allows_brightness":true,"is_on":false,"brightness":0,"hue":0,)"
                    R"("saturation":0,"color_temperature":0,"xy_x":0.3171,"xy_y":0.3366,"ct_min":0,)"
-                   R"("ct_max":500,"hue_ip":"","hue_key":"","unique_id":""})"));
+                   R"("ct_max":500,"unique_id":""})"));
 
     // The list identity is not part of the form, and the two limits of a room come last.
     HueGroup group{.group_id = QStringLiteral("1"), .lights = {QStringLiteral("2"), QStringLiteral("10")}};
@@ -36,11 +36,10 @@ void TestCodedRecords::writesKeysInFieldOrder()
         CodedRecords::encode(group),
         QByteArray(R"({"group_id":"1","name":"","lights":["2","10"],"type":"","group_class":"",)"
                    R"("all_on":false,"any_on":false,"is_on":false,"brightness":0,"saturation":0,"hue":0,)"
-                   R"("color_temperature":0,"hue_ip":"","hue_key":"","ct_min":0,"ct_max":0})"));
-    QCOMPARE(
-        CodedRecords::encode(HueScene{.scene_id = QStringLiteral("abc")}),
-        QByteArray(
-            R"({"scene_id":"abc","name":"","lights":[],"type":"","group_id":"","hue_ip":"","hue_key":""})"));
+                   R"("color_temperature":0,"ct_min":0,"ct_max":0})"));
+    // Records name no bridge address and carry no key: the key stays with the bridge's contact.
+    QCOMPARE(CodedRecords::encode(HueScene{.scene_id = QStringLiteral("abc")}),
+             QByteArray(R"({"scene_id":"abc","name":"","lights":[],"type":"","group_id":""})"));
 }
 
 void TestCodedRecords::roundTripsEveryRecord()
@@ -63,20 +62,17 @@ void TestCodedRecords::roundTripsEveryRecord()
                          0.4101f,
                          153,
                          500,
-                         "127.0.0.1:80",
-                         "key",
                          "00:17:88:01-0b"};
     QCOMPARE(CodedRecords::readLight(object(CodedRecords::encode(light))), light);
 
-    HueGroup group{QUuid(), "1",  "Living room", {"1", "2"},  "Room", "Living room",
-                   true,    true, true,          12,          13,     14,
-                   15,      153,  500,           "127.0.0.1", "key"};
+    HueGroup group{QUuid(), "1", "Living room", {"1", "2"}, "Room", "Living room", true, true, true, 12, 13,
+                   14,      15,  153,           500};
     const std::optional<HueGroup> readGroup = CodedRecords::readGroup(object(CodedRecords::encode(group)));
     QVERIFY(readGroup && !readGroup->id.isNull());
     group.id = readGroup->id; // made fresh on reading
     QCOMPARE(*readGroup, group);
 
-    HueScene scene{QUuid(), "Abc", "Relax", {"4"}, "GroupScene", "2", "127.0.0.1", "key"};
+    HueScene scene{QUuid(), "Abc", "Relax", {"4"}, "GroupScene", "2"};
     const std::optional<HueScene> readScene = CodedRecords::readScene(object(CodedRecords::encode(scene)));
     QVERIFY(readScene);
     scene.id = readScene->id;
@@ -85,8 +81,7 @@ void TestCodedRecords::roundTripsEveryRecord()
     const ActionQueueItem item{QUrl("http://127.0.0.1/api/k/lights/1/state"),
                                R"({"on":true})",
                                QDateTime(QDate(2026, 11, 23), QTime(10, 0, 0, 250), Qt::UTC),
-                               true,
-                               false,
+                               ActionQueueItem::Target::scene,
                                "1",
                                "on"};
     QCOMPARE(CodedRecords::readActionQueueItem(object(CodedRecords::encode(item))), item);

@@ -137,7 +137,7 @@ void TestResourceFetch::derivesLights()
 {
     QFETCH(QByteArray, body);
     QFETCH(QStringList, expected);
-    QCOMPARE(summaries(lightsFromBody(body, QStringLiteral("10.0.0.2"), QStringLiteral("KEY"))), expected);
+    QCOMPARE(summaries(lightsFromBody(body)), expected);
 }
 
 void TestResourceFetch::flattensLightFields()
@@ -159,15 +159,13 @@ void TestResourceFetch::flattensLightFields()
                      R"("proxy":false}},"config":{"archetype":"plug","function":"functional",)"
                      R"("direction":"omnidirectional","startup":{"mode":"safety","configured":true}},)"
                      R"("uniqueid":"00:17:88:01:08:4a:1b:2c-0b","swversion":"1.104.2"})")}});
-    const LightsResult result = lightsFromBody(body, QStringLiteral("10.0.0.2:8080"), QStringLiteral("KEY"));
+    const LightsResult result = lightsFromBody(body);
     QVERIFY(result.ok());
     QCOMPARE(result.records.size(), 5);
 
     const HueLight& full = result.records[0];
-    QCOMPARE(
-        (QStringList{full.name, full.product_name, full.model_id, full.unique_id, full.hue_ip, full.hue_key}),
-        (QStringList{"Lamp", "Hue color lamp", "LCT015", "00:17:88:01:00:aa:bb:cc-0b", "10.0.0.2:8080",
-                     "KEY"}));
+    QCOMPARE((QStringList{full.name, full.product_name, full.model_id, full.unique_id}),
+             (QStringList{"Lamp", "Hue color lamp", "LCT015", "00:17:88:01:00:aa:bb:cc-0b"}));
     QVERIFY(full.is_on && full.allows_brightness);
     QCOMPARE((QList<qint64>{full.brightness, full.hue, full.saturation, full.color_temperature}),
              (QList<qint64>{200, 8418, 140, 366}));
@@ -228,7 +226,7 @@ void TestResourceFetch::derivesRooms()
 {
     QFETCH(QByteArray, body);
     QFETCH(QStringList, expected);
-    const GroupsResult result = groupsFromBody(body, QStringLiteral("10.0.0.2"), QStringLiteral("KEY"));
+    const GroupsResult result = groupsFromBody(body);
     QStringList actual;
     for (const HueGroup& g : result.records) {
         const QString state = g.all_on ? QStringLiteral("all") : g.any_on ? QStringLiteral("any") : u"-"_qs;
@@ -275,7 +273,7 @@ void TestResourceFetch::derivesScenes()
 {
     QFETCH(QByteArray, body);
     QFETCH(QStringList, expected);
-    const ScenesResult result = scenesFromBody(body, QStringLiteral("10.0.0.2"), QStringLiteral("KEY"));
+    const ScenesResult result = scenesFromBody(body);
     QStringList actual;
     for (const HueScene& s : result.records)
         actual.append(QStringLiteral("%1 %2 %3 %4 %5")
@@ -367,11 +365,11 @@ void TestResourceFetch::reportsFailuresWithTheListsOwnMessage()
     // A bridge of the first generation, paired in clear: the key may go to it over plain HTTP.
     const BridgeIdentity identity{bridge.bridgeId(), {}, false, true};
     if (list == u"lights")
-        HueCommunicationLights{.bridgeIP = address, .apiKey = key, .identity = identity}.fetch(network, done);
+        LightsRead{.endpoint = address, .key = key, .identity = identity}.fetch(network, done);
     else if (list == u"groups")
-        HueCommunicationGroups{.bridgeIP = address, .apiKey = key, .identity = identity}.fetch(network, done);
+        GroupsRead{.endpoint = address, .key = key, .identity = identity}.fetch(network, done);
     else
-        HueCommunicationScenes{.bridgeIP = address, .apiKey = key, .identity = identity}.fetch(network, done);
+        ScenesRead{.endpoint = address, .key = key, .identity = identity}.fetch(network, done);
 
     QTRY_VERIFY_WITH_TIMEOUT(outcome.has_value(), int(fetchDeadline.count()) + 5000);
     QCOMPARE(*outcome, error);
@@ -388,12 +386,11 @@ void TestResourceFetch::acceptsAThousandMembersAndNoMore()
             text += (i > 1 ? ",\"" : "\"") + QByteArray::number(i) + "\":" + member;
         return text + '}';
     };
-    const LightsResult thousand =
-        lightsFromBody(lamps(1000), QStringLiteral("10.0.0.2"), QStringLiteral("KEY"));
+    const LightsResult thousand = lightsFromBody(lamps(1000));
     QVERIFY(thousand.ok());
     QCOMPARE(thousand.records.size(), 1000);
-    const LightsResult more = lightsFromBody(lamps(1001), QStringLiteral("10.0.0.2"), QStringLiteral("KEY"));
-    QCOMPARE(more.error, BridgeError::invalidData);
+    const LightsResult more = lightsFromBody(lamps(1001));
+    QCOMPARE(more.error, LightsError::invalidData);
     QVERIFY(more.records.isEmpty());
     QVERIFY2(more.message.contains(QStringLiteral("lists 1001 lights")), qPrintable(more.message));
 }

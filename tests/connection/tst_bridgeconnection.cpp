@@ -1,4 +1,5 @@
 #include "BridgeBench.h"
+#include "bridge/ActionQueue.h"
 #include "connection/BridgeConnection.h"
 #include "connection/BridgePairing.h"
 #include "state/SettingsKeys.h"
@@ -65,6 +66,7 @@ private:
 
     std::unique_ptr<BridgeBench> m_bench;
     std::unique_ptr<BridgePairing> m_pairing;
+    std::unique_ptr<ActionQueue> m_queue;
     std::unique_ptr<BridgeConnection> m_connection;
     QString m_key;
 };
@@ -75,7 +77,8 @@ void TestBridgeConnection::init()
     QVERIFY(m_bench->start());
     m_key = m_bench->key();
     m_pairing = std::make_unique<BridgePairing>(settings(), m_bench->network());
-    m_connection = std::make_unique<BridgeConnection>(settings(), m_bench->network(), *m_pairing);
+    m_queue = std::make_unique<ActionQueue>(settings(), m_bench->network());
+    m_connection = std::make_unique<BridgeConnection>(settings(), m_bench->network(), *m_pairing, *m_queue);
 }
 
 void TestBridgeConnection::cleanup()
@@ -83,6 +86,7 @@ void TestBridgeConnection::cleanup()
     m_connection->stopBridgeStateRefresher();
     QVERIFY(QTest::qWaitFor([this] { return repliesInFlight() == 0; }, 10000));
     m_connection.reset();
+    m_queue.reset();
     m_pairing.reset();
     m_bench.reset();
 }
@@ -117,21 +121,21 @@ int TestBridgeConnection::repliesInFlight() const
 
 void TestBridgeConnection::readsTheListsBeforeStoringTheBridge()
 {
-    settings().setConnectionErrorMessage(QStringLiteral("earlier trouble"));
+    settings().home().setConnectionErrorMessage(QStringLiteral("earlier trouble"));
     ListReads reads(m_connection.get());
     m_connection->connectToBridge();
     // The log is kept and sent with reports: the key's last four characters only.
-    QVERIFY(
-        settings().log().contains(QStringLiteral("Connecting to Bridge... [\u2026%1]").arg(m_key.right(4))));
-    QVERIFY(!settings().log().join(u'\n').contains(m_key));
+    QVERIFY(settings().activity().log().contains(
+        QStringLiteral("Connecting to Bridge... [\u2026%1]").arg(m_key.right(4))));
+    QVERIFY(!settings().activity().log().join(u'\n').contains(m_key));
     QVERIFY(!store().contains(Keys::bridgeIP) && !store().contains(Keys::bridgeUser));
     QVERIFY(reads.waitForAll());
     QCOMPARE(listsRead(), (QStringList{"lights", "groups", "scenes"}));
     QCOMPARE(m_bench->bridge().requests().first().path, QStringLiteral("/api/%1/lights").arg(m_key));
-    QVERIFY(!settings().lights().isEmpty() && !settings().groups().isEmpty() &&
-            !settings().scenes().isEmpty());
-    QVERIFY(settings().bridgeConnected() && m_connection->isRefreshing());
-    QCOMPARE(settings().connectionErrorMessage(), QString());
+    QVERIFY(!settings().home().lights().isEmpty() && !settings().home().groups().isEmpty() &&
+            !settings().home().scenes().isEmpty());
+    QVERIFY(settings().home().bridgeConnected() && m_connection->isRefreshing());
+    QCOMPARE(settings().home().connectionErrorMessage(), QString());
     QCOMPARE(store().readString(Keys::bridgeIP), QStringLiteral("http://") + m_bench->bridge().hostAndPort());
     QCOMPARE(store().readString(Keys::bridgeUser), m_key);
 }
@@ -151,7 +155,8 @@ void TestBridgeConnection::pairsFirstWithoutAKey()
         m_bench->bridge().pressLinkButton();
     QSignalSpy finished(m_pairing.get(), &BridgePairing::pairingFinished);
     m_connection->connectToBridge();
-    QVERIFY(settings().log().contains(QStringLiteral("We have a Bridge IP, but no API key yet...")));
+    QVERIFY(
+        settings().activity().log().contains(QStringLiteral("We have a Bridge IP, but no API key yet...")));
     QVERIFY(finished.wait(10000));
     // Who the bridge is, then the key request to it.
     const SimulatedRequest first = m_bench->bridge().requests().at(0);
@@ -159,11 +164,11 @@ void TestBridgeConnection::pairsFirstWithoutAKey()
     const SimulatedRequest second = m_bench->bridge().requests().at(1);
     QCOMPARE(second.method + ' ' + second.path.toUtf8(), "POST /api");
     if (!buttonPressed) {
-        QVERIFY(settings().hueKey().isEmpty() && settings().lights().isEmpty());
+        QVERIFY(settings().hueKey().isEmpty() && settings().home().lights().isEmpty());
         QVERIFY(!store().contains(Keys::bridgeUser));
         return;
     }
-    QTRY_VERIFY(!settings().lights().isEmpty());
+    QTRY_VERIFY(!settings().home().lights().isEmpty());
     QVERIFY(m_bench->bridge().users().contains(settings().hueKey()));
     QTRY_COMPARE(store().readString(Keys::bridgeUser), settings().hueKey());
 }
@@ -204,13 +209,13 @@ void TestBridgeConnection::failedLightReadStoresNothing()
     else if (fault == BridgeSimulator::Fault::None)
         settings().setHueIP(QStringLiteral("http://127.0.0.1:1"));
     m_bench->bridge().setFault(fault);
-    settings().setBridgeConnected(true);
-    settings().setConnectionErrorMessage(QStringLiteral("earlier trouble"));
+    settings().home().setBridgeConnected(true);
+    settings().home().setConnectionErrorMessage(QStringLiteral("earlier trouble"));
     QVERIFY(connectAndWait());
-    QVERIFY(!settings().bridgeConnected());
-    QCOMPARE(settings().connectionErrorMessage(), message);
+    QVERIFY(!settings().home().bridgeConnected());
+    QCOMPARE(settings().home().connectionErrorMessage(), message);
     if (message != u"earlier trouble"_qs) // the log and the debug report say why, too
-        QVERIFY(settings().log().contains(message));
+        QVERIFY(settings().activity().log().contains(message));
     QVERIFY(!store().contains(Keys::bridgeIP) && !store().contains(Keys::bridgeUser));
 }
 
@@ -220,14 +225,14 @@ void TestBridgeConnection::failedGroupAndSceneReadsChangeNothing()
     group.group_id = QStringLiteral("77");
     HueScene scene;
     scene.scene_id = QStringLiteral("kept");
-    settings().setGroups({group});
-    settings().setScenes({scene});
+    settings().home().setGroups({group});
+    settings().home().setScenes({scene});
     m_bench->bridge().setRawResource(QStringLiteral("groups"), "garbage");
     m_bench->bridge().setRawResource(QStringLiteral("scenes"), R"([{"error":{"type":901}}])");
     QVERIFY(connectAndWait());
-    QCOMPARE(settings().groups(), QList<HueGroup>{group});
-    QCOMPARE(settings().scenes(), QList<HueScene>{scene});
-    QVERIFY(settings().bridgeConnected());
+    QCOMPARE(settings().home().groups(), QList<HueGroup>{group});
+    QCOMPARE(settings().home().scenes(), QList<HueScene>{scene});
+    QVERIFY(settings().home().bridgeConnected());
     QCOMPARE(store().readString(Keys::bridgeUser), m_key);
 }
 
@@ -243,7 +248,7 @@ void TestBridgeConnection::putsTheStoredLightOrderFirst()
     }
     QVERIFY(connectAndWait());
     QStringList ids;
-    for (const HueLight& light : settings().lights())
+    for (const HueLight& light : settings().home().lights())
         ids.append(light.lamp_id);
     QCOMPARE(ids, expected);
 }
@@ -274,7 +279,7 @@ void TestBridgeConnection::refreshTickSkipsAfterUserActionsAndReadsScenesQuarter
     m_connection->stopBridgeStateRefresher();
     const QDateTime clock(QDate(2024, 5, 6), now);
     m_connection->setClock([clock] { return clock; });
-    settings().setLastUserActionAt(clock.addMSecs(-sinceUserAction));
+    m_queue->setLastUserActionAt(clock.addMSecs(-sinceUserAction));
     ListReads reads(m_connection.get());
     m_bench->bridge().clearRequests();
     m_connection->refreshTick();
@@ -289,18 +294,19 @@ void TestBridgeConnection::refreshTickSkipsAfterUserActionsAndReadsScenesQuarter
 void TestBridgeConnection::disconnectForgetsTheKeyButKeepsAddressScenesAndTimer()
 {
     QVERIFY(connectAndWait());
-    const QList<HueScene> scenes = settings().scenes();
+    const QList<HueScene> scenes = settings().home().scenes();
     m_connection->disconnectFromBridge();
-    QVERIFY(settings().lights().isEmpty() && settings().groups().isEmpty() && settings().hueKey().isEmpty());
+    QVERIFY(settings().home().lights().isEmpty() && settings().home().groups().isEmpty() &&
+            settings().hueKey().isEmpty());
     QCOMPARE(store().readString(Keys::bridgeUser), QString(""));
-    QVERIFY(!settings().bridgeConnected() && m_connection->isRefreshing());
+    QVERIFY(!settings().home().bridgeConnected() && m_connection->isRefreshing());
     QCOMPARE(store().readString(Keys::bridgeIP), QStringLiteral("http://") + m_bench->bridge().hostAndPort());
-    QCOMPARE(settings().scenes(), scenes);
+    QCOMPARE(settings().home().scenes(), scenes);
     QCOMPARE(activeTimers(), 1);
     // The timer keeps running, but without a key its ticks send nothing.
     const QDateTime clock = QDateTime::currentDateTime();
     m_connection->setClock([clock] { return clock; });
-    settings().setLastUserActionAt(clock.addSecs(-3600));
+    m_queue->setLastUserActionAt(clock.addSecs(-3600));
     m_bench->bridge().clearRequests();
     QSignalSpy read(m_connection.get(), &BridgeConnection::lightsRefreshed);
     m_connection->refreshTick();
@@ -326,29 +332,29 @@ void TestBridgeConnection::disconnectDropsTheReadsUnderWay()
     m_connection->disconnectFromBridge();
     // Nothing is left that could answer later: no light list, no key stored as one that works.
     QCOMPARE(repliesInFlight(), 0);
-    QVERIFY(settings().lights().isEmpty() && !settings().bridgeConnected());
+    QVERIFY(settings().home().lights().isEmpty() && !settings().home().bridgeConnected());
 }
 
 void TestBridgeConnection::anUnchangedAnswerChangesNothingAndAChangedOneIsRead()
 {
     QVERIFY(connectAndWait());
-    const QList<HueGroup> rooms = settings().groups();
-    const qsizetype lamps = settings().lights().size();
-    QSignalSpy roomsChanged(&settings(), &AppSettings::groupsChanged);
-    QSignalSpy lightsChanged(&settings(), &AppSettings::lightsChanged);
+    const QList<HueGroup> rooms = settings().home().groups();
+    const qsizetype lamps = settings().home().lights().size();
+    QSignalSpy roomsChanged(&settings().home(), &BridgeHome::groupsChanged);
+    QSignalSpy lightsChanged(&settings().home(), &BridgeHome::lightsChanged);
 
     // The same bytes again: the rooms keep their list identities, so nothing downstream is told.
     ListReads reads(m_connection.get());
     m_connection->refreshTick();
     QVERIFY(QTest::qWaitFor([&] { return !reads.spies[0].isEmpty() && !reads.spies[1].isEmpty(); }, 10000));
-    QCOMPARE(settings().groups(), rooms);
+    QCOMPARE(settings().home().groups(), rooms);
     QCOMPARE(roomsChanged.size(), 0);
     QCOMPARE(lightsChanged.size(), 0);
 
     // A lamp unplugged at the wall changes the answer, which is read as usual.
     QVERIFY(m_bench->bridge().setLightReachable(m_bench->bridge().lightIds().first(), false));
     m_connection->refreshTick();
-    QTRY_COMPARE(settings().lights().size(), lamps - 1);
+    QTRY_COMPARE(settings().home().lights().size(), lamps - 1);
 }
 
 void TestBridgeConnection::recoversWithinTwoTicksOfTheBridgeHealing_data()
@@ -368,7 +374,7 @@ void TestBridgeConnection::recoversWithinTwoTicksOfTheBridgeHealing()
     // Minute 16: no tick reads the scenes by the clock, only the recovery does.
     const QDateTime clock(QDate(2024, 5, 6), QTime(12, 16, 10));
     m_connection->setClock([clock] { return clock; });
-    settings().setLastUserActionAt(clock.addSecs(-60));
+    m_queue->setLastUserActionAt(clock.addSecs(-60));
     m_bench->bridge().setDripFeed(1, 500); // slow enough to be useless, fast enough never to look silent
     m_bench->bridge().setFault(fault);
 
@@ -386,13 +392,13 @@ void TestBridgeConnection::recoversWithinTwoTicksOfTheBridgeHealing()
     QCOMPARE(repliesInFlight(), trickles ? 3 : dropped ? 1 : 2);
     QVERIFY(!reads.spies[0].isEmpty() || reads.spies[0].wait(5000));
     QVERIFY(!reads.spies[0].last().first().value<LightsResult>().ok());
-    QVERIFY(!settings().bridgeConnected());
-    QVERIFY(settings().lights().isEmpty() && settings().scenes().isEmpty());
+    QVERIFY(!settings().home().bridgeConnected());
+    QVERIFY(settings().home().lights().isEmpty() && settings().home().scenes().isEmpty());
 
     m_bench->bridge().setFault(BridgeSimulator::Fault::None);
     const auto recovered = [this] {
-        return settings().bridgeConnected() && !settings().lights().isEmpty() &&
-               !settings().groups().isEmpty() && !settings().scenes().isEmpty();
+        return settings().home().bridgeConnected() && !settings().home().lights().isEmpty() &&
+               !settings().home().groups().isEmpty() && !settings().home().scenes().isEmpty();
     };
     int ticks = 0;
     while (ticks < 2 && !recovered()) {

@@ -127,7 +127,7 @@ void TestBridgePairing::failedPairingKeepsThePreviousKey()
     QSignalSpy paired(m_pairing.get(), &BridgePairing::paired);
     m_pairing->pairWithBridge();
     QVERIFY(finished.wait(10000));
-    QCOMPARE(settings.connectionErrorMessage(), message);
+    QCOMPARE(settings.home().connectionErrorMessage(), message);
     QCOMPARE(settings.hueKey(), QStringLiteral("previous-key"));
     QCOMPARE(paired.size(), 0);
 }
@@ -146,6 +146,8 @@ void TestBridgePairing::pairingSetsTheKeyButLeavesTheStoredOneAlone()
     QTRY_COMPARE(finished.size(), 1);
     QCOMPARE(finished.first().first().toString(), key);
     QCOMPARE(m_state->store().readString(SettingsKeys::bridgeUser), QStringLiteral("stored-key"));
+    // What was learnt of the bridge goes with the key, its own name too.
+    QCOMPARE(m_state->settings().contact().name, u"Philips hue"_qs);
 }
 
 QTEST_GUILESS_MAIN(TestBridgePairing)

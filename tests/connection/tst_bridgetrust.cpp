@@ -2,9 +2,9 @@
 #include "FakeLocalNetwork.h"
 #include "TestSupport.h"
 #include "bridge/ActionQueue.h"
+#include "bridge/BridgeCommands.h"
 #include "bridge/BridgeNetwork.h"
 #include "bridge/HttpExchange.h"
-#include "bridge/HueHelper.h"
 #include "connection/BridgeConnection.h"
 #include "connection/BridgeDiscovery.h"
 #include "connection/BridgePairing.h"
@@ -60,6 +60,7 @@ private:
     std::unique_ptr<TestSettings> m_state;
     std::unique_ptr<BridgeNetwork> m_network;
     std::unique_ptr<BridgePairing> m_pairing;
+    std::unique_ptr<ActionQueue> m_queue;
     std::unique_ptr<BridgeConnection> m_connection;
 };
 
@@ -73,12 +74,14 @@ void TestBridgeTrust::init()
     m_network = std::make_unique<BridgeNetwork>();
     m_network->addTrustRoots({m_bridge->authorityCertificate()});
     m_pairing = std::make_unique<BridgePairing>(settings(), *m_network);
-    m_connection = std::make_unique<BridgeConnection>(settings(), *m_network, *m_pairing);
+    m_queue = std::make_unique<ActionQueue>(settings(), *m_network);
+    m_connection = std::make_unique<BridgeConnection>(settings(), *m_network, *m_pairing, *m_queue);
 }
 
 void TestBridgeTrust::cleanup()
 {
     m_connection.reset();
+    m_queue.reset();
     m_pairing.reset();
     m_network.reset();
     m_state.reset();
@@ -106,7 +109,7 @@ bool TestBridgeTrust::connectAndRead()
         }
         return false;
     };
-    if (!QTest::qWaitFor([&] { return succeeded() || !settings().connectionErrorMessage().isEmpty(); },
+    if (!QTest::qWaitFor([&] { return succeeded() || !settings().home().connectionErrorMessage().isEmpty(); },
                          10000))
         return false;
     return succeeded();
@@ -143,7 +146,7 @@ void TestBridgeTrust::pairingTrustsOnlyABridgesCertificate()
     const QString outcome = pair(m_bridge->tlsHostAndPort());
     if (!refusal.isEmpty()) {
         QCOMPARE(outcome, BridgePairing::noConnection);
-        QCOMPARE(settings().connectionErrorMessage(),
+        QCOMPARE(settings().home().connectionErrorMessage(),
                  QStringLiteral("The bridge at %1 ").arg(m_bridge->tlsHostAndPort()) + refusal);
         // Nothing but the public configuration was asked, if anything got through the handshake at all.
         for (const SimulatedRequest& request : m_bridge->requests())
@@ -208,12 +211,12 @@ void TestBridgeTrust::aPairedBridgeMustKeepProvingItself()
         m_bridge->setCertificate(then);
     }
     m_bridge->clearRequests();
-    settings().setConnectionErrorMessage(QString());
+    settings().home().setConnectionErrorMessage(QString());
     QVERIFY(!connectAndRead());
     // Said at once, or at the next tick, which asks a bridge that stopped answering who it is.
-    QTRY_COMPARE_WITH_TIMEOUT(settings().connectionErrorMessage(),
+    QTRY_COMPARE_WITH_TIMEOUT(settings().home().connectionErrorMessage(),
                               QStringLiteral("The bridge at %1 ").arg(address) + refusal, 10000);
-    QVERIFY(!settings().bridgeConnected());
+    QVERIFY(!settings().home().bridgeConnected());
     QVERIFY(requestsWithKey().isEmpty()); // the key went nowhere
 }
 
@@ -297,11 +300,14 @@ void TestBridgeTrust::aBridgeThatMovedIsFoundByItsIdAndNoOtherGetsTheKey()
     QCOMPARE(moved.size(), 1);
     QCOMPARE(moved.first(), (QList<QVariant>{bridgeId, before, after}));
     QCOMPARE(localNetwork.asked, 2);
-    QTRY_VERIFY(settings().bridgeConnected());
+    QTRY_VERIFY(settings().home().bridgeConnected());
     QCOMPARE(settings().hueKey(), key); // nothing paired again
     QTRY_COMPARE(m_state->store().readString(SettingsKeys::bridgeIP), after);
-    QVERIFY(
-        !settings().log().filter(u"Bridge %1 moved from %2 to %3"_qs.arg(bridgeId, before, after)).isEmpty());
+    QVERIFY(!settings()
+                 .activity()
+                 .log()
+                 .filter(u"Bridge %1 moved from %2 to %3"_qs.arg(bridgeId, before, after))
+                 .isEmpty());
     // The neighbour refused at the handshake: nothing with the key ever reached it.
     for (const SimulatedRequest& request : neighbour.requests())
         QVERIFY2(!request.path.contains(key), qPrintable(request.path));
@@ -326,7 +332,7 @@ void TestBridgeTrust::aProblemThatComesBackAtEveryTickIsLoggedOnceAMinute()
         m_bridge->close();
     QDateTime now = QDateTime::currentDateTime();
     m_connection->setClock([&now] { return now; });
-    settings().setLastUserActionAt(now.addSecs(-3600));
+    m_queue->setLastUserActionAt(now.addSecs(-3600));
     const auto busy = [this] {
         const QList<QNetworkReply*> replies = m_network->findChildren<QNetworkReply*>();
         return std::ranges::any_of(replies, [](QNetworkReply* r) { return !r->isFinished(); });
@@ -341,7 +347,8 @@ void TestBridgeTrust::aProblemThatComesBackAtEveryTickIsLoggedOnceAMinute()
     };
     const QString at = u"The bridge at 127.0.0.1:%1 "_qs.arg(port);
     const auto told = [&] {
-        return settings().log().filter(QRegularExpression(u"^"_qs + QRegularExpression::escape(at)));
+        return settings().activity().log().filter(
+            QRegularExpression(u"^"_qs + QRegularExpression::escape(at)));
     };
     for (int i = 0; i < 3 && told().isEmpty(); ++i)
         tick(1);
@@ -362,7 +369,7 @@ void TestBridgeTrust::aProblemThatComesBackAtEveryTickIsLoggedOnceAMinute()
         QVERIFY(m_bridge->listenTls(QHostAddress::LocalHost, port));
     now = now.addMSecs(BridgeConnection::refreshInterval.count());
     m_connection->refreshTick();
-    QTRY_VERIFY_WITH_TIMEOUT(settings().bridgeConnected(), 10000);
+    QTRY_VERIFY_WITH_TIMEOUT(settings().home().bridgeConnected(), 10000);
     QCOMPARE(told(), (QStringList{problem, problem + u" (18 times in the last minute)"_qs,
                                   problem + u" (2 more times in the last minute)"_qs}));
 }
@@ -433,9 +440,9 @@ void TestBridgeTrust::anOlderSettingsFileLearnsTheIdBeforeTheKeyGoes()
     QVERIFY(settings().bridgeID().isEmpty());
 
     // A hot key pressed at once, before the connection has asked the bridge who it is.
-    ActionQueue queue(settings(), *m_network);
-    HueHelper helper(settings(), queue);
-    helper.switchEverythingOff();
+    ActionQueue& queue = *m_queue;
+    BridgeCommands commands(settings(), queue);
+    commands.switchEverythingOff();
     m_connection->connectToBridge();
     if (certificate == Kind::Signed) {
         // Held, not lost: it goes once the id is learnt, and the log says where it was learnt.
@@ -447,15 +454,19 @@ void TestBridgeTrust::anOlderSettingsFileLearnsTheIdBeforeTheKeyGoes()
         };
         QTRY_VERIFY_WITH_TIMEOUT(changed(), 10000);
         QCOMPARE(settings().bridgeID(), m_bridge->bridgeId());
-        QVERIFY(!settings().log().filter(u"Learnt the id of the bridge at %1"_qs.arg(address)).isEmpty());
+        QVERIFY(!settings()
+                     .activity()
+                     .log()
+                     .filter(u"Learnt the id of the bridge at %1"_qs.arg(address))
+                     .isEmpty());
         return;
     }
-    QTRY_VERIFY_WITH_TIMEOUT(!settings().connectionErrorMessage().isEmpty(), 10000);
-    QVERIFY2(settings().connectionErrorMessage().contains(u"a certificate for another bridge"_qs),
-             qPrintable(settings().connectionErrorMessage()));
+    QTRY_VERIFY_WITH_TIMEOUT(!settings().home().connectionErrorMessage().isEmpty(), 10000);
+    QVERIFY2(settings().home().connectionErrorMessage().contains(u"a certificate for another bridge"_qs),
+             qPrintable(settings().home().connectionErrorMessage()));
     // The change waits for an id that never comes; nothing with the key went out.
     QTRY_VERIFY(!queue.isProcessing());
-    QCOMPARE(settings().actionQueue().size(), 1);
+    QCOMPARE(queue.pending().size(), 1);
     QVERIFY(requestsWithKey().isEmpty());
 }
 
@@ -481,10 +492,10 @@ void TestBridgeTrust::aBridgeKnownOverHttpsIsNeverPairedInClear()
     other.setAcceptPairingAtOnce(true);
     if (impostor)
         QVERIFY(other.listen(QHostAddress::LocalHost, port));
-    settings().setConnectionErrorMessage(QString());
+    settings().home().setConnectionErrorMessage(QString());
     QCOMPARE(pair(address), BridgePairing::noConnection);
     // Most often a bridge that is restarting: said calmly, and nothing was tried in clear.
-    QCOMPARE(settings().connectionErrorMessage(),
+    QCOMPARE(settings().home().connectionErrorMessage(),
              u"The bridge at %1 does not answer over HTTPS as it did before; it may be off or restarting. "
              "Glowdeck waits for it there and does not use plain HTTP with it."_qs.arg(address));
     QVERIFY(other.requests().isEmpty());
@@ -499,7 +510,7 @@ void TestBridgeTrust::aBridgeKnownOverHttpsIsNeverPairedInClear()
     m_connection->connectToBridge();
     const QString silent =
         u"The bridge at %1 does not answer; looking for it on your network"_qs.arg(address);
-    QTRY_VERIFY_WITH_TIMEOUT(!settings().log().filter(silent).isEmpty(), 10000);
+    QTRY_VERIFY_WITH_TIMEOUT(!settings().activity().log().filter(silent).isEmpty(), 10000);
 }
 
 QTEST_GUILESS_MAIN(TestBridgeTrust)

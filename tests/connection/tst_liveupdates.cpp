@@ -1,4 +1,5 @@
 #include "TestSupport.h"
+#include "bridge/ActionQueue.h"
 #include "bridge/BridgeNetwork.h"
 #include "bridge/UpdateBodies.h"
 #include "connection/BridgeConnection.h"
@@ -7,6 +8,7 @@
 #include "connection/LiveUpdates.h"
 #include "simulator/BridgeSimulator.h"
 #include "state/AppSettings.h"
+#include "state/BridgeHome.h"
 
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -46,6 +48,7 @@ private:
     std::unique_ptr<TestSettings> m_state;
     std::unique_ptr<BridgeNetwork> m_network;
     std::unique_ptr<BridgePairing> m_pairing;
+    std::unique_ptr<ActionQueue> m_queue;
     std::unique_ptr<BridgeConnection> m_connection;
 };
 
@@ -58,7 +61,8 @@ void TestLiveUpdates::init()
     m_network = std::make_unique<BridgeNetwork>();
     m_network->addTrustRoots({m_bridge->authorityCertificate()});
     m_pairing = std::make_unique<BridgePairing>(settings(), *m_network);
-    m_connection = std::make_unique<BridgeConnection>(settings(), *m_network, *m_pairing);
+    m_queue = std::make_unique<ActionQueue>(settings(), *m_network);
+    m_connection = std::make_unique<BridgeConnection>(settings(), *m_network, *m_pairing, *m_queue);
     m_connection->liveUpdates().stream().setTimings(
         {.firstRetry = std::chrono::milliseconds(100), .longestRetry = std::chrono::milliseconds(400)});
 }
@@ -67,6 +71,7 @@ void TestLiveUpdates::cleanup()
 {
     m_connection->stopBridgeStateRefresher();
     m_connection.reset();
+    m_queue.reset();
     m_pairing.reset();
     m_network.reset();
     m_state.reset();
@@ -79,7 +84,7 @@ void TestLiveUpdates::connectOverHttps()
     settings().setBridgeContact(QStringLiteral("https"), m_bridge->bridgeId(), {});
     settings().setHueKey(m_bridge->addUser());
     m_connection->connectToBridge();
-    QTRY_VERIFY(!settings().lights().isEmpty());
+    QTRY_VERIFY(!settings().home().lights().isEmpty());
 }
 
 void TestLiveUpdates::changeElsewhere(const QString& path, const QByteArray& body)
@@ -95,7 +100,7 @@ void TestLiveUpdates::changeElsewhere(const QString& path, const QByteArray& bod
 
 HueLight TestLiveUpdates::light(const QString& id) const
 {
-    for (const HueLight& light : m_state->settings().lights()) {
+    for (const HueLight& light : m_state->settings().home().lights()) {
         if (light.lamp_id == id)
             return light;
     }
@@ -114,7 +119,7 @@ void TestLiveUpdates::changesMadeElsewhereShowWithoutReadingTheLists()
 {
     QSignalSpy answers(m_connection.get(), &BridgeConnection::lightsRefreshed);
     connectOverHttps();
-    QTRY_VERIFY(settings().liveUpdates());
+    QTRY_VERIFY(settings().home().liveUpdates());
     // The read after the stream opened waited for the first one instead of cutting it off.
     QTRY_VERIFY(answers.size() >= 2);
     for (const QList<QVariant>& read : answers)
@@ -133,9 +138,9 @@ void TestLiveUpdates::changesMadeElsewhereShowWithoutReadingTheLists()
     QTRY_COMPARE(light(QStringLiteral("1")).color_temperature, 300);
     changeElsewhere(QStringLiteral("lights/1/state"), R"({"bri":1})");
     QTRY_COMPARE(light(QStringLiteral("1")).brightness, 1);
-    const QString room = settings().groups().first().group_id;
+    const QString room = settings().home().groups().first().group_id;
     changeElsewhere(QStringLiteral("groups/%1/action").arg(room), R"({"on":false})");
-    QTRY_VERIFY(!settings().groups().first().any_on && !settings().groups().first().is_on);
+    QTRY_VERIFY(!settings().home().groups().first().any_on && !settings().home().groups().first().is_on);
     QCOMPARE(lightReads(), reads);
 
     // What an event cannot say lamp by lamp (a new name) is read, once.
@@ -151,7 +156,7 @@ int TestLiveUpdates::shown(const QString& record, const QString& field) const
         const HueLight lamp = light(id);
         return int(field == u"on" ? lamp.is_on : lamp.brightness);
     }
-    for (const HueGroup& group : m_state->settings().groups()) {
+    for (const HueGroup& group : m_state->settings().home().groups()) {
         if (group.group_id == id)
             return int(field == u"on" ? group.is_on : group.brightness);
     }
@@ -207,8 +212,8 @@ void TestLiveUpdates::anEventDoesNotUndoWhatTheUsersChangeWrites()
     QFETCH(QList<QByteArray>, elsewhere);
     QFETCH(int, expected);
     connectOverHttps();
-    QTRY_VERIFY(settings().liveUpdates());
-    const QString room = settings().groups().first().group_id;
+    QTRY_VERIFY(settings().home().liveUpdates());
+    const QString room = settings().home().groups().first().group_id;
     target.replace(u"{room}"_qs, room);
     watched.replace(u"{room}"_qs, room);
     const bool watchedIsRoom = watched.startsWith(u"groups/");
@@ -221,23 +226,26 @@ void TestLiveUpdates::anEventDoesNotUndoWhatTheUsersChangeWrites()
             record.brightness = expected;
     };
     if (watchedIsRoom)
-        settings().updateGroup(watched.section(u'/', 1), [&](HueGroup& g) { show(g); });
+        settings().home().updateGroup(watched.section(u'/', 1), [&](HueGroup& g) { show(g); });
     else
-        settings().updateLight(watched.section(u'/', 1), [&](HueLight& l) { show(l); });
-    settings().setLastUserActionAt(QDateTime::currentDateTime());
+        settings().home().updateLight(watched.section(u'/', 1), [&](HueLight& l) { show(l); });
+    // The queue holds it (its timer stopped, as before its first tick) and tells the live updates.
     ActionQueueItem item;
-    item.is_light_update = target.startsWith(u"lights/");
-    item.is_group_update = !item.is_light_update;
+    item.target =
+        target.startsWith(u"lights/") ? ActionQueueItem::Target::light : ActionQueueItem::Target::group;
     item.item_id = target.section(u'/', 1);
     item.property = property;
     item.body = body;
-    settings().setActionQueue({item});
+    item.url = QUrl(m_bridge->httpsAddress() + u"/api/key/"_qs + target);
+    m_queue->enqueue(item);
+    m_queue->stopProcessor();
+    QTRY_COMPARE(m_queue->pending().size(), 1);
 
     // Meanwhile the bridge tells of states from before it; a lamp dimmed after them shows they all came.
     const QString stateOf = watchedIsRoom ? u"%1/action"_qs : u"%1/state"_qs;
     for (const QByteArray& change : elsewhere)
         changeElsewhere(stateOf.arg(watched), change);
-    const QString marker = settings().lights().last().lamp_id;
+    const QString marker = settings().home().lights().last().lamp_id;
     QVERIFY(u"lights/"_qs + marker != watched);
     changeElsewhere(u"lights/%1/state"_qs.arg(marker), R"({"bri":33})");
     QTRY_COMPARE(light(marker).brightness, 33);
@@ -245,39 +253,38 @@ void TestLiveUpdates::anEventDoesNotUndoWhatTheUsersChangeWrites()
 
     // Once the user has let go, the bridge's word is read.
     const QJsonObject last = QJsonDocument::fromJson(elsewhere.last()).object();
-    settings().setActionQueue({});
     QTRY_COMPARE_WITH_TIMEOUT(shown(watched, field), last.value(field).toVariant().toInt(), 10000);
 }
 
 void TestLiveUpdates::aLostStreamMeansReadingUntilItIsBackWithAFreshRead()
 {
     connectOverHttps();
-    QTRY_VERIFY(settings().liveUpdates());
+    QTRY_VERIFY(settings().home().liveUpdates());
     m_bridge->setEventStreamMode(BridgeSimulator::EventStreamMode::Malformed);
     changeElsewhere(QStringLiteral("lights/1/state"), R"({"bri":50})");
     // A broken event drops the stream: reading every 3.5 s until it is back.
-    QTRY_VERIFY(!settings().liveUpdates());
+    QTRY_VERIFY(!settings().home().liveUpdates());
     QCOMPARE(m_connection->currentRefreshInterval(), BridgeConnection::refreshInterval);
-    QVERIFY(settings().bridgeConnected());
+    QVERIFY(settings().home().bridgeConnected());
 
     m_bridge->setEventStreamMode(BridgeSimulator::EventStreamMode::Normal);
     m_bridge->clearRequests();
     // Changed while no stream was open: only the read after it reopened can tell.
     changeElsewhere(QStringLiteral("lights/1/state"), R"({"bri":60})");
-    QTRY_VERIFY(settings().liveUpdates());
+    QTRY_VERIFY(settings().home().liveUpdates());
     QTRY_COMPARE(light(QStringLiteral("1")).brightness, 60);
     QVERIFY(lightReads() >= 1);
 
     // A bridge that restarts drops every stream; it comes back the same way.
     m_bridge->dropEventStreams();
-    QTRY_VERIFY(!settings().liveUpdates());
-    QTRY_VERIFY(settings().liveUpdates());
+    QTRY_VERIFY(!settings().home().liveUpdates());
+    QTRY_VERIFY(settings().home().liveUpdates());
     // Sleep closes it, waking opens it again.
     m_connection->stopBridgeStateRefresher();
-    QVERIFY(!settings().liveUpdates());
+    QVERIFY(!settings().home().liveUpdates());
     QTRY_COMPARE(m_bridge->eventStreamListeners(), 0);
     m_connection->startBridgeStateRefresher();
-    QTRY_VERIFY(settings().liveUpdates());
+    QTRY_VERIFY(settings().home().liveUpdates());
 }
 
 void TestLiveUpdates::withoutAStreamTheBridgeIsReadEvery3500Ms_data()
@@ -295,14 +302,14 @@ void TestLiveUpdates::withoutAStreamTheBridgeIsReadEvery3500Ms()
         settings().setBridgeContact(QStringLiteral("http"), m_bridge->bridgeId(), {});
         settings().setHueKey(m_bridge->addUser());
         m_connection->connectToBridge();
-        QTRY_VERIFY(!settings().lights().isEmpty());
+        QTRY_VERIFY(!settings().home().lights().isEmpty());
     } else {
         m_bridge->setEventStreamMode(BridgeSimulator::EventStreamMode::Off);
         m_connection->liveUpdates().stream().setTimings({}); // asked again a minute later only
         connectOverHttps();
     }
     QTest::qWait(500);
-    QVERIFY(!settings().liveUpdates());
+    QVERIFY(!settings().home().liveUpdates());
     QCOMPARE(m_connection->currentRefreshInterval(), BridgeConnection::refreshInterval);
     const QList<SimulatedRequest> requests = m_bridge->requests();
     const auto streams = std::ranges::count_if(

@@ -208,19 +208,22 @@ void TestGlowdeckCtl::listsAsJsonKeepTheBridgeOrderAndNotTheKey()
 
     const QJsonObject desk = lights.at(0).toObject();
     QVERIFY(CodedRecords::readLight(desk).has_value()); // every coded key, each of the right type
-    QCOMPARE(desk.size(), 19);
+    QCOMPARE(desk.size(), 18);
     // clang-format off
     const QJsonObject expected{{"name", "Desk lamp"}, {"product_name", "Hue color lamp"}, {"is_on", true},
                                {"brightness", 200}, {"allows_color", true}, {"ct_max", 500},
-                               {"hue_ip", sim()}, {"hue_key", ""}};
+                               {"bridge_id", m_sim->bridgeId()}};
     // clang-format on
     for (auto it = expected.begin(); it != expected.end(); ++it)
         QCOMPARE(desk.value(it.key()), it.value());
     QVERIFY(result.out.startsWith(QStringLiteral(R"([{"lamp_id":"2","name":"Desk lamp","product_name")")));
 
+    QVERIFY(!desk.contains(u"hue_key") && !desk.contains(u"hue_ip"));
+
+    // A script that asked for the key is told where it is.
     const Run withKey = run(QStringLiteral("rooms --json --with-key"));
-    QCOMPARE(withKey.exitCode, 0);
-    QCOMPARE(QJsonDocument::fromJson(withKey.out.toUtf8())[0]["hue_key"].toString(), m_key);
+    QCOMPARE(withKey.exitCode, 2);
+    QVERIFY2(withKey.err.contains(u"settings file"), qPrintable(withKey.err));
 }
 
 void TestGlowdeckCtl::listsAsATableWithoutTerminalControls()
@@ -427,6 +430,15 @@ void TestGlowdeckCtl::discoverAndPairStoreWhatTheyFind()
     const QJsonObject stored = storedSettings();
     QCOMPARE(stored.value("bridgeIP").toString(), found ? m_sim->hostAndPort() : paired ? sim() : QString());
     QCOMPARE(stored.value("bridgeUser").toString(), paired ? m_sim->users().last() : QString());
+    // The same bridge as one contact in the list, with what pairing learnt of it.
+    const QJsonArray bridges = stored.value("bridges").toArray();
+    QCOMPARE(bridges.size(), found || paired ? 1 : 0);
+    if (paired) {
+        const QJsonObject contact = bridges.first().toObject();
+        QCOMPARE(contact.value("key").toString(), m_sim->users().last());
+        QCOMPARE(contact.value("id").toString(), m_sim->bridgeId());
+        QCOMPARE(contact.value("name").toString(), u"Philips hue"_qs);
+    }
     QCOMPARE(QFile::exists(settingsFile()), found || paired); // a failure creates no file
 }
 

@@ -55,10 +55,10 @@ void TestHotkeyActions::cleanup()
 
 void TestHotkeyActions::press(const GlobalHotkeys::Name& name)
 {
-    const QList<HueGroup> before = m_bench->settings().groups();
+    const QList<HueGroup> before = m_bench->settings().home().groups();
     QVERIFY(m_bench->fake().press(*m_bench->hotkeys().getShortcut(name)));
     // The action waits for the event loop: nothing has changed yet.
-    QCOMPARE(m_bench->settings().groups(), before);
+    QCOMPARE(m_bench->settings().home().groups(), before);
     QCoreApplication::processEvents();
 }
 
@@ -104,7 +104,7 @@ void TestHotkeyActions::everyRoomActionChangesTheRecordsAndSendsOneCommandPerRoo
     m_bench->setRooms({QStringLiteral("1"), QStringLiteral("2")});
     m_bench->settings().setKeyIncrement(25);
     press(name);
-    for (const HueGroup& room : m_bench->settings().groups()) {
+    for (const HueGroup& room : m_bench->settings().home().groups()) {
         QCOMPARE(room.is_on, isOn);
         QCOMPARE(room.hue, hue);
         QCOMPARE(room.saturation, saturation);
@@ -156,7 +156,7 @@ void TestHotkeyActions::aCustomSlotActsOnEveryRoomWithItsId()
     m_bench->setRooms({QStringLiteral("1"), QStringLiteral("3"), QStringLiteral("3")});
     m_bench->store().writeString(QStringLiteral("hotkeyCustomGroupAction2"), stored);
     press(HotkeyNames::customGroup(3));
-    const QList<HueGroup> rooms = m_bench->settings().groups();
+    const QList<HueGroup> rooms = m_bench->settings().home().groups();
     QCOMPARE((QList<bool>{rooms.at(0).is_on, rooms.at(1).is_on, rooms.at(2).is_on}), isOn);
     QTRY_COMPARE(m_bench->sent(), QStringList{request});
 }
@@ -193,22 +193,22 @@ void TestHotkeyActions::whatCannotBeDoneSendsNothing()
     press(number > 0 ? HotkeyNames::customGroup(number) : HotkeyNames::all().at(-number));
     // Every command starts the queue's timer at once; none runs.
     QVERIFY(!m_bench->queue().isProcessing());
-    QVERIFY(m_bench->settings().actionQueue().isEmpty());
+    QVERIFY(m_bench->queue().pending().isEmpty());
 }
 
 void TestHotkeyActions::brightnessStepsPassOverRoomsOfPlugsAndZones()
 {
     // Room 1 holds a plug only, room 2 a plug and a lamp, room 3 lamps the bridge has not listed yet.
     m_bench->setRooms({QStringLiteral("1"), QStringLiteral("2"), QStringLiteral("3")});
-    QList<HueGroup> rooms = m_bench->settings().groups();
+    QList<HueGroup> rooms = m_bench->settings().home().groups();
     rooms[0].lights = {QStringLiteral("9")};
     rooms[1].lights = {QStringLiteral("9"), QStringLiteral("4")};
     rooms[2].lights = {QStringLiteral("5")};
     // A zone holds lamps of rooms already stepped: the whole-home shortcuts leave it alone.
     rooms.append(
         {.group_id = QStringLiteral("7"), .lights = {QStringLiteral("4")}, .type = QStringLiteral("Zone")});
-    m_bench->settings().setGroups(rooms);
-    m_bench->settings().setLights(
+    m_bench->settings().home().setGroups(rooms);
+    m_bench->settings().home().setLights(
         {{.lamp_id = QStringLiteral("9"), .allows_brightness = false}, {.lamp_id = QStringLiteral("4")}});
     m_bench->store().writeString(QStringLiteral("hotkeyCustomGroupAction0"), QStringLiteral("1_brighter"));
 
@@ -217,7 +217,7 @@ void TestHotkeyActions::brightnessStepsPassOverRoomsOfPlugsAndZones()
     QTRY_COMPARE(m_bench->sent().size(), 2);
     QCOMPARE(m_bench->sent().filter(QStringLiteral("groups/1/")), QStringList());
     QCOMPARE(m_bench->sent().filter(QStringLiteral("groups/7/")), QStringList());
-    QVERIFY(!m_bench->settings().groups().at(0).is_on); // not shown as brightened either
+    QVERIFY(!m_bench->settings().home().groups().at(0).is_on); // not shown as brightened either
 }
 
 void TestHotkeyActions::offersFourChoicesPerRoomAfterNoAction()

@@ -3,8 +3,8 @@
 #include "MouseDrag.h"
 #include "TestSupport.h"
 #include "bridge/ActionQueue.h"
+#include "bridge/BridgeCommands.h"
 #include "bridge/BridgeNetwork.h"
-#include "bridge/HueHelper.h"
 
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -23,7 +23,7 @@ public:
     {
         m_network = std::make_unique<BridgeNetwork>();
         m_queue = std::make_unique<ActionQueue>(m_state.settings(), *m_network);
-        m_helper = std::make_unique<HueHelper>(m_state.settings(), *m_queue);
+        m_commands = std::make_unique<BridgeCommands>(m_state.settings(), *m_queue);
         QObject::connect(m_queue.get(), &ActionQueue::sent,
                          [this](const ActionQueueItem& item) { m_sent.append(item); });
         settings().setHueIP(QStringLiteral("127.0.0.1:9"));
@@ -34,7 +34,7 @@ public:
 
     AppSettings& settings() { return m_state.settings(); }
     SettingsStore& store() { return m_state.store(); }
-    HueHelper& helper() { return *m_helper; }
+    BridgeCommands& commands() { return *m_commands; }
 
     HueLight light(const QString& lampId, bool color, bool ambient)
     {
@@ -49,8 +49,6 @@ public:
                 .color_temperature = 300,
                 .ct_min = 153,
                 .ct_max = 454,
-                .hue_ip = settings().bridgeEndpoint(),
-                .hue_key = settings().hueKey(),
                 .unique_id = QStringLiteral("00:17:88:01:00:00:00:%1-0b").arg(lampId)};
     }
 
@@ -65,9 +63,7 @@ public:
                 .brightness = 100,
                 .saturation = 77,
                 .ct_min = 153,
-                .ct_max = 500,
-                .hue_ip = settings().bridgeEndpoint(),
-                .hue_key = settings().hueKey()};
+                .ct_max = 500};
     }
 
     /// The bodies of the changes that left the queue for @p target, e.g. "lights/3/state".
@@ -87,8 +83,7 @@ public:
     /// Every queued change has been sent and answered (the queue only starts once something was enqueued).
     bool settled()
     {
-        return m_queue->requestsInFlight() == 0 && !m_queue->isProcessing() &&
-               settings().actionQueue().isEmpty();
+        return m_queue->requestsInFlight() == 0 && !m_queue->isProcessing() && m_queue->pending().isEmpty();
     }
 
 private:
@@ -97,7 +92,7 @@ private:
     TestSettings m_state;
     std::unique_ptr<QNetworkAccessManager> m_network;
     std::unique_ptr<ActionQueue> m_queue;
-    std::unique_ptr<HueHelper> m_helper;
+    std::unique_ptr<BridgeCommands> m_commands;
 };
 
 /// The child of @p parent whose class is named @p className (the last one, if several).

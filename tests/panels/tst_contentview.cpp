@@ -3,7 +3,7 @@
 #include "bridge/BridgeNetwork.h"
 
 #include "bridge/ActionQueue.h"
-#include "bridge/HueHelper.h"
+#include "bridge/BridgeCommands.h"
 #include "panels/BodyView.h"
 #include "panels/ConnectionBanner.h"
 #include "panels/ContentView.h"
@@ -66,7 +66,7 @@ private:
         TestSettings files;
         BridgeNetwork network;
         ActionQueue queue{files.settings(), network};
-        HueHelper helper{files.settings(), queue};
+        BridgeCommands commands{files.settings(), queue};
         UrlCatcher browser;
     };
     std::unique_ptr<Rig> m_rig;
@@ -96,7 +96,7 @@ void TestContentView::cleanup()
 void TestContentView::build(const ProductLinks& links)
 {
     m_view.reset();
-    m_view = std::make_unique<ContentView>(settings(), m_rig->helper, links);
+    m_view = std::make_unique<ContentView>(settings(), m_rig->commands, links);
     m_view->resize(ContentView::contentWidth, 320);
     m_view->show();
     QVERIFY(QTest::qWaitForWindowExposed(m_view.get()));
@@ -113,8 +113,6 @@ HueLight TestContentView::light(const QString& id)
     HueLight lamp;
     lamp.lamp_id = id;
     lamp.name = QStringLiteral("Lamp ") + id;
-    lamp.hue_ip = QStringLiteral("127.0.0.1:9");
-    lamp.hue_key = QStringLiteral("key");
     return lamp;
 }
 
@@ -200,9 +198,9 @@ void TestContentView::showsTheHintOfAnEmptyPanel()
     HueGroup room;
     room.group_id = QStringLiteral("1");
     if (text.contains(QStringLiteral("lights")))
-        settings().setGroups({room});
+        settings().home().setGroups({room});
     else
-        settings().setLights({light(QStringLiteral("1"))});
+        settings().home().setLights({light(QStringLiteral("1"))});
     settings().setShowScenes(true);
     settings().setActiveMainPanel(MainPanels(panel));
 
@@ -214,16 +212,16 @@ void TestContentView::showsTheHintOfAnEmptyPanel()
 
 void TestContentView::showsTheListOnceItsPanelHasContentAndKeepsIt()
 {
-    settings().setLights({light(QStringLiteral("1"))});
+    settings().home().setLights({light(QStringLiteral("1"))});
     QWidget* list = currentBodyPage();
     QVERIFY(list && !qobject_cast<QLabel*>(list));
 
-    settings().setLights({light(QStringLiteral("1")), light(QStringLiteral("2"))});
+    settings().home().setLights({light(QStringLiteral("1")), light(QStringLiteral("2"))});
     settings().setActiveMainPanel(MainPanels::rooms);
     settings().setActiveMainPanel(MainPanels::lights);
     QCOMPARE(currentBodyPage(), list);
 
-    settings().setLights({});
+    settings().home().setLights({});
     QCOMPARE(qobject_cast<QLabel*>(currentBodyPage())->objectName(), QStringLiteral("NoLights"));
 }
 
@@ -231,12 +229,12 @@ void TestContentView::leadsToTheSettingsUntilTheFirstLightArrives()
 {
     HueGroup room;
     room.group_id = QStringLiteral("1");
-    settings().setGroups({room});
+    settings().home().setGroups({room});
     auto* welcome = m_view->findChild<WelcomeTitlebarView*>();
     auto* regular = m_view->findChild<RegularTitlebarView*>();
     QVERIFY(welcome->isVisible() && !regular->isVisible());
 
-    settings().setLights({light(QStringLiteral("1"))});
+    settings().home().setLights({light(QStringLiteral("1"))});
     QVERIFY(!welcome->isVisible() && regular->isVisible());
     QVERIFY(regular->findChild<QLabel*>(QStringLiteral("productName"))->isVisible());
 }
@@ -253,7 +251,7 @@ void TestContentView::reviewButtonThanksOnceAndHidesTheBanner()
     QFETCH(bool, reviewPage);
     if (!reviewPage)
         build(ProductLinks{});
-    settings().setLights({light(QStringLiteral("1"))});
+    settings().home().setLights({light(QStringLiteral("1"))});
     settings().setShowReviewRequest(true);
     auto* title = m_view->findChild<RegularTitlebarView*>();
     auto* heart = title->findChild<QAbstractButton*>(QStringLiteral("reviewButton"));
@@ -281,7 +279,7 @@ void TestContentView::settingsButtonsAskForThePreferences()
 {
     QFETCH(bool, withLights);
     if (withLights)
-        settings().setLights({light(QStringLiteral("1"))});
+        settings().home().setLights({light(QStringLiteral("1"))});
     QSignalSpy requested(m_view.get(), &ContentView::settingsRequested);
 
     // The same gear before and after the first lights, named for screen readers.
@@ -300,9 +298,9 @@ void TestContentView::aClickAnywhereInTheContentCountsAsAUserAction()
 {
     const QDateTime longAgo = QDateTime::currentDateTimeUtc().addSecs(-3600);
 
-    settings().setLastUserActionAt(longAgo);
+    m_rig->queue.setLastUserActionAt(longAgo);
     QTest::mouseClick(currentBodyPage(), Qt::LeftButton);
-    QVERIFY(settings().lastUserActionAt() > longAgo.addSecs(3000));
+    QVERIFY(m_rig->queue.lastUserActionAt() > longAgo.addSecs(3000));
 
     // Widgets that join later, as list rows do on each refresh, are watched as well.
     auto* host = new QWidget(m_view->findChild<BodyView*>());
@@ -311,9 +309,9 @@ void TestContentView::aClickAnywhereInTheContentCountsAsAUserAction()
     host->setGeometry(0, 0, 100, 40);
     late->setGeometry(0, 0, 100, 40);
     host->show();
-    settings().setLastUserActionAt(longAgo);
+    m_rig->queue.setLastUserActionAt(longAgo);
     QTest::mouseClick(late, Qt::LeftButton);
-    QVERIFY(settings().lastUserActionAt() > longAgo.addSecs(3000));
+    QVERIFY(m_rig->queue.lastUserActionAt() > longAgo.addSecs(3000));
 }
 
 void TestContentView::naturalHeightFollowsTheActivePanel()
@@ -322,12 +320,12 @@ void TestContentView::naturalHeightFollowsTheActivePanel()
     QCOMPARE(m_view->sizeHint().width(), 200);
     QVERIFY(empty >= ContentView::minimumHeight);
 
-    settings().setLights({light(QStringLiteral("1"))});
+    settings().home().setLights({light(QStringLiteral("1"))});
     const int one = m_view->sizeHint().height();
     QList<HueLight> six;
     for (int i = 1; i <= 6; ++i)
         six.append(light(QString::number(i)));
-    settings().setLights(six);
+    settings().home().setLights(six);
     const int many = m_view->sizeHint().height();
     // Each further row adds its own height: the window opens showing all of them.
     QVERIFY2(many - one > 5 * 30, qPrintable(u"%1 %2"_qs.arg(one).arg(many)));
@@ -372,8 +370,8 @@ void TestContentView::emptyPanelTellsUnpairedFromUnreachable()
     QFETCH(QString, hint);
     settings().setHueIP(QStringLiteral("127.0.0.1:9"));
     settings().setHueKey(key);
-    settings().setConnectionErrorMessage(error);
-    settings().setBridgeConnected(connected);
+    settings().home().setConnectionErrorMessage(error);
+    settings().home().setBridgeConnected(connected);
 
     auto* bar = m_view->findChild<ConnectionBanner*>();
     QCOMPARE(bar->isVisible(), !banner.isEmpty());
@@ -384,13 +382,13 @@ void TestContentView::emptyPanelTellsUnpairedFromUnreachable()
     QVERIFY2(page->accessibleName().startsWith(hint), qPrintable(page->accessibleName()));
 
     // The first successful read takes the banner away.
-    settings().setConnectionErrorMessage(QString());
-    settings().setBridgeConnected(true);
+    settings().home().setConnectionErrorMessage(QString());
+    settings().home().setBridgeConnected(true);
     QVERIFY(!bar->isVisible());
 
     // While the bridge answers: what it refused, and, before that, settings that are not saved until they
     // are.
-    settings().showNotice(u"The bridge refused the change: parameter, bri, is not modifiable"_qs);
+    settings().activity().showNotice(u"The bridge refused the change: parameter, bri, is not modifiable"_qs);
     QVERIFY(bar->isVisible());
     QCOMPARE(bar->message(), u"The bridge refused the change: parameter, bri, is not modifiable"_qs);
     const QString file = m_rig->files.fileName();
@@ -398,7 +396,7 @@ void TestContentView::emptyPanelTellsUnpairedFromUnreachable()
     settings().setAppIcon(u"Icon_Lamp2"_qs);
     QVERIFY2(bar->message().startsWith(u"Settings could not be saved: the settings file"_qs),
              qPrintable(bar->message()));
-    QVERIFY(settings().log().last().startsWith(u"Settings could not be saved"_qs));
+    QVERIFY(settings().activity().log().last().startsWith(u"Settings could not be saved"_qs));
     QVERIFY(QDir().rmdir(file));
     settings().setAppIcon(u"Icon_Lamp3"_qs);
     QCOMPARE(bar->message(), u"The bridge refused the change: parameter, bri, is not modifiable"_qs);
@@ -425,11 +423,11 @@ void TestContentView::everyControlHasANameAndARole()
     settings().setShowScenes(true);
     HueLight colour = light(QStringLiteral("1"));
     colour.allows_color = colour.allows_ambient = true;
-    settings().setLights({colour, light(QStringLiteral("2"))});
+    settings().home().setLights({colour, light(QStringLiteral("2"))});
     HueScene scene;
     scene.scene_id = QStringLiteral("s1");
     scene.name = QStringLiteral("Evening");
-    settings().setScenes({scene});
+    settings().home().setScenes({scene});
 
     int checked = 0;
     for (MainPanels panel : {MainPanels::lights, MainPanels::scenes}) {
@@ -460,7 +458,7 @@ void TestContentView::everyControlHasANameAndARole()
     auto* brightness = QAccessible::queryAccessibleInterface(m_view->findChild<CustomSlider*>());
     QCOMPARE(brightness->text(QAccessible::Name), QStringLiteral("Lamp 1 brightness"));
     brightness->valueInterface()->setCurrentValue(100.0);
-    QCOMPARE(settings().lights().first().brightness, 255);
+    QCOMPARE(settings().home().lights().first().brightness, 255);
 }
 
 void TestContentView::tabVisitsTheControlsInOrder()
@@ -468,8 +466,8 @@ void TestContentView::tabVisitsTheControlsInOrder()
     HueLight colour = light(QStringLiteral("1"));
     colour.allows_color = true;
     // Rows made in one order and then shown in another must still be visited from top to bottom.
-    settings().setLights({light(QStringLiteral("2")), colour});
-    settings().setLights({colour, light(QStringLiteral("2"))});
+    settings().home().setLights({light(QStringLiteral("2")), colour});
+    settings().home().setLights({colour, light(QStringLiteral("2"))});
     m_view->activateWindow();
     QVERIFY(QTest::qWaitForWindowActive(m_view.get()));
     m_view->setFocus();

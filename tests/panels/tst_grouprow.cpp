@@ -41,9 +41,9 @@ void TestGroupRow::init()
     m_bench = std::make_unique<PanelBench>();
     m_groupId = QStringLiteral("1");
     // Light "1" takes colour; "2" and "3" are white-tone lamps.
-    m_bench->settings().setLights({m_bench->light(u"1"_qs, true, true), m_bench->light(u"2"_qs, false, true),
-                                   m_bench->light(u"3"_qs, false, true),
-                                   m_bench->light(u"4"_qs, true, false)});
+    m_bench->settings().home().setLights(
+        {m_bench->light(u"1"_qs, true, true), m_bench->light(u"2"_qs, false, true),
+         m_bench->light(u"3"_qs, false, true), m_bench->light(u"4"_qs, true, false)});
 }
 
 void TestGroupRow::cleanup()
@@ -54,8 +54,8 @@ void TestGroupRow::cleanup()
 
 GroupRow* TestGroupRow::showRoom(const QStringList& members)
 {
-    m_bench->settings().setGroups({m_bench->room(m_groupId, members)});
-    m_list = std::make_unique<ListGroups>(m_bench->settings(), m_bench->helper());
+    m_bench->settings().home().setGroups({m_bench->room(m_groupId, members)});
+    m_list = std::make_unique<ListGroups>(m_bench->settings(), m_bench->commands());
     m_list->resize(260, 300);
     m_list->show();
     if (!QTest::qWaitForWindowExposed(m_list.get()) || m_list->groupRows().size() != 1)
@@ -109,7 +109,7 @@ void TestGroupRow::followsTheColorBarOptionAndTheLights()
 
     m_bench->settings().setShowColorBarsForRooms(true);
     // Lamp "2" turns out to take colour on the next refresh of the lights.
-    m_bench->settings().updateLight(u"2"_qs, [](HueLight& l) { l.allows_color = true; });
+    m_bench->settings().home().updateLight(u"2"_qs, [](HueLight& l) { l.allows_color = true; });
     QVERIFY(colorField->isVisible());
     QVERIFY(whiteTone->isVisible());            // it keeps its white-tone range
     QCOMPARE(m_list->groupRows().first(), row); // updated in place, not rebuilt
@@ -153,7 +153,7 @@ void TestGroupRow::dragSendsTheRoomCommand()
     drag(target, points);
 
     // Shown at once in the record, and sent as one request.
-    QCOMPARE(unshownFields(m_bench->settings().groups().first(), body), QStringList());
+    QCOMPARE(unshownFields(m_bench->settings().home().groups().first(), body), QStringList());
     QTRY_VERIFY(m_bench->settled());
     const QList<QJsonObject> sent = m_bench->sentTo(this->target());
     QCOMPARE(sent.size(), 1);
@@ -168,12 +168,12 @@ void TestGroupRow::switchSendsOnAndOff()
     auto* toggle = row->findChild<RowSwitch*>();
 
     QTest::mouseClick(toggle, Qt::LeftButton);
-    QVERIFY(!m_bench->settings().groups().first().is_on);
+    QVERIFY(!m_bench->settings().home().groups().first().is_on);
     QTRY_COMPARE(m_bench->sentTo(target()).size(), 1);
     QCOMPARE(m_bench->sentTo(target()).last(), (QJsonObject{{"on", false}}));
 
     QTest::mouseClick(toggle, Qt::LeftButton);
-    QVERIFY(m_bench->settings().groups().first().is_on);
+    QVERIFY(m_bench->settings().home().groups().first().is_on);
     QTRY_COMPARE(m_bench->sentTo(target()).size(), 2);
     QCOMPARE(m_bench->sentTo(target()).last(), (QJsonObject{{"on", true}}));
 }
@@ -183,9 +183,9 @@ void TestGroupRow::zonesFollowTheRoomsUnderTheirHeading()
     HueGroup downstairs = m_bench->room(u"9"_qs, {u"1"_qs, u"2"_qs});
     downstairs.name = u"Downstairs"_qs;
     downstairs.type = u"Zone"_qs;
-    m_bench->settings().setGroups(
+    m_bench->settings().home().setGroups(
         {downstairs, m_bench->room(u"1"_qs, {u"1"_qs}), m_bench->room(u"2"_qs, {u"2"_qs})});
-    m_list = std::make_unique<ListGroups>(m_bench->settings(), m_bench->helper());
+    m_list = std::make_unique<ListGroups>(m_bench->settings(), m_bench->commands());
     m_list->show();
     QVERIFY(QTest::qWaitForWindowExposed(m_list.get()));
 

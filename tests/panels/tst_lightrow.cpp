@@ -54,8 +54,8 @@ void TestLightRow::cleanup()
 void TestLightRow::makeRow(bool color, bool ambient)
 {
     const HueLight light = m_bench->light(m_id, color, ambient);
-    m_bench->settings().setLights({light});
-    m_row = std::make_unique<LightRow>(m_bench->settings(), m_bench->helper(), light);
+    m_bench->settings().home().setLights({light});
+    m_row = std::make_unique<LightRow>(m_bench->settings(), m_bench->commands(), light);
     m_row->setFixedWidth(240);
     m_row->show();
     QVERIFY(QTest::qWaitForWindowExposed(m_row.get()));
@@ -109,7 +109,7 @@ void TestLightRow::dragSendsTheValueOfThePoint()
     QFETCH(qint64, ctMax);
     QFETCH(QJsonObject, body);
 
-    m_bench->settings().updateLight(m_id, [=](HueLight& l) {
+    m_bench->settings().home().updateLight(m_id, [=](HueLight& l) {
         l.is_on = false;
         l.ct_min = ctMax == 10000 ? 0 : 153;
         l.ct_max = ctMax;
@@ -119,7 +119,7 @@ void TestLightRow::dragSendsTheValueOfThePoint()
     drag(target, {QPointF(point.x() * (target->width() - 1), point.y() * (target->height() - 1))});
 
     // Shown at once in the record, and sent as one request.
-    QCOMPARE(unshownFields(m_bench->settings().lights().first(), body), QStringList());
+    QCOMPARE(unshownFields(m_bench->settings().home().lights().first(), body), QStringList());
     QTRY_COMPARE(m_bench->sentTo(u"lights/%1/state"_qs.arg(m_id)).size(), 1);
     QCOMPARE(m_bench->sentTo(u"lights/%1/state"_qs.arg(m_id)).first(), body);
 }
@@ -146,12 +146,12 @@ void TestLightRow::switchSendsOnAndOff()
     QCOMPARE(toggle->accessibleName(), u"Lamp %1"_qs.arg(m_id));
 
     QTest::mouseClick(toggle, Qt::LeftButton);
-    QVERIFY(!m_bench->settings().lights().first().is_on);
+    QVERIFY(!m_bench->settings().home().lights().first().is_on);
     QTRY_COMPARE(m_bench->sentTo(u"lights/%1/state"_qs.arg(m_id)).size(), 1);
     QCOMPARE(m_bench->sentTo(u"lights/%1/state"_qs.arg(m_id)).last(), (QJsonObject{{"on", false}}));
 
     QTest::keyClick(toggle, Qt::Key_Space); // a focused switch toggles on Space
-    QVERIFY(m_bench->settings().lights().first().is_on);
+    QVERIFY(m_bench->settings().home().lights().first().is_on);
     QTRY_COMPARE(m_bench->sentTo(u"lights/%1/state"_qs.arg(m_id)).size(), 2);
     QCOMPARE(m_bench->sentTo(u"lights/%1/state"_qs.arg(m_id)).last(), (QJsonObject{{"on", true}}));
 }
@@ -181,7 +181,7 @@ void TestLightRow::showsTheBarsTheLampSupports()
     QCOMPARE(m_row->findChild<TemperatureBar*>()->isVisible(), ambient);
 
     // A refresh that reports other capabilities is shown by the same row.
-    HueLight changed = m_bench->settings().lights().first();
+    HueLight changed = m_bench->settings().home().lights().first();
     changed.allows_color = !color;
     m_row->setLight(changed);
     QCOMPARE(m_row->findChild<ColorField*>()->isVisible(), !color);
@@ -199,13 +199,13 @@ void TestLightRow::showsTheBarsTheLampSupports()
 
 void TestLightRow::ignoresAChangeToALightThatIsGone()
 {
-    m_bench->settings().setLights({});
+    m_bench->settings().home().setLights({});
     auto* slider = m_row->findChild<CustomSlider*>();
     drag(slider, {QPointF(slider->width(), 8)});
     drag(m_row->findChild<ColorField*>(), {QPointF(20, 20)});
     QTest::mouseClick(m_row->findChild<RowSwitch*>(), Qt::LeftButton);
 
-    QVERIFY(m_bench->settings().lights().isEmpty());
+    QVERIFY(m_bench->settings().home().lights().isEmpty());
     QVERIFY(m_bench->settled()); // a command starts the queue at once: nothing was queued
     QVERIFY(m_bench->sent().isEmpty());
 }
@@ -252,11 +252,11 @@ void TestLightRow::showsOffDimmedAndCutsALongNameWithATooltip()
 {
     QVERIFY(!m_row->isDimmed());
     const QString longName = u"Living room floor lamp by the big window"_qs;
-    m_bench->settings().updateLight(m_id, [&](HueLight& l) {
+    m_bench->settings().home().updateLight(m_id, [&](HueLight& l) {
         l.is_on = false;
         l.name = longName;
     });
-    m_row->setLight(m_bench->settings().lights().first());
+    m_row->setLight(m_bench->settings().home().lights().first());
     QVERIFY(m_row->isDimmed());
     QVERIFY(m_row->findChild<CustomSlider*>()->isDimmed());
 
@@ -268,7 +268,7 @@ void TestLightRow::showsOffDimmedAndCutsALongNameWithATooltip()
 
     // Controls still work on a dimmed row, and the bridge being away dims it as well.
     drag(m_row->findChild<CustomSlider*>(), {QPointF(100, 8)});
-    m_row->setLight(m_bench->settings().lights().first());
+    m_row->setLight(m_bench->settings().home().lights().first());
     QVERIFY(!m_row->isDimmed());
     m_row->setBridgeReachable(false);
     QVERIFY(m_row->isDimmed());
@@ -276,12 +276,12 @@ void TestLightRow::showsOffDimmedAndCutsALongNameWithATooltip()
 
 void TestLightRow::markersShowTheCurrentColourAndTone()
 {
-    m_bench->settings().updateLight(m_id, [](HueLight& l) {
+    m_bench->settings().home().updateLight(m_id, [](HueLight& l) {
         l.hue = 65535 / 4;
         l.saturation = 125;
         l.color_temperature = 454;
     });
-    m_row->setLight(m_bench->settings().lights().first());
+    m_row->setLight(m_bench->settings().home().lights().first());
     auto* field = m_row->findChild<ColorField*>();
     QVERIFY(qAbs(field->markedHue() - 0.25) < 1e-4);
     QCOMPARE(field->markedSaturation(), 0.5);

@@ -36,8 +36,8 @@ void TestListLights::init()
     QList<HueLight> lights;
     for (const QString& id : std::as_const(m_ids))
         lights.append(m_bench->light(id, true, true));
-    m_bench->settings().setLights(lights);
-    m_list = std::make_unique<ListLights>(m_bench->settings(), m_bench->helper());
+    m_bench->settings().home().setLights(lights);
+    m_list = std::make_unique<ListLights>(m_bench->settings(), m_bench->commands());
     m_list->resize(260, 400);
     m_list->show();
     QVERIFY(QTest::qWaitForWindowExposed(m_list.get()));
@@ -61,13 +61,13 @@ void TestListLights::showsTheLightsInOrderWithoutTheHiddenOnes()
 {
     QCOMPARE(shownIds(), m_ids);
 
-    const QList<HueLight> lights = m_bench->settings().lights();
+    const QList<HueLight> lights = m_bench->settings().home().lights();
     m_bench->store().writeBool(QStringLiteral("hide_light_") + lights.at(1).unique_id, true);
     m_list->refresh();
     QCOMPARE(shownIds(), (QStringList{m_ids.at(0), m_ids.at(2)}));
 
     // The user's order from the preferences arrives as a reordered list.
-    m_bench->settings().setLights({lights.at(2), lights.at(1), lights.at(0)});
+    m_bench->settings().home().setLights({lights.at(2), lights.at(1), lights.at(0)});
     QCOMPARE(shownIds(), (QStringList{m_ids.at(2), m_ids.at(0)}));
 }
 
@@ -80,24 +80,24 @@ void TestListLights::keepsADragAliveThroughARefresh()
     sendMouse(slider, QEvent::MouseMove, QPointF(last * 0.4, 8));
 
     // A refresh from the bridge reports other values while the pointer is still down.
-    QList<HueLight> refreshed = m_bench->settings().lights();
+    QList<HueLight> refreshed = m_bench->settings().home().lights();
     for (HueLight& light : refreshed)
         light.brightness = 10;
-    m_bench->settings().setLights(refreshed);
+    m_bench->settings().home().setLights(refreshed);
     QCOMPARE(m_list->lightRows().at(1), row);
     QCOMPARE(slider->value(), float(0.4));
 
     sendMouse(slider, QEvent::MouseMove, QPointF(last * 0.8, 8));
     sendMouse(slider, QEvent::MouseButtonRelease, QPointF(last * 0.8, 8));
     const int brightness = int(0.8 * 255);
-    QCOMPARE(m_bench->settings().lights().at(1).brightness, brightness);
+    QCOMPARE(m_bench->settings().home().lights().at(1).brightness, brightness);
     QTRY_VERIFY(m_bench->settled());
     const QList<QJsonObject> sent = m_bench->sentTo(u"lights/%1/state"_qs.arg(m_ids.at(1)));
     QCOMPARE(sent.size(), 1);
     QCOMPARE(sent.first().value(u"bri").toInt(), brightness);
 
     // Once released, the next refresh shows through again.
-    m_bench->settings().setLights(refreshed);
+    m_bench->settings().home().setLights(refreshed);
     QCOMPARE(slider->value(), float(10) / 255);
 }
 
@@ -105,7 +105,7 @@ void TestListLights::dropsTheRowOfALightThatLeft()
 {
     QPointer<LightRow> leaving = m_list->lightRows().at(0);
     QPointer<LightRow> staying = m_list->lightRows().at(2);
-    m_bench->settings().setLights({m_bench->settings().lights().at(2)});
+    m_bench->settings().home().setLights({m_bench->settings().home().lights().at(2)});
     QCOMPARE(shownIds(), (QStringList{m_ids.at(2)}));
     QCOMPARE(m_list->lightRows().first(), staying.data());
     QTRY_VERIFY(leaving.isNull());

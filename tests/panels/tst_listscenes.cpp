@@ -83,8 +83,8 @@ QStringList TestListScenes::shownRows() const
 
 void TestListScenes::showList(const QList<HueScene>& scenes)
 {
-    m_bench->settings().setScenes(scenes);
-    m_list = std::make_unique<ListScenes>(m_bench->settings(), m_bench->helper());
+    m_bench->settings().home().setScenes(scenes);
+    m_list = std::make_unique<ListScenes>(m_bench->settings(), m_bench->commands());
     m_list->resize(220, 300);
     m_list->show();
     QVERIFY(QTest::qWaitForWindowExposed(m_list.get()));
@@ -95,7 +95,7 @@ void TestListScenes::scenesWithTheSameNameRecallTheirOwnIdsAndNothingElse()
     const QList<HueScene> scenes{scene(u"AbC-1"_qs, u"Relax"_qs), scene(u"xYz-2"_qs, u"Relax"_qs)};
     showList(scenes);
     const QList<HueLight> lights{m_bench->light(u"1"_qs, true, true)};
-    m_bench->settings().setLights(lights);
+    m_bench->settings().home().setLights(lights);
     const QList<SceneButton*> buttons = m_list->sceneButtons();
     QCOMPARE(buttons.size(), 2);
     QCOMPARE(buttons.at(0)->sceneName(), u"Relax"_qs);
@@ -108,8 +108,8 @@ void TestListScenes::scenesWithTheSameNameRecallTheirOwnIdsAndNothingElse()
     QCOMPARE(sent.at(0), (QJsonObject{{"scene", "xYz-2"}}));
     QCOMPARE(sent.at(1), (QJsonObject{{"scene", "AbC-1"}}));
     // A recall changes nothing here: the next refresh shows what the scene did.
-    QCOMPARE(m_bench->settings().scenes(), scenes);
-    QCOMPARE(m_bench->settings().lights(), lights);
+    QCOMPARE(m_bench->settings().home().scenes(), scenes);
+    QCOMPARE(m_bench->settings().home().lights(), lights);
 }
 
 void TestListScenes::longNameKeepsTheButtonWidth()
@@ -145,10 +145,10 @@ void TestListScenes::followsTheSceneList()
     SceneButton* first = m_list->sceneButtons().first();
 
     // A refresh bringing the same scenes (with fresh list identities) keeps the buttons.
-    m_bench->settings().setScenes({scene(u"1"_qs, u"Relax"_qs), scene(u"2"_qs, u"Read"_qs)});
+    m_bench->settings().home().setScenes({scene(u"1"_qs, u"Relax"_qs), scene(u"2"_qs, u"Read"_qs)});
     QCOMPARE(m_list->sceneButtons().first(), first);
 
-    m_bench->settings().setScenes({scene(u"3"_qs, u"Energize"_qs)});
+    m_bench->settings().home().setScenes({scene(u"3"_qs, u"Energize"_qs)});
     QCOMPARE(m_list->sceneButtons().size(), 1);
     QCOMPARE(m_list->sceneButtons().first()->sceneName(), u"Energize"_qs);
     QTest::mouseClick(m_list->sceneButtons().first(), Qt::LeftButton);
@@ -174,9 +174,9 @@ void TestListScenes::listsScenesUnderTheirRooms()
 
     HueGroup zone = m_bench->room(u"5"_qs, {u"1"_qs, u"4"_qs});
     zone.type = u"Zone"_qs;
-    m_bench->settings().setGroups(
+    m_bench->settings().home().setGroups(
         {zone, m_bench->room(u"2"_qs, {u"3"_qs, u"4"_qs}), m_bench->room(u"1"_qs, {u"1"_qs, u"2"_qs})});
-    m_bench->settings().setScenes({
+    m_bench->settings().home().setScenes({
         scene(u"a"_qs, u"Nightlight"_qs, u"1"_qs, {u"1"_qs, u"2"_qs}),
         scene(u"b"_qs, u"Nightlight"_qs, u"2"_qs, {u"3"_qs}),
         scene(u"c"_qs, u"Sunset"_qs, {}, {u"4"_qs, u"3"_qs}),    // lamps of room 2
@@ -191,11 +191,11 @@ void TestListScenes::listsScenesUnderTheirRooms()
 
     // A refresh that changes nothing keeps every button; a room renamed renames its heading.
     SceneButton* first = m_list->sceneButtons().first();
-    m_bench->settings().setScenes(m_bench->settings().scenes());
+    m_bench->settings().home().setScenes(m_bench->settings().home().scenes());
     QCOMPARE(m_list->sceneButtons().first(), first);
-    QList<HueGroup> groups = m_bench->settings().groups();
+    QList<HueGroup> groups = m_bench->settings().home().groups();
     groups[1].name = u"Kitchen"_qs;
-    m_bench->settings().setGroups(groups);
+    m_bench->settings().home().setGroups(groups);
     QCOMPARE(m_list->headings().first()->text(), u"Kitchen"_qs);
     QVERIFY(m_list->filterField()->isHidden()); // six scenes need no filter
 }
@@ -206,12 +206,12 @@ void TestListScenes::manyScenesCanBeNarrowedByTyping()
     for (int i = 0; i < ListScenes::filterThreshold; ++i)
         scenes.append(
             scene(QString::number(i), i % 2 ? u"Bright %1"_qs.arg(i) : u"Dimmed %1"_qs.arg(i), u"1"_qs));
-    m_bench->settings().setGroups({m_bench->room(u"1"_qs, {}), m_bench->room(u"2"_qs, {})});
+    m_bench->settings().home().setGroups({m_bench->room(u"1"_qs, {}), m_bench->room(u"2"_qs, {})});
     showList(scenes);
     QLineEdit* filter = m_list->filterField();
     QVERIFY(filter->isHidden());
     scenes.append(scene(u"x"_qs, u"Nightlight"_qs, u"2"_qs));
-    m_bench->settings().setScenes(scenes);
+    m_bench->settings().home().setScenes(scenes);
     QVERIFY(filter->isVisible());
     QCOMPARE(filter->accessibleName(), u"Filter scenes"_qs);
     // Above the list, not scrolled with it, and the first stop of Tab.
@@ -240,7 +240,7 @@ void TestListScenes::manyScenesCanBeNarrowedByTyping()
 
     // Back to few scenes: the field goes, and so does what was typed.
     filter->setText(u"Night"_qs);
-    m_bench->settings().setScenes(scenes.mid(0, 3));
+    m_bench->settings().home().setScenes(scenes.mid(0, 3));
     QVERIFY(filter->isHidden() && filter->text().isEmpty());
     QCOMPARE(shownRows().size(), 4);
 }

@@ -3,6 +3,7 @@
 #include "FakeCommands.h"
 #include "LoopbackServer.h"
 #include "TestSupport.h"
+#include "bridge/ActionQueue.h"
 #include "bridge/BridgeNetwork.h"
 #include "connection/BridgeConnection.h"
 #include "connection/BridgeDiscovery.h"
@@ -24,7 +25,8 @@ public:
     PaneBench()
     {
         m_pairing = std::make_unique<BridgePairing>(settings(), m_network);
-        m_connection = std::make_unique<BridgeConnection>(settings(), m_network, *m_pairing);
+        m_queue = std::make_unique<ActionQueue>(settings(), m_network);
+        m_connection = std::make_unique<BridgeConnection>(settings(), m_network, *m_pairing, *m_queue);
         m_discovery = std::make_unique<BridgeDiscovery>(commands, m_network);
         m_discovery->setArpCommand(QStringLiteral("arp")); // the fake table
         m_discovery->setServiceUrl(QUrl());                // switched off unless a test starts the stand-in
@@ -41,7 +43,7 @@ public:
         settings().setBridgeContact(QStringLiteral("http"), {}, {});
         m_bridge.pressLinkButton();
         m_connection->connectToBridge();
-        return QTest::qWaitFor([this] { return settings().bridgeConnected(); }, 10000);
+        return QTest::qWaitFor([this] { return settings().home().bridgeConnected(); }, 10000);
     }
 
     AppSettings& settings() { return m_state.settings(); }
@@ -52,6 +54,7 @@ public:
     BridgeDiscovery& discovery() { return *m_discovery; }
     BridgePairing& pairing() { return *m_pairing; }
     BridgeConnection& connection() { return *m_connection; }
+    ActionQueue& queue() { return *m_queue; }
     DebugReport& debugReport() { return *m_debugReport; }
 
     FakeCommands commands;
@@ -62,6 +65,7 @@ private:
     BridgeSimulator m_bridge;
     BridgeNetwork m_network;
     std::unique_ptr<BridgePairing> m_pairing;
+    std::unique_ptr<ActionQueue> m_queue;
     std::unique_ptr<BridgeConnection> m_connection;
     std::unique_ptr<BridgeDiscovery> m_discovery;
     std::unique_ptr<DebugReport> m_debugReport;

@@ -128,7 +128,7 @@ void TestConnectionView::pairingAsksForTheLinkButtonUntilItIsPressed()
     QVERIFY(field->isVisible());
     QTest::keyClicks(field, QStringLiteral(" ") + m_bench->bridge().hostAndPort());
     QCOMPARE(m_bench->settings().hueIP(), m_bench->bridge().hostAndPort());
-    m_bench->settings().setConnectionErrorMessage(QStringLiteral("an old problem"));
+    m_bench->settings().home().setConnectionErrorMessage(QStringLiteral("an old problem"));
 
     QTest::keyClick(field, Qt::Key_Return);
 
@@ -148,7 +148,7 @@ void TestConnectionView::pairingAsksForTheLinkButtonUntilItIsPressed()
     QCOMPARE(error(), QString());
     QCOMPARE(m_bench->store().readString(SettingsKeys::bridgeUser), m_bench->bridge().users().last());
     QCOMPARE(m_bench->store().readString(SettingsKeys::bridgeIP), m_bench->bridge().hostAndPort());
-    QVERIFY(!m_bench->settings().lights().isEmpty());
+    QVERIFY(!m_bench->settings().home().lights().isEmpty());
 }
 
 void TestConnectionView::connectKeepsTheKeyOfAPairedBridgeThatDoesNotAnswer()
@@ -161,7 +161,7 @@ void TestConnectionView::connectKeepsTheKeyOfAPairedBridgeThatDoesNotAnswer()
     // The bridge goes away; the next tick finds nobody there.
     const quint16 port = m_bench->bridge().port();
     m_bench->bridge().close();
-    m_bench->settings().setLastUserActionAt(QDateTime::currentDateTime().addSecs(-60));
+    m_bench->queue().setLastUserActionAt(QDateTime::currentDateTime().addSecs(-60));
     m_bench->connection().refreshTick();
     QTRY_COMPARE(status(), QStringLiteral("NOT ANSWERING"));
     const QString detail = child<QLabel>(QStringLiteral("statusDetail"))->text();
@@ -184,9 +184,10 @@ void TestConnectionView::connectKeepsTheKeyOfAPairedBridgeThatDoesNotAnswer()
     settings.load();
     QVERIFY(m_bench->bridge().listen(QHostAddress::LocalHost, port));
     BridgePairing pairing(settings, m_bench->network());
-    BridgeConnection connection(settings, m_bench->network(), pairing);
+    ActionQueue queue(settings, m_bench->network());
+    BridgeConnection connection(settings, m_bench->network(), pairing, queue);
     connection.connectToBridge();
-    QTRY_VERIFY_WITH_TIMEOUT(settings.bridgeConnected(), 10000);
+    QTRY_VERIFY_WITH_TIMEOUT(settings.home().bridgeConnected(), 10000);
     connection.stopBridgeStateRefresher();
     QCOMPARE(settings.hueKey(), key);
     QCOMPARE(linkRequests(), pairings); // used with the key it had, not paired again
@@ -225,7 +226,7 @@ void TestConnectionView::theBridgeIsShownWithWhoVouchedForItUntilItIsRefused()
 
     // Another bridge takes the address: its certificate is refused at the handshake.
     bridge.setCertificate(BridgeSimulator::CertificateKind::OtherBridge);
-    m_bench->settings().setLastUserActionAt(QDateTime::currentDateTime().addSecs(-60));
+    m_bench->queue().setLastUserActionAt(QDateTime::currentDateTime().addSecs(-60));
     m_bench->connection().refreshTick();
     QTRY_COMPARE_WITH_TIMEOUT(status(), QStringLiteral("NOT TRUSTED"), 10000);
     QVERIFY2(error().contains(u"presented a certificate for another bridge"_qs), qPrintable(error()));

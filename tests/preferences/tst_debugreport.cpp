@@ -78,8 +78,8 @@ void TestDebugReport::init()
     m_bench->store().writeString(SettingsKeys::bridgeUser, key);
     m_bench->settings().setHueIP(m_bench->bridge().hostAndPort());
     m_bench->settings().setHueKey(key);
-    m_bench->settings().addLogLine(QStringLiteral("Connecting to Bridge... [%1]").arg(key));
-    m_bench->settings().addLogLine(QStringLiteral("GET /api/%1/lights failed").arg(otherKey));
+    m_bench->settings().activity().addLogLine(QStringLiteral("Connecting to Bridge... [%1]").arg(key));
+    m_bench->settings().activity().addLogLine(QStringLiteral("GET /api/%1/lights failed").arg(otherKey));
 }
 
 void TestDebugReport::cleanup()
@@ -111,8 +111,8 @@ void TestDebugReport::writesAndPostsAReportWithoutTheKey()
     const QByteArray body = posted().first().body;
     QVERIFY(body.contains("Debug report"));
     QVERIFY(!body.contains(key.toUtf8()));
-    QVERIFY(m_bench->settings().log().contains(QStringLiteral("Debug report written to ") +
-                                               DebugReport::reportPath()));
+    QVERIFY(m_bench->settings().activity().log().contains(QStringLiteral("Debug report written to ") +
+                                                          DebugReport::reportPath()));
 }
 
 void TestDebugReport::postsNothingWhenReportsAreOff_data()
@@ -133,7 +133,7 @@ void TestDebugReport::postsNothingWhenReportsAreOff()
     QVERIFY(send(report));
 
     QVERIFY(posted().isEmpty());
-    QVERIFY(m_bench->settings().log().contains(
+    QVERIFY(m_bench->settings().activity().log().contains(
         QStringLiteral("Debug report not sent: no error-collection endpoint is configured")));
 }
 
@@ -150,7 +150,7 @@ void TestDebugReport::withoutRubyItOnlySaysSo()
     QCOMPARE(finished.size(), 1);
     QCOMPARE(finished.first().first().toBool(), false);
     QVERIFY(m_bench->commands.scriptsRun.isEmpty());
-    QVERIFY(m_bench->settings().log().last().contains(QStringLiteral("needs Ruby")));
+    QVERIFY(m_bench->settings().activity().log().last().contains(QStringLiteral("needs Ruby")));
     QVERIFY(!QFile::exists(DebugReport::inputPath()));
 }
 

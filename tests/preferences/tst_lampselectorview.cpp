@@ -44,7 +44,7 @@ private:
 void TestLampSelectorView::init()
 {
     m_state = std::make_unique<TestSettings>();
-    m_state->settings().setLights({lamp("1"), lamp("2"), lamp("3")});
+    m_state->settings().home().setLights({lamp("1"), lamp("2"), lamp("3")});
     m_view = std::make_unique<LampSelectorView>(m_state->settings());
     m_view->show();
 }
@@ -135,15 +135,15 @@ void TestLampSelectorView::aRefreshLeavesTheRowsAloneUntilTheLightsChange()
 {
     QListWidgetItem* first = m_view->list().item(0);
     m_view->list().setCurrentRow(1);
-    QList<HueLight> lights = m_state->settings().lights();
+    QList<HueLight> lights = m_state->settings().home().lights();
     lights[0].brightness = 200;
 
-    m_state->settings().setLights(lights);
+    m_state->settings().home().setLights(lights);
 
     QCOMPARE(m_view->list().item(0), first);
 
     lights.append(lamp("4"));
-    m_state->settings().setLights(lights);
+    m_state->settings().home().setLights(lights);
 
     QCOMPARE(rows(), (QStringList{"Lamp 1", "Lamp 2", "Lamp 3", "Lamp 4"}));
     QCOMPARE(m_view->list().currentRow(), 1); // the selection survives
@@ -151,7 +151,7 @@ void TestLampSelectorView::aRefreshLeavesTheRowsAloneUntilTheLightsChange()
 
 void TestLampSelectorView::withoutLightsItLeadsToTheConnectionPane()
 {
-    m_state->settings().setLights({});
+    m_state->settings().home().setLights({});
     QVERIFY(!m_view->list().isVisible());
     auto* link = m_view->findChild<LinkButton*>();
     QVERIFY(link && link->isVisible());

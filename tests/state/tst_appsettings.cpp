@@ -3,6 +3,9 @@
 
 #include <QFile>
 #include <QFileInfo>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -49,6 +52,19 @@ private:
     int m_count = 0;
 };
 
+QByteArray readFile(const QString& name)
+{
+    QFile file(name);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+void writeFile(const QString& name, const QByteArray& content)
+{
+    QFile file(name);
+    QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
+    QCOMPARE(file.write(content), content.size());
+}
+
 } // namespace
 
 class TestAppSettings final : public QObject
@@ -65,9 +81,11 @@ private Q_SLOTS:
     void givesTheDefaultHeightForAnUnknownPanel();
     void switchingScenesOffResetsTheStoredPanel();
     void storesColourBarsBeforeShowingThem();
-    void dropsTheWholeLogAtItsCap();
     void notifiesOnlyOnChange();
     void takesInABridgeStoredByAnotherProgramWhole();
+    void takesInAnOlderVersionsBridgeOnceWithEveryKey();
+    void readsTheStoredBridgesStrictly_data();
+    void readsTheStoredBridgesStrictly();
     void showsChoicesAnotherProgramStored();
 };
 
@@ -88,7 +106,7 @@ void TestAppSettings::loadsDefaultsOnAFirstRun()
     QCOMPARE(t.store().value(Keys::showColorBarsForRooms), QVariant(true));
     QVERIFY(!s.showScenes());
     QCOMPARE(t.store().value(Keys::activePanel), QVariant(qint64(0)));
-    QVERIFY(!s.bridgeConnected());
+    QVERIFY(!s.home().bridgeConnected());
     QCOMPARE(s.activeMainPanel(), MainPanels::lights);
 }
 
@@ -196,38 +214,19 @@ void TestAppSettings::storesColourBarsBeforeShowingThem()
     QVERIFY(storedWhenNotified);
 }
 
-void TestAppSettings::dropsTheWholeLogAtItsCap()
-{
-    // ... and keeps the key out of it.
-    TestSettings t;
-    AppSettings& s = t.settings();
-    PrintedLines printed;
-    for (int i = 0; i < AppSettings::logCapacity; ++i)
-        s.addLogLine(QString::number(i));
-    QCOMPARE(s.log().size(), 1001);
-    s.addLogLine(QStringLiteral("next"));
-    QCOMPARE(s.log(), QStringList{QStringLiteral("next")});
-    QCOMPARE(printed.lines().size(), 1002);
-
-    s.setHueKey(QStringLiteral("secret-key"));
-    s.addLogLine(QStringLiteral("GET /api/secret-key/lights"));
-    QCOMPARE(s.log().last(), QStringLiteral("GET /api/[redacted]/lights"));
-    QCOMPARE(printed.lines().last(), s.log().last());
-}
-
 void TestAppSettings::notifiesOnlyOnChange()
 {
     TestSettings t;
     AppSettings& s = t.settings();
-    QSignalSpy lights(&s, &AppSettings::lightsChanged);
+    QSignalSpy lights(&s.home(), &BridgeHome::lightsChanged);
     const QList<HueLight> list{HueLight{.lamp_id = QStringLiteral("1")}};
-    s.setLights(list);
-    s.setLights(list);
+    s.home().setLights(list);
+    s.home().setLights(list);
     QCOMPARE(lights.size(), 1);
-    QVERIFY(s.updateLight(QStringLiteral("1"), [](HueLight& l) { l.is_on = true; }));
-    QVERIFY(!s.updateLight(QStringLiteral("2"), [](HueLight& l) { l.is_on = true; }));
+    QVERIFY(s.home().updateLight(QStringLiteral("1"), [](HueLight& l) { l.is_on = true; }));
+    QVERIFY(!s.home().updateLight(QStringLiteral("2"), [](HueLight& l) { l.is_on = true; }));
     QCOMPARE(lights.size(), 2);
-    QVERIFY(s.lights().first().is_on);
+    QVERIFY(s.home().lights().first().is_on);
 }
 
 void TestAppSettings::takesInABridgeStoredByAnotherProgramWhole()
@@ -251,6 +250,13 @@ void TestAppSettings::takesInABridgeStoredByAnotherProgramWhole()
     pairing.setBridgeContact(u"https"_qs, u"001788FFFE000001"_qs, QByteArray(32, 'k'));
     pairing.persistBridge();
     QCOMPARE(versions.count(), 1);
+    // Stored as the list of bridges, and for older versions in the loose keys as well.
+    const QJsonObject written = QJsonDocument::fromJson(readFile(t.fileName())).object();
+    QCOMPARE(written.value(u"bridges").toArray(), QJsonArray{pairing.contact().toJson()});
+    QCOMPARE(written.value(u"bridgeIP").toString(), u"192.0.2.8"_qs);
+    QCOMPARE(written.value(u"bridgeUser").toString(), u"new key"_qs);
+    QCOMPARE(written.value(u"bridgeCertificateKey").toString(),
+             QString::fromLatin1(QByteArray(32, 'k').toHex()));
     QTRY_COMPARE_WITH_TIMEOUT(settings.hueKey(), u"new key"_qs, 1000);
     QCOMPARE(settings.hueIP(), u"192.0.2.8"_qs);
     QCOMPARE(settings.bridgeID(), u"001788FFFE000001"_qs);
@@ -260,6 +266,95 @@ void TestAppSettings::takesInABridgeStoredByAnotherProgramWhole()
     QCOMPARE(JsonSettingsStore(t.fileName()).readString(u"bridgeUser"_qs), u"new key"_qs);
 }
 
+void TestAppSettings::takesInAnOlderVersionsBridgeOnceWithEveryKey()
+{
+    TestSettings t;
+    const QString certificate = QStringLiteral("ab").repeated(32);
+    const QJsonObject older{{"bridgeIP", "192.0.2.7:8080"},        {"bridgeUser", "the key"},
+                            {"bridgeID", "001788fffe6a3b2c"},      {"bridgeTransport", "https"},
+                            {"bridgeCertificateKey", certificate}, {"appIcon", "Icon_Lamp2"}};
+    writeFile(t.fileName(), QJsonDocument(older).toJson());
+    t.reopen();
+    t.settings().load();
+    // Reading alone (as glowdeckctl does) leaves the bridge as it is stored.
+    QVERIFY(!QJsonDocument::fromJson(readFile(t.fileName())).object().contains(u"bridges"));
+    t.settings().keepBridgesInTheNewForm();
+
+    const BridgeContact expected{.id = u"001788FFFE6A3B2C"_qs,
+                                 .address = u"192.0.2.7:8080"_qs,
+                                 .key = u"the key"_qs,
+                                 .transport = u"https"_qs,
+                                 .certificate = QByteArray::fromHex(certificate.toLatin1())};
+    QCOMPARE(t.settings().contact(), expected);
+    // Written anew as "bridges", every older key kept beside it as it was (the id in the case it is used in).
+    const QJsonObject written = QJsonDocument::fromJson(readFile(t.fileName())).object();
+    QCOMPARE(written.value(u"bridges").toArray(), QJsonArray{expected.toJson()});
+    for (const QString& key : older.keys())
+        QCOMPARE(written.value(key).toString().toUpper(), older.value(key).toString().toUpper());
+    QCOMPARE(t.settings().activity().log().filter(u"older version"_qs).size(), 1);
+
+    // Once: the next start reads "bridges" and writes nothing.
+    const QByteArray migrated = readFile(t.fileName());
+    t.reopen();
+    t.settings().load();
+    t.settings().keepBridgesInTheNewForm();
+    QCOMPARE(t.settings().contact(), expected);
+    QCOMPARE(readFile(t.fileName()), migrated);
+    QVERIFY(t.settings().activity().log().filter(u"older version"_qs).isEmpty());
+}
+
+void TestAppSettings::readsTheStoredBridgesStrictly_data()
+{
+    QTest::addColumn<QByteArray>("bridges");
+    QTest::addColumn<QStringList>("addresses");
+    QTest::addColumn<QString>("problem");
+    const QByteArray good = R"({"id":"001788FFFE000002","address":"192.0.2.9","key":"k2","transport":"http",)"
+                            R"("certificate":"","name":"Upstairs"})";
+    QTest::newRow("a good one") << good << QStringList{"192.0.2.9"} << QString();
+    QTest::newRow("an entry that is no object")
+        << "12, " + good << QStringList{"192.0.2.9"} << u"Stored bridge 1: it is not an object"_qs;
+    QTest::newRow("an address that is no text")
+        << R"({"address":7,"key":"k"}, )" + good << QStringList{"", "192.0.2.9"}
+        << u"Stored bridge 1: its \"address\" is not text"_qs;
+    QTest::newRow("an id that is no bridge id")
+        << QByteArray(R"({"id":"../config","address":"192.0.2.8"})") << QStringList{"192.0.2.8"}
+        << u"Stored bridge 1: its \"id\" is no bridge id"_qs;
+    QTest::newRow("an unknown transport")
+        << QByteArray(R"({"transport":"ftp","address":"192.0.2.8"})") << QStringList{"192.0.2.8"}
+        << u"its \"transport\" is neither https nor http"_qs;
+    QTest::newRow("a certificate that is no key's hash")
+        << QByteArray(R"({"certificate":"zz","address":"192.0.2.8"})") << QStringList{"192.0.2.8"}
+        << u"its \"certificate\" is not a key's hash"_qs;
+}
+
+void TestAppSettings::readsTheStoredBridgesStrictly()
+{
+    QFETCH(QByteArray, bridges);
+    QFETCH(QStringList, addresses);
+    QFETCH(QString, problem);
+    TestSettings t;
+    // "bridges" wins over the loose keys of an older version.
+    writeFile(t.fileName(), R"({"bridgeIP":"192.0.2.1","bridgeUser":"old","bridges":[)" + bridges + "]}");
+    t.reopen();
+    QStringList problems;
+    QStringList read;
+    for (const BridgeContact& contact : t.settings().preferences().bridges(&problems))
+        read << contact.address;
+    QCOMPARE(read, addresses);
+    QCOMPARE(problems.filter(problem).size(), problem.isEmpty() ? problems.size() : 1);
+    QCOMPARE(problems.isEmpty(), problem.isEmpty());
+
+    // The program starts with the first one and says what it left out.
+    t.settings().load();
+    QCOMPARE(t.settings().hueIP(), addresses.first());
+    if (!problem.isEmpty())
+        QVERIFY2(!t.settings().activity().log().filter(problem).isEmpty(),
+                 qPrintable(t.settings().activity().log().join(u'\n')));
+    const std::optional<BridgeContact> first =
+        BridgeContact::fromJson(QJsonDocument::fromJson("[" + bridges + "]").array().last());
+    QCOMPARE(BridgeContact::fromJson(first->toJson()), first); // what is read is written back the same
+}
+
 void TestAppSettings::showsChoicesAnotherProgramStored()
 {
     TestSettings t;
@@ -267,8 +362,8 @@ void TestAppSettings::showsChoicesAnotherProgramStored()
     s.load();
     s.setShowScenes(true);
     s.setActiveMainPanel(MainPanels::scenes);
-    s.setLights({HueLight{.lamp_id = u"1"_qs, .unique_id = u"uid-1"_qs},
-                 HueLight{.lamp_id = u"2"_qs, .unique_id = u"uid-2"_qs}});
+    s.home().setLights({HueLight{.lamp_id = u"1"_qs, .unique_id = u"uid-1"_qs},
+                        HueLight{.lamp_id = u"2"_qs, .unique_id = u"uid-2"_qs}});
     t.store().watchForChanges();
     QSignalSpy icon(&s, &AppSettings::appIconChanged);
     QSignalSpy visibility(&s, &AppSettings::lightVisibilityChanged);
@@ -290,8 +385,8 @@ void TestAppSettings::showsChoicesAnotherProgramStored()
     QCOMPARE(s.keyIncrement(), 20);
     QCOMPARE(s.presetWindowHeightRooms(), 400);
     QCOMPARE(visibility.size(), 1);
-    QVERIFY(s.preferences().isLightHidden(s.lights().last()));
-    QCOMPARE(s.lights().first().lamp_id, u"2"_qs);
+    QVERIFY(s.preferences().isLightHidden(s.home().lights().last()));
+    QCOMPARE(s.home().lights().first().lamp_id, u"2"_qs);
     // Taken in, not stored again: switching scenes off here would also have reset the stored panel.
     QCOMPARE(versions.count(), 1);
     QCOMPARE(JsonSettingsStore(t.fileName()).readInt(Keys::activePanel), 2);

@@ -4,26 +4,29 @@
 #include "TestSupport.h"
 #include "bridge/ActionQueue.h"
 #include "bridge/BridgeNetwork.h"
-#include "bridge/HueHelper.h"
+#include "commands/HomeCommands.h"
 #include "hotkeys/GlobalHotkeys.h"
 #include "hotkeys/HotkeyActions.h"
+#include "session/BridgeSession.h"
+#include "session/BridgeSessions.h"
 
 #include <QNetworkAccessManager>
 
 #include <memory>
 
 /// What the global shortcuts work with, as in the running program: the shared state on a fresh settings file,
-/// the bridge client's commands and queue, the twelve actions, and the shortcut store on a back-end of the
-/// test's choosing (a fake one unless given).
+/// one bridge's session with its commands and queue, the commands on the home, the twelve actions, and the
+/// shortcut store on a back-end of the test's choosing (a fake one unless given).
 class HotkeyBench final
 {
 public:
     explicit HotkeyBench(std::unique_ptr<HotkeyBackend> backend = std::make_unique<FakeHotkeyBackend>())
-        : m_queue(m_state.settings(), m_network), m_helper(m_state.settings(), m_queue),
-          m_actions(m_state.settings(), m_helper), m_backend(std::move(backend)),
+        : m_homeCommands(m_sessions),
+          m_session(m_sessions.add(std::make_unique<BridgeSession>(m_state.settings(), m_network))),
+          m_actions(m_state.settings(), m_homeCommands), m_backend(std::move(backend)),
           m_hotkeys(m_state.store(), *m_backend)
     {
-        QObject::connect(&m_queue, &ActionQueue::sent,
+        QObject::connect(&m_session.queue(), &ActionQueue::sent,
                          [this](const ActionQueueItem& item) { m_sent.append(item); });
     }
 
@@ -45,16 +48,14 @@ public:
                           .name = names.value(i, QStringLiteral("Room ") + ids.at(i)),
                           .brightness = 100,
                           .saturation = 10,
-                          .hue = 500,
-                          .hue_ip = settings().bridgeEndpoint(),
-                          .hue_key = settings().hueKey()});
-        settings().setGroups(rooms);
+                          .hue = 500});
+        settings().home().setGroups(rooms);
     }
 
     TestSettings& state() { return m_state; }
     AppSettings& settings() { return m_state.settings(); }
     SettingsStore& store() { return m_state.store(); }
-    ActionQueue& queue() { return m_queue; }
+    ActionQueue& queue() { return m_session.queue(); }
     HotkeyActions& actions() { return m_actions; }
     GlobalHotkeys& hotkeys() { return m_hotkeys; }
     /// Every change that left the queue, as "groups/1/action {...}" (the path after the key).
@@ -72,8 +73,9 @@ public:
 private:
     TestSettings m_state;
     BridgeNetwork m_network;
-    ActionQueue m_queue;
-    HueHelper m_helper;
+    BridgeSessions m_sessions;
+    HomeCommands m_homeCommands;
+    BridgeSession& m_session;
     HotkeyActions m_actions;
     std::unique_ptr<HotkeyBackend> m_backend;
     GlobalHotkeys m_hotkeys;

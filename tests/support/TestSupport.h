@@ -1,6 +1,8 @@
 #pragma once
 
+#include "state/ActivityLog.h"
 #include "state/AppSettings.h"
+#include "state/BridgeHome.h"
 #include "state/Console.h"
 #include "state/JsonSettingsStore.h"
 

@@ -49,7 +49,7 @@ constexpr Range waitRange{1, 600};
 /// The options that go with some commands only; each command's entry lists those it takes.
 enum OptionFlag : unsigned
 {
-    jsonOption = 1U << 0, // --json and --with-key
+    jsonOption = 1U << 0, // --json
     inOption = 1U << 1,
     waitOption = 1U << 2,
     discoveryUrlOption = 1U << 3,
@@ -287,6 +287,7 @@ CtlArguments CtlArguments::parse(const QStringList& arguments)
     const QCommandLineOption key(QStringLiteral("key"), QString(), QStringLiteral("KEY"));
     const QCommandLineOption settings(QStringLiteral("settings"), QString(), QStringLiteral("FILE"));
     const QCommandLineOption json(QStringLiteral("json"));
+    // Gone: records carry no key. Still recognised, so that an old script is told where the key is.
     const QCommandLineOption withKey(QStringLiteral("with-key"));
     const QCommandLineOption in(QStringLiteral("in"), QString(), QStringLiteral("MINUTES"));
     const QCommandLineOption wait(QStringLiteral("wait"), QString(), QStringLiteral("SECONDS"));
@@ -304,6 +305,12 @@ CtlArguments CtlArguments::parse(const QStringList& arguments)
         if (parser.values(option).size() > 1)
             return refused(QStringLiteral("--%1 is given more than once.").arg(option.names().constFirst()));
     }
+
+    if (parser.isSet(withKey))
+        return refused(
+            QStringLiteral("--with-key is no more: the records carry no key. The key is stored in the "
+                           "settings file (%1).")
+                .arg(JsonSettingsStore::defaultFileName()));
 
     CtlArguments result;
     if (parser.isSet(help)) {
@@ -330,14 +337,8 @@ CtlArguments CtlArguments::parse(const QStringList& arguments)
         return refused(error);
 
     const std::pair<const QCommandLineOption&, OptionFlag> ownedOptions[] = {
-        {json, jsonOption},
-        {withKey, jsonOption},
-        {in, inOption},
-        {wait, waitOption},
-        {discoveryUrl, discoveryUrlOption},
-        {pick, pickOption},
-        {bridge, bridgeOption},
-        {key, keyOption},
+        {json, jsonOption}, {in, inOption},         {wait, waitOption}, {discoveryUrl, discoveryUrlOption},
+        {pick, pickOption}, {bridge, bridgeOption}, {key, keyOption},
     };
     for (const auto& [option, flag] : ownedOptions) {
         if (parser.isSet(option) && !(form->options & flag))
@@ -346,15 +347,6 @@ CtlArguments CtlArguments::parse(const QStringList& arguments)
     }
 
     invocation.json = parser.isSet(json);
-    invocation.withKey = parser.isSet(withKey);
-    if (invocation.withKey && !invocation.json)
-        return refused(QStringLiteral("--with-key goes with --json only: a table never shows the key."));
-    if (invocation.withKey && invocation.command == CtlCommand::discover)
-        return refused(
-            QStringLiteral("--with-key goes with lights, rooms and scenes only: discover sends no key."));
-    if (invocation.withKey && invocation.command == CtlCommand::watch)
-        return refused(
-            QStringLiteral("--with-key goes with lights, rooms and scenes only: watch prints no key."));
     if (parser.isSet(pick)) {
         invocation.pick = parser.value(pick).toUpper();
         if (!BridgeIdentity::isBridgeId(invocation.pick))
@@ -444,12 +436,8 @@ QString CtlArguments::usage()
     line(QStringLiteral("--trust-root FILE"),
          QStringLiteral("also trust this authority (PEM) for the bridge's certificate (a test bridge)"));
     line(QStringLiteral("--json"),
-         QStringLiteral("lights, rooms, scenes, discover: print the records as one JSON array, with"));
-    line(QString(), QStringLiteral("\"hue_key\" empty; watch: each change as one JSON object a line"));
-    line(QStringLiteral("--with-key"),
-         QStringLiteral("with --json: fill in \"hue_key\" (the key lets anyone who reads "
-                        "it"));
-    line(QString(), QStringLiteral("control your lights)"));
+         QStringLiteral("lights, rooms, scenes, discover: print the records as one JSON array, each"));
+    line(QString(), QStringLiteral("with its \"bridge_id\"; watch: each change as one JSON object a line"));
     line(QStringLiteral("--in MINUTES"),
          QStringLiteral("all-off: have the bridge switch off in %1 minutes").arg(rangeText(minutesRange)));
     line(QStringLiteral("--wait SECONDS"),

@@ -55,7 +55,6 @@ struct CtlInvocation
     std::optional<QString> discoveryUrl;   ///< discover --discovery-url; empty switches the service off
     QString pick;                          ///< discover --pick: the bridge id of the bridge to store
     bool json = false;
-    bool withKey = false;   ///< --with-key: the JSON records carry the key
     QString bridge;         ///< --bridge; empty: the stored address (pair stores it)
     QString key;            ///< --key; empty: the stored key
     QString settingsFile;   ///< --settings; empty: $GLOWDECK_SETTINGS, else the default file

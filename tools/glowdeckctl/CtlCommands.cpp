@@ -3,13 +3,15 @@
 #include "CtlCommon.h"
 
 #include "bridge/ActionQueue.h"
+#include "bridge/BridgeCommands.h"
 #include "bridge/BridgeNetwork.h"
 #include "bridge/BridgeUrl.h"
 #include "bridge/CodedRecords.h"
-#include "bridge/HueHelper.h"
 #include "bridge/JsonWriter.h"
 #include "model/SceneRooms.h"
+#include "session/BridgeSession.h"
 #include "state/AppSettings.h"
+#include "state/BridgeHome.h"
 
 #include <QNetworkAccessManager>
 
@@ -105,27 +107,31 @@ QString scenesTable(const QList<HueScene>& scenes, const QList<HueGroup>& groups
     return table(rows);
 }
 
-/// The records in their coded form, in the bridge's order, as one compact line. Output like this ends up in
-/// scripts, logs and bug reports: "hue_key" stays empty unless `withKey`.
+/// The records in their coded form, in the bridge's order, as one compact line, each with the id of the
+/// bridge it is on ("bridge_id", last). Records carry no key, so none ends up in the scripts, logs and bug
+/// reports that output like this goes to.
 template <typename Record>
-QString jsonArray(const QList<Record>& records, bool withKey)
+QString jsonArray(const QList<Record>& records, const QString& bridgeId)
 {
+    JsonWriter id;
+    id.value(bridgeId);
+    const QByteArray bridgeMember = QByteArrayLiteral(",\"bridge_id\":") + id.text() + '}';
     JsonWriter json;
     json.beginArray();
-    for (Record record : records) {
-        if (!withKey)
-            record.hue_key.clear();
-        CodedRecords::write(json, record);
+    for (const Record& record : records) {
+        QByteArray object = CodedRecords::encode(record);
+        object.chop(1); // its closing brace
+        json.raw(object + bridgeMember);
     }
     json.endArray();
     return QString::fromUtf8(json.text()) + u'\n';
 }
 
 template <typename Record>
-void printRecords(const QList<Record>& records, const CtlInvocation& invocation,
+void printRecords(const QList<Record>& records, const CtlInvocation& invocation, const QString& bridgeId,
                   QString (*asTable)(const QList<Record>&))
 {
-    write(stdout, invocation.json ? jsonArray(records, invocation.withKey) : asTable(records));
+    write(stdout, invocation.json ? jsonArray(records, bridgeId) : asTable(records));
 }
 
 /// "PUT /lights/2/state": a change as the bridge sees it, without the key.
@@ -197,12 +203,14 @@ bool CtlCommands::openSettings()
     if (!m_bridge.open(m_invocation))
         return false;
     m_settings = &m_bridge.settings();
-    m_queue = std::make_unique<ActionQueue>(*m_settings, *m_network);
+    // The same session of the bridge as the tray's: its commands fill its queue, which sends them.
+    m_session = std::make_unique<BridgeSession>(*m_settings, *m_network);
+    m_queue = &m_session->queue();
+    m_commands = &m_session->commands();
     m_queue->setLogRefusals(false); // every failed change gets its own line on standard error
-    m_helper = std::make_unique<HueHelper>(*m_settings, *m_queue);
-    connect(m_queue.get(), &ActionQueue::sent, &m_watchdog, qOverload<>(&QTimer::start));
-    connect(m_queue.get(), &ActionQueue::answered, this, &CtlCommands::onAnswered);
-    connect(m_queue.get(), &ActionQueue::drained, this, &CtlCommands::onDrained);
+    connect(m_queue, &ActionQueue::sent, &m_watchdog, qOverload<>(&QTimer::start));
+    connect(m_queue, &ActionQueue::answered, this, &CtlCommands::onAnswered);
+    connect(m_queue, &ActionQueue::drained, this, &CtlCommands::onDrained);
     return true;
 }
 
@@ -216,17 +224,17 @@ void CtlCommands::fetchRecords()
     case CtlCommand::light:
     case CtlCommand::allOff:
         // all-off --in needs no list, only a bridge that answers; reading the lamps makes sure of that.
-        HueCommunicationLights{.bridgeIP = address, .apiKey = key, .identity = identity}.fetch(
+        LightsRead{.endpoint = address, .key = key, .identity = identity}.fetch(
             *m_network, [this](const LightsResult& result) { onLights(result); });
         return;
     case CtlCommand::rooms:
     case CtlCommand::room:
-        HueCommunicationGroups{.bridgeIP = address, .apiKey = key, .identity = identity}.fetch(
+        GroupsRead{.endpoint = address, .key = key, .identity = identity}.fetch(
             *m_network, [this](const GroupsResult& result) { onGroups(result); });
         return;
     case CtlCommand::scenes:
     case CtlCommand::scene:
-        HueCommunicationScenes{.bridgeIP = address, .apiKey = key, .identity = identity}.fetch(
+        ScenesRead{.endpoint = address, .key = key, .identity = identity}.fetch(
             *m_network, [this](const ScenesResult& result) { onScenes(result); });
         return;
     case CtlCommand::discover:
@@ -252,9 +260,9 @@ void CtlCommands::onLights(const LightsResult& result)
 {
     if (!result.ok())
         return failFetch(result);
-    m_settings->setLights(result.records);
+    m_settings->home().setLights(result.records);
     if (m_invocation.command == CtlCommand::lights) {
-        printRecords(result.records, m_invocation, lightsTable);
+        printRecords(result.records, m_invocation, m_settings->bridgeID(), lightsTable);
         return finish(exitDone);
     }
     if (m_invocation.command == CtlCommand::allOff)
@@ -270,11 +278,11 @@ void CtlCommands::onGroups(const GroupsResult& result)
 {
     if (!result.ok())
         return failFetch(result);
-    m_settings->setGroups(result.records);
+    m_settings->home().setGroups(result.records);
     if (m_invocation.command == CtlCommand::scenes)
         return printScenes();
     if (m_invocation.command == CtlCommand::rooms) {
-        printRecords(result.records, m_invocation, groupsTable);
+        printRecords(result.records, m_invocation, m_settings->bridgeID(), groupsTable);
         return finish(exitDone);
     }
     const auto group = std::find_if(result.records.begin(), result.records.end(), [this](const HueGroup& g) {
@@ -287,12 +295,13 @@ void CtlCommands::onGroups(const GroupsResult& result)
 
 void CtlCommands::printScenes()
 {
-    const QList<HueGroup> groups = m_settings->groups();
+    const QList<HueGroup> groups = m_settings->home().groups();
     const SceneRooms rooms(groups);
-    QList<HueScene> scenes = m_settings->scenes();
+    QList<HueScene> scenes = m_settings->home().scenes();
     for (HueScene& scene : scenes)
         scene.group_id = rooms.roomOf(scene);
-    write(stdout, m_invocation.json ? jsonArray(scenes, m_invocation.withKey) : scenesTable(scenes, groups));
+    write(stdout,
+          m_invocation.json ? jsonArray(scenes, m_settings->bridgeID()) : scenesTable(scenes, groups));
     finish(exitDone);
 }
 
@@ -300,12 +309,12 @@ void CtlCommands::onScenes(const ScenesResult& result)
 {
     if (!result.ok())
         return failFetch(result);
-    m_settings->setScenes(result.records);
+    m_settings->home().setScenes(result.records);
     if (m_invocation.command == CtlCommand::scenes) {
         // Where a scene belongs takes the rooms: a light scene is in the room that holds all of its lamps.
-        HueCommunicationGroups{.bridgeIP = m_settings->bridgeEndpoint(),
-                               .apiKey = m_settings->hueKey(),
-                               .identity = m_settings->bridgeIdentity()}
+        GroupsRead{.endpoint = m_settings->bridgeEndpoint(),
+                   .key = m_settings->hueKey(),
+                   .identity = m_settings->bridgeIdentity()}
             .fetch(*m_network, [this](const GroupsResult& rooms) { onGroups(rooms); });
         return;
     }
@@ -313,7 +322,7 @@ void CtlCommands::onScenes(const ScenesResult& result)
                                    [this](const HueScene& s) { return s.scene_id == m_invocation.targetId; });
     if (!known)
         return failUnknown(QStringLiteral("scene"));
-    m_helper->recallScene(m_invocation.targetId);
+    m_commands->recallScene(m_invocation.targetId);
     awaitQueue();
 }
 
@@ -323,16 +332,16 @@ void CtlCommands::changeLight(const HueLight& light)
     switch (m_invocation.action) {
     case CtlAction::on:
     case CtlAction::off:
-        m_helper->setLightOn(light, m_invocation.action == CtlAction::on);
+        m_commands->setLightOn(light, m_invocation.action == CtlAction::on);
         break;
     case CtlAction::brightness:
-        m_helper->setLightBrightness(light, value);
+        m_commands->setLightBrightness(light, value);
         break;
     case CtlAction::hue:
-        m_helper->setLightHue(light, value);
+        m_commands->setLightHue(light, value);
         break;
     case CtlAction::ct:
-        m_helper->setLightColorTemperature(light, value);
+        m_commands->setLightColorTemperature(light, value);
         break;
     case CtlAction::brighter:
     case CtlAction::darker:
@@ -347,22 +356,22 @@ void CtlCommands::changeGroup(const HueGroup& group)
     switch (m_invocation.action) {
     case CtlAction::on:
     case CtlAction::off:
-        m_helper->setGroupOn(group, m_invocation.action == CtlAction::on);
+        m_commands->setGroupOn(group, m_invocation.action == CtlAction::on);
         break;
     case CtlAction::brightness:
-        m_helper->setGroupBrightness(group, value);
+        m_commands->setGroupBrightness(group, value);
         break;
     case CtlAction::hue:
-        m_helper->setGroupHue(group, value);
+        m_commands->setGroupHue(group, value);
         break;
     case CtlAction::ct:
-        m_helper->setGroupColorTemperature(group, value);
+        m_commands->setGroupColorTemperature(group, value);
         break;
     case CtlAction::brighter:
-        m_helper->increaseGroupBrightness(group, value);
+        m_commands->increaseGroupBrightness(group, value);
         break;
     case CtlAction::darker:
-        m_helper->increaseGroupBrightness(group, -value);
+        m_commands->increaseGroupBrightness(group, -value);
         break;
     }
     awaitQueue();
@@ -371,7 +380,7 @@ void CtlCommands::changeGroup(const HueGroup& group)
 void CtlCommands::switchAllOff(const QList<HueLight>& lights)
 {
     if (m_invocation.offAfterMinutes) {
-        m_helper->switchAllOffAfterMinutes(*m_invocation.offAfterMinutes);
+        m_commands->switchAllOffAfterMinutes(*m_invocation.offAfterMinutes);
         return awaitQueue();
     }
     if (lights.isEmpty()) {
@@ -380,13 +389,13 @@ void CtlCommands::switchAllOff(const QList<HueLight>& lights)
     }
     // One request per lamp in list order, as the menu's "Darkness!" item does; the queue spaces them out.
     for (const HueLight& light : lights)
-        m_helper->setLightOn(light, false);
+        m_commands->setLightOn(light, false);
     awaitQueue();
 }
 
 void CtlCommands::awaitQueue()
 {
-    // HueHelper drops a change whose address does not form a URL (and says so); then nothing will drain.
+    // BridgeCommands drops a change whose address does not form a URL (and says so); then nothing will drain.
     if (!m_queue->isProcessing()) {
         printError(QStringLiteral("Nothing was sent to the bridge."));
         return finish(exitFailed);

@@ -15,13 +15,14 @@ class ActionQueue;
 class AppSettings;
 struct ActionQueueItem;
 struct WriteOutcome;
-class HueHelper;
+class BridgeCommands;
+class BridgeSession;
 class BridgeNetwork;
 
 /// Runs one checked list or change command against the bridge: reads the list it needs afresh, then prints it
-/// or sends the change through the same HueHelper and ActionQueue as the tray menu, waits for the bridge's
-/// answer to every change, and reports the status: a change refused, answered with an HTTP error, not
-/// answered in time or not answered at all fails the run.
+/// or sends the change through the same BridgeCommands and ActionQueue as the tray menu, waits for the
+/// bridge's answer to every change, and reports the status: a change refused, answered with an HTTP error,
+/// not answered in time or not answered at all fails the run.
 class CtlCommands final : public QObject
 {
     Q_OBJECT
@@ -65,9 +66,10 @@ private:
     CtlInvocation m_invocation;
     std::unique_ptr<BridgeNetwork> m_network;
     CtlBridge m_bridge;
-    AppSettings* m_settings = nullptr; // the bridge's, once it is open
-    std::unique_ptr<ActionQueue> m_queue;
-    std::unique_ptr<HueHelper> m_helper;
+    AppSettings* m_settings = nullptr;        // the bridge's, once it is open
+    std::unique_ptr<BridgeSession> m_session; // the bridge's, once it is open
+    ActionQueue* m_queue = nullptr;
+    BridgeCommands* m_commands = nullptr;
     QTimer m_watchdog;
     QStringList m_failures; ///< one line per distinct failed change
     bool m_finished = false;

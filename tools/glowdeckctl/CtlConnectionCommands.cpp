@@ -11,7 +11,9 @@
 #include "connection/BridgePairing.h"
 #include "connection/BridgeProbe.h"
 #include "connection/ShellRunner.h"
+#include "session/BridgeSession.h"
 #include "state/AppSettings.h"
+#include "state/BridgeHome.h"
 #include "state/JsonSettingsStore.h"
 #include "state/MemorySettingsStore.h"
 #include "state/Preferences.h"
@@ -250,19 +252,19 @@ void CtlConnectionCommands::connectWithKey(const QString& key)
     m_settings->setHueIP(m_address);
     m_settings->setHueKey(key);
     m_settings->setBridgeContact(m_contact->transport, m_contact->bridgeId, m_contact->pinnedKey);
-    m_connection = std::make_unique<BridgeConnection>(*m_settings, *m_network, *m_pairing);
+    m_settings->setBridgeName(m_contact->name);
+    m_session = std::make_unique<BridgeSession>(*m_settings, *m_network);
+    BridgeConnection* connection = &m_session->connection();
     m_listsPending = 3;
-    connect(m_connection.get(), &BridgeConnection::lightsRefreshed, this, [this](const LightsResult& result) {
+    connect(connection, &BridgeConnection::lightsRefreshed, this, [this](const LightsResult& result) {
         if (!m_lights)
             m_lights = result;
         onListRefreshed();
     });
-    connect(m_connection.get(), &BridgeConnection::groupsRefreshed, this,
-            &CtlConnectionCommands::onListRefreshed);
-    connect(m_connection.get(), &BridgeConnection::scenesRefreshed, this,
-            &CtlConnectionCommands::onListRefreshed);
+    connect(connection, &BridgeConnection::groupsRefreshed, this, &CtlConnectionCommands::onListRefreshed);
+    connect(connection, &BridgeConnection::scenesRefreshed, this, &CtlConnectionCommands::onListRefreshed);
     // The same step as the tray's: with a light read that succeeds, it stores the address and the key.
-    m_connection->connectToBridge();
+    m_session->connectToBridge();
 }
 
 void CtlConnectionCommands::onListRefreshed()
@@ -270,7 +272,7 @@ void CtlConnectionCommands::onListRefreshed()
     // A refresh tick after the first round (only when a list read is slow) is not waited for.
     if (m_listsPending == 0 || --m_listsPending > 0)
         return;
-    m_connection->stopBridgeStateRefresher();
+    m_session->suspend();
     if (!m_lights || !m_lights->ok()) {
         const QString why = m_lights ? describe(*m_lights->error) : QString();
         printError(
@@ -279,15 +281,15 @@ void CtlConnectionCommands::onListRefreshed()
                 .arg(m_address, why));
         return finish(exitFailed);
     }
-    const QList<HueGroup> groups = m_settings->groups();
+    const QList<HueGroup> groups = m_settings->home().groups();
     const auto rooms =
         std::count_if(groups.cbegin(), groups.cend(), [](const HueGroup& g) { return !g.isZone(); });
     printOut(QStringLiteral("Paired with bridge %1 at %2 over %3: %4, %5, %6.")
                  .arg(m_settings->bridgeID(), m_address,
                       describeTransport(m_settings->bridgeTransport(), m_contact->signer),
-                      Ctl::counted(m_settings->lights().size(), QStringLiteral("light")),
+                      Ctl::counted(m_settings->home().lights().size(), QStringLiteral("light")),
                       Ctl::counted(rooms, QStringLiteral("room")),
-                      Ctl::counted(m_settings->scenes().size(), QStringLiteral("scene"))));
+                      Ctl::counted(m_settings->home().scenes().size(), QStringLiteral("scene"))));
     // The key is not printed instead: it lets whoever reads it control the lights. Pairing again is cheap.
     if (!m_store->saveError().isEmpty()) {
         printError(QStringLiteral("The key was not stored, so it is lost: %1.\nMake the settings file "
@@ -356,22 +358,22 @@ void CtlConnectionCommands::onStatusProbe(const ProbeResult& result, const QStri
         printField(QStringLiteral("Bridge"), printable(result.problem));
         return finish(exitFailed);
     }
-    const BridgeContact& contact = *result.contact;
+    const ProbedBridge& contact = *result.contact;
     printField(QStringLiteral("Bridge id"), contact.bridgeId);
     printField(QStringLiteral("Transport"), describeTransport(contact.transport, contact.signer));
     if (key.isEmpty()) {
         printField(QStringLiteral("Bridge"), QStringLiteral("answers; no key yet: run glowdeckctl pair"));
         return finish(exitDone);
     }
-    HueCommunicationLights{.bridgeIP = contact.endpoint, .apiKey = key, .identity = contact.identity()}.fetch(
+    LightsRead{.endpoint = contact.endpoint, .key = key, .identity = contact.identity()}.fetch(
         *m_network,
         [this, contact, key](const LightsResult& result) { onStatusLights(result, contact, key); });
 }
 
-void CtlConnectionCommands::onStatusLights(const LightsResult& result, const BridgeContact& contact,
+void CtlConnectionCommands::onStatusLights(const LightsResult& result, const ProbedBridge& contact,
                                            const QString& key)
 {
-    if (result.ok() || result.error == BridgeError::noDevices) {
+    if (result.ok() || result.error == LightsError::noDevices) {
         printField(
             QStringLiteral("Bridge"),
             QStringLiteral("answers (%1)").arg(Ctl::counted(result.records.size(), QStringLiteral("light"))));
@@ -381,7 +383,7 @@ void CtlConnectionCommands::onStatusLights(const LightsResult& result, const Bri
     if (result.timedOut)
         state = QStringLiteral("answers too slowly: gave up on its lamps after %1 s")
                     .arg(fetchDeadline.count() / 1000);
-    else if (result.error == BridgeError::connectionFailed)
+    else if (result.error == LightsError::connectionFailed)
         state = QStringLiteral("does not answer");
     else if (result.bridgeErrors.isEmpty() && !result.message.isEmpty())
         state = QStringLiteral("answers, but its lamps cannot be read");
@@ -389,7 +391,7 @@ void CtlConnectionCommands::onStatusLights(const LightsResult& result, const Bri
     finish(exitFailed);
 }
 
-void CtlConnectionCommands::reportUpdates(const BridgeContact& contact, const QString& key)
+void CtlConnectionCommands::reportUpdates(const ProbedBridge& contact, const QString& key)
 {
     // The tray application's choice, said the same way: pushed changes while the stream is up, else reading.
     if (contact.transport != BridgeAddress::https)

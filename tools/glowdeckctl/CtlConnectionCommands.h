@@ -16,6 +16,7 @@
 
 class AppSettings;
 class BridgeConnection;
+class BridgeSession;
 class BridgeEventStream;
 class BridgeDiscovery;
 class BridgePairing;
@@ -67,10 +68,10 @@ private:
     void onListRefreshed();
 
     void status();
-    void onStatusLights(const LightsResult& result, const BridgeContact& contact, const QString& key);
+    void onStatusLights(const LightsResult& result, const ProbedBridge& contact, const QString& key);
     /// Says whether the bridge pushes its changes: it is asked for its event stream, at most
     /// `streamPatience`.
-    void reportUpdates(const BridgeContact& contact, const QString& key);
+    void reportUpdates(const ProbedBridge& contact, const QString& key);
     void onUpdates(const QString& reasonToRead);
 
     void finish(int exitStatus);
@@ -79,7 +80,7 @@ private:
     QString m_fileName;
     QString m_address;
     /// How the bridge was reached when it was asked for a key.
-    std::optional<BridgeContact> m_contact;
+    std::optional<ProbedBridge> m_contact;
     std::unique_ptr<BridgeNetwork> m_network;
     std::unique_ptr<ShellRunner> m_shell;
     std::unique_ptr<LocalNetworkBrowser> m_localNetwork;
@@ -91,7 +92,7 @@ private:
     std::unique_ptr<AppSettings> m_pairingSettings;
     std::unique_ptr<BridgePairing> m_pairing;
     std::unique_ptr<AppSettings> m_settings;
-    std::unique_ptr<BridgeConnection> m_connection;
+    std::unique_ptr<BridgeSession> m_session; // once paired: reads the lists and stores the contact
     std::unique_ptr<BridgeEventStream> m_stream;
     QTimer m_streamWait;
     QDeadlineTimer m_waitUntil;

@@ -85,21 +85,21 @@ void CtlWatch::readNames(bool lights, bool rooms)
 {
     const AppSettings& settings = m_bridge.settings();
     if (lights)
-        HueCommunicationLights{.bridgeIP = settings.bridgeEndpoint(),
-                               .apiKey = settings.hueKey(),
-                               .identity = settings.bridgeIdentity()}
+        LightsRead{.endpoint = settings.bridgeEndpoint(),
+                   .key = settings.hueKey(),
+                   .identity = settings.bridgeIdentity()}
             .fetch(*m_network, [this](const LightsResult& result) { onLights(result); });
     if (rooms)
-        HueCommunicationGroups{.bridgeIP = settings.bridgeEndpoint(),
-                               .apiKey = settings.hueKey(),
-                               .identity = settings.bridgeIdentity()}
+        GroupsRead{.endpoint = settings.bridgeEndpoint(),
+                   .key = settings.hueKey(),
+                   .identity = settings.bridgeIdentity()}
             .fetch(*m_network, [this](const GroupsResult& result) { onRooms(result); });
 }
 
 void CtlWatch::onLights(const LightsResult& result)
 {
     // A bridge without lamps is one to watch too: they may be added.
-    const bool ok = result.ok() || result.error == BridgeError::noDevices;
+    const bool ok = result.ok() || result.error == LightsError::noDevices;
     if (ok) {
         m_lightNames.clear();
         for (const HueLight& light : result.records)
@@ -110,7 +110,7 @@ void CtlWatch::onLights(const LightsResult& result)
 
 void CtlWatch::onRooms(const GroupsResult& result)
 {
-    const bool ok = result.ok() || result.error == BridgeDataType_Groups_Error::noGroups;
+    const bool ok = result.ok() || result.error == GroupsError::noGroups;
     if (ok) {
         m_roomNames.clear();
         for (const HueGroup& group : result.records)

@@ -10,6 +10,7 @@
 #include "preferences/panes/ImagePlayer.h"
 #include "preferences/panes/PaneWidgets.h"
 #include "state/AppSettings.h"
+#include "state/BridgeHome.h"
 
 #include <QEvent>
 #include <QHBoxLayout>
@@ -93,11 +94,12 @@ ConnectionView::ConnectionView(AppSettings& settings, BridgeDiscovery& discovery
     connect(m_configuration, &ConfigurationPart::detectRequested, this, &ConnectionView::onDetect);
     connect(m_sendDebug, &LinkButton::clicked, this, &ConnectionView::onSendDebug);
     connect(&m_pairing, &BridgePairing::pairingFinished, this, &ConnectionView::onPairingFinished);
-    connect(&m_settings, &AppSettings::bridgeConnectedChanged, this, &ConnectionView::onStateChanged);
-    connect(&m_settings, &AppSettings::bridgeReachChanged, this, &ConnectionView::onStateChanged);
+    connect(&m_settings.home(), &BridgeHome::bridgeConnectedChanged, this, &ConnectionView::onStateChanged);
+    connect(&m_settings.home(), &BridgeHome::bridgeReachChanged, this, &ConnectionView::onStateChanged);
     connect(&m_settings, &AppSettings::hueIPChanged, this, &ConnectionView::onStateChanged);
-    connect(&m_settings, &AppSettings::liveUpdatesChanged, this, &ConnectionView::onStateChanged);
-    connect(&m_settings, &AppSettings::connectionErrorMessageChanged, this, &ConnectionView::onStateChanged);
+    connect(&m_settings.home(), &BridgeHome::liveUpdatesChanged, this, &ConnectionView::onStateChanged);
+    connect(&m_settings.home(), &BridgeHome::connectionErrorMessageChanged, this,
+            &ConnectionView::onStateChanged);
     connect(&m_settings, &AppSettings::hueKeyChanged, this, &ConnectionView::onStateChanged);
     connect(&m_settings, &AppSettings::bridgeContactChanged, this, &ConnectionView::onStateChanged);
     onStateChanged();
@@ -152,12 +154,12 @@ void ConnectionView::changeEvent(QEvent* event)
 
 void ConnectionView::onStateChanged()
 {
-    using Reach = AppSettings::BridgeReach;
-    const bool connected = m_settings.bridgeConnected();
+    using Reach = BridgeHome::Reach;
+    const bool connected = m_settings.home().bridgeConnected();
     const bool dark = PaneWidgets::isDark(this);
     // Once paired, "disconnected" would leave the user to guess: say what the bridge did.
     const Reach reach =
-        connected || m_settings.hueKey().isEmpty() ? Reach::unknown : m_settings.bridgeReach();
+        connected || m_settings.hueKey().isEmpty() ? Reach::unknown : m_settings.home().bridgeReach();
     m_status->setText(connected                      ? tr("CONNECTED")
                       : reach == Reach::notAnswering ? tr("NOT ANSWERING")
                       : reach == Reach::refused      ? tr("NOT TRUSTED")
@@ -179,8 +181,8 @@ void ConnectionView::onStateChanged()
     const bool linkButtonHelps = !connected && reach != Reach::notAnswering && reach != Reach::refused;
     m_linkHint->setVisible(linkButtonHelps);
     m_player->setVisible(linkButtonHelps);
-    m_error->setText(m_settings.connectionErrorMessage());
-    m_error->setVisible(!m_settings.connectionErrorMessage().isEmpty());
+    m_error->setText(m_settings.home().connectionErrorMessage());
+    m_error->setVisible(!m_settings.home().connectionErrorMessage().isEmpty());
     // Whether the key travels encrypted, and to which bridge: worth a line while paired.
     const QString transport = describeTransport(m_settings.bridgeTransport(), m_settings.bridgeSigner());
     const bool paired = !m_settings.hueKey().isEmpty() && !transport.isEmpty();
@@ -189,8 +191,9 @@ void ConnectionView::onStateChanged()
                            : tr("Over %1").arg(transport);
     // How changes made elsewhere get here: pushed by the bridge, or read every few seconds.
     if (connected)
-        security += u'\n' + (m_settings.liveUpdates() ? tr("Live updates: the bridge tells of every change")
-                                                      : tr("Reading every 3.5 s"));
+        security +=
+            u'\n' + (m_settings.home().liveUpdates() ? tr("Live updates: the bridge tells of every change")
+                                                     : tr("Reading every 3.5 s"));
     if (!m_moved.isEmpty())
         security += u'\n' + m_moved;
     m_security->setText(security);
@@ -200,7 +203,7 @@ void ConnectionView::onStateChanged()
 
 void ConnectionView::updateBusy()
 {
-    const bool connected = m_settings.bridgeConnected();
+    const bool connected = m_settings.home().bridgeConnected();
     m_statusButton->setText(connected ? tr("Disconnect") : m_connecting ? tr("Connecting…") : tr("Connect"));
     m_statusButton->setEnabled(connected || !m_connecting);
     m_configuration->setBusy(m_detecting, m_connecting);
@@ -208,7 +211,7 @@ void ConnectionView::updateBusy()
 
 void ConnectionView::onStatusButton()
 {
-    if (m_settings.bridgeConnected())
+    if (m_settings.home().bridgeConnected())
         onDisconnect();
     else
         onConnect();
@@ -218,7 +221,7 @@ void ConnectionView::onConnect()
 {
     if (m_connecting)
         return;
-    m_settings.setConnectionErrorMessage(QString());
+    m_settings.home().setConnectionErrorMessage(QString());
     m_connecting = true;
     updateBusy();
     // A new key is asked for. The stored one stays until the new one has worked (the connection stores it
@@ -237,7 +240,7 @@ void ConnectionView::onDetect()
     if (m_detecting)
         return;
     m_detecting = true;
-    m_settings.setConnectionErrorMessage(QString());
+    m_settings.home().setConnectionErrorMessage(QString());
     for (QWidget* part : std::initializer_list<QWidget*>{m_choiceHint, m_choices, m_useChoice})
         part->hide();
     updateBusy();
@@ -250,7 +253,7 @@ void ConnectionView::onDetect()
         self->m_detecting = false;
         self->updateBusy();
         if (bridges.isEmpty()) {
-            self->m_settings.setConnectionErrorMessage(BridgePairing::noConnectionMessage());
+            self->m_settings.home().setConnectionErrorMessage(BridgePairing::noConnectionMessage());
             return;
         }
         if (bridges.size() == 1)

@@ -3,6 +3,7 @@
 #include "connection/BridgeProbe.h"
 #include "connection/CommandExecuting.h"
 #include "diagnostics/Diagnostics.h"
+#include "state/ActivityLog.h"
 #include "state/AppSettings.h"
 
 #include <QCoreApplication>
@@ -44,7 +45,7 @@ void DebugReport::send()
         return;
     // The script runs as "/usr/bin/env ruby", which looks Ruby up on the PATH the same way.
     if (QStandardPaths::findExecutable(QStringLiteral("ruby")).isEmpty()) {
-        m_settings.addLogLine(
+        m_settings.activity().addLogLine(
             QStringLiteral("Glowdeck: no debug report: it needs Ruby (the \"ruby\" program), "
                            "which is not installed."));
         Q_EMIT finished(false);
@@ -59,7 +60,7 @@ void DebugReport::send()
     probeBridge(*m_network, *address, known, this, [this](const ProbeResult& result) {
         if (!result.contact)
             return runScript(result.problem);
-        const BridgeContact& contact = *result.contact;
+        const ProbedBridge& contact = *result.contact;
         runScript(
             QStringLiteral("answers as bridge %1 (\"%2\"), over %3")
                 .arg(contact.bridgeId, contact.name, describeTransport(contact.transport, contact.signer)));
@@ -70,7 +71,8 @@ void DebugReport::runScript(const QString& bridgeCheck)
 {
     if (!writeInput(bridgeCheck)) {
         m_running = false;
-        m_settings.addLogLine(QStringLiteral("Glowdeck: no debug report: cannot write to ") + folder());
+        m_settings.activity().addLogLine(QStringLiteral("Glowdeck: no debug report: cannot write to ") +
+                                         folder());
         Q_EMIT finished(false);
         return;
     }
@@ -78,9 +80,10 @@ void DebugReport::runScript(const QString& bridgeCheck)
         m_running = false;
         QFile::remove(inputPath());
         if (!output)
-            m_settings.addLogLine(QStringLiteral("Glowdeck: the debug report script did not run."));
+            m_settings.activity().addLogLine(
+                QStringLiteral("Glowdeck: the debug report script did not run."));
         for (const QString& line : output.value_or(QString()).split(u'\n', Qt::SkipEmptyParts))
-            m_settings.addLogLine(line);
+            m_settings.activity().addLogLine(line);
         Q_EMIT finished(QFileInfo::exists(reportPath()));
     });
 }
@@ -98,7 +101,7 @@ bool DebugReport::writeInput(const QString& bridgeCheck) const
         {"bridgeCheck", bridgeCheck},
         // The key in use may not be stored yet (just paired): the script hides both.
         {"keys", QJsonArray{m_settings.hueKey()}},
-        {"log", QJsonArray::fromStringList(m_settings.log())},
+        {"log", QJsonArray::fromStringList(m_settings.activity().log())},
         {"endpoint", mayPost && m_endpoint.isValid() ? m_endpoint.toString() : QString()},
         {"accessToken", Diagnostics::accessToken},
         {"reportFile", reportPath()},

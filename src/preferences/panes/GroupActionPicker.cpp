@@ -1,6 +1,7 @@
 #include "preferences/panes/GroupActionPicker.h"
 
 #include "state/AppSettings.h"
+#include "state/BridgeHome.h"
 
 #include <QAbstractItemView>
 
@@ -13,7 +14,7 @@ GroupActionPicker::GroupActionPicker(AppSettings& settings, HotkeyActions& actio
     setMinimumContentsLength(18);
     connect(this, &QComboBox::activated, this, &GroupActionPicker::onActivated);
     // Every refresh brings new records; the list only changes with the rooms' ids and names.
-    connect(&m_settings, &AppSettings::groupsChanged, this, &GroupActionPicker::rebuild);
+    connect(&m_settings.home(), &BridgeHome::groupsChanged, this, &GroupActionPicker::rebuild);
     rebuild();
 }
 
@@ -40,7 +41,7 @@ void GroupActionPicker::rebuild()
         return;
     }
     m_rebuildWhenClosed = false;
-    const QList<GroupActionOption> options = HotkeyActions::options(m_settings.groups());
+    const QList<GroupActionOption> options = HotkeyActions::options(m_settings.home().groups());
     if (options == m_availableGroupActions && count() > 0)
         return;
     m_availableGroupActions = options;

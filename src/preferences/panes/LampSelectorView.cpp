@@ -2,6 +2,7 @@
 
 #include "preferences/panes/PaneWidgets.h"
 #include "state/AppSettings.h"
+#include "state/BridgeHome.h"
 #include "state/LightOrder.h"
 
 #include <QAbstractItemModel>
@@ -116,7 +117,7 @@ LampSelectorView::LampSelectorView(AppSettings& settings, QWidget* parent)
                 [this, step] { moveLight(selectedRow(), selectedRow() + step); });
     }
     connect(m_toConnection, &LinkButton::clicked, this, &LampSelectorView::connectionPaneRequested);
-    connect(&m_settings, &AppSettings::lightsChanged, this, &LampSelectorView::onLightsChanged);
+    connect(&m_settings.home(), &BridgeHome::lightsChanged, this, &LampSelectorView::onLightsChanged);
     connect(&m_settings, &AppSettings::lightVisibilityChanged, this, &LampSelectorView::onVisibilityChanged);
     rebuild();
 }
@@ -134,7 +135,7 @@ void LampSelectorView::onLightsChanged()
 {
     // The pane's order is the stored one; the bridge's list reaches it through that order.
     const QList<HueLight> fresh =
-        LightOrder::apply(m_settings.lights(), m_settings.preferences().lightOrder());
+        LightOrder::apply(m_settings.home().lights(), m_settings.preferences().lightOrder());
     if (static_cast<LightList*>(m_list)->isDragging() || listed(fresh) == listed(m_lights))
         return;
     rebuild();
@@ -142,7 +143,7 @@ void LampSelectorView::onLightsChanged()
 
 void LampSelectorView::rebuild()
 {
-    m_lights = LightOrder::apply(m_settings.lights(), m_settings.preferences().lightOrder());
+    m_lights = LightOrder::apply(m_settings.home().lights(), m_settings.preferences().lightOrder());
     const QString current =
         m_list->currentItem() ? m_list->currentItem()->data(lampIdRole).toString() : QString();
     const QSignalBlocker blocker(m_list);

@@ -1,13 +1,14 @@
-#include "bridge/SwitchOffTimer.h"
+#include "commands/SwitchOffTimer.h"
 
 #include "bridge/ActionQueue.h"
 #include "bridge/BridgeAnswer.h"
+#include "bridge/BridgeCommands.h"
 #include "bridge/BridgeNetwork.h"
 #include "bridge/BridgeUrl.h"
 #include "bridge/HttpExchange.h"
-#include "bridge/HueHelper.h"
 #include "bridge/ResourceFetch.h"
 #include "model/ActionQueueItem.h"
+#include "state/ActivityLog.h"
 #include "state/AppSettings.h"
 
 #include <QJsonDocument>
@@ -29,8 +30,8 @@ int timerMilliseconds(qint64 milliseconds)
 } // namespace
 
 SwitchOffTimer::SwitchOffTimer(AppSettings& settings, QNetworkAccessManager& network, ActionQueue& queue,
-                               HueHelper& helper, QObject* parent)
-    : QObject(parent), m_settings(settings), m_network(network), m_helper(helper)
+                               BridgeCommands& commands, QObject* parent)
+    : QObject(parent), m_settings(settings), m_network(network), m_commands(commands)
 {
     m_expiry.setSingleShot(true);
     connect(&m_expiry, &QTimer::timeout, this, [this] {
@@ -47,7 +48,7 @@ void SwitchOffTimer::start(qint64 minutes)
     m_token = QStringLiteral("switch-off-%1").arg(++m_generation);
     m_awaitingAnswer = true;
     ++m_revision;
-    m_helper.switchAllOffAfterMinutes(minutes, m_token);
+    m_commands.switchAllOffAfterMinutes(minutes, m_token);
     const QDateTime at = m_clock().addSecs(minutes * 60);
     m_expiry.start(timerMilliseconds(minutes * 60 * 1000));
     setFiresAt(at);
@@ -73,12 +74,12 @@ void SwitchOffTimer::deleteOurs()
 void SwitchOffTimer::deleteSchedule(const QString& id)
 {
     m_deleting.append(id);
-    m_helper.deleteSchedule(id);
+    m_commands.deleteSchedule(id);
 }
 
 void SwitchOffTimer::onAnswered(const ActionQueueItem& item, const WriteOutcome& outcome, bool again)
 {
-    if (item.property == HueHelper::unscheduleProperty) {
+    if (item.property == BridgeCommands::unscheduleProperty) {
         // Done, or given up: either way the bridge's list tells the truth from now on.
         if (!again)
             m_deleting.removeAll(item.item_id);
@@ -120,7 +121,7 @@ void SwitchOffTimer::findOnBridge()
     BridgeNetwork::prepare(request, m_settings.bridgeIdentity());
     sendHttpRequest(m_network, request, QByteArrayLiteral("GET"), {}, {fetchTimeout, fetchDeadline},
                     [this, self = QPointer(this), revision = m_revision,
-                     address = m_helper.switchOffCommandAddress()](const HttpResult& answer) {
+                     address = m_commands.switchOffCommandAddress()](const HttpResult& answer) {
                         if (self)
                             onSchedules(answer, revision, address);
                     });
@@ -139,7 +140,8 @@ void SwitchOffTimer::onSchedules(const HttpResult& answer, int revision, const Q
             why = answer.error;
         else if (const QStringList errors = bridgeErrors(answer.body); !errors.isEmpty())
             why = errors.join(QStringLiteral("; "));
-        m_settings.addLogLine(QStringLiteral("The bridge's timers could not be read: %1").arg(why));
+        m_settings.activity().addLogLine(
+            QStringLiteral("The bridge's timers could not be read: %1").arg(why));
         return;
     }
     // A timer set, cancelled or answered since the read went out is newer than what the bridge listed.
@@ -182,7 +184,7 @@ std::optional<QMap<QString, QDateTime>> SwitchOffTimer::pendingTimers(const QByt
     for (auto it = list.constBegin(); it != list.constEnd(); ++it) {
         const QJsonObject schedule = it.value().toObject();
         const QJsonObject command = schedule.value(u"command").toObject();
-        if (schedule.value(u"name").toString() != HueHelper::switchOffScheduleName ||
+        if (schedule.value(u"name").toString() != BridgeCommands::switchOffScheduleName ||
             command.value(u"address").toString() != commandAddress ||
             schedule.value(u"status").toString() != QLatin1String("enabled"))
             continue;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "model/ActionQueueItem.h"
 #include "model/HueGroup.h"
 #include "model/HueLight.h"
 
@@ -8,18 +9,18 @@
 
 class ActionQueue;
 class AppSettings;
-struct ActionQueueItem;
 
-/// Every change the user makes to a lamp, a room or a scene. A command shows the change at once in
-/// `AppSettings` where it has a local effect, then queues the request; it never talks to the bridge itself.
-/// Values are passed through as given: callers keep them in the bridge's ranges.
-class HueHelper final
+/// Builds every change the user makes to a lamp, a room, a scene or a schedule into a request for the queue.
+/// A command shows the change at once in the bridge's `BridgeHome` where it has a local effect, then queues
+/// the request, addressed with the bridge's endpoint and key as they are at that moment; it never talks to
+/// the bridge itself. Values are passed through as given: callers keep them in the bridge's ranges.
+class BridgeCommands final
 {
 public:
     /// At or below this brightness a lamp or room is switched off instead of dimmed.
     static constexpr qint64 offBrightness = 4;
 
-    HueHelper(AppSettings& settings, ActionQueue& queue);
+    BridgeCommands(AppSettings& settings, ActionQueue& queue);
 
     void setLightOn(HueLight light, bool on);
     void setLightBrightness(HueLight light, qint64 brightness);
@@ -55,8 +56,16 @@ public:
     /// Deletes the schedule `scheduleId` from the bridge.
     void deleteSchedule(const QString& scheduleId);
 
+    /// The user touched the window's content: the refresh holds back for a few seconds, so that a list does
+    /// not jump under the cursor.
+    void noteUserAction();
+
 private:
-    void enqueue(const QUrl& address, QByteArray body, bool isLight, bool isGroup, const QString& itemId,
+    /// "<endpoint>/api/<key>/<segments...>"; invalid when the contact or a segment cannot form one.
+    QUrl address(const QStringList& segments) const;
+    QUrl lampAddress(const HueLight& light) const;
+    QUrl roomAddress(const HueGroup& group) const;
+    void enqueue(const QUrl& address, QByteArray body, ActionQueueItem::Target target, const QString& itemId,
                  const QString& property);
 
     AppSettings& m_settings;

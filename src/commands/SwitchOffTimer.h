@@ -11,7 +11,7 @@
 
 class ActionQueue;
 class AppSettings;
-class HueHelper;
+class BridgeCommands;
 class QNetworkAccessManager;
 struct ActionQueueItem;
 struct HttpResult;
@@ -29,7 +29,7 @@ class SwitchOffTimer final : public QObject
 
 public:
     SwitchOffTimer(AppSettings& settings, QNetworkAccessManager& network, ActionQueue& queue,
-                   HueHelper& helper, QObject* parent = nullptr);
+                   BridgeCommands& commands, QObject* parent = nullptr);
 
     /// Everything goes off in @p minutes, instead of at the time set before.
     void start(qint64 minutes);
@@ -46,9 +46,9 @@ public:
     void setClock(std::function<QDateTime()> clock) { m_clock = std::move(clock); }
 
     /// This program's timers in a bridge's answer to "GET /schedules" that go off after @p now: schedule id
-    /// -> when. Ours carry HueHelper's name, switch off through @p commandAddress (which holds our key) and
-    /// are enabled; their time is the start (in UTC) plus the "PThh:mm:ss" they were given. Empty optional
-    /// when the answer is no list of schedules.
+    /// -> when. Ours carry BridgeCommands's name, switch off through @p commandAddress (which holds our key)
+    /// and are enabled; their time is the start (in UTC) plus the "PThh:mm:ss" they were given. Empty
+    /// optional when the answer is no list of schedules.
     static std::optional<QMap<QString, QDateTime>>
     pendingTimers(const QByteArray& schedules, const QString& commandAddress, const QDateTime& now);
 
@@ -65,7 +65,7 @@ private:
 
     AppSettings& m_settings;
     QNetworkAccessManager& m_network;
-    HueHelper& m_helper;
+    BridgeCommands& m_commands;
     QString m_token; // the item id of the newest request; answers to older ones are deleted at once
     int m_generation = 0;
     bool m_awaitingAnswer = false; // the newest request is queued or under way

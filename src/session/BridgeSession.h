@@ -1,0 +1,64 @@
+#pragma once
+
+#include "model/BridgeContact.h"
+
+#include <QObject>
+#include <QString>
+
+#include <memory>
+
+class ActionQueue;
+class AppSettings;
+class BridgeCommands;
+class BridgeConnection;
+class BridgeDiscovery;
+class BridgePairing;
+class QNetworkAccessManager;
+
+/// Everything that keeps one bridge in step with Glowdeck: its connection (probe, reads, refresh timer, the
+/// search for a bridge that moved), its live updates, its pairing, and its queue of changes with the
+/// commands that fill it. Requests are built from the bridge's contact when they are queued
+/// or sent; the contact is saved, in one write, once the bridge has answered with it. A contact stored by
+/// another program (glowdeckctl pair while this runs) is taken in and the bridge reached anew with it.
+class BridgeSession final : public QObject
+{
+    Q_OBJECT
+    Q_DISABLE_COPY_MOVE(BridgeSession)
+
+public:
+    /// A session for the bridge whose contact and home `state` holds.
+    BridgeSession(AppSettings& state, QNetworkAccessManager& network, QObject* parent = nullptr);
+    ~BridgeSession() override;
+
+    /// Its bridge id, upper case; empty until the bridge has proved it.
+    QString bridgeId() const;
+    const BridgeContact& contact() const;
+    /// Writes the contact to the settings file, in one save.
+    void saveContact();
+
+    /// The bridge's state: its contact and its home as the views show it.
+    AppSettings& state() const { return m_state; }
+    QNetworkAccessManager& network() const { return m_network; }
+    ActionQueue& queue() const { return *m_queue; }
+    BridgeCommands& commands() const { return *m_commands; }
+    BridgePairing& pairing() const { return *m_pairing; }
+    BridgeConnection& connection() const { return *m_connection; }
+
+    /// What looks for the bridge when it moved to another address; none: it is only waited for.
+    void setBridgeFinder(BridgeDiscovery* finder);
+    /// Reaches the bridge with the contact (or pairs, without a key) and keeps it in step from then on.
+    void connectToBridge();
+
+    /// Sends the queued changes and keeps the bridge in step again (after a wake).
+    void resume();
+    /// Stops every timer (sleep, quit); queued changes stay queued.
+    void suspend();
+
+private:
+    AppSettings& m_state;
+    QNetworkAccessManager& m_network;
+    std::unique_ptr<ActionQueue> m_queue;
+    std::unique_ptr<BridgeCommands> m_commands;
+    std::unique_ptr<BridgePairing> m_pairing;
+    std::unique_ptr<BridgeConnection> m_connection;
+};

@@ -1,0 +1,114 @@
+#include "BridgeBench.h"
+#include "commands/HomeCommands.h"
+#include "session/BridgeSession.h"
+#include "session/BridgeSessions.h"
+
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QTest>
+
+#include <functional>
+#include <memory>
+
+using Command = std::function<void(HomeCommands&)>;
+Q_DECLARE_METATYPE(Command)
+
+class TestHomeCommands final : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+    void aWholeHomeActionReachesEveryBridge_data();
+    void aWholeHomeActionReachesEveryBridge();
+    void theSwitchOffTimerIsSetAndCancelledOnEveryBridge();
+
+private:
+    /// The changes `bench`'s bridge received, as "PUT groups/1/action {...}" (the path after the key).
+    static QStringList changes(BridgeBench& bench);
+
+    std::unique_ptr<BridgeBench> m_upstairs;
+    std::unique_ptr<BridgeBench> m_downstairs;
+    std::unique_ptr<BridgeSessions> m_sessions;
+    std::unique_ptr<HomeCommands> m_commands;
+};
+
+void TestHomeCommands::init()
+{
+    m_upstairs = std::make_unique<BridgeBench>();
+    m_downstairs = std::make_unique<BridgeBench>();
+    QVERIFY(m_upstairs->start() && m_downstairs->start());
+    m_sessions = std::make_unique<BridgeSessions>();
+    m_commands = std::make_unique<HomeCommands>(*m_sessions);
+    for (BridgeBench* bench : {m_upstairs.get(), m_downstairs.get()}) {
+        // One room and one zone on each bridge: whole-home actions go to rooms only.
+        bench->settings().home().setGroups(
+            {HueGroup{.group_id = u"1"_qs, .type = u"Room"_qs, .brightness = 100},
+             HueGroup{.group_id = u"7"_qs, .type = u"Zone"_qs}});
+        m_sessions->add(std::make_unique<BridgeSession>(bench->settings(), bench->network()));
+    }
+}
+
+void TestHomeCommands::cleanup()
+{
+    m_commands.reset();
+    m_sessions.reset();
+    m_downstairs.reset();
+    m_upstairs.reset();
+}
+
+QStringList TestHomeCommands::changes(BridgeBench& bench)
+{
+    QStringList lines;
+    for (const SimulatedRequest& request : bench.changes()) {
+        lines << QString::fromLatin1(request.method) + u' ' + request.path.section(u'/', 3) + u' ' +
+                     QString::fromUtf8(QJsonDocument(request.body).toJson(QJsonDocument::Compact));
+    }
+    return lines;
+}
+
+void TestHomeCommands::aWholeHomeActionReachesEveryBridge_data()
+{
+    QTest::addColumn<Command>("command");
+    QTest::addColumn<QString>("sent");
+    QTest::newRow("all lights off") << Command([](HomeCommands& c) { c.allLightsOff(); })
+                                    << R"(PUT groups/1/action {"on":false})";
+    QTest::newRow("darkness") << Command([](HomeCommands& c) { c.switchEverythingOff(); })
+                              << R"(PUT groups/0/action {"on":false})";
+    QTest::newRow("a chosen room on") << Command([](HomeCommands& c) {
+        c.runRoomAction({RoomAction::Kind::on, u"1"_qs});
+    }) << R"(PUT groups/1/action {"on":true})";
+}
+
+void TestHomeCommands::aWholeHomeActionReachesEveryBridge()
+{
+    QFETCH(Command, command);
+    QFETCH(QString, sent);
+    command(*m_commands);
+    for (BridgeBench* bench : {m_upstairs.get(), m_downstairs.get()})
+        QTRY_COMPARE(changes(*bench), QStringList{sent});
+}
+
+void TestHomeCommands::theSwitchOffTimerIsSetAndCancelledOnEveryBridge()
+{
+    const QDateTime at = m_commands->switchOffIn(30);
+    QVERIFY(at.isValid());
+    QCOMPARE(m_commands->switchOffAt(), at);
+    for (BridgeBench* bench : {m_upstairs.get(), m_downstairs.get()})
+        QTRY_COMPARE(bench->bridge().scheduleIds().size(), 1);
+
+    m_commands->cancelSwitchOff();
+    QVERIFY(!m_commands->switchOffAt().isValid());
+    for (BridgeBench* bench : {m_upstairs.get(), m_downstairs.get()})
+        QTRY_VERIFY(bench->bridge().scheduleIds().isEmpty());
+
+    // A bridge whose session ends takes its timer along.
+    m_commands->switchOffIn(5);
+    m_sessions->remove(m_sessions->first());
+    QVERIFY(m_commands->switchOffAt().isValid());
+    QCOMPARE(m_sessions->size(), 1);
+}
+
+QTEST_GUILESS_MAIN(TestHomeCommands)
+#include "tst_homecommands.moc"
