@@ -12,8 +12,8 @@
 #include "bridge/BridgeCommands.h"
 #include "bridge/ResourceFetch.h"
 #include "panels/ContentView.h"
-#include "state/AppSettings.h"
 #include "state/BridgeHome.h"
+#include "state/BridgeLink.h"
 #include "state/LightOrder.h"
 #include "state/MemorySettingsStore.h"
 #include "state/ProductLinks.h"
@@ -110,12 +110,12 @@ int main(int argc, char* argv[])
 
     const LargeHome home = LargeHome::makeNumbered(lightCount, 50, 300);
     MemorySettingsStore store;
-    AppSettings settings(store);
+    BridgeLink settings(store);
     // A first start: no stored heights, so the window opens at its content's height.
     settings.load();
     settings.setHueIP(bridge);
     settings.setHueKey(key);
-    settings.setShowScenes(true);
+    settings.preferences().setShowScenes(true);
     QNetworkAccessManager network;
     ActionQueue queue(settings, network);
     BridgeCommands commands(settings, queue);
@@ -136,7 +136,7 @@ int main(int argc, char* argv[])
     settings.home().setScenes(scenes);
     settings.home().setBridgeConnected(true);
     const double built = double(clock.nsecsElapsed()) / 1e6;
-    StatusBarMenuWindowController controller(settings, content,
+    StatusBarMenuWindowController controller(settings.preferences(), content,
                                              [] { return std::optional<QRect>(QRect(1257, 1, 22, 22)); });
     PaintWatch watch;
     content->installEventFilter(&watch);
@@ -149,7 +149,7 @@ int main(int argc, char* argv[])
         QElapsedTimer timer;
         timer.start();
         controller.restoreActivePanel();
-        controller.setPreferredHeight(settings.preferredHeightOfActivePanel());
+        controller.setPreferredHeight(settings.preferences().preferredHeightOfActivePanel());
         controller.show();
         while (!watch.painted && timer.elapsed() < 5000)
             QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
@@ -204,14 +204,14 @@ int main(int argc, char* argv[])
     };
     // Every panel's list exists from here on, as after a user has looked at each once.
     for (MainPanels panel : {MainPanels::scenes, MainPanels::rooms, MainPanels::lights}) {
-        settings.setActiveMainPanel(panel);
+        settings.preferences().setActiveMainPanel(panel);
         open();
         close();
     }
     open();
     measureTicks("open on the lights");
     close();
-    settings.setActiveMainPanel(MainPanels::rooms);
+    settings.preferences().setActiveMainPanel(MainPanels::rooms);
     open();
     measureTicks("open on the rooms");
     close();

@@ -20,7 +20,8 @@ class ActionQueue;
 class ActivityLog;
 class HomeModel;
 class AppWindow;
-class AppSettings;
+class BridgeLink;
+class Preferences;
 class BridgeConnection;
 class BridgeSession;
 class BridgeSessions;
@@ -112,7 +113,10 @@ public:
     /// Where Help and Provide Feedback go; tests replace the browser.
     void setUrlOpener(std::function<void(const QUrl&)> opener) { m_openUrl = std::move(opener); }
 
-    AppSettings& settings() const { return *m_settings; }
+    /// The saved choices.
+    Preferences& preferences() const { return *m_preferences; }
+    /// The first bridge as its session sees it.
+    BridgeLink& link() const { return *m_link; }
     ActivityLog& activity() const { return *m_activity; }
     HomeModel& home() const { return *m_home; }
     /// The sessions of the bridges served (one today), and the one the window shows.
@@ -126,7 +130,7 @@ public:
     StatusBarMenuWindowController& windowController() const { return *m_windowController; }
     GlobalHotkeys& hotkeys() const { return *m_hotkeys; }
     /// The preferences window's controller, created with its panes on first use.
-    PreferencesWindowController& preferences();
+    PreferencesWindowController& preferencesWindow();
     StartAtLogin& startAtLogin() const { return *m_startAtLogin; }
     /// The debug information window while it exists.
     DebugView* debugWindow() const { return m_debugWindow.get(); }
@@ -183,7 +187,8 @@ private:
     std::unique_ptr<Diagnostics> m_diagnostics;
     std::unique_ptr<ActivityLog> m_activity; // outlives everything that writes to it
     std::unique_ptr<HomeModel> m_home;       // one home per bridge; the views show the first
-    std::unique_ptr<AppSettings> m_settings;
+    std::unique_ptr<Preferences> m_preferences;
+    std::unique_ptr<BridgeLink> m_link;
     std::unique_ptr<BridgeSessions> m_sessions;
     BridgeSession* m_session = nullptr; // the first of m_sessions
     std::unique_ptr<HomeCommands> m_homeCommands;
@@ -196,8 +201,8 @@ private:
     std::unique_ptr<ReviewPrompt> m_reviewPrompt;
     std::unique_ptr<StartAtLogin> m_startAtLogin;
     std::unique_ptr<DebugReport> m_debugReport;
-    std::unique_ptr<PreferencesWindowController> m_preferences; // created on first use
-    std::unique_ptr<DebugView> m_debugWindow;                   // created on first use
+    std::unique_ptr<PreferencesWindowController> m_preferencesWindow; // created on first use
+    std::unique_ptr<DebugView> m_debugWindow;                         // created on first use
     std::unique_ptr<QSystemTrayIcon> m_trayIcon;
     std::unique_ptr<SwitchOffNotice> m_switchOffNotice;
     QAction* m_cancelTimer = nullptr; ///< "Lights off at 23:40 — Cancel", while a timer is pending

@@ -5,8 +5,8 @@
 #include "connection/BridgeConnection.h"
 #include "session/BridgeSession.h"
 #include "session/BridgeSessions.h"
-#include "state/AppSettings.h"
 #include "state/BridgeHome.h"
+#include "state/BridgeLink.h"
 #include "state/Console.h"
 
 #include <QHash>
@@ -107,7 +107,7 @@ void HomeCommands::runRoomAction(const RoomAction& action)
     if (action.kind == Kind::none)
         return;
     for (BridgeSession* session : m_sessions.all()) {
-        AppSettings& state = session->state();
+        BridgeLink& state = session->state();
         // Every room with the id, not only the first: the walk goes on past a match.
         const QList<HueGroup> rooms = state.home().groups();
         const bool stepping = action.kind == Kind::brighter || action.kind == Kind::darker;
@@ -190,7 +190,7 @@ void HomeCommands::changeEveryRoom(BridgeSession& session, const std::function<v
                                    const std::function<void(BridgeSession&, const HueGroup&)>& command,
                                    const std::function<bool(const HueGroup&)>& applies)
 {
-    AppSettings& state = session.state();
+    BridgeLink& state = session.state();
     QList<HueGroup> rooms = state.home().groups();
     if (rooms.isEmpty())
         return;
@@ -210,7 +210,7 @@ void HomeCommands::changeEveryRoom(BridgeSession& session, const std::function<v
     }
 }
 
-std::function<bool(const HueGroup&)> HomeCommands::dimmable(const AppSettings& state)
+std::function<bool(const HueGroup&)> HomeCommands::dimmable(const BridgeLink& state)
 {
     QHash<QString, bool> dims;
     for (const HueLight& light : state.home().lights())
@@ -235,9 +235,9 @@ void HomeCommands::stepRoom(BridgeSession& session, const HueGroup& room, bool d
         session.commands().increaseGroupBrightness(room, *delta);
 }
 
-std::optional<qint64> HomeCommands::step(const AppSettings& state, bool darker)
+std::optional<qint64> HomeCommands::step(const BridgeLink& state, bool darker)
 {
-    const qint64 increment = state.keyIncrement();
+    const qint64 increment = state.preferences().keyIncrement();
     if (!darker)
         return increment;
     // The one value whose negation does not exist: send nothing rather than a wrong step.

@@ -11,7 +11,7 @@
 #include <memory>
 #include <optional>
 
-class AppSettings;
+class BridgeLink;
 class BridgeSession;
 class BridgeSessions;
 class SwitchOffTimer;
@@ -96,12 +96,12 @@ private:
                                    bool dimmableOnly = false);
     /// Whether a brightness step means anything to a room of `state`: not for a room of plugs and other
     /// lamps without dimming only. A room none of whose lamps is known yet is taken as dimmable.
-    static std::function<bool(const HueGroup&)> dimmable(const AppSettings& state);
+    static std::function<bool(const HueGroup&)> dimmable(const BridgeLink& state);
     /// Every room on, in this colour; the hue and saturation are the room's own from then on.
     void colorEveryRoom(qint64 hue, qint64 saturation);
     /// The brightness step of the brighter and darker actions, negated for darker; nothing when it cannot
     /// be negated.
-    static std::optional<qint64> step(const AppSettings& state, bool darker);
+    static std::optional<qint64> step(const BridgeLink& state, bool darker);
     static void stepRoom(BridgeSession& session, const HueGroup& room, bool darker);
     void watch(BridgeSession* session);
     void forget(BridgeSession* session);

@@ -2,7 +2,7 @@
 
 #include "hotkeys/GlobalHotkeys.h"
 #include "hotkeys/HotkeyNames.h"
-#include "state/AppSettings.h"
+#include "state/BridgeLink.h"
 
 namespace {
 
@@ -25,7 +25,7 @@ constexpr ActionWord actionWords[] = {
 
 } // namespace
 
-HotkeyActions::HotkeyActions(AppSettings& settings, HomeCommands& commands, QObject* parent)
+HotkeyActions::HotkeyActions(BridgeLink& settings, HomeCommands& commands, QObject* parent)
     : QObject(parent), m_settings(settings), m_commands(commands)
 {}
 
@@ -53,7 +53,7 @@ void HotkeyActions::storeChoice(int slot, const QString& optionId)
 
 void HotkeyActions::storeStep(qint64 step)
 {
-    m_settings.setKeyIncrement(step);
+    m_settings.preferences().setKeyIncrement(step);
 }
 
 GroupHotkeyAction HotkeyActions::customGroupAction(int slot) const

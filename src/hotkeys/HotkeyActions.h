@@ -10,7 +10,7 @@
 #include <functional>
 #include <optional>
 
-class AppSettings;
+class BridgeLink;
 class GlobalHotkeys;
 
 /// One choice for a custom shortcut: the value stored for it and what the picker shows.
@@ -37,7 +37,7 @@ public:
     /// The value of a custom slot that does nothing (also what an absent setting reads as).
     static inline const QString noAction = QStringLiteral("no_action");
 
-    HotkeyActions(AppSettings& settings, HomeCommands& commands, QObject* parent = nullptr);
+    HotkeyActions(BridgeLink& settings, HomeCommands& commands, QObject* parent = nullptr);
 
     /// The choices for a custom slot: "(No Action)", then for each room, in the list's order, on, off,
     /// brighter and darker.
@@ -73,6 +73,6 @@ public:
     void runCustomGroupAction(int slot);
 
 private:
-    AppSettings& m_settings;
+    BridgeLink& m_settings;
     HomeCommands& m_commands;
 };

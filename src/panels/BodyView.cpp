@@ -4,8 +4,8 @@
 #include "panels/ListLights.h"
 #include "panels/ListScenes.h"
 #include "panels/Theme.h"
-#include "state/AppSettings.h"
 #include "state/BridgeHome.h"
+#include "state/BridgeLink.h"
 
 #include <QEvent>
 #include <QLabel>
@@ -28,7 +28,7 @@ QString linkedText(const QString& text)
 
 } // namespace
 
-BodyView::BodyView(AppSettings& settings, BridgeCommands& commands, QWidget* parent)
+BodyView::BodyView(BridgeLink& settings, BridgeCommands& commands, QWidget* parent)
     : QStackedWidget(parent), m_settings(settings), m_commands(commands),
       m_noLights(emptyState(QStringLiteral("NoLights"))), m_noGroups(emptyState(QStringLiteral("NoGroups"))),
       m_noScenes(emptyState(QStringLiteral("NoScenes")))
@@ -37,10 +37,10 @@ BodyView::BodyView(AppSettings& settings, BridgeCommands& commands, QWidget* par
     connect(&m_settings.home(), &BridgeHome::lightsChanged, this, &BodyView::onContentChanged);
     connect(&m_settings.home(), &BridgeHome::groupsChanged, this, &BodyView::onContentChanged);
     connect(&m_settings.home(), &BridgeHome::scenesChanged, this, &BodyView::onContentChanged);
-    connect(&m_settings, &AppSettings::activeMainPanelChanged, this, &BodyView::onContentChanged);
-    connect(&m_settings, &AppSettings::showScenesChanged, this, &BodyView::onContentChanged);
+    m_settings.preferences().whenChanged({SettingsKeys::activePanel, SettingsKeys::showScenes}, this,
+                                         &BodyView::onContentChanged);
     connect(&m_settings.home(), &BridgeHome::bridgeConnectedChanged, this, &BodyView::onConnectionChanged);
-    for (auto changed : {&AppSettings::hueKeyChanged, &AppSettings::hueIPChanged})
+    for (auto changed : {&BridgeLink::hueKeyChanged, &BridgeLink::hueIPChanged})
         connect(&m_settings, changed, this, &BodyView::onConnectionChanged);
     onConnectionChanged();
     onContentChanged();
@@ -141,9 +141,9 @@ void BodyView::changeEvent(QEvent* event)
 void BodyView::onContentChanged()
 {
     QWidget* page = nullptr;
-    MainPanels panel = m_settings.activeMainPanel();
+    MainPanels panel = m_settings.preferences().activeMainPanel();
     // Switching scenes off takes their tab away; the body falls back to the lights with it.
-    if (panel == MainPanels::scenes && !m_settings.showScenes())
+    if (panel == MainPanels::scenes && !m_settings.preferences().showScenes())
         panel = MainPanels::lights;
     switch (panel) {
     case MainPanels::rooms:

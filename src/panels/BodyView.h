@@ -2,7 +2,7 @@
 
 #include <QStackedWidget>
 
-class AppSettings;
+class BridgeLink;
 class BridgeCommands;
 class ListGroups;
 class ListLights;
@@ -19,7 +19,7 @@ class BodyView final : public QStackedWidget
     Q_DISABLE_COPY_MOVE(BodyView)
 
 public:
-    BodyView(AppSettings& settings, BridgeCommands& commands, QWidget* parent = nullptr);
+    BodyView(BridgeLink& settings, BridgeCommands& commands, QWidget* parent = nullptr);
 
     /// The hint shown while there are no lights, no rooms or no scenes.
     static QString noLightsText();
@@ -45,7 +45,7 @@ private:
     QLabel* emptyState(const QString& name);
     void showHint(QLabel* hint, const QString& text);
 
-    AppSettings& m_settings;
+    BridgeLink& m_settings;
     BridgeCommands& m_commands;
     QLabel* m_noLights;
     QLabel* m_noGroups;

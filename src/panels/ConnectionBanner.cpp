@@ -2,8 +2,8 @@
 
 #include "panels/Theme.h"
 #include "state/ActivityLog.h"
-#include "state/AppSettings.h"
 #include "state/BridgeHome.h"
+#include "state/BridgeLink.h"
 
 #include <QEvent>
 #include <QHBoxLayout>
@@ -16,7 +16,7 @@ constexpr int verticalMargin = 4;
 constexpr qreal fontSize = 9;
 } // namespace
 
-ConnectionBanner::ConnectionBanner(AppSettings& settings, QWidget* parent)
+ConnectionBanner::ConnectionBanner(BridgeLink& settings, QWidget* parent)
     : QWidget(parent), m_settings(settings), m_text(new QLabel(this))
 {
     setObjectName(QStringLiteral("connectionBanner"));
@@ -33,7 +33,7 @@ ConnectionBanner::ConnectionBanner(AppSettings& settings, QWidget* parent)
 
     for (auto changed : {&BridgeHome::bridgeConnectedChanged, &BridgeHome::connectionErrorMessageChanged})
         connect(&m_settings.home(), changed, this, &ConnectionBanner::onStateChanged);
-    connect(&m_settings, &AppSettings::hueKeyChanged, this, &ConnectionBanner::onStateChanged);
+    connect(&m_settings, &BridgeLink::hueKeyChanged, this, &ConnectionBanner::onStateChanged);
     for (auto changed : {&ActivityLog::noticeChanged, &ActivityLog::settingsSaveErrorChanged})
         connect(&m_settings.activity(), changed, this, &ConnectionBanner::onStateChanged);
     onStateChanged();

@@ -2,7 +2,7 @@
 
 #include <QWidget>
 
-class AppSettings;
+class BridgeLink;
 class QLabel;
 
 /// A line at the top of the body while the bridge cannot be reached: the connection's last error, or
@@ -16,7 +16,7 @@ class ConnectionBanner final : public QWidget
     Q_DISABLE_COPY_MOVE(ConnectionBanner)
 
 public:
-    explicit ConnectionBanner(AppSettings& settings, QWidget* parent = nullptr);
+    explicit ConnectionBanner(BridgeLink& settings, QWidget* parent = nullptr);
 
     /// What the banner says (the whole text, also when the line cuts it).
     QString message() const;
@@ -29,6 +29,6 @@ private:
     void onStateChanged();
     void applyColours();
 
-    AppSettings& m_settings;
+    BridgeLink& m_settings;
     QLabel* m_text;
 };

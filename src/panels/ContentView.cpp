@@ -7,8 +7,8 @@
 #include "panels/PanelTabs.h"
 #include "panels/Theme.h"
 #include "panels/TitleBars.h"
-#include "state/AppSettings.h"
 #include "state/BridgeHome.h"
+#include "state/BridgeLink.h"
 
 #include <QChildEvent>
 #include <QFrame>
@@ -40,12 +40,13 @@ protected:
 
 } // namespace
 
-ContentView::ContentView(AppSettings& settings, BridgeCommands& commands, const ProductLinks& links,
+ContentView::ContentView(BridgeLink& settings, BridgeCommands& commands, const ProductLinks& links,
                          QWidget* parent)
     : QWidget(parent), m_settings(settings), m_commands(commands),
       m_welcomeTitle(new WelcomeTitlebarView(this)),
-      m_regularTitle(new RegularTitlebarView(settings, links, this)), m_tabs(new PanelTabs(settings, this)),
-      m_banner(new ConnectionBanner(settings, this)), m_body(new BodyView(settings, commands, this))
+      m_regularTitle(new RegularTitlebarView(settings.preferences(), links, this)),
+      m_tabs(new PanelTabs(settings.preferences(), this)), m_banner(new ConnectionBanner(settings, this)),
+      m_body(new BodyView(settings, commands, this))
 {
     PanelAccessibility::install();
     setMinimumSize(contentWidth, minimumHeight);

@@ -2,7 +2,7 @@
 
 #include <QWidget>
 
-class AppSettings;
+class BridgeLink;
 class BodyView;
 class ConnectionBanner;
 class BridgeCommands;
@@ -23,7 +23,7 @@ public:
     static constexpr int contentWidth = 200;
     static constexpr int minimumHeight = 200;
 
-    ContentView(AppSettings& settings, BridgeCommands& commands, const ProductLinks& links,
+    ContentView(BridgeLink& settings, BridgeCommands& commands, const ProductLinks& links,
                 QWidget* parent = nullptr);
 
     /// The width and the height at which the active panel shows all of its rows without scrolling.
@@ -47,7 +47,7 @@ private:
     void onLightsChanged();
     void watchClicks(QObject* object);
 
-    AppSettings& m_settings;
+    BridgeLink& m_settings;
     BridgeCommands& m_commands;
     WelcomeTitlebarView* m_welcomeTitle;
     RegularTitlebarView* m_regularTitle;

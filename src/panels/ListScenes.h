@@ -3,7 +3,7 @@
 #include <QStringList>
 #include <QWidget>
 
-class AppSettings;
+class BridgeLink;
 class BridgeCommands;
 class QLabel;
 class QLineEdit;
@@ -24,7 +24,7 @@ class ListScenes final : public QWidget
 public:
     static constexpr int filterThreshold = 20;
 
-    ListScenes(AppSettings& settings, BridgeCommands& commands, QWidget* parent = nullptr);
+    ListScenes(BridgeLink& settings, BridgeCommands& commands, QWidget* parent = nullptr);
 
     /// The buttons, top to bottom, including those the filter hides.
     QList<SceneButton*> sceneButtons() const;
@@ -46,7 +46,7 @@ private:
     void onBridgeConnectedChanged();
     void applyFilter();
 
-    AppSettings& m_settings;
+    BridgeLink& m_settings;
     BridgeCommands& m_commands;
     QLineEdit* m_filter;
     SceneColumn* m_column;

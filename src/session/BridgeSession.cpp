@@ -4,9 +4,9 @@
 #include "bridge/BridgeCommands.h"
 #include "connection/BridgeConnection.h"
 #include "connection/BridgePairing.h"
-#include "state/AppSettings.h"
+#include "state/BridgeLink.h"
 
-BridgeSession::BridgeSession(AppSettings& state, QNetworkAccessManager& network, QObject* parent)
+BridgeSession::BridgeSession(BridgeLink& state, QNetworkAccessManager& network, QObject* parent)
     : QObject(parent), m_state(state), m_network(network),
       m_queue(std::make_unique<ActionQueue>(state, network)),
       m_commands(std::make_unique<BridgeCommands>(state, *m_queue)),
@@ -14,7 +14,7 @@ BridgeSession::BridgeSession(AppSettings& state, QNetworkAccessManager& network,
       m_connection(std::make_unique<BridgeConnection>(state, network, *m_pairing, *m_queue))
 {
     // "glowdeckctl pair" while this runs: its key is used at once, and never overwritten with the old one.
-    connect(&m_state, &AppSettings::bridgeChangedElsewhere, this, [this] {
+    connect(&m_state, &BridgeLink::bridgeChangedElsewhere, this, [this] {
         if (!m_state.hueIP().isEmpty() && !m_state.hueKey().isEmpty())
             m_connection->connectToBridge();
     });

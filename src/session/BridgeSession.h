@@ -8,7 +8,7 @@
 #include <memory>
 
 class ActionQueue;
-class AppSettings;
+class BridgeLink;
 class BridgeCommands;
 class BridgeConnection;
 class BridgeDiscovery;
@@ -27,7 +27,7 @@ class BridgeSession final : public QObject
 
 public:
     /// A session for the bridge whose contact and home `state` holds.
-    BridgeSession(AppSettings& state, QNetworkAccessManager& network, QObject* parent = nullptr);
+    BridgeSession(BridgeLink& state, QNetworkAccessManager& network, QObject* parent = nullptr);
     ~BridgeSession() override;
 
     /// Its bridge id, upper case; empty until the bridge has proved it.
@@ -37,7 +37,7 @@ public:
     void saveContact();
 
     /// The bridge's state: its contact and its home as the views show it.
-    AppSettings& state() const { return m_state; }
+    BridgeLink& state() const { return m_state; }
     QNetworkAccessManager& network() const { return m_network; }
     ActionQueue& queue() const { return *m_queue; }
     BridgeCommands& commands() const { return *m_commands; }
@@ -55,7 +55,7 @@ public:
     void suspend();
 
 private:
-    AppSettings& m_state;
+    BridgeLink& m_state;
     QNetworkAccessManager& m_network;
     std::unique_ptr<ActionQueue> m_queue;
     std::unique_ptr<BridgeCommands> m_commands;

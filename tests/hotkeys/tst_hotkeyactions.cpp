@@ -102,7 +102,7 @@ void TestHotkeyActions::everyRoomActionChangesTheRecordsAndSendsOneCommandPerRoo
     QFETCH(qint64, brightness);
 
     m_bench->setRooms({QStringLiteral("1"), QStringLiteral("2")});
-    m_bench->settings().setKeyIncrement(25);
+    m_bench->settings().preferences().setKeyIncrement(25);
     press(name);
     for (const HueGroup& room : m_bench->settings().home().groups()) {
         QCOMPARE(room.is_on, isOn);
@@ -246,7 +246,7 @@ void TestHotkeyActions::offersFourChoicesPerRoomAfterNoAction()
 void TestHotkeyActions::storesTheStepAndTheChoice()
 {
     m_bench->actions().storeStep(10);
-    QCOMPARE(m_bench->settings().keyIncrement(), 10);
+    QCOMPARE(m_bench->settings().preferences().keyIncrement(), 10);
     QCOMPARE(m_bench->store().readInt(SettingsKeys::keyIncrement), 10);
 
     QCOMPARE(m_bench->actions().currentChoice(3), QStringLiteral("no_action"));
@@ -257,7 +257,7 @@ void TestHotkeyActions::storesTheStepAndTheChoice()
 
     // A step that cannot be negated: darker says so and sends nothing, instead of a wrong step.
     m_bench->setRooms({QStringLiteral("1")});
-    m_bench->settings().setKeyIncrement(std::numeric_limits<qint64>::min());
+    m_bench->settings().preferences().setKeyIncrement(std::numeric_limits<qint64>::min());
     PrintedLines printed;
     press(HotkeyNames::allLightsDarker());
     QVERIFY(!m_bench->queue().isProcessing());

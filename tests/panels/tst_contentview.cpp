@@ -57,7 +57,7 @@ private slots:
 private:
     void build(const ProductLinks& links);
     QWidget* currentBodyPage() const;
-    AppSettings& settings() { return m_rig->files.settings(); }
+    BridgeLink& settings() { return m_rig->files.settings(); }
     static HueLight light(const QString& id);
 
     /// What a content view works with; each part refers to the ones before it.
@@ -132,19 +132,19 @@ void TestContentView::clickingATabShowsItsPanelAndAsksForItsHeight()
     QFETCH(MainPanels, from);
     QFETCH(MainPanels, panel);
     QFETCH(qint64, height);
-    settings().setShowScenes(true);
-    settings().setActiveMainPanel(from);
-    settings().setPresetWindowHeightLights(300);
-    settings().setPresetWindowHeightRooms(320);
-    settings().setPresetWindowHeightScenes(340);
-    QSignalSpy resize(&settings(), &AppSettings::windowResizePlease);
+    settings().preferences().setShowScenes(true);
+    settings().preferences().setActiveMainPanel(from);
+    settings().preferences().setPresetWindowHeight(MainPanels::lights, 300);
+    settings().preferences().setPresetWindowHeight(MainPanels::rooms, 320);
+    settings().preferences().setPresetWindowHeight(MainPanels::scenes, 340);
+    QSignalSpy resize(&settings().preferences(), &Preferences::windowResizePlease);
 
     QTest::mouseClick(m_view->findChild<PanelTabs*>()->tab(panel), Qt::LeftButton);
     // The tap is handed to the event loop: nothing has changed yet when the click returns.
     QCOMPARE(resize.size(), 0);
 
     QTRY_COMPARE(resize.size(), 1);
-    QCOMPARE(settings().activeMainPanel(), panel);
+    QCOMPARE(settings().preferences().activeMainPanel(), panel);
     QCOMPARE(resize.first().first().value<qint64>(), height);
     QCOMPARE(m_rig->files.store().readInt(QStringLiteral("activePanel")), int(panel));
 }
@@ -161,15 +161,15 @@ void TestContentView::offersTheScenesTabOnlyWhileScenesAreShown()
     QCOMPARE(lights->x(), 10);
     QCOMPARE(rooms->geometry().right(), tabs->width() - 10 - 1);
 
-    settings().setShowScenes(true);
+    settings().preferences().setShowScenes(true);
     QTRY_VERIFY(scenes->isVisible());
     QTRY_VERIFY(rooms->width() < ContentView::contentWidth / 3);
     QVERIFY(qAbs(lights->width() - rooms->width()) <= 1 && qAbs(rooms->width() - scenes->width()) <= 1);
     QCOMPARE(scenes->geometry().right(), tabs->width() - 10 - 1);
 
     // Taking the tab away while its panel is open falls back to the lights.
-    settings().setActiveMainPanel(MainPanels::scenes);
-    settings().setShowScenes(false);
+    settings().preferences().setActiveMainPanel(MainPanels::scenes);
+    settings().preferences().setShowScenes(false);
     QTRY_VERIFY(!scenes->isVisible());
     auto* hint = qobject_cast<QLabel*>(currentBodyPage());
     QVERIFY(hint &&
@@ -201,8 +201,8 @@ void TestContentView::showsTheHintOfAnEmptyPanel()
         settings().home().setGroups({room});
     else
         settings().home().setLights({light(QStringLiteral("1"))});
-    settings().setShowScenes(true);
-    settings().setActiveMainPanel(MainPanels(panel));
+    settings().preferences().setShowScenes(true);
+    settings().preferences().setActiveMainPanel(MainPanels(panel));
 
     auto* hint = qobject_cast<QLabel*>(currentBodyPage());
     QVERIFY(hint && hint->isVisible());
@@ -217,8 +217,8 @@ void TestContentView::showsTheListOnceItsPanelHasContentAndKeepsIt()
     QVERIFY(list && !qobject_cast<QLabel*>(list));
 
     settings().home().setLights({light(QStringLiteral("1")), light(QStringLiteral("2"))});
-    settings().setActiveMainPanel(MainPanels::rooms);
-    settings().setActiveMainPanel(MainPanels::lights);
+    settings().preferences().setActiveMainPanel(MainPanels::rooms);
+    settings().preferences().setActiveMainPanel(MainPanels::lights);
     QCOMPARE(currentBodyPage(), list);
 
     settings().home().setLights({});
@@ -252,7 +252,7 @@ void TestContentView::reviewButtonThanksOnceAndHidesTheBanner()
     if (!reviewPage)
         build(ProductLinks{});
     settings().home().setLights({light(QStringLiteral("1"))});
-    settings().setShowReviewRequest(true);
+    settings().preferences().setShowReviewRequest(true);
     auto* title = m_view->findChild<RegularTitlebarView*>();
     auto* heart = title->findChild<QAbstractButton*>(QStringLiteral("reviewButton"));
     auto* productName = title->findChild<QLabel*>(QStringLiteral("productName"));
@@ -265,7 +265,7 @@ void TestContentView::reviewButtonThanksOnceAndHidesTheBanner()
     QCOMPARE(m_rig->files.store().value(QStringLiteral("noMoreReviewRequests")), QVariant(true));
     QCOMPARE(m_rig->files.store().readString(QStringLiteral("reviewedVersion")).value_or(QString()),
              QStringLiteral("3.1.4"));
-    QVERIFY(!settings().showReviewRequest() && !heart->isVisible() && productName->isVisible());
+    QVERIFY(!settings().preferences().showReviewRequest() && !heart->isVisible() && productName->isVisible());
 }
 
 void TestContentView::settingsButtonsAskForThePreferences_data()
@@ -331,7 +331,7 @@ void TestContentView::naturalHeightFollowsTheActivePanel()
     QVERIFY2(many - one > 5 * 30, qPrintable(u"%1 %2"_qs.arg(one).arg(many)));
 
     // The rooms panel has no rooms: back to the hint's height.
-    settings().setActiveMainPanel(MainPanels::rooms);
+    settings().preferences().setActiveMainPanel(MainPanels::rooms);
     QVERIFY(m_view->sizeHint().height() < many);
 }
 
@@ -393,12 +393,12 @@ void TestContentView::emptyPanelTellsUnpairedFromUnreachable()
     QCOMPARE(bar->message(), u"The bridge refused the change: parameter, bri, is not modifiable"_qs);
     const QString file = m_rig->files.fileName();
     QVERIFY(QFile::remove(file) && QDir().mkpath(file));
-    settings().setAppIcon(u"Icon_Lamp2"_qs);
+    settings().preferences().setAppIcon(u"Icon_Lamp2"_qs);
     QVERIFY2(bar->message().startsWith(u"Settings could not be saved: the settings file"_qs),
              qPrintable(bar->message()));
     QVERIFY(settings().activity().log().last().startsWith(u"Settings could not be saved"_qs));
     QVERIFY(QDir().rmdir(file));
-    settings().setAppIcon(u"Icon_Lamp3"_qs);
+    settings().preferences().setAppIcon(u"Icon_Lamp3"_qs);
     QCOMPARE(bar->message(), u"The bridge refused the change: parameter, bri, is not modifiable"_qs);
 }
 
@@ -420,7 +420,7 @@ void TestContentView::settingsLinkAsksForTheConnectionSettings()
 
 void TestContentView::everyControlHasANameAndARole()
 {
-    settings().setShowScenes(true);
+    settings().preferences().setShowScenes(true);
     HueLight colour = light(QStringLiteral("1"));
     colour.allows_color = colour.allows_ambient = true;
     settings().home().setLights({colour, light(QStringLiteral("2"))});
@@ -431,7 +431,7 @@ void TestContentView::everyControlHasANameAndARole()
 
     int checked = 0;
     for (MainPanels panel : {MainPanels::lights, MainPanels::scenes}) {
-        settings().setActiveMainPanel(panel);
+        settings().preferences().setActiveMainPanel(panel);
         for (QWidget* widget : m_view->findChildren<QWidget*>()) {
             if (!widget->isVisibleTo(m_view.get()) || !(widget->focusPolicy() & Qt::TabFocus))
                 continue;

@@ -46,7 +46,7 @@ public:
         return QTest::qWaitFor([this] { return settings().home().bridgeConnected(); }, 10000);
     }
 
-    AppSettings& settings() { return m_state.settings(); }
+    BridgeLink& settings() { return m_state.settings(); }
     BridgeNetwork& network() { return m_network; }
     SettingsStore& store() { return m_state.store(); }
     TestSettings& state() { return m_state; }

@@ -180,7 +180,7 @@ void TestConnectionView::connectKeepsTheKeyOfAPairedBridgeThatDoesNotAnswer()
     m_view.reset();
     m_bench->connection().stopBridgeStateRefresher();
     JsonSettingsStore store(m_bench->state().fileName());
-    AppSettings settings(store);
+    BridgeLink settings(store);
     settings.load();
     QVERIFY(m_bench->bridge().listen(QHostAddress::LocalHost, port));
     BridgePairing pairing(settings, m_bench->network());

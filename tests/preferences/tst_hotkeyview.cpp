@@ -123,14 +123,14 @@ void TestHotkeyView::stepSizeIsStoredAtOnce()
 {
     QFETCH(int, choice);
     QFETCH(qint64, stored);
-    m_bench->settings().setKeyIncrement(33); // set by hand: none of the three is shown chosen
+    m_bench->settings().preferences().setKeyIncrement(33); // set by hand: none of the three is shown chosen
     build();
     auto* step = m_view->findChild<SegmentedControl*>(QStringLiteral("stepSize"));
     QCOMPARE(step->selectedIndex(), -1);
 
     QTest::mouseClick(step->button(choice), Qt::LeftButton);
     QCOMPARE(m_bench->store().readInt(SettingsKeys::keyIncrement), stored);
-    QCOMPARE(m_bench->settings().keyIncrement(), stored);
+    QCOMPARE(m_bench->settings().preferences().keyIncrement(), stored);
     QCOMPARE(step->selectedIndex(), choice);
 }
 

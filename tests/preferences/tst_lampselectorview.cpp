@@ -81,7 +81,7 @@ void TestLampSelectorView::listsTheLightsInTheStoredOrderWithTheirSwitches()
 
 void TestLampSelectorView::switchingALightOffHidesItFromTheDropDown()
 {
-    QSignalSpy redraw(&m_state->settings(), &AppSettings::lightVisibilityChanged);
+    QSignalSpy redraw(&m_state->settings().preferences(), &Preferences::changed);
 
     m_view->list().item(1)->setCheckState(Qt::Unchecked);
 

@@ -27,7 +27,7 @@ public:
     BridgeSimulator& bridge() { return m_bridge; }
     QString key() const { return m_key; }
     TestSettings& state() { return m_state; }
-    AppSettings& settings() { return m_state.settings(); }
+    BridgeLink& settings() { return m_state.settings(); }
     JsonSettingsStore& store() { return m_state.store(); }
     BridgeNetwork& network() { return m_network; }
 

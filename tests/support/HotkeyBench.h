@@ -53,7 +53,7 @@ public:
     }
 
     TestSettings& state() { return m_state; }
-    AppSettings& settings() { return m_state.settings(); }
+    BridgeLink& settings() { return m_state.settings(); }
     SettingsStore& store() { return m_state.store(); }
     ActionQueue& queue() { return m_session.queue(); }
     HotkeyActions& actions() { return m_actions; }

@@ -2,7 +2,7 @@
 
 #include "CtlCommon.h"
 
-#include "state/AppSettings.h"
+#include "state/BridgeLink.h"
 #include "state/JsonSettingsStore.h"
 #include "state/MemorySettingsStore.h"
 #include "state/Preferences.h"
@@ -31,7 +31,7 @@ bool CtlBridge::open(const CtlInvocation& invocation)
         const QString storedAddress = preferences.bridgeAddress();
         if (address.isEmpty())
             address = storedAddress;
-        AppSettings stored(*store);
+        BridgeLink stored(*store);
         stored.load();
         if (key.isEmpty() && !preferences.bridgeKey().isEmpty()) {
             key = preferences.bridgeKey();
@@ -66,7 +66,7 @@ bool CtlBridge::open(const CtlInvocation& invocation)
         return false;
     }
 
-    m_settings = std::make_unique<AppSettings>(*m_store);
+    m_settings = std::make_unique<BridgeLink>(*m_store);
     m_settings->setHueIP(address);
     m_settings->setHueKey(key);
     return true;
@@ -103,7 +103,7 @@ void CtlBridge::reach(QNetworkAccessManager& network, QObject* context,
     });
 }
 
-Ctl::StoredKeyUse Ctl::storedKeyUse(const QString& address, const AppSettings& stored, const QString& file)
+Ctl::StoredKeyUse Ctl::storedKeyUse(const QString& address, const BridgeLink& stored, const QString& file)
 {
     const QString bridgeId = stored.bridgeID();
     const std::optional<BridgeAddress> given = BridgeAddress::parse(address);

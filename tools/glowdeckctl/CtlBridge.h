@@ -11,7 +11,7 @@
 #include <functional>
 #include <memory>
 
-class AppSettings;
+class BridgeLink;
 class QNetworkAccessManager;
 class QObject;
 class SettingsStore;
@@ -36,11 +36,11 @@ public:
     void reach(QNetworkAccessManager& network, QObject* context, std::function<void(bool reached)> done);
 
     /// The address, key and contact to send requests with; only after open() succeeded.
-    AppSettings& settings() const { return *m_settings; }
+    BridgeLink& settings() const { return *m_settings; }
 
 private:
     std::unique_ptr<SettingsStore> m_store;
-    std::unique_ptr<AppSettings> m_settings;
+    std::unique_ptr<BridgeLink> m_settings;
     /// What the settings file says about the bridge being addressed, when it is the stored one.
     ProbeKnowledge m_knowledge;
     /// What to do when the bridge addressed turns out not to be the one the stored key belongs to; empty
@@ -65,7 +65,7 @@ struct StoredKeyUse
     QString advice;
 };
 /// `stored` holds what `file` says of the bridge its key belongs to.
-StoredKeyUse storedKeyUse(const QString& address, const AppSettings& stored, const QString& file);
+StoredKeyUse storedKeyUse(const QString& address, const BridgeLink& stored, const QString& file);
 
 /// One sentence about a failed list read of the bridge at `bridge`, or nothing when the read has printed its
 /// own message (an answer it could not use).

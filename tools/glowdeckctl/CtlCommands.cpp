@@ -10,8 +10,8 @@
 #include "bridge/JsonWriter.h"
 #include "model/SceneRooms.h"
 #include "session/BridgeSession.h"
-#include "state/AppSettings.h"
 #include "state/BridgeHome.h"
+#include "state/BridgeLink.h"
 
 #include <QNetworkAccessManager>
 

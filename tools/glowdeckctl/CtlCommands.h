@@ -12,7 +12,7 @@
 #include <memory>
 
 class ActionQueue;
-class AppSettings;
+class BridgeLink;
 struct ActionQueueItem;
 struct WriteOutcome;
 class BridgeCommands;
@@ -66,7 +66,7 @@ private:
     CtlInvocation m_invocation;
     std::unique_ptr<BridgeNetwork> m_network;
     CtlBridge m_bridge;
-    AppSettings* m_settings = nullptr;        // the bridge's, once it is open
+    BridgeLink* m_settings = nullptr;         // the bridge's, once it is open
     std::unique_ptr<BridgeSession> m_session; // the bridge's, once it is open
     ActionQueue* m_queue = nullptr;
     BridgeCommands* m_commands = nullptr;

@@ -12,8 +12,8 @@
 #include "connection/BridgeProbe.h"
 #include "connection/ShellRunner.h"
 #include "session/BridgeSession.h"
-#include "state/AppSettings.h"
 #include "state/BridgeHome.h"
+#include "state/BridgeLink.h"
 #include "state/JsonSettingsStore.h"
 #include "state/MemorySettingsStore.h"
 #include "state/Preferences.h"
@@ -111,7 +111,7 @@ void CtlConnectionCommands::discover()
     // A bridge paired over HTTPS is never replaced by an address that merely claims its id in clear.
     ProbeKnowledge paired;
     if (openExistingSettings()) {
-        AppSettings stored(*m_store);
+        BridgeLink stored(*m_store);
         stored.load();
         paired = {stored.bridgeTransport(), stored.bridgeIdentity(), false};
     }
@@ -195,11 +195,11 @@ void CtlConnectionCommands::pair()
     }
 
     m_pairingStore = std::make_unique<MemorySettingsStore>();
-    m_pairingSettings = std::make_unique<AppSettings>(*m_pairingStore);
+    m_pairingSettings = std::make_unique<BridgeLink>(*m_pairingStore);
     if (m_store && sameBridgeAddress(m_address, storedAddress())) {
         // Pairing the stored bridge again: what it proved before holds (a bridge reached over HTTPS is not
         // paired in clear, whatever answers there now).
-        AppSettings stored(*m_store);
+        BridgeLink stored(*m_store);
         stored.load();
         Preferences(*m_pairingStore).setBridgeAddress(storedAddress());
         m_pairingSettings->setBridgeContact(stored.bridgeTransport(), stored.bridgeID(),
@@ -247,7 +247,7 @@ void CtlConnectionCommands::connectWithKey(const QString& key)
     // Now there is something to store: the file is created if need be.
     if (!m_store)
         m_store = std::make_unique<JsonSettingsStore>(m_fileName);
-    m_settings = std::make_unique<AppSettings>(*m_store);
+    m_settings = std::make_unique<BridgeLink>(*m_store);
     m_address = addressAfter(m_address, *m_contact);
     m_settings->setHueIP(m_address);
     m_settings->setHueKey(key);
@@ -335,7 +335,7 @@ void CtlConnectionCommands::status()
     // unless the bridge there proves the stored id.
     ProbeKnowledge known;
     if (m_store) {
-        AppSettings settings(*m_store);
+        BridgeLink settings(*m_store);
         settings.load();
         if (m_invocation.key.isEmpty() && keyStored) {
             const Ctl::StoredKeyUse use = Ctl::storedKeyUse(m_address, settings, m_fileName);

@@ -14,7 +14,7 @@
 #include <memory>
 #include <optional>
 
-class AppSettings;
+class BridgeLink;
 class BridgeConnection;
 class BridgeSession;
 class BridgeEventStream;
@@ -89,9 +89,9 @@ private:
     std::unique_ptr<SettingsStore> m_store;
     /// BridgePairing wants shared state, but only asking for a key needs none: this one stores nothing.
     std::unique_ptr<SettingsStore> m_pairingStore;
-    std::unique_ptr<AppSettings> m_pairingSettings;
+    std::unique_ptr<BridgeLink> m_pairingSettings;
     std::unique_ptr<BridgePairing> m_pairing;
-    std::unique_ptr<AppSettings> m_settings;
+    std::unique_ptr<BridgeLink> m_settings;
     std::unique_ptr<BridgeSession> m_session; // once paired: reads the lists and stores the contact
     std::unique_ptr<BridgeEventStream> m_stream;
     QTimer m_streamWait;

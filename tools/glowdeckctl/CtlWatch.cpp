@@ -6,7 +6,7 @@
 #include "bridge/JsonWriter.h"
 #include "connection/BridgeEventStream.h"
 #include "model/BridgeAddress.h"
-#include "state/AppSettings.h"
+#include "state/BridgeLink.h"
 
 #include <cmath>
 #include <utility>
@@ -68,7 +68,7 @@ void CtlWatch::start()
 
 void CtlWatch::onReached()
 {
-    const AppSettings& settings = m_bridge.settings();
+    const BridgeLink& settings = m_bridge.settings();
     // The stream carries the key in every request, and bridges offer it over HTTPS only.
     if (!settings.bridgeEndpoint().startsWith(BridgeAddress::https + u':')) {
         printError(
@@ -83,7 +83,7 @@ void CtlWatch::onReached()
 
 void CtlWatch::readNames(bool lights, bool rooms)
 {
-    const AppSettings& settings = m_bridge.settings();
+    const BridgeLink& settings = m_bridge.settings();
     if (lights)
         LightsRead{.endpoint = settings.bridgeEndpoint(),
                    .key = settings.hueKey(),
@@ -137,7 +137,7 @@ void CtlWatch::onNamesRead(bool ok, const QString& failure)
     // The lamps first, then the rooms: a key the bridge does not know is then said once, plainly.
     if (--m_firstReads > 0)
         return readNames(false, true);
-    const AppSettings& settings = m_bridge.settings();
+    const BridgeLink& settings = m_bridge.settings();
     m_stream = std::make_unique<BridgeEventStream>(*m_network);
     connect(m_stream.get(), &BridgeEventStream::connected, this, &CtlWatch::onConnected);
     connect(m_stream.get(), &BridgeEventStream::changes, this, &CtlWatch::onChanges);

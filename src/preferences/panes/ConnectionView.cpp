@@ -9,8 +9,8 @@
 #include "preferences/panes/DebugReport.h"
 #include "preferences/panes/ImagePlayer.h"
 #include "preferences/panes/PaneWidgets.h"
-#include "state/AppSettings.h"
 #include "state/BridgeHome.h"
+#include "state/BridgeLink.h"
 
 #include <QEvent>
 #include <QHBoxLayout>
@@ -21,7 +21,7 @@
 #include <QTimer>
 #include <QVBoxLayout>
 
-ConnectionView::ConnectionView(AppSettings& settings, BridgeDiscovery& discovery, BridgePairing& pairing,
+ConnectionView::ConnectionView(BridgeLink& settings, BridgeDiscovery& discovery, BridgePairing& pairing,
                                BridgeConnection& connection, DebugReport& debugReport, QWidget* parent)
     : QWidget(parent), m_settings(settings), m_discovery(discovery), m_pairing(pairing),
       m_connection(connection), m_debugReport(debugReport), m_status(new QLabel(this)),
@@ -96,12 +96,12 @@ ConnectionView::ConnectionView(AppSettings& settings, BridgeDiscovery& discovery
     connect(&m_pairing, &BridgePairing::pairingFinished, this, &ConnectionView::onPairingFinished);
     connect(&m_settings.home(), &BridgeHome::bridgeConnectedChanged, this, &ConnectionView::onStateChanged);
     connect(&m_settings.home(), &BridgeHome::bridgeReachChanged, this, &ConnectionView::onStateChanged);
-    connect(&m_settings, &AppSettings::hueIPChanged, this, &ConnectionView::onStateChanged);
+    connect(&m_settings, &BridgeLink::hueIPChanged, this, &ConnectionView::onStateChanged);
     connect(&m_settings.home(), &BridgeHome::liveUpdatesChanged, this, &ConnectionView::onStateChanged);
     connect(&m_settings.home(), &BridgeHome::connectionErrorMessageChanged, this,
             &ConnectionView::onStateChanged);
-    connect(&m_settings, &AppSettings::hueKeyChanged, this, &ConnectionView::onStateChanged);
-    connect(&m_settings, &AppSettings::bridgeContactChanged, this, &ConnectionView::onStateChanged);
+    connect(&m_settings, &BridgeLink::hueKeyChanged, this, &ConnectionView::onStateChanged);
+    connect(&m_settings, &BridgeLink::bridgeContactChanged, this, &ConnectionView::onStateChanged);
     onStateChanged();
 }
 

@@ -2,7 +2,7 @@
 
 #include <QWidget>
 
-class AppSettings;
+class BridgeLink;
 class BridgeConnection;
 class BridgeDiscovery;
 class BridgePairing;
@@ -28,7 +28,7 @@ public:
     /// "Connect" waits this long after clearing the message, so a repeated failure visibly comes back.
     static constexpr int connectDelayMilliseconds = 500;
 
-    ConnectionView(AppSettings& settings, BridgeDiscovery& discovery, BridgePairing& pairing,
+    ConnectionView(BridgeLink& settings, BridgeDiscovery& discovery, BridgePairing& pairing,
                    BridgeConnection& connection, DebugReport& debugReport, QWidget* parent = nullptr);
 
     ConfigurationPart& configurationPart() const { return *m_configuration; }
@@ -60,7 +60,7 @@ private:
     void onPairingFinished();
     void updateBusy();
 
-    AppSettings& m_settings;
+    BridgeLink& m_settings;
     BridgeDiscovery& m_discovery;
     BridgePairing& m_pairing;
     BridgeConnection& m_connection;

@@ -1,11 +1,11 @@
 #include "preferences/panes/GroupActionPicker.h"
 
-#include "state/AppSettings.h"
 #include "state/BridgeHome.h"
+#include "state/BridgeLink.h"
 
 #include <QAbstractItemView>
 
-GroupActionPicker::GroupActionPicker(AppSettings& settings, HotkeyActions& actions, int dropdownIndex,
+GroupActionPicker::GroupActionPicker(BridgeLink& settings, HotkeyActions& actions, int dropdownIndex,
                                      QWidget* parent)
     : QComboBox(parent), m_settings(settings), m_actions(actions), m_dropdownIndex(dropdownIndex),
       m_selectedAction(actions.currentChoice(dropdownIndex))

@@ -5,7 +5,7 @@
 #include <QComboBox>
 #include <QList>
 
-class AppSettings;
+class BridgeLink;
 
 /// The choice of what one custom shortcut does: "(No Action)", or on, off, brighter or darker for one room.
 /// A choice is stored at once and used at the next press. The list follows the rooms the bridge reports.
@@ -16,7 +16,7 @@ class GroupActionPicker final : public QComboBox
 
 public:
     /// `dropdownIndex` is the slot, 0 to 4, that the custom shortcut of the same row reads.
-    GroupActionPicker(AppSettings& settings, HotkeyActions& actions, int dropdownIndex,
+    GroupActionPicker(BridgeLink& settings, HotkeyActions& actions, int dropdownIndex,
                       QWidget* parent = nullptr);
 
     /// The stored choice's id.
@@ -31,7 +31,7 @@ private:
     /// Builds the list again when the rooms changed in a way it shows, never while it is open.
     void rebuild();
 
-    AppSettings& m_settings;
+    BridgeLink& m_settings;
     HotkeyActions& m_actions;
     int m_dropdownIndex;
     QString m_selectedAction;

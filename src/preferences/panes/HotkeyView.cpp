@@ -6,7 +6,7 @@
 #include "preferences/panes/HotkeysIndividualView.h"
 #include "preferences/panes/PaneWidgets.h"
 #include "preferences/panes/SegmentedControl.h"
-#include "state/AppSettings.h"
+#include "state/BridgeLink.h"
 
 #include <QHBoxLayout>
 #include <QLabel>
@@ -19,7 +19,7 @@ constexpr int stepControlWidth = 200;
 
 } // namespace
 
-HotkeyView::HotkeyView(AppSettings& settings, GlobalHotkeys& hotkeys, HotkeyActions& actions, QWidget* parent)
+HotkeyView::HotkeyView(BridgeLink& settings, GlobalHotkeys& hotkeys, HotkeyActions& actions, QWidget* parent)
     : QWidget(parent), m_settings(settings), m_hotkeys(hotkeys), m_actions(actions),
       m_shortcuts(new QWidget(this)),
       m_views(new SegmentedControl({tr("Everything"), tr("Individual Groups")}, QAccessible::PageTab,
@@ -74,7 +74,8 @@ HotkeyView::HotkeyView(AppSettings& settings, GlobalHotkeys& hotkeys, HotkeyActi
 
     connect(m_views, &SegmentedControl::selected, m_pages, &QStackedWidget::setCurrentIndex);
     connect(m_step, &SegmentedControl::selected, this, &HotkeyView::onStepChosen);
-    connect(&m_settings, &AppSettings::keyIncrementChanged, this, &HotkeyView::onKeyIncrementChanged);
+    m_settings.preferences().whenChanged({SettingsKeys::keyIncrement}, this,
+                                         &HotkeyView::onKeyIncrementChanged);
     connect(&m_hotkeys, &GlobalHotkeys::unavailable, this, &HotkeyView::showAvailability);
     onKeyIncrementChanged();
     showAvailability();
@@ -90,7 +91,7 @@ void HotkeyView::onKeyIncrementChanged()
 {
     int index = -1; // a step set by hand in the settings file is none of the three
     for (int i = 0; i < int(std::size(stepSizes)); ++i) {
-        if (stepSizes[i] == m_settings.keyIncrement())
+        if (stepSizes[i] == m_settings.preferences().keyIncrement())
             index = i;
     }
     m_step->setSelectedIndex(index);

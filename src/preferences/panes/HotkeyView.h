@@ -2,7 +2,7 @@
 
 #include <QWidget>
 
-class AppSettings;
+class BridgeLink;
 class GlobalHotkeys;
 class HotkeyActions;
 class QLabel;
@@ -21,7 +21,7 @@ public:
     /// The brightness units of the step choices Small, Medium and Large.
     static constexpr qint64 stepSizes[] = {10, 25, 50};
 
-    HotkeyView(AppSettings& settings, GlobalHotkeys& hotkeys, HotkeyActions& actions,
+    HotkeyView(BridgeLink& settings, GlobalHotkeys& hotkeys, HotkeyActions& actions,
                QWidget* parent = nullptr);
 
 private:
@@ -29,7 +29,7 @@ private:
     void onKeyIncrementChanged();
     void showAvailability();
 
-    AppSettings& m_settings;
+    BridgeLink& m_settings;
     GlobalHotkeys& m_hotkeys;
     HotkeyActions& m_actions;
     QWidget* m_shortcuts;

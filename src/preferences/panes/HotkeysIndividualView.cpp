@@ -10,7 +10,7 @@
 #include <QLabel>
 #include <QVBoxLayout>
 
-HotkeysIndividualView::HotkeysIndividualView(AppSettings& settings, GlobalHotkeys& hotkeys,
+HotkeysIndividualView::HotkeysIndividualView(BridgeLink& settings, GlobalHotkeys& hotkeys,
                                              HotkeyActions& actions, QWidget* parent)
     : QWidget(parent)
 {

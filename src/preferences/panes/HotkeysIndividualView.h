@@ -2,7 +2,7 @@
 
 #include <QWidget>
 
-class AppSettings;
+class BridgeLink;
 class GlobalHotkeys;
 class HotkeyActions;
 
@@ -13,6 +13,6 @@ class HotkeysIndividualView final : public QWidget
     Q_DISABLE_COPY_MOVE(HotkeysIndividualView)
 
 public:
-    HotkeysIndividualView(AppSettings& settings, GlobalHotkeys& hotkeys, HotkeyActions& actions,
+    HotkeysIndividualView(BridgeLink& settings, GlobalHotkeys& hotkeys, HotkeyActions& actions,
                           QWidget* parent = nullptr);
 };

@@ -1,8 +1,8 @@
 #include "preferences/panes/LampSelectorView.h"
 
 #include "preferences/panes/PaneWidgets.h"
-#include "state/AppSettings.h"
 #include "state/BridgeHome.h"
+#include "state/BridgeLink.h"
 #include "state/LightOrder.h"
 
 #include <QAbstractItemModel>
@@ -58,7 +58,7 @@ private:
 
 } // namespace
 
-LampSelectorView::LampSelectorView(AppSettings& settings, QWidget* parent)
+LampSelectorView::LampSelectorView(BridgeLink& settings, QWidget* parent)
     : QWidget(parent), m_settings(settings), m_list(new LightList(this)), m_moveButtons(new QWidget(this)),
       m_up(new QPushButton(tr("Move Up"), m_moveButtons)),
       m_down(new QPushButton(tr("Move Down"), m_moveButtons)),
@@ -118,7 +118,7 @@ LampSelectorView::LampSelectorView(AppSettings& settings, QWidget* parent)
     }
     connect(m_toConnection, &LinkButton::clicked, this, &LampSelectorView::connectionPaneRequested);
     connect(&m_settings.home(), &BridgeHome::lightsChanged, this, &LampSelectorView::onLightsChanged);
-    connect(&m_settings, &AppSettings::lightVisibilityChanged, this, &LampSelectorView::onVisibilityChanged);
+    m_settings.preferences().whenLightVisibilityChanged(this, &LampSelectorView::onVisibilityChanged);
     rebuild();
 }
 

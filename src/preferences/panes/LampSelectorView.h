@@ -5,7 +5,7 @@
 #include <QList>
 #include <QWidget>
 
-class AppSettings;
+class BridgeLink;
 class LinkButton;
 class QLabel;
 class QListWidget;
@@ -20,7 +20,7 @@ class LampSelectorView final : public QWidget
     Q_DISABLE_COPY_MOVE(LampSelectorView)
 
 public:
-    explicit LampSelectorView(AppSettings& settings, QWidget* parent = nullptr);
+    explicit LampSelectorView(BridgeLink& settings, QWidget* parent = nullptr);
 
     /// The lights as the pane lists them, top to bottom.
     QList<HueLight> lights() const { return m_lights; }
@@ -44,7 +44,7 @@ private:
     void fitListHeight();
     int rowHeight() const;
 
-    AppSettings& m_settings;
+    BridgeLink& m_settings;
     QList<HueLight> m_lights;
     QListWidget* m_list;
     QWidget* m_moveButtons;
