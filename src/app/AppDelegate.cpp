@@ -37,6 +37,7 @@
 #include "session/BridgeSession.h"
 #include "session/BridgeSessions.h"
 #include "state/ActivityLog.h"
+#include "state/BridgeHome.h"
 #include "state/BridgeLink.h"
 #include "state/Console.h"
 #include "state/HomeModel.h"
@@ -102,7 +103,7 @@ AppDelegate::AppDelegate(AppDelegateOptions options, std::unique_ptr<SleepWatche
 AppDelegate::~AppDelegate()
 {
     stopTimers();
-    if (m_appWindow && m_link)
+    if (m_appWindow && m_preferences)
         m_preferences->setWindowFrame(appWindowFrameName,
                                       QString::fromLatin1(m_appWindow->saveGeometry().toBase64()));
     // The welcome window has no owner but us.
@@ -111,17 +112,17 @@ AppDelegate::~AppDelegate()
 
 ActionQueue& AppDelegate::queue() const
 {
-    return m_session->queue();
+    return session().queue();
 }
 
 BridgeConnection& AppDelegate::connection() const
 {
-    return m_session->connection();
+    return session().connection();
 }
 
 SwitchOffTimer& AppDelegate::switchOffTimer() const
 {
-    return *m_homeCommands->switchOffTimer(*m_session);
+    return *m_homeCommands->switchOffTimer(session());
 }
 
 PreferencesWindowController& AppDelegate::preferencesWindow()
@@ -141,15 +142,15 @@ void AppDelegate::createPreferences()
     }
     auto* general = new PreferencesGeneralView(*m_preferences, *m_startAtLogin, icons, m_options.links,
                                                [this](const QUrl& url) { openUrl(url); });
-    auto* lights = new LampSelectorView(*m_link);
+    auto* lights = new LampSelectorView(link());
     m_preferencesWindow = std::make_unique<PreferencesWindowController>(QList<Pane>{
         {QStringLiteral("general"), tr("General"), PaneIcons::general(), general},
         {QStringLiteral("advanced"), tr("Connection"), PaneIcons::connection(),
-         new ConnectionView(*m_link, *m_discovery, m_session->pairing(), m_session->connection(),
+         new ConnectionView(link(), *m_discovery, session().pairing(), session().connection(),
                             *m_debugReport)},
         {QStringLiteral("lights"), tr("Lights"), PaneIcons::lights(), lights},
         {QStringLiteral("hotkeys"), tr("Hotkeys"), PaneIcons::hotkeys(),
-         new HotkeyView(*m_link, *m_hotkeys, *m_hotkeyActions)},
+         new HotkeyView(link(), *m_hotkeys, *m_hotkeyActions)},
     });
     m_preferencesWindow->setFrameAutosaveName(preferencesFrameName, m_preferences.get());
     const auto showSaveError = [this] {
@@ -198,33 +199,38 @@ void AppDelegate::start()
     connect(m_preferences.get(), &Preferences::windowResizePlease, this, &AppDelegate::onWindowResizePlease);
     m_preferences->settleDefaults();
     BridgeLink::keepBridgesInTheNewForm(*m_preferences, *m_activity);
-    m_link = std::make_unique<BridgeLink>(*m_preferences, *m_activity, m_home->add());
-    m_link->load();
 
-    // One session per stored bridge; one bridge is served, so there is one session, stored contact or not.
-    m_sessions = std::make_unique<BridgeSessions>();
-    m_homeCommands = std::make_unique<HomeCommands>(*m_sessions);
-    m_session = &m_sessions->add(std::make_unique<BridgeSession>(*m_link, *m_network));
     m_shell = std::make_unique<ShellRunner>();
     m_discovery = std::make_unique<BridgeDiscovery>(*m_shell, *m_network);
     m_localNetwork = createLocalNetworkBrowser();
     m_discovery->setLocalNetworkBrowser(m_localNetwork.get());
-    for (BridgeSession* session : m_sessions->all())
-        session->setBridgeFinder(m_discovery.get());
+    // One session per stored bridge; with none stored, one for the bridge to be paired.
+    m_sessions = std::make_unique<BridgeSessions>();
+    m_homeCommands = std::make_unique<HomeCommands>(*m_sessions);
+    QStringList problems;
+    const QList<BridgeContact> stored = m_preferences->bridges(&problems);
+    for (const QString& problem : problems)
+        m_activity->addLogLine(problem);
+    for (qsizetype i = 0; i < stored.size(); ++i)
+        addSession(stored.at(i), i);
+    if (stored.isEmpty())
+        addSession({}, 0);
     // A timer set before a restart is still on the bridge: it is taken up once the bridge answers.
     m_homeCommands->lookForSwitchOffTimers();
+    // "glowdeckctl pair --pick" while this runs: a bridge stored by another program is served at once.
+    m_preferences->whenChanged({SettingsKeys::bridges}, this, &AppDelegate::serveStoredBridges);
     // "glowdeckctl pair" while this runs: each session takes in a contact stored by another program at once.
     m_store->watchForChanges();
     m_reviewPrompt = std::make_unique<ReviewPrompt>(*m_preferences);
     m_startAtLogin = std::make_unique<StartAtLogin>(
         createLoginItem(applicationId, m_options.loginItemFolder, loginArguments()));
-    m_debugReport = std::make_unique<DebugReport>(*m_link, *m_shell, m_options.settingsFile,
+    m_debugReport = std::make_unique<DebugReport>(link(), *m_shell, m_options.settingsFile,
                                                   m_options.links.errorEndpoint);
     m_debugReport->setNetwork(m_network.get());
 
     createTrayIcon();
 
-    auto* content = new ContentView(*m_link, m_session->commands(), m_options.links);
+    auto* content = new ContentView(link(), session().commands(), m_options.links);
     m_windowController = std::make_unique<StatusBarMenuWindowController>(
         *m_preferences, content, [this]() -> std::optional<QRect> {
             // Read at every opening: right after show() an XEmbed tray reports the origin for a while, and a
@@ -416,21 +422,81 @@ void AppDelegate::registerHotkeys()
         m_activity->addLogLine(
             QStringLiteral("Glowdeck: global shortcuts are not available on this desktop: %1.").arg(reason));
     });
-    m_hotkeyActions = std::make_unique<HotkeyActions>(*m_link, *m_homeCommands);
+    m_hotkeyActions = std::make_unique<HotkeyActions>(link(), *m_homeCommands);
     m_hotkeyActions->registerHandlers(*m_hotkeys);
     m_hotkeys->onKeyUp(HotkeyNames::openGlowdeck(), [this] {
         QMetaObject::invokeMethod(this, &AppDelegate::toggleFromKeyboard, Qt::QueuedConnection);
     });
 }
 
-void AppDelegate::connectToBridgeAtStart()
+BridgeSession& AppDelegate::addSession(const BridgeContact& contact, qsizetype storedAt)
 {
-    if (!m_link->hueIP().isEmpty()) {
-        QTimer::singleShot(0, m_session, &BridgeSession::connectToBridge);
+    auto link = std::make_unique<BridgeLink>(*m_preferences, *m_activity, m_home->add(contact.id));
+    link->load(contact, storedAt);
+    BridgeSession& session = m_sessions->add(std::make_unique<BridgeSession>(std::move(link), *m_network));
+    session.setBridgeFinder(m_discovery.get());
+    return session;
+}
+
+BridgeSession& AppDelegate::addBridge()
+{
+    return addSession({}, -1);
+}
+
+void AppDelegate::removeBridge(BridgeSession& session)
+{
+    // The last one stays, emptied: the window and the panes always have a bridge to show, if only to pair.
+    BridgeLink& link = session.link();
+    link.forgetStoredEntry();
+    m_activity->addLogLine(QStringLiteral("Removed the bridge %1").arg(link.displayName()));
+    if (m_sessions->size() == 1) {
+        link.home().setLights({});
+        link.home().setGroups({});
+        link.home().setScenes({});
+        link.load({}, -1);
         return;
     }
+    BridgeHome* home = &link.home();
+    m_sessions->remove(&session);
+    m_home->remove(home);
+}
+
+void AppDelegate::serveStoredBridges()
+{
+    const QList<BridgeContact> stored = m_preferences->bridges();
+    for (qsizetype i = 0; i < stored.size(); ++i) {
+        const QList<BridgeSession*> sessions = m_sessions->all();
+        const bool served = std::any_of(sessions.cbegin(), sessions.cend(), [&](const BridgeSession* s) {
+            return s->link().isStoredAs(stored.at(i));
+        });
+        if (served || stored.at(i).key.isEmpty())
+            continue;
+        m_activity->addLogLine(QStringLiteral("Another program paired the bridge %1: serving it too")
+                                   .arg(stored.at(i).name.isEmpty() ? stored.at(i).id : stored.at(i).name));
+        addSession(stored.at(i), i).connectToBridge();
+    }
+}
+
+BridgeSession& AppDelegate::session() const
+{
+    return *m_sessions->first();
+}
+
+BridgeLink& AppDelegate::link() const
+{
+    return session().link();
+}
+
+void AppDelegate::connectToBridgeAtStart()
+{
+    for (BridgeSession* session : m_sessions->all()) {
+        if (!session->link().hueIP().isEmpty())
+            QTimer::singleShot(0, session, &BridgeSession::connectToBridge);
+    }
+    if (!link().hueIP().isEmpty())
+        return;
     // Only the address is filled in: pairing waits for the user's "Connect" or the next start.
-    m_discovery->detectBridgeIP([settings = QPointer(m_link.get())](std::optional<QString> address) {
+    m_discovery->detectBridgeIP([settings = QPointer(&link())](std::optional<QString> address) {
         if (!settings || !address)
             return;
         const QString trimmed = address->trimmed();
@@ -589,7 +655,7 @@ void AppDelegate::onOpenSettings()
 {
     m_windowController->close();
     // Until a bridge is paired there is nothing else to set up: start where the pairing is.
-    preferencesWindow().show(m_link->hueKey().isEmpty() ? QStringLiteral("advanced") : QString());
+    preferencesWindow().show(link().hueKey().isEmpty() ? QStringLiteral("advanced") : QString());
 }
 
 void AppDelegate::onOpenConnectionSettings()

@@ -21,6 +21,7 @@ class ActivityLog;
 class HomeModel;
 class AppWindow;
 class BridgeLink;
+struct BridgeContact;
 class Preferences;
 class BridgeConnection;
 class BridgeSession;
@@ -116,12 +117,16 @@ public:
     /// The saved choices.
     Preferences& preferences() const { return *m_preferences; }
     /// The first bridge as its session sees it.
-    BridgeLink& link() const { return *m_link; }
+    BridgeLink& link() const;
     ActivityLog& activity() const { return *m_activity; }
     HomeModel& home() const { return *m_home; }
     /// The sessions of the bridges served (one today), and the one the window shows.
     BridgeSessions& sessions() const { return *m_sessions; }
-    BridgeSession& session() const { return *m_session; }
+    BridgeSession& session() const;
+    /// A session for one more bridge, to be paired (the connection pane's "Add a bridge…").
+    BridgeSession& addBridge();
+    /// Forgets the bridge: its stored entry, its session and its home. The last bridge is emptied instead.
+    void removeBridge(BridgeSession& session);
     /// Every action on the home as a whole: what the tray menu and the shortcuts run.
     HomeCommands& homeCommands() const { return *m_homeCommands; }
     ActionQueue& queue() const;
@@ -157,6 +162,9 @@ private:
     void buildContextMenu();
     void registerHotkeys();
     void connectToBridgeAtStart();
+    BridgeSession& addSession(const BridgeContact& contact, qsizetype storedAt);
+    /// Adds a session for every paired bridge stored by another program that none serves yet.
+    void serveStoredBridges();
     void showWelcomeWindow();
     void popUpContextMenu();
     void openDropDownWindow();
@@ -188,9 +196,7 @@ private:
     std::unique_ptr<ActivityLog> m_activity; // outlives everything that writes to it
     std::unique_ptr<HomeModel> m_home;       // one home per bridge; the views show the first
     std::unique_ptr<Preferences> m_preferences;
-    std::unique_ptr<BridgeLink> m_link;
     std::unique_ptr<BridgeSessions> m_sessions;
-    BridgeSession* m_session = nullptr; // the first of m_sessions
     std::unique_ptr<HomeCommands> m_homeCommands;
     std::unique_ptr<HotkeyBackend> m_hotkeyBackend;
     std::unique_ptr<GlobalHotkeys> m_hotkeys;

@@ -28,7 +28,7 @@ HomeCommands::~HomeCommands() = default;
 void HomeCommands::watch(BridgeSession* session)
 {
     Timer& entry = m_timers[session];
-    entry.timer = std::make_unique<SwitchOffTimer>(session->state(), session->network(), session->queue(),
+    entry.timer = std::make_unique<SwitchOffTimer>(session->link(), session->network(), session->queue(),
                                                    session->commands());
     connect(entry.timer.get(), &SwitchOffTimer::changed, this, &HomeCommands::switchOffChanged);
     connect(&session->connection(), &BridgeConnection::lightsRefreshed, entry.timer.get(),
@@ -107,7 +107,7 @@ void HomeCommands::runRoomAction(const RoomAction& action)
     if (action.kind == Kind::none)
         return;
     for (BridgeSession* session : m_sessions.all()) {
-        BridgeLink& state = session->state();
+        BridgeLink& state = session->link();
         // Every room with the id, not only the first: the walk goes on past a match.
         const QList<HueGroup> rooms = state.home().groups();
         const bool stepping = action.kind == Kind::brighter || action.kind == Kind::darker;
@@ -183,14 +183,14 @@ void HomeCommands::changeEveryRoomEverywhere(
     const std::function<void(BridgeSession&, const HueGroup&)>& command, bool dimmableOnly)
 {
     for (BridgeSession* session : m_sessions.all())
-        changeEveryRoom(*session, change, command, dimmableOnly ? dimmable(session->state()) : nullptr);
+        changeEveryRoom(*session, change, command, dimmableOnly ? dimmable(session->link()) : nullptr);
 }
 
 void HomeCommands::changeEveryRoom(BridgeSession& session, const std::function<void(HueGroup&)>& change,
                                    const std::function<void(BridgeSession&, const HueGroup&)>& command,
                                    const std::function<bool(const HueGroup&)>& applies)
 {
-    BridgeLink& state = session.state();
+    BridgeLink& state = session.link();
     QList<HueGroup> rooms = state.home().groups();
     if (rooms.isEmpty())
         return;
@@ -231,7 +231,7 @@ std::function<bool(const HueGroup&)> HomeCommands::dimmable(const BridgeLink& st
 
 void HomeCommands::stepRoom(BridgeSession& session, const HueGroup& room, bool darker)
 {
-    if (const std::optional<qint64> delta = step(session.state(), darker))
+    if (const std::optional<qint64> delta = step(session.link(), darker))
         session.commands().increaseGroupBrightness(room, *delta);
 }
 

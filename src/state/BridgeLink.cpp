@@ -14,8 +14,8 @@ BridgeLink::BridgeLink(SettingsStore& store, QObject* parent)
     : BridgeLink(&store, nullptr, nullptr, nullptr, parent)
 {}
 
-BridgeLink::BridgeLink(SettingsStore* store, Preferences* preferences, ActivityLog* activity, BridgeHome* home,
-                       QObject* parent)
+BridgeLink::BridgeLink(SettingsStore* store, Preferences* preferences, ActivityLog* activity,
+                       BridgeHome* home, QObject* parent)
     : QObject(parent), m_ownActivity(activity ? nullptr : std::make_unique<ActivityLog>()),
       m_ownHome(home ? nullptr : std::make_unique<BridgeHome>()),
       m_ownPreferences(preferences ? nullptr : std::make_unique<Preferences>(*store, m_ownActivity.get())),
@@ -159,6 +159,27 @@ void BridgeLink::forgetStoredKey()
     storeContact(contact);
 }
 
+void BridgeLink::forgetStoredEntry()
+{
+    QList<BridgeContact> stored = m_preferences.bridges();
+    const qsizetype index = entryIn(stored, m_contact.id);
+    if (index < 0)
+        return;
+    stored.removeAt(index);
+    m_stored = {};
+    m_index = -1;
+    m_preferences.setBridges(stored);
+}
+
+bool BridgeLink::isStoredAs(const BridgeContact& contact) const
+{
+    if (!contact.id.isEmpty())
+        return contact.id.compare(m_contact.id, Qt::CaseInsensitive) == 0 ||
+               contact.id.compare(m_stored.id, Qt::CaseInsensitive) == 0;
+    return m_contact.id.isEmpty() && !contact.address.isEmpty() &&
+           (contact.address == m_stored.address || contact.address == m_contact.address);
+}
+
 qsizetype BridgeLink::entryIn(const QList<BridgeContact>& stored, const QString& bridgeId) const
 {
     const auto find = [&stored](auto same) -> qsizetype {
@@ -171,15 +192,15 @@ qsizetype BridgeLink::entryIn(const QList<BridgeContact>& stored, const QString&
     for (const QString& id : {bridgeId, m_stored.id}) {
         if (id.isEmpty())
             continue;
-        if (const qsizetype i = find([&id](const BridgeContact& c) { return c.id.compare(id, Qt::CaseInsensitive) == 0; });
+        if (const qsizetype i =
+                find([&id](const BridgeContact& c) { return c.id.compare(id, Qt::CaseInsensitive) == 0; });
             i >= 0)
             return i;
     }
     // Stored before its id was learnt: the entry at the address it was loaded from.
     if (m_stored.id.isEmpty() && !m_stored.address.isEmpty()) {
-        if (const qsizetype i = find([this](const BridgeContact& c) {
-                return c.id.isEmpty() && c.address == m_stored.address;
-            });
+        if (const qsizetype i = find(
+                [this](const BridgeContact& c) { return c.id.isEmpty() && c.address == m_stored.address; });
             i >= 0)
             return i;
     }

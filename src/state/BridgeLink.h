@@ -82,6 +82,10 @@ public:
     void persistBridge();
     /// Empties the key of this bridge's entry in the settings file; `hueKey` keeps its value.
     void forgetStoredKey();
+    /// Removes this bridge's entry from the settings file (the user removed the bridge); the others stay.
+    void forgetStoredEntry();
+    /// Whether `contact`, as stored, is this bridge's entry.
+    bool isStoredAs(const BridgeContact& contact) const;
     /// Hides or shows a light in the lights panel (announced by the preferences).
     void setLightHidden(const HueLight& light, bool hidden);
 
