@@ -61,14 +61,19 @@ CtlWatch::~CtlWatch()
 
 void CtlWatch::start()
 {
-    if (!m_network || !m_bridge.open(m_invocation))
+    if (!m_network)
         return finish(exitFailed);
-    m_bridge.reach(*m_network, this, [this](bool reached) { reached ? onReached() : finish(exitFailed); });
+    int failure = exitFailed;
+    std::vector<std::unique_ptr<CtlBridge>> bridges = CtlBridge::open(m_invocation, failure);
+    if (bridges.empty())
+        return finish(failure);
+    m_bridge = std::move(bridges.front());
+    m_bridge->reach(*m_network, this, [this](bool reached) { reached ? onReached() : finish(exitFailed); });
 }
 
 void CtlWatch::onReached()
 {
-    const AppSettings& settings = m_bridge.settings();
+    const AppSettings& settings = m_bridge->settings();
     // The stream carries the key in every request, and bridges offer it over HTTPS only.
     if (!settings.bridgeEndpoint().startsWith(BridgeAddress::https + u':')) {
         printError(
@@ -83,7 +88,7 @@ void CtlWatch::onReached()
 
 void CtlWatch::readNames(bool lights, bool rooms)
 {
-    const AppSettings& settings = m_bridge.settings();
+    const AppSettings& settings = m_bridge->settings();
     if (lights)
         LightsRead{.endpoint = settings.bridgeEndpoint(),
                    .key = settings.hueKey(),
@@ -105,7 +110,7 @@ void CtlWatch::onLights(const LightsResult& result)
         for (const HueLight& light : result.records)
             m_lightNames.insert(light.lamp_id, light.name);
     }
-    onNamesRead(ok, ok ? QString() : Ctl::failedRead(m_bridge.settings().hueIP(), result));
+    onNamesRead(ok, ok ? QString() : Ctl::failedRead(m_bridge->settings().hueIP(), result));
 }
 
 void CtlWatch::onRooms(const GroupsResult& result)
@@ -116,7 +121,7 @@ void CtlWatch::onRooms(const GroupsResult& result)
         for (const HueGroup& group : result.records)
             m_roomNames.insert(group.group_id, group.name);
     }
-    onNamesRead(ok, ok ? QString() : Ctl::failedRead(m_bridge.settings().hueIP(), result));
+    onNamesRead(ok, ok ? QString() : Ctl::failedRead(m_bridge->settings().hueIP(), result));
 }
 
 void CtlWatch::onNamesRead(bool ok, const QString& failure)
@@ -137,7 +142,7 @@ void CtlWatch::onNamesRead(bool ok, const QString& failure)
     // The lamps first, then the rooms: a key the bridge does not know is then said once, plainly.
     if (--m_firstReads > 0)
         return readNames(false, true);
-    const AppSettings& settings = m_bridge.settings();
+    const AppSettings& settings = m_bridge->settings();
     m_stream = std::make_unique<BridgeEventStream>(*m_network);
     connect(m_stream.get(), &BridgeEventStream::connected, this, &CtlWatch::onConnected);
     connect(m_stream.get(), &BridgeEventStream::changes, this, &CtlWatch::onChanges);
@@ -151,7 +156,7 @@ void CtlWatch::onConnected()
     if (!std::exchange(m_opened, true)) {
         // Standard error, so that standard output holds nothing but changes.
         printError(QStringLiteral("watching the bridge at %1; Ctrl+C ends")
-                       .arg(printable(m_bridge.settings().hueIP())));
+                       .arg(printable(m_bridge->settings().hueIP())));
         return;
     }
     if (std::exchange(m_lost, false)) {

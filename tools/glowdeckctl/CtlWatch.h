@@ -56,7 +56,7 @@ private:
 
     CtlInvocation m_invocation;
     std::unique_ptr<BridgeNetwork> m_network;
-    CtlBridge m_bridge;
+    std::unique_ptr<CtlBridge> m_bridge;
     std::unique_ptr<BridgeEventStream> m_stream;
     SignalWatcher m_signals;
     QHash<QString, QString> m_lightNames; ///< by lamp id
