@@ -609,22 +609,54 @@ void TestGlowdeckCtl::watchPrintsPushedChangesAndStatusSaysWhetherTheyArePushed(
         first[2].err.contains(QStringLiteral("is reached over plain HTTP, and its event stream needs HTTPS")),
         qPrintable(first[2].err));
 
-    // Another app switches a lamp off: the line comes while watch still runs, so it was not left in a buffer.
+    // Two paired bridges, both watched. Another app switches a lamp off on each: the lines come while watch
+    // still runs, so they were not left in a buffer, and each names its bridge.
+    storeBridges(false);
+    QVERIFY(m_upper->listenTls());
+    const QString upperAuthority = m_dir->filePath(QStringLiteral("upper.pem"));
+    QVERIFY(m_upper->writeAuthority(upperAuthority));
+    QJsonArray bridges;
+    for (BridgeSimulator* bridge : {m_sim.get(), m_upper.get()})
+        bridges.append(QJsonObject{{"id", bridge->bridgeId()},
+                                   {"address", bridge->httpsAddress()},
+                                   {"key", bridge == m_sim.get() ? m_key : bridge->users().constFirst()},
+                                   {"transport", "https"}});
+    QFile file(settingsFile());
+    QVERIFY(file.open(QIODevice::WriteOnly) &&
+            file.write(QJsonDocument(QJsonObject{{"bridges", bridges}}).toJson()));
+    file.close();
     QProcess watch;
     watch.setProcessEnvironment(environment());
     watch.start(QStringLiteral(GLOWDECKCTL_PATH),
-                (QStringLiteral("watch --json") + overHttps).split(u' ', Qt::SkipEmptyParts));
+                {QStringLiteral("watch"), QStringLiteral("--json"), QStringLiteral("--trust-root"), authority,
+                 QStringLiteral("--trust-root"), upperAuthority});
     QTRY_COMPARE_WITH_TIMEOUT(m_sim->eventStreamListeners(), 1, 20000);
+    QTRY_COMPARE_WITH_TIMEOUT(m_upper->eventStreamListeners(), 1, 20000);
     QNetworkAccessManager network;
-    QNetworkRequest request(
-        QUrl(m_sim->httpAddress() + QStringLiteral("/__control/external/lights/1/state")));
-    request.setHeader(QNetworkRequest::ContentTypeHeader, QByteArrayLiteral("application/json"));
-    const std::unique_ptr<QNetworkReply> change(network.post(request, QByteArrayLiteral(R"({"on":false})")));
-    QTRY_VERIFY_WITH_TIMEOUT(change->isFinished(), 20000);
-    QCOMPARE(change->error(), QNetworkReply::NoError);
-    QTRY_VERIFY_WITH_TIMEOUT(watch.canReadLine(), 20000);
-    QCOMPARE(watch.readLine(), QByteArrayLiteral(R"({"type":"light","id":"1","name":"Porch","on":false})"
-                                                 "\n"));
+    QStringList lines;
+    for (BridgeSimulator* bridge : {m_sim.get(), m_upper.get()}) {
+        // The ground floor's lamp 1 goes off, the upper floor's on.
+        const bool on = bridge == m_upper.get();
+        QNetworkRequest request(
+            QUrl(bridge->httpAddress() + QStringLiteral("/__control/external/lights/1/state")));
+        request.setHeader(QNetworkRequest::ContentTypeHeader, QByteArrayLiteral("application/json"));
+        const std::unique_ptr<QNetworkReply> change(network.post(
+            request, on ? QByteArrayLiteral(R"({"on":true})") : QByteArrayLiteral(R"({"on":false})")));
+        QTRY_VERIFY_WITH_TIMEOUT(change->isFinished(), 20000);
+        QCOMPARE(change->error(), QNetworkReply::NoError);
+        const QString line =
+            QStringLiteral(R"({"type":"light","id":"1","name":"%1","on":%2,"bridge_id":"%3"})")
+                .arg(on ? "Floor lamp" : "Porch", on ? "true" : "false", bridge->bridgeId()) +
+            u'\n';
+        // Its rooms may follow in lines of their own.
+        QTRY_VERIFY_WITH_TIMEOUT(
+            [&] {
+                while (watch.canReadLine())
+                    lines << QString::fromUtf8(watch.readLine());
+                return lines.contains(line);
+            }(),
+            20000);
+    }
     QCOMPARE(watch.state(), QProcess::Running);
     watch.terminate();
     QTRY_COMPARE_WITH_TIMEOUT(watch.state(), QProcess::NotRunning, 20000);
