@@ -80,8 +80,8 @@ private Q_SLOTS:
     void theStoredKeyGoesOnlyToTheProvenBridge();
     void everyPairedBridgeIsServed_data();
     void everyPairedBridgeIsServed();
-    void pairingKeepsTheOtherBridges_data();
-    void pairingKeepsTheOtherBridges();
+    void storingABridgeKeepsTheOthers_data();
+    void storingABridgeKeepsTheOthers();
 
 private:
     /// Runs glowdeckctl ("light 2 on"); `nameSimulator` adds --bridge and --key for the simulator.
@@ -828,16 +828,18 @@ void TestGlowdeckCtl::everyPairedBridgeIsServed()
         QCOMPARE(m_upper->light(u"1"_qs)["state"].toObject()["on"], QJsonValue(true));
 }
 
-void TestGlowdeckCtl::pairingKeepsTheOtherBridges_data()
+void TestGlowdeckCtl::storingABridgeKeepsTheOthers_data()
 {
     QTest::addColumn<QString>("commandLine");
     QTest::addColumn<bool>("upperStored"); // before pairing
-    QTest::addColumn<int>("paired");       // the entry pairing writes; the other stays as it was
+    QTest::addColumn<int>("paired");       // the entry written; the other stays as it was
     QTest::newRow("a bridge found is added") << "pair --pick {upper}" << false << 1;
     QTest::newRow("a paired bridge again, in its own place") << "pair --bridge-id {first}" << true << 0;
+    // Found only: its address is stored, without a key, and the paired bridge keeps its own.
+    QTest::newRow("a bridge discovered is added") << "discover --pick {upper}" << false << 1;
 }
 
-void TestGlowdeckCtl::pairingKeepsTheOtherBridges()
+void TestGlowdeckCtl::storingABridgeKeepsTheOthers()
 {
     QFETCH(QString, commandLine);
     QFETCH(bool, upperStored);
@@ -856,7 +858,10 @@ void TestGlowdeckCtl::pairingKeepsTheOtherBridges()
     QCOMPARE(after.size(), 2);
     QCOMPARE(after.at(1 - paired), before.at(1 - paired));
     QCOMPARE(after.at(paired)["id"].toString(), bridge.bridgeId());
-    QCOMPARE(after.at(paired)["key"].toString(), bridge.users().last());
+    if (commandLine.startsWith(u"pair"))
+        QCOMPARE(after.at(paired)["key"].toString(), bridge.users().last());
+    else
+        QCOMPARE(after.at(paired)["address"].toString(), bridge.hostAndPort());
 }
 
 QTEST_GUILESS_MAIN(TestGlowdeckCtl)
