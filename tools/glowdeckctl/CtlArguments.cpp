@@ -200,8 +200,8 @@ constexpr CommandForm commandForms[] = {
      "Find the bridges on this network; store the address of the only one, or of --pick ID", noOperands,
      discoveryUrlOption | pickOption | jsonOption},
     {"pair", CtlCommand::pair, "[--wait SECONDS] [--pick ID]",
-     "Get a key from the bridge (press its link button) and store it beside the other paired bridges",
-     noOperands, waitOption | bridgeOption | bridgeIdOption | pickOption | discoveryUrlOption},
+     "Get a key from the bridge (press its link button); store it beside the other bridges", noOperands,
+     waitOption | bridgeOption | bridgeIdOption | pickOption | discoveryUrlOption},
     {"status", CtlCommand::status, "", "Show each paired bridge and whether it answers (--json too)",
      noOperands, jsonOption | bridgeAndKey},
     {"watch", CtlCommand::watch, "",
@@ -447,8 +447,9 @@ QString CtlArguments::usage()
          QStringLiteral("the paired bridge for this run; without it lists, watch, status and"));
     line(QString(), QStringLiteral("all-off serve every paired bridge, and a change the bridge with its id"));
     line(QStringLiteral("--key KEY"), QStringLiteral("bridge key for this run (not stored)"));
-    line(QStringLiteral("--settings FILE"), QStringLiteral("settings file holding the paired bridge; default "
-                                                           "$GLOWDECK_SETTINGS, else"));
+    line(QStringLiteral("--settings FILE"),
+         QStringLiteral("settings file holding the paired bridges; default "
+                        "$GLOWDECK_SETTINGS, else"));
     line(QString(), JsonSettingsStore::defaultFileName());
     line(QStringLiteral("--trust-root FILE"),
          QStringLiteral("also trust this authority (PEM) for the bridge's certificate (a test bridge)"));
