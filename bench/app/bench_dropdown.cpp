@@ -12,6 +12,8 @@
 #include "bridge/BridgeCommands.h"
 #include "bridge/ResourceFetch.h"
 #include "panels/ContentView.h"
+#include "session/BridgeSession.h"
+#include "session/BridgeSessions.h"
 #include "state/BridgeHome.h"
 #include "state/BridgeLink.h"
 #include "state/LightOrder.h"
@@ -117,16 +119,15 @@ int main(int argc, char* argv[])
     settings.setHueKey(key);
     settings.preferences().setShowScenes(true);
     QNetworkAccessManager network;
-    ActionQueue queue(settings, network);
-    BridgeCommands commands(settings, queue);
+    BridgeSessions sessions;
+    sessions.add(std::make_unique<BridgeSession>(settings, network));
 
     const auto decode = [&] {
-        return Refresh{
-            LightOrder::apply(lightsFromBody(home.lights).records, settings.preferences().lightOrder()),
-            groupsFromBody(home.groups).records};
+        return Refresh{LightOrder::apply(lightsFromBody(home.lights).records, settings.lightOrder()),
+                       groupsFromBody(home.groups).records};
     };
     // As at start-up: the window's content exists before the first read brings the lists.
-    auto* content = new ContentView(settings, commands, ProductLinks{});
+    auto* content = new ContentView(settings.preferences(), sessions, ProductLinks{});
     const Refresh first = decode();
     const QList<HueScene> scenes = scenesFromBody(home.scenes).records;
     QElapsedTimer clock;

@@ -230,7 +230,7 @@ void AppDelegate::start()
 
     createTrayIcon();
 
-    auto* content = new ContentView(link(), session().commands(), m_options.links);
+    auto* content = new ContentView(*m_preferences, *m_sessions, m_options.links);
     m_windowController = std::make_unique<StatusBarMenuWindowController>(
         *m_preferences, content, [this]() -> std::optional<QRect> {
             // Read at every opening: right after show() an XEmbed tray reports the origin for a while, and a

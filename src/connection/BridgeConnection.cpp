@@ -271,7 +271,7 @@ void BridgeConnection::onLights(const LightsResult& result, quint64 order)
         // A bridge read without asking it who it is first tells who vouched for it here.
         if (result.signer.kind != CertificateSigner::Kind::unknown)
             m_settings.setBridgeSigner(result.signer);
-        m_settings.home().setLights(LightOrder::apply(result.records, m_settings.preferences().lightOrder()));
+        m_settings.home().setLights(LightOrder::apply(result.records, m_settings.lightOrder()));
         m_settings.home().setBridgeConnected(true);
         m_settings.home().setConnectionErrorMessage(QString());
         // Only an address and key the bridge has just answered with are worth keeping.

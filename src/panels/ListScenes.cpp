@@ -70,6 +70,11 @@ ScrollColumn* ListScenes::column() const
     return m_column;
 }
 
+void ListScenes::setEmbedded()
+{
+    m_column->setEmbedded();
+}
+
 int ListScenes::naturalHeight() const
 {
     return padding + (m_filter->isVisibleTo(this) ? m_filter->sizeHint().height() : 0) +

@@ -36,6 +36,8 @@ public:
     ScrollColumn* column() const;
     /// The height that shows the filter and every row without scrolling.
     int naturalHeight() const;
+    /// Inside a column that scrolls: the list never scrolls on its own.
+    void setEmbedded();
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;

@@ -33,8 +33,8 @@ BridgeLink::~BridgeLink()
 void BridgeLink::onPreferenceChanged(const QString& key)
 {
     // The lights panel lists the lights in the stored order: a new order applies now, not at the next read.
-    if (key == SettingsKeys::lightOrder) {
-        m_home.setLights(LightOrder::apply(m_home.lights(), m_preferences.lightOrder()));
+    if (Preferences::isLightOrderKey(key)) {
+        m_home.setLights(LightOrder::apply(m_home.lights(), lightOrder()));
         return;
     }
     if (!Preferences::touchesBridges({key}))
@@ -221,6 +221,16 @@ void BridgeLink::storeContact(const BridgeContact& contact)
     }
     m_stored = contact;
     m_preferences.setBridges(stored);
+}
+
+QString BridgeLink::lightOrder() const
+{
+    return m_preferences.lightOrder(m_contact.id);
+}
+
+void BridgeLink::setLightOrder(const QList<HueLight>& lights)
+{
+    m_preferences.setLightOrder(m_contact.id, lights);
 }
 
 void BridgeLink::setLightHidden(const HueLight& light, bool hidden)

@@ -86,6 +86,11 @@ public:
     void forgetStoredEntry();
     /// Whether `contact`, as stored, is this bridge's entry.
     bool isStoredAs(const BridgeContact& contact) const;
+    /// The lamp ids of this bridge in the order the user gave them, joined with ","; empty when never
+    /// ordered.
+    QString lightOrder() const;
+    /// Stores the order of this bridge's lamps; the lights panel follows at once.
+    void setLightOrder(const QList<HueLight>& lights);
     /// Hides or shows a light in the lights panel (announced by the preferences).
     void setLightHidden(const HueLight& light, bool hidden);
 

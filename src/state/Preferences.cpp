@@ -339,18 +339,36 @@ void Preferences::setCustomGroupAction(int slot, const QString& optionId)
     m_store.writeString(Keys::customGroupActionPrefix + QString::number(slot), optionId);
 }
 
-QString Preferences::lightOrder() const
+namespace {
+
+QString lightOrderKey(const QString& bridgeId)
 {
-    return m_store.readString(Keys::lightOrder).value_or(QString());
+    return bridgeId.isEmpty() ? Keys::lightOrder : Keys::lightOrder + u'_' + bridgeId.toUpper();
 }
 
-void Preferences::setLightOrder(const QList<HueLight>& lights)
+} // namespace
+
+QString Preferences::lightOrder(const QString& bridgeId) const
+{
+    if (const std::optional<QString> own = m_store.readString(lightOrderKey(bridgeId)))
+        return *own;
+    const QList<BridgeContact> stored = bridges();
+    const bool first = stored.isEmpty() || stored.constFirst().id.compare(bridgeId, Qt::CaseInsensitive) == 0;
+    return first ? m_store.readString(Keys::lightOrder).value_or(QString()) : QString();
+}
+
+void Preferences::setLightOrder(const QString& bridgeId, const QList<HueLight>& lights)
 {
     QStringList ids;
     ids.reserve(lights.size());
     for (const HueLight& light : lights)
         ids.append(light.lamp_id);
-    m_store.writeString(Keys::lightOrder, ids.join(u','));
+    write(lightOrderKey(bridgeId), ids.join(u','));
+}
+
+bool Preferences::isLightOrderKey(const QString& key)
+{
+    return key == Keys::lightOrder || key.startsWith(Keys::lightOrder + u'_');
 }
 
 bool Preferences::isLightHidden(const HueLight& light) const

@@ -118,9 +118,14 @@ public:
     std::optional<QString> customGroupAction(int slot) const;
     void setCustomGroupAction(int slot, const QString& optionId);
 
-    /// The lamp ids in the order the user gave them, joined with ","; empty when never ordered.
-    QString lightOrder() const;
-    void setLightOrder(const QList<HueLight>& lights);
+    /// The lamp ids of the bridge with `bridgeId` in the order the user gave them, joined with ","; empty
+    /// when never ordered. Kept per bridge ("lightOrder_<bridge id>"): two bridges both have a lamp "1". The
+    /// order an older version stored under "lightOrder" is the first stored bridge's (and that of a bridge
+    /// whose id is not known yet).
+    QString lightOrder(const QString& bridgeId) const;
+    void setLightOrder(const QString& bridgeId, const QList<HueLight>& lights);
+    /// Whether `key` holds a bridge's lamp order.
+    static bool isLightOrderKey(const QString& key);
 
     /// true only when the flag is stored as true; a light never shown in the lights pane is visible. The flag
     /// is kept under the lamp's own unique id, so a lamp "1" of another bridge is another lamp.

@@ -5,11 +5,16 @@
 #include "bridge/ActionQueue.h"
 #include "bridge/BridgeCommands.h"
 #include "panels/BodyView.h"
+#include "panels/BridgeSections.h"
 #include "panels/ConnectionBanner.h"
 #include "panels/ContentView.h"
 #include "panels/CustomSlider.h"
+#include "panels/ListLights.h"
 #include "panels/PanelTabs.h"
 #include "panels/TitleBars.h"
+#include "session/BridgeSession.h"
+#include "session/BridgeSessions.h"
+#include "state/BridgeHome.h"
 #include "state/ProductLinks.h"
 
 #include <QAbstractButton>
@@ -23,6 +28,7 @@
 #include <QSignalSpy>
 #include <QStackedWidget>
 #include <QTest>
+#include <QToolButton>
 
 #include <memory>
 
@@ -51,6 +57,7 @@ private slots:
     void emptyPanelTellsUnpairedFromUnreachable_data();
     void emptyPanelTellsUnpairedFromUnreachable();
     void settingsLinkAsksForTheConnectionSettings();
+    void showsOneSectionPerBridgeWhenSeveralArePaired();
     void everyControlHasANameAndARole();
     void tabVisitsTheControlsInOrder();
 
@@ -65,8 +72,9 @@ private:
     {
         TestSettings files;
         BridgeNetwork network;
-        ActionQueue queue{files.settings(), network};
-        BridgeCommands commands{files.settings(), queue};
+        BridgeSessions sessions;
+        BridgeSession& session{sessions.add(std::make_unique<BridgeSession>(files.settings(), network))};
+        ActionQueue& queue{session.queue()};
         UrlCatcher browser;
     };
     std::unique_ptr<Rig> m_rig;
@@ -96,7 +104,7 @@ void TestContentView::cleanup()
 void TestContentView::build(const ProductLinks& links)
 {
     m_view.reset();
-    m_view = std::make_unique<ContentView>(settings(), m_rig->commands, links);
+    m_view = std::make_unique<ContentView>(settings().preferences(), m_rig->sessions, links);
     m_view->resize(ContentView::contentWidth, 320);
     m_view->show();
     QVERIFY(QTest::qWaitForWindowExposed(m_view.get()));
@@ -147,6 +155,52 @@ void TestContentView::clickingATabShowsItsPanelAndAsksForItsHeight()
     QCOMPARE(settings().preferences().activeMainPanel(), panel);
     QCOMPARE(resize.first().first().value<qint64>(), height);
     QCOMPARE(m_rig->files.store().readInt(QStringLiteral("activePanel")), int(panel));
+}
+
+void TestContentView::showsOneSectionPerBridgeWhenSeveralArePaired()
+{
+    settings().setBridgeName(u"Downstairs"_qs);
+    settings().home().setLights({light(u"1"_qs), light(u"2"_qs)});
+    QVERIFY(qobject_cast<ListLights*>(currentBodyPage()));
+    const int oneBridge = m_view->sizeHint().height();
+
+    // A second bridge with a lamp "1" of its own: each lamp is listed under its bridge.
+    BridgeHome upstairsHome;
+    auto upstairs =
+        std::make_unique<BridgeLink>(settings().preferences(), settings().activity(), upstairsHome);
+    upstairs->setBridgeName(u"Upstairs"_qs);
+    upstairs->setHueKey(u"key"_qs);
+    upstairsHome.setBridgeConnected(true);
+    upstairsHome.setLights({light(u"1"_qs)});
+    BridgeSession& second =
+        m_rig->sessions.add(std::make_unique<BridgeSession>(std::move(upstairs), m_rig->network));
+    QTRY_VERIFY(qobject_cast<BridgeSections*>(currentBodyPage()));
+    const QList<BridgeSection*> sections = m_view->body().sections();
+    QCOMPARE(sections.size(), 2);
+    QCOMPARE(sections.at(0)->heading()->text(), u"Downstairs"_qs);
+    QCOMPARE(sections.at(1)->heading()->accessibleName(), u"Bridge Upstairs"_qs);
+    QCOMPARE(qobject_cast<ListLights*>(sections.at(0)->list())->lightRows().size(), 2);
+    QCOMPARE(qobject_cast<ListLights*>(sections.at(1)->list())->lightRows().size(), 1);
+    QTRY_VERIFY(m_view->sizeHint().height() > oneBridge);
+
+    // A heading folds its bridge away; the rooms panel has sections too, and a bridge without rooms says so.
+    const int unfolded = m_view->sizeHint().height();
+    QTest::mouseClick(sections.at(0)->heading(), Qt::LeftButton);
+    QVERIFY(sections.at(0)->isFolded() && !sections.at(0)->list()->isVisibleTo(sections.at(0)));
+    QTRY_VERIFY(m_view->sizeHint().height() < unfolded);
+    settings().preferences().setActiveMainPanel(MainPanels::rooms);
+    QTRY_COMPARE(m_view->body().sections().size(), 2);
+    QVERIFY(m_view->body()
+                .sections()
+                .at(1)
+                ->findChild<QLabel*>(u"bridgeSectionEmpty"_qs)
+                ->text()
+                .contains(u"No rooms"));
+    // Down to one bridge: its list alone again, as before the second came.
+    settings().preferences().setActiveMainPanel(MainPanels::lights);
+    m_rig->sessions.remove(&second);
+    QTRY_VERIFY(qobject_cast<ListLights*>(currentBodyPage()));
+    QVERIFY(m_view->body().sections().isEmpty());
 }
 
 void TestContentView::offersTheScenesTabOnlyWhileScenesAreShown()

@@ -87,6 +87,7 @@ private Q_SLOTS:
     void readsTheStoredBridgesStrictly_data();
     void readsTheStoredBridgesStrictly();
     void showsChoicesAnotherProgramStored();
+    void keepsEachBridgesOwnLampOrder();
 };
 
 void TestPreferences::loadsDefaultsOnAFirstRun()
@@ -201,7 +202,8 @@ void TestPreferences::switchingScenesOffResetsTheStoredPanel()
     s.preferences().setShowScenes(false);
     QCOMPARE(t.store().readInt(Keys::activePanel), 0);
     QCOMPARE(t.store().value(Keys::showScenes), QVariant(false));
-    QCOMPARE(s.preferences().activeMainPanel(), MainPanels::scenes); // the open window keeps its panel until it reopens
+    QCOMPARE(s.preferences().activeMainPanel(),
+             MainPanels::scenes); // the open window keeps its panel until it reopens
 }
 
 void TestPreferences::storesColourBarsBeforeShowingThem()
@@ -386,7 +388,8 @@ void TestPreferences::showsChoicesAnotherProgramStored()
                     {Keys::lightOrder, u"2,1"_qs}});
     QTRY_COMPARE_WITH_TIMEOUT(s.preferences().appIcon(), u"Icon_Lamp2"_qs, 1000);
     QCOMPARE(icon, 1);
-    QVERIFY(!s.preferences().showZones() && !s.preferences().showScenes() && !s.preferences().showColorBarsForRooms());
+    QVERIFY(!s.preferences().showZones() && !s.preferences().showScenes() &&
+            !s.preferences().showColorBarsForRooms());
     QCOMPARE(s.preferences().keyIncrement(), 20);
     QCOMPARE(s.preferences().presetWindowHeight(MainPanels::rooms), 400);
     QCOMPARE(visibility, 1);
@@ -395,6 +398,35 @@ void TestPreferences::showsChoicesAnotherProgramStored()
     // Taken in, not stored again: switching scenes off here would also have reset the stored panel.
     QCOMPARE(versions.count(), 1);
     QCOMPARE(JsonSettingsStore(t.fileName()).readInt(Keys::activePanel), 2);
+}
+
+void TestPreferences::keepsEachBridgesOwnLampOrder()
+{
+    // An older version's order, and two bridges that both have lamps "1" and "2".
+    TestSettings t;
+    t.store().writeString(Keys::lightOrder, u"2,1"_qs);
+    Preferences& preferences = t.settings().preferences();
+    preferences.setBridges({BridgeContact{.id = u"001788FFFE000001"_qs, .address = u"192.0.2.1"_qs},
+                            BridgeContact{.id = u"001788FFFE000002"_qs, .address = u"192.0.2.2"_qs}});
+    BridgeHome downstairsHome, upstairsHome;
+    BridgeLink downstairs(preferences, t.settings().activity(), downstairsHome);
+    BridgeLink upstairs(preferences, t.settings().activity(), upstairsHome);
+    downstairs.load(preferences.bridges().at(0), 0);
+    upstairs.load(preferences.bridges().at(1), 1);
+    QCOMPARE(downstairs.lightOrder(), u"2,1"_qs); // the older order is the first bridge's
+    QCOMPARE(upstairs.lightOrder(), QString());
+
+    // Ordering one bridge's lamps leaves the other's as they are, and shows at once.
+    const QList<HueLight> lamps{HueLight{.lamp_id = u"1"_qs}, HueLight{.lamp_id = u"2"_qs}};
+    downstairsHome.setLights(lamps);
+    upstairsHome.setLights(lamps);
+    upstairs.setLightOrder({lamps.at(1), lamps.at(0)});
+    QCOMPARE(t.store().readString(u"lightOrder_001788FFFE000002"_qs), u"2,1"_qs);
+    QCOMPARE(upstairsHome.lights().first().lamp_id, u"2"_qs);
+    downstairs.setLightOrder(lamps);
+    QCOMPARE(downstairs.lightOrder(), u"1,2"_qs);
+    QCOMPARE(upstairs.lightOrder(), u"2,1"_qs);
+    QCOMPARE(t.store().readString(Keys::lightOrder), u"2,1"_qs); // an older version still reads its own
 }
 
 QTEST_GUILESS_MAIN(TestPreferences)

@@ -134,8 +134,7 @@ void LampSelectorView::onVisibilityChanged()
 void LampSelectorView::onLightsChanged()
 {
     // The pane's order is the stored one; the bridge's list reaches it through that order.
-    const QList<HueLight> fresh =
-        LightOrder::apply(m_settings.home().lights(), m_settings.preferences().lightOrder());
+    const QList<HueLight> fresh = LightOrder::apply(m_settings.home().lights(), m_settings.lightOrder());
     if (static_cast<LightList*>(m_list)->isDragging() || listed(fresh) == listed(m_lights))
         return;
     rebuild();
@@ -143,7 +142,7 @@ void LampSelectorView::onLightsChanged()
 
 void LampSelectorView::rebuild()
 {
-    m_lights = LightOrder::apply(m_settings.home().lights(), m_settings.preferences().lightOrder());
+    m_lights = LightOrder::apply(m_settings.home().lights(), m_settings.lightOrder());
     const QString current =
         m_list->currentItem() ? m_list->currentItem()->data(lampIdRole).toString() : QString();
     const QSignalBlocker blocker(m_list);
@@ -199,7 +198,7 @@ void LampSelectorView::onRowsMoved()
     if (reordered.size() != m_lights.size() || listed(reordered) == listed(m_lights))
         return;
     m_lights = reordered;
-    m_settings.preferences().setLightOrder(m_lights);
+    m_settings.setLightOrder(m_lights);
     onCurrentRowChanged();
 }
 

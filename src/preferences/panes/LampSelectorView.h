@@ -13,7 +13,8 @@ class QPushButton;
 
 /// The lights pane: one switch per light in the current order, on when the light is shown in the drop-down
 /// window. Rows are dragged (or moved with the buttons below, or Alt+Up and Alt+Down) into a new order, which
-/// is stored at once as "lightOrder" and applied to the next list read from the bridge.
+/// is stored at once as that bridge's "lightOrder_<bridge id>" and applied to the next list read from the
+/// bridge.
 class LampSelectorView final : public QWidget
 {
     Q_OBJECT
