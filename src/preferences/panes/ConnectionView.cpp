@@ -9,6 +9,8 @@
 #include "preferences/panes/DebugReport.h"
 #include "preferences/panes/ImagePlayer.h"
 #include "preferences/panes/PaneWidgets.h"
+#include "session/BridgeSession.h"
+#include "session/BridgeSessions.h"
 #include "state/BridgeHome.h"
 #include "state/BridgeLink.h"
 
@@ -21,15 +23,16 @@
 #include <QTimer>
 #include <QVBoxLayout>
 
-ConnectionView::ConnectionView(BridgeLink& settings, BridgeDiscovery& discovery, BridgePairing& pairing,
-                               BridgeConnection& connection, DebugReport& debugReport, QWidget* parent)
-    : QWidget(parent), m_settings(settings), m_discovery(discovery), m_pairing(pairing),
-      m_connection(connection), m_debugReport(debugReport), m_status(new QLabel(this)),
-      m_statusButton(new QPushButton(this)), m_statusDetail(PaneWidgets::wrappedText(QString(), this)),
+ConnectionView::ConnectionView(BridgeSession& session, const BridgeSessions& sessions,
+                               BridgeDiscovery& discovery, DebugReport& debugReport, QWidget* parent)
+    : QWidget(parent), m_session(session), m_sessions(sessions), m_settings(session.link()),
+      m_discovery(discovery), m_pairing(session.pairing()), m_connection(session.connection()),
+      m_debugReport(debugReport), m_status(new QLabel(this)), m_statusButton(new QPushButton(this)),
+      m_statusDetail(PaneWidgets::wrappedText(QString(), this)),
       m_connectedHint(PaneWidgets::wrappedText(connectedHint(), this)),
       m_unpairedHint(PaneWidgets::wrappedText(unpairedHint(), this)),
       m_security(PaneWidgets::wrappedText(QString(), this)),
-      m_configuration(new ConfigurationPart(settings, this)),
+      m_configuration(new ConfigurationPart(m_settings, this)),
       m_choiceHint(PaneWidgets::wrappedText(tr("Several bridges answered. Pick yours:"), this)),
       m_choices(new QListWidget(this)), m_useChoice(new QPushButton(tr("Use This Bridge"), this)),
       m_error(PaneWidgets::wrappedText(QString(), this)),
@@ -227,6 +230,11 @@ void ConnectionView::onConnect()
     // A new key is asked for. The stored one stays until the new one has worked (the connection stores it
     // then): a bridge that does not answer now may well answer after a restart, to the key it knows.
     QTimer::singleShot(connectDelayMilliseconds, this, [this] { m_pairing.pairWithBridge(); });
+}
+
+void ConnectionView::pairAgain()
+{
+    onConnect();
 }
 
 void ConnectionView::onPairingFinished()
