@@ -46,6 +46,8 @@ private Q_SLOTS:
     void sendDebugLinkRunsTheScriptAndThanks();
     void theListShowsEachBridgeAndHowItStands();
     void anAddedBridgeIsPairedBesideTheFirst();
+    void detectLeavesOutBridgesPairedAlready_data();
+    void detectLeavesOutBridgesPairedAlready();
     void removeAsksAndForgetsOnlyThatBridge();
 
 private:
@@ -526,6 +528,39 @@ void TestConnectionView::anAddedBridgeIsPairedBesideTheFirst()
     QCOMPARE(storedBridges(), (QStringList{m_bench->bridge().bridgeId() + u' ' + firstKey,
                                            upstairs.bridgeId() + u' ' + upstairs.users().last()}));
     QCOMPARE(row(1).first(), u"Upstairs"_qs);
+}
+
+void TestConnectionView::detectLeavesOutBridgesPairedAlready_data()
+{
+    QTest::addColumn<bool>("otherAnnounced"); // a bridge not paired yet answers too
+    QTest::newRow("only the paired one") << false;
+    QTest::newRow("the paired one and another") << true;
+}
+
+void TestConnectionView::detectLeavesOutBridgesPairedAlready()
+{
+    QFETCH(bool, otherAnnounced);
+    QVERIFY(m_bench->connect());
+    BridgeSimulator upstairs(BridgeSimulator::Floor::Upper);
+    QVERIFY(upstairs.listen());
+    FakeLocalNetwork localNetwork;
+    localNetwork.announced = {{u"127.0.0.1"_qs, m_bench->bridge().port(), m_bench->bridge().bridgeId()}};
+    if (otherAnnounced)
+        localNetwork.announced.append({u"127.0.0.1"_qs, upstairs.port(), upstairs.bridgeId()});
+    m_bench->discovery().setLocalNetworkBrowser(&localNetwork);
+    QTest::mouseClick(child<QPushButton>(QStringLiteral("addBridge")), Qt::LeftButton);
+    BridgeLink& added = view().session().link();
+
+    QTest::mouseClick(child<QPushButton>(QStringLiteral("detectButton")), Qt::LeftButton);
+
+    // The one bridge left is taken without a choice: it is asked for a key.
+    QTRY_VERIFY_WITH_TIMEOUT(!error().isEmpty(), 10000);
+    QCOMPARE(error(), otherAnnounced ? u"Bridge responded: Press LINK BUTTON and retry"_qs
+                                     : ConnectionView::allPairedText());
+    QCOMPARE(added.hueIP(), otherAnnounced ? upstairs.hostAndPort() : QString());
+    QVERIFY(!child<QListWidget>(QStringLiteral("bridgeChoices"))->isVisible());
+    QCOMPARE(m_bench->settings().hueIP(), m_bench->bridge().hostAndPort());
+    m_bench->discovery().setLocalNetworkBrowser(nullptr);
 }
 
 void TestConnectionView::removeAsksAndForgetsOnlyThatBridge()

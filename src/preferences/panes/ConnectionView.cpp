@@ -148,6 +148,11 @@ QString ConnectionView::sendDebugText()
     return tr("Connection trouble? Click to send debug data!");
 }
 
+QString ConnectionView::allPairedText()
+{
+    return tr("Every bridge found is paired already.");
+}
+
 void ConnectionView::changeEvent(QEvent* event)
 {
     QWidget::changeEvent(event);
@@ -255,13 +260,21 @@ void ConnectionView::onDetect()
     // A bridge paired over HTTPS is not replaced by an address that only claims its id in clear.
     const ProbeKnowledge paired{m_settings.bridgeTransport(), m_settings.bridgeIdentity(), false};
     using Found = QList<BridgeDiscovery::FoundBridge>;
-    m_discovery.detectBridges(paired, [self = QPointer(this)](const Found& bridges) {
+    m_discovery.detectBridges(paired, [self = QPointer(this)](Found bridges) {
         if (!self)
             return;
         self->m_detecting = false;
         self->updateBusy();
         if (bridges.isEmpty()) {
             self->m_settings.home().setConnectionErrorMessage(BridgePairing::noConnectionMessage());
+            return;
+        }
+        // Another session serves those already: pairing one here would serve it twice.
+        bridges.removeIf([&self](const BridgeDiscovery::FoundBridge& bridge) {
+            return self->isPairedElsewhere(bridge.bridgeId);
+        });
+        if (bridges.isEmpty()) {
+            self->m_settings.home().setConnectionErrorMessage(allPairedText());
             return;
         }
         if (bridges.size() == 1)
@@ -283,6 +296,12 @@ void ConnectionView::onDetect()
             part->show();
         self->m_choices->setFocus();
     });
+}
+
+bool ConnectionView::isPairedElsewhere(const QString& bridgeId) const
+{
+    const BridgeSession* other = m_sessions.find(bridgeId);
+    return other && other != &m_session && !other->link().hueKey().isEmpty();
 }
 
 void ConnectionView::onBridgeChosen()

@@ -21,7 +21,7 @@ class QPushButton;
 /// bridge or typing its address, the last connection problem, the link-button hint with its animation while
 /// pairing is what is needed, and the offer to send debug data. All network work runs asynchronously; the
 /// view only starts it and shows the shared state. Connect asks the bridge for a new key and keeps the stored
-/// one until the new one has worked.
+/// one until the new one has worked. Detect offers only bridges that no other session has paired.
 class ConnectionView final : public QWidget
 {
     Q_OBJECT
@@ -51,6 +51,8 @@ public:
     /// ... and of something at `address` whose certificate or answer was refused.
     static QString refusedHint(const QString& address);
     static QString sendDebugText();
+    /// What Detect says when every bridge it found is paired in another session.
+    static QString allPairedText();
 
 protected:
     void changeEvent(QEvent* event) override;
@@ -67,6 +69,8 @@ private:
     void onSendDebug();
     void onPairingFinished();
     void updateBusy();
+    /// Whether another session serves the bridge with `bridgeId` with a key.
+    bool isPairedElsewhere(const QString& bridgeId) const;
 
     BridgeSession& m_session;
     const BridgeSessions& m_sessions;
