@@ -25,7 +25,7 @@
 #include "panels/ContentView.h"
 #include "panels/Theme.h"
 #include "panels/WelcomeView.h"
-#include "preferences/panes/ConnectionView.h"
+#include "preferences/panes/ConnectionPane.h"
 #include "preferences/panes/DebugReport.h"
 #include "preferences/panes/DebugView.h"
 #include "preferences/panes/HotkeyView.h"
@@ -146,8 +146,9 @@ void AppDelegate::createPreferences()
     m_preferencesWindow = std::make_unique<PreferencesWindowController>(QList<Pane>{
         {QStringLiteral("general"), tr("General"), PaneIcons::general(), general},
         {QStringLiteral("advanced"), tr("Connection"), PaneIcons::connection(),
-         new ConnectionView(link(), *m_discovery, session().pairing(), session().connection(),
-                            *m_debugReport)},
+         new ConnectionPane(
+             *m_sessions, *m_discovery, *m_debugReport, [this]() -> BridgeSession& { return addBridge(); },
+             [this](BridgeSession& session) { removeBridge(session); })},
         {QStringLiteral("lights"), tr("Lights"), PaneIcons::lights(), lights},
         {QStringLiteral("hotkeys"), tr("Hotkeys"), PaneIcons::hotkeys(),
          new HotkeyView(link(), *m_hotkeys, *m_hotkeyActions)},
