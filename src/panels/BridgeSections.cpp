@@ -32,9 +32,10 @@ bool hasNothingToList(const BridgeHome& home, MainPanels panel)
 
 } // namespace
 
-BridgeSection::BridgeSection(BridgeSession& session, MainPanels panel, QWidget* parent)
-    : QWidget(parent), m_session(session), m_panel(panel), m_heading(new QToolButton(this)),
-      m_empty(new QLabel(this)), m_layout(new QVBoxLayout(this))
+BridgeSection::BridgeSection(BridgeSessions& sessions, BridgeSession& session, MainPanels panel,
+                             QWidget* parent)
+    : QWidget(parent), m_sessions(sessions), m_session(session), m_panel(panel),
+      m_heading(new QToolButton(this)), m_empty(new QLabel(this)), m_layout(new QVBoxLayout(this))
 {
     setObjectName(QStringLiteral("bridgeSection"));
     m_heading->setObjectName(QStringLiteral("bridgeSectionHeading"));
@@ -60,8 +61,15 @@ BridgeSection::BridgeSection(BridgeSession& session, MainPanels panel, QWidget* 
         onContentChanged();
     });
     BridgeLink& link = m_session.link();
-    connect(&link, &BridgeLink::bridgeContactChanged, this, &BridgeSection::onNameChanged);
-    connect(&link, &BridgeLink::hueIPChanged, this, &BridgeSection::onNameChanged);
+    const auto renameAll = [this] {
+        if (auto* sections =
+                qobject_cast<BridgeSections*>(parentWidget() ? parentWidget()->parentWidget() : nullptr))
+            sections->rename();
+        else
+            onNameChanged();
+    };
+    connect(&link, &BridgeLink::bridgeContactChanged, this, renameAll);
+    connect(&link, &BridgeLink::hueIPChanged, this, renameAll);
     BridgeHome& home = link.home();
     for (auto changed : {&BridgeHome::lightsChanged, &BridgeHome::groupsChanged, &BridgeHome::scenesChanged,
                          &BridgeHome::bridgeConnectedChanged})
@@ -77,7 +85,7 @@ bool BridgeSection::isFolded() const
 
 void BridgeSection::onNameChanged()
 {
-    const QString name = m_session.link().displayName();
+    const QString name = m_sessions.nameOf(m_session);
     m_heading->setText(name);
     m_heading->setAccessibleName(tr("Bridge %1").arg(name));
     m_heading->setToolTip(tr("Show or hide the bridge %1").arg(name));
@@ -152,6 +160,8 @@ BridgeSections::BridgeSections(BridgeSessions& sessions, MainPanels panel, QWidg
                 break;
             }
         }
+        // Once it has gone, a name it repeated stands alone again.
+        QMetaObject::invokeMethod(this, &BridgeSections::rename, Qt::QueuedConnection);
     });
     rebuild();
 }
@@ -163,12 +173,19 @@ void BridgeSections::rebuild()
     for (BridgeSession* session : sessions) {
         const auto same = [session](const BridgeSection* s) { return &s->session() == session; };
         if (std::none_of(m_sections.cbegin(), m_sections.cend(), same)) {
-            auto* section = new BridgeSection(*session, m_panel, widget());
+            auto* section = new BridgeSection(m_sessions, *session, m_panel, widget());
             m_column->insertWidget(index, section);
             m_sections.insert(index, section);
         }
         ++index;
     }
+    rename();
+}
+
+void BridgeSections::rename()
+{
+    for (BridgeSection* section : std::as_const(m_sections))
+        section->onNameChanged();
 }
 
 int BridgeSections::naturalHeight() const

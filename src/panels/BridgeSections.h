@@ -20,7 +20,8 @@ class BridgeSection final : public QWidget
     Q_DISABLE_COPY_MOVE(BridgeSection)
 
 public:
-    BridgeSection(BridgeSession& session, MainPanels panel, QWidget* parent = nullptr);
+    BridgeSection(BridgeSessions& sessions, BridgeSession& session, MainPanels panel,
+                  QWidget* parent = nullptr);
 
     BridgeSession& session() const { return m_session; }
     /// The heading: a button that folds the section.
@@ -29,10 +30,12 @@ public:
     QWidget* list() const { return m_list; }
     bool isFolded() const;
 
-private:
     void onNameChanged();
+
+private:
     void onContentChanged();
 
+    BridgeSessions& m_sessions;
     BridgeSession& m_session;
     MainPanels m_panel;
     QToolButton* m_heading;
@@ -52,6 +55,8 @@ public:
     BridgeSections(BridgeSessions& sessions, MainPanels panel, QWidget* parent = nullptr);
 
     QList<BridgeSection*> sections() const { return m_sections; }
+    /// Names every section anew (a bridge's name may now repeat another's, or no longer).
+    void rename();
     /// The height that shows every section without scrolling.
     int naturalHeight() const;
 

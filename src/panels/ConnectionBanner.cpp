@@ -79,7 +79,7 @@ void ConnectionBanner::onStateChanged()
         text = error.isEmpty() ? tr("Bridge not reachable \u2014 retrying") : error;
         // With several bridges, which one: the others answer.
         if (sessions.size() > 1)
-            text = tr("%1: %2").arg(link.displayName(), text);
+            text = tr("%1: %2").arg(m_sessions.nameOf(*session), text);
         break;
     }
     const ActivityLog& activity = sessions.constFirst()->link().activity();

@@ -182,6 +182,11 @@ void TestContentView::showsOneSectionPerBridgeWhenSeveralArePaired()
     QCOMPARE(qobject_cast<ListLights*>(sections.at(0)->list())->lightRows().size(), 2);
     QCOMPARE(qobject_cast<ListLights*>(sections.at(1)->list())->lightRows().size(), 1);
     QTRY_VERIFY(m_view->sizeHint().height() > oneBridge);
+    // Bridges of the same name are told apart by the end of their ids.
+    second.link().setBridgeContact(u"http"_qs, u"001788FFFE9C4D5E"_qs, {});
+    second.link().setBridgeName(u"Downstairs"_qs);
+    QCOMPARE(sections.at(1)->heading()->text(), u"Downstairs (9C4D5E)"_qs);
+    second.link().setBridgeName(u"Upstairs"_qs);
 
     // A heading folds its bridge away; the rooms panel has sections too, and a bridge without rooms says so.
     const int unfolded = m_view->sizeHint().height();
