@@ -77,9 +77,6 @@ void TestHomeCommands::aWholeHomeActionReachesEveryBridge_data()
                                     << R"(PUT groups/1/action {"on":false})";
     QTest::newRow("darkness") << Command([](HomeCommands& c) { c.switchEverythingOff(); })
                               << R"(PUT groups/0/action {"on":false})";
-    QTest::newRow("a chosen room on") << Command([](HomeCommands& c) {
-        c.runRoomAction({RoomAction::Kind::on, u"1"_qs});
-    }) << R"(PUT groups/1/action {"on":true})";
 }
 
 void TestHomeCommands::aWholeHomeActionReachesEveryBridge()
