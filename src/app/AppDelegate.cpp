@@ -151,7 +151,7 @@ void AppDelegate::createPreferences()
              [this](BridgeSession& session) { removeBridge(session); })},
         {QStringLiteral("lights"), tr("Lights"), PaneIcons::lights(), lights},
         {QStringLiteral("hotkeys"), tr("Hotkeys"), PaneIcons::hotkeys(),
-         new HotkeyView(link(), *m_hotkeys, *m_hotkeyActions)},
+         new HotkeyView(*m_preferences, *m_hotkeys, *m_hotkeyActions)},
     });
     m_preferencesWindow->setFrameAutosaveName(preferencesFrameName, m_preferences.get());
     const auto showSaveError = [this] {
@@ -423,7 +423,7 @@ void AppDelegate::registerHotkeys()
         m_activity->addLogLine(
             QStringLiteral("Glowdeck: global shortcuts are not available on this desktop: %1.").arg(reason));
     });
-    m_hotkeyActions = std::make_unique<HotkeyActions>(link(), *m_homeCommands);
+    m_hotkeyActions = std::make_unique<HotkeyActions>(*m_sessions, *m_preferences, *m_homeCommands);
     m_hotkeyActions->registerHandlers(*m_hotkeys);
     m_hotkeys->onKeyUp(HotkeyNames::openGlowdeck(), [this] {
         QMetaObject::invokeMethod(this, &AppDelegate::toggleFromKeyboard, Qt::QueuedConnection);

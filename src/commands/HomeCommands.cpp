@@ -106,7 +106,9 @@ void HomeCommands::runRoomAction(const RoomAction& action)
 {
     if (action.kind == Kind::none)
         return;
-    for (BridgeSession* session : m_sessions.all()) {
+    BridgeSession* session =
+        action.bridgeId.isEmpty() ? m_sessions.first() : m_sessions.find(action.bridgeId);
+    if (session) {
         BridgeLink& state = session->link();
         // Every room with the id, not only the first: the walk goes on past a match.
         const QList<HueGroup> rooms = state.home().groups();

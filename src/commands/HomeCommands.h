@@ -30,16 +30,19 @@ struct RoomAction
 
     Kind kind = Kind::none;
     QString groupId; ///< empty for `none`
+    /// The bridge whose room it is, as its id; empty for the first bridge (a choice made before Glowdeck
+    /// served several).
+    QString bridgeId;
 
     bool operator==(const RoomAction&) const = default;
 };
 
 /// Every action the user takes on the home as a whole, in one place: the shortcuts' actions on every room
-/// (on, off, brighter, darker, red, blue, white) and a chosen room's action, the menu's "Darkness!", "Off in
-/// N minutes" and its cancel, with the switch-off timer each bridge keeps. The whole-home actions act on
-/// every bridge's session; each change shows at once in that bridge's state and goes to its bridge through
-/// its commands and queue. The tray menu, the global shortcuts and glowdeckctl are thin adapters over these.
-/// Lives on the main thread.
+/// (on, off, brighter, darker, red, blue, white) and a chosen room's action on its own bridge, the menu's
+/// "Darkness!", "Off in N minutes" and its cancel, with the switch-off timer each bridge keeps. The
+/// whole-home actions act on every bridge's session; each change shows at once in that bridge's state and
+/// goes to its bridge through its commands and queue. The tray menu, the global shortcuts and glowdeckctl are
+/// thin adapters over these. Lives on the main thread.
 class HomeCommands final : public QObject
 {
     Q_OBJECT
@@ -63,7 +66,8 @@ public:
     void allLightsRed();
     void allLightsBlue();
     void allLightsWhite();
-    /// Runs `action` on every room with its group id, on every bridge.
+    /// Runs `action` on every room with its group id on the bridge it names (the first bridge when it names
+    /// none); nothing when no bridge served has that id. Room "1" of another bridge is another room.
     void runRoomAction(const RoomAction& action);
 
     /// "Darkness!": every lamp of every bridge off, one request per bridge.
