@@ -29,7 +29,7 @@
 #include "preferences/panes/DebugReport.h"
 #include "preferences/panes/DebugView.h"
 #include "preferences/panes/HotkeyView.h"
-#include "preferences/panes/LampSelectorView.h"
+#include "preferences/panes/LightsPane.h"
 #include "preferences/panes/PaneIcons.h"
 #include "preferences/panes/PreferencesGeneralView.h"
 #include "preferences/window/PausableWindow.h"
@@ -142,7 +142,7 @@ void AppDelegate::createPreferences()
     }
     auto* general = new PreferencesGeneralView(*m_preferences, *m_startAtLogin, icons, m_options.links,
                                                [this](const QUrl& url) { openUrl(url); });
-    auto* lights = new LampSelectorView(link());
+    auto* lights = new LightsPane(*m_sessions);
     m_preferencesWindow = std::make_unique<PreferencesWindowController>(QList<Pane>{
         {QStringLiteral("general"), tr("General"), PaneIcons::general(), general},
         {QStringLiteral("advanced"), tr("Connection"), PaneIcons::connection(),
@@ -164,7 +164,7 @@ void AppDelegate::createPreferences()
     showSaveError();
     connect(general, &PreferencesGeneralView::debugInformationRequested, this,
             &AppDelegate::onShowDebugWindow);
-    connect(lights, &LampSelectorView::connectionPaneRequested, this, &AppDelegate::onOpenConnectionSettings);
+    connect(lights, &LightsPane::connectionPaneRequested, this, &AppDelegate::onOpenConnectionSettings);
 }
 
 QStringList AppDelegate::loginArguments() const
