@@ -187,6 +187,13 @@ void TestContentView::showsOneSectionPerBridgeWhenSeveralArePaired()
     second.link().setBridgeName(u"Downstairs"_qs);
     QCOMPARE(sections.at(1)->heading()->text(), u"Downstairs (9C4D5E)"_qs);
     second.link().setBridgeName(u"Upstairs"_qs);
+    // One bridge gone: the line names it, and the other's lamps stay listed and usable.
+    upstairsHome.setBridgeConnected(false);
+    auto* banner = m_view->findChild<ConnectionBanner*>();
+    QTRY_COMPARE(banner->message(), u"Upstairs: Bridge not reachable \u2014 retrying"_qs);
+    QVERIFY(sections.at(0)->list()->isEnabled());
+    upstairsHome.setBridgeConnected(true);
+    QTRY_VERIFY(!banner->isVisible());
 
     // A heading folds its bridge away; the rooms panel has sections too, and a bridge without rooms says so.
     const int unfolded = m_view->sizeHint().height();
