@@ -3,8 +3,8 @@
 #include "bridge/BridgeCommands.h"
 #include "bridge/ResourceFetch.h"
 #include "bridge/WireDecoder.h"
-#include "state/AppSettings.h"
 #include "state/BridgeHome.h"
+#include "state/BridgeLink.h"
 #include "state/JsonSettingsStore.h"
 
 #include <QCoreApplication>
@@ -77,7 +77,7 @@ void BM_DraggedSliderEnqueues(benchmark::State& state)
 {
     QTemporaryDir dir;
     JsonSettingsStore store(dir.filePath(QStringLiteral("settings.json")));
-    AppSettings settings(store);
+    BridgeLink settings(store);
     QNetworkAccessManager network;
     ActionQueue queue(settings, network);
     ActionQueueItem item{QUrl(QStringLiteral("http://127.0.0.1:9/api/k/lights/7/state")),
@@ -105,7 +105,7 @@ void BM_DraggedSliderCommands(benchmark::State& state)
 {
     QTemporaryDir dir;
     JsonSettingsStore store(dir.filePath(QStringLiteral("settings.json")));
-    AppSettings settings(store);
+    BridgeLink settings(store);
     QNetworkAccessManager network;
     ActionQueue queue(settings, network);
     BridgeCommands commands(settings, queue);
@@ -127,7 +127,7 @@ void BM_EnqueueBehind(benchmark::State& state)
 {
     QTemporaryDir dir;
     JsonSettingsStore store(dir.filePath(QStringLiteral("settings.json")));
-    AppSettings settings(store);
+    BridgeLink settings(store);
     QNetworkAccessManager network;
     ActionQueue queue(settings, network);
     ActionQueueItem item{QUrl(QStringLiteral("http://127.0.0.1:9/api/k/lights/1/state")),

@@ -12,8 +12,10 @@
 #include "bridge/BridgeCommands.h"
 #include "bridge/ResourceFetch.h"
 #include "panels/ContentView.h"
-#include "state/AppSettings.h"
+#include "session/BridgeSession.h"
+#include "session/BridgeSessions.h"
 #include "state/BridgeHome.h"
+#include "state/BridgeLink.h"
 #include "state/LightOrder.h"
 #include "state/MemorySettingsStore.h"
 #include "state/ProductLinks.h"
@@ -110,23 +112,22 @@ int main(int argc, char* argv[])
 
     const LargeHome home = LargeHome::makeNumbered(lightCount, 50, 300);
     MemorySettingsStore store;
-    AppSettings settings(store);
+    BridgeLink settings(store);
     // A first start: no stored heights, so the window opens at its content's height.
     settings.load();
     settings.setHueIP(bridge);
     settings.setHueKey(key);
-    settings.setShowScenes(true);
+    settings.preferences().setShowScenes(true);
     QNetworkAccessManager network;
-    ActionQueue queue(settings, network);
-    BridgeCommands commands(settings, queue);
+    BridgeSessions sessions;
+    sessions.add(std::make_unique<BridgeSession>(settings, network));
 
     const auto decode = [&] {
-        return Refresh{
-            LightOrder::apply(lightsFromBody(home.lights).records, settings.preferences().lightOrder()),
-            groupsFromBody(home.groups).records};
+        return Refresh{LightOrder::apply(lightsFromBody(home.lights).records, settings.lightOrder()),
+                       groupsFromBody(home.groups).records};
     };
     // As at start-up: the window's content exists before the first read brings the lists.
-    auto* content = new ContentView(settings, commands, ProductLinks{});
+    auto* content = new ContentView(settings.preferences(), sessions, ProductLinks{});
     const Refresh first = decode();
     const QList<HueScene> scenes = scenesFromBody(home.scenes).records;
     QElapsedTimer clock;
@@ -136,7 +137,7 @@ int main(int argc, char* argv[])
     settings.home().setScenes(scenes);
     settings.home().setBridgeConnected(true);
     const double built = double(clock.nsecsElapsed()) / 1e6;
-    StatusBarMenuWindowController controller(settings, content,
+    StatusBarMenuWindowController controller(settings.preferences(), content,
                                              [] { return std::optional<QRect>(QRect(1257, 1, 22, 22)); });
     PaintWatch watch;
     content->installEventFilter(&watch);
@@ -149,7 +150,7 @@ int main(int argc, char* argv[])
         QElapsedTimer timer;
         timer.start();
         controller.restoreActivePanel();
-        controller.setPreferredHeight(settings.preferredHeightOfActivePanel());
+        controller.setPreferredHeight(settings.preferences().preferredHeightOfActivePanel());
         controller.show();
         while (!watch.painted && timer.elapsed() < 5000)
             QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
@@ -204,14 +205,14 @@ int main(int argc, char* argv[])
     };
     // Every panel's list exists from here on, as after a user has looked at each once.
     for (MainPanels panel : {MainPanels::scenes, MainPanels::rooms, MainPanels::lights}) {
-        settings.setActiveMainPanel(panel);
+        settings.preferences().setActiveMainPanel(panel);
         open();
         close();
     }
     open();
     measureTicks("open on the lights");
     close();
-    settings.setActiveMainPanel(MainPanels::rooms);
+    settings.preferences().setActiveMainPanel(MainPanels::rooms);
     open();
     measureTicks("open on the rooms");
     close();

@@ -1,6 +1,6 @@
 // How soon a change made by another app reaches the shared state: a glowdeck-simulator process of its own
 // serves a large home over HTTPS, the bench changes one lamp's brightness after another through the
-// simulator's control request (as the phone app would) and times each until AppSettings holds the new value.
+// simulator's control request (as the phone app would) and times each until BridgeLink holds the new value.
 // Run it once as it is (the bridge pushes its changes over its event stream) and once with
 // GLOWDECK_EVENT_STREAM=off (read every 3.5 s); docs/performance.md records the figures.
 //
@@ -11,8 +11,8 @@
 #include "bridge/BridgeNetwork.h"
 #include "connection/BridgeConnection.h"
 #include "connection/BridgePairing.h"
-#include "state/AppSettings.h"
 #include "state/BridgeHome.h"
+#include "state/BridgeLink.h"
 #include "state/MemorySettingsStore.h"
 
 #include <QCommandLineParser>
@@ -109,7 +109,7 @@ private:
     MemorySettingsStore m_store;
     BridgeNetwork m_network;
     QNetworkAccessManager m_plain; // the other app's
-    AppSettings m_settings;
+    BridgeLink m_settings;
     BridgePairing m_pairing;
     ActionQueue m_queue;
     BridgeConnection m_connection;

@@ -16,8 +16,8 @@
 #include "bridge/ResourceFetch.h"
 #include "connection/BridgeConnection.h"
 #include "connection/BridgePairing.h"
-#include "state/AppSettings.h"
 #include "state/BridgeHome.h"
+#include "state/BridgeLink.h"
 #include "state/JsonSettingsStore.h"
 #include "state/MemorySettingsStore.h"
 
@@ -141,7 +141,7 @@ private:
 
     std::unique_ptr<BridgeNetwork> m_network;
     std::unique_ptr<SettingsStore> m_store;
-    AppSettings m_settings;
+    BridgeLink m_settings;
     BridgePairing m_pairing;
     ActionQueue m_queue;
     BridgeConnection m_connection;

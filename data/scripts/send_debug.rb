@@ -61,17 +61,25 @@ def redactor(keys)
   end
 end
 
-def redact_settings(settings, redact)
-  return settings unless settings.is_a?(Hash)
+# The keys stored in the settings file: the older "bridgeUser" and each bridge's "key" in "bridges".
+def stored_keys(settings)
+  return [] unless settings.is_a?(Hash)
 
-  settings.to_h do |name, value|
-    if name == 'bridgeUser' && value.is_a?(String) && !value.empty?
-      [name, REDACTED]
-    elsif value.is_a?(String)
-      [name, redact.call(value)]
-    else
-      [name, value]
-    end
+  bridges = settings['bridges'].is_a?(Array) ? settings['bridges'] : []
+  [settings['bridgeUser']] + bridges.map { |bridge| bridge['key'] if bridge.is_a?(Hash) }
+end
+
+# Every text in the settings, at any depth, with the keys hidden; a member that holds a key is hidden whole.
+def redact_settings(value, redact, name = nil)
+  case value
+  when Hash
+    value.to_h { |member, inner| [member, redact_settings(inner, redact, member)] }
+  when Array
+    value.map { |inner| redact_settings(inner, redact) }
+  when String
+    %w[bridgeUser key].include?(name) && !value.empty? ? REDACTED : redact.call(value)
+  else
+    value
   end
 end
 
@@ -104,8 +112,7 @@ settings_path = input['settingsFile'].to_s
 settings_path = File.join(config_folder, 'glowdeck', 'settings.json') if settings_path.empty?
 settings = read_json(settings_path)
 
-keys = Array(input['keys'])
-keys << settings['bridgeUser'] if settings.is_a?(Hash)
+keys = Array(input['keys']) + stored_keys(settings).compact
 redact = redactor(keys)
 address = input['bridgeAddress'].to_s
 address = settings['bridgeIP'].to_s if address.empty? && settings.is_a?(Hash)

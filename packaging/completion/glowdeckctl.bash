@@ -13,14 +13,14 @@ _glowdeckctl()
         cur=""
     fi
 
-    local value_options="--bridge --key --settings --in --wait --discovery-url --pick --trust-root"
+    local value_options="--bridge --bridge-id --key --settings --in --wait --discovery-url --pick --trust-root"
     case $prev in
     --settings | --trust-root)
         COMPREPLY=($(compgen -f -- "$cur"))
         compopt -o filenames 2>/dev/null
         return
         ;;
-    --bridge | --key | --in | --wait | --discovery-url | --pick)
+    --bridge | --bridge-id | --key | --in | --wait | --discovery-url | --pick)
         return # a value of the user's own
         ;;
     esac
@@ -44,14 +44,13 @@ _glowdeckctl()
 
     local options="--settings --trust-root"
     case $command in
-    lights | rooms | scenes) options+=" --json --bridge --key" ;;
-    light | room | scene | status) options+=" --bridge --key" ;;
-    watch) options+=" --json --bridge --key" ;;
-    all-off) options+=" --in --bridge --key" ;;
+    lights | rooms | scenes | status | watch) options+=" --json --bridge --bridge-id --key" ;;
+    light | room | scene) options+=" --bridge --bridge-id --key" ;;
+    all-off) options+=" --in --bridge --bridge-id --key" ;;
     discover) options+=" --discovery-url --pick --json" ;;
-    pair) options+=" --wait --bridge" ;;
+    pair) options+=" --wait --bridge --bridge-id --pick --discovery-url" ;;
     hotkeys) options+=" --json" ;;
-    "") options="--bridge --key --settings --trust-root --json --in --wait --discovery-url --pick --help --version" ;;
+    "") options="--bridge --bridge-id --key --settings --trust-root --json --in --wait --discovery-url --pick --help --version" ;;
     esac
     if [[ $cur == -* ]]; then
         COMPREPLY=($(compgen -W "$options" -- "$cur"))

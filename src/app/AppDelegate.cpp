@@ -25,11 +25,11 @@
 #include "panels/ContentView.h"
 #include "panels/Theme.h"
 #include "panels/WelcomeView.h"
-#include "preferences/panes/ConnectionView.h"
+#include "preferences/panes/ConnectionPane.h"
 #include "preferences/panes/DebugReport.h"
 #include "preferences/panes/DebugView.h"
 #include "preferences/panes/HotkeyView.h"
-#include "preferences/panes/LampSelectorView.h"
+#include "preferences/panes/LightsPane.h"
 #include "preferences/panes/PaneIcons.h"
 #include "preferences/panes/PreferencesGeneralView.h"
 #include "preferences/window/PausableWindow.h"
@@ -37,10 +37,13 @@
 #include "session/BridgeSession.h"
 #include "session/BridgeSessions.h"
 #include "state/ActivityLog.h"
-#include "state/AppSettings.h"
+#include "state/BridgeHome.h"
+#include "state/BridgeLink.h"
 #include "state/Console.h"
 #include "state/HomeModel.h"
 #include "state/JsonSettingsStore.h"
+#include "state/Preferences.h"
+#include "state/SettingsKeys.h"
 
 #include <QAction>
 #include <QApplication>
@@ -100,33 +103,33 @@ AppDelegate::AppDelegate(AppDelegateOptions options, std::unique_ptr<SleepWatche
 AppDelegate::~AppDelegate()
 {
     stopTimers();
-    if (m_appWindow && m_settings)
-        m_settings->preferences().setWindowFrame(appWindowFrameName,
-                                                 QString::fromLatin1(m_appWindow->saveGeometry().toBase64()));
+    if (m_appWindow && m_preferences)
+        m_preferences->setWindowFrame(appWindowFrameName,
+                                      QString::fromLatin1(m_appWindow->saveGeometry().toBase64()));
     // The welcome window has no owner but us.
     delete m_welcome;
 }
 
 ActionQueue& AppDelegate::queue() const
 {
-    return m_session->queue();
+    return session().queue();
 }
 
 BridgeConnection& AppDelegate::connection() const
 {
-    return m_session->connection();
+    return session().connection();
 }
 
 SwitchOffTimer& AppDelegate::switchOffTimer() const
 {
-    return *m_homeCommands->switchOffTimer(*m_session);
+    return *m_homeCommands->switchOffTimer(session());
 }
 
-PreferencesWindowController& AppDelegate::preferences()
+PreferencesWindowController& AppDelegate::preferencesWindow()
 {
-    if (!m_preferences)
+    if (!m_preferencesWindow)
         createPreferences();
-    return *m_preferences;
+    return *m_preferencesWindow;
 }
 
 void AppDelegate::createPreferences()
@@ -137,30 +140,31 @@ void AppDelegate::createPreferences()
         const QString name = QStringLiteral("Icon_Lamp%1").arg(i);
         icons.append({name, titles.at(i), lampIcon(name)});
     }
-    auto* general = new PreferencesGeneralView(*m_settings, *m_startAtLogin, icons, m_options.links,
+    auto* general = new PreferencesGeneralView(*m_preferences, *m_startAtLogin, icons, m_options.links,
                                                [this](const QUrl& url) { openUrl(url); });
-    auto* lights = new LampSelectorView(*m_settings);
-    m_preferences = std::make_unique<PreferencesWindowController>(QList<Pane>{
+    auto* lights = new LightsPane(*m_sessions);
+    m_preferencesWindow = std::make_unique<PreferencesWindowController>(QList<Pane>{
         {QStringLiteral("general"), tr("General"), PaneIcons::general(), general},
         {QStringLiteral("advanced"), tr("Connection"), PaneIcons::connection(),
-         new ConnectionView(*m_settings, *m_discovery, m_session->pairing(), m_session->connection(),
-                            *m_debugReport)},
+         new ConnectionPane(
+             *m_sessions, *m_discovery, *m_debugReport, [this]() -> BridgeSession& { return addBridge(); },
+             [this](BridgeSession& session) { removeBridge(session); })},
         {QStringLiteral("lights"), tr("Lights"), PaneIcons::lights(), lights},
         {QStringLiteral("hotkeys"), tr("Hotkeys"), PaneIcons::hotkeys(),
-         new HotkeyView(*m_settings, *m_hotkeys, *m_hotkeyActions)},
+         new HotkeyView(*m_preferences, *m_hotkeys, *m_hotkeyActions)},
     });
-    m_preferences->setFrameAutosaveName(preferencesFrameName, &m_settings->preferences());
+    m_preferencesWindow->setFrameAutosaveName(preferencesFrameName, m_preferences.get());
     const auto showSaveError = [this] {
-        const QString error = m_settings->activity().settingsSaveError();
-        m_preferences->setStatus(error.isEmpty() ? QString()
-                                                 : tr("Settings could not be saved: %1").arg(error));
+        const QString error = m_activity->settingsSaveError();
+        m_preferencesWindow->setStatus(error.isEmpty() ? QString()
+                                                       : tr("Settings could not be saved: %1").arg(error));
     };
-    connect(&m_settings->activity(), &ActivityLog::settingsSaveErrorChanged, m_preferences.get(),
+    connect(m_activity.get(), &ActivityLog::settingsSaveErrorChanged, m_preferencesWindow.get(),
             showSaveError);
     showSaveError();
     connect(general, &PreferencesGeneralView::debugInformationRequested, this,
             &AppDelegate::onShowDebugWindow);
-    connect(lights, &LampSelectorView::connectionPaneRequested, this, &AppDelegate::onOpenConnectionSettings);
+    connect(lights, &LightsPane::connectionPaneRequested, this, &AppDelegate::onOpenConnectionSettings);
 }
 
 QStringList AppDelegate::loginArguments() const
@@ -192,37 +196,44 @@ void AppDelegate::start()
 
     m_activity = std::make_unique<ActivityLog>();
     m_home = std::make_unique<HomeModel>();
-    m_settings = std::make_unique<AppSettings>(*m_store, *m_activity, m_home->add());
-    connect(m_settings.get(), &AppSettings::windowResizePlease, this, &AppDelegate::onWindowResizePlease);
-    m_settings->load();
-    m_settings->keepBridgesInTheNewForm();
+    m_preferences = std::make_unique<Preferences>(*m_store, m_activity.get());
+    connect(m_preferences.get(), &Preferences::windowResizePlease, this, &AppDelegate::onWindowResizePlease);
+    m_preferences->settleDefaults();
+    BridgeLink::keepBridgesInTheNewForm(*m_preferences, *m_activity);
 
-    // One session per stored bridge; one bridge is served, so there is one session, stored contact or not.
-    m_sessions = std::make_unique<BridgeSessions>();
-    m_homeCommands = std::make_unique<HomeCommands>(*m_sessions);
-    m_session = &m_sessions->add(std::make_unique<BridgeSession>(*m_settings, *m_network));
     m_shell = std::make_unique<ShellRunner>();
     m_discovery = std::make_unique<BridgeDiscovery>(*m_shell, *m_network);
     m_localNetwork = createLocalNetworkBrowser();
     m_discovery->setLocalNetworkBrowser(m_localNetwork.get());
-    for (BridgeSession* session : m_sessions->all())
-        session->setBridgeFinder(m_discovery.get());
+    // One session per stored bridge; with none stored, one for the bridge to be paired.
+    m_sessions = std::make_unique<BridgeSessions>();
+    m_homeCommands = std::make_unique<HomeCommands>(*m_sessions);
+    QStringList problems;
+    const QList<BridgeContact> stored = m_preferences->bridges(&problems);
+    for (const QString& problem : problems)
+        m_activity->addLogLine(problem);
+    for (qsizetype i = 0; i < stored.size(); ++i)
+        addSession(stored.at(i), i);
+    if (stored.isEmpty())
+        addSession({}, 0);
     // A timer set before a restart is still on the bridge: it is taken up once the bridge answers.
     m_homeCommands->lookForSwitchOffTimers();
+    // "glowdeckctl pair --pick" while this runs: a bridge stored by another program is served at once.
+    m_preferences->whenChanged({SettingsKeys::bridges}, this, &AppDelegate::serveStoredBridges);
     // "glowdeckctl pair" while this runs: each session takes in a contact stored by another program at once.
     m_store->watchForChanges();
-    m_reviewPrompt = std::make_unique<ReviewPrompt>(*m_settings);
+    m_reviewPrompt = std::make_unique<ReviewPrompt>(*m_preferences);
     m_startAtLogin = std::make_unique<StartAtLogin>(
         createLoginItem(applicationId, m_options.loginItemFolder, loginArguments()));
-    m_debugReport = std::make_unique<DebugReport>(*m_settings, *m_shell, m_options.settingsFile,
+    m_debugReport = std::make_unique<DebugReport>(link(), *m_shell, m_options.settingsFile,
                                                   m_options.links.errorEndpoint);
     m_debugReport->setNetwork(m_network.get());
 
     createTrayIcon();
 
-    auto* content = new ContentView(*m_settings, m_session->commands(), m_options.links);
+    auto* content = new ContentView(*m_preferences, *m_sessions, m_options.links);
     m_windowController = std::make_unique<StatusBarMenuWindowController>(
-        *m_settings, content, [this]() -> std::optional<QRect> {
+        *m_preferences, content, [this]() -> std::optional<QRect> {
             // Read at every opening: right after show() an XEmbed tray reports the origin for a while, and a
             // StatusNotifier tray reports nothing at all. Both mean "unknown".
             const QRect geometry = m_trayIcon ? m_trayIcon->geometry() : QRect();
@@ -239,18 +250,18 @@ void AppDelegate::start()
     registerHotkeys();
     connectToBridgeAtStart();
 
-    if (!m_settings->preferences().hasSeenWelcomeScreen())
+    if (!m_preferences->hasSeenWelcomeScreen())
         showWelcomeWindow();
 }
 
 void AppDelegate::createTrayIcon()
 {
-    m_trayIcon = std::make_unique<QSystemTrayIcon>(lampIcon(m_settings->appIcon()));
+    m_trayIcon = std::make_unique<QSystemTrayIcon>(lampIcon(m_preferences->appIcon()));
     m_trayIcon->setToolTip(SwitchOffNotice::restingToolTip);
     m_switchOffNotice = std::make_unique<SwitchOffNotice>(*m_trayIcon);
     connect(m_homeCommands.get(), &HomeCommands::switchOffChanged, m_switchOffNotice.get(),
             [this] { m_switchOffNotice->setPendingUntil(m_homeCommands->switchOffAt()); });
-    connect(m_settings.get(), &AppSettings::appIconChanged, this, &AppDelegate::onAppIconChanged);
+    m_preferences->whenChanged({SettingsKeys::appIcon}, this, &AppDelegate::onAppIconChanged);
     connect(m_trayIcon.get(), &QSystemTrayIcon::activated, this, [this](QSystemTrayIcon::ActivationReason r) {
         onActivated(r, QGuiApplication::keyboardModifiers());
     });
@@ -278,8 +289,7 @@ void AppDelegate::showTrayIconWhenAvailable()
             m_leaveWindowModeOnClose = true;
             if (!m_appWindow->isVisible())
                 leaveWindowMode();
-            m_settings->activity().addLogLine(
-                QStringLiteral("A system tray appeared; Glowdeck's icon is in it now."));
+            m_activity->addLogLine(QStringLiteral("A system tray appeared; Glowdeck's icon is in it now."));
         }
         if (m_options.startupClock && m_options.startupClock->isValid())
             printLine(QStringLiteral("Glowdeck: tray icon shown after %1 ms")
@@ -318,23 +328,23 @@ void AppDelegate::enterWindowMode(bool explain)
         connect(m_appWindow.get(), &AppWindow::closed, this, &AppDelegate::onAppWindowClosed);
         m_windowController->restoreActivePanel();
         m_appWindow->resize(DropDownWindow::contentWidth + 40,
-                            int(std::max<qint64>(m_settings->preferredHeightOfActivePanel(), 420)));
-        const std::optional<QString> frame = m_settings->preferences().windowFrame(appWindowFrameName);
+                            int(std::max<qint64>(m_preferences->preferredHeightOfActivePanel(), 420)));
+        const std::optional<QString> frame = m_preferences->windowFrame(appWindowFrameName);
         if (frame)
             m_appWindow->restoreGeometry(QByteArray::fromBase64(frame->toLatin1()));
     }
     m_appWindow->adoptContent(m_windowController->window().releaseContent());
-    if (explain && !m_settings->preferences().hasExplainedWindowMode()) {
+    if (explain && !m_preferences->hasExplainedWindowMode()) {
         m_appWindow->setNotice(
             tr("This desktop shows no system tray, so Glowdeck opens here. For a lamp icon in the panel, "
                "the desktop needs a tray (on GNOME, the AppIndicator extension). Closing this window keeps "
                "Glowdeck running for its shortcuts; starting Glowdeck again brings the window back."));
-        m_settings->preferences().setHasExplainedWindowMode();
+        m_preferences->setHasExplainedWindowMode();
     }
     if (m_welcome)
         m_welcome->setTrayAvailable(false);
     // A first start greets first; "Let's go!" opens the window.
-    if (m_settings->preferences().hasSeenWelcomeScreen())
+    if (m_preferences->hasSeenWelcomeScreen())
         showAppWindow();
 }
 
@@ -344,8 +354,8 @@ void AppDelegate::leaveWindowMode()
         return;
     m_windowMode = false;
     m_leaveWindowModeOnClose = false;
-    m_settings->preferences().setWindowFrame(appWindowFrameName,
-                                             QString::fromLatin1(m_appWindow->saveGeometry().toBase64()));
+    m_preferences->setWindowFrame(appWindowFrameName,
+                                  QString::fromLatin1(m_appWindow->saveGeometry().toBase64()));
     m_windowController->window().adoptContent(m_appWindow->releaseContent());
     m_appWindow->hide();
 }
@@ -363,8 +373,8 @@ void AppDelegate::showAppWindow()
 
 void AppDelegate::onAppWindowClosed()
 {
-    m_settings->preferences().setWindowFrame(appWindowFrameName,
-                                             QString::fromLatin1(m_appWindow->saveGeometry().toBase64()));
+    m_preferences->setWindowFrame(appWindowFrameName,
+                                  QString::fromLatin1(m_appWindow->saveGeometry().toBase64()));
     if (m_leaveWindowModeOnClose)
         QTimer::singleShot(0, this, &AppDelegate::leaveWindowMode);
 }
@@ -410,24 +420,84 @@ void AppDelegate::registerHotkeys()
         m_options.hotkeyBackend ? m_options.hotkeyBackend() : createHotkeyBackend(applicationId);
     m_hotkeys = std::make_unique<GlobalHotkeys>(*m_store, *m_hotkeyBackend);
     connect(m_hotkeys.get(), &GlobalHotkeys::unavailable, this, [this](const QString& reason) {
-        m_settings->activity().addLogLine(
+        m_activity->addLogLine(
             QStringLiteral("Glowdeck: global shortcuts are not available on this desktop: %1.").arg(reason));
     });
-    m_hotkeyActions = std::make_unique<HotkeyActions>(*m_settings, *m_homeCommands);
+    m_hotkeyActions = std::make_unique<HotkeyActions>(*m_sessions, *m_preferences, *m_homeCommands);
     m_hotkeyActions->registerHandlers(*m_hotkeys);
     m_hotkeys->onKeyUp(HotkeyNames::openGlowdeck(), [this] {
         QMetaObject::invokeMethod(this, &AppDelegate::toggleFromKeyboard, Qt::QueuedConnection);
     });
 }
 
-void AppDelegate::connectToBridgeAtStart()
+BridgeSession& AppDelegate::addSession(const BridgeContact& contact, qsizetype storedAt)
 {
-    if (!m_settings->hueIP().isEmpty()) {
-        QTimer::singleShot(0, m_session, &BridgeSession::connectToBridge);
+    auto link = std::make_unique<BridgeLink>(*m_preferences, *m_activity, m_home->add(contact.id));
+    link->load(contact, storedAt);
+    BridgeSession& session = m_sessions->add(std::make_unique<BridgeSession>(std::move(link), *m_network));
+    session.setBridgeFinder(m_discovery.get());
+    return session;
+}
+
+BridgeSession& AppDelegate::addBridge()
+{
+    return addSession({}, -1);
+}
+
+void AppDelegate::removeBridge(BridgeSession& session)
+{
+    // The last one stays, emptied: the window and the panes always have a bridge to show, if only to pair.
+    BridgeLink& link = session.link();
+    link.forgetStoredEntry();
+    m_activity->addLogLine(QStringLiteral("Removed the bridge %1").arg(link.displayName()));
+    if (m_sessions->size() == 1) {
+        link.home().setLights({});
+        link.home().setGroups({});
+        link.home().setScenes({});
+        link.load({}, -1);
         return;
     }
+    BridgeHome* home = &link.home();
+    m_sessions->remove(&session);
+    m_home->remove(home);
+}
+
+void AppDelegate::serveStoredBridges()
+{
+    const QList<BridgeContact> stored = m_preferences->bridges();
+    for (qsizetype i = 0; i < stored.size(); ++i) {
+        const QList<BridgeSession*> sessions = m_sessions->all();
+        const bool served = std::any_of(sessions.cbegin(), sessions.cend(), [&](const BridgeSession* s) {
+            return s->link().isStoredAs(stored.at(i));
+        });
+        if (served || stored.at(i).key.isEmpty())
+            continue;
+        m_activity->addLogLine(QStringLiteral("Another program paired the bridge %1: serving it too")
+                                   .arg(stored.at(i).name.isEmpty() ? stored.at(i).id : stored.at(i).name));
+        addSession(stored.at(i), i).connectToBridge();
+    }
+}
+
+BridgeSession& AppDelegate::session() const
+{
+    return *m_sessions->first();
+}
+
+BridgeLink& AppDelegate::link() const
+{
+    return session().link();
+}
+
+void AppDelegate::connectToBridgeAtStart()
+{
+    for (BridgeSession* session : m_sessions->all()) {
+        if (!session->link().hueIP().isEmpty())
+            QTimer::singleShot(0, session, &BridgeSession::connectToBridge);
+    }
+    if (!link().hueIP().isEmpty())
+        return;
     // Only the address is filled in: pairing waits for the user's "Connect" or the next start.
-    m_discovery->detectBridgeIP([settings = QPointer(m_settings.get())](std::optional<QString> address) {
+    m_discovery->detectBridgeIP([settings = QPointer(&link())](std::optional<QString> address) {
         if (!settings || !address)
             return;
         const QString trimmed = address->trimmed();
@@ -450,7 +520,7 @@ void AppDelegate::onLetsGo()
 {
     if (m_welcome)
         m_welcome->close();
-    m_settings->preferences().setHasSeenWelcomeScreen();
+    m_preferences->setHasSeenWelcomeScreen();
     if (m_windowMode) {
         showAppWindow();
         return;
@@ -523,7 +593,7 @@ void AppDelegate::toggleFromKeyboard()
 void AppDelegate::showDropDownWindow()
 {
     m_windowController->restoreActivePanel();
-    m_windowController->setPreferredHeight(m_settings->preferredHeightOfActivePanel());
+    m_windowController->setPreferredHeight(m_preferences->preferredHeightOfActivePanel());
     m_windowController->show();
 }
 
@@ -543,7 +613,7 @@ void AppDelegate::openUrl(const QUrl& url)
 
 void AppDelegate::onAppIconChanged()
 {
-    m_trayIcon->setIcon(lampIcon(m_settings->appIcon()));
+    m_trayIcon->setIcon(lampIcon(m_preferences->appIcon()));
 }
 
 void AppDelegate::onPrefersDarkChanged(bool dark)
@@ -586,13 +656,13 @@ void AppDelegate::onOpenSettings()
 {
     m_windowController->close();
     // Until a bridge is paired there is nothing else to set up: start where the pairing is.
-    preferences().show(m_settings->hueKey().isEmpty() ? QStringLiteral("advanced") : QString());
+    preferencesWindow().show(link().hueKey().isEmpty() ? QStringLiteral("advanced") : QString());
 }
 
 void AppDelegate::onOpenConnectionSettings()
 {
     m_windowController->close();
-    preferences().show(QStringLiteral("advanced"));
+    preferencesWindow().show(QStringLiteral("advanced"));
 }
 
 void AppDelegate::onShowDebugWindow()
@@ -603,7 +673,7 @@ void AppDelegate::onShowDebugWindow()
         // Over the preferences window it was asked for from.
         m_debugWindow->adjustSize();
         QRect frame(QPoint(), m_debugWindow->size());
-        frame.moveCenter(preferences().window().frameGeometry().center());
+        frame.moveCenter(preferencesWindow().window().frameGeometry().center());
         m_debugWindow->move(frame.topLeft());
     }
     m_debugWindow->show();

@@ -20,7 +20,9 @@ class ActionQueue;
 class ActivityLog;
 class HomeModel;
 class AppWindow;
-class AppSettings;
+class BridgeLink;
+struct BridgeContact;
+class Preferences;
 class BridgeConnection;
 class BridgeSession;
 class BridgeSessions;
@@ -112,12 +114,19 @@ public:
     /// Where Help and Provide Feedback go; tests replace the browser.
     void setUrlOpener(std::function<void(const QUrl&)> opener) { m_openUrl = std::move(opener); }
 
-    AppSettings& settings() const { return *m_settings; }
+    /// The saved choices.
+    Preferences& preferences() const { return *m_preferences; }
+    /// The first bridge as its session sees it.
+    BridgeLink& link() const;
     ActivityLog& activity() const { return *m_activity; }
     HomeModel& home() const { return *m_home; }
     /// The sessions of the bridges served (one today), and the one the window shows.
     BridgeSessions& sessions() const { return *m_sessions; }
-    BridgeSession& session() const { return *m_session; }
+    BridgeSession& session() const;
+    /// A session for one more bridge, to be paired (the connection pane's "Add a bridge…").
+    BridgeSession& addBridge();
+    /// Forgets the bridge: its stored entry, its session and its home. The last bridge is emptied instead.
+    void removeBridge(BridgeSession& session);
     /// Every action on the home as a whole: what the tray menu and the shortcuts run.
     HomeCommands& homeCommands() const { return *m_homeCommands; }
     ActionQueue& queue() const;
@@ -126,7 +135,7 @@ public:
     StatusBarMenuWindowController& windowController() const { return *m_windowController; }
     GlobalHotkeys& hotkeys() const { return *m_hotkeys; }
     /// The preferences window's controller, created with its panes on first use.
-    PreferencesWindowController& preferences();
+    PreferencesWindowController& preferencesWindow();
     StartAtLogin& startAtLogin() const { return *m_startAtLogin; }
     /// The debug information window while it exists.
     DebugView* debugWindow() const { return m_debugWindow.get(); }
@@ -153,6 +162,9 @@ private:
     void buildContextMenu();
     void registerHotkeys();
     void connectToBridgeAtStart();
+    BridgeSession& addSession(const BridgeContact& contact, qsizetype storedAt);
+    /// Adds a session for every paired bridge stored by another program that none serves yet.
+    void serveStoredBridges();
     void showWelcomeWindow();
     void popUpContextMenu();
     void openDropDownWindow();
@@ -183,9 +195,8 @@ private:
     std::unique_ptr<Diagnostics> m_diagnostics;
     std::unique_ptr<ActivityLog> m_activity; // outlives everything that writes to it
     std::unique_ptr<HomeModel> m_home;       // one home per bridge; the views show the first
-    std::unique_ptr<AppSettings> m_settings;
+    std::unique_ptr<Preferences> m_preferences;
     std::unique_ptr<BridgeSessions> m_sessions;
-    BridgeSession* m_session = nullptr; // the first of m_sessions
     std::unique_ptr<HomeCommands> m_homeCommands;
     std::unique_ptr<HotkeyBackend> m_hotkeyBackend;
     std::unique_ptr<GlobalHotkeys> m_hotkeys;
@@ -196,8 +207,8 @@ private:
     std::unique_ptr<ReviewPrompt> m_reviewPrompt;
     std::unique_ptr<StartAtLogin> m_startAtLogin;
     std::unique_ptr<DebugReport> m_debugReport;
-    std::unique_ptr<PreferencesWindowController> m_preferences; // created on first use
-    std::unique_ptr<DebugView> m_debugWindow;                   // created on first use
+    std::unique_ptr<PreferencesWindowController> m_preferencesWindow; // created on first use
+    std::unique_ptr<DebugView> m_debugWindow;                         // created on first use
     std::unique_ptr<QSystemTrayIcon> m_trayIcon;
     std::unique_ptr<SwitchOffNotice> m_switchOffNotice;
     QAction* m_cancelTimer = nullptr; ///< "Lights off at 23:40 — Cancel", while a timer is pending

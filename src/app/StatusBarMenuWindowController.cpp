@@ -4,8 +4,8 @@
 #include "app/HeightGrip.h"
 #include "app/WindowCompositing.h"
 #include "app/WindowPlacement.h"
-#include "state/AppSettings.h"
 #include "state/MainPanels.h"
+#include "state/Preferences.h"
 
 #include <QApplication>
 #include <QCursor>
@@ -23,9 +23,9 @@ constexpr qint64 toggleGraceMilliseconds = 300;
 
 } // namespace
 
-StatusBarMenuWindowController::StatusBarMenuWindowController(AppSettings& settings, QWidget* content,
+StatusBarMenuWindowController::StatusBarMenuWindowController(Preferences& preferences, QWidget* content,
                                                              IconGeometry iconGeometry, QObject* parent)
-    : QObject(parent), m_settings(settings), m_iconGeometry(std::move(iconGeometry)),
+    : QObject(parent), m_preferences(preferences), m_iconGeometry(std::move(iconGeometry)),
       m_pointer([] { return QCursor::pos(); }), m_window(std::make_unique<DropDownWindow>(content)),
       m_fade(new QPropertyAnimation(m_window.get(), "windowOpacity", this))
 {
@@ -49,7 +49,7 @@ StatusBarMenuWindowController::~StatusBarMenuWindowController()
 
 void StatusBarMenuWindowController::restoreActivePanel()
 {
-    const std::optional<qint64> storedPanel = m_settings.preferences().storedActivePanel();
+    const std::optional<qint64> storedPanel = m_preferences.storedActivePanel();
     if (!storedPanel)
         return;
     const qint64 stored = *storedPanel;
@@ -58,8 +58,8 @@ void StatusBarMenuWindowController::restoreActivePanel()
         return;
     const auto panel = static_cast<MainPanels>(stored);
     // Assigning also asks for a resize; the opening places the window anyway, so only a change is assigned.
-    if (panel != m_settings.activeMainPanel())
-        m_settings.setActiveMainPanel(panel);
+    if (panel != m_preferences.activeMainPanel())
+        m_preferences.setActiveMainPanel(panel);
 }
 
 void StatusBarMenuWindowController::show()
@@ -141,7 +141,7 @@ void StatusBarMenuWindowController::positionWindow(qint64 height)
     wanted = std::max<qint64>(wanted, minimum);
 
     // The width the user dragged it to, as far as this screen allows.
-    const qint64 storedWidth = m_settings.preferences().dropDownWidth();
+    const qint64 storedWidth = m_preferences.dropDownWidth();
     const int width = int(std::clamp<qint64>(storedWidth, DropDownWindow::contentWidth,
                                              std::max(DropDownWindow::contentWidth, available.width() / 2)));
     const WindowPlacement::Placement placement =
@@ -160,22 +160,22 @@ void StatusBarMenuWindowController::positionWindow(qint64 height)
 void StatusBarMenuWindowController::saveWindowHeight()
 {
     // The stored panel, not the field: before the first opening the field may not have been restored yet.
-    const qint64 panel = m_settings.preferences().storedActivePanel().value_or(0);
+    const qint64 panel = m_preferences.storedActivePanel().value_or(0);
     if (!m_window->content())
         return;
     const int height = m_window->content()->height();
-    if (m_window->width() != m_settings.preferences().dropDownWidth() &&
-        (m_window->width() != DropDownWindow::contentWidth || m_settings.preferences().dropDownWidth() != 0))
-        m_settings.preferences().setDropDownWidth(m_window->width());
+    if (m_window->width() != m_preferences.dropDownWidth() &&
+        (m_window->width() != DropDownWindow::contentWidth || m_preferences.dropDownWidth() != 0))
+        m_preferences.setDropDownWidth(m_window->width());
     switch (panel) {
     case static_cast<qint64>(MainPanels::lights):
-        m_settings.setPresetWindowHeightLights(height);
+        m_preferences.setPresetWindowHeight(MainPanels::lights, height);
         break;
     case static_cast<qint64>(MainPanels::rooms):
-        m_settings.setPresetWindowHeightRooms(height);
+        m_preferences.setPresetWindowHeight(MainPanels::rooms, height);
         break;
     case static_cast<qint64>(MainPanels::scenes):
-        m_settings.setPresetWindowHeightScenes(height);
+        m_preferences.setPresetWindowHeight(MainPanels::scenes, height);
         break;
     default:
         break;

@@ -9,7 +9,7 @@
 #include <memory>
 #include <optional>
 
-class AppSettings;
+class Preferences;
 class DropDownWindow;
 class QPropertyAnimation;
 class QWidget;
@@ -32,7 +32,7 @@ public:
     static constexpr int fadeMilliseconds = 150;
 
     /// Takes ownership of `content`.
-    StatusBarMenuWindowController(AppSettings& settings, QWidget* content, IconGeometry iconGeometry,
+    StatusBarMenuWindowController(Preferences& preferences, QWidget* content, IconGeometry iconGeometry,
                                   QObject* parent = nullptr);
     ~StatusBarMenuWindowController() override;
 
@@ -82,7 +82,7 @@ private:
     void stopOutsideClickMonitor();
     void onFadeFinished();
 
-    AppSettings& m_settings;
+    Preferences& m_preferences;
     IconGeometry m_iconGeometry;
     PointerPosition m_pointer;
     std::unique_ptr<DropDownWindow> m_window;

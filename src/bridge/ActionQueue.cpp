@@ -5,7 +5,7 @@
 #include "bridge/BridgeUrl.h"
 #include "bridge/HttpExchange.h"
 #include "state/ActivityLog.h"
-#include "state/AppSettings.h"
+#include "state/BridgeLink.h"
 
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -72,11 +72,11 @@ QByteArray stepWithValuesOf(const QByteArray& step, const QByteArray& newer)
 
 } // namespace
 
-ActionQueue::ActionQueue(AppSettings& settings, QNetworkAccessManager& network, QObject* parent)
+ActionQueue::ActionQueue(BridgeLink& settings, QNetworkAccessManager& network, QObject* parent)
     : QObject(parent), m_settings(settings), m_network(network)
 {
     // Changes held for want of the bridge's id go as soon as the connection has learnt it.
-    connect(&m_settings, &AppSettings::bridgeContactChanged, this, [this] {
+    connect(&m_settings, &BridgeLink::bridgeContactChanged, this, [this] {
         if (!m_settings.bridgeID().isEmpty() && !m_pending.isEmpty())
             startProcessor();
     });

@@ -13,7 +13,7 @@
 #include <chrono>
 #include <functional>
 
-class AppSettings;
+class BridgeLink;
 class QNetworkAccessManager;
 
 /// Keeps the newest pending change per target and property and sends one request per tick, so a dragged
@@ -43,7 +43,7 @@ public:
     /// `newer` with the increment of `older` added to its own, kept within the bridge's -254 to 254.
     static QByteArray withIncrementsAdded(const QByteArray& older, const QByteArray& newer);
 
-    explicit ActionQueue(AppSettings& settings, QNetworkAccessManager& network, QObject* parent = nullptr);
+    explicit ActionQueue(BridgeLink& settings, QNetworkAccessManager& network, QObject* parent = nullptr);
 
     /// Queues a change behind the current event and makes sure the drain timer runs.
     void enqueue(ActionQueueItem item);
@@ -101,7 +101,7 @@ private:
         QByteArray body;
     };
 
-    AppSettings& m_settings;
+    BridgeLink& m_settings;
     QNetworkAccessManager& m_network;
     QList<ActionQueueItem> m_pending;
     QDateTime m_lastUserActionAt = QDateTime::currentDateTimeUtc();

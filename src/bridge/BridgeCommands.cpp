@@ -4,8 +4,8 @@
 #include "bridge/BridgeUrl.h"
 #include "bridge/UpdateBodies.h"
 #include "state/ActivityLog.h"
-#include "state/AppSettings.h"
 #include "state/BridgeHome.h"
+#include "state/BridgeLink.h"
 
 #include <algorithm>
 
@@ -35,7 +35,7 @@ QUrl BridgeCommands::roomAddress(const HueGroup& group) const
     return address({QStringLiteral("groups"), group.group_id, QStringLiteral("action")});
 }
 
-BridgeCommands::BridgeCommands(AppSettings& settings, ActionQueue& queue)
+BridgeCommands::BridgeCommands(BridgeLink& settings, ActionQueue& queue)
     : m_settings(settings), m_queue(queue)
 {}
 

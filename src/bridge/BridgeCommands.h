@@ -8,7 +8,7 @@
 #include <QUrl>
 
 class ActionQueue;
-class AppSettings;
+class BridgeLink;
 
 /// Builds every change the user makes to a lamp, a room, a scene or a schedule into a request for the queue.
 /// A command shows the change at once in the bridge's `BridgeHome` where it has a local effect, then queues
@@ -20,7 +20,7 @@ public:
     /// At or below this brightness a lamp or room is switched off instead of dimmed.
     static constexpr qint64 offBrightness = 4;
 
-    BridgeCommands(AppSettings& settings, ActionQueue& queue);
+    BridgeCommands(BridgeLink& settings, ActionQueue& queue);
 
     void setLightOn(HueLight light, bool on);
     void setLightBrightness(HueLight light, qint64 brightness);
@@ -68,6 +68,6 @@ private:
     void enqueue(const QUrl& address, QByteArray body, ActionQueueItem::Target target, const QString& itemId,
                  const QString& property);
 
-    AppSettings& m_settings;
+    BridgeLink& m_settings;
     ActionQueue& m_queue;
 };

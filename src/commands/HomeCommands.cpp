@@ -5,8 +5,8 @@
 #include "connection/BridgeConnection.h"
 #include "session/BridgeSession.h"
 #include "session/BridgeSessions.h"
-#include "state/AppSettings.h"
 #include "state/BridgeHome.h"
+#include "state/BridgeLink.h"
 #include "state/Console.h"
 
 #include <QHash>
@@ -28,7 +28,7 @@ HomeCommands::~HomeCommands() = default;
 void HomeCommands::watch(BridgeSession* session)
 {
     Timer& entry = m_timers[session];
-    entry.timer = std::make_unique<SwitchOffTimer>(session->state(), session->network(), session->queue(),
+    entry.timer = std::make_unique<SwitchOffTimer>(session->link(), session->network(), session->queue(),
                                                    session->commands());
     connect(entry.timer.get(), &SwitchOffTimer::changed, this, &HomeCommands::switchOffChanged);
     connect(&session->connection(), &BridgeConnection::lightsRefreshed, entry.timer.get(),
@@ -106,8 +106,10 @@ void HomeCommands::runRoomAction(const RoomAction& action)
 {
     if (action.kind == Kind::none)
         return;
-    for (BridgeSession* session : m_sessions.all()) {
-        AppSettings& state = session->state();
+    BridgeSession* session =
+        action.bridgeId.isEmpty() ? m_sessions.first() : m_sessions.find(action.bridgeId);
+    if (session) {
+        BridgeLink& state = session->link();
         // Every room with the id, not only the first: the walk goes on past a match.
         const QList<HueGroup> rooms = state.home().groups();
         const bool stepping = action.kind == Kind::brighter || action.kind == Kind::darker;
@@ -183,14 +185,14 @@ void HomeCommands::changeEveryRoomEverywhere(
     const std::function<void(BridgeSession&, const HueGroup&)>& command, bool dimmableOnly)
 {
     for (BridgeSession* session : m_sessions.all())
-        changeEveryRoom(*session, change, command, dimmableOnly ? dimmable(session->state()) : nullptr);
+        changeEveryRoom(*session, change, command, dimmableOnly ? dimmable(session->link()) : nullptr);
 }
 
 void HomeCommands::changeEveryRoom(BridgeSession& session, const std::function<void(HueGroup&)>& change,
                                    const std::function<void(BridgeSession&, const HueGroup&)>& command,
                                    const std::function<bool(const HueGroup&)>& applies)
 {
-    AppSettings& state = session.state();
+    BridgeLink& state = session.link();
     QList<HueGroup> rooms = state.home().groups();
     if (rooms.isEmpty())
         return;
@@ -210,7 +212,7 @@ void HomeCommands::changeEveryRoom(BridgeSession& session, const std::function<v
     }
 }
 
-std::function<bool(const HueGroup&)> HomeCommands::dimmable(const AppSettings& state)
+std::function<bool(const HueGroup&)> HomeCommands::dimmable(const BridgeLink& state)
 {
     QHash<QString, bool> dims;
     for (const HueLight& light : state.home().lights())
@@ -231,13 +233,13 @@ std::function<bool(const HueGroup&)> HomeCommands::dimmable(const AppSettings& s
 
 void HomeCommands::stepRoom(BridgeSession& session, const HueGroup& room, bool darker)
 {
-    if (const std::optional<qint64> delta = step(session.state(), darker))
+    if (const std::optional<qint64> delta = step(session.link(), darker))
         session.commands().increaseGroupBrightness(room, *delta);
 }
 
-std::optional<qint64> HomeCommands::step(const AppSettings& state, bool darker)
+std::optional<qint64> HomeCommands::step(const BridgeLink& state, bool darker)
 {
-    const qint64 increment = state.keyIncrement();
+    const qint64 increment = state.preferences().keyIncrement();
     if (!darker)
         return increment;
     // The one value whose negation does not exist: send nothing rather than a wrong step.

@@ -11,7 +11,7 @@
 #include <memory>
 #include <optional>
 
-class AppSettings;
+class BridgeLink;
 class BridgeSession;
 class BridgeSessions;
 class SwitchOffTimer;
@@ -30,16 +30,19 @@ struct RoomAction
 
     Kind kind = Kind::none;
     QString groupId; ///< empty for `none`
+    /// The bridge whose room it is, as its id; empty for the first bridge (a choice made before Glowdeck
+    /// served several).
+    QString bridgeId;
 
     bool operator==(const RoomAction&) const = default;
 };
 
 /// Every action the user takes on the home as a whole, in one place: the shortcuts' actions on every room
-/// (on, off, brighter, darker, red, blue, white) and a chosen room's action, the menu's "Darkness!", "Off in
-/// N minutes" and its cancel, with the switch-off timer each bridge keeps. The whole-home actions act on
-/// every bridge's session; each change shows at once in that bridge's state and goes to its bridge through
-/// its commands and queue. The tray menu, the global shortcuts and glowdeckctl are thin adapters over these.
-/// Lives on the main thread.
+/// (on, off, brighter, darker, red, blue, white) and a chosen room's action on its own bridge, the menu's
+/// "Darkness!", "Off in N minutes" and its cancel, with the switch-off timer each bridge keeps. The
+/// whole-home actions act on every bridge's session; each change shows at once in that bridge's state and
+/// goes to its bridge through its commands and queue. The tray menu, the global shortcuts and glowdeckctl are
+/// thin adapters over these. Lives on the main thread.
 class HomeCommands final : public QObject
 {
     Q_OBJECT
@@ -63,7 +66,8 @@ public:
     void allLightsRed();
     void allLightsBlue();
     void allLightsWhite();
-    /// Runs `action` on every room with its group id, on every bridge.
+    /// Runs `action` on every room with its group id on the bridge it names (the first bridge when it names
+    /// none); nothing when no bridge served has that id. Room "1" of another bridge is another room.
     void runRoomAction(const RoomAction& action);
 
     /// "Darkness!": every lamp of every bridge off, one request per bridge.
@@ -96,12 +100,12 @@ private:
                                    bool dimmableOnly = false);
     /// Whether a brightness step means anything to a room of `state`: not for a room of plugs and other
     /// lamps without dimming only. A room none of whose lamps is known yet is taken as dimmable.
-    static std::function<bool(const HueGroup&)> dimmable(const AppSettings& state);
+    static std::function<bool(const HueGroup&)> dimmable(const BridgeLink& state);
     /// Every room on, in this colour; the hue and saturation are the room's own from then on.
     void colorEveryRoom(qint64 hue, qint64 saturation);
     /// The brightness step of the brighter and darker actions, negated for darker; nothing when it cannot
     /// be negated.
-    static std::optional<qint64> step(const AppSettings& state, bool darker);
+    static std::optional<qint64> step(const BridgeLink& state, bool darker);
     static void stepRoom(BridgeSession& session, const HueGroup& room, bool darker);
     void watch(BridgeSession* session);
     void forget(BridgeSession* session);

@@ -9,7 +9,7 @@
 #include "bridge/ResourceFetch.h"
 #include "model/ActionQueueItem.h"
 #include "state/ActivityLog.h"
-#include "state/AppSettings.h"
+#include "state/BridgeLink.h"
 
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -29,7 +29,7 @@ int timerMilliseconds(qint64 milliseconds)
 
 } // namespace
 
-SwitchOffTimer::SwitchOffTimer(AppSettings& settings, QNetworkAccessManager& network, ActionQueue& queue,
+SwitchOffTimer::SwitchOffTimer(BridgeLink& settings, QNetworkAccessManager& network, ActionQueue& queue,
                                BridgeCommands& commands, QObject* parent)
     : QObject(parent), m_settings(settings), m_network(network), m_commands(commands)
 {

@@ -10,7 +10,7 @@
 #include <optional>
 
 class ActionQueue;
-class AppSettings;
+class BridgeLink;
 class BridgeCommands;
 class QNetworkAccessManager;
 struct ActionQueueItem;
@@ -28,7 +28,7 @@ class SwitchOffTimer final : public QObject
     Q_DISABLE_COPY_MOVE(SwitchOffTimer)
 
 public:
-    SwitchOffTimer(AppSettings& settings, QNetworkAccessManager& network, ActionQueue& queue,
+    SwitchOffTimer(BridgeLink& settings, QNetworkAccessManager& network, ActionQueue& queue,
                    BridgeCommands& commands, QObject* parent = nullptr);
 
     /// Everything goes off in @p minutes, instead of at the time set before.
@@ -63,7 +63,7 @@ private:
     void deleteSchedule(const QString& id);
     void setFiresAt(const QDateTime& at);
 
-    AppSettings& m_settings;
+    BridgeLink& m_settings;
     QNetworkAccessManager& m_network;
     BridgeCommands& m_commands;
     QString m_token; // the item id of the newest request; answers to older ones are deleted at once

@@ -6,15 +6,15 @@
 #include "connection/BridgeProbe.h"
 #include "connection/LiveUpdates.h"
 #include "state/ActivityLog.h"
-#include "state/AppSettings.h"
 #include "state/BridgeHome.h"
+#include "state/BridgeLink.h"
 #include "state/LightOrder.h"
 
 #include <QCoreApplication>
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
 
-BridgeConnection::BridgeConnection(AppSettings& settings, QNetworkAccessManager& network,
+BridgeConnection::BridgeConnection(BridgeLink& settings, QNetworkAccessManager& network,
                                    BridgePairing& pairing, const ActionQueue& queue, QObject* parent)
     : QObject(parent), m_settings(settings), m_network(network), m_pairing(pairing), m_queue(queue),
       m_live(new LiveUpdates(settings, network, queue, this))
@@ -271,7 +271,7 @@ void BridgeConnection::onLights(const LightsResult& result, quint64 order)
         // A bridge read without asking it who it is first tells who vouched for it here.
         if (result.signer.kind != CertificateSigner::Kind::unknown)
             m_settings.setBridgeSigner(result.signer);
-        m_settings.home().setLights(LightOrder::apply(result.records, m_settings.preferences().lightOrder()));
+        m_settings.home().setLights(LightOrder::apply(result.records, m_settings.lightOrder()));
         m_settings.home().setBridgeConnected(true);
         m_settings.home().setConnectionErrorMessage(QString());
         // Only an address and key the bridge has just answered with are worth keeping.
@@ -338,7 +338,7 @@ void BridgeConnection::searchForBridge()
         if (!self)
             return;
         self->m_searching = false;
-        AppSettings& settings = self->m_settings;
+        BridgeLink& settings = self->m_settings;
         // Disconnected, paired anew or given another address meanwhile: what was found is no longer asked
         // for.
         if (settings.hueIP() != from || settings.bridgeID() != bridgeId || settings.hueKey().isEmpty())

@@ -11,7 +11,7 @@
 #include <functional>
 
 class ActionQueue;
-class AppSettings;
+class BridgeLink;
 class BridgeDiscovery;
 class LiveUpdates;
 class BridgePairing;
@@ -45,7 +45,7 @@ public:
 
     /// Reads nothing within a few seconds of the user's last change in `queue`, whose pending changes the
     /// live updates hold against the bridge's events.
-    BridgeConnection(AppSettings& settings, QNetworkAccessManager& network, BridgePairing& pairing,
+    BridgeConnection(BridgeLink& settings, QNetworkAccessManager& network, BridgePairing& pairing,
                      const ActionQueue& queue, QObject* parent = nullptr);
 
     /// The clock behind the skip rule, the scene minutes and the searches; tests replace it.
@@ -132,7 +132,7 @@ private:
     /// Says how often the line logged last came again without being logged, if it did.
     void flushRepeats();
 
-    AppSettings& m_settings;
+    BridgeLink& m_settings;
     QNetworkAccessManager& m_network;
     BridgePairing& m_pairing;
     const ActionQueue& m_queue;

@@ -3,8 +3,8 @@
 #include "bridge/BridgeNetwork.h"
 #include "bridge/BridgeUrl.h"
 #include "bridge/HttpExchange.h"
-#include "state/AppSettings.h"
 #include "state/BridgeHome.h"
+#include "state/BridgeLink.h"
 
 #include <QCoreApplication>
 #include <QJsonArray>
@@ -52,7 +52,7 @@ QString BridgePairing::outcomeOf(const QString& reply)
     return BridgePairing::noConnection;
 }
 
-BridgePairing::BridgePairing(AppSettings& settings, QNetworkAccessManager& network, QObject* parent)
+BridgePairing::BridgePairing(BridgeLink& settings, QNetworkAccessManager& network, QObject* parent)
     : QObject(parent), m_settings(settings), m_network(network)
 {}
 

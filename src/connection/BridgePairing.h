@@ -8,7 +8,7 @@
 #include <functional>
 #include <optional>
 
-class AppSettings;
+class BridgeLink;
 class QNetworkAccessManager;
 
 /// One answer to a key request: the key or an outcome word, and how the bridge was reached.
@@ -35,7 +35,7 @@ public:
     /// The body of the link request.
     static inline const QByteArray linkBody = QByteArrayLiteral(R"({"devicetype":"glowdeck_app#osx"})");
 
-    BridgePairing(AppSettings& settings, QNetworkAccessManager& network, QObject* parent = nullptr);
+    BridgePairing(BridgeLink& settings, QNetworkAccessManager& network, QObject* parent = nullptr);
 
     /// Finds out how to reach the bridge at `address` (any form BridgeAddress takes) and who it is, then
     /// POSTs the link body to its "/api" and answers once with the key, pressButton (the bridge's errors 101
@@ -68,6 +68,6 @@ Q_SIGNALS:
     void paired();
 
 private:
-    AppSettings& m_settings;
+    BridgeLink& m_settings;
     QNetworkAccessManager& m_network;
 };

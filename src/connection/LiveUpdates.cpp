@@ -3,8 +3,8 @@
 #include "bridge/ActionQueue.h"
 #include "connection/BridgeEventStream.h"
 #include "state/ActivityLog.h"
-#include "state/AppSettings.h"
 #include "state/BridgeHome.h"
+#include "state/BridgeLink.h"
 
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -29,7 +29,7 @@ constexpr int listIndex(int list)
 
 } // namespace
 
-LiveUpdates::LiveUpdates(AppSettings& settings, QNetworkAccessManager& network, const ActionQueue& queue,
+LiveUpdates::LiveUpdates(BridgeLink& settings, QNetworkAccessManager& network, const ActionQueue& queue,
                          QObject* parent)
     : QObject(parent), m_settings(settings), m_queue(queue), m_stream(new BridgeEventStream(network, this)),
       m_enabled(

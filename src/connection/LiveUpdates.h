@@ -12,7 +12,7 @@
 #include <functional>
 
 class ActionQueue;
-class AppSettings;
+class BridgeLink;
 class BridgeEventStream;
 class QNetworkAccessManager;
 
@@ -53,7 +53,7 @@ public:
     };
 
     /// `GLOWDECK_EVENT_STREAM=off` in the environment keeps the stream closed (to compare with reading).
-    LiveUpdates(AppSettings& settings, QNetworkAccessManager& network, const ActionQueue& queue,
+    LiveUpdates(BridgeLink& settings, QNetworkAccessManager& network, const ActionQueue& queue,
                 QObject* parent = nullptr);
     ~LiveUpdates() override;
 
@@ -88,7 +88,7 @@ private:
     void requestRead(int lists);
     void onRelistDue();
 
-    AppSettings& m_settings;
+    BridgeLink& m_settings;
     const ActionQueue& m_queue;
     BridgeEventStream* m_stream;
     bool m_enabled = true;

@@ -2,7 +2,14 @@
 
 #include "hotkeys/GlobalHotkeys.h"
 #include "hotkeys/HotkeyNames.h"
-#include "state/AppSettings.h"
+#include "session/BridgeSession.h"
+#include "session/BridgeSessions.h"
+#include "state/BridgeHome.h"
+#include "state/BridgeLink.h"
+#include "state/Preferences.h"
+
+#include <QHash>
+#include <QSet>
 
 namespace {
 
@@ -25,40 +32,112 @@ constexpr ActionWord actionWords[] = {
 
 } // namespace
 
-HotkeyActions::HotkeyActions(AppSettings& settings, HomeCommands& commands, QObject* parent)
-    : QObject(parent), m_settings(settings), m_commands(commands)
-{}
-
-QList<GroupActionOption> HotkeyActions::options(const QList<HueGroup>& rooms)
+HotkeyActions::HotkeyActions(BridgeSessions& sessions, Preferences& preferences, HomeCommands& commands,
+                             QObject* parent)
+    : QObject(parent), m_sessions(sessions), m_preferences(preferences), m_commands(commands)
 {
+    for (BridgeSession* session : m_sessions.all())
+        watch(session);
+    connect(&m_sessions, &BridgeSessions::added, this, [this](BridgeSession* session) {
+        watch(session);
+        Q_EMIT optionsChanged();
+    });
+    connect(&m_sessions, &BridgeSessions::removed, this, &HotkeyActions::onRemoved);
+}
+
+void HotkeyActions::watch(BridgeSession* session)
+{
+    connect(&session->link().home(), &BridgeHome::groupsChanged, this, &HotkeyActions::optionsChanged);
+    connect(&session->link(), &BridgeLink::bridgeContactChanged, this, &HotkeyActions::optionsChanged);
+}
+
+void HotkeyActions::onRemoved(BridgeSession* session)
+{
+    // The session is still listed while its removal is announced: the options leave it out meanwhile.
+    m_leaving = session;
+    Q_EMIT optionsChanged();
+    m_leaving = nullptr;
+}
+
+QList<GroupActionOption> HotkeyActions::options(const QList<BridgeRooms>& bridges)
+{
+    // A room name that more than one bridge has needs its bridge to tell the rooms apart; so does a bridge
+    // name that more than one bridge has, which then gives way to the id.
+    QHash<QString, QSet<qsizetype>> roomBridges;
+    QHash<QString, int> bridgeNames;
+    for (qsizetype b = 0; b < bridges.size(); ++b) {
+        ++bridgeNames[bridges.at(b).bridgeName.toCaseFolded()];
+        for (const HueGroup& room : bridges.at(b).rooms)
+            roomBridges[room.name.toCaseFolded()].insert(b);
+    }
     QList<GroupActionOption> list{{noAction, tr("(No Action)")}};
-    list.reserve(1 + rooms.size() * qsizetype(std::size(actionWords)));
-    for (const HueGroup& room : rooms) {
-        const QString name = room.isZone() ? tr("%1 (zone)").arg(room.name) : room.name;
-        for (const ActionWord& action : actionWords)
-            list.append({room.group_id + u'_' + QLatin1String(action.word), name + u' ' + tr(action.title)});
+    for (qsizetype b = 0; b < bridges.size(); ++b) {
+        const BridgeRooms& bridge = bridges.at(b);
+        const QString prefix = bridge.bridgeId.isEmpty() ? QString() : bridge.bridgeId + u'/';
+        const QString bridgeLabel =
+            bridge.bridgeName.isEmpty() || bridgeNames.value(bridge.bridgeName.toCaseFolded()) > 1
+                ? bridge.bridgeId
+                : bridge.bridgeName;
+        for (const HueGroup& room : bridge.rooms) {
+            QString name = room.isZone() ? tr("%1 (zone)").arg(room.name) : room.name;
+            if (roomBridges.value(room.name.toCaseFolded()).size() > 1 && !bridgeLabel.isEmpty())
+                name = tr("%1 (%2)").arg(name, bridgeLabel);
+            for (const ActionWord& action : actionWords)
+                list.append({prefix + room.group_id + u'_' + QLatin1String(action.word),
+                             name + u' ' + tr(action.title)});
+        }
     }
     return list;
 }
 
+QList<GroupActionOption> HotkeyActions::options() const
+{
+    QList<BridgeRooms> bridges;
+    for (const BridgeSession* session : m_sessions.all()) {
+        if (session == m_leaving)
+            continue;
+        const BridgeLink& link = session->link();
+        const bool first = bridges.isEmpty();
+        // Its choices could not be told from another bridge's; it proves its id before it lists rooms.
+        if (link.bridgeID().isEmpty() && !first)
+            continue;
+        bridges.append({link.bridgeID(), link.displayName(), link.home().groups()});
+    }
+    return options(bridges);
+}
+
+QString HotkeyActions::optionOf(const QString& stored) const
+{
+    const GroupHotkeyAction action = parseCustomGroupAction(stored);
+    if (action.kind == Kind::none || !action.bridgeId.isEmpty())
+        return stored;
+    for (const BridgeSession* session : m_sessions.all()) {
+        if (session == m_leaving)
+            continue;
+        const QString firstId = session->link().bridgeID();
+        return firstId.isEmpty() ? stored : firstId + u'/' + stored;
+    }
+    return stored;
+}
+
 QString HotkeyActions::currentChoice(int slot) const
 {
-    return m_settings.preferences().customGroupAction(slot).value_or(noAction);
+    return m_preferences.customGroupAction(slot).value_or(noAction);
 }
 
 void HotkeyActions::storeChoice(int slot, const QString& optionId)
 {
-    m_settings.preferences().setCustomGroupAction(slot, optionId);
+    m_preferences.setCustomGroupAction(slot, optionId);
 }
 
 void HotkeyActions::storeStep(qint64 step)
 {
-    m_settings.setKeyIncrement(step);
+    m_preferences.setKeyIncrement(step);
 }
 
 GroupHotkeyAction HotkeyActions::customGroupAction(int slot) const
 {
-    const std::optional<QString> stored = m_settings.preferences().customGroupAction(slot);
+    const std::optional<QString> stored = m_preferences.customGroupAction(slot);
     return stored ? parseCustomGroupAction(*stored) : GroupHotkeyAction{};
 }
 
@@ -66,13 +145,23 @@ GroupHotkeyAction HotkeyActions::parseCustomGroupAction(const QString& stored)
 {
     if (stored == noAction)
         return {};
+    // "<bridge id>/<group id>_<action>"; without the bridge id, as stored before there were several bridges.
+    QString bridgeId;
+    QString choice = stored;
+    const qsizetype slash = stored.indexOf(u'/');
+    if (slash >= 0) {
+        bridgeId = stored.left(slash);
+        choice = stored.mid(slash + 1);
+        if (bridgeId.isEmpty() || choice.contains(u'/'))
+            return {};
+    }
     // A group id holding "_" therefore never works; bridges give plain numbers.
-    const QStringList pieces = stored.split(u'_', Qt::SkipEmptyParts);
+    const QStringList pieces = choice.split(u'_', Qt::SkipEmptyParts);
     if (pieces.size() != 2)
         return {};
     for (const ActionWord& action : actionWords) {
         if (pieces.at(1) == QLatin1String(action.word))
-            return {action.kind, pieces.at(0)};
+            return {action.kind, pieces.at(0), bridgeId};
     }
     return {};
 }

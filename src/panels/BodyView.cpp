@@ -1,11 +1,14 @@
 #include "panels/BodyView.h"
 
+#include "panels/BridgeSections.h"
 #include "panels/ListGroups.h"
 #include "panels/ListLights.h"
 #include "panels/ListScenes.h"
 #include "panels/Theme.h"
-#include "state/AppSettings.h"
+#include "session/BridgeSession.h"
+#include "session/BridgeSessions.h"
 #include "state/BridgeHome.h"
+#include "state/BridgeLink.h"
 
 #include <QEvent>
 #include <QLabel>
@@ -28,22 +31,65 @@ QString linkedText(const QString& text)
 
 } // namespace
 
-BodyView::BodyView(AppSettings& settings, BridgeCommands& commands, QWidget* parent)
-    : QStackedWidget(parent), m_settings(settings), m_commands(commands),
+BodyView::BodyView(Preferences& preferences, BridgeSessions& sessions, QWidget* parent)
+    : QStackedWidget(parent), m_preferences(preferences), m_sessions(sessions),
       m_noLights(emptyState(QStringLiteral("NoLights"))), m_noGroups(emptyState(QStringLiteral("NoGroups"))),
       m_noScenes(emptyState(QStringLiteral("NoScenes")))
 {
     applyColours();
-    connect(&m_settings.home(), &BridgeHome::lightsChanged, this, &BodyView::onContentChanged);
-    connect(&m_settings.home(), &BridgeHome::groupsChanged, this, &BodyView::onContentChanged);
-    connect(&m_settings.home(), &BridgeHome::scenesChanged, this, &BodyView::onContentChanged);
-    connect(&m_settings, &AppSettings::activeMainPanelChanged, this, &BodyView::onContentChanged);
-    connect(&m_settings, &AppSettings::showScenesChanged, this, &BodyView::onContentChanged);
-    connect(&m_settings.home(), &BridgeHome::bridgeConnectedChanged, this, &BodyView::onConnectionChanged);
-    for (auto changed : {&AppSettings::hueKeyChanged, &AppSettings::hueIPChanged})
-        connect(&m_settings, changed, this, &BodyView::onConnectionChanged);
+    m_preferences.whenChanged({SettingsKeys::activePanel, SettingsKeys::showScenes}, this,
+                              &BodyView::onContentChanged);
+    connect(&m_sessions, &BridgeSessions::added, this, &BodyView::followFirstSession);
+    // Sent while the session still lives: lists that show it go before it does.
+    connect(&m_sessions, &BridgeSessions::removed, this, [this](BridgeSession* leaving) {
+        if (leaving == m_first)
+            dropLists();
+        QMetaObject::invokeMethod(this, &BodyView::followFirstSession, Qt::QueuedConnection);
+    });
+    followFirstSession();
+}
+
+void BodyView::dropLists()
+{
+    for (QWidget* list :
+         {static_cast<QWidget*>(m_lights), static_cast<QWidget*>(m_groups), static_cast<QWidget*>(m_scenes)})
+        delete list;
+    m_lights = nullptr;
+    m_groups = nullptr;
+    m_scenes = nullptr;
+    for (const QMetaObject::Connection& connection : std::as_const(m_firstConnections))
+        disconnect(connection);
+    m_firstConnections.clear();
+    m_first = nullptr;
+}
+
+void BodyView::followFirstSession()
+{
+    BridgeSession* first = m_sessions.first();
+    if (first != m_first) {
+        dropLists();
+        m_first = first;
+        if (m_first) {
+            BridgeHome& home = m_first->link().home();
+            for (auto changed :
+                 {&BridgeHome::lightsChanged, &BridgeHome::groupsChanged, &BridgeHome::scenesChanged})
+                m_firstConnections << connect(&home, changed, this, &BodyView::onContentChanged);
+            m_firstConnections << connect(&home, &BridgeHome::bridgeConnectedChanged, this,
+                                          &BodyView::onConnectionChanged);
+            for (auto changed : {&BridgeLink::hueKeyChanged, &BridgeLink::hueIPChanged})
+                m_firstConnections << connect(&m_first->link(), changed, this,
+                                              &BodyView::onConnectionChanged);
+        }
+    }
     onConnectionChanged();
     onContentChanged();
+}
+
+QList<BridgeSection*> BodyView::sections() const
+{
+    if (auto* sections = qobject_cast<BridgeSections*>(currentWidget()))
+        return sections->sections();
+    return {};
 }
 
 QString BodyView::noLightsText()
@@ -101,10 +147,13 @@ void BodyView::showHint(QLabel* hint, const QString& text)
 
 void BodyView::onConnectionChanged()
 {
+    if (!m_first)
+        return;
     // Paired and not answering: say so, instead of suggesting to connect a program that is connected.
-    const bool unreachable = !m_settings.home().bridgeConnected() && !m_settings.hueIP().isEmpty() &&
-                             !m_settings.hueKey().isEmpty();
-    const QString bridge = m_settings.hueIP();
+    const BridgeLink& link = m_first->link();
+    const bool unreachable =
+        !link.home().bridgeConnected() && !link.hueIP().isEmpty() && !link.hueKey().isEmpty();
+    const QString bridge = link.hueIP();
     showHint(m_noLights, unreachable ? unreachableText(bridge, tr("lights")) : noLightsText());
     showHint(m_noGroups, unreachable ? unreachableText(bridge, tr("rooms")) : noGroupsText());
     showHint(m_noScenes, unreachable ? unreachableText(bridge, tr("scenes")) : noScenesText());
@@ -117,6 +166,8 @@ int BodyView::naturalHeight(int width) const
         return list->naturalHeight();
     if (page && page == m_scenes)
         return m_scenes->naturalHeight();
+    if (auto* sections = qobject_cast<BridgeSections*>(page))
+        return sections->naturalHeight();
     return page && page->hasHeightForWidth() ? page->heightForWidth(width) : sizeHint().height();
 }
 
@@ -141,36 +192,52 @@ void BodyView::changeEvent(QEvent* event)
 void BodyView::onContentChanged()
 {
     QWidget* page = nullptr;
-    MainPanels panel = m_settings.activeMainPanel();
+    MainPanels panel = m_preferences.activeMainPanel();
     // Switching scenes off takes their tab away; the body falls back to the lights with it.
-    if (panel == MainPanels::scenes && !m_settings.showScenes())
+    if (panel == MainPanels::scenes && !m_preferences.showScenes())
         panel = MainPanels::lights;
+    if (m_sessions.size() > 1) {
+        BridgeSections*& sections = panel == MainPanels::rooms    ? m_sectionedGroups
+                                    : panel == MainPanels::scenes ? m_sectionedScenes
+                                                                  : m_sectionedLights;
+        if (!sections) {
+            const MainPanels shown =
+                panel == MainPanels::rooms || panel == MainPanels::scenes ? panel : MainPanels::lights;
+            addWidget(sections = new BridgeSections(m_sessions, shown, this));
+        }
+        setCurrentWidget(sections);
+        return;
+    }
+    if (!m_first)
+        return;
+    BridgeLink& link = m_first->link();
+    BridgeCommands& commands = m_first->commands();
     switch (panel) {
     case MainPanels::rooms:
-        if (m_settings.home().groups().isEmpty()) {
+        if (link.home().groups().isEmpty()) {
             page = m_noGroups;
         } else {
             if (!m_groups)
-                addWidget(m_groups = new ListGroups(m_settings, m_commands, this));
+                addWidget(m_groups = new ListGroups(link, commands, this));
             page = m_groups;
         }
         break;
     case MainPanels::scenes:
-        if (m_settings.home().scenes().isEmpty()) {
+        if (link.home().scenes().isEmpty()) {
             page = m_noScenes;
         } else {
             if (!m_scenes)
-                addWidget(m_scenes = new ListScenes(m_settings, m_commands, this));
+                addWidget(m_scenes = new ListScenes(link, commands, this));
             page = m_scenes;
         }
         break;
     case MainPanels::lights:
     default: // a stored panel from a newer or damaged settings file
-        if (m_settings.home().lights().isEmpty()) {
+        if (link.home().lights().isEmpty()) {
             page = m_noLights;
         } else {
             if (!m_lights)
-                addWidget(m_lights = new ListLights(m_settings, m_commands, this));
+                addWidget(m_lights = new ListLights(link, commands, this));
             page = m_lights;
         }
         break;

@@ -1,9 +1,11 @@
 #include "panels/ConnectionBanner.h"
 
 #include "panels/Theme.h"
+#include "session/BridgeSession.h"
+#include "session/BridgeSessions.h"
 #include "state/ActivityLog.h"
-#include "state/AppSettings.h"
 #include "state/BridgeHome.h"
+#include "state/BridgeLink.h"
 
 #include <QEvent>
 #include <QHBoxLayout>
@@ -16,8 +18,8 @@ constexpr int verticalMargin = 4;
 constexpr qreal fontSize = 9;
 } // namespace
 
-ConnectionBanner::ConnectionBanner(AppSettings& settings, QWidget* parent)
-    : QWidget(parent), m_settings(settings), m_text(new QLabel(this))
+ConnectionBanner::ConnectionBanner(BridgeSessions& sessions, QWidget* parent)
+    : QWidget(parent), m_sessions(sessions), m_text(new QLabel(this))
 {
     setObjectName(QStringLiteral("connectionBanner"));
     m_text->setObjectName(QStringLiteral("connectionBannerText"));
@@ -31,11 +33,12 @@ ConnectionBanner::ConnectionBanner(AppSettings& settings, QWidget* parent)
     layout->setContentsMargins(horizontalMargin, verticalMargin, horizontalMargin, verticalMargin);
     layout->addWidget(m_text);
 
-    for (auto changed : {&BridgeHome::bridgeConnectedChanged, &BridgeHome::connectionErrorMessageChanged})
-        connect(&m_settings.home(), changed, this, &ConnectionBanner::onStateChanged);
-    connect(&m_settings, &AppSettings::hueKeyChanged, this, &ConnectionBanner::onStateChanged);
-    for (auto changed : {&ActivityLog::noticeChanged, &ActivityLog::settingsSaveErrorChanged})
-        connect(&m_settings.activity(), changed, this, &ConnectionBanner::onStateChanged);
+    for (BridgeSession* session : m_sessions.all())
+        followSession(session);
+    connect(&m_sessions, &BridgeSessions::added, this, &ConnectionBanner::followSession);
+    connect(&m_sessions, &BridgeSessions::removed, this, [this] {
+        QMetaObject::invokeMethod(this, &ConnectionBanner::onStateChanged, Qt::QueuedConnection);
+    });
     onStateChanged();
     applyColours();
 }
@@ -45,17 +48,46 @@ QString ConnectionBanner::message() const
     return m_text->text();
 }
 
+void ConnectionBanner::followSession(BridgeSession* session)
+{
+    BridgeLink& link = session->link();
+    for (auto changed : {&BridgeHome::bridgeConnectedChanged, &BridgeHome::connectionErrorMessageChanged})
+        connect(&link.home(), changed, this, &ConnectionBanner::onStateChanged);
+    connect(&link, &BridgeLink::hueKeyChanged, this, &ConnectionBanner::onStateChanged);
+    connect(&link, &BridgeLink::bridgeContactChanged, this, &ConnectionBanner::onStateChanged);
+    // Every session writes to the application's one log; following it once is enough.
+    if (!m_followsLog) {
+        m_followsLog = true;
+        for (auto changed : {&ActivityLog::noticeChanged, &ActivityLog::settingsSaveErrorChanged})
+            connect(&link.activity(), changed, this, &ConnectionBanner::onStateChanged);
+    }
+    onStateChanged();
+}
+
 void ConnectionBanner::onStateChanged()
 {
-    const QString error = m_settings.home().connectionErrorMessage();
-    const bool paired = !m_settings.hueKey().isEmpty();
+    const QList<BridgeSession*> sessions = m_sessions.all();
+    if (sessions.isEmpty())
+        return;
     QString text;
-    if (!m_settings.home().bridgeConnected() && (paired || !error.isEmpty()))
+    for (BridgeSession* session : sessions) {
+        const BridgeLink& link = session->link();
+        const QString error = link.home().connectionErrorMessage();
+        const bool paired = !link.hueKey().isEmpty();
+        if (link.home().bridgeConnected() || (!paired && error.isEmpty()))
+            continue;
         text = error.isEmpty() ? tr("Bridge not reachable \u2014 retrying") : error;
-    else if (!m_settings.activity().settingsSaveError().isEmpty())
-        text = tr("Settings could not be saved: %1").arg(m_settings.activity().settingsSaveError());
-    else
-        text = m_settings.activity().notice();
+        // With several bridges, which one: the others answer.
+        if (sessions.size() > 1)
+            text = tr("%1: %2").arg(m_sessions.nameOf(*session), text);
+        break;
+    }
+    const ActivityLog& activity = sessions.constFirst()->link().activity();
+    if (text.isEmpty()) {
+        text = activity.settingsSaveError().isEmpty()
+                   ? activity.notice()
+                   : tr("Settings could not be saved: %1").arg(activity.settingsSaveError());
+    }
     const bool shown = !text.isEmpty();
     if (shown)
         m_text->setText(text);

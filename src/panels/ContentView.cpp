@@ -7,8 +7,10 @@
 #include "panels/PanelTabs.h"
 #include "panels/Theme.h"
 #include "panels/TitleBars.h"
-#include "state/AppSettings.h"
+#include "session/BridgeSession.h"
+#include "session/BridgeSessions.h"
 #include "state/BridgeHome.h"
+#include "state/BridgeLink.h"
 
 #include <QChildEvent>
 #include <QFrame>
@@ -40,12 +42,12 @@ protected:
 
 } // namespace
 
-ContentView::ContentView(AppSettings& settings, BridgeCommands& commands, const ProductLinks& links,
+ContentView::ContentView(Preferences& preferences, BridgeSessions& sessions, const ProductLinks& links,
                          QWidget* parent)
-    : QWidget(parent), m_settings(settings), m_commands(commands),
-      m_welcomeTitle(new WelcomeTitlebarView(this)),
-      m_regularTitle(new RegularTitlebarView(settings, links, this)), m_tabs(new PanelTabs(settings, this)),
-      m_banner(new ConnectionBanner(settings, this)), m_body(new BodyView(settings, commands, this))
+    : QWidget(parent), m_sessions(sessions), m_welcomeTitle(new WelcomeTitlebarView(this)),
+      m_regularTitle(new RegularTitlebarView(preferences, links, this)),
+      m_tabs(new PanelTabs(preferences, this)), m_banner(new ConnectionBanner(sessions, this)),
+      m_body(new BodyView(preferences, sessions, this))
 {
     PanelAccessibility::install();
     setMinimumSize(contentWidth, minimumHeight);
@@ -78,7 +80,11 @@ ContentView::ContentView(AppSettings& settings, BridgeCommands& commands, const 
     }
     connect(m_regularTitle, &RegularTitlebarView::settingsRequested, this, &ContentView::settingsRequested);
     connect(m_body, &BodyView::connectionSettingsRequested, this, &ContentView::connectionSettingsRequested);
-    connect(&m_settings.home(), &BridgeHome::lightsChanged, this, &ContentView::onLightsChanged);
+    for (BridgeSession* session : m_sessions.all())
+        followSession(session);
+    connect(&m_sessions, &BridgeSessions::added, this, &ContentView::followSession);
+    connect(&m_sessions, &BridgeSessions::removed, this,
+            [this] { QMetaObject::invokeMethod(this, &ContentView::onLightsChanged, Qt::QueuedConnection); });
     onLightsChanged();
 
     watchClicks(this);
@@ -98,10 +104,19 @@ QSize ContentView::sizeHint() const
     return QSize(contentWidth, std::max(height, minimumHeight));
 }
 
+void ContentView::followSession(BridgeSession* session)
+{
+    connect(&session->link().home(), &BridgeHome::lightsChanged, this, &ContentView::onLightsChanged);
+    onLightsChanged();
+}
+
 void ContentView::onLightsChanged()
 {
-    // Before the first light is known the user has to connect to the bridge: the title bar leads there.
-    const bool noLights = m_settings.home().lights().isEmpty();
+    // Before the first light is known the user has to connect to a bridge: the title bar leads there.
+    const QList<BridgeSession*> sessions = m_sessions.all();
+    const bool noLights = std::all_of(sessions.cbegin(), sessions.cend(), [](const BridgeSession* session) {
+        return session->link().home().lights().isEmpty();
+    });
     m_welcomeTitle->setVisible(noLights);
     m_regularTitle->setVisible(!noLights);
 }
@@ -123,7 +138,8 @@ bool ContentView::eventFilter(QObject* watched, QEvent* event)
     case QEvent::KeyPress:
         // Any touch of the window, or key pressed in it, holds back the periodic refresh, so a list does not
         // jump under the cursor or the keyboard focus.
-        m_commands.noteUserAction();
+        for (BridgeSession* session : m_sessions.all())
+            session->commands().noteUserAction();
         break;
     case QEvent::ChildAdded:
         // Rows come and go with each refresh; every new widget joins the watch as soon as it is parented.

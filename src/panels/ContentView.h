@@ -2,10 +2,11 @@
 
 #include <QWidget>
 
-class AppSettings;
+class BridgeSession;
+class BridgeSessions;
+class Preferences;
 class BodyView;
 class ConnectionBanner;
-class BridgeCommands;
 class PanelTabs;
 class RegularTitlebarView;
 class WelcomeTitlebarView;
@@ -23,8 +24,11 @@ public:
     static constexpr int contentWidth = 200;
     static constexpr int minimumHeight = 200;
 
-    ContentView(AppSettings& settings, BridgeCommands& commands, const ProductLinks& links,
+    /// The window's content for the bridges of `sessions`, each added or removed later followed.
+    ContentView(Preferences& preferences, BridgeSessions& sessions, const ProductLinks& links,
                 QWidget* parent = nullptr);
+
+    BodyView& body() const { return *m_body; }
 
     /// The width and the height at which the active panel shows all of its rows without scrolling.
     QSize sizeHint() const override;
@@ -47,8 +51,9 @@ private:
     void onLightsChanged();
     void watchClicks(QObject* object);
 
-    AppSettings& m_settings;
-    BridgeCommands& m_commands;
+    void followSession(BridgeSession* session);
+
+    BridgeSessions& m_sessions;
     WelcomeTitlebarView* m_welcomeTitle;
     RegularTitlebarView* m_regularTitle;
     PanelTabs* m_tabs;

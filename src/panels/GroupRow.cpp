@@ -2,12 +2,12 @@
 
 #include "bridge/BridgeCommands.h"
 #include "panels/RowValues.h"
-#include "state/AppSettings.h"
 #include "state/BridgeHome.h"
+#include "state/BridgeLink.h"
 
 #include <algorithm>
 
-GroupRow::GroupRow(AppSettings& settings, BridgeCommands& commands, const HueGroup& group, QWidget* parent)
+GroupRow::GroupRow(BridgeLink& settings, BridgeCommands& commands, const HueGroup& group, QWidget* parent)
     : ControlRow(parent), m_settings(settings), m_commands(commands), m_groupId(group.group_id)
 {
     setGroup(group);
@@ -39,7 +39,7 @@ void GroupRow::setGroup(const HueGroup& group, const LampAbilities& lamps)
     };
     // A room whose members are unknown counts as white-only. A room of colour lamps keeps the white-tone bar
     // as well when some of them have a white-tone range, whatever they show now.
-    const bool bars = m_settings.showColorBarsForRooms();
+    const bool bars = m_settings.preferences().showColorBarsForRooms();
     const bool color = bars && holdsAny(lamps.colour);
     const bool whiteTone = bars && (!color || holdsAny(lamps.whiteTone));
     showState({.name = group.name,

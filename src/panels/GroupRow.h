@@ -9,7 +9,7 @@
 
 #include <QSet>
 
-class AppSettings;
+class BridgeLink;
 class BridgeCommands;
 
 /// One room in the rooms panel: switch, brightness, and (while colour bars for rooms are on) the colour field
@@ -21,7 +21,7 @@ class GroupRow final : public ControlRow
     Q_DISABLE_COPY_MOVE(GroupRow)
 
 public:
-    GroupRow(AppSettings& settings, BridgeCommands& commands, const HueGroup& group,
+    GroupRow(BridgeLink& settings, BridgeCommands& commands, const HueGroup& group,
              QWidget* parent = nullptr);
 
     QString groupId() const { return m_groupId; }
@@ -45,7 +45,7 @@ private:
     /// Applies @p change to the stored record and returns the result; nothing when the room is gone.
     std::optional<HueGroup> write(const std::function<void(HueGroup&)>& change);
 
-    AppSettings& m_settings;
+    BridgeLink& m_settings;
     BridgeCommands& m_commands;
     QString m_groupId;
 };

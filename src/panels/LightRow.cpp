@@ -2,10 +2,10 @@
 
 #include "bridge/BridgeCommands.h"
 #include "panels/RowValues.h"
-#include "state/AppSettings.h"
 #include "state/BridgeHome.h"
+#include "state/BridgeLink.h"
 
-LightRow::LightRow(AppSettings& settings, BridgeCommands& commands, const HueLight& light, QWidget* parent)
+LightRow::LightRow(BridgeLink& settings, BridgeCommands& commands, const HueLight& light, QWidget* parent)
     : ControlRow(parent), m_settings(settings), m_commands(commands), m_lampId(light.lamp_id)
 {
     setLight(light);

@@ -6,7 +6,7 @@
 #include <functional>
 #include <optional>
 
-class AppSettings;
+class BridgeLink;
 class BridgeCommands;
 
 /// One light in the lights panel: switch, brightness, and the colour field and white-tone bar the lamp
@@ -18,7 +18,7 @@ class LightRow final : public ControlRow
     Q_DISABLE_COPY_MOVE(LightRow)
 
 public:
-    LightRow(AppSettings& settings, BridgeCommands& commands, const HueLight& light,
+    LightRow(BridgeLink& settings, BridgeCommands& commands, const HueLight& light,
              QWidget* parent = nullptr);
 
     QString lampId() const { return m_lampId; }
@@ -34,7 +34,7 @@ private:
     /// Applies @p change to the stored record and returns the result; nothing when the light is gone.
     std::optional<HueLight> write(const std::function<void(HueLight&)>& change);
 
-    AppSettings& m_settings;
+    BridgeLink& m_settings;
     BridgeCommands& m_commands;
     QString m_lampId;
 };

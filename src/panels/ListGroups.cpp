@@ -1,8 +1,8 @@
 #include "panels/ListGroups.h"
 
 #include "panels/GroupRow.h"
-#include "state/AppSettings.h"
 #include "state/BridgeHome.h"
+#include "state/BridgeLink.h"
 
 #include <QFont>
 #include <QHash>
@@ -14,13 +14,13 @@ constexpr int padding = 10;
 constexpr int rowSpacing = 8;
 } // namespace
 
-ListGroups::ListGroups(AppSettings& settings, BridgeCommands& commands, QWidget* parent)
+ListGroups::ListGroups(BridgeLink& settings, BridgeCommands& commands, QWidget* parent)
     : ScrollColumn(padding, rowSpacing, parent), m_settings(settings), m_commands(commands)
 {
     connect(&m_settings.home(), &BridgeHome::groupsChanged, this, &ListGroups::onGroupsChanged);
     connect(&m_settings.home(), &BridgeHome::lightsChanged, this, &ListGroups::onGroupsChanged);
-    connect(&m_settings, &AppSettings::showColorBarsForRoomsChanged, this, &ListGroups::onGroupsChanged);
-    connect(&m_settings, &AppSettings::showZonesChanged, this, &ListGroups::onGroupsChanged);
+    m_settings.preferences().whenChanged({SettingsKeys::showColorBarsForRooms, SettingsKeys::showZones}, this,
+                                         &ListGroups::onGroupsChanged);
     m_zonesHeading = new QLabel(tr("Zones"), content());
     m_zonesHeading->setObjectName(QStringLiteral("zonesHeading"));
     QFont bold = m_zonesHeading->font();
@@ -57,7 +57,7 @@ void ListGroups::onGroupsChanged()
     const QList<HueGroup> groups = m_settings.home().groups();
     for (const HueGroup& group : groups) {
         // A room listed twice gets one row; the first record wins, as it does for the row's writes.
-        if (seen.contains(group.group_id) || (group.isZone() && !m_settings.showZones()))
+        if (seen.contains(group.group_id) || (group.isZone() && !m_settings.preferences().showZones()))
             continue;
         seen.insert(group.group_id);
         GroupRow* row = previous.take(group.group_id);

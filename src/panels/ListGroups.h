@@ -2,7 +2,7 @@
 
 #include "panels/ScrollColumn.h"
 
-class AppSettings;
+class BridgeLink;
 class GroupRow;
 class BridgeCommands;
 class QLabel;
@@ -16,7 +16,7 @@ class ListGroups final : public ScrollColumn
     Q_DISABLE_COPY_MOVE(ListGroups)
 
 public:
-    ListGroups(AppSettings& settings, BridgeCommands& commands, QWidget* parent = nullptr);
+    ListGroups(BridgeLink& settings, BridgeCommands& commands, QWidget* parent = nullptr);
 
     /// The shown rows, top to bottom.
     QList<GroupRow*> groupRows() const;
@@ -25,7 +25,7 @@ private:
     void onGroupsChanged();
     void onBridgeConnectedChanged();
 
-    AppSettings& m_settings;
+    BridgeLink& m_settings;
     BridgeCommands& m_commands;
     QLabel* m_zonesHeading; ///< above the zones, after the rooms
 };

@@ -1,8 +1,8 @@
 #include "panels/ListLights.h"
 
 #include "panels/LightRow.h"
-#include "state/AppSettings.h"
 #include "state/BridgeHome.h"
+#include "state/BridgeLink.h"
 #include "state/LightVisibility.h"
 
 #include <QHash>
@@ -13,13 +13,13 @@ constexpr int padding = 10;
 constexpr int rowSpacing = 8;
 } // namespace
 
-ListLights::ListLights(AppSettings& settings, BridgeCommands& commands, QWidget* parent)
+ListLights::ListLights(BridgeLink& settings, BridgeCommands& commands, QWidget* parent)
     : ScrollColumn(padding, rowSpacing, parent), m_settings(settings), m_commands(commands)
 {
     connect(&m_settings.home(), &BridgeHome::lightsChanged, this, &ListLights::onLightsChanged);
     connect(&m_settings.home(), &BridgeHome::bridgeConnectedChanged, this,
             &ListLights::onBridgeConnectedChanged);
-    connect(&m_settings, &AppSettings::lightVisibilityChanged, this, &ListLights::onLightsChanged);
+    m_settings.preferences().whenLightVisibilityChanged(this, &ListLights::onLightsChanged);
     refresh();
 }
 

@@ -3,7 +3,7 @@
 #include "model/HueLight.h"
 #include "panels/ScrollColumn.h"
 
-class AppSettings;
+class BridgeLink;
 class BridgeCommands;
 class LightRow;
 
@@ -17,7 +17,7 @@ class ListLights final : public ScrollColumn
     Q_DISABLE_COPY_MOVE(ListLights)
 
 public:
-    ListLights(AppSettings& settings, BridgeCommands& commands, QWidget* parent = nullptr);
+    ListLights(BridgeLink& settings, BridgeCommands& commands, QWidget* parent = nullptr);
 
     /// The shown rows, top to bottom.
     QList<LightRow*> lightRows() const;
@@ -30,6 +30,6 @@ private:
     void onLightsChanged();
     void onBridgeConnectedChanged();
 
-    AppSettings& m_settings;
+    BridgeLink& m_settings;
     BridgeCommands& m_commands;
 };

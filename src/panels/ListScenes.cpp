@@ -5,8 +5,8 @@
 #include "panels/ElidedLabel.h"
 #include "panels/SceneButton.h"
 #include "panels/ScrollColumn.h"
-#include "state/AppSettings.h"
 #include "state/BridgeHome.h"
+#include "state/BridgeLink.h"
 
 #include <QKeyEvent>
 #include <QLabel>
@@ -31,7 +31,7 @@ public:
     using ScrollColumn::content;
 };
 
-ListScenes::ListScenes(AppSettings& settings, BridgeCommands& commands, QWidget* parent)
+ListScenes::ListScenes(BridgeLink& settings, BridgeCommands& commands, QWidget* parent)
     : QWidget(parent), m_settings(settings), m_commands(commands)
 {
     auto* layout = new QVBoxLayout(this);
@@ -68,6 +68,11 @@ ListScenes::ListScenes(AppSettings& settings, BridgeCommands& commands, QWidget*
 ScrollColumn* ListScenes::column() const
 {
     return m_column;
+}
+
+void ListScenes::setEmbedded()
+{
+    m_column->setEmbedded();
 }
 
 int ListScenes::naturalHeight() const

@@ -3,7 +3,7 @@
 #include <QStringList>
 #include <QWidget>
 
-class AppSettings;
+class BridgeLink;
 class BridgeCommands;
 class QLabel;
 class QLineEdit;
@@ -24,7 +24,7 @@ class ListScenes final : public QWidget
 public:
     static constexpr int filterThreshold = 20;
 
-    ListScenes(AppSettings& settings, BridgeCommands& commands, QWidget* parent = nullptr);
+    ListScenes(BridgeLink& settings, BridgeCommands& commands, QWidget* parent = nullptr);
 
     /// The buttons, top to bottom, including those the filter hides.
     QList<SceneButton*> sceneButtons() const;
@@ -36,6 +36,8 @@ public:
     ScrollColumn* column() const;
     /// The height that shows the filter and every row without scrolling.
     int naturalHeight() const;
+    /// Inside a column that scrolls: the list never scrolls on its own.
+    void setEmbedded();
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -46,7 +48,7 @@ private:
     void onBridgeConnectedChanged();
     void applyFilter();
 
-    AppSettings& m_settings;
+    BridgeLink& m_settings;
     BridgeCommands& m_commands;
     QLineEdit* m_filter;
     SceneColumn* m_column;

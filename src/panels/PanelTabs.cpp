@@ -1,7 +1,7 @@
 #include "panels/PanelTabs.h"
 
 #include "panels/PanelTab.h"
-#include "state/AppSettings.h"
+#include "state/Preferences.h"
 
 #include <QHBoxLayout>
 
@@ -11,7 +11,7 @@ constexpr int tabSpacing = 5;
 constexpr int verticalPadding = 5;
 } // namespace
 
-PanelTabs::PanelTabs(AppSettings& settings, QWidget* parent) : QWidget(parent), m_settings(settings)
+PanelTabs::PanelTabs(Preferences& preferences, QWidget* parent) : QWidget(parent), m_preferences(preferences)
 {
     auto* layout = new QHBoxLayout(this);
     layout->setContentsMargins(outerPadding, verticalPadding, outerPadding, verticalPadding);
@@ -35,8 +35,8 @@ PanelTabs::PanelTabs(AppSettings& settings, QWidget* parent) : QWidget(parent), 
         m_tabs.append(tab);
     }
 
-    connect(&m_settings, &AppSettings::showScenesChanged, this, &PanelTabs::onShowScenesChanged);
-    connect(&m_settings, &AppSettings::activeMainPanelChanged, this, &PanelTabs::onActiveMainPanelChanged);
+    m_preferences.whenChanged({SettingsKeys::showScenes}, this, &PanelTabs::onShowScenesChanged);
+    m_preferences.whenChanged({SettingsKeys::activePanel}, this, &PanelTabs::onActiveMainPanelChanged);
     onShowScenesChanged();
     onActiveMainPanelChanged();
 }
@@ -52,16 +52,16 @@ void PanelTabs::onTabClicked(MainPanels panel)
     // The panel changes from the event loop, after the click has finished, as every tap does; the setter
     // then asks the window for the panel's height, also when the tab was already active.
     QMetaObject::invokeMethod(
-        this, [this, panel] { m_settings.setActiveMainPanel(panel); }, Qt::QueuedConnection);
+        this, [this, panel] { m_preferences.setActiveMainPanel(panel); }, Qt::QueuedConnection);
 }
 
 void PanelTabs::onShowScenesChanged()
 {
-    tab(MainPanels::scenes)->setVisible(m_settings.showScenes());
+    tab(MainPanels::scenes)->setVisible(m_preferences.showScenes());
 }
 
 void PanelTabs::onActiveMainPanelChanged()
 {
     for (int index = 0; index < m_tabs.size(); ++index)
-        static_cast<PanelTab*>(m_tabs.at(index))->setActive(index == int(m_settings.activeMainPanel()));
+        static_cast<PanelTab*>(m_tabs.at(index))->setActive(index == int(m_preferences.activeMainPanel()));
 }

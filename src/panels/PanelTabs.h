@@ -5,7 +5,7 @@
 #include <QList>
 #include <QWidget>
 
-class AppSettings;
+class Preferences;
 class QAbstractButton;
 
 /// The row of panel tabs under the title bar: lights, rooms and, while the scene panel is offered, scenes.
@@ -16,7 +16,7 @@ class PanelTabs final : public QWidget
     Q_DISABLE_COPY_MOVE(PanelTabs)
 
 public:
-    explicit PanelTabs(AppSettings& settings, QWidget* parent = nullptr);
+    explicit PanelTabs(Preferences& preferences, QWidget* parent = nullptr);
 
     /// The tab of `panel`; null for a value outside the three.
     QAbstractButton* tab(MainPanels panel) const;
@@ -26,6 +26,6 @@ private:
     void onShowScenesChanged();
     void onActiveMainPanelChanged();
 
-    AppSettings& m_settings;
+    Preferences& m_preferences;
     QList<QAbstractButton*> m_tabs; // indexed by the panel's integer
 };

@@ -1,5 +1,6 @@
 #include "panels/ScrollColumn.h"
 
+#include <QEvent>
 #include <QVBoxLayout>
 
 namespace {
@@ -66,4 +67,20 @@ void ScrollColumn::arrange(const QList<QWidget*>& rows, Qt::Alignment alignment)
 int ScrollColumn::naturalHeight() const
 {
     return m_content->sizeHint().height() + 2 * frameWidth();
+}
+
+void ScrollColumn::setEmbedded()
+{
+    m_embedded = true;
+    setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    m_content->installEventFilter(this);
+    setFixedHeight(naturalHeight());
+}
+
+bool ScrollColumn::eventFilter(QObject* watched, QEvent* event)
+{
+    // Rows added, removed or rewrapped: the column takes the height they need.
+    if (m_embedded && watched == m_content && event->type() == QEvent::LayoutRequest)
+        setFixedHeight(naturalHeight());
+    return QScrollArea::eventFilter(watched, event);
 }

@@ -17,6 +17,12 @@ public:
     QList<QWidget*> rows() const { return m_rows; }
     /// The height that shows every row without scrolling.
     int naturalHeight() const;
+    /// Inside a column that scrolls (a bridge's section of the window): this one never scrolls and is always
+    /// as tall as its rows.
+    void setEmbedded();
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
 protected:
     /// @p padding around the rows and @p spacing between them, in points.
@@ -32,4 +38,5 @@ private:
     QWidget* m_content = nullptr;
     QVBoxLayout* m_column = nullptr;
     QList<QWidget*> m_rows;
+    bool m_embedded = false;
 };

@@ -2,7 +2,7 @@
 
 #include "panels/Browser.h"
 #include "panels/Theme.h"
-#include "state/AppSettings.h"
+#include "state/Preferences.h"
 #include "state/ProductLinks.h"
 
 #include <QCoreApplication>
@@ -147,8 +147,8 @@ void WelcomeTitlebarView::applyColours()
     setTextColour(m_name, dimmedText(this));
 }
 
-RegularTitlebarView::RegularTitlebarView(AppSettings& settings, const ProductLinks& links, QWidget* parent)
-    : QWidget(parent), m_settings(settings), m_review(links.review),
+RegularTitlebarView::RegularTitlebarView(Preferences& preferences, const ProductLinks& links, QWidget* parent)
+    : QWidget(parent), m_preferences(preferences), m_review(links.review),
       m_name(new QLabel(QStringLiteral("Glowdeck"), this)),
       m_reviewText(new QLabel(tr("Got a second?"), this)), m_heart(new QToolButton(this)),
       m_settingsButton(settingsIconButton(this)), m_menuButton(menuIconButton(this))
@@ -186,7 +186,7 @@ RegularTitlebarView::RegularTitlebarView(AppSettings& settings, const ProductLin
     connect(m_heart, &QToolButton::clicked, this, &RegularTitlebarView::onReviewClicked);
     connect(m_settingsButton, &QToolButton::clicked, this, &RegularTitlebarView::settingsRequested);
     connect(m_menuButton, &QToolButton::clicked, this, [this] { Q_EMIT menuRequested(m_menuButton); });
-    connect(&m_settings, &AppSettings::showReviewRequestChanged, this,
+    connect(&m_preferences, &Preferences::reviewRequestChanged, this,
             &RegularTitlebarView::onShowReviewRequestChanged);
     onShowReviewRequestChanged();
     applyColours();
@@ -194,7 +194,7 @@ RegularTitlebarView::RegularTitlebarView(AppSettings& settings, const ProductLin
 
 void RegularTitlebarView::onShowReviewRequestChanged()
 {
-    const bool asking = m_settings.showReviewRequest();
+    const bool asking = m_preferences.showReviewRequest();
     m_name->setVisible(!asking);
     m_reviewText->setVisible(asking);
     m_heart->setVisible(asking);
@@ -203,8 +203,8 @@ void RegularTitlebarView::onShowReviewRequestChanged()
 void RegularTitlebarView::onReviewClicked()
 {
     Browser::open(m_review);
-    m_settings.preferences().setReviewed(QCoreApplication::applicationVersion());
-    m_settings.setShowReviewRequest(false);
+    m_preferences.setReviewed(QCoreApplication::applicationVersion());
+    m_preferences.setShowReviewRequest(false);
 }
 
 void RegularTitlebarView::changeEvent(QEvent* event)

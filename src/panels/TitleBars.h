@@ -3,7 +3,7 @@
 #include <QUrl>
 #include <QWidget>
 
-class AppSettings;
+class Preferences;
 class QLabel;
 class QToolButton;
 struct ProductLinks;
@@ -43,7 +43,7 @@ class RegularTitlebarView final : public QWidget
     Q_DISABLE_COPY_MOVE(RegularTitlebarView)
 
 public:
-    RegularTitlebarView(AppSettings& settings, const ProductLinks& links, QWidget* parent = nullptr);
+    RegularTitlebarView(Preferences& preferences, const ProductLinks& links, QWidget* parent = nullptr);
 
 Q_SIGNALS:
     /// The user wants the preferences window.
@@ -59,7 +59,7 @@ private:
     void onReviewClicked();
     void applyColours();
 
-    AppSettings& m_settings;
+    Preferences& m_preferences;
     QUrl m_review;
     QLabel* m_name;
     QLabel* m_reviewText;

@@ -4,18 +4,25 @@
 #include "bridge/BridgeCommands.h"
 #include "connection/BridgeConnection.h"
 #include "connection/BridgePairing.h"
-#include "state/AppSettings.h"
+#include "state/BridgeLink.h"
 
-BridgeSession::BridgeSession(AppSettings& state, QNetworkAccessManager& network, QObject* parent)
-    : QObject(parent), m_state(state), m_network(network),
-      m_queue(std::make_unique<ActionQueue>(state, network)),
-      m_commands(std::make_unique<BridgeCommands>(state, *m_queue)),
-      m_pairing(std::make_unique<BridgePairing>(state, network)),
-      m_connection(std::make_unique<BridgeConnection>(state, network, *m_pairing, *m_queue))
+BridgeSession::BridgeSession(std::unique_ptr<BridgeLink> link, QNetworkAccessManager& network,
+                             QObject* parent)
+    : BridgeSession(*link, network, parent)
+{
+    m_ownLink = std::move(link);
+}
+
+BridgeSession::BridgeSession(BridgeLink& link, QNetworkAccessManager& network, QObject* parent)
+    : QObject(parent), m_link(link), m_network(network),
+      m_queue(std::make_unique<ActionQueue>(link, network)),
+      m_commands(std::make_unique<BridgeCommands>(link, *m_queue)),
+      m_pairing(std::make_unique<BridgePairing>(link, network)),
+      m_connection(std::make_unique<BridgeConnection>(link, network, *m_pairing, *m_queue))
 {
     // "glowdeckctl pair" while this runs: its key is used at once, and never overwritten with the old one.
-    connect(&m_state, &AppSettings::bridgeChangedElsewhere, this, [this] {
-        if (!m_state.hueIP().isEmpty() && !m_state.hueKey().isEmpty())
+    connect(&m_link, &BridgeLink::bridgeChangedElsewhere, this, [this] {
+        if (!m_link.hueIP().isEmpty() && !m_link.hueKey().isEmpty())
             m_connection->connectToBridge();
     });
 }
@@ -24,17 +31,17 @@ BridgeSession::~BridgeSession() = default;
 
 QString BridgeSession::bridgeId() const
 {
-    return m_state.bridgeID();
+    return m_link.bridgeID();
 }
 
 const BridgeContact& BridgeSession::contact() const
 {
-    return m_state.contact();
+    return m_link.contact();
 }
 
 void BridgeSession::saveContact()
 {
-    m_state.persistBridge();
+    m_link.persistBridge();
 }
 
 void BridgeSession::setBridgeFinder(BridgeDiscovery* finder)

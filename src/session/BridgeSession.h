@@ -8,7 +8,7 @@
 #include <memory>
 
 class ActionQueue;
-class AppSettings;
+class BridgeLink;
 class BridgeCommands;
 class BridgeConnection;
 class BridgeDiscovery;
@@ -26,8 +26,11 @@ class BridgeSession final : public QObject
     Q_DISABLE_COPY_MOVE(BridgeSession)
 
 public:
-    /// A session for the bridge whose contact and home `state` holds.
-    BridgeSession(AppSettings& state, QNetworkAccessManager& network, QObject* parent = nullptr);
+    /// A session for the bridge whose contact and home `link` holds.
+    BridgeSession(BridgeLink& link, QNetworkAccessManager& network, QObject* parent = nullptr);
+    /// ... which it owns.
+    BridgeSession(std::unique_ptr<BridgeLink> link, QNetworkAccessManager& network,
+                  QObject* parent = nullptr);
     ~BridgeSession() override;
 
     /// Its bridge id, upper case; empty until the bridge has proved it.
@@ -36,8 +39,8 @@ public:
     /// Writes the contact to the settings file, in one save.
     void saveContact();
 
-    /// The bridge's state: its contact and its home as the views show it.
-    AppSettings& state() const { return m_state; }
+    /// The bridge's contact and its home as the views show it.
+    BridgeLink& link() const { return m_link; }
     QNetworkAccessManager& network() const { return m_network; }
     ActionQueue& queue() const { return *m_queue; }
     BridgeCommands& commands() const { return *m_commands; }
@@ -55,7 +58,8 @@ public:
     void suspend();
 
 private:
-    AppSettings& m_state;
+    std::unique_ptr<BridgeLink> m_ownLink; // null when the link is lent
+    BridgeLink& m_link;
     QNetworkAccessManager& m_network;
     std::unique_ptr<ActionQueue> m_queue;
     std::unique_ptr<BridgeCommands> m_commands;

@@ -1,6 +1,7 @@
 #include "session/BridgeSessions.h"
 
 #include "session/BridgeSession.h"
+#include "state/BridgeLink.h"
 
 #include <algorithm>
 
@@ -46,6 +47,16 @@ QList<BridgeSession*> BridgeSessions::all() const
     for (const std::unique_ptr<BridgeSession>& session : m_sessions)
         sessions.append(session.get());
     return sessions;
+}
+
+QString BridgeSessions::nameOf(const BridgeSession& session) const
+{
+    const QString name = session.link().displayName();
+    const QString id = session.bridgeId();
+    const bool repeated = std::any_of(m_sessions.cbegin(), m_sessions.cend(), [&](const auto& other) {
+        return other.get() != &session && other->link().displayName() == name;
+    });
+    return repeated && !id.isEmpty() && name != id ? QStringLiteral("%1 (%2)").arg(name, id.right(6)) : name;
 }
 
 BridgeSession* BridgeSessions::first() const

@@ -30,6 +30,9 @@ public:
     QList<BridgeSession*> all() const;
     /// The first session; null while there is none.
     BridgeSession* first() const;
+    /// What the views call the session's bridge: its name, with the end of its id where another bridge has
+    /// the same name (bridges are all called "Philips hue" until their owner renames them).
+    QString nameOf(const BridgeSession& session) const;
     qsizetype size() const { return qsizetype(m_sessions.size()); }
     bool isEmpty() const { return m_sessions.empty(); }
 

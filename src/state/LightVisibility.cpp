@@ -1,11 +1,11 @@
 #include "state/LightVisibility.h"
 
-#include "state/AppSettings.h"
 #include "state/BridgeHome.h"
+#include "state/BridgeLink.h"
 
 namespace LightVisibility {
 
-QList<HueLight> shownLights(const AppSettings& settings)
+QList<HueLight> shownLights(const BridgeLink& settings)
 {
     QList<HueLight> shown = settings.home().lights();
     const Preferences& preferences = settings.preferences();

@@ -1,5 +1,6 @@
 #include "state/Preferences.h"
 
+#include "state/ActivityLog.h"
 #include "state/SettingsKeys.h"
 #include "state/SettingsStore.h"
 
@@ -15,7 +16,141 @@ namespace {
 const QStringList looseBridgeKeys{Keys::bridgeIP, Keys::bridgeUser, Keys::bridgeID, Keys::bridgeTransport,
                                   Keys::bridgeCertificateKey};
 
+QString heightKey(MainPanels panel)
+{
+    switch (panel) {
+    case MainPanels::lights:
+        return Keys::preferredWindowHeightLights;
+    case MainPanels::rooms:
+        return Keys::preferredWindowHeightRooms;
+    case MainPanels::scenes:
+        return Keys::preferredWindowHeightScenes;
+    }
+    return {};
+}
+
 } // namespace
+
+Preferences::Preferences(SettingsStore& store, ActivityLog* activity, QObject* parent)
+    : QObject(parent), m_store(store), m_activity(activity)
+{
+    if (!m_activity)
+        return;
+    m_store.setChangedElsewhereHandler([this](const QStringList& keys) {
+        for (const QString& key : keys)
+            Q_EMIT changed(key);
+    });
+    m_store.setSaveErrorHandler([this] { m_activity->setSettingsSaveError(m_store.saveError()); });
+    m_store.setNoticeHandler([this](const QString& message) { m_activity->showNotice(message); });
+}
+
+Preferences::~Preferences()
+{
+    if (!m_activity)
+        return;
+    m_store.setChangedElsewhereHandler({});
+    m_store.setSaveErrorHandler({});
+    m_store.setNoticeHandler({});
+}
+
+void Preferences::write(const QString& key, const QVariant& value)
+{
+    const QVariant before = m_store.value(key);
+    m_store.setValue(key, value);
+    if (before != value || before.typeId() != value.typeId())
+        Q_EMIT changed(key);
+}
+
+void Preferences::settleDefaults()
+{
+    // A value that cannot be read is the user's own: it stays in the file (the store has said so) and reads
+    // as the default until the user changes the setting.
+    if (!m_store.contains(Keys::showColorBarsForRooms))
+        write(Keys::showColorBarsForRooms, true);
+    const std::optional<bool> scenes = m_store.storedBool(Keys::showScenes);
+    if (scenes || !m_store.contains(Keys::showScenes))
+        setShowScenes(scenes.value_or(false));
+    else
+        m_store.writeInt(Keys::activePanel, qint64(MainPanels::lights));
+}
+
+QString Preferences::appIcon() const
+{
+    return m_store.readString(Keys::appIcon).value_or(QStringLiteral("Icon_Lamp0"));
+}
+
+void Preferences::setAppIcon(const QString& name)
+{
+    write(Keys::appIcon, name);
+}
+
+void Preferences::setKeyIncrement(qint64 increment)
+{
+    write(Keys::keyIncrement, increment);
+}
+
+qint64 Preferences::presetWindowHeight(MainPanels panel) const
+{
+    const QString key = heightKey(panel);
+    return key.isEmpty() ? defaultWindowHeight : m_store.readInt(key);
+}
+
+void Preferences::setPresetWindowHeight(MainPanels panel, qint64 height)
+{
+    if (const QString key = heightKey(panel); !key.isEmpty())
+        write(key, height);
+}
+
+void Preferences::setActiveMainPanel(MainPanels panel)
+{
+    const bool other = panel != m_activeMainPanel;
+    m_activeMainPanel = panel;
+    m_store.writeInt(Keys::activePanel, qint64(panel));
+    if (other)
+        Q_EMIT changed(Keys::activePanel);
+    Q_EMIT windowResizePlease(preferredHeightOfActivePanel());
+}
+
+bool Preferences::showScenes() const
+{
+    return m_store.storedBool(Keys::showScenes).value_or(false);
+}
+
+void Preferences::setShowScenes(bool show)
+{
+    write(Keys::showScenes, show);
+    // Stored for the next start only: the panel shown now stays until the views move off the scenes.
+    if (!show)
+        m_store.writeInt(Keys::activePanel, qint64(MainPanels::lights));
+}
+
+bool Preferences::showColorBarsForRooms() const
+{
+    return m_store.storedBool(Keys::showColorBarsForRooms).value_or(true);
+}
+
+void Preferences::setShowColorBarsForRooms(bool show)
+{
+    write(Keys::showColorBarsForRooms, show);
+}
+
+bool Preferences::showZones() const
+{
+    return m_store.storedBool(Keys::showZones).value_or(true);
+}
+
+void Preferences::setShowZones(bool show)
+{
+    write(Keys::showZones, show);
+}
+
+void Preferences::setShowReviewRequest(bool show)
+{
+    if (show == m_showReviewRequest)
+        return;
+    m_showReviewRequest = show;
+    Q_EMIT reviewRequestChanged();
+}
 
 QList<BridgeContact> Preferences::bridges(QStringList* problems) const
 {
@@ -204,18 +339,36 @@ void Preferences::setCustomGroupAction(int slot, const QString& optionId)
     m_store.writeString(Keys::customGroupActionPrefix + QString::number(slot), optionId);
 }
 
-QString Preferences::lightOrder() const
+namespace {
+
+QString lightOrderKey(const QString& bridgeId)
 {
-    return m_store.readString(Keys::lightOrder).value_or(QString());
+    return bridgeId.isEmpty() ? Keys::lightOrder : Keys::lightOrder + u'_' + bridgeId.toUpper();
 }
 
-void Preferences::setLightOrder(const QList<HueLight>& lights)
+} // namespace
+
+QString Preferences::lightOrder(const QString& bridgeId) const
+{
+    if (const std::optional<QString> own = m_store.readString(lightOrderKey(bridgeId)))
+        return *own;
+    const QList<BridgeContact> stored = bridges();
+    const bool first = stored.isEmpty() || stored.constFirst().id.compare(bridgeId, Qt::CaseInsensitive) == 0;
+    return first ? m_store.readString(Keys::lightOrder).value_or(QString()) : QString();
+}
+
+void Preferences::setLightOrder(const QString& bridgeId, const QList<HueLight>& lights)
 {
     QStringList ids;
     ids.reserve(lights.size());
     for (const HueLight& light : lights)
         ids.append(light.lamp_id);
-    m_store.writeString(Keys::lightOrder, ids.join(u','));
+    write(lightOrderKey(bridgeId), ids.join(u','));
+}
+
+bool Preferences::isLightOrderKey(const QString& key)
+{
+    return key == Keys::lightOrder || key.startsWith(Keys::lightOrder + u'_');
 }
 
 bool Preferences::isLightHidden(const HueLight& light) const
@@ -225,7 +378,13 @@ bool Preferences::isLightHidden(const HueLight& light) const
 
 void Preferences::setLightHidden(const HueLight& light, bool hidden)
 {
-    m_store.writeBool(Keys::hiddenLightPrefix + light.unique_id, hidden);
+    if (isLightHidden(light) != hidden)
+        write(Keys::hiddenLightPrefix + light.unique_id, hidden);
+}
+
+bool Preferences::isLightVisibilityKey(const QString& key)
+{
+    return key.startsWith(Keys::hiddenLightPrefix);
 }
 
 std::optional<QString> Preferences::windowFrame(const QString& name) const

@@ -15,8 +15,8 @@
 #include "preferences/window/PausableWindow.h"
 #include "preferences/window/PreferencesWindowController.h"
 #include "simulator/BridgeSimulator.h"
-#include "state/AppSettings.h"
 #include "state/BridgeHome.h"
+#include "state/BridgeLink.h"
 #include "state/JsonSettingsStore.h"
 #include "state/MainPanels.h"
 #include "state/SettingsKeys.h"
@@ -136,8 +136,8 @@ void TestAppDelegate::startDelegate(bool seenWelcome)
                 m_queued.append(item);
         }
     });
-    QTRY_VERIFY(!m_delegate->settings().home().lights().isEmpty());
-    QTRY_VERIFY(m_delegate->settings().home().bridgeConnected());
+    QTRY_VERIFY(!m_delegate->link().home().lights().isEmpty());
+    QTRY_VERIFY(m_delegate->link().home().bridgeConnected());
 }
 
 QStringList TestAppDelegate::queued() const
@@ -172,7 +172,7 @@ QString TestAppDelegate::addOurTimer(const QString& localtime)
 
 QString TestAppDelegate::shownPane() const
 {
-    const PaneTabController& tabs = m_delegate->preferences().tabViewController();
+    const PaneTabController& tabs = m_delegate->preferencesWindow().tabViewController();
     return tabs.preferencePanes().at(tabs.activeTab().value_or(0)).identifier;
 }
 
@@ -353,12 +353,12 @@ void TestAppDelegate::contextClickClosesTheOpenWindow()
 void TestAppDelegate::plainClickTogglesTheWindowAndCountsTheOpening()
 {
     startDelegate();
-    m_delegate->settings().setPresetWindowHeightLights(360);
+    m_delegate->preferences().setPresetWindowHeight(MainPanels::lights, 360);
 
     m_delegate->onActivated(QSystemTrayIcon::Trigger, Qt::NoModifier);
     QVERIFY(m_delegate->windowController().isShown());
     QCOMPARE(m_delegate->windowController().preferredHeight(), 360);
-    QTRY_COMPARE(m_delegate->settings().preferences().windowOpenings(), 1);
+    QTRY_COMPARE(m_delegate->preferences().windowOpenings(), 1);
 
     m_delegate->onActivated(QSystemTrayIcon::Trigger, Qt::NoModifier);
     QVERIFY(!m_delegate->windowController().isShown());
@@ -405,9 +405,9 @@ void TestAppDelegate::firstStartGreetsAndLetsGoOpensTheWindow()
 
     QTRY_VERIFY(!welcome); // closed and gone
     QVERIFY(m_delegate->windowController().isShown());
-    QVERIFY(m_delegate->settings().preferences().hasSeenWelcomeScreen());
+    QVERIFY(m_delegate->preferences().hasSeenWelcomeScreen());
     QCoreApplication::processEvents();
-    QCOMPARE(m_delegate->settings().preferences().windowOpenings(), 0); // not a user's click
+    QCOMPARE(m_delegate->preferences().windowOpenings(), 0); // not a user's click
 }
 
 void TestAppDelegate::settingsLinkOfAnEmptyPanelOpensTheConnectionPane()
@@ -418,7 +418,7 @@ void TestAppDelegate::settingsLinkOfAnEmptyPanelOpensTheConnectionPane()
     QVERIFY(content);
     Q_EMIT content->connectionSettingsRequested();
     QVERIFY(!m_delegate->windowController().isShown());
-    QVERIFY(m_delegate->preferences().window().isVisible());
+    QVERIFY(m_delegate->preferencesWindow().window().isVisible());
     QCOMPARE(shownPane(), QStringLiteral("advanced"));
 }
 
@@ -440,20 +440,20 @@ void TestAppDelegate::aStoredShortcutWorksFromTheStart()
     QVERIFY(m_hotkeyBackend->press(controlAltG));
     QTRY_VERIFY(!m_delegate->windowController().isShown());
 
-    QTRY_VERIFY(!m_delegate->settings().home().groups().isEmpty());
+    QTRY_VERIFY(!m_delegate->link().home().groups().isEmpty());
     m_bridge->clearRequests();
 
     QVERIFY(m_hotkeyBackend->press(controlAltK));
     // Shown at once, after the key event.
     const auto anyOn = [this] {
         // Rooms only: the whole-home shortcuts leave zones alone.
-        const QList<HueGroup> rooms = m_delegate->settings().home().groups();
+        const QList<HueGroup> rooms = m_delegate->link().home().groups();
         return std::any_of(rooms.cbegin(), rooms.cend(),
                            [](const HueGroup& room) { return room.is_on && !room.isZone(); });
     };
     QTRY_VERIFY(!anyOn());
     QStringList expected;
-    for (const HueGroup& room : m_delegate->settings().home().groups()) {
+    for (const HueGroup& room : m_delegate->link().home().groups()) {
         if (!room.isZone())
             expected << QStringLiteral(R"(/groups/%1/action {"on":false})").arg(room.group_id);
     }
@@ -477,12 +477,12 @@ void TestAppDelegate::withoutATrayGlowdeckShowsInAWindowOfItsOwn()
     auto* content = qobject_cast<ContentView*>(window->content());
     QVERIFY(content);
     QVERIFY(window->notice().contains(QStringLiteral("AppIndicator")));
-    QVERIFY(m_delegate->settings().preferences().hasExplainedWindowMode());
+    QVERIFY(m_delegate->preferences().hasExplainedWindowMode());
 
     // The menu opens from the window and leaves it open; a second start brings it back from the task bar.
     // Another panel keeps the window's size (the drop-down would resize to it).
     const QSize size = window->size();
-    m_delegate->settings().setActiveMainPanel(MainPanels::rooms);
+    m_delegate->preferences().setActiveMainPanel(MainPanels::rooms);
     QTest::qWait(50);
     QCOMPARE(window->size(), size);
 
@@ -501,7 +501,7 @@ void TestAppDelegate::withoutATrayGlowdeckShowsInAWindowOfItsOwn()
     window->close();
     QTRY_VERIFY(!m_delegate->isInWindowMode());
     QCOMPARE(m_delegate->windowController().window().content(), content);
-    QVERIFY(m_delegate->settings().preferences().windowFrame(AppDelegate::applicationId + ".WindowFrame"));
+    QVERIFY(m_delegate->preferences().windowFrame(AppDelegate::applicationId + ".WindowFrame"));
     m_delegate->onActivated(QSystemTrayIcon::Trigger, Qt::NoModifier);
     QVERIFY(m_delegate->windowController().isShown());
 }

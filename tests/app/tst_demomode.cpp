@@ -2,7 +2,7 @@
 #include "bridge/BridgeNetwork.h"
 #include "connection/BridgePairing.h"
 #include "simulator/BridgeSimulator.h"
-#include "state/AppSettings.h"
+#include "state/BridgeLink.h"
 #include "state/JsonSettingsStore.h"
 #include "state/MemorySettingsStore.h"
 #include "state/SettingsKeys.h"
@@ -54,7 +54,7 @@ void TestDemoMode::pointsItsOwnSettingsAtALoopbackBridge()
     // authority only.
     const auto pair = [&](BridgeNetwork& network) {
         MemorySettingsStore memory;
-        AppSettings settings(memory);
+        BridgeLink settings(memory);
         BridgePairing pairing(settings, network);
         std::optional<PairingOutcome> outcome;
         pairing.requestApiKey(address, [&](const PairingOutcome& answer) { outcome = answer; });

@@ -48,12 +48,12 @@ void TestReviewPrompt::decidesOnEachOpening()
         state.store().writeInt(SettingsKeys::appInvocations, count);
     if (noMore)
         state.store().writeBool(SettingsKeys::noMoreReviewRequests, true);
-    state.settings().setShowReviewRequest(shown);
+    state.settings().preferences().setShowReviewRequest(shown);
 
-    ReviewPrompt(state.settings()).onWindowOpened();
+    ReviewPrompt(state.settings().preferences()).onWindowOpened();
 
     QCOMPARE(state.store().readInt(SettingsKeys::appInvocations), expectedCount);
-    QCOMPARE(state.settings().showReviewRequest(), expectedShown);
+    QCOMPARE(state.settings().preferences().showReviewRequest(), expectedShown);
 }
 
 QTEST_GUILESS_MAIN(TestReviewPrompt)

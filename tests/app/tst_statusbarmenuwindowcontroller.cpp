@@ -50,8 +50,8 @@ void TestStatusBarMenuWindowController::init()
     m_state = std::make_unique<TestSettings>();
     m_content = new QWidget;
     m_icon.reset();
-    m_controller = std::make_unique<StatusBarMenuWindowController>(m_state->settings(), m_content,
-                                                                   [this] { return m_icon; });
+    m_controller = std::make_unique<StatusBarMenuWindowController>(m_state->settings().preferences(),
+                                                                   m_content, [this] { return m_icon; });
     m_otherWindow = std::make_unique<QWidget>();
     m_otherWindow->setGeometry(20, 500, 120, 80);
     m_otherWindow->show();
@@ -96,7 +96,7 @@ void TestStatusBarMenuWindowController::savesTheHeightUnderTheActivePanelOnly()
         QCOMPARE(m_state->store().readInt(key), 340);
     // The shared state read the stored height again.
     if (panel == 1)
-        QCOMPARE(m_state->settings().presetWindowHeightRooms(), 340);
+        QCOMPARE(m_state->settings().preferences().presetWindowHeight(MainPanels::rooms), 340);
 }
 
 void TestStatusBarMenuWindowController::savesTheHeightAtTheEndOfADrag()
@@ -114,7 +114,7 @@ void TestStatusBarMenuWindowController::savesTheHeightAtTheEndOfADrag()
 
     QTRY_COMPARE(m_content->height(), 340);
     QCOMPARE(m_state->store().readInt(SettingsKeys::preferredWindowHeightScenes), 340);
-    QCOMPARE(m_state->settings().presetWindowHeightScenes(), 340);
+    QCOMPARE(m_state->settings().preferences().presetWindowHeight(MainPanels::scenes), 340);
     QVERIFY(!m_state->store().contains(SettingsKeys::dropDownWidth)); // the width was not touched
 
     // The grip's trailing corner takes the width along, at most half the screen, and the next opening keeps
@@ -273,7 +273,7 @@ void TestStatusBarMenuWindowController::restoresTheStoredPanelBeforeOpening()
     if (stored)
         m_state->store().writeInt(SettingsKeys::activePanel, panel);
     m_controller->restoreActivePanel();
-    QCOMPARE(int(m_state->settings().activeMainPanel()), panel);
+    QCOMPARE(int(m_state->settings().preferences().activeMainPanel()), panel);
 }
 
 void TestStatusBarMenuWindowController::shapeHoldsOnlyFullyPaintedPixels_data()

@@ -44,7 +44,7 @@ void TestBridgeCommands::init()
     m_queue = std::make_unique<ActionQueue>(m_bench->settings(), m_bench->network());
     m_commands = std::make_unique<BridgeCommands>(m_bench->settings(), *m_queue);
 
-    AppSettings& settings = m_bench->settings();
+    BridgeLink& settings = m_bench->settings();
     m_light = {.lamp_id = QStringLiteral("3"), .is_on = true, .brightness = 100, .saturation = 140};
     m_room = {.group_id = QStringLiteral("2"), .is_on = true, .brightness = 100, .saturation = 77};
     settings.home().setLights({m_light});
@@ -119,7 +119,7 @@ void TestBridgeCommands::buildsTheRightRequest()
 
     command(*m_commands, m_light, m_room);
     const ActionQueueItem item = queued();
-    const AppSettings& settings = m_bench->settings();
+    const BridgeLink& settings = m_bench->settings();
     QCOMPARE(item.url.toString(),
              settings.bridgeEndpoint() + QStringLiteral("/api/%1/").arg(settings.hueKey()) + target);
     QCOMPARE(item.body, body);
@@ -208,7 +208,7 @@ void TestBridgeCommands::clampsTheLocalBrightnessOfAnIncrease()
 
 void TestBridgeCommands::sendsTheSwitchOffSchedule()
 {
-    const AppSettings& settings = m_bench->settings();
+    const BridgeLink& settings = m_bench->settings();
     m_commands->switchAllOffAfterMinutes(5);
     QTRY_COMPARE(m_bench->bridge().requests().size(), 1);
     const SimulatedRequest request = m_bench->bridge().requests().first();

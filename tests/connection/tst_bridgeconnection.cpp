@@ -55,7 +55,7 @@ private Q_SLOTS:
     void recoversWithinTwoTicksOfTheBridgeHealing();
 
 private:
-    AppSettings& settings() { return m_bench->settings(); }
+    BridgeLink& settings() { return m_bench->settings(); }
     SettingsStore& store() { return m_bench->store(); }
     /// Connects and waits until all three list reads have answered.
     bool connectAndWait();

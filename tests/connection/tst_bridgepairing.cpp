@@ -119,7 +119,7 @@ void TestBridgePairing::failedPairingKeepsThePreviousKey()
 {
     QFETCH(bool, reachable);
     QFETCH(QString, message);
-    AppSettings& settings = m_state->settings();
+    BridgeLink& settings = m_state->settings();
     settings.setHueKey(QStringLiteral("previous-key"));
     if (!reachable)
         settings.setHueIP(QStringLiteral("127.0.0.1:1"));

@@ -54,7 +54,7 @@ private:
     /// Requests that carried the key (anything below "/api/<key>").
     QList<SimulatedRequest> requestsWithKey() const;
 
-    AppSettings& settings() { return m_state->settings(); }
+    BridgeLink& settings() { return m_state->settings(); }
 
     std::unique_ptr<BridgeSimulator> m_bridge;
     std::unique_ptr<TestSettings> m_state;

@@ -7,8 +7,8 @@
 #include "connection/BridgePairing.h"
 #include "connection/LiveUpdates.h"
 #include "simulator/BridgeSimulator.h"
-#include "state/AppSettings.h"
 #include "state/BridgeHome.h"
+#include "state/BridgeLink.h"
 
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -35,7 +35,7 @@ private Q_SLOTS:
     void withoutAStreamTheBridgeIsReadEvery3500Ms();
 
 private:
-    AppSettings& settings() { return m_state->settings(); }
+    BridgeLink& settings() { return m_state->settings(); }
     void connectOverHttps();
     /// Changes the bridge as another app would: PUT `body` to the version-1 `path` ("lights/1/state").
     void changeElsewhere(const QString& path, const QByteArray& body);

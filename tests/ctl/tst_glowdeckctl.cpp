@@ -78,6 +78,10 @@ private Q_SLOTS:
     void watchPrintsPushedChangesAndStatusSaysWhetherTheyArePushed();
     void theStoredKeyGoesOnlyToTheProvenBridge_data();
     void theStoredKeyGoesOnlyToTheProvenBridge();
+    void everyPairedBridgeIsServed_data();
+    void everyPairedBridgeIsServed();
+    void storingABridgeKeepsTheOthers_data();
+    void storingABridgeKeepsTheOthers();
 
 private:
     /// Runs glowdeckctl ("light 2 on"); `nameSimulator` adds --bridge and --key for the simulator.
@@ -91,12 +95,16 @@ private:
     /// Writes the simulator's address as "bridgeIP" with its id, and, if `withKey`, its key as "bridgeUser".
     void storeSettings(bool withKey);
     QJsonObject storedSettings() const;
+    /// Starts `m_upper`, a second home whose lamp "1" and room "1" repeat the first one's ids, and stores the
+    /// simulator as "Ground floor" and, if `upperToo`, the second bridge, unnamed, in "bridges".
+    void storeBridges(bool upperToo);
     /// The requests the simulator received as "METHOD path body", the path after "/api/<key>/" if it has one.
     QStringList received() const;
     /// The simulator's address, in clear: the tool asks nothing before it sends the key there.
     QString sim() const;
 
     std::unique_ptr<BridgeSimulator> m_sim;
+    std::unique_ptr<BridgeSimulator> m_upper;
     std::unique_ptr<LoopbackServer> m_discovery;
     std::unique_ptr<QTemporaryDir> m_dir;
     QString m_key;
@@ -175,6 +183,29 @@ void TestGlowdeckCtl::storeSettings(bool withKey)
         settings.insert("bridgeUser", m_key);
     QFile file(settingsFile());
     QVERIFY(file.open(QIODevice::WriteOnly) && file.write(QJsonDocument(settings).toJson()));
+}
+
+void TestGlowdeckCtl::storeBridges(bool upperToo)
+{
+    m_upper = std::make_unique<BridgeSimulator>(BridgeSimulator::Floor::Upper);
+    QVERIFY(m_upper->listen());
+    const QString upperKey = m_upper->addUser();
+    QJsonArray bridges{QJsonObject{{"id", m_sim->bridgeId()},
+                                   {"address", sim()},
+                                   {"key", m_key},
+                                   {"transport", "http"},
+                                   {"certificate", ""},
+                                   {"name", "Ground floor"}}};
+    if (upperToo)
+        bridges.append(QJsonObject{{"id", m_upper->bridgeId()},
+                                   {"address", m_upper->httpAddress()},
+                                   {"key", upperKey},
+                                   {"transport", "http"},
+                                   {"certificate", ""},
+                                   {"name", ""}});
+    QFile file(settingsFile());
+    QVERIFY(file.open(QIODevice::WriteOnly) &&
+            file.write(QJsonDocument(QJsonObject{{"bridges", bridges}}).toJson()));
 }
 
 QJsonObject TestGlowdeckCtl::storedSettings() const
@@ -578,22 +609,54 @@ void TestGlowdeckCtl::watchPrintsPushedChangesAndStatusSaysWhetherTheyArePushed(
         first[2].err.contains(QStringLiteral("is reached over plain HTTP, and its event stream needs HTTPS")),
         qPrintable(first[2].err));
 
-    // Another app switches a lamp off: the line comes while watch still runs, so it was not left in a buffer.
+    // Two paired bridges, both watched. Another app switches a lamp off on each: the lines come while watch
+    // still runs, so they were not left in a buffer, and each names its bridge.
+    storeBridges(false);
+    QVERIFY(m_upper->listenTls());
+    const QString upperAuthority = m_dir->filePath(QStringLiteral("upper.pem"));
+    QVERIFY(m_upper->writeAuthority(upperAuthority));
+    QJsonArray bridges;
+    for (BridgeSimulator* bridge : {m_sim.get(), m_upper.get()})
+        bridges.append(QJsonObject{{"id", bridge->bridgeId()},
+                                   {"address", bridge->httpsAddress()},
+                                   {"key", bridge == m_sim.get() ? m_key : bridge->users().constFirst()},
+                                   {"transport", "https"}});
+    QFile file(settingsFile());
+    QVERIFY(file.open(QIODevice::WriteOnly) &&
+            file.write(QJsonDocument(QJsonObject{{"bridges", bridges}}).toJson()));
+    file.close();
     QProcess watch;
     watch.setProcessEnvironment(environment());
     watch.start(QStringLiteral(GLOWDECKCTL_PATH),
-                (QStringLiteral("watch --json") + overHttps).split(u' ', Qt::SkipEmptyParts));
+                {QStringLiteral("watch"), QStringLiteral("--json"), QStringLiteral("--trust-root"), authority,
+                 QStringLiteral("--trust-root"), upperAuthority});
     QTRY_COMPARE_WITH_TIMEOUT(m_sim->eventStreamListeners(), 1, 20000);
+    QTRY_COMPARE_WITH_TIMEOUT(m_upper->eventStreamListeners(), 1, 20000);
     QNetworkAccessManager network;
-    QNetworkRequest request(
-        QUrl(m_sim->httpAddress() + QStringLiteral("/__control/external/lights/1/state")));
-    request.setHeader(QNetworkRequest::ContentTypeHeader, QByteArrayLiteral("application/json"));
-    const std::unique_ptr<QNetworkReply> change(network.post(request, QByteArrayLiteral(R"({"on":false})")));
-    QTRY_VERIFY_WITH_TIMEOUT(change->isFinished(), 20000);
-    QCOMPARE(change->error(), QNetworkReply::NoError);
-    QTRY_VERIFY_WITH_TIMEOUT(watch.canReadLine(), 20000);
-    QCOMPARE(watch.readLine(), QByteArrayLiteral(R"({"type":"light","id":"1","name":"Porch","on":false})"
-                                                 "\n"));
+    QStringList lines;
+    for (BridgeSimulator* bridge : {m_sim.get(), m_upper.get()}) {
+        // The ground floor's lamp 1 goes off, the upper floor's on.
+        const bool on = bridge == m_upper.get();
+        QNetworkRequest request(
+            QUrl(bridge->httpAddress() + QStringLiteral("/__control/external/lights/1/state")));
+        request.setHeader(QNetworkRequest::ContentTypeHeader, QByteArrayLiteral("application/json"));
+        const std::unique_ptr<QNetworkReply> change(network.post(
+            request, on ? QByteArrayLiteral(R"({"on":true})") : QByteArrayLiteral(R"({"on":false})")));
+        QTRY_VERIFY_WITH_TIMEOUT(change->isFinished(), 20000);
+        QCOMPARE(change->error(), QNetworkReply::NoError);
+        const QString line =
+            QStringLiteral(R"({"type":"light","id":"1","name":"%1","on":%2,"bridge_id":"%3"})")
+                .arg(on ? "Floor lamp" : "Porch", on ? "true" : "false", bridge->bridgeId()) +
+            u'\n';
+        // Its rooms may follow in lines of their own.
+        QTRY_VERIFY_WITH_TIMEOUT(
+            [&] {
+                while (watch.canReadLine())
+                    lines << QString::fromUtf8(watch.readLine());
+                return lines.contains(line);
+            }(),
+            20000);
+    }
     QCOMPARE(watch.state(), QProcess::Running);
     watch.terminate();
     QTRY_COMPARE_WITH_TIMEOUT(watch.state(), QProcess::NotRunning, 20000);
@@ -681,6 +744,124 @@ void TestGlowdeckCtl::theStoredKeyGoesOnlyToTheProvenBridge()
     }
     for (auto it = stored.begin(); it != stored.end(); ++it)
         QCOMPARE(storedSettings().value(it.key()), it.value());
+}
+
+void TestGlowdeckCtl::everyPairedBridgeIsServed_data()
+{
+    // Two paired bridges: the simulator ("Ground floor") and a second home without a stored name, both with
+    // a lamp "1" and a room "1" "Living room". "{first}" and "{upper}" are their ids.
+    QTest::addColumn<QString>("commandLine");
+    QTest::addColumn<bool>("firstStopped");
+    QTest::addColumn<int>("exitCode");
+    QTest::addColumn<QStringList>("printed"); // each on standard output or error
+    QTest::addColumn<int>("firstChanges");    // requests other than GET each bridge received
+    QTest::addColumn<int>("upperChanges");
+    const auto row = [](const char* name, const char* commandLine, bool stopped, int exitCode,
+                        const QStringList& printed, int first = 0, int upper = 0) {
+        QTest::newRow(name) << QString::fromLatin1(commandLine) << stopped << exitCode << printed << first
+                            << upper;
+    };
+    row("lists as JSON", "lights --json", false, 0,
+        {R"({"lamp_id":"2","name":"Desk lamp")", R"("bridge_id":"{first}"})",
+         R"({"lamp_id":"1","name":"Floor lamp")", R"("bridge_id":"{upper}"})"});
+    // The bridge's name, or its id when it has none stored.
+    row("lists as a table", "rooms", false, 0,
+        {"BRIDGE        ", "\nGround floor      1   Living room", "\n{upper}  1   Living room"});
+    row("a change of an id on both bridges", "light 1 on", false, 2,
+        {"There is a light 1 on several paired bridges: Ground floor ({first}), {upper} ({upper}). Nothing "
+         "was sent; name one with --bridge-id ID."});
+    row("a change on the bridge picked", "light 1 on --bridge-id {upper-lower}", false, 0, {}, 0, 1);
+    row("a change of an id on one bridge", "light 10 off", false, 0, {}, 1, 0);
+    row("all-off on every bridge", "all-off --in 5", false, 0, {}, 1, 1);
+    row("a bridge id not paired", "lights --bridge-id 001788FFFE000001", false, 2,
+        {"No bridge 001788FFFE000001 is paired in ", "paired: {first} (Ground floor), {upper}."});
+    row("status", "status", false, 0,
+        {"\nBridge name:    Ground floor\nBridge address: {sim}\nKey stored:     yes\nBridge id:      "
+         "{first}",
+         "\n\nBridge address: http://{upper-host}\nKey stored:     yes\nBridge id:      {upper}\n"
+         "Transport:      plain HTTP"});
+    row("status as JSON", "status --json", false, 0,
+        {R"("bridge_id": "{upper}",)", R"("name": "Ground floor",)", R"("reachable": true,)"});
+    // The bridge that answers is served; the other is named, and the run fails.
+    row("lists, one bridge stopped", "lights", true, 1,
+        {"\n{upper}  1   Floor lamp", "Unable to connect to the Hue bridge at {sim}.",
+         "Bridge Ground floor is missing from the list."});
+    row("a change, one bridge stopped", "light 1 on", true, 1,
+        {"Nothing was sent: a bridge that did not answer may have a light 1 too"});
+    row("status, one bridge stopped", "status", true, 1,
+        {"Bridge id:      {first}\nBridge:         The bridge at", "answers (5 lights)"});
+}
+
+void TestGlowdeckCtl::everyPairedBridgeIsServed()
+{
+    QFETCH(QString, commandLine);
+    QFETCH(bool, firstStopped);
+    QFETCH(int, exitCode);
+    QFETCH(QStringList, printed);
+    QFETCH(int, firstChanges);
+    QFETCH(int, upperChanges);
+    storeBridges(true);
+    const auto expand = [this](QString text) {
+        return text.replace(u"{first}"_qs, m_sim->bridgeId())
+            .replace(u"{upper-lower}"_qs, m_upper->bridgeId().toLower())
+            .replace(u"{upper-host}"_qs, m_upper->hostAndPort())
+            .replace(u"{upper}"_qs, m_upper->bridgeId())
+            .replace(u"{sim}"_qs, sim());
+    };
+    commandLine = expand(commandLine);
+    std::ranges::transform(printed, printed.begin(), expand);
+    if (firstStopped)
+        m_sim->close();
+    const Run result = run(commandLine, false);
+    const QString output = result.out + result.err;
+    QCOMPARE(result.exitCode, exitCode);
+    for (const QString& text : std::as_const(printed))
+        QVERIFY2(output.contains(text), qPrintable(output));
+    const auto changes = [](const BridgeSimulator& bridge) {
+        const QList<SimulatedRequest> requests = bridge.requests();
+        return std::ranges::count_if(requests, [](const SimulatedRequest& r) { return r.method != "GET"; });
+    };
+    QCOMPARE(changes(*m_sim), firstChanges);
+    QCOMPARE(changes(*m_upper), upperChanges);
+    if (upperChanges > 0 && commandLine.startsWith(u"light 1 on"))
+        // The change reached the lamp of the bridge picked, not the one of the same id on the other.
+        QCOMPARE(m_upper->light(u"1"_qs)["state"].toObject()["on"], QJsonValue(true));
+}
+
+void TestGlowdeckCtl::storingABridgeKeepsTheOthers_data()
+{
+    QTest::addColumn<QString>("commandLine");
+    QTest::addColumn<bool>("upperStored"); // before pairing
+    QTest::addColumn<int>("paired");       // the entry written; the other stays as it was
+    QTest::newRow("a bridge found is added") << "pair --pick {upper}" << false << 1;
+    QTest::newRow("a paired bridge again, in its own place") << "pair --bridge-id {first}" << true << 0;
+    // Found only: its address is stored, without a key, and the paired bridge keeps its own.
+    QTest::newRow("a bridge discovered is added") << "discover --pick {upper}" << false << 1;
+}
+
+void TestGlowdeckCtl::storingABridgeKeepsTheOthers()
+{
+    QFETCH(QString, commandLine);
+    QFETCH(bool, upperStored);
+    QFETCH(int, paired);
+    storeBridges(upperStored);
+    BridgeSimulator& bridge = paired == 0 ? *m_sim : *m_upper;
+    bridge.pressLinkButton();
+    m_discovery->setAnswer(QStringLiteral(R"([{"internalipaddress":"%1"},{"internalipaddress":"%2"}])")
+                               .arg(m_sim->hostAndPort(), m_upper->hostAndPort())
+                               .toUtf8());
+    const QJsonArray before = storedSettings().value("bridges").toArray();
+    commandLine.replace(u"{upper}"_qs, m_upper->bridgeId()).replace(u"{first}"_qs, m_sim->bridgeId());
+    const Run result = run(commandLine, false);
+    QCOMPARE(result.exitCode, 0);
+    const QJsonArray after = storedSettings().value("bridges").toArray();
+    QCOMPARE(after.size(), 2);
+    QCOMPARE(after.at(1 - paired), before.at(1 - paired));
+    QCOMPARE(after.at(paired)["id"].toString(), bridge.bridgeId());
+    if (commandLine.startsWith(u"pair"))
+        QCOMPARE(after.at(paired)["key"].toString(), bridge.users().last());
+    else
+        QCOMPARE(after.at(paired)["address"].toString(), bridge.hostAndPort());
 }
 
 QTEST_GUILESS_MAIN(TestGlowdeckCtl)

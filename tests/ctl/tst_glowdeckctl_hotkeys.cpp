@@ -35,6 +35,11 @@ void TestGlowdeckCtlHotkeys::init()
         // Custom shortcut 1 reads slot 0, shortcut 2 slot 1.
         {"hotkeyCustomGroupAction0", "3_brighter"},
         {"hotkeyCustomGroupAction1", "3_dim"},
+        {"hotkeyCustomGroupAction2", "001788fffe9c4d5e/1_off"},
+        {"hotkeyCustomGroupAction3", "001788FFFE000000/2_on"},
+        // Two bridges: each room action names the one it acts on; the older form acts on the first.
+        {"bridges", QJsonArray{QJsonObject{{"id", "001788FFFE6A3B2C"}, {"name", "Philips hue"}},
+                               QJsonObject{{"id", "001788FFFE9C4D5E"}, {"name", "Upstairs"}}}},
     };
     QFile file(settingsFile());
     QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
@@ -62,8 +67,11 @@ void TestGlowdeckCtlHotkeys::listsTheKeysAndActionsAsThePaneShowsThem()
     QCOMPARE(simplified(2), QStringLiteral("allLightsOff ⌃⌥K every room off"));
     QCOMPARE(simplified(3), QStringLiteral("allLightsBrighter - every room brighter by 25"));
     QCOMPARE(simplified(5), QStringLiteral("allLightsRed (unreadable) every room red"));
-    QCOMPARE(simplified(8), QStringLiteral("actionCustomGroup1 ⌘F1 room 3 brighter"));
+    QCOMPARE(simplified(8), QStringLiteral("actionCustomGroup1 ⌘F1 room 3 brighter (Philips hue)"));
     QCOMPARE(simplified(9), QStringLiteral(R"(actionCustomGroup2 - nothing ("3_dim" is no room action))"));
+    QCOMPARE(simplified(10), QStringLiteral("actionCustomGroup3 - room 1 off (Upstairs)"));
+    QCOMPARE(simplified(11),
+             QStringLiteral("actionCustomGroup4 - room 2 on (bridge 001788FFFE000000, not stored)"));
     QCOMPARE(simplified(12), QStringLiteral("actionCustomGroup5 - nothing"));
     QCOMPARE(simplified(13), QStringLiteral("openGlowdeck - open or close the Glowdeck window"));
 }

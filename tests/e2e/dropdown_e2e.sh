@@ -3,7 +3,8 @@
 # process on 127.0.0.1), an XEmbed tray on a light and then a dark panel, the window opened from the icon, every
 # control listed through AT-SPI with its name, the keyboard (Tab, End on a slider, Escape), the bridge gone and
 # back, and then the desktop's dark appearance (a stand-in portal) with a StatusNotifierItem tray (a stand-in
-# org.kde.StatusNotifierWatcher): the window opens at the pointer. Screenshots stay in the artifact folder.
+# org.kde.StatusNotifierWatcher): the window opens at the pointer. Last, two bridges, one per floor: a section
+# each under its name, in the dark and the light. Screenshots stay in the artifact folder.
 #
 # Usage: dropdown_e2e.sh <glowdeck> <glowdeck-simulator> <artifact-dir>
 # Exit codes: 0 passed, 1 failed, 77 skipped (a tool is missing).
@@ -239,7 +240,8 @@ screenshot_tray tray-dark-panel
 kill "$glowdeck_pid"
 kill "$panel_pid"
 /usr/bin/python3 "$here/stand_in_desktop.py" --watcher --dark >"$e2e_work/desktop.out" 2>&1 &
-e2e_pids+=($!)
+desktop_pid=$!
+e2e_pids+=("$desktop_pid")
 for _ in $(seq 50); do
     [ "$(grep -c '^owns' "$e2e_work/desktop.out")" -ge 2 ] && break
     sleep 0.1
@@ -275,5 +277,56 @@ say "pointer at (1000,790): ${ww}x${wh} at ($wx,$wy)"
 sleep 0.3
 screenshot dark-above-pointer
 kill -0 "$glowdeck_pid" 2>/dev/null || fail "glowdeck quit during the test"
+
+# ---- 5. Two bridges, one per floor: a section each, headed by its name, in the dark and the light ---------------
+"$simulator" --port 0 --bridges 2 --user "$key" >"$e2e_work/bridges.out" 2>&1 &
+e2e_pids+=($!)
+for _ in $(seq 50); do
+    [ "$(grep -c 'listening on' "$e2e_work/bridges.out")" -ge 2 ] && break
+    sleep 0.1
+done
+mapfile -t floors < <(grep -oE 'listening on 127\.0\.0\.1:[0-9]+ \(bridge [0-9A-F]{16}\)' "$e2e_work/bridges.out" |
+    sed -E 's/listening on ([^ ]+) \(bridge (.*)\)/\1 \2/')
+[ "${#floors[@]}" -ge 2 ] || fail "the simulator did not start two bridges: $(cat "$e2e_work/bridges.out")"
+read -r down_address down_id <<<"${floors[0]}"
+read -r up_address up_id <<<"${floors[1]}"
+entry() { printf '{"id":"%s","address":"%s","key":"%s","transport":"http","certificate":"","name":"%s"}' "$@"; }
+printf '{"bridges":[%s,%s],"hasSeenWelcomeScreen":true,"showScenes":true}\n' \
+    "$(entry "$down_id" "$down_address" "$key" Downstairs)" "$(entry "$up_id" "$up_address" "$key" Attic)" \
+    >"$e2e_work/bridges.json"
+chmod 0600 "$e2e_work/bridges.json"
+look_at_bridges() { # light|dark: both sections with their own lamps, every control named
+    # The names the bridges answer with replace those stored.
+    atspi --timeout 10 wait '*' "Bridge Philips hue" >/dev/null || fail "no section headed \"Philips hue\""
+    atspi --timeout 10 wait '*' "Bridge Upstairs" >/dev/null || fail "no section headed \"Upstairs\""
+    sleep 0.5
+    atspi tree >"$e2e_artifacts/${e2e_name}-bridges-$1-atspi.log"
+    ! grep -qE "^ *(push button|check box|slider|page tab|toggle button) '' .*showing" \
+        "$e2e_artifacts/${e2e_name}-bridges-$1-atspi.log" || fail "controls without a name with two bridges"
+    local switches
+    switches=$(grep -cE "^ *check box '.+' .*showing" "$e2e_artifacts/${e2e_name}-bridges-$1-atspi.log")
+    [ "$switches" -ge 2 ] || fail "only $switches lamp switches show with two bridges"
+    screenshot "bridges-$1"
+}
+kill "$glowdeck_pid"
+e2e_start_glowdeck "$glowdeck" --settings "$e2e_work/bridges.json"
+await_output 'tray icon shown after' 100 >/dev/null || fail "the tray icon did not show with two bridges"
+for _ in $(seq 50); do # the new item replaces the old one with the watcher
+    item=$(sed -n 's/^item //p' "$e2e_work/desktop.out" | tail -n1)
+    activate 700 12
+    dropdown_window 10 >/dev/null && break
+done
+dropdown_window 20 >/dev/null || fail "the window did not open with two bridges"
+look_at_bridges dark
+kill "$glowdeck_pid" "$desktop_pid" # a light desktop with an XEmbed tray
+start_panel 0xeeeeee
+e2e_start_glowdeck "$glowdeck" --settings "$e2e_work/bridges.json"
+await_output 'tray icon shown after' 100 >/dev/null || fail "the tray icon did not show with two bridges"
+for _ in 1 2 3; do
+    click_icon && dropdown_window 20 >/dev/null && break
+done
+dropdown_window 20 >/dev/null || fail "the window did not open with two bridges on the light panel"
+look_at_bridges light
+say "two bridges: a section each, headed by the bridge's own name, every control named, dark and light"
 say "PASS"
 exit 0

@@ -1,3 +1,4 @@
+#include "BridgeBench.h"
 #include "HotkeyBench.h"
 #include "hotkeys/HotkeyNames.h"
 #include "state/SettingsKeys.h"
@@ -24,7 +25,10 @@ private Q_SLOTS:
     void whatCannotBeDoneSendsNothing_data();
     void whatCannotBeDoneSendsNothing();
     void brightnessStepsPassOverRoomsOfPlugsAndZones();
+    void aShortcutReachesTheBridgesItConcerns_data();
+    void aShortcutReachesTheBridgesItConcerns();
     void offersFourChoicesPerRoomAfterNoAction();
+    void namesTheBridgeOfARoomNameOnSeveralBridges();
     void storesTheStepAndTheChoice();
 
 private:
@@ -102,7 +106,7 @@ void TestHotkeyActions::everyRoomActionChangesTheRecordsAndSendsOneCommandPerRoo
     QFETCH(qint64, brightness);
 
     m_bench->setRooms({QStringLiteral("1"), QStringLiteral("2")});
-    m_bench->settings().setKeyIncrement(25);
+    m_bench->settings().preferences().setKeyIncrement(25);
     press(name);
     for (const HueGroup& room : m_bench->settings().home().groups()) {
         QCOMPARE(room.is_on, isOn);
@@ -174,6 +178,9 @@ void TestHotkeyActions::whatCannotBeDoneSendsNothing_data()
     QTest::newRow("an unknown verb") << rooms << QVariant(QStringLiteral("3_dim")) << 1;
     QTest::newRow("an extra part") << rooms << QVariant(QStringLiteral("3_on_x")) << 1;
     QTest::newRow("no group id") << rooms << QVariant(QStringLiteral("_on")) << 1;
+    QTest::newRow("no bridge id") << rooms << QVariant(QStringLiteral("/3_on")) << 1;
+    QTest::newRow("two bridge ids") << rooms << QVariant(QStringLiteral("001788FFFE6A3B2C/x/3_on")) << 1;
+    QTest::newRow("a bridge not served") << rooms << QVariant(QStringLiteral("001788FFFE000000/3_on")) << 1;
     QTest::newRow("a number, not text") << rooms << QVariant(3) << 1;
     QTest::newRow("a room that is gone") << rooms << QVariant(QStringLiteral("7_on")) << 1;
     for (int number = 0; number < 12; ++number)
@@ -220,6 +227,62 @@ void TestHotkeyActions::brightnessStepsPassOverRoomsOfPlugsAndZones()
     QVERIFY(!m_bench->settings().home().groups().at(0).is_on); // not shown as brightened either
 }
 
+void TestHotkeyActions::aShortcutReachesTheBridgesItConcerns_data()
+{
+    QTest::addColumn<GlobalHotkeys::Name>("name");
+    QTest::addColumn<QString>("stored");
+    QTest::addColumn<bool>("reachesGround"); // the first bridge
+    QTest::addColumn<bool>("reachesUpper");
+
+    const GlobalHotkeys::Name custom = HotkeyNames::customGroup(1);
+    QTest::newRow("every room on") << HotkeyNames::allLightsOn() << QString() << true << true;
+    QTest::newRow("the upper living room") << custom << "001788FFFE9C4D5E/1_on" << false << true;
+    QTest::newRow("the ground living room") << custom << "001788FFFE6A3B2C/1_on" << true << false;
+    QTest::newRow("a bridge id in lower case") << custom << "001788fffe9c4d5e/1_on" << false << true;
+    QTest::newRow("the older form: the first bridge") << custom << "1_on" << true << false;
+}
+
+void TestHotkeyActions::aShortcutReachesTheBridgesItConcerns()
+{
+    QFETCH(GlobalHotkeys::Name, name);
+    QFETCH(QString, stored);
+    QFETCH(bool, reachesGround);
+    QFETCH(bool, reachesUpper);
+
+    // Two bridges on two simulators, each with a room "1" named "Living room".
+    BridgeSimulator ground;
+    QVERIFY(ground.listen());
+    m_bench->setBridge(ground.hostAndPort(), ground.addUser());
+    m_bench->setRooms({u"1"_qs}, {u"Living room"_qs});
+    BridgeBench upper(BridgeSimulator::Floor::Upper);
+    QVERIFY(upper.start());
+    upper.settings().home().setGroups({{.group_id = u"1"_qs, .name = u"Living room"_qs, .brightness = 100}});
+    BridgeSession& upperSession =
+        m_bench->sessions().add(std::make_unique<BridgeSession>(upper.settings(), upper.network()));
+    if (!stored.isEmpty())
+        m_bench->store().writeString(u"hotkeyCustomGroupAction0"_qs, stored);
+
+    press(name);
+    const auto changed = [](const ActionQueue& queue) {
+        return queue.isProcessing() || !queue.pending().isEmpty();
+    };
+    QCOMPARE(changed(m_bench->queue()), reachesGround);
+    QCOMPARE(changed(upperSession.queue()), reachesUpper);
+    const auto received = [](const QList<SimulatedRequest>& requests) {
+        QStringList lines;
+        for (const SimulatedRequest& request : requests) {
+            if (request.method != "GET")
+                lines << QString::fromLatin1(request.method) + u' ' + request.path.section(u'/', 3);
+        }
+        return lines;
+    };
+    const QStringList expected{u"PUT groups/1/action"_qs};
+    if (reachesGround)
+        QTRY_COMPARE(received(ground.requests()), expected);
+    if (reachesUpper)
+        QTRY_COMPARE(received(upper.bridge().requests()), expected);
+}
+
 void TestHotkeyActions::offersFourChoicesPerRoomAfterNoAction()
 {
     QCOMPARE(HotkeyActions::options({}),
@@ -228,25 +291,54 @@ void TestHotkeyActions::offersFourChoicesPerRoomAfterNoAction()
                                 {.group_id = QStringLiteral("2"), .name = QStringLiteral("Hall")}};
     QStringList ids;
     QStringList titles;
-    for (const GroupActionOption& option : HotkeyActions::options(rooms)) {
+    for (const GroupActionOption& option : HotkeyActions::options({{u"B1"_qs, u"Home"_qs, rooms}})) {
         ids << option.id;
         titles << option.title;
     }
-    QCOMPARE(ids, (QStringList{"no_action", "1_on", "1_off", "1_brighter", "1_darker", "2_on", "2_off",
-                               "2_brighter", "2_darker"}));
+    QCOMPARE(ids, (QStringList{"no_action", "B1/1_on", "B1/1_off", "B1/1_brighter", "B1/1_darker", "B1/2_on",
+                               "B1/2_off", "B1/2_brighter", "B1/2_darker"}));
     QCOMPARE(titles, (QStringList{"(No Action)", "Kitchen On", "Kitchen Off", "Kitchen Brighter",
                                   "Kitchen Darker", "Hall On", "Hall Off", "Hall Brighter", "Hall Darker"}));
     // A zone may be picked too, and says it is one.
     const QList<HueGroup> zone{{.group_id = QStringLiteral("7"),
                                 .name = QStringLiteral("Downstairs"),
                                 .type = QStringLiteral("Zone")}};
-    QCOMPARE(HotkeyActions::options(zone).at(1).title, QStringLiteral("Downstairs (zone) On"));
+    QCOMPARE(HotkeyActions::options({{u"B1"_qs, u"Home"_qs, zone}}).at(1).title,
+             QStringLiteral("Downstairs (zone) On"));
+}
+
+void TestHotkeyActions::namesTheBridgeOfARoomNameOnSeveralBridges()
+{
+    const auto titles = [](const QList<BridgeRooms>& bridges) {
+        QStringList list;
+        for (const GroupActionOption& option : HotkeyActions::options(bridges)) {
+            if (option.id.endsWith(u"_on"_qs))
+                list << option.id + u' ' + option.title;
+        }
+        return list;
+    };
+    const HueGroup living{.group_id = u"1"_qs, .name = u"Living room"_qs};
+    const HueGroup kitchen{.group_id = u"2"_qs, .name = u"Kitchen"_qs};
+    const HueGroup bath{.group_id = u"2"_qs, .name = u"Bathroom"_qs};
+    const HueGroup upperLiving{.group_id = u"1"_qs, .name = u"living room"_qs};
+    QCOMPARE(titles({{u"A"_qs, u"Philips hue"_qs, {living, kitchen}},
+                     {u"B"_qs, u"Upstairs"_qs, {upperLiving, bath}}}),
+             (QStringList{"A/1_on Living room (Philips hue) On", "A/2_on Kitchen On",
+                          "B/1_on living room (Upstairs) On", "B/2_on Bathroom On"}));
+    // Two bridges of one name are told apart by their ids; a room twice on one bridge is left as it is.
+    QCOMPARE(
+        titles({{u"A"_qs, u"Philips hue"_qs, {living}}, {u"B"_qs, u"Philips hue"_qs, {living, living}}}),
+        (QStringList{"A/1_on Living room (A) On", "B/1_on Living room (B) On", "B/1_on Living room (B) On"}));
+    QCOMPARE(titles({{u"A"_qs, u"Philips hue"_qs, {kitchen, kitchen}}}),
+             (QStringList{"A/2_on Kitchen On", "A/2_on Kitchen On"}));
+    // A first bridge that has not proved its id offers its rooms in the older form.
+    QCOMPARE(titles({{QString(), u"192.168.1.5"_qs, {kitchen}}}), QStringList{"2_on Kitchen On"});
 }
 
 void TestHotkeyActions::storesTheStepAndTheChoice()
 {
     m_bench->actions().storeStep(10);
-    QCOMPARE(m_bench->settings().keyIncrement(), 10);
+    QCOMPARE(m_bench->settings().preferences().keyIncrement(), 10);
     QCOMPARE(m_bench->store().readInt(SettingsKeys::keyIncrement), 10);
 
     QCOMPARE(m_bench->actions().currentChoice(3), QStringLiteral("no_action"));
@@ -254,10 +346,13 @@ void TestHotkeyActions::storesTheStepAndTheChoice()
     QCOMPARE(m_bench->actions().currentChoice(3), QStringLiteral("2_darker"));
     QCOMPARE(m_bench->actions().customGroupAction(3),
              (GroupHotkeyAction{GroupHotkeyAction::Kind::darker, "2"}));
+    m_bench->actions().storeChoice(3, QStringLiteral("001788FFFE9C4D5E/2_darker"));
+    QCOMPARE(m_bench->actions().customGroupAction(3),
+             (GroupHotkeyAction{GroupHotkeyAction::Kind::darker, "2", "001788FFFE9C4D5E"}));
 
     // A step that cannot be negated: darker says so and sends nothing, instead of a wrong step.
     m_bench->setRooms({QStringLiteral("1")});
-    m_bench->settings().setKeyIncrement(std::numeric_limits<qint64>::min());
+    m_bench->settings().preferences().setKeyIncrement(std::numeric_limits<qint64>::min());
     PrintedLines printed;
     press(HotkeyNames::allLightsDarker());
     QVERIFY(!m_bench->queue().isProcessing());

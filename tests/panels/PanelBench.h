@@ -32,7 +32,7 @@ public:
         settings().setHueKey(m_key);
     }
 
-    AppSettings& settings() { return m_state.settings(); }
+    BridgeLink& settings() { return m_state.settings(); }
     SettingsStore& store() { return m_state.store(); }
     BridgeCommands& commands() { return *m_commands; }
 

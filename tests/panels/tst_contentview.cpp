@@ -5,11 +5,16 @@
 #include "bridge/ActionQueue.h"
 #include "bridge/BridgeCommands.h"
 #include "panels/BodyView.h"
+#include "panels/BridgeSections.h"
 #include "panels/ConnectionBanner.h"
 #include "panels/ContentView.h"
 #include "panels/CustomSlider.h"
+#include "panels/ListLights.h"
 #include "panels/PanelTabs.h"
 #include "panels/TitleBars.h"
+#include "session/BridgeSession.h"
+#include "session/BridgeSessions.h"
+#include "state/BridgeHome.h"
 #include "state/ProductLinks.h"
 
 #include <QAbstractButton>
@@ -23,6 +28,7 @@
 #include <QSignalSpy>
 #include <QStackedWidget>
 #include <QTest>
+#include <QToolButton>
 
 #include <memory>
 
@@ -51,13 +57,14 @@ private slots:
     void emptyPanelTellsUnpairedFromUnreachable_data();
     void emptyPanelTellsUnpairedFromUnreachable();
     void settingsLinkAsksForTheConnectionSettings();
+    void showsOneSectionPerBridgeWhenSeveralArePaired();
     void everyControlHasANameAndARole();
     void tabVisitsTheControlsInOrder();
 
 private:
     void build(const ProductLinks& links);
     QWidget* currentBodyPage() const;
-    AppSettings& settings() { return m_rig->files.settings(); }
+    BridgeLink& settings() { return m_rig->files.settings(); }
     static HueLight light(const QString& id);
 
     /// What a content view works with; each part refers to the ones before it.
@@ -65,8 +72,9 @@ private:
     {
         TestSettings files;
         BridgeNetwork network;
-        ActionQueue queue{files.settings(), network};
-        BridgeCommands commands{files.settings(), queue};
+        BridgeSessions sessions;
+        BridgeSession& session{sessions.add(std::make_unique<BridgeSession>(files.settings(), network))};
+        ActionQueue& queue{session.queue()};
         UrlCatcher browser;
     };
     std::unique_ptr<Rig> m_rig;
@@ -96,7 +104,7 @@ void TestContentView::cleanup()
 void TestContentView::build(const ProductLinks& links)
 {
     m_view.reset();
-    m_view = std::make_unique<ContentView>(settings(), m_rig->commands, links);
+    m_view = std::make_unique<ContentView>(settings().preferences(), m_rig->sessions, links);
     m_view->resize(ContentView::contentWidth, 320);
     m_view->show();
     QVERIFY(QTest::qWaitForWindowExposed(m_view.get()));
@@ -132,21 +140,79 @@ void TestContentView::clickingATabShowsItsPanelAndAsksForItsHeight()
     QFETCH(MainPanels, from);
     QFETCH(MainPanels, panel);
     QFETCH(qint64, height);
-    settings().setShowScenes(true);
-    settings().setActiveMainPanel(from);
-    settings().setPresetWindowHeightLights(300);
-    settings().setPresetWindowHeightRooms(320);
-    settings().setPresetWindowHeightScenes(340);
-    QSignalSpy resize(&settings(), &AppSettings::windowResizePlease);
+    settings().preferences().setShowScenes(true);
+    settings().preferences().setActiveMainPanel(from);
+    settings().preferences().setPresetWindowHeight(MainPanels::lights, 300);
+    settings().preferences().setPresetWindowHeight(MainPanels::rooms, 320);
+    settings().preferences().setPresetWindowHeight(MainPanels::scenes, 340);
+    QSignalSpy resize(&settings().preferences(), &Preferences::windowResizePlease);
 
     QTest::mouseClick(m_view->findChild<PanelTabs*>()->tab(panel), Qt::LeftButton);
     // The tap is handed to the event loop: nothing has changed yet when the click returns.
     QCOMPARE(resize.size(), 0);
 
     QTRY_COMPARE(resize.size(), 1);
-    QCOMPARE(settings().activeMainPanel(), panel);
+    QCOMPARE(settings().preferences().activeMainPanel(), panel);
     QCOMPARE(resize.first().first().value<qint64>(), height);
     QCOMPARE(m_rig->files.store().readInt(QStringLiteral("activePanel")), int(panel));
+}
+
+void TestContentView::showsOneSectionPerBridgeWhenSeveralArePaired()
+{
+    settings().setBridgeName(u"Downstairs"_qs);
+    settings().home().setLights({light(u"1"_qs), light(u"2"_qs)});
+    QVERIFY(qobject_cast<ListLights*>(currentBodyPage()));
+    const int oneBridge = m_view->sizeHint().height();
+
+    // A second bridge with a lamp "1" of its own: each lamp is listed under its bridge.
+    BridgeHome upstairsHome;
+    auto upstairs =
+        std::make_unique<BridgeLink>(settings().preferences(), settings().activity(), upstairsHome);
+    upstairs->setBridgeName(u"Upstairs"_qs);
+    upstairs->setHueKey(u"key"_qs);
+    upstairsHome.setBridgeConnected(true);
+    upstairsHome.setLights({light(u"1"_qs)});
+    BridgeSession& second =
+        m_rig->sessions.add(std::make_unique<BridgeSession>(std::move(upstairs), m_rig->network));
+    QTRY_VERIFY(qobject_cast<BridgeSections*>(currentBodyPage()));
+    const QList<BridgeSection*> sections = m_view->body().sections();
+    QCOMPARE(sections.size(), 2);
+    QCOMPARE(sections.at(0)->heading()->text(), u"Downstairs"_qs);
+    QCOMPARE(sections.at(1)->heading()->accessibleName(), u"Bridge Upstairs"_qs);
+    QCOMPARE(qobject_cast<ListLights*>(sections.at(0)->list())->lightRows().size(), 2);
+    QCOMPARE(qobject_cast<ListLights*>(sections.at(1)->list())->lightRows().size(), 1);
+    QTRY_VERIFY(m_view->sizeHint().height() > oneBridge);
+    // Bridges of the same name are told apart by the end of their ids.
+    second.link().setBridgeContact(u"http"_qs, u"001788FFFE9C4D5E"_qs, {});
+    second.link().setBridgeName(u"Downstairs"_qs);
+    QCOMPARE(sections.at(1)->heading()->text(), u"Downstairs (9C4D5E)"_qs);
+    second.link().setBridgeName(u"Upstairs"_qs);
+    // One bridge gone: the line names it, and the other's lamps stay listed and usable.
+    upstairsHome.setBridgeConnected(false);
+    auto* banner = m_view->findChild<ConnectionBanner*>();
+    QTRY_COMPARE(banner->message(), u"Upstairs: Bridge not reachable \u2014 retrying"_qs);
+    QVERIFY(sections.at(0)->list()->isEnabled());
+    upstairsHome.setBridgeConnected(true);
+    QTRY_VERIFY(!banner->isVisible());
+
+    // A heading folds its bridge away; the rooms panel has sections too, and a bridge without rooms says so.
+    const int unfolded = m_view->sizeHint().height();
+    QTest::mouseClick(sections.at(0)->heading(), Qt::LeftButton);
+    QVERIFY(sections.at(0)->isFolded() && !sections.at(0)->list()->isVisibleTo(sections.at(0)));
+    QTRY_VERIFY(m_view->sizeHint().height() < unfolded);
+    settings().preferences().setActiveMainPanel(MainPanels::rooms);
+    QTRY_COMPARE(m_view->body().sections().size(), 2);
+    QVERIFY(m_view->body()
+                .sections()
+                .at(1)
+                ->findChild<QLabel*>(u"bridgeSectionEmpty"_qs)
+                ->text()
+                .contains(u"No rooms"));
+    // Down to one bridge: its list alone again, as before the second came.
+    settings().preferences().setActiveMainPanel(MainPanels::lights);
+    m_rig->sessions.remove(&second);
+    QTRY_VERIFY(qobject_cast<ListLights*>(currentBodyPage()));
+    QVERIFY(m_view->body().sections().isEmpty());
 }
 
 void TestContentView::offersTheScenesTabOnlyWhileScenesAreShown()
@@ -161,15 +227,15 @@ void TestContentView::offersTheScenesTabOnlyWhileScenesAreShown()
     QCOMPARE(lights->x(), 10);
     QCOMPARE(rooms->geometry().right(), tabs->width() - 10 - 1);
 
-    settings().setShowScenes(true);
+    settings().preferences().setShowScenes(true);
     QTRY_VERIFY(scenes->isVisible());
     QTRY_VERIFY(rooms->width() < ContentView::contentWidth / 3);
     QVERIFY(qAbs(lights->width() - rooms->width()) <= 1 && qAbs(rooms->width() - scenes->width()) <= 1);
     QCOMPARE(scenes->geometry().right(), tabs->width() - 10 - 1);
 
     // Taking the tab away while its panel is open falls back to the lights.
-    settings().setActiveMainPanel(MainPanels::scenes);
-    settings().setShowScenes(false);
+    settings().preferences().setActiveMainPanel(MainPanels::scenes);
+    settings().preferences().setShowScenes(false);
     QTRY_VERIFY(!scenes->isVisible());
     auto* hint = qobject_cast<QLabel*>(currentBodyPage());
     QVERIFY(hint &&
@@ -201,8 +267,8 @@ void TestContentView::showsTheHintOfAnEmptyPanel()
         settings().home().setGroups({room});
     else
         settings().home().setLights({light(QStringLiteral("1"))});
-    settings().setShowScenes(true);
-    settings().setActiveMainPanel(MainPanels(panel));
+    settings().preferences().setShowScenes(true);
+    settings().preferences().setActiveMainPanel(MainPanels(panel));
 
     auto* hint = qobject_cast<QLabel*>(currentBodyPage());
     QVERIFY(hint && hint->isVisible());
@@ -217,8 +283,8 @@ void TestContentView::showsTheListOnceItsPanelHasContentAndKeepsIt()
     QVERIFY(list && !qobject_cast<QLabel*>(list));
 
     settings().home().setLights({light(QStringLiteral("1")), light(QStringLiteral("2"))});
-    settings().setActiveMainPanel(MainPanels::rooms);
-    settings().setActiveMainPanel(MainPanels::lights);
+    settings().preferences().setActiveMainPanel(MainPanels::rooms);
+    settings().preferences().setActiveMainPanel(MainPanels::lights);
     QCOMPARE(currentBodyPage(), list);
 
     settings().home().setLights({});
@@ -252,7 +318,7 @@ void TestContentView::reviewButtonThanksOnceAndHidesTheBanner()
     if (!reviewPage)
         build(ProductLinks{});
     settings().home().setLights({light(QStringLiteral("1"))});
-    settings().setShowReviewRequest(true);
+    settings().preferences().setShowReviewRequest(true);
     auto* title = m_view->findChild<RegularTitlebarView*>();
     auto* heart = title->findChild<QAbstractButton*>(QStringLiteral("reviewButton"));
     auto* productName = title->findChild<QLabel*>(QStringLiteral("productName"));
@@ -265,7 +331,7 @@ void TestContentView::reviewButtonThanksOnceAndHidesTheBanner()
     QCOMPARE(m_rig->files.store().value(QStringLiteral("noMoreReviewRequests")), QVariant(true));
     QCOMPARE(m_rig->files.store().readString(QStringLiteral("reviewedVersion")).value_or(QString()),
              QStringLiteral("3.1.4"));
-    QVERIFY(!settings().showReviewRequest() && !heart->isVisible() && productName->isVisible());
+    QVERIFY(!settings().preferences().showReviewRequest() && !heart->isVisible() && productName->isVisible());
 }
 
 void TestContentView::settingsButtonsAskForThePreferences_data()
@@ -331,7 +397,7 @@ void TestContentView::naturalHeightFollowsTheActivePanel()
     QVERIFY2(many - one > 5 * 30, qPrintable(u"%1 %2"_qs.arg(one).arg(many)));
 
     // The rooms panel has no rooms: back to the hint's height.
-    settings().setActiveMainPanel(MainPanels::rooms);
+    settings().preferences().setActiveMainPanel(MainPanels::rooms);
     QVERIFY(m_view->sizeHint().height() < many);
 }
 
@@ -393,12 +459,12 @@ void TestContentView::emptyPanelTellsUnpairedFromUnreachable()
     QCOMPARE(bar->message(), u"The bridge refused the change: parameter, bri, is not modifiable"_qs);
     const QString file = m_rig->files.fileName();
     QVERIFY(QFile::remove(file) && QDir().mkpath(file));
-    settings().setAppIcon(u"Icon_Lamp2"_qs);
+    settings().preferences().setAppIcon(u"Icon_Lamp2"_qs);
     QVERIFY2(bar->message().startsWith(u"Settings could not be saved: the settings file"_qs),
              qPrintable(bar->message()));
     QVERIFY(settings().activity().log().last().startsWith(u"Settings could not be saved"_qs));
     QVERIFY(QDir().rmdir(file));
-    settings().setAppIcon(u"Icon_Lamp3"_qs);
+    settings().preferences().setAppIcon(u"Icon_Lamp3"_qs);
     QCOMPARE(bar->message(), u"The bridge refused the change: parameter, bri, is not modifiable"_qs);
 }
 
@@ -420,7 +486,7 @@ void TestContentView::settingsLinkAsksForTheConnectionSettings()
 
 void TestContentView::everyControlHasANameAndARole()
 {
-    settings().setShowScenes(true);
+    settings().preferences().setShowScenes(true);
     HueLight colour = light(QStringLiteral("1"));
     colour.allows_color = colour.allows_ambient = true;
     settings().home().setLights({colour, light(QStringLiteral("2"))});
@@ -431,7 +497,7 @@ void TestContentView::everyControlHasANameAndARole()
 
     int checked = 0;
     for (MainPanels panel : {MainPanels::lights, MainPanels::scenes}) {
-        settings().setActiveMainPanel(panel);
+        settings().preferences().setActiveMainPanel(panel);
         for (QWidget* widget : m_view->findChildren<QWidget*>()) {
             if (!widget->isVisibleTo(m_view.get()) || !(widget->focusPolicy() & Qt::TabFocus))
                 continue;

@@ -88,7 +88,7 @@ void TestGroupRow::membersDecideTheBar()
     QFETCH(bool, color);
     QFETCH(bool, whiteTone);
 
-    m_bench->settings().setShowColorBarsForRooms(roomBars);
+    m_bench->settings().preferences().setShowColorBarsForRooms(roomBars);
     GroupRow* row = showRoom(members);
     QVERIFY(row);
     QCOMPARE(row->findChild<ColorField*>()->isVisible(), color);
@@ -103,11 +103,11 @@ void TestGroupRow::followsTheColorBarOptionAndTheLights()
     auto* whiteTone = row->findChild<TemperatureBar*>();
     QVERIFY(whiteTone->isVisible());
 
-    m_bench->settings().setShowColorBarsForRooms(false);
+    m_bench->settings().preferences().setShowColorBarsForRooms(false);
     QVERIFY(!whiteTone->isVisible());
     QVERIFY(!colorField->isVisible());
 
-    m_bench->settings().setShowColorBarsForRooms(true);
+    m_bench->settings().preferences().setShowColorBarsForRooms(true);
     // Lamp "2" turns out to take colour on the next refresh of the lights.
     m_bench->settings().home().updateLight(u"2"_qs, [](HueLight& l) { l.allows_color = true; });
     QVERIFY(colorField->isVisible());
@@ -203,7 +203,7 @@ void TestGroupRow::zonesFollowTheRoomsUnderTheirHeading()
     QTest::mouseClick(m_list->groupRows().last()->findChild<RowSwitch*>(), Qt::LeftButton);
     QTRY_COMPARE(m_bench->sentTo(u"groups/9/action"_qs).size(), 1);
 
-    m_bench->settings().setShowZones(false);
+    m_bench->settings().preferences().setShowZones(false);
     QCOMPARE(shown(), (QStringList{u"1"_qs, u"2"_qs}));
     QVERIFY(!m_list->findChild<QLabel*>(u"zonesHeading"_qs)->isVisible());
 }

@@ -175,7 +175,7 @@ void TestLightRow::showsTheBarsTheLampSupports()
     QFETCH(bool, ambient);
     QFETCH(bool, roomBars);
 
-    m_bench->settings().setShowColorBarsForRooms(roomBars);
+    m_bench->settings().preferences().setShowColorBarsForRooms(roomBars);
     makeRow(color, ambient);
     QCOMPARE(m_row->findChild<ColorField*>()->isVisible(), color);
     QCOMPARE(m_row->findChild<TemperatureBar*>()->isVisible(), ambient);

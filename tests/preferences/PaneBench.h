@@ -9,24 +9,25 @@
 #include "connection/BridgeDiscovery.h"
 #include "connection/BridgePairing.h"
 #include "preferences/panes/DebugReport.h"
+#include "session/BridgeSession.h"
+#include "session/BridgeSessions.h"
 #include "simulator/BridgeSimulator.h"
 
 #include <QNetworkAccessManager>
 #include <QTest>
 
 #include <memory>
+#include <vector>
 
 /// What the preference panes talk to, as in the running program: the shared state on a fresh settings file,
-/// the real discovery, pairing and connection against a simulated bridge on loopback, a stand-in discovery
-/// service and a fake shell.
+/// a session for the first bridge (its pairing and connection real, against a simulated bridge on loopback)
+/// and room for more, the real discovery, a stand-in discovery service and a fake shell.
 class PaneBench final
 {
 public:
     PaneBench()
     {
-        m_pairing = std::make_unique<BridgePairing>(settings(), m_network);
-        m_queue = std::make_unique<ActionQueue>(settings(), m_network);
-        m_connection = std::make_unique<BridgeConnection>(settings(), m_network, *m_pairing, *m_queue);
+        m_session = &m_sessions.add(std::make_unique<BridgeSession>(settings(), m_network));
         m_discovery = std::make_unique<BridgeDiscovery>(commands, m_network);
         m_discovery->setArpCommand(QStringLiteral("arp")); // the fake table
         m_discovery->setServiceUrl(QUrl());                // switched off unless a test starts the stand-in
@@ -37,24 +38,48 @@ public:
     bool start() { return m_bridge.listen() && service.listen(); }
 
     /// Pairs for real (the link button pressed) and waits until the lights are in.
-    bool connect()
+    bool connect() { return connect(*m_session, m_bridge); }
+    /// ... the session with `bridge`.
+    static bool connect(BridgeSession& session, BridgeSimulator& bridge)
     {
-        settings().setHueIP(m_bridge.hostAndPort());
-        settings().setBridgeContact(QStringLiteral("http"), {}, {});
-        m_bridge.pressLinkButton();
-        m_connection->connectToBridge();
-        return QTest::qWaitFor([this] { return settings().home().bridgeConnected(); }, 10000);
+        session.link().setHueIP(bridge.hostAndPort());
+        session.link().setBridgeContact(QStringLiteral("http"), {}, {});
+        bridge.pressLinkButton();
+        session.connectToBridge();
+        return QTest::qWaitFor([&session] { return session.link().home().bridgeConnected(); }, 10000);
     }
 
-    AppSettings& settings() { return m_state.settings(); }
+    /// An empty session for one more bridge, with a home of its own, as the application adds one.
+    BridgeSession& addSession()
+    {
+        m_homes.push_back(std::make_unique<BridgeHome>());
+        auto link =
+            std::make_unique<BridgeLink>(settings().preferences(), settings().activity(), *m_homes.back());
+        link->load({}, -1);
+        return m_sessions.add(std::make_unique<BridgeSession>(std::move(link), m_network));
+    }
+    /// Forgets the bridge as the application does: its entry and its session; the last one is emptied.
+    void removeSession(BridgeSession& session)
+    {
+        session.link().forgetStoredEntry();
+        if (m_sessions.size() == 1)
+            session.link().load({}, -1);
+        else
+            m_sessions.remove(&session);
+    }
+
+    BridgeLink& settings() { return m_state.settings(); }
     BridgeNetwork& network() { return m_network; }
     SettingsStore& store() { return m_state.store(); }
     TestSettings& state() { return m_state; }
     BridgeSimulator& bridge() { return m_bridge; }
     BridgeDiscovery& discovery() { return *m_discovery; }
-    BridgePairing& pairing() { return *m_pairing; }
-    BridgeConnection& connection() { return *m_connection; }
-    ActionQueue& queue() { return *m_queue; }
+    BridgeSessions& sessions() { return m_sessions; }
+    /// The first bridge's session, over settings().
+    BridgeSession& session() { return *m_session; }
+    BridgePairing& pairing() { return m_session->pairing(); }
+    BridgeConnection& connection() { return m_session->connection(); }
+    ActionQueue& queue() { return m_session->queue(); }
     DebugReport& debugReport() { return *m_debugReport; }
 
     FakeCommands commands;
@@ -64,9 +89,9 @@ private:
     TestSettings m_state;
     BridgeSimulator m_bridge;
     BridgeNetwork m_network;
-    std::unique_ptr<BridgePairing> m_pairing;
-    std::unique_ptr<ActionQueue> m_queue;
-    std::unique_ptr<BridgeConnection> m_connection;
+    std::vector<std::unique_ptr<BridgeHome>> m_homes; // of the sessions added; they outlive the sessions
+    BridgeSessions m_sessions;
+    BridgeSession* m_session;
     std::unique_ptr<BridgeDiscovery> m_discovery;
     std::unique_ptr<DebugReport> m_debugReport;
 };

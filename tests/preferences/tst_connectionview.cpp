@@ -2,20 +2,28 @@
 #include "PaneBench.h"
 #include "model/BridgeAddress.h"
 #include "preferences/panes/ConfigurationPart.h"
+#include "preferences/panes/ConnectionPane.h"
 #include "preferences/panes/ConnectionView.h"
 #include "preferences/panes/ImagePlayer.h"
 #include "preferences/panes/PaneWidgets.h"
 #include "state/JsonSettingsStore.h"
 #include "state/SettingsKeys.h"
 
+#include <QApplication>
 #include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QMessageBox>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QTimer>
+#include <QTreeWidget>
 
 class TestConnectionView final : public QObject
 {
@@ -36,12 +44,60 @@ private Q_SLOTS:
     void severalBridgesAreListedAndTheUserPicksOne();
     void linkButtonAnimationHoldsTheLastFrameForThirtyTicks();
     void sendDebugLinkRunsTheScriptAndThanks();
+    void theListShowsEachBridgeAndHowItStands();
+    void anAddedBridgeIsPairedBesideTheFirst();
+    void detectLeavesOutBridgesPairedAlready_data();
+    void detectLeavesOutBridgesPairedAlready();
+    void removeAsksAndForgetsOnlyThatBridge();
 
 private:
     template <typename T>
     T* child(const QString& name) const
     {
         return m_view->findChild<T*>(name);
+    }
+    ConnectionView& view() const { return *m_view->connectionView(); }
+    QTreeWidget* bridgeList() const { return child<QTreeWidget>(QStringLiteral("pairedBridges")); }
+    /// Name, id, address, transport and state of the list's row.
+    QStringList row(int index) const
+    {
+        QStringList texts;
+        for (int column = 0; column < 5; ++column)
+            texts << bridgeList()->topLevelItem(index)->text(column);
+        return texts;
+    }
+    /// The bridges the settings file holds, as "id key" each.
+    QStringList storedBridges() const
+    {
+        QFile file(m_bench->state().fileName());
+        if (!file.open(QIODevice::ReadOnly))
+            return {};
+        QStringList bridges;
+        for (const QJsonValue bridge : QJsonDocument::fromJson(file.readAll())[u"bridges"_qs].toArray())
+            bridges << bridge[u"id"_qs].toString() + u' ' + bridge[u"key"_qs].toString();
+        return bridges;
+    }
+    /// Adds a second bridge beside the first, both paired.
+    BridgeSession& pairSecondBridge(BridgeSimulator& bridge)
+    {
+        BridgeSession& second = m_bench->addSession();
+        if (!m_bench->connect() || !PaneBench::connect(second, bridge))
+            qWarning("a bridge could not be paired");
+        return second;
+    }
+    /// Answers the question the pane is about to ask with the button of `role`, keeping its text in `asked`.
+    void answerNextQuestion(QMessageBox::ButtonRole role, QString* asked)
+    {
+        QTimer::singleShot(0, this, [role, asked] {
+            auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+            if (!box)
+                return;
+            *asked = box->text();
+            for (QAbstractButton* button : box->buttons()) {
+                if (box->buttonRole(button) == role)
+                    return button->click();
+            }
+        });
     }
     QString status() const { return child<QLabel>(QStringLiteral("connectionStatus"))->text(); }
     QPushButton* statusButton() const { return child<QPushButton>(QStringLiteral("statusButton")); }
@@ -67,15 +123,18 @@ private:
     }
 
     std::unique_ptr<PaneBench> m_bench;
-    std::unique_ptr<ConnectionView> m_view;
+    std::unique_ptr<ConnectionPane> m_view;
 };
 
 void TestConnectionView::init()
 {
     m_bench = std::make_unique<PaneBench>();
     QVERIFY(m_bench->start());
-    m_view = std::make_unique<ConnectionView>(m_bench->settings(), m_bench->discovery(), m_bench->pairing(),
-                                              m_bench->connection(), m_bench->debugReport());
+    PaneBench* bench = m_bench.get();
+    m_view = std::make_unique<ConnectionPane>(
+        m_bench->sessions(), m_bench->discovery(), m_bench->debugReport(),
+        [bench]() -> BridgeSession& { return bench->addSession(); },
+        [bench](BridgeSession& session) { bench->removeSession(session); });
     m_view->show();
 }
 
@@ -94,7 +153,7 @@ void TestConnectionView::statusShowsTheConnectionAndItsButtonDisconnects()
     QCOMPARE(statusButton()->text(), QStringLiteral("Connect"));
     QVERIFY(shows(ConnectionView::unpairedHint()));
     QVERIFY(!shows(ConnectionView::connectedHint()));
-    const ImagePlayer& linkExplainer = m_view->linkExplainer();
+    const ImagePlayer& linkExplainer = view().linkExplainer();
     QVERIFY(shows(ConnectionView::linkButtonHint()) && linkExplainer.timer().isActive());
 
     QVERIFY(m_bench->connect());
@@ -123,7 +182,7 @@ void TestConnectionView::pairingAsksForTheLinkButtonUntilItIsPressed()
 {
     m_bench->store().writeString(SettingsKeys::bridgeUser, QStringLiteral("old-key"));
     QTest::mouseClick(child<QRadioButton>(QStringLiteral("manualChoice")), Qt::LeftButton);
-    QCOMPARE(m_view->configurationPart().connectionType(), ConfigurationPart::manual);
+    QCOMPARE(view().configurationPart().connectionType(), ConfigurationPart::manual);
     auto* field = child<QLineEdit>(QStringLiteral("addressField"));
     QVERIFY(field->isVisible());
     QTest::keyClicks(field, QStringLiteral(" ") + m_bench->bridge().hostAndPort());
@@ -167,7 +226,7 @@ void TestConnectionView::connectKeepsTheKeyOfAPairedBridgeThatDoesNotAnswer()
     const QString detail = child<QLabel>(QStringLiteral("statusDetail"))->text();
     QVERIFY2(detail.contains(u"127.0.0.1:%1"_qs.arg(port)), qPrintable(detail));
     QVERIFY(shows(detail));
-    QVERIFY(!shows(ConnectionView::linkButtonHint()) && !m_view->linkExplainer().isVisible());
+    QVERIFY(!shows(ConnectionView::linkButtonHint()) && !view().linkExplainer().isVisible());
     QVERIFY(!shows(ConnectionView::unpairedHint()));
 
     // Connect asks for a new key, which the bridge cannot give: the one it knows stays in the file.
@@ -180,7 +239,7 @@ void TestConnectionView::connectKeepsTheKeyOfAPairedBridgeThatDoesNotAnswer()
     m_view.reset();
     m_bench->connection().stopBridgeStateRefresher();
     JsonSettingsStore store(m_bench->state().fileName());
-    AppSettings settings(store);
+    BridgeLink settings(store);
     settings.load();
     QVERIFY(m_bench->bridge().listen(QHostAddress::LocalHost, port));
     BridgePairing pairing(settings, m_bench->network());
@@ -357,7 +416,7 @@ void TestConnectionView::severalBridgesAreListedAndTheUserPicksOne()
 
 void TestConnectionView::linkButtonAnimationHoldsTheLastFrameForThirtyTicks()
 {
-    ImagePlayer& player = m_view->linkExplainer();
+    ImagePlayer& player = view().linkExplainer();
     QVERIFY(player.timer().isActive());
     QCOMPARE(player.timer().interval(), 70);
     QCOMPARE(player.imageName(), QStringLiteral("frame_0"));
@@ -399,8 +458,139 @@ void TestConnectionView::sendDebugLinkRunsTheScriptAndThanks()
     qputenv("PATH", path);
 
     QCOMPARE(m_bench->commands.scriptsRun, QStringList{QStringLiteral("send_debug|")});
-    QVERIFY(m_view->debugSent());
+    QVERIFY(view().debugSent());
     QCOMPARE(link->text(), QStringLiteral("Thank you!"));
+}
+
+void TestConnectionView::theListShowsEachBridgeAndHowItStands()
+{
+    QVERIFY(!bridgeList()->isVisible()); // nothing paired yet: the pane is about pairing the first
+    BridgeSimulator upstairs(BridgeSimulator::Floor::Upper);
+    QVERIFY(upstairs.listen());
+    BridgeSession& second = pairSecondBridge(upstairs);
+    QVERIFY(second.link().home().bridgeConnected());
+
+    QVERIFY(bridgeList()->isVisible());
+    QCOMPARE(bridgeList()->accessibleName(), u"Paired bridges"_qs);
+    const BridgeSimulator& ground = m_bench->bridge();
+    QCOMPARE(row(0), (QStringList{u"Philips hue"_qs, ground.bridgeId(), ground.hostAndPort(), u"HTTP"_qs,
+                                  u"reading"_qs}));
+    QCOMPARE(row(1), (QStringList{u"Upstairs"_qs, upstairs.bridgeId(), upstairs.hostAndPort(), u"HTTP"_qs,
+                                  u"reading"_qs}));
+    m_bench->settings().home().setLiveUpdates(true);
+    QCOMPARE(row(0).last(), u"live"_qs);
+
+    // The row chosen is the bridge shown below, and the one asked for a new key.
+    bridgeList()->setCurrentItem(bridgeList()->topLevelItem(1));
+    QCOMPARE(&view().session(), &second);
+    QCOMPARE(child<QLineEdit>(QStringLiteral("addressField"))->text(), upstairs.hostAndPort());
+    const qsizetype groundRequests = ground.requests().size();
+    const auto pairingsUpstairs = [&upstairs] {
+        return std::count_if(
+            upstairs.requests().cbegin(), upstairs.requests().cend(),
+            [](const SimulatedRequest& r) { return r.method == "POST" && r.path == u"/api"; });
+    };
+    const auto before = pairingsUpstairs();
+    QTest::mouseClick(child<QPushButton>(QStringLiteral("pairBridgeAgain")), Qt::LeftButton);
+    QTRY_COMPARE(pairingsUpstairs(), before + 1);
+    QVERIFY(std::none_of(ground.requests().cbegin() + groundRequests, ground.requests().cend(),
+                         [](const SimulatedRequest& r) { return r.method == "POST"; }));
+
+    upstairs.close();
+    second.queue().setLastUserActionAt(QDateTime::currentDateTime().addSecs(-60));
+    second.connection().refreshTick();
+    QTRY_COMPARE_WITH_TIMEOUT(row(1).last(), u"not answering"_qs, 10000);
+    QCOMPARE(row(0).last(), u"live"_qs);
+}
+
+void TestConnectionView::anAddedBridgeIsPairedBesideTheFirst()
+{
+    QVERIFY(m_bench->connect());
+    const QString firstKey = m_bench->settings().hueKey();
+    BridgeSimulator upstairs(BridgeSimulator::Floor::Upper);
+    QVERIFY(upstairs.listen());
+
+    QTest::mouseClick(child<QPushButton>(QStringLiteral("addBridge")), Qt::LeftButton);
+
+    // The new bridge is shown below, to be paired; the first stays connected.
+    QCOMPARE(m_bench->sessions().size(), 2);
+    QCOMPARE(&view().session(), m_bench->sessions().all().at(1));
+    QCOMPARE(status(), u"DISCONNECTED"_qs);
+    QVERIFY(shows(ConnectionView::unpairedHint()));
+    QCOMPARE(row(1), (QStringList{u"New bridge"_qs, {}, {}, {}, u"not paired"_qs}));
+    QTest::mouseClick(child<QRadioButton>(QStringLiteral("manualChoice")), Qt::LeftButton);
+    QTest::keyClicks(child<QLineEdit>(QStringLiteral("addressField")), upstairs.hostAndPort());
+    upstairs.pressLinkButton();
+    QTest::mouseClick(child<QPushButton>(QStringLiteral("manualConnectButton")), Qt::LeftButton);
+
+    QTRY_COMPARE_WITH_TIMEOUT(status(), u"CONNECTED"_qs, 10000);
+    QVERIFY(m_bench->settings().home().bridgeConnected());
+    QCOMPARE(storedBridges(), (QStringList{m_bench->bridge().bridgeId() + u' ' + firstKey,
+                                           upstairs.bridgeId() + u' ' + upstairs.users().last()}));
+    QCOMPARE(row(1).first(), u"Upstairs"_qs);
+}
+
+void TestConnectionView::detectLeavesOutBridgesPairedAlready_data()
+{
+    QTest::addColumn<bool>("otherAnnounced"); // a bridge not paired yet answers too
+    QTest::newRow("only the paired one") << false;
+    QTest::newRow("the paired one and another") << true;
+}
+
+void TestConnectionView::detectLeavesOutBridgesPairedAlready()
+{
+    QFETCH(bool, otherAnnounced);
+    QVERIFY(m_bench->connect());
+    BridgeSimulator upstairs(BridgeSimulator::Floor::Upper);
+    QVERIFY(upstairs.listen());
+    FakeLocalNetwork localNetwork;
+    localNetwork.announced = {{u"127.0.0.1"_qs, m_bench->bridge().port(), m_bench->bridge().bridgeId()}};
+    if (otherAnnounced)
+        localNetwork.announced.append({u"127.0.0.1"_qs, upstairs.port(), upstairs.bridgeId()});
+    m_bench->discovery().setLocalNetworkBrowser(&localNetwork);
+    QTest::mouseClick(child<QPushButton>(QStringLiteral("addBridge")), Qt::LeftButton);
+    BridgeLink& added = view().session().link();
+
+    QTest::mouseClick(child<QPushButton>(QStringLiteral("detectButton")), Qt::LeftButton);
+
+    // The one bridge left is taken without a choice: it is asked for a key.
+    QTRY_VERIFY_WITH_TIMEOUT(!error().isEmpty(), 10000);
+    QCOMPARE(error(), otherAnnounced ? u"Bridge responded: Press LINK BUTTON and retry"_qs
+                                     : ConnectionView::allPairedText());
+    QCOMPARE(added.hueIP(), otherAnnounced ? upstairs.hostAndPort() : QString());
+    QVERIFY(!child<QListWidget>(QStringLiteral("bridgeChoices"))->isVisible());
+    QCOMPARE(m_bench->settings().hueIP(), m_bench->bridge().hostAndPort());
+    m_bench->discovery().setLocalNetworkBrowser(nullptr);
+}
+
+void TestConnectionView::removeAsksAndForgetsOnlyThatBridge()
+{
+    BridgeSimulator upstairs(BridgeSimulator::Floor::Upper);
+    QVERIFY(upstairs.listen());
+    BridgeSession& second = pairSecondBridge(upstairs);
+    QTRY_COMPARE(storedBridges().size(), 2);
+    bridgeList()->setCurrentItem(bridgeList()->topLevelItem(1));
+    QCOMPARE(&view().session(), &second);
+    auto* remove = child<QPushButton>(QStringLiteral("removeBridge"));
+
+    QString asked;
+    answerNextQuestion(QMessageBox::RejectRole, &asked);
+    QTest::mouseClick(remove, Qt::LeftButton);
+    QCOMPARE(asked, ConnectionPane::removeQuestion(u"Upstairs"_qs));
+    QCOMPARE(m_bench->sessions().size(), 2);
+    QCOMPARE(storedBridges().size(), 2);
+
+    answerNextQuestion(QMessageBox::DestructiveRole, &asked);
+    QTest::mouseClick(remove, Qt::LeftButton);
+
+    // Only that entry goes; the pane shows the bridge that is left, not the session that ended.
+    QCOMPARE(storedBridges(),
+             QStringList{m_bench->bridge().bridgeId() + u' ' + m_bench->settings().hueKey()});
+    QCOMPARE(m_bench->sessions().all(), QList<BridgeSession*>{&m_bench->session()});
+    QCOMPARE(bridgeList()->topLevelItemCount(), 1);
+    QCOMPARE(&view().session(), &m_bench->session());
+    QCOMPARE(child<QLineEdit>(QStringLiteral("addressField"))->text(), m_bench->bridge().hostAndPort());
+    QCOMPARE(status(), u"CONNECTED"_qs);
 }
 
 QTEST_MAIN(TestConnectionView)

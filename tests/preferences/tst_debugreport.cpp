@@ -13,6 +13,7 @@ namespace {
 
 const QString key = QStringLiteral("Zq8wFh3kLr0pXa9sTu1vBn2mCd4eGi5jKo6lPy7");
 const QString otherKey = QStringLiteral("oldkey0123456789abcdef");
+const QString upstairsKey = QStringLiteral("Upstairs0123456789abcdefKEY");
 
 QByteArray readFile(const QString& path)
 {
@@ -74,8 +75,10 @@ void TestDebugReport::init()
     QVERIFY(m_collector->listen());
     m_bench = std::make_unique<PaneBench>();
     QVERIFY(m_bench->start());
-    m_bench->store().writeString(SettingsKeys::bridgeIP, m_bench->bridge().hostAndPort());
-    m_bench->store().writeString(SettingsKeys::bridgeUser, key);
+    // Stored as Glowdeck stores them: every bridge in "bridges", the first one in the older keys as well.
+    m_bench->settings().preferences().setBridges(
+        {BridgeContact{.id = u"001788FFFE6A3B2C"_qs, .address = m_bench->bridge().hostAndPort(), .key = key},
+         BridgeContact{.id = u"001788FFFE9C4D5E"_qs, .address = u"192.0.2.9"_qs, .key = upstairsKey}});
     m_bench->settings().setHueIP(m_bench->bridge().hostAndPort());
     m_bench->settings().setHueKey(key);
     m_bench->settings().activity().addLogLine(QStringLiteral("Connecting to Bridge... [%1]").arg(key));
@@ -104,6 +107,7 @@ void TestDebugReport::writesAndPostsAReportWithoutTheKey()
         QVERIFY2(text.contains(part), part.constData());
     QVERIFY(!text.contains(key.toUtf8()));
     QVERIFY(!text.contains(otherKey.toUtf8()));
+    QVERIFY2(!text.contains(upstairsKey.toUtf8()), text.constData());
     QCOMPARE(QFile::permissions(DebugReport::reportPath()) & 0x0077, QFileDevice::Permissions());
     QVERIFY(!QFile::exists(DebugReport::inputPath())); // it held the key
 

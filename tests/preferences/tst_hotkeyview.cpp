@@ -3,6 +3,7 @@
 #include "preferences/panes/GroupActionPicker.h"
 #include "preferences/panes/HotkeyView.h"
 #include "preferences/panes/SegmentedControl.h"
+#include "state/BridgeHome.h"
 #include "state/SettingsKeys.h"
 
 #include <QAbstractButton>
@@ -21,6 +22,7 @@ private Q_SLOTS:
     void withNoRoomsEachPickerOffersOnlyNoAction();
     void aPickerStoresItsChoiceInTheSlotOneBelowItsNumber();
     void aPickerKeepsAChoiceForARoomTheBridgeDoesNotList();
+    void aPickerListsTheRoomsOfEveryBridgeAndFollowsThem();
     void stepSizeIsStoredAtOnce_data();
     void stepSizeIsStoredAtOnce();
     void saysSoWhereTheDesktopHasNoGlobalShortcuts();
@@ -49,7 +51,8 @@ void TestHotkeyView::cleanup()
 
 void TestHotkeyView::build()
 {
-    m_view = std::make_unique<HotkeyView>(m_bench->settings(), m_bench->hotkeys(), m_bench->actions());
+    m_view = std::make_unique<HotkeyView>(m_bench->settings().preferences(), m_bench->hotkeys(),
+                                          m_bench->actions());
     m_view->show();
 }
 
@@ -67,6 +70,7 @@ void TestHotkeyView::withNoRoomsEachPickerOffersOnlyNoAction()
 
 void TestHotkeyView::aPickerStoresItsChoiceInTheSlotOneBelowItsNumber()
 {
+    m_bench->setBridge(u"127.0.0.1:9"_qs, u"key"_qs);
     m_bench->setRooms({QStringLiteral("1"), QStringLiteral("2")},
                       {QStringLiteral("Kitchen"), QStringLiteral("Hall")});
     build();
@@ -79,9 +83,9 @@ void TestHotkeyView::aPickerStoresItsChoiceInTheSlotOneBelowItsNumber()
     }
     SettingsStore& store = m_bench->store();
     QCOMPARE(store.readString(QStringLiteral("hotkeyCustomGroupAction0")),
-             std::optional<QString>("2_darker"));
+             std::optional<QString>("001788FFFE6A3B2C/2_darker"));
     QCOMPARE(store.readString(QStringLiteral("hotkeyCustomGroupAction4")),
-             std::optional<QString>("2_darker"));
+             std::optional<QString>("001788FFFE6A3B2C/2_darker"));
     QVERIFY(!store.contains(QStringLiteral("hotkeyCustomGroupAction5")));
     // Nothing is registered again: the choice is read at the next press.
     QVERIFY(m_bench->fake().registrations.isEmpty());
@@ -110,6 +114,49 @@ void TestHotkeyView::aPickerKeepsAChoiceForARoomTheBridgeDoesNotList()
              std::optional<QString>("7_on"));
 }
 
+void TestHotkeyView::aPickerListsTheRoomsOfEveryBridgeAndFollowsThem()
+{
+    // Chosen before there were several bridges: the first bridge's living room.
+    m_bench->store().writeString(u"hotkeyCustomGroupAction1"_qs, u"1_off"_qs);
+    m_bench->setBridge(u"127.0.0.1:9"_qs, u"key"_qs);
+    m_bench->settings().setBridgeName(u"Downstairs"_qs);
+    m_bench->setRooms({u"1"_qs, u"2"_qs}, {u"Living room"_qs, u"Kitchen"_qs});
+    build();
+    GroupActionPicker* second = picker(2);
+    QCOMPARE(second->count(), 9);
+    QCOMPARE(second->currentText(), u"Living room Off"_qs);
+
+    TestSettings upstairs;
+    upstairs.settings().setBridgeContact(u"http"_qs, u"001788FFFE9C4D5E"_qs, {});
+    upstairs.settings().setBridgeName(u"Upstairs"_qs);
+    upstairs.settings().home().setGroups(
+        {{.group_id = u"1"_qs, .name = u"Living room"_qs}, {.group_id = u"3"_qs, .name = u"Bathroom"_qs}});
+    BridgeNetwork network;
+    BridgeSession& session =
+        m_bench->sessions().add(std::make_unique<BridgeSession>(upstairs.settings(), network));
+    QCOMPARE(second->count(), 17);
+    for (const QString& title : {u"Living room (Downstairs) On"_qs, u"Kitchen On"_qs,
+                                 u"Living room (Upstairs) On"_qs, u"Bathroom On"_qs})
+        QVERIFY2(second->findText(title) >= 0, qPrintable(title));
+    // Shown as the first bridge's room, and stored as it was until the user picks again.
+    QCOMPARE(second->currentText(), u"Living room (Downstairs) Off"_qs);
+    QCOMPARE(m_bench->store().readString(u"hotkeyCustomGroupAction1"_qs), std::optional<QString>("1_off"));
+
+    const int upper = second->findText(u"Living room (Upstairs) On"_qs);
+    second->setCurrentIndex(upper);
+    Q_EMIT second->activated(upper);
+    QCOMPARE(m_bench->store().readString(u"hotkeyCustomGroupAction1"_qs),
+             std::optional<QString>("001788FFFE9C4D5E/1_on"));
+
+    // That bridge's rooms change, then the bridge goes.
+    upstairs.settings().home().setGroups({{.group_id = u"1"_qs, .name = u"Attic"_qs}});
+    QVERIFY(second->findText(u"Attic On"_qs) >= 0);
+    QCOMPARE(second->findText(u"Living room (Downstairs) On"_qs), -1);
+    m_bench->sessions().remove(&session);
+    QCOMPARE(second->count(), 10);
+    QCOMPARE(second->currentText(), u"001788FFFE9C4D5E/1_on (room not found)"_qs);
+}
+
 void TestHotkeyView::stepSizeIsStoredAtOnce_data()
 {
     QTest::addColumn<int>("choice");
@@ -123,14 +170,14 @@ void TestHotkeyView::stepSizeIsStoredAtOnce()
 {
     QFETCH(int, choice);
     QFETCH(qint64, stored);
-    m_bench->settings().setKeyIncrement(33); // set by hand: none of the three is shown chosen
+    m_bench->settings().preferences().setKeyIncrement(33); // set by hand: none of the three is shown chosen
     build();
     auto* step = m_view->findChild<SegmentedControl*>(QStringLiteral("stepSize"));
     QCOMPARE(step->selectedIndex(), -1);
 
     QTest::mouseClick(step->button(choice), Qt::LeftButton);
     QCOMPARE(m_bench->store().readInt(SettingsKeys::keyIncrement), stored);
-    QCOMPARE(m_bench->settings().keyIncrement(), stored);
+    QCOMPARE(m_bench->settings().preferences().keyIncrement(), stored);
     QCOMPARE(step->selectedIndex(), choice);
 }
 

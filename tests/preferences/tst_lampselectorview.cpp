@@ -1,7 +1,14 @@
 #include "TestSupport.h"
 #include "preferences/panes/LampSelectorView.h"
+#include "preferences/panes/LightsPane.h"
+#include "session/BridgeSession.h"
+#include "session/BridgeSessions.h"
+#include "state/BridgeHome.h"
+
 #include "preferences/panes/PaneWidgets.h"
 #include "state/LightVisibility.h"
+#include <QComboBox>
+#include <QNetworkAccessManager>
 
 #include <QListWidget>
 #include <QSignalSpy>
@@ -20,6 +27,7 @@ private Q_SLOTS:
     void movingALightStoresTheOrderAtOnce();
     void aRefreshLeavesTheRowsAloneUntilTheLightsChange();
     void withoutLightsItLeadsToTheConnectionPane();
+    void withSeveralBridgesThePanePicksOne();
 
 private:
     static HueLight lamp(const QString& id)
@@ -81,7 +89,7 @@ void TestLampSelectorView::listsTheLightsInTheStoredOrderWithTheirSwitches()
 
 void TestLampSelectorView::switchingALightOffHidesItFromTheDropDown()
 {
-    QSignalSpy redraw(&m_state->settings(), &AppSettings::lightVisibilityChanged);
+    QSignalSpy redraw(&m_state->settings().preferences(), &Preferences::changed);
 
     m_view->list().item(1)->setCheckState(Qt::Unchecked);
 
@@ -160,6 +168,43 @@ void TestLampSelectorView::withoutLightsItLeadsToTheConnectionPane()
     QTest::mouseClick(link, Qt::LeftButton);
 
     QCOMPARE(requested.size(), 1);
+}
+
+void TestLampSelectorView::withSeveralBridgesThePanePicksOne()
+{
+    QNetworkAccessManager network;
+    BridgeSessions sessions;
+    m_state->settings().setBridgeName(u"Downstairs"_qs);
+    sessions.add(std::make_unique<BridgeSession>(m_state->settings(), network));
+    LightsPane pane(sessions);
+    pane.show();
+    // One bridge: its lamps alone, as the pane has always shown them.
+    QVERIFY(!pane.bridgePicker().isVisible());
+    QCOMPARE(pane.lampSelector()->lights().size(), 3);
+
+    BridgeHome upstairsHome;
+    auto upstairs = std::make_unique<BridgeLink>(m_state->settings().preferences(),
+                                                 m_state->settings().activity(), upstairsHome);
+    upstairs->setBridgeContact(u"http"_qs, u"001788FFFE9C4D5E"_qs, {});
+    upstairs->setBridgeName(u"Upstairs"_qs);
+    upstairsHome.setLights(
+        {HueLight{.lamp_id = u"1"_qs, .name = u"Attic lamp"_qs, .unique_id = u"uid-up-1"_qs}});
+    BridgeSession& second = sessions.add(std::make_unique<BridgeSession>(std::move(upstairs), network));
+    QVERIFY(pane.bridgePicker().isVisible());
+    QCOMPARE(pane.bridgePicker().itemText(1), u"Upstairs"_qs);
+
+    // Picking the second bridge lists its lamps; hiding one is kept under that lamp's own id.
+    pane.bridgePicker().setCurrentIndex(1);
+    Q_EMIT pane.bridgePicker().activated(1);
+    QCOMPARE(pane.lampSelector()->list().item(0)->text(), u"Attic lamp"_qs);
+    pane.lampSelector()->list().item(0)->setCheckState(Qt::Unchecked);
+    QCOMPARE(m_state->store().value(u"hide_light_uid-up-1"_qs), QVariant(true));
+    QVERIFY(!m_state->store().contains(u"hide_light_uid-1"_qs));
+
+    // The bridge removed while it shows: the pane goes back to the first, without the picker.
+    sessions.remove(&second);
+    QCOMPARE(pane.lampSelector()->lights().size(), 3);
+    QTRY_VERIFY(!pane.bridgePicker().isVisible());
 }
 
 QTEST_MAIN(TestLampSelectorView)

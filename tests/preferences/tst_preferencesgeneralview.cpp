@@ -75,8 +75,9 @@ void TestPreferencesGeneralView::build()
     QList<AppIconChoice> icons;
     for (int i = 0; i < 4; ++i)
         icons.append({QStringLiteral("Icon_Lamp%1").arg(i), QStringLiteral("Lamp %1").arg(i), QIcon()});
-    m_view = std::make_unique<PreferencesGeneralView>(m_state->settings(), *m_startAtLogin, icons, m_links,
-                                                      [this](const QUrl& url) { m_opened << url; });
+    m_view =
+        std::make_unique<PreferencesGeneralView>(m_state->settings().preferences(), *m_startAtLogin, icons,
+                                                 m_links, [this](const QUrl& url) { m_opened << url; });
     m_view->show();
 }
 
@@ -112,21 +113,22 @@ void TestPreferencesGeneralView::switchesStoreTheirSettings()
     click(this->box(box));
 
     QCOMPARE(m_state->store().value(key), QVariant(!before));
-    QCOMPARE(m_state->settings().property(key.toLatin1()).toBool(), !before);
-    m_state->reopen();
-    m_state->settings().load();
-    QCOMPARE(m_state->settings().property(key.toLatin1()).toBool(), !before);
+    const Preferences& preferences = m_state->settings().preferences();
+    QCOMPARE(key == "showScenes"  ? preferences.showScenes()
+             : key == "showZones" ? preferences.showZones()
+                                  : preferences.showColorBarsForRooms(),
+             !before);
 }
 
 void TestPreferencesGeneralView::turningScenesOffWhileTheyAreShownGoesBackToTheLights()
 {
     click(box(QStringLiteral("showScenes")));
-    m_state->settings().setActiveMainPanel(MainPanels::scenes);
+    m_state->settings().preferences().setActiveMainPanel(MainPanels::scenes);
     QCOMPARE(m_state->store().readInt(QStringLiteral("activePanel")), 2);
 
     click(box(QStringLiteral("showScenes")));
 
-    QCOMPARE(m_state->settings().activeMainPanel(), MainPanels::lights);
+    QCOMPARE(m_state->settings().preferences().activeMainPanel(), MainPanels::lights);
     QCOMPARE(m_state->store().value(QStringLiteral("activePanel")), QVariant(qint64(0)));
     QCOMPARE(m_state->store().value(QStringLiteral("showScenes")), QVariant(false));
 }
@@ -136,8 +138,8 @@ void TestPreferencesGeneralView::choosingAnIconChangesItAtOnceAndAcrossRestarts(
     auto* picker = m_view->findChild<QComboBox*>(QStringLiteral("appIconPicker"));
     QCOMPARE(picker->currentData().toString(), QStringLiteral("Icon_Lamp0"));
     QStringList changes;
-    connect(&m_state->settings(), &AppSettings::appIconChanged, this,
-            [&] { changes << m_state->settings().appIcon(); });
+    m_state->settings().preferences().whenChanged(
+        {SettingsKeys::appIcon}, this, [&] { changes << m_state->settings().preferences().appIcon(); });
 
     picker->setFocus();
     QTest::keyClick(picker, Qt::Key_Down);
@@ -147,7 +149,7 @@ void TestPreferencesGeneralView::choosingAnIconChangesItAtOnceAndAcrossRestarts(
     QCOMPARE(m_state->store().value(QStringLiteral("appIcon")), QVariant(QStringLiteral("Icon_Lamp2")));
     m_state->reopen();
     m_state->settings().load();
-    QCOMPARE(m_state->settings().appIcon(), QStringLiteral("Icon_Lamp2"));
+    QCOMPARE(m_state->settings().preferences().appIcon(), QStringLiteral("Icon_Lamp2"));
     build();
     QCOMPARE(m_view->findChild<QComboBox*>(QStringLiteral("appIconPicker"))->currentData().toString(),
              QStringLiteral("Icon_Lamp2"));

@@ -30,6 +30,7 @@ private slots:
     void scheduleFires();
     void membersKeepTheirOrder();
     void latencyDoesNotBlock();
+    void busyBridgeRefusesChangesForAWhile();
     void homeRoundTrip();
     void badHomeFileChangesNothing_data();
     void badHomeFileChangesNothing();
@@ -44,6 +45,7 @@ private:
     struct Reply
     {
         QNetworkReply::NetworkError error = QNetworkReply::NoError;
+        int status = 0; ///< the HTTP status, 0 without an answer
         QByteArray body;
         QJsonDocument json;
     };
@@ -91,7 +93,8 @@ tst_BridgeSimulator::Reply tst_BridgeSimulator::send(const QByteArray& method, c
     if (!reply->isFinished())
         finished.wait(15'000);
     const QByteArray answer = reply->readAll();
-    return {reply->error(), answer, QJsonDocument::fromJson(answer)};
+    return {reply->error(), reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt(), answer,
+            QJsonDocument::fromJson(answer)};
 }
 
 void tst_BridgeSimulator::init()
@@ -262,6 +265,30 @@ void tst_BridgeSimulator::latencyDoesNotBlock()
     QVERIFY(!replies[0]->isFinished() && !replies[1]->isFinished());
     QTRY_VERIFY_WITH_TIMEOUT(replies[0]->isFinished() && replies[1]->isFinished(), 5000);
     QCOMPARE(QJsonDocument::fromJson(replies[1]->readAll()).object().keys().size(), 12);
+}
+
+void tst_BridgeSimulator::busyBridgeRefusesChangesForAWhile()
+{
+    m_simulator->setBusyAfterChange(600'000);
+    QCOMPARE(send("GET", api("/lights")).status, 200); // a read starts no spell
+    QCOMPARE(first(send("PUT", api("/lights/1/state"), R"({"on":false})"), "success").size(), 1);
+    // The spell runs: changes of every kind are refused and change nothing; reads are answered.
+    const QJsonObject lamp = m_simulator->light("1");
+    const QStringList schedules = m_simulator->scheduleIds();
+    for (const auto& [method, path, body] :
+         {std::tuple("PUT", "/lights/1/state", R"({"on":true})"),
+          std::tuple("POST", "/schedules", R"({"localtime":"PT00:10:00","command":{}})"),
+          std::tuple("DELETE", "/scenes/1", "")})
+        QCOMPARE(send(method, api(path), body).status, 429);
+    QCOMPARE(m_simulator->light("1"), lamp);
+    QCOMPARE(m_simulator->scheduleIds(), schedules);
+    QCOMPARE(send("GET", api("/lights/1")).json["state"]["on"].toBool(true), false);
+
+    // Armed again with a short spell: once it is over, changes are taken again.
+    m_simulator->setBusyAfterChange(50);
+    QCOMPARE(send("PUT", api("/lights/1/state"), R"({"on":true})").status, 200);
+    QTRY_COMPARE_WITH_TIMEOUT(send("PUT", api("/lights/1/state"), R"({"bri":100})").status, 200, 10'000);
+    QCOMPARE(m_simulator->light("1").value("state").toObject().value("bri").toInt(), 100);
 }
 
 void tst_BridgeSimulator::homeRoundTrip()
@@ -577,6 +604,7 @@ void tst_BridgeSimulator::programRunsTheBridgesAskedFor_data()
     QTest::newRow("no row of ports") << "--bridges 2 --port 65535" << QStringList()
                                      << "--port 65535 leaves no room for a row of 2 ports";
     QTest::newRow("no bridges") << "--bridges 0" << QStringList() << "--bridges needs a number";
+    QTest::newRow("busy for ever") << "--busy-for -1" << QStringList() << "--busy-for needs seconds";
 }
 
 void tst_BridgeSimulator::programRunsTheBridgesAskedFor()

@@ -23,12 +23,12 @@ void TestActivityLog::dropsTheWholeLogAtItsCapAndKeepsEveryKeyOut()
     QCOMPARE(printed.lines().size(), 1002);
 
     // Each bridge's key, as long as its state lives, whether in a request path or not.
-    MemorySettingsStore upstairsFile;
-    MemorySettingsStore downstairsFile;
+    MemorySettingsStore file;
+    Preferences preferences(file);
     BridgeHome upstairsHome;
     BridgeHome downstairsHome;
-    auto upstairs = std::make_unique<AppSettings>(upstairsFile, log, upstairsHome);
-    AppSettings downstairs(downstairsFile, log, downstairsHome);
+    auto upstairs = std::make_unique<BridgeLink>(preferences, log, upstairsHome);
+    BridgeLink downstairs(preferences, log, downstairsHome);
     upstairs->setHueKey(QStringLiteral("secret-key"));
     downstairs.setHueKey(QStringLiteral("other key"));
     log.addLogLine(QStringLiteral("GET /api/secret-key/lights; the key \"other key\""));

@@ -27,7 +27,8 @@ void TestHomeModel::findsEachBridgesHomeByTheIdItProved()
     QVERIFY(!model.find(QString())); // a bridge not proved yet is found by no id
 
     // A home takes the id its bridge proves, as the bridge's state learns it.
-    AppSettings state(file, log, upstairs);
+    Preferences preferences(file);
+    BridgeLink state(preferences, log, upstairs);
     state.setBridgeContact(u"https"_qs, u"001788FFFE000001"_qs, {});
     QCOMPARE(model.find(u"001788fffe000001"_qs), &upstairs);
     QCOMPARE(model.find(u"001788FFFE000002"_qs), &downstairs);

@@ -12,6 +12,10 @@
 class BridgeBench final
 {
 public:
+    BridgeBench() = default;
+    /// With the built-in home of `floor`: BridgeBench(BridgeSimulator::Floor::Upper) is a second bridge.
+    explicit BridgeBench(BridgeSimulator::Floor floor) : m_bridge(floor) {}
+
     /// Listens and points the state at the bridge; false when the bridge cannot listen.
     bool start()
     {
@@ -19,7 +23,7 @@ public:
             return false;
         m_key = m_bridge.addUser();
         settings().setHueIP(QStringLiteral("http://") + m_bridge.hostAndPort());
-        settings().setBridgeContact(QStringLiteral("http"), QStringLiteral("001788FFFE6A3B2C"), {});
+        settings().setBridgeContact(QStringLiteral("http"), m_bridge.bridgeId(), {});
         settings().setHueKey(m_key);
         return true;
     }
@@ -27,7 +31,7 @@ public:
     BridgeSimulator& bridge() { return m_bridge; }
     QString key() const { return m_key; }
     TestSettings& state() { return m_state; }
-    AppSettings& settings() { return m_state.settings(); }
+    BridgeLink& settings() { return m_state.settings(); }
     JsonSettingsStore& store() { return m_state.store(); }
     BridgeNetwork& network() { return m_network; }
 

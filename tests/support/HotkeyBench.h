@@ -15,16 +15,16 @@
 #include <memory>
 
 /// What the global shortcuts work with, as in the running program: the shared state on a fresh settings file,
-/// one bridge's session with its commands and queue, the commands on the home, the twelve actions, and the
-/// shortcut store on a back-end of the test's choosing (a fake one unless given).
+/// one bridge's session with its commands and queue (others may be added), the commands on the home, the
+/// twelve actions, and the shortcut store on a back-end of the test's choosing (a fake one unless given).
 class HotkeyBench final
 {
 public:
     explicit HotkeyBench(std::unique_ptr<HotkeyBackend> backend = std::make_unique<FakeHotkeyBackend>())
         : m_homeCommands(m_sessions),
           m_session(m_sessions.add(std::make_unique<BridgeSession>(m_state.settings(), m_network))),
-          m_actions(m_state.settings(), m_homeCommands), m_backend(std::move(backend)),
-          m_hotkeys(m_state.store(), *m_backend)
+          m_actions(m_sessions, m_state.settings().preferences(), m_homeCommands),
+          m_backend(std::move(backend)), m_hotkeys(m_state.store(), *m_backend)
     {
         QObject::connect(&m_session.queue(), &ActionQueue::sent,
                          [this](const ActionQueueItem& item) { m_sent.append(item); });
@@ -53,7 +53,9 @@ public:
     }
 
     TestSettings& state() { return m_state; }
-    AppSettings& settings() { return m_state.settings(); }
+    /// The sessions: the bench's bridge first; a test adds others.
+    BridgeSessions& sessions() { return m_sessions; }
+    BridgeLink& settings() { return m_state.settings(); }
     SettingsStore& store() { return m_state.store(); }
     ActionQueue& queue() { return m_session.queue(); }
     HotkeyActions& actions() { return m_actions; }

@@ -11,7 +11,8 @@ void TestSettings::reopen()
 {
     m_settings.reset();
     m_store = std::make_unique<JsonSettingsStore>(fileName());
-    m_settings = std::make_unique<AppSettings>(*m_store);
+    m_settings = std::make_unique<BridgeLink>(*m_store);
+    m_settings->load();
 }
 
 PrintedLines::PrintedLines()

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "state/ActivityLog.h"
-#include "state/AppSettings.h"
 #include "state/BridgeHome.h"
+#include "state/BridgeLink.h"
 #include "state/Console.h"
 #include "state/JsonSettingsStore.h"
 
@@ -20,14 +20,14 @@ public:
 
     QString fileName() const { return m_dir.filePath(QStringLiteral("settings.json")); }
     JsonSettingsStore& store() { return *m_store; }
-    AppSettings& settings() { return *m_settings; }
+    BridgeLink& settings() { return *m_settings; }
     /// Drops the state and opens the same file again, as a new start of the program would.
     void reopen();
 
 private:
     QTemporaryDir m_dir;
     std::unique_ptr<JsonSettingsStore> m_store;
-    std::unique_ptr<AppSettings> m_settings;
+    std::unique_ptr<BridgeLink> m_settings;
 };
 
 /// Collects the diagnostic lines printed while it lives.

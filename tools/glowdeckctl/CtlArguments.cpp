@@ -56,8 +56,9 @@ enum OptionFlag : unsigned
     bridgeOption = 1U << 4,
     keyOption = 1U << 5,
     pickOption = 1U << 6,
+    bridgeIdOption = 1U << 7,
 };
-constexpr unsigned bridgeAndKey = bridgeOption | keyOption;
+constexpr unsigned bridgeAndKey = bridgeOption | keyOption | bridgeIdOption;
 
 using OperandReader = QString (*)(const QStringList& operands, CtlInvocation& invocation);
 
@@ -198,10 +199,11 @@ constexpr CommandForm commandForms[] = {
     {"discover", CtlCommand::discover, "[--discovery-url URL] [--pick ID]",
      "Find the bridges on this network; store the address of the only one, or of --pick ID", noOperands,
      discoveryUrlOption | pickOption | jsonOption},
-    {"pair", CtlCommand::pair, "[--wait SECONDS]",
-     "Get a key from the bridge (press its link button) and store it", noOperands, waitOption | bridgeOption},
-    {"status", CtlCommand::status, "", "Show the stored bridge and whether it answers", noOperands,
-     bridgeAndKey},
+    {"pair", CtlCommand::pair, "[--wait SECONDS] [--pick ID]",
+     "Get a key from the bridge (press its link button); store it beside the other bridges", noOperands,
+     waitOption | bridgeOption | bridgeIdOption | pickOption | discoveryUrlOption},
+    {"status", CtlCommand::status, "", "Show each paired bridge and whether it answers (--json too)",
+     noOperands, jsonOption | bridgeAndKey},
     {"watch", CtlCommand::watch, "",
      "Print each change of a lamp or room as the bridge pushes it, until Ctrl+C (--json too)", noOperands,
      jsonOption | bridgeAndKey},
@@ -240,10 +242,10 @@ bool isBridgeKey(const QString& text)
     });
 }
 
-const QStringList valueOptions = {QStringLiteral("--bridge"),    QStringLiteral("--key"),
-                                  QStringLiteral("--settings"),  QStringLiteral("--in"),
-                                  QStringLiteral("--wait"),      QStringLiteral("--discovery-url"),
-                                  QStringLiteral("--trust-root")};
+const QStringList valueOptions = {
+    QStringLiteral("--bridge"),        QStringLiteral("--bridge-id"), QStringLiteral("--key"),
+    QStringLiteral("--settings"),      QStringLiteral("--in"),        QStringLiteral("--wait"),
+    QStringLiteral("--discovery-url"), QStringLiteral("--trust-root")};
 
 /// QCommandLineParser reads "-5" as the short option "5"; a negative number deserves its own message.
 QString negativeNumberIn(const QStringList& arguments)
@@ -293,15 +295,16 @@ CtlArguments CtlArguments::parse(const QStringList& arguments)
     const QCommandLineOption wait(QStringLiteral("wait"), QString(), QStringLiteral("SECONDS"));
     const QCommandLineOption discoveryUrl(QStringLiteral("discovery-url"), QString(), QStringLiteral("URL"));
     const QCommandLineOption pick(QStringLiteral("pick"), QString(), QStringLiteral("ID"));
+    const QCommandLineOption bridgeId(QStringLiteral("bridge-id"), QString(), QStringLiteral("ID"));
     const QCommandLineOption help(QStringList{QStringLiteral("h"), QStringLiteral("help")});
     const QCommandLineOption version(QStringList{QStringLiteral("v"), QStringLiteral("version")});
     QCommandLineParser parser;
-    parser.addOptions(
-        {bridge, key, settings, json, withKey, in, wait, discoveryUrl, pick, trustRoot, help, version});
+    parser.addOptions({bridge, bridgeId, key, settings, json, withKey, in, wait, discoveryUrl, pick,
+                       trustRoot, help, version});
     if (!parser.parse(arguments))
         return refused(parser.errorText());
 
-    for (const QCommandLineOption& option : {bridge, key, settings, in, wait, discoveryUrl, pick}) {
+    for (const QCommandLineOption& option : {bridge, bridgeId, key, settings, in, wait, discoveryUrl, pick}) {
         if (parser.values(option).size() > 1)
             return refused(QStringLiteral("--%1 is given more than once.").arg(option.names().constFirst()));
     }
@@ -338,7 +341,7 @@ CtlArguments CtlArguments::parse(const QStringList& arguments)
 
     const std::pair<const QCommandLineOption&, OptionFlag> ownedOptions[] = {
         {json, jsonOption}, {in, inOption},         {wait, waitOption}, {discoveryUrl, discoveryUrlOption},
-        {pick, pickOption}, {bridge, bridgeOption}, {key, keyOption},
+        {pick, pickOption}, {bridge, bridgeOption}, {key, keyOption},   {bridgeId, bridgeIdOption},
     };
     for (const auto& [option, flag] : ownedOptions) {
         if (parser.isSet(option) && !(form->options & flag))
@@ -355,6 +358,17 @@ CtlArguments CtlArguments::parse(const QStringList& arguments)
                                "them), not %1.")
                     .arg(quoted(parser.value(pick))));
     }
+    if (parser.isSet(bridgeId)) {
+        invocation.bridgeId = parser.value(bridgeId).toUpper();
+        if (!BridgeIdentity::isBridgeId(invocation.bridgeId))
+            return refused(QStringLiteral("--bridge-id takes a bridge id (16 hexadecimal digits, as status "
+                                          "lists them), not %1.")
+                               .arg(quoted(parser.value(bridgeId))));
+    }
+    // Pairing goes to one bridge: the one found with --pick, or the one named otherwise.
+    if (invocation.command == CtlCommand::pair && parser.isSet(pick) &&
+        (parser.isSet(bridge) || parser.isSet(bridgeId)))
+        return refused(QStringLiteral("pair takes --pick, or --bridge and --bridge-id, not both."));
     if (parser.isSet(in)) {
         qint64 minutes = 0;
         if (QString error = readNumber(parser.value(in), QStringLiteral("--in"), minutesRange, minutes);
@@ -405,7 +419,7 @@ QString CtlArguments::usage()
 {
     constexpr qsizetype column = 26;
     QString text = QStringLiteral("Usage: glowdeckctl [OPTIONS] COMMAND [ARGUMENTS]\n\n"
-                                  "Controls the Philips Hue lamps of the bridge Glowdeck is paired with.\n\n"
+                                  "Controls the Philips Hue lamps of the bridges Glowdeck is paired with.\n\n"
                                   "Commands:\n");
     // A left part too wide for its column gets a line of its own.
     auto line = [&text](const QString& left, const QString& right) {
@@ -429,15 +443,20 @@ QString CtlArguments::usage()
     line(QStringLiteral("--bridge ADDRESS"),
          QStringLiteral("bridge address for this run (HOST, HOST:PORT, https://HOST[:PORT] or "
                         "http://HOST[:PORT]); only pair stores it (once it has a key)"));
+    line(QStringLiteral("--bridge-id ID"),
+         QStringLiteral("the paired bridge for this run; without it lists, watch, status and"));
+    line(QString(), QStringLiteral("all-off serve every paired bridge, and a change the bridge with its id"));
     line(QStringLiteral("--key KEY"), QStringLiteral("bridge key for this run (not stored)"));
-    line(QStringLiteral("--settings FILE"), QStringLiteral("settings file holding the paired bridge; default "
-                                                           "$GLOWDECK_SETTINGS, else"));
+    line(QStringLiteral("--settings FILE"),
+         QStringLiteral("settings file holding the paired bridges; default "
+                        "$GLOWDECK_SETTINGS, else"));
     line(QString(), JsonSettingsStore::defaultFileName());
     line(QStringLiteral("--trust-root FILE"),
          QStringLiteral("also trust this authority (PEM) for the bridge's certificate (a test bridge)"));
     line(QStringLiteral("--json"),
-         QStringLiteral("lights, rooms, scenes, discover: print the records as one JSON array, each"));
-    line(QString(), QStringLiteral("with its \"bridge_id\"; watch: each change as one JSON object a line"));
+         QStringLiteral("lights, rooms, scenes, discover, status: print the records as one JSON"));
+    line(QString(), QStringLiteral("array, each with its \"bridge_id\"; watch: each change as one JSON"));
+    line(QString(), QStringLiteral("object a line"));
     line(QStringLiteral("--in MINUTES"),
          QStringLiteral("all-off: have the bridge switch off in %1 minutes").arg(rangeText(minutesRange)));
     line(QStringLiteral("--wait SECONDS"),
@@ -448,13 +467,15 @@ QString CtlArguments::usage()
          QStringLiteral("discover: the discovery service to ask; default $GLOWDECK_DISCOVERY_URL,"));
     line(QString(), QStringLiteral("else Philips' public service; an empty URL asks no service"));
     line(QStringLiteral("--pick ID"),
-         QStringLiteral("discover: store the bridge with this id when several answer"));
+         QStringLiteral("discover, pair: the bridge found with this id, when several answer"));
     line(QStringLiteral("-h, --help"), QStringLiteral("show this help"));
     line(QStringLiteral("-v, --version"), QStringLiteral("show the version"));
     text +=
-        QStringLiteral("\nThe bridge's address and key are kept in the settings file: 'discover' stores "
-                       "the address, 'pair'\n"
-                       "the key, and the other commands use them.\n"
+        QStringLiteral("\nEach bridge's address and key are kept in the settings file: 'discover' stores "
+                       "the address,\n"
+                       "'pair' the key, and the other commands use them. A lamp, room or scene id found "
+                       "on several\n"
+                       "paired bridges needs --bridge-id.\n"
                        "A change is done once the bridge has answered it; every wait is bounded (a list "
                        "10 s, a change 5 s,\n"
                        "pairing and discovery 15 s). watch runs until Ctrl+C (or SIGTERM), then exits 0.\n"
@@ -462,7 +483,10 @@ QString CtlArguments::usage()
                        "with or used, it\n"
                        "refused or did not answer a change, it has no such lamp, room or scene (or no "
                        "event stream to\n"
-                       "watch), or the settings file could not be written; 2 bad command line (nothing is "
-                       "sent).\n");
+                       "watch), or the settings file could not be written (a list still shows the "
+                       "bridges that\n"
+                       "answered); 2 bad command line, a --bridge-id that is not paired, or an id on "
+                       "several bridges\n"
+                       "(nothing is sent).\n");
     return text;
 }

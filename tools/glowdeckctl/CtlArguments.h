@@ -11,7 +11,8 @@ enum CtlExitStatus : int
     exitDone = 0,
     exitFailed = 1, ///< no bridge found, paired with or used; a change refused or unanswered; no such lamp,
                     ///< room or scene; no event stream to watch; the settings file not written
-    exitUsage = 2,  ///< the command line was refused; nothing was sent
+    exitUsage = 2,  ///< the command line was refused, or a change named a lamp, room or scene that is on
+                    ///< several paired bridges without --bridge-id; nothing was sent
 };
 
 /// The commands glowdeckctl knows; each has one entry in the command table of CtlArguments.cpp.
@@ -53,7 +54,8 @@ struct CtlInvocation
     std::optional<qint64> offAfterMinutes; ///< all-off --in
     std::optional<qint64> waitSeconds;     ///< pair --wait
     std::optional<QString> discoveryUrl;   ///< discover --discovery-url; empty switches the service off
-    QString pick;                          ///< discover --pick: the bridge id of the bridge to store
+    QString pick;     ///< discover and pair --pick: the id of the bridge found, upper case
+    QString bridgeId; ///< --bridge-id: the paired bridge to use, upper case; empty: all
     bool json = false;
     QString bridge;         ///< --bridge; empty: the stored address (pair stores it)
     QString key;            ///< --key; empty: the stored key

@@ -10,38 +10,67 @@
 
 #include <functional>
 #include <memory>
+#include <vector>
 
-class AppSettings;
+class BridgeLink;
 class QNetworkAccessManager;
 class QObject;
 class SettingsStore;
+struct BridgeContact;
 
-/// The bridge one run of glowdeckctl talks to: the address and key of --bridge and --key, else those of the
-/// settings file, and what the file knows about that bridge. As with the tray application's connection, the
-/// key goes to the bridge only once it has proved who it is; the key of the settings file only to the bridge
-/// it was paired with (`Ctl::storedKeyUse`).
+/// The state one bridge's session runs on: its contact, in a store of its own that is never saved, so that
+/// nothing a session learns reaches the settings file unasked and no two bridges share a field.
+class CtlLink final
+{
+    Q_DISABLE_COPY_MOVE(CtlLink)
+
+public:
+    explicit CtlLink(const BridgeContact& contact);
+    ~CtlLink();
+
+    BridgeLink& state() const { return *m_state; }
+
+private:
+    std::unique_ptr<SettingsStore> m_store;
+    std::unique_ptr<BridgeLink> m_state;
+};
+
+/// One bridge a run of glowdeckctl talks to: the address and key of --bridge and --key, else those of a
+/// paired bridge of the settings file, and what the file knows about that bridge. As with the tray
+/// application's connection, the key goes to the bridge only once it has proved who it is; a stored key only
+/// to the bridge it was paired with (`Ctl::storedKeyUse`).
 class CtlBridge final
 {
     Q_DISABLE_COPY_MOVE(CtlBridge)
 
 public:
-    CtlBridge();
     ~CtlBridge();
 
-    /// Reads the address and key; false, with the reason printed, when either is missing.
-    bool open(const CtlInvocation& invocation);
+    /// The bridges a run of `invocation` talks to, in the order they are stored: the one at --bridge (with
+    /// --key, else with the key of the stored bridge it belongs to), else every paired bridge, or only the
+    /// one of --bridge-id. None, with the reason printed and the exit status in `failure`, when there is
+    /// nothing to talk to.
+    static std::vector<std::unique_ptr<CtlBridge>> open(const CtlInvocation& invocation, int& failure);
     /// Makes sure of the bridge's identity and how to reach it: at once for a bridge known by its id and
     /// transport, else by asking it (no key is sent). `done` gets whether requests with the key may go to it;
     /// when not, the reason is printed. Nothing is called once `context` is gone.
     void reach(QNetworkAccessManager& network, QObject* context, std::function<void(bool reached)> done);
 
-    /// The address, key and contact to send requests with; only after open() succeeded.
-    AppSettings& settings() const { return *m_settings; }
+    /// The address, key and contact to send requests with.
+    BridgeLink& settings() const { return m_link->state(); }
+    /// How output names the bridge: its stored name, else its id, else its address.
+    QString label() const;
 
 private:
-    std::unique_ptr<SettingsStore> m_store;
-    std::unique_ptr<AppSettings> m_settings;
-    /// What the settings file says about the bridge being addressed, when it is the stored one.
+    CtlBridge() = default;
+    /// Sets up the bridge at `address` with `key`; `keyOwner` is the stored bridge whose key it is (null for
+    /// --key), `known` what the file says of the bridge at that address. False, with the reason printed,
+    /// when the stored key may not go there.
+    bool prepare(const QString& address, const QString& key, const BridgeContact* keyOwner,
+                 const BridgeContact* known, const QString& file);
+
+    std::unique_ptr<CtlLink> m_link;
+    /// What the settings file says about the bridge being addressed, when it is a stored one.
     ProbeKnowledge m_knowledge;
     /// What to do when the bridge addressed turns out not to be the one the stored key belongs to; empty
     /// when the key was given with --key.
@@ -64,8 +93,8 @@ struct StoredKeyUse
     /// What to say when the bridge there fails to prove it.
     QString advice;
 };
-/// `stored` holds what `file` says of the bridge its key belongs to.
-StoredKeyUse storedKeyUse(const QString& address, const AppSettings& stored, const QString& file);
+/// `stored` is what `file` says of the bridge its key belongs to.
+StoredKeyUse storedKeyUse(const QString& address, const BridgeContact& stored, const QString& file);
 
 /// One sentence about a failed list read of the bridge at `bridge`, or nothing when the read has printed its
 /// own message (an answer it could not use).

@@ -10,8 +10,7 @@
 #include "bridge/JsonWriter.h"
 #include "model/SceneRooms.h"
 #include "session/BridgeSession.h"
-#include "state/AppSettings.h"
-#include "state/BridgeHome.h"
+#include "state/BridgeLink.h"
 
 #include <QNetworkAccessManager>
 
@@ -69,69 +68,52 @@ QString kind(const HueLight& light)
     return QStringLiteral("dimmable");
 }
 
-QString lightsTable(const QList<HueLight>& lights)
+const QStringList lightsHeader{QStringLiteral("ID"),    QStringLiteral("NAME"),
+                               QStringLiteral("STATE"), QStringLiteral("BRIGHTNESS"),
+                               QStringLiteral("KIND"),  QStringLiteral("PRODUCT")};
+const QStringList groupsHeader{QStringLiteral("ID"),         QStringLiteral("NAME"),
+                               QStringLiteral("TYPE"),       QStringLiteral("STATE"),
+                               QStringLiteral("BRIGHTNESS"), QStringLiteral("LIGHTS")};
+const QStringList scenesHeader{QStringLiteral("ID"), QStringLiteral("NAME"), QStringLiteral("ROOM"),
+                               QStringLiteral("TYPE"), QStringLiteral("LIGHTS")};
+
+QStringList lightRow(const HueLight& light)
 {
-    QList<QStringList> rows{{QStringLiteral("ID"), QStringLiteral("NAME"), QStringLiteral("STATE"),
-                             QStringLiteral("BRIGHTNESS"), QStringLiteral("KIND"),
-                             QStringLiteral("PRODUCT")}};
-    for (const HueLight& light : lights)
-        rows.append({light.lamp_id, light.name, onOff(light.is_on), QString::number(light.brightness),
-                     kind(light), light.product_name});
-    return table(rows);
+    return {light.lamp_id, light.name,        onOff(light.is_on), QString::number(light.brightness),
+            kind(light),   light.product_name};
 }
 
-QString groupsTable(const QList<HueGroup>& groups)
+QStringList groupRow(const HueGroup& group)
 {
-    QList<QStringList> rows{{QStringLiteral("ID"), QStringLiteral("NAME"), QStringLiteral("TYPE"),
-                             QStringLiteral("STATE"), QStringLiteral("BRIGHTNESS"),
-                             QStringLiteral("LIGHTS")}};
-    for (const HueGroup& group : groups)
-        rows.append({group.group_id, group.name,
-                     group.isZone() ? QStringLiteral("zone") : QStringLiteral("room"), onOff(group.any_on),
-                     QString::number(group.brightness), group.lights.join(u',')});
-    return table(rows);
+    return {group.group_id,
+            group.name,
+            group.isZone() ? QStringLiteral("zone") : QStringLiteral("room"),
+            onOff(group.any_on),
+            QString::number(group.brightness),
+            group.lights.join(u',')};
 }
 
-/// The scenes, each with the name of its room or zone (`group_id` holds its id).
-QString scenesTable(const QList<HueScene>& scenes, const QList<HueGroup>& groups)
+/// `scene` with the name of its room or zone (`group_id` holds its id), from `names` by group id.
+QStringList sceneRow(const HueScene& scene, const QHash<QString, QString>& names)
 {
-    QHash<QString, QString> names;
-    for (const HueGroup& group : groups)
-        names.insert(group.group_id, group.name);
-    QList<QStringList> rows{{QStringLiteral("ID"), QStringLiteral("NAME"), QStringLiteral("ROOM"),
-                             QStringLiteral("TYPE"), QStringLiteral("LIGHTS")}};
-    for (const HueScene& scene : scenes) {
-        rows.append({scene.scene_id, scene.name, names.value(scene.group_id, QStringLiteral("-")), scene.type,
-                     QString::number(scene.lights.size())});
-    }
-    return table(rows);
+    return {scene.scene_id, scene.name, names.value(scene.group_id, QStringLiteral("-")), scene.type,
+            QString::number(scene.lights.size())};
 }
 
-/// The records in their coded form, in the bridge's order, as one compact line, each with the id of the
-/// bridge it is on ("bridge_id", last). Records carry no key, so none ends up in the scripts, logs and bug
-/// reports that output like this goes to.
+/// Appends the records in their coded form, in the bridge's order, each with the id of the bridge it is on
+/// ("bridge_id", last). Records carry no key, so none ends up in the scripts, logs and bug reports that
+/// output like this goes to.
 template <typename Record>
-QString jsonArray(const QList<Record>& records, const QString& bridgeId)
+void appendJson(JsonWriter& json, const QList<Record>& records, const QString& bridgeId)
 {
     JsonWriter id;
     id.value(bridgeId);
     const QByteArray bridgeMember = QByteArrayLiteral(",\"bridge_id\":") + id.text() + '}';
-    JsonWriter json;
-    json.beginArray();
     for (const Record& record : records) {
         QByteArray object = CodedRecords::encode(record);
         object.chop(1); // its closing brace
         json.raw(object + bridgeMember);
     }
-    json.endArray();
-    return QString::fromUtf8(json.text()) + u'\n';
-}
-
-template <typename Record>
-void printRecords(const QList<Record>& records, const CtlInvocation& invocation, const QString& bridgeId,
-                  QString (*asTable)(const QList<Record>&))
-{
-    write(stdout, invocation.json ? jsonArray(records, bridgeId) : asTable(records));
 }
 
 /// "PUT /lights/2/state": a change as the bridge sees it, without the key.
@@ -176,6 +158,17 @@ QString describeFailure(const QString& bridge, const ActionQueueItem& item, cons
 
 } // namespace
 
+struct CtlCommands::Served
+{
+    std::unique_ptr<CtlBridge> bridge;
+    std::unique_ptr<BridgeSession> session;
+    QList<HueLight> lights;
+    QList<HueGroup> groups;
+    QList<HueScene> scenes;
+    bool reading = true;
+    bool failed = false; ///< not reached, or a list not read
+};
+
 CtlCommands::CtlCommands(CtlInvocation invocation, QObject* parent)
     : QObject(parent), m_invocation(std::move(invocation)), m_network(Ctl::makeNetwork(m_invocation))
 {
@@ -193,49 +186,63 @@ CtlCommands::~CtlCommands()
 void CtlCommands::start()
 {
     m_watchdog.start();
-    if (!m_network || !openSettings())
+    if (!m_network)
         return finish(exitFailed);
-    m_bridge.reach(*m_network, this, [this](bool reached) { reached ? fetchRecords() : finish(exitFailed); });
+    int failure = exitFailed;
+    std::vector<std::unique_ptr<CtlBridge>> bridges = CtlBridge::open(m_invocation, failure);
+    if (bridges.empty())
+        return finish(failure);
+    for (std::unique_ptr<CtlBridge>& bridge : bridges) {
+        auto& served = *m_bridges.emplace_back(std::make_unique<Served>());
+        served.bridge = std::move(bridge);
+        // The same session of the bridge as the tray's: its commands fill its queue, which sends them.
+        served.session = std::make_unique<BridgeSession>(served.bridge->settings(), *m_network);
+        ActionQueue* queue = &served.session->queue();
+        queue->setLogRefusals(false); // every failed change gets its own line on standard error
+        connect(queue, &ActionQueue::sent, &m_watchdog, qOverload<>(&QTimer::start));
+        connect(queue, &ActionQueue::answered, this,
+                [this, &served](const ActionQueueItem& item, const WriteOutcome& outcome, bool again) {
+                    onAnswered(served, item, outcome, again);
+                });
+        connect(queue, &ActionQueue::drained, this, &CtlCommands::onDrained);
+    }
+    m_reading = int(m_bridges.size());
+    // Every bridge at once, each at its own pace: a slow one does not hold the others up.
+    for (const std::unique_ptr<Served>& each : m_bridges) {
+        Served& served = *each;
+        served.bridge->reach(*m_network, this, [this, &served](bool reached) {
+            if (!reached) {
+                served.failed = true;
+                return onRead(served);
+            }
+            fetchRecords(served);
+        });
+    }
 }
 
-bool CtlCommands::openSettings()
+void CtlCommands::fetchRecords(Served& served)
 {
-    if (!m_bridge.open(m_invocation))
-        return false;
-    m_settings = &m_bridge.settings();
-    // The same session of the bridge as the tray's: its commands fill its queue, which sends them.
-    m_session = std::make_unique<BridgeSession>(*m_settings, *m_network);
-    m_queue = &m_session->queue();
-    m_commands = &m_session->commands();
-    m_queue->setLogRefusals(false); // every failed change gets its own line on standard error
-    connect(m_queue, &ActionQueue::sent, &m_watchdog, qOverload<>(&QTimer::start));
-    connect(m_queue, &ActionQueue::answered, this, &CtlCommands::onAnswered);
-    connect(m_queue, &ActionQueue::drained, this, &CtlCommands::onDrained);
-    return true;
-}
-
-void CtlCommands::fetchRecords()
-{
-    const QString address = m_settings->bridgeEndpoint();
-    const QString key = m_settings->hueKey();
-    const BridgeIdentity identity = m_settings->bridgeIdentity();
+    const BridgeLink& settings = served.bridge->settings();
+    const QString address = settings.bridgeEndpoint();
+    const QString key = settings.hueKey();
+    const BridgeIdentity identity = settings.bridgeIdentity();
     switch (m_invocation.command) {
     case CtlCommand::lights:
     case CtlCommand::light:
     case CtlCommand::allOff:
         // all-off --in needs no list, only a bridge that answers; reading the lamps makes sure of that.
         LightsRead{.endpoint = address, .key = key, .identity = identity}.fetch(
-            *m_network, [this](const LightsResult& result) { onLights(result); });
+            *m_network, [this, &served](const LightsResult& result) { onLights(served, result); });
         return;
     case CtlCommand::rooms:
     case CtlCommand::room:
         GroupsRead{.endpoint = address, .key = key, .identity = identity}.fetch(
-            *m_network, [this](const GroupsResult& result) { onGroups(result); });
+            *m_network, [this, &served](const GroupsResult& result) { onGroups(served, result); });
         return;
     case CtlCommand::scenes:
     case CtlCommand::scene:
         ScenesRead{.endpoint = address, .key = key, .identity = identity}.fetch(
-            *m_network, [this](const ScenesResult& result) { onScenes(result); });
+            *m_network, [this, &served](const ScenesResult& result) { onScenes(served, result); });
         return;
     case CtlCommand::discover:
     case CtlCommand::pair:
@@ -249,189 +256,324 @@ void CtlCommands::fetchRecords()
 }
 
 template <typename Result>
-void CtlCommands::failFetch(const Result& result)
+void CtlCommands::failRead(Served& served, const Result& result)
 {
-    if (const QString failure = Ctl::failedRead(m_settings->hueIP(), result); !failure.isEmpty())
+    if (const QString failure = Ctl::failedRead(served.bridge->settings().hueIP(), result);
+        !failure.isEmpty())
         printError(failure);
-    finish(exitFailed);
+    served.failed = true;
+    onRead(served);
 }
 
-void CtlCommands::onLights(const LightsResult& result)
+void CtlCommands::onLights(Served& served, const LightsResult& result)
 {
     if (!result.ok())
-        return failFetch(result);
-    m_settings->home().setLights(result.records);
-    if (m_invocation.command == CtlCommand::lights) {
-        printRecords(result.records, m_invocation, m_settings->bridgeID(), lightsTable);
-        return finish(exitDone);
-    }
-    if (m_invocation.command == CtlCommand::allOff)
-        return switchAllOff(result.records);
-    const auto light = std::find_if(result.records.begin(), result.records.end(),
-                                    [this](const HueLight& l) { return l.lamp_id == m_invocation.targetId; });
-    if (light == result.records.end())
-        return failUnknown(QStringLiteral("light"));
-    changeLight(*light);
+        return failRead(served, result);
+    served.lights = result.records;
+    onRead(served);
 }
 
-void CtlCommands::onGroups(const GroupsResult& result)
+void CtlCommands::onGroups(Served& served, const GroupsResult& result)
 {
     if (!result.ok())
-        return failFetch(result);
-    m_settings->home().setGroups(result.records);
-    if (m_invocation.command == CtlCommand::scenes)
-        return printScenes();
-    if (m_invocation.command == CtlCommand::rooms) {
-        printRecords(result.records, m_invocation, m_settings->bridgeID(), groupsTable);
-        return finish(exitDone);
-    }
-    const auto group = std::find_if(result.records.begin(), result.records.end(), [this](const HueGroup& g) {
-        return g.group_id == m_invocation.targetId;
-    });
-    if (group == result.records.end())
-        return failUnknown(QStringLiteral("room"));
-    changeGroup(*group);
+        return failRead(served, result);
+    served.groups = result.records;
+    onRead(served);
 }
 
-void CtlCommands::printScenes()
-{
-    const QList<HueGroup> groups = m_settings->home().groups();
-    const SceneRooms rooms(groups);
-    QList<HueScene> scenes = m_settings->home().scenes();
-    for (HueScene& scene : scenes)
-        scene.group_id = rooms.roomOf(scene);
-    write(stdout,
-          m_invocation.json ? jsonArray(scenes, m_settings->bridgeID()) : scenesTable(scenes, groups));
-    finish(exitDone);
-}
-
-void CtlCommands::onScenes(const ScenesResult& result)
+void CtlCommands::onScenes(Served& served, const ScenesResult& result)
 {
     if (!result.ok())
-        return failFetch(result);
-    m_settings->home().setScenes(result.records);
+        return failRead(served, result);
+    served.scenes = result.records;
     if (m_invocation.command == CtlCommand::scenes) {
         // Where a scene belongs takes the rooms: a light scene is in the room that holds all of its lamps.
-        GroupsRead{.endpoint = m_settings->bridgeEndpoint(),
-                   .key = m_settings->hueKey(),
-                   .identity = m_settings->bridgeIdentity()}
-            .fetch(*m_network, [this](const GroupsResult& rooms) { onGroups(rooms); });
+        const BridgeLink& settings = served.bridge->settings();
+        GroupsRead{.endpoint = settings.bridgeEndpoint(),
+                   .key = settings.hueKey(),
+                   .identity = settings.bridgeIdentity()}
+            .fetch(*m_network, [this, &served](const GroupsResult& rooms) { onGroups(served, rooms); });
         return;
     }
-    const bool known = std::any_of(result.records.begin(), result.records.end(),
-                                   [this](const HueScene& s) { return s.scene_id == m_invocation.targetId; });
-    if (!known)
-        return failUnknown(QStringLiteral("scene"));
-    m_commands->recallScene(m_invocation.targetId);
-    awaitQueue();
+    onRead(served);
 }
 
-void CtlCommands::changeLight(const HueLight& light)
+void CtlCommands::onRead(Served& served)
 {
-    const qint64 value = m_invocation.value;
-    switch (m_invocation.action) {
-    case CtlAction::on:
-    case CtlAction::off:
-        m_commands->setLightOn(light, m_invocation.action == CtlAction::on);
-        break;
-    case CtlAction::brightness:
-        m_commands->setLightBrightness(light, value);
-        break;
-    case CtlAction::hue:
-        m_commands->setLightHue(light, value);
-        break;
-    case CtlAction::ct:
-        m_commands->setLightColorTemperature(light, value);
-        break;
-    case CtlAction::brighter:
-    case CtlAction::darker:
-        break; // rooms only; the command line refuses them for a lamp, and awaitQueue reports the empty queue
-    }
-    awaitQueue();
+    if (!std::exchange(served.reading, false) || m_finished)
+        return;
+    m_watchdog.start();
+    m_readFailed = m_readFailed || served.failed;
+    if (--m_reading == 0)
+        onAllRead();
 }
 
-void CtlCommands::changeGroup(const HueGroup& group)
+void CtlCommands::onAllRead()
 {
-    const qint64 value = m_invocation.value;
-    switch (m_invocation.action) {
-    case CtlAction::on:
-    case CtlAction::off:
-        m_commands->setGroupOn(group, m_invocation.action == CtlAction::on);
-        break;
-    case CtlAction::brightness:
-        m_commands->setGroupBrightness(group, value);
-        break;
-    case CtlAction::hue:
-        m_commands->setGroupHue(group, value);
-        break;
-    case CtlAction::ct:
-        m_commands->setGroupColorTemperature(group, value);
-        break;
-    case CtlAction::brighter:
-        m_commands->increaseGroupBrightness(group, value);
-        break;
-    case CtlAction::darker:
-        m_commands->increaseGroupBrightness(group, -value);
-        break;
+    switch (m_invocation.command) {
+    case CtlCommand::lights:
+    case CtlCommand::rooms:
+    case CtlCommand::scenes:
+        printLists();
+        if (m_readFailed && m_bridges.size() > 1) {
+            // The lines above say why; these say what the list lacks.
+            for (const std::unique_ptr<Served>& served : m_bridges) {
+                if (served->failed)
+                    printError(QStringLiteral("Bridge %1 is missing from the list.")
+                                   .arg(printable(served->bridge->label())));
+            }
+        }
+        return finish(m_readFailed ? exitFailed : exitDone);
+    case CtlCommand::allOff:
+        return switchAllOff();
+    default:
+        return changeTarget();
     }
-    awaitQueue();
 }
 
-void CtlCommands::switchAllOff(const QList<HueLight>& lights)
+void CtlCommands::printLists()
 {
-    if (m_invocation.offAfterMinutes) {
-        m_commands->switchAllOffAfterMinutes(*m_invocation.offAfterMinutes);
-        return awaitQueue();
+    const bool several = m_bridges.size() > 1;
+    QList<QStringList> rows;
+    JsonWriter json;
+    json.beginArray();
+    bool answered = false;
+    for (const std::unique_ptr<Served>& served : m_bridges) {
+        if (served->failed)
+            continue;
+        answered = true;
+        const QString bridgeId = served->bridge->settings().bridgeID();
+        const qsizetype first = rows.size();
+        switch (m_invocation.command) {
+        case CtlCommand::lights:
+            appendJson(json, served->lights, bridgeId);
+            for (const HueLight& light : std::as_const(served->lights))
+                rows.append(lightRow(light));
+            break;
+        case CtlCommand::rooms:
+            appendJson(json, served->groups, bridgeId);
+            for (const HueGroup& group : std::as_const(served->groups))
+                rows.append(groupRow(group));
+            break;
+        default: {
+            const SceneRooms rooms(served->groups);
+            QHash<QString, QString> names;
+            for (const HueGroup& group : std::as_const(served->groups))
+                names.insert(group.group_id, group.name);
+            QList<HueScene> scenes = served->scenes;
+            for (HueScene& scene : scenes) {
+                scene.group_id = rooms.roomOf(scene);
+                rows.append(sceneRow(scene, names));
+            }
+            appendJson(json, scenes, bridgeId);
+            break;
+        }
+        }
+        // With several bridges an id alone does not say which lamp it is: each bridge numbers its own.
+        for (qsizetype i = first; several && i < rows.size(); ++i)
+            rows[i].prepend(served->bridge->label());
     }
-    if (lights.isEmpty()) {
-        write(stdout, QStringLiteral("No reachable lights on this bridge.\n"));
-        return finish(exitDone);
-    }
-    // One request per lamp in list order, as the menu's "Darkness!" item does; the queue spaces them out.
-    for (const HueLight& light : lights)
-        m_commands->setLightOn(light, false);
-    awaitQueue();
+    json.endArray();
+    if (!answered)
+        return;
+    if (m_invocation.json)
+        return write(stdout, QString::fromUtf8(json.text()) + u'\n');
+    QStringList header = m_invocation.command == CtlCommand::lights  ? lightsHeader
+                         : m_invocation.command == CtlCommand::rooms ? groupsHeader
+                                                                     : scenesHeader;
+    if (several)
+        header.prepend(QStringLiteral("BRIDGE"));
+    rows.prepend(header);
+    write(stdout, table(rows));
 }
 
-void CtlCommands::awaitQueue()
+void CtlCommands::changeTarget()
 {
-    // BridgeCommands drops a change whose address does not form a URL (and says so); then nothing will drain.
-    if (!m_queue->isProcessing()) {
-        printError(QStringLiteral("Nothing was sent to the bridge."));
+    const QString& id = m_invocation.targetId;
+    const CtlCommand command = m_invocation.command;
+    const QString what = command == CtlCommand::light  ? QStringLiteral("light")
+                         : command == CtlCommand::room ? QStringLiteral("room")
+                                                       : QStringLiteral("scene");
+    const auto lightOf = [&id](const Served& served) {
+        return std::find_if(served.lights.cbegin(), served.lights.cend(),
+                            [&id](const HueLight& light) { return light.lamp_id == id; });
+    };
+    const auto groupOf = [&id](const Served& served) {
+        return std::find_if(served.groups.cbegin(), served.groups.cend(),
+                            [&id](const HueGroup& group) { return group.group_id == id; });
+    };
+    QList<Served*> holders;
+    for (const std::unique_ptr<Served>& served : m_bridges) {
+        const bool has = command == CtlCommand::light ? lightOf(*served) != served->lights.cend()
+                         : command == CtlCommand::room
+                             ? groupOf(*served) != served->groups.cend()
+                             : std::any_of(served->scenes.cbegin(), served->scenes.cend(),
+                                           [&id](const HueScene& scene) { return scene.scene_id == id; });
+        if (has)
+            holders.append(served.get());
+    }
+    if (holders.size() > 1) {
+        QStringList names;
+        for (const Served* served : std::as_const(holders))
+            names << QStringLiteral("%1 (%2)").arg(printable(served->bridge->label()),
+                                                   served->bridge->settings().bridgeID());
+        printError(QStringLiteral("There is a %1 %2 on several paired bridges: %3. Nothing was sent; name "
+                                  "one with --bridge-id ID.")
+                       .arg(what, printable(id), names.join(QStringLiteral(", "))));
+        return finish(exitUsage);
+    }
+    if (m_readFailed) {
+        // A bridge that sent no list may have the same id: sending to the other could switch the wrong lamp.
+        if (m_bridges.size() > 1)
+            printError(QStringLiteral("Nothing was sent: a bridge that did not answer may have a %1 %2 too; "
+                                      "name the bridge with --bridge-id ID.")
+                           .arg(what, printable(id)));
         return finish(exitFailed);
     }
+    if (holders.isEmpty()) {
+        printError(QStringLiteral("No %1 with id %2 on %3.")
+                       .arg(what, printable(id),
+                            m_bridges.size() > 1 ? QStringLiteral("any paired bridge")
+                                                 : QStringLiteral("this bridge")));
+        return finish(exitFailed);
+    }
+    Served& served = *holders.first();
+    if (command == CtlCommand::light)
+        changeLight(served, *lightOf(served));
+    else if (command == CtlCommand::room)
+        changeGroup(served, *groupOf(served));
+    else
+        served.session->commands().recallScene(id);
+    awaitQueues({&served});
+}
+
+void CtlCommands::changeLight(Served& served, const HueLight& light)
+{
+    BridgeCommands& commands = served.session->commands();
+    const qint64 value = m_invocation.value;
+    switch (m_invocation.action) {
+    case CtlAction::on:
+    case CtlAction::off:
+        commands.setLightOn(light, m_invocation.action == CtlAction::on);
+        break;
+    case CtlAction::brightness:
+        commands.setLightBrightness(light, value);
+        break;
+    case CtlAction::hue:
+        commands.setLightHue(light, value);
+        break;
+    case CtlAction::ct:
+        commands.setLightColorTemperature(light, value);
+        break;
+    case CtlAction::brighter:
+    case CtlAction::darker:
+        break; // rooms only; the command line refuses them for a lamp, and awaitQueues reports the empty
+               // queue
+    }
+}
+
+void CtlCommands::changeGroup(Served& served, const HueGroup& group)
+{
+    BridgeCommands& commands = served.session->commands();
+    const qint64 value = m_invocation.value;
+    switch (m_invocation.action) {
+    case CtlAction::on:
+    case CtlAction::off:
+        commands.setGroupOn(group, m_invocation.action == CtlAction::on);
+        break;
+    case CtlAction::brightness:
+        commands.setGroupBrightness(group, value);
+        break;
+    case CtlAction::hue:
+        commands.setGroupHue(group, value);
+        break;
+    case CtlAction::ct:
+        commands.setGroupColorTemperature(group, value);
+        break;
+    case CtlAction::brighter:
+        commands.increaseGroupBrightness(group, value);
+        break;
+    case CtlAction::darker:
+        commands.increaseGroupBrightness(group, -value);
+        break;
+    }
+}
+
+void CtlCommands::switchAllOff()
+{
+    // Every bridge that answered; one that did not is said above and fails the run, after the others.
+    QList<Served*> commanded;
+    for (const std::unique_ptr<Served>& served : m_bridges) {
+        if (served->failed)
+            continue;
+        BridgeCommands& commands = served->session->commands();
+        if (m_invocation.offAfterMinutes) {
+            commands.switchAllOffAfterMinutes(*m_invocation.offAfterMinutes);
+        } else {
+            if (served->lights.isEmpty())
+                continue;
+            // One request per lamp in list order, as the menu's "Darkness!" item does; the queue spaces
+            // them out.
+            for (const HueLight& light : std::as_const(served->lights))
+                commands.setLightOn(light, false);
+        }
+        commanded.append(served.get());
+    }
+    if (commanded.isEmpty() && !m_readFailed) {
+        write(stdout, m_bridges.size() > 1 ? QStringLiteral("No reachable lights on these bridges.\n")
+                                           : QStringLiteral("No reachable lights on this bridge.\n"));
+        return finish(exitDone);
+    }
+    awaitQueues(commanded);
+}
+
+void CtlCommands::awaitQueues(const QList<Served*>& commanded)
+{
+    for (const Served* served : commanded) {
+        // BridgeCommands drops a change whose address does not form a URL (and says so); then nothing drains.
+        if (served->session->queue().isProcessing()) {
+            ++m_draining;
+        } else {
+            printError(QStringLiteral("Nothing was sent to the bridge."));
+            m_readFailed = true;
+        }
+    }
+    if (m_draining == 0)
+        return finish(exitFailed);
     // drained() finishes the run, once every change has been answered.
 }
 
-void CtlCommands::onAnswered(const ActionQueueItem& item, const WriteOutcome& outcome, bool again)
+void CtlCommands::onAnswered(const Served& served, const ActionQueueItem& item, const WriteOutcome& outcome,
+                             bool again)
 {
     m_watchdog.start();
     // A busy bridge's refusal goes again after a pause: only its last answer counts.
     if (outcome.ok() || again)
         return;
     // All lamps of a bridge that is gone fail alike: say it once.
-    const QString failure = describeFailure(m_settings->hueIP(), item, outcome);
+    const QString failure = describeFailure(served.bridge->settings().hueIP(), item, outcome);
     if (!m_failures.contains(failure))
         m_failures.append(failure);
 }
 
 void CtlCommands::onDrained()
 {
+    if (m_draining == 0 || --m_draining > 0)
+        return;
     for (const QString& failure : std::as_const(m_failures))
         printError(failure);
-    finish(m_failures.isEmpty() ? exitDone : exitFailed);
-}
-
-void CtlCommands::failUnknown(const QString& what)
-{
-    printError(QStringLiteral("No %1 with id %2 on this bridge.").arg(what, m_invocation.targetId));
-    finish(exitFailed);
+    finish(m_failures.isEmpty() && !m_readFailed ? exitDone : exitFailed);
 }
 
 void CtlCommands::giveUp()
 {
+    QStringList waiting;
+    for (const std::unique_ptr<Served>& served : m_bridges) {
+        if (served->reading || served->session->queue().isProcessing())
+            waiting << served->bridge->settings().hueIP();
+    }
     printError(QStringLiteral("Gave up: the Hue bridge at %1 made no progress for %2 seconds.")
-                   .arg(m_settings ? m_settings->hueIP() : QString(), QString::number(patience.count())));
+                   .arg(waiting.join(QStringLiteral(", ")), QString::number(patience.count())));
     finish(exitFailed);
 }
 

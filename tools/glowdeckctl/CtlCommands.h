@@ -10,19 +10,21 @@
 
 #include <chrono>
 #include <memory>
+#include <vector>
 
 class ActionQueue;
-class AppSettings;
+class BridgeLink;
 struct ActionQueueItem;
 struct WriteOutcome;
 class BridgeCommands;
 class BridgeSession;
 class BridgeNetwork;
 
-/// Runs one checked list or change command against the bridge: reads the list it needs afresh, then prints it
-/// or sends the change through the same BridgeCommands and ActionQueue as the tray menu, waits for the
-/// bridge's answer to every change, and reports the status: a change refused, answered with an HTTP error,
-/// not answered in time or not answered at all fails the run.
+/// Runs one checked list or change command against the paired bridges, one session each, side by side: reads
+/// the list it needs afresh from each, then prints them or sends the change through the same BridgeCommands
+/// and ActionQueue as the tray menu, waits for the bridge's answer to every change, and reports the status: a
+/// bridge that sent no list, a change refused, answered with an HTTP error, not answered in time or not
+/// answered at all fails the run. A change goes to the one bridge that has the lamp, room or scene.
 class CtlCommands final : public QObject
 {
     Q_OBJECT
@@ -43,33 +45,41 @@ Q_SIGNALS:
     void finished(int exitStatus);
 
 private:
-    bool openSettings();
-    void fetchRecords();
-    void onLights(const LightsResult& result);
-    void onGroups(const GroupsResult& result);
-    void onScenes(const ScenesResult& result);
-    void printScenes();
-    void changeLight(const HueLight& light);
-    void changeGroup(const HueGroup& group);
-    void switchAllOff(const QList<HueLight>& lights);
-    /// Waits for the queue to send what the commands just handed to it, and for the answers.
-    void awaitQueue();
-    void onAnswered(const ActionQueueItem& item, const WriteOutcome& outcome, bool again);
+    /// One bridge of the run: its session and the lists read from it.
+    struct Served;
+
+    void fetchRecords(Served& served);
+    void onLights(Served& served, const LightsResult& result);
+    void onGroups(Served& served, const GroupsResult& result);
+    void onScenes(Served& served, const ScenesResult& result);
+    /// One bridge's lists are in, or it failed; the command goes on once every bridge is done.
+    void onRead(Served& served);
+    void onAllRead();
+    /// Prints the records of every bridge that answered, as one table or one JSON array.
+    void printLists();
+    /// Sends the change of `light`, `room` or `scene` to the one bridge that has its id.
+    void changeTarget();
+    void changeLight(Served& served, const HueLight& light);
+    void changeGroup(Served& served, const HueGroup& group);
+    void switchAllOff();
+    /// Waits for the queues of `commanded` to send what the commands just handed to them, and for the
+    /// answers.
+    void awaitQueues(const QList<Served*>& commanded);
+    void onAnswered(const Served& served, const ActionQueueItem& item, const WriteOutcome& outcome,
+                    bool again);
     void onDrained();
     /// Reports a failed list read.
     template <typename Result>
-    void failFetch(const Result& result);
-    void failUnknown(const QString& what);
+    void failRead(Served& served, const Result& result);
     void giveUp();
     void finish(int exitStatus);
 
     CtlInvocation m_invocation;
     std::unique_ptr<BridgeNetwork> m_network;
-    CtlBridge m_bridge;
-    AppSettings* m_settings = nullptr;        // the bridge's, once it is open
-    std::unique_ptr<BridgeSession> m_session; // the bridge's, once it is open
-    ActionQueue* m_queue = nullptr;
-    BridgeCommands* m_commands = nullptr;
+    std::vector<std::unique_ptr<Served>> m_bridges;
+    int m_reading = 0;         ///< bridges whose lists are still to come
+    int m_draining = 0;        ///< queues still sending or waiting for answers
+    bool m_readFailed = false; ///< a bridge was not reached or sent no list
     QTimer m_watchdog;
     QStringList m_failures; ///< one line per distinct failed change
     bool m_finished = false;

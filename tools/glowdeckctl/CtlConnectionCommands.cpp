@@ -12,10 +12,9 @@
 #include "connection/BridgeProbe.h"
 #include "connection/ShellRunner.h"
 #include "session/BridgeSession.h"
-#include "state/AppSettings.h"
+#include "state/BridgeLink.h"
 #include "state/BridgeHome.h"
 #include "state/JsonSettingsStore.h"
-#include "state/MemorySettingsStore.h"
 #include "state/Preferences.h"
 
 #include <QFileInfo>
@@ -59,7 +58,7 @@ CtlConnectionCommands::CtlConnectionCommands(CtlInvocation invocation, QObject* 
 CtlConnectionCommands::~CtlConnectionCommands()
 {
     // Replies still out go first, so none can call back into a half-destroyed run.
-    m_stream.reset();
+    m_reports.clear();
     m_network.reset();
 }
 
@@ -111,9 +110,8 @@ void CtlConnectionCommands::discover()
     // A bridge paired over HTTPS is never replaced by an address that merely claims its id in clear.
     ProbeKnowledge paired;
     if (openExistingSettings()) {
-        AppSettings stored(*m_store);
-        stored.load();
-        paired = {stored.bridgeTransport(), stored.bridgeIdentity(), false};
+        const BridgeContact first = Preferences(*m_store).bridges().value(0);
+        paired = {first.transport, first.identity(), false};
     }
     m_discovery->detectBridges(
         paired, [this](const QList<BridgeDiscovery::FoundBridge>& bridges) { onDiscovered(bridges); });
@@ -150,7 +148,8 @@ void CtlConnectionCommands::onDiscovered(const QList<BridgeDiscovery::FoundBridg
             QStringLiteral("Several bridges answered; store yours with: glowdeckctl discover --pick ID"));
         return finish(exitFailed);
     }
-    const QString address = (m_invocation.pick.isEmpty() ? bridges.first() : *picked).address;
+    const BridgeDiscovery::FoundBridge& found = m_invocation.pick.isEmpty() ? bridges.first() : *picked;
+    const QString& address = found.address;
     // The bridge's word is taken for the address, but it must still be one.
     if (!CtlArguments::isBridgeAddress(address)) {
         printError(
@@ -158,8 +157,25 @@ void CtlConnectionCommands::onDiscovered(const QList<BridgeDiscovery::FoundBridg
                 .arg(printable(address)));
         return finish(exitFailed);
     }
+    if (m_invocation.command == CtlCommand::pair)
+        return pairAt(address);
     m_store = std::make_unique<JsonSettingsStore>(m_fileName);
-    Preferences(*m_store).setBridgeAddress(address);
+    // The address goes to the stored bridge with that id; a bridge not stored yet is added beside those
+    // paired, and takes the place of one only found before.
+    Preferences preferences(*m_store);
+    QList<BridgeContact> contacts = preferences.bridges();
+    auto same = std::find_if(contacts.begin(), contacts.end(), [&found](const BridgeContact& bridge) {
+        return !bridge.id.isEmpty() && bridge.id.compare(found.bridgeId, Qt::CaseInsensitive) == 0;
+    });
+    const auto unpaired = std::find_if(contacts.begin(), contacts.end(),
+                                       [](const BridgeContact& bridge) { return bridge.key.isEmpty(); });
+    if (same != contacts.end())
+        same->address = address;
+    else if (unpaired != contacts.end())
+        *unpaired = BridgeContact{.id = found.bridgeId.toUpper(), .address = address};
+    else
+        contacts.append(BridgeContact{.id = found.bridgeId.toUpper(), .address = address});
+    preferences.setBridges(contacts);
     if (!m_store->saveError().isEmpty()) {
         printError(QStringLiteral("Its address was not stored: %1.").arg(m_store->saveError()));
         return finish(exitFailed);
@@ -175,37 +191,65 @@ void CtlConnectionCommands::onDiscovered(const QList<BridgeDiscovery::FoundBridg
 
 void CtlConnectionCommands::pair()
 {
-    m_address = m_invocation.bridge;
     openExistingSettings();
-    if (m_address.isEmpty())
-        m_address = storedAddress();
-    if (m_address.isEmpty()) {
+    // The bridge found with --pick is asked for a key once discovery has found it.
+    if (!m_invocation.pick.isEmpty())
+        return discover();
+    QString address = m_invocation.bridge;
+    if (address.isEmpty() && !m_invocation.bridgeId.isEmpty()) {
+        const QList<BridgeContact> stored = storedBridges();
+        const auto picked = std::find_if(stored.cbegin(), stored.cend(), [this](const BridgeContact& bridge) {
+            return bridge.id.compare(m_invocation.bridgeId, Qt::CaseInsensitive) == 0;
+        });
+        if (picked == stored.cend()) {
+            printError(QStringLiteral("No bridge %1 is stored in %2; pair it with --pick %1 or --bridge "
+                                      "HOST[:PORT].")
+                           .arg(m_invocation.bridgeId, m_fileName));
+            return finish(exitUsage);
+        }
+        address = picked->address;
+    }
+    if (address.isEmpty())
+        address = storedAddress();
+    if (address.isEmpty()) {
         printError(
             QStringLiteral("No bridge address stored in %1.\nRun 'glowdeckctl discover' first, or pass "
                            "--bridge HOST[:PORT].")
                 .arg(m_fileName));
         return finish(exitFailed);
     }
-    if (!CtlArguments::isBridgeAddress(m_address)) {
+    if (!CtlArguments::isBridgeAddress(address)) {
         printError(
             QStringLiteral("The stored bridge address %1 is not HOST[:PORT]; run 'glowdeckctl discover' "
                            "or pass --bridge.")
-                .arg(printable(m_address)));
+                .arg(printable(address)));
         return finish(exitFailed);
     }
+    pairAt(address);
+}
 
-    m_pairingStore = std::make_unique<MemorySettingsStore>();
-    m_pairingSettings = std::make_unique<AppSettings>(*m_pairingStore);
-    if (m_store && sameBridgeAddress(m_address, storedAddress())) {
-        // Pairing the stored bridge again: what it proved before holds (a bridge reached over HTTPS is not
-        // paired in clear, whatever answers there now).
-        AppSettings stored(*m_store);
-        stored.load();
-        Preferences(*m_pairingStore).setBridgeAddress(storedAddress());
-        m_pairingSettings->setBridgeContact(stored.bridgeTransport(), stored.bridgeID(),
-                                            stored.bridgeCertificateKey());
-    }
-    m_pairing = std::make_unique<BridgePairing>(*m_pairingSettings, *m_network);
+QList<BridgeContact> CtlConnectionCommands::storedBridges() const
+{
+    return m_store ? Preferences(*m_store).bridges() : QList<BridgeContact>();
+}
+
+void CtlConnectionCommands::pairAt(const QString& address)
+{
+    m_address = address;
+    // Pairing a stored bridge again: what it proved before holds (a bridge reached over HTTPS is not paired
+    // in clear, whatever answers there now).
+    const QList<BridgeContact> stored = storedBridges();
+    const auto same = std::find_if(stored.cbegin(), stored.cend(), [this](const BridgeContact& bridge) {
+        return sameBridgeAddress(m_address, bridge.address);
+    });
+    BridgeContact known;
+    if (same != stored.cend())
+        known = {.id = same->id,
+                 .address = same->address,
+                 .transport = same->transport,
+                 .certificate = same->certificate};
+    m_pairingLink = std::make_unique<CtlLink>(known);
+    m_pairing = std::make_unique<BridgePairing>(m_pairingLink->state(), *m_network);
     if (m_invocation.waitSeconds)
         m_waitUntil.setRemainingTime(std::chrono::seconds(*m_invocation.waitSeconds));
     askForKey();
@@ -244,16 +288,14 @@ void CtlConnectionCommands::onPairingOutcome(const PairingOutcome& answer)
 
 void CtlConnectionCommands::connectWithKey(const QString& key)
 {
-    // Now there is something to store: the file is created if need be.
-    if (!m_store)
-        m_store = std::make_unique<JsonSettingsStore>(m_fileName);
-    m_settings = std::make_unique<AppSettings>(*m_store);
     m_address = addressAfter(m_address, *m_contact);
-    m_settings->setHueIP(m_address);
-    m_settings->setHueKey(key);
-    m_settings->setBridgeContact(m_contact->transport, m_contact->bridgeId, m_contact->pinnedKey);
-    m_settings->setBridgeName(m_contact->name);
-    m_session = std::make_unique<BridgeSession>(*m_settings, *m_network);
+    m_link = std::make_unique<CtlLink>(BridgeContact{.id = m_contact->bridgeId,
+                                                     .address = m_address,
+                                                     .key = key,
+                                                     .transport = m_contact->transport,
+                                                     .certificate = m_contact->pinnedKey,
+                                                     .name = m_contact->name});
+    m_session = std::make_unique<BridgeSession>(m_link->state(), *m_network);
     BridgeConnection* connection = &m_session->connection();
     m_listsPending = 3;
     connect(connection, &BridgeConnection::lightsRefreshed, this, [this](const LightsResult& result) {
@@ -263,7 +305,8 @@ void CtlConnectionCommands::connectWithKey(const QString& key)
     });
     connect(connection, &BridgeConnection::groupsRefreshed, this, &CtlConnectionCommands::onListRefreshed);
     connect(connection, &BridgeConnection::scenesRefreshed, this, &CtlConnectionCommands::onListRefreshed);
-    // The same step as the tray's: with a light read that succeeds, it stores the address and the key.
+    // The same step as the tray's; what it stores stays in the link's own store, and this run writes the
+    // settings file itself, once, beside the other paired bridges.
     m_session->connectToBridge();
 }
 
@@ -281,15 +324,36 @@ void CtlConnectionCommands::onListRefreshed()
                 .arg(m_address, why));
         return finish(exitFailed);
     }
-    const QList<HueGroup> groups = m_settings->home().groups();
+    const BridgeLink& state = m_link->state();
+    const QList<HueGroup> groups = state.home().groups();
     const auto rooms =
         std::count_if(groups.cbegin(), groups.cend(), [](const HueGroup& g) { return !g.isZone(); });
     printOut(QStringLiteral("Paired with bridge %1 at %2 over %3: %4, %5, %6.")
-                 .arg(m_settings->bridgeID(), m_address,
-                      describeTransport(m_settings->bridgeTransport(), m_contact->signer),
-                      Ctl::counted(m_settings->home().lights().size(), QStringLiteral("light")),
+                 .arg(state.bridgeID(), m_address,
+                      describeTransport(state.bridgeTransport(), m_contact->signer),
+                      Ctl::counted(state.home().lights().size(), QStringLiteral("light")),
                       Ctl::counted(rooms, QStringLiteral("room")),
-                      Ctl::counted(m_settings->home().scenes().size(), QStringLiteral("scene"))));
+                      Ctl::counted(state.home().scenes().size(), QStringLiteral("scene"))));
+
+    // Now there is something to store: the file is created if need be. The bridge takes the place of its own
+    // entry (or of the one found at its address before it was paired); the other bridges stay as they are.
+    if (!m_store)
+        m_store = std::make_unique<JsonSettingsStore>(m_fileName);
+    QList<BridgeContact> bridges = storedBridges();
+    const BridgeContact& paired = state.contact();
+    auto same = std::find_if(bridges.begin(), bridges.end(), [&paired](const BridgeContact& bridge) {
+        return !bridge.id.isEmpty() && bridge.id.compare(paired.id, Qt::CaseInsensitive) == 0;
+    });
+    if (same == bridges.end())
+        same = std::find_if(bridges.begin(), bridges.end(), [this](const BridgeContact& bridge) {
+            return bridge.id.isEmpty() && bridge.key.isEmpty() ? sameBridgeAddress(m_address, bridge.address)
+                                                               : false;
+        });
+    if (same != bridges.end())
+        *same = paired;
+    else
+        bridges.append(paired);
+    Preferences(*m_store).setBridges(bridges);
     // The key is not printed instead: it lets whoever reads it control the lights. Pairing again is cheap.
     if (!m_store->saveError().isEmpty()) {
         printError(QStringLiteral("The key was not stored, so it is lost: %1.\nMake the settings file "
@@ -303,81 +367,141 @@ void CtlConnectionCommands::onListRefreshed()
 
 // status
 
+/// What `status` learns of one bridge, printed once every bridge has answered or failed.
+struct CtlConnectionCommands::Status
+{
+    QString name;
+    QString storedId;
+    QString address;
+    QString key;
+    bool keyStored = false;
+    /// What the file says of the bridge (its key's rules included); unused when `refusal` is set.
+    ProbeKnowledge known;
+    QString refusal;
+    /// The report's lines after the address and key, as name and value.
+    QList<std::pair<QString, QString>> fields;
+    QString bridgeId;
+    QString transport;
+    bool reachable = false;
+    bool failed = false;
+    bool done = false;
+    std::unique_ptr<BridgeEventStream> stream;
+    QTimer streamWait;
+};
+
 void CtlConnectionCommands::status()
 {
     openExistingSettings();
-    m_address = m_invocation.bridge.isEmpty() ? storedAddress() : m_invocation.bridge;
-    const QString key = m_invocation.key.isEmpty() ? storedKey() : m_invocation.key;
-    const bool keyStored = !storedKey().isEmpty();
-
-    printField(QStringLiteral("Settings file"),
-               m_fileName + (m_store ? QString() : QStringLiteral(" (not there yet)")));
-    printField(QStringLiteral("Bridge address"),
-               (m_address.isEmpty() ? QStringLiteral("none") : printable(m_address)) +
-                   (m_invocation.bridge.isEmpty() ? QString() : QStringLiteral(" (from --bridge)")));
-    // Whether there is a key, never the key itself: this output ends up in bug reports.
-    printField(QStringLiteral("Key stored"),
-               (keyStored ? QStringLiteral("yes") : QStringLiteral("no")) +
-                   (m_invocation.key.isEmpty() ? QString() : QStringLiteral(" (this run uses --key)")));
-
-    if (m_address.isEmpty()) {
-        printField(QStringLiteral("Bridge"),
-                   QStringLiteral("no bridge address stored; run glowdeckctl discover"));
-        return finish(exitFailed);
+    QList<BridgeContact> stored = storedBridges();
+    if (!m_invocation.bridgeId.isEmpty()) {
+        const auto picked = std::find_if(stored.cbegin(), stored.cend(), [this](const BridgeContact& bridge) {
+            return bridge.id.compare(m_invocation.bridgeId, Qt::CaseInsensitive) == 0;
+        });
+        if (picked == stored.cend()) {
+            QStringList ids;
+            for (const BridgeContact& bridge : std::as_const(stored))
+                ids << bridge.id;
+            printError(QStringLiteral("No bridge %1 is paired in %2; stored: %3.")
+                           .arg(m_invocation.bridgeId, m_fileName,
+                                ids.isEmpty() ? QStringLiteral("none") : ids.join(QStringLiteral(", "))));
+            return finish(exitUsage);
+        }
+        stored = {*picked};
     }
-    const std::optional<BridgeAddress> address = BridgeAddress::parse(m_address);
-    if (!address) {
-        printField(QStringLiteral("Bridge"),
-                   QStringLiteral("the stored address is not HOST[:PORT]; run glowdeckctl discover"));
-        return finish(exitFailed);
+    if (!m_invocation.key.isEmpty() && m_invocation.bridge.isEmpty() && stored.size() > 1) {
+        printError(QStringLiteral("--key is the key of one bridge: name it with --bridge-id or --bridge."));
+        return finish(exitUsage);
     }
-    // What the file says about the bridge holds for the stored address only; its key goes nowhere else
-    // unless the bridge there proves the stored id.
-    ProbeKnowledge known;
-    if (m_store) {
-        AppSettings settings(*m_store);
-        settings.load();
-        if (m_invocation.key.isEmpty() && keyStored) {
-            const Ctl::StoredKeyUse use = Ctl::storedKeyUse(m_address, settings, m_fileName);
-            if (!use.refusal.isEmpty()) {
-                printField(QStringLiteral("Bridge"), use.refusal);
-                return finish(exitFailed);
-            }
-            known = use.knowledge;
-        } else if (sameBridgeAddress(m_address, storedAddress())) {
-            known = {settings.bridgeTransport(), settings.bridgeIdentity(), false};
+    // --bridge: that address alone, with the key of the stored bridge there (else of the first).
+    if (!m_invocation.bridge.isEmpty()) {
+        const auto same = std::find_if(stored.cbegin(), stored.cend(), [this](const BridgeContact& bridge) {
+            return sameBridgeAddress(m_invocation.bridge, bridge.address);
+        });
+        BridgeContact owner = same != stored.cend() ? *same : stored.value(0);
+        owner.name = same != stored.cend() ? same->name : QString();
+        stored = {owner};
+    }
+    if (stored.isEmpty())
+        stored.append(BridgeContact{});
+    for (const BridgeContact& contact : std::as_const(stored)) {
+        auto& report = *m_reports.emplace_back(std::make_unique<Status>());
+        report.name = contact.name;
+        report.storedId = contact.id;
+        report.address = m_invocation.bridge.isEmpty() ? contact.address : m_invocation.bridge;
+        report.keyStored = !contact.key.isEmpty();
+        report.key = m_invocation.key.isEmpty() ? contact.key : m_invocation.key;
+        // What the file says about the bridge holds for the stored address only; its key goes nowhere else
+        // unless the bridge there proves the stored id.
+        if (m_invocation.key.isEmpty() && report.keyStored) {
+            const Ctl::StoredKeyUse use = Ctl::storedKeyUse(report.address, contact, m_fileName);
+            report.refusal = use.refusal;
+            report.known = use.knowledge;
+        } else if (sameBridgeAddress(report.address, contact.address)) {
+            report.known = {contact.transport, contact.identity(), false};
         }
     }
-    probeBridge(*m_network, *address, known, this,
-                [this, key](const ProbeResult& result) { onStatusProbe(result, key); });
+    for (const std::unique_ptr<Status>& each : m_reports) {
+        Status& report = *each;
+        if (report.address.isEmpty()) {
+            report.fields.append({QStringLiteral("Bridge"),
+                                  QStringLiteral("no bridge address stored; run glowdeckctl discover")});
+            statusDone(report, false);
+            continue;
+        }
+        const std::optional<BridgeAddress> address = BridgeAddress::parse(report.address);
+        if (!address) {
+            report.fields.append({QStringLiteral("Bridge"), QStringLiteral("the stored address is not "
+                                                                           "HOST[:PORT]; run glowdeckctl "
+                                                                           "discover")});
+            statusDone(report, false);
+            continue;
+        }
+        if (!report.refusal.isEmpty()) {
+            report.fields.append({QStringLiteral("Bridge"), report.refusal});
+            statusDone(report, false);
+            continue;
+        }
+        // Every bridge at once: one that does not answer holds up none of the others.
+        probeBridge(*m_network, *address, report.known, this,
+                    [this, &report](const ProbeResult& result) { onStatusProbe(report, result); });
+    }
 }
 
-void CtlConnectionCommands::onStatusProbe(const ProbeResult& result, const QString& key)
+void CtlConnectionCommands::onStatusProbe(Status& report, const ProbeResult& result)
 {
     if (!result.contact) {
-        printField(QStringLiteral("Bridge"), printable(result.problem));
-        return finish(exitFailed);
+        // The id the file holds, so that the bridge that does not answer is known among several.
+        if (!report.storedId.isEmpty()) {
+            report.bridgeId = report.storedId;
+            report.fields.append({QStringLiteral("Bridge id"), report.storedId});
+        }
+        report.fields.append({QStringLiteral("Bridge"), printable(result.problem)});
+        return statusDone(report, false);
     }
     const ProbedBridge& contact = *result.contact;
-    printField(QStringLiteral("Bridge id"), contact.bridgeId);
-    printField(QStringLiteral("Transport"), describeTransport(contact.transport, contact.signer));
-    if (key.isEmpty()) {
-        printField(QStringLiteral("Bridge"), QStringLiteral("answers; no key yet: run glowdeckctl pair"));
-        return finish(exitDone);
+    report.bridgeId = contact.bridgeId;
+    report.transport = describeTransport(contact.transport, contact.signer);
+    report.reachable = true;
+    report.fields.append({QStringLiteral("Bridge id"), contact.bridgeId});
+    report.fields.append({QStringLiteral("Transport"), report.transport});
+    if (report.key.isEmpty()) {
+        report.fields.append(
+            {QStringLiteral("Bridge"), QStringLiteral("answers; no key yet: run glowdeckctl pair")});
+        return statusDone(report, true);
     }
-    LightsRead{.endpoint = contact.endpoint, .key = key, .identity = contact.identity()}.fetch(
+    LightsRead{.endpoint = contact.endpoint, .key = report.key, .identity = contact.identity()}.fetch(
         *m_network,
-        [this, contact, key](const LightsResult& result) { onStatusLights(result, contact, key); });
+        [this, contact, &report](const LightsResult& result) { onStatusLights(report, result, contact); });
 }
 
-void CtlConnectionCommands::onStatusLights(const LightsResult& result, const ProbedBridge& contact,
-                                           const QString& key)
+void CtlConnectionCommands::onStatusLights(Status& report, const LightsResult& result,
+                                           const ProbedBridge& contact)
 {
     if (result.ok() || result.error == LightsError::noDevices) {
-        printField(
-            QStringLiteral("Bridge"),
-            QStringLiteral("answers (%1)").arg(Ctl::counted(result.records.size(), QStringLiteral("light"))));
-        return reportUpdates(contact, key);
+        report.fields.append({QStringLiteral("Bridge"),
+                              QStringLiteral("answers (%1)")
+                                  .arg(Ctl::counted(result.records.size(), QStringLiteral("light")))});
+        return reportUpdates(report, contact);
     }
     QString state = QStringLiteral("answers, but sent no lamps for this key; run glowdeckctl pair");
     if (result.timedOut)
@@ -387,43 +511,98 @@ void CtlConnectionCommands::onStatusLights(const LightsResult& result, const Pro
         state = QStringLiteral("does not answer");
     else if (result.bridgeErrors.isEmpty() && !result.message.isEmpty())
         state = QStringLiteral("answers, but its lamps cannot be read");
-    printField(QStringLiteral("Bridge"), state);
-    finish(exitFailed);
+    report.reachable = result.error != LightsError::connectionFailed && !result.timedOut;
+    report.fields.append({QStringLiteral("Bridge"), state});
+    statusDone(report, false);
 }
 
-void CtlConnectionCommands::reportUpdates(const ProbedBridge& contact, const QString& key)
+void CtlConnectionCommands::reportUpdates(Status& report, const ProbedBridge& contact)
 {
     // The tray application's choice, said the same way: pushed changes while the stream is up, else reading.
     if (contact.transport != BridgeAddress::https)
-        return onUpdates(QStringLiteral("no event stream over plain HTTP"));
-    m_stream = std::make_unique<BridgeEventStream>(*m_network);
-    connect(m_stream.get(), &BridgeEventStream::connected, this, [this] { onUpdates({}); });
-    connect(m_stream.get(), &BridgeEventStream::disconnected, this,
-            [this](const QString& reason) { onUpdates(Ctl::clause(printable(reason))); });
-    connect(m_stream.get(), &BridgeEventStream::unavailable, this,
-            [this](const QString& reason) { onUpdates(Ctl::clause(printable(reason))); });
-    m_streamWait.setSingleShot(true);
-    connect(&m_streamWait, &QTimer::timeout, this, [this] {
-        onUpdates(QStringLiteral("the event stream did not answer within %1 s")
-                      .arg(QString::number(streamPatience.count())));
+        return onUpdates(report, QStringLiteral("no event stream over plain HTTP"));
+    report.stream = std::make_unique<BridgeEventStream>(*m_network);
+    connect(report.stream.get(), &BridgeEventStream::connected, this,
+            [this, &report] { onUpdates(report, {}); });
+    connect(report.stream.get(), &BridgeEventStream::disconnected, this,
+            [this, &report](const QString& reason) { onUpdates(report, Ctl::clause(printable(reason))); });
+    connect(report.stream.get(), &BridgeEventStream::unavailable, this,
+            [this, &report](const QString& reason) { onUpdates(report, Ctl::clause(printable(reason))); });
+    report.streamWait.setSingleShot(true);
+    connect(&report.streamWait, &QTimer::timeout, this, [this, &report] {
+        onUpdates(report, QStringLiteral("the event stream did not answer within %1 s")
+                              .arg(QString::number(streamPatience.count())));
     });
-    m_streamWait.start(streamPatience);
-    m_stream->start(contact.endpoint, key, contact.identity());
+    report.streamWait.start(streamPatience);
+    report.stream->start(contact.endpoint, report.key, contact.identity());
 }
 
-void CtlConnectionCommands::onUpdates(const QString& reasonToRead)
+void CtlConnectionCommands::onUpdates(Status& report, const QString& reasonToRead)
 {
-    if (m_finished)
+    if (report.done)
         return;
-    m_streamWait.stop();
-    if (m_stream)
-        m_stream->stop();
-    printField(QStringLiteral("Updates"),
-               reasonToRead.isEmpty()
-                   ? QStringLiteral("live updates (the bridge pushes its changes)")
-                   : QStringLiteral("reading every %1 s (%2)")
-                         .arg(Ctl::seconds(BridgeConnection::refreshInterval), reasonToRead));
-    finish(exitDone);
+    report.streamWait.stop();
+    if (report.stream)
+        report.stream->stop();
+    report.fields.append({QStringLiteral("Updates"),
+                          reasonToRead.isEmpty()
+                              ? QStringLiteral("live updates (the bridge pushes its changes)")
+                              : QStringLiteral("reading every %1 s (%2)")
+                                    .arg(Ctl::seconds(BridgeConnection::refreshInterval), reasonToRead)});
+    statusDone(report, true);
+}
+
+void CtlConnectionCommands::statusDone(Status& report, bool ok)
+{
+    if (std::exchange(report.done, true))
+        return;
+    report.failed = !ok;
+    if (std::any_of(m_reports.cbegin(), m_reports.cend(), [](const auto& each) { return !each->done; }))
+        return;
+    const bool failed =
+        std::any_of(m_reports.cbegin(), m_reports.cend(), [](const auto& each) { return each->failed; });
+    m_invocation.json ? printStatusJson() : printStatus();
+    finish(failed ? exitFailed : exitDone);
+}
+
+void CtlConnectionCommands::printStatus()
+{
+    printField(QStringLiteral("Settings file"),
+               m_fileName + (m_store ? QString() : QStringLiteral(" (not there yet)")));
+    for (const std::unique_ptr<Status>& report : m_reports) {
+        if (report != m_reports.front())
+            printOut(QString());
+        if (!report->name.isEmpty())
+            printField(QStringLiteral("Bridge name"), printable(report->name));
+        printField(QStringLiteral("Bridge address"),
+                   (report->address.isEmpty() ? QStringLiteral("none") : printable(report->address)) +
+                       (m_invocation.bridge.isEmpty() ? QString() : QStringLiteral(" (from --bridge)")));
+        // Whether there is a key, never the key itself: this output ends up in bug reports.
+        printField(QStringLiteral("Key stored"),
+                   (report->keyStored ? QStringLiteral("yes") : QStringLiteral("no")) +
+                       (m_invocation.key.isEmpty() ? QString() : QStringLiteral(" (this run uses --key)")));
+        for (const auto& [name, value] : std::as_const(report->fields))
+            printField(name, value);
+    }
+}
+
+void CtlConnectionCommands::printStatusJson()
+{
+    QJsonArray list;
+    for (const std::unique_ptr<Status>& report : m_reports) {
+        QJsonObject bridge{{"settings_file", m_fileName},     {"name", report->name},
+                           {"bridge_id", report->bridgeId},   {"address", report->address},
+                           {"key_stored", report->keyStored}, {"transport", report->transport},
+                           {"reachable", report->reachable}};
+        for (const auto& [name, value] : std::as_const(report->fields)) {
+            if (name == u"Bridge")
+                bridge.insert(QStringLiteral("bridge"), value);
+            else if (name == u"Updates")
+                bridge.insert(QStringLiteral("updates"), value);
+        }
+        list.append(bridge);
+    }
+    write(stdout, QString::fromUtf8(QJsonDocument(list).toJson(QJsonDocument::Indented)));
 }
 
 void CtlConnectionCommands::finish(int exitStatus)

@@ -13,8 +13,11 @@
 
 #include <memory>
 #include <optional>
+#include <vector>
 
-class AppSettings;
+class BridgeLink;
+class CtlLink;
+struct BridgeContact;
 class BridgeConnection;
 class BridgeSession;
 class BridgeEventStream;
@@ -61,18 +64,28 @@ private:
     void onDiscovered(const QList<BridgeDiscovery::FoundBridge>& bridges);
 
     void pair();
+    /// Asks the bridge at `address` for a key.
+    void pairAt(const QString& address);
+    /// The bridges of the settings file; none when there is no file.
+    QList<BridgeContact> storedBridges() const;
     void askForKey();
     void onPairingOutcome(const PairingOutcome& answer);
-    void onStatusProbe(const ProbeResult& result, const QString& key);
     void connectWithKey(const QString& key);
     void onListRefreshed();
 
+    /// One bridge's report; each is checked side by side.
+    struct Status;
     void status();
-    void onStatusLights(const LightsResult& result, const ProbedBridge& contact, const QString& key);
+    void onStatusProbe(Status& report, const ProbeResult& result);
+    void onStatusLights(Status& report, const LightsResult& result, const ProbedBridge& contact);
     /// Says whether the bridge pushes its changes: it is asked for its event stream, at most
     /// `streamPatience`.
-    void reportUpdates(const ProbedBridge& contact, const QString& key);
-    void onUpdates(const QString& reasonToRead);
+    void reportUpdates(Status& report, const ProbedBridge& contact);
+    void onUpdates(Status& report, const QString& reasonToRead);
+    /// One report is complete (`ok`: the bridge answers as it should); the last prints them all.
+    void statusDone(Status& report, bool ok);
+    void printStatus();
+    void printStatusJson();
 
     void finish(int exitStatus);
 
@@ -87,14 +100,12 @@ private:
     std::unique_ptr<BridgeDiscovery> m_discovery;
     /// The settings file: opened to read when it exists, created once there is something to store.
     std::unique_ptr<SettingsStore> m_store;
-    /// BridgePairing wants shared state, but only asking for a key needs none: this one stores nothing.
-    std::unique_ptr<SettingsStore> m_pairingStore;
-    std::unique_ptr<AppSettings> m_pairingSettings;
+    /// BridgePairing wants a bridge's state, but only asking for a key needs none: this one stores nothing.
+    std::unique_ptr<CtlLink> m_pairingLink;
     std::unique_ptr<BridgePairing> m_pairing;
-    std::unique_ptr<AppSettings> m_settings;
+    std::unique_ptr<CtlLink> m_link;          // the bridge paired
     std::unique_ptr<BridgeSession> m_session; // once paired: reads the lists and stores the contact
-    std::unique_ptr<BridgeEventStream> m_stream;
-    QTimer m_streamWait;
+    std::vector<std::unique_ptr<Status>> m_reports;
     QDeadlineTimer m_waitUntil;
     bool m_toldToPress = false;
     int m_listsPending = 0;

@@ -38,27 +38,55 @@ struct Entry
     std::optional<Shortcut> shortcut;
     bool unreadable = false;       ///< something is stored that is not a shortcut
     QString action;                ///< what it does, in words
-    std::optional<QString> choice; ///< a custom shortcut's stored choice ("3_on", "no_action")
+    std::optional<QString> choice; ///< a custom shortcut's stored choice ("<bridge id>/3_on", "no_action")
 };
 
-QString customAction(const QString& choice)
+/// Which bridge `action` acts on, as the listing names it: nothing with one bridge stored (and the choice for
+/// it), else the bridge's name, or its id when it has none or is not stored.
+QString bridgeOf(const GroupHotkeyAction& action, const QList<BridgeContact>& bridges)
+{
+    // A choice without a bridge id was made for the first stored bridge.
+    const BridgeContact* bridge = bridges.isEmpty() ? nullptr : &bridges.first();
+    if (!action.bridgeId.isEmpty()) {
+        bridge = nullptr;
+        for (const BridgeContact& contact : bridges) {
+            if (contact.id.compare(action.bridgeId, Qt::CaseInsensitive) == 0)
+                bridge = &contact;
+        }
+        if (!bridge)
+            return QStringLiteral("bridge %1, not stored").arg(action.bridgeId);
+    }
+    if (!bridge || bridges.size() < 2)
+        return {};
+    if (!bridge->name.isEmpty())
+        return bridge->name;
+    return bridge->id.isEmpty() ? QStringLiteral("the first bridge") : bridge->id;
+}
+
+QString customAction(const QString& choice, const QList<BridgeContact>& bridges)
 {
     const GroupHotkeyAction action = HotkeyActions::parseCustomGroupAction(choice);
+    QString words;
     switch (action.kind) {
     case Kind::on:
-        return QStringLiteral("room %1 on").arg(action.groupId);
-    case Kind::off:
-        return QStringLiteral("room %1 off").arg(action.groupId);
-    case Kind::brighter:
-        return QStringLiteral("room %1 brighter").arg(action.groupId);
-    case Kind::darker:
-        return QStringLiteral("room %1 darker").arg(action.groupId);
-    case Kind::none:
+        words = QStringLiteral("room %1 on").arg(action.groupId);
         break;
+    case Kind::off:
+        words = QStringLiteral("room %1 off").arg(action.groupId);
+        break;
+    case Kind::brighter:
+        words = QStringLiteral("room %1 brighter").arg(action.groupId);
+        break;
+    case Kind::darker:
+        words = QStringLiteral("room %1 darker").arg(action.groupId);
+        break;
+    case Kind::none:
+        return choice == HotkeyActions::noAction
+                   ? QStringLiteral("nothing")
+                   : QStringLiteral("nothing (\"%1\" is no room action)").arg(choice);
     }
-    return choice == HotkeyActions::noAction
-               ? QStringLiteral("nothing")
-               : QStringLiteral("nothing (\"%1\" is no room action)").arg(choice);
+    const QString bridge = bridgeOf(action, bridges);
+    return bridge.isEmpty() ? words : QStringLiteral("%1 (%2)").arg(words, bridge);
 }
 
 QList<Entry> readEntries(SettingsStore& store)
@@ -66,6 +94,7 @@ QList<Entry> readEntries(SettingsStore& store)
     // As the application reads it: a stored 0, or nothing, is 50.
     const Preferences preferences(store);
     const qint64 step = preferences.keyIncrement();
+    const QList<BridgeContact> bridges = preferences.bridges();
     const QStringList everyRoom{QStringLiteral("every room on"),
                                 QStringLiteral("every room off"),
                                 QStringLiteral("every room brighter by %1").arg(step),
@@ -89,7 +118,7 @@ QList<Entry> readEntries(SettingsStore& store)
             // Custom shortcut n reads slot n - 1.
             const int slot = HotkeyActions::slotOfCustomShortcut(int(i - everyRoom.size()) + 1);
             entry.choice = preferences.customGroupAction(slot).value_or(HotkeyActions::noAction);
-            entry.action = customAction(*entry.choice);
+            entry.action = customAction(*entry.choice, bridges);
         }
         entries.append(entry);
     }

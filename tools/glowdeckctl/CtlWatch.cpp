@@ -6,8 +6,11 @@
 #include "bridge/JsonWriter.h"
 #include "connection/BridgeEventStream.h"
 #include "model/BridgeAddress.h"
-#include "state/AppSettings.h"
+#include "state/BridgeLink.h"
 
+#include <QHash>
+
+#include <algorithm>
 #include <cmath>
 #include <utility>
 
@@ -46,84 +49,109 @@ void beginRecord(JsonWriter& json, const char* type, const QString& id, const QH
 
 } // namespace
 
+struct CtlWatch::Watched
+{
+    std::unique_ptr<CtlBridge> bridge;
+    std::unique_ptr<BridgeEventStream> stream;
+    QHash<QString, QString> lightNames; ///< by lamp id
+    QHash<QString, QString> roomNames;  ///< by group id, rooms and zones
+    int firstReads = 0;                 ///< lists of the first read still to come
+    bool opened = false;                ///< the stream was answered once
+    bool lost = false;                  ///< the stream ended and is not back yet
+    bool failed = false;                ///< not watched
+};
+
 CtlWatch::CtlWatch(CtlInvocation invocation, QObject* parent)
     : QObject(parent), m_invocation(std::move(invocation)), m_network(Ctl::makeNetwork(m_invocation))
 {
-    connect(&m_signals, &SignalWatcher::terminationRequested, this, [this] { finish(exitDone); });
+    connect(&m_signals, &SignalWatcher::terminationRequested, this,
+            [this] { finish(m_failed ? exitFailed : exitDone); });
 }
 
 CtlWatch::~CtlWatch()
 {
-    // The stream and the replies still out go first, so none can call back into a half-destroyed run.
-    m_stream.reset();
+    // The streams and the replies still out go first, so none can call back into a half-destroyed run.
+    for (const std::unique_ptr<Watched>& watched : m_bridges)
+        watched->stream.reset();
     m_network.reset();
 }
 
 void CtlWatch::start()
 {
-    if (!m_network || !m_bridge.open(m_invocation))
+    if (!m_network)
         return finish(exitFailed);
-    m_bridge.reach(*m_network, this, [this](bool reached) { reached ? onReached() : finish(exitFailed); });
+    int failure = exitFailed;
+    std::vector<std::unique_ptr<CtlBridge>> bridges = CtlBridge::open(m_invocation, failure);
+    if (bridges.empty())
+        return finish(failure);
+    for (std::unique_ptr<CtlBridge>& bridge : bridges)
+        m_bridges.emplace_back(std::make_unique<Watched>())->bridge = std::move(bridge);
+    for (const std::unique_ptr<Watched>& each : m_bridges) {
+        Watched& watched = *each;
+        watched.bridge->reach(*m_network, this, [this, &watched](bool reached) {
+            reached ? onReached(watched) : fail(watched);
+        });
+    }
 }
 
-void CtlWatch::onReached()
+void CtlWatch::onReached(Watched& watched)
 {
-    const AppSettings& settings = m_bridge.settings();
+    const BridgeLink& settings = watched.bridge->settings();
     // The stream carries the key in every request, and bridges offer it over HTTPS only.
     if (!settings.bridgeEndpoint().startsWith(BridgeAddress::https + u':')) {
         printError(
             QStringLiteral("the bridge at %1 is reached over plain HTTP, and its event stream needs HTTPS; "
                            "glowdeckctl lists show its state")
                 .arg(printable(settings.hueIP())));
-        return finish(exitFailed);
+        return fail(watched);
     }
-    m_firstReads = 2;
-    readNames(true, false);
+    watched.firstReads = 2;
+    readNames(watched, true, false);
 }
 
-void CtlWatch::readNames(bool lights, bool rooms)
+void CtlWatch::readNames(Watched& watched, bool lights, bool rooms)
 {
-    const AppSettings& settings = m_bridge.settings();
+    const BridgeLink& settings = watched.bridge->settings();
     if (lights)
         LightsRead{.endpoint = settings.bridgeEndpoint(),
                    .key = settings.hueKey(),
                    .identity = settings.bridgeIdentity()}
-            .fetch(*m_network, [this](const LightsResult& result) { onLights(result); });
+            .fetch(*m_network, [this, &watched](const LightsResult& result) { onLights(watched, result); });
     if (rooms)
         GroupsRead{.endpoint = settings.bridgeEndpoint(),
                    .key = settings.hueKey(),
                    .identity = settings.bridgeIdentity()}
-            .fetch(*m_network, [this](const GroupsResult& result) { onRooms(result); });
+            .fetch(*m_network, [this, &watched](const GroupsResult& result) { onRooms(watched, result); });
 }
 
-void CtlWatch::onLights(const LightsResult& result)
+void CtlWatch::onLights(Watched& watched, const LightsResult& result)
 {
     // A bridge without lamps is one to watch too: they may be added.
     const bool ok = result.ok() || result.error == LightsError::noDevices;
     if (ok) {
-        m_lightNames.clear();
+        watched.lightNames.clear();
         for (const HueLight& light : result.records)
-            m_lightNames.insert(light.lamp_id, light.name);
+            watched.lightNames.insert(light.lamp_id, light.name);
     }
-    onNamesRead(ok, ok ? QString() : Ctl::failedRead(m_bridge.settings().hueIP(), result));
+    onNamesRead(watched, ok, ok ? QString() : Ctl::failedRead(watched.bridge->settings().hueIP(), result));
 }
 
-void CtlWatch::onRooms(const GroupsResult& result)
+void CtlWatch::onRooms(Watched& watched, const GroupsResult& result)
 {
     const bool ok = result.ok() || result.error == GroupsError::noGroups;
     if (ok) {
-        m_roomNames.clear();
+        watched.roomNames.clear();
         for (const HueGroup& group : result.records)
-            m_roomNames.insert(group.group_id, group.name);
+            watched.roomNames.insert(group.group_id, group.name);
     }
-    onNamesRead(ok, ok ? QString() : Ctl::failedRead(m_bridge.settings().hueIP(), result));
+    onNamesRead(watched, ok, ok ? QString() : Ctl::failedRead(watched.bridge->settings().hueIP(), result));
 }
 
-void CtlWatch::onNamesRead(bool ok, const QString& failure)
+void CtlWatch::onNamesRead(Watched& watched, bool ok, const QString& failure)
 {
-    if (m_finished)
+    if (m_finished || watched.failed)
         return;
-    if (m_firstReads == 0) {
+    if (watched.firstReads == 0) {
         // Later reads only bring names up to date: the changes go on arriving with the old ones.
         if (!ok && !failure.isEmpty())
             printError(QStringLiteral("names not read again: %1").arg(clause(failure)));
@@ -132,41 +160,48 @@ void CtlWatch::onNamesRead(bool ok, const QString& failure)
     if (!ok) {
         if (!failure.isEmpty())
             printError(failure);
-        return finish(exitFailed);
+        return fail(watched);
     }
     // The lamps first, then the rooms: a key the bridge does not know is then said once, plainly.
-    if (--m_firstReads > 0)
-        return readNames(false, true);
-    const AppSettings& settings = m_bridge.settings();
-    m_stream = std::make_unique<BridgeEventStream>(*m_network);
-    connect(m_stream.get(), &BridgeEventStream::connected, this, &CtlWatch::onConnected);
-    connect(m_stream.get(), &BridgeEventStream::changes, this, &CtlWatch::onChanges);
-    connect(m_stream.get(), &BridgeEventStream::disconnected, this, &CtlWatch::onDisconnected);
-    connect(m_stream.get(), &BridgeEventStream::unavailable, this, &CtlWatch::onUnavailable);
-    m_stream->start(settings.bridgeEndpoint(), settings.hueKey(), settings.bridgeIdentity());
+    if (--watched.firstReads > 0)
+        return readNames(watched, false, true);
+    const BridgeLink& settings = watched.bridge->settings();
+    watched.stream = std::make_unique<BridgeEventStream>(*m_network);
+    BridgeEventStream* stream = watched.stream.get();
+    connect(stream, &BridgeEventStream::connected, this, [this, &watched] { onConnected(watched); });
+    connect(stream, &BridgeEventStream::changes, this,
+            [this, &watched](const BridgeEventBatch& batch) { onChanges(watched, batch); });
+    connect(stream, &BridgeEventStream::disconnected, this,
+            [this, &watched](const QString& reason) { onDisconnected(watched, reason); });
+    connect(stream, &BridgeEventStream::unavailable, this,
+            [this, &watched](const QString& reason) { onUnavailable(watched, reason); });
+    stream->start(settings.bridgeEndpoint(), settings.hueKey(), settings.bridgeIdentity());
 }
 
-void CtlWatch::onConnected()
+void CtlWatch::onConnected(Watched& watched)
 {
-    if (!std::exchange(m_opened, true)) {
+    if (!std::exchange(watched.opened, true)) {
         // Standard error, so that standard output holds nothing but changes.
         printError(QStringLiteral("watching the bridge at %1; Ctrl+C ends")
-                       .arg(printable(m_bridge.settings().hueIP())));
+                       .arg(printable(watched.bridge->settings().hueIP())));
         return;
     }
-    if (std::exchange(m_lost, false)) {
+    if (std::exchange(watched.lost, false)) {
         // The bridge does not tell what changed while the stream was down; a lamp may have been renamed.
-        printError(QStringLiteral("event stream open again; changes made meanwhile are not told"));
-        readNames(true, true);
+        printError(
+            QStringLiteral("event stream of the bridge at %1 open again; changes made meanwhile are not "
+                           "told")
+                .arg(printable(watched.bridge->settings().hueIP())));
+        readNames(watched, true, true);
     }
 }
 
-void CtlWatch::onChanges(const BridgeEventBatch& batch)
+void CtlWatch::onChanges(Watched& watched, const BridgeEventBatch& batch)
 {
     for (const LightChange& change : batch.lights) {
         QStringList fields;
         JsonWriter json;
-        beginRecord(json, "light", change.lampId, m_lightNames);
+        beginRecord(json, "light", change.lampId, watched.lightNames);
         if (change.on) {
             fields << onOff(*change.on);
             json.member(u"on", *change.on);
@@ -185,15 +220,16 @@ void CtlWatch::onChanges(const BridgeEventBatch& batch)
             json.member(u"ct", *change.colorTemperature);
         }
         if (!fields.isEmpty())
-            printLine(subject(QStringLiteral("light"), change.lampId, m_lightNames) + QStringLiteral(": ") +
-                          fields.join(QStringLiteral(", ")),
+            printLine(watched,
+                      subject(QStringLiteral("light"), change.lampId, watched.lightNames) +
+                          QStringLiteral(": ") + fields.join(QStringLiteral(", ")),
                       json.endObject().text());
     }
     // Rooms and zones alike: `glowdeckctl room ID` changes either.
     for (const GroupChange& change : batch.groups) {
         QStringList fields;
         JsonWriter json;
-        beginRecord(json, "room", change.groupId, m_roomNames);
+        beginRecord(json, "room", change.groupId, watched.roomNames);
         if (change.anyOn) {
             fields << onOff(*change.anyOn);
             json.member(u"any_on", *change.anyOn);
@@ -203,8 +239,9 @@ void CtlWatch::onChanges(const BridgeEventBatch& batch)
             json.member(u"brightness", *change.brightness);
         }
         if (!fields.isEmpty())
-            printLine(subject(QStringLiteral("room"), change.groupId, m_roomNames) + QStringLiteral(": ") +
-                          fields.join(QStringLiteral(", ")),
+            printLine(watched,
+                      subject(QStringLiteral("room"), change.groupId, watched.roomNames) +
+                          QStringLiteral(": ") + fields.join(QStringLiteral(", ")),
                       json.endObject().text());
     }
     for (const QString& problem : batch.problems)
@@ -224,30 +261,54 @@ void CtlWatch::onChanges(const BridgeEventBatch& batch)
     const QString last = lists.takeLast();
     const QString named =
         lists.isEmpty() ? last : lists.join(QStringLiteral(", ")) + QStringLiteral(" and ") + last;
-    printLine(named + QStringLiteral(" changed: read again"), json.text());
-    readNames(batch.relistLights, batch.relistGroups);
+    printLine(watched, named + QStringLiteral(" changed: read again"), json.text());
+    readNames(watched, batch.relistLights, batch.relistGroups);
 }
 
-void CtlWatch::onDisconnected(const QString& reason)
+void CtlWatch::onDisconnected(Watched& watched, const QString& reason)
 {
     // BridgeEventStream tries again by itself, after 1, 2, 4 ... at most 60 s.
-    if (m_opened)
-        m_lost = true;
-    printError((m_opened ? QStringLiteral("event stream lost: %1; reconnecting")
-                         : QStringLiteral("event stream not opened: %1; trying again"))
+    if (watched.opened)
+        watched.lost = true;
+    printError((watched.opened ? QStringLiteral("event stream lost: %1; reconnecting")
+                               : QStringLiteral("event stream not opened: %1; trying again"))
                    .arg(clause(printable(reason))));
 }
 
-void CtlWatch::onUnavailable(const QString& reason)
+void CtlWatch::onUnavailable(Watched& watched, const QString& reason)
 {
     printError(QStringLiteral("the bridge offers no event stream (%1); glowdeckctl lists show its state")
                    .arg(clause(printable(reason))));
-    finish(exitFailed);
+    fail(watched);
 }
 
-void CtlWatch::printLine(const QString& text, const QByteArray& json)
+void CtlWatch::fail(Watched& watched)
 {
-    Ctl::write(stdout, (m_invocation.json ? QString::fromUtf8(json) : text) + u'\n');
+    if (std::exchange(watched.failed, true))
+        return;
+    m_failed = true;
+    if (watched.stream)
+        watched.stream->stop();
+    if (std::all_of(m_bridges.cbegin(), m_bridges.cend(), [](const auto& each) { return each->failed; }))
+        return finish(exitFailed);
+    // The others are still watched; this one is named, and the run ends with 1.
+    if (m_bridges.size() > 1)
+        printError(QStringLiteral("bridge %1 is not watched").arg(printable(watched.bridge->label())));
+}
+
+void CtlWatch::printLine(const Watched& watched, const QString& text, QByteArray json)
+{
+    if (m_invocation.json) {
+        // Each change says which bridge it is on, as the lists' records do.
+        JsonWriter id;
+        id.value(watched.bridge->settings().bridgeID());
+        json.chop(1);
+        json += QByteArrayLiteral(",\"bridge_id\":") + id.text() + '}';
+        return Ctl::write(stdout, QString::fromUtf8(json) + u'\n');
+    }
+    const QString bridge =
+        m_bridges.size() > 1 ? printable(watched.bridge->label()) + QStringLiteral(": ") : QString();
+    Ctl::write(stdout, bridge + text + u'\n');
 }
 
 void CtlWatch::finish(int exitStatus)
@@ -255,7 +316,9 @@ void CtlWatch::finish(int exitStatus)
     if (m_finished)
         return;
     m_finished = true;
-    if (m_stream)
-        m_stream->stop();
+    for (const std::unique_ptr<Watched>& watched : m_bridges) {
+        if (watched->stream)
+            watched->stream->stop();
+    }
     Q_EMIT finished(exitStatus);
 }

@@ -7,20 +7,21 @@
 #include "bridge/BridgeEvents.h"
 #include "bridge/ResourceFetch.h"
 
-#include <QHash>
 #include <QObject>
 
 #include <memory>
+#include <vector>
 
 class BridgeEventStream;
 class BridgeNetwork;
 
-/// `glowdeckctl watch`: follows the bridge's event stream and prints every change of a lamp or room as it
-/// arrives, one line each (or one JSON object a line), flushed at once for the scripts and status bars that
-/// read it line by line. The lamps' and rooms' names come from one read of both lists at the start, read
-/// again whenever an event says they changed. Runs until SIGINT or SIGTERM and then exits 0; a stream that
-/// drops is said on standard error and opened again. Fails at once when the bridge has no stream, is reached
-/// over plain HTTP, or there is no key.
+/// `glowdeckctl watch`: follows the event stream of every paired bridge (or of the one picked) and prints
+/// every change of a lamp or room as it arrives, one line each (or one JSON object a line, with its
+/// "bridge_id"), flushed at once for the scripts and status bars that read it line by line. The lamps' and
+/// rooms' names come from one read of both lists at the start, read again whenever an event says they
+/// changed. Runs until SIGINT or SIGTERM and then exits 0, or 1 when a bridge could not be watched; a stream
+/// that drops is said on standard error and opened again. A bridge that has no stream, is reached over plain
+/// HTTP or has no key is said at once; the run fails at once when that leaves none.
 class CtlWatch final : public QObject
 {
     Q_OBJECT
@@ -39,30 +40,30 @@ Q_SIGNALS:
     void finished(int exitStatus);
 
 private:
-    void onReached();
+    /// One bridge watched: its stream and the names of its lamps and rooms.
+    struct Watched;
+
+    void onReached(Watched& bridge);
     /// Reads the names of the lamps and/or rooms afresh; the stream opens once the first names of both are
     /// in.
-    void readNames(bool lights, bool rooms);
-    void onLights(const LightsResult& result);
-    void onRooms(const GroupsResult& result);
+    void readNames(Watched& bridge, bool lights, bool rooms);
+    void onLights(Watched& bridge, const LightsResult& result);
+    void onRooms(Watched& bridge, const GroupsResult& result);
     /// One list of names is in (or failed: `failure`, empty when the read printed its own message).
-    void onNamesRead(bool ok, const QString& failure);
-    void onConnected();
-    void onChanges(const BridgeEventBatch& batch);
-    void onDisconnected(const QString& reason);
-    void onUnavailable(const QString& reason);
-    void printLine(const QString& text, const QByteArray& json);
+    void onNamesRead(Watched& bridge, bool ok, const QString& failure);
+    void onConnected(Watched& bridge);
+    void onChanges(Watched& bridge, const BridgeEventBatch& batch);
+    void onDisconnected(Watched& bridge, const QString& reason);
+    void onUnavailable(Watched& bridge, const QString& reason);
+    /// `bridge` cannot be watched (the reason is printed); the run ends when none is left.
+    void fail(Watched& bridge);
+    void printLine(const Watched& bridge, const QString& text, QByteArray json);
     void finish(int exitStatus);
 
     CtlInvocation m_invocation;
     std::unique_ptr<BridgeNetwork> m_network;
-    CtlBridge m_bridge;
-    std::unique_ptr<BridgeEventStream> m_stream;
+    std::vector<std::unique_ptr<Watched>> m_bridges;
     SignalWatcher m_signals;
-    QHash<QString, QString> m_lightNames; ///< by lamp id
-    QHash<QString, QString> m_roomNames;  ///< by group id, rooms and zones
-    int m_firstReads = 0;                 ///< lists of the first read still to come
-    bool m_opened = false;                ///< the stream was answered once
-    bool m_lost = false;                  ///< the stream ended and is not back yet
+    bool m_failed = false; ///< a bridge could not be watched
     bool m_finished = false;
 };

@@ -15,6 +15,8 @@
 #include <QSslConfiguration>
 #include <QTimer>
 
+#include <algorithm>
+
 namespace {
 
 constexpr qint64 MaximumHomeFileBytes = 64 * 1024 * 1024;
@@ -471,6 +473,12 @@ void BridgeSimulator::dropEventStreams()
     m_events->dropAll();
 }
 
+void BridgeSimulator::setBusyAfterChange(int milliseconds)
+{
+    m_busySpell = std::max(milliseconds, 0);
+    m_busyUntilMs = -1;
+}
+
 BridgeSimulator::Fault BridgeSimulator::takeFault(const QByteArray& method)
 {
     if (!m_faultMethod.isEmpty() && method != m_faultMethod)
@@ -504,6 +512,17 @@ void BridgeSimulator::onHttpRequest(SimulatorHttpConnection* connection, const S
             301, "text/html", "<html><body>Moved</body></html>",
             {{"Location", "https://" + host + ':' + QByteArray::number(tlsPort()) + http.target}});
         return;
+    }
+
+    // A bridge busy with someone else's changes refuses further ones for a while, and still answers reads.
+    const bool change = http.method == "PUT" || http.method == "POST" || http.method == "DELETE";
+    if (change && m_busySpell > 0) {
+        if (m_busyUntilMs < 0) {
+            m_busyUntilMs = now + m_busySpell;
+        } else if (now < m_busyUntilMs) {
+            connection->respond(429, "text/plain", QByteArrayLiteral("Too Many Requests\n"));
+            return;
+        }
     }
 
     // A bridge answers changes of rooms above its budget with 429, and changes nothing.

@@ -247,6 +247,11 @@ public:
     /// As a bridge over its budget: a change of a room (PUT /groups/N/action) that comes sooner than
     /// @p milliseconds after the last one it took is answered 429 Too Many Requests; 0 takes them all.
     void setRoomChangeSpacing(int milliseconds) { m_roomChangeSpacing = milliseconds; }
+    /// As a bridge kept busy by another application's changes: the next change it receives (PUT, POST or
+    /// DELETE) is taken as usual and starts a spell of @p milliseconds in which every further change is
+    /// answered 429 Too Many Requests and changes nothing, while reads are answered all along; after the
+    /// spell changes are taken again. Each call arms one spell; 0 (the default) ends a spell or disarms it.
+    void setBusyAfterChange(int milliseconds);
     /// How DripFeed trickles: @p bytes at once, then a pause of @p intervalMs (4 bytes every 3 s by default,
     /// slow enough to be useless, fast enough to keep a time-out without data from firing).
     void setDripFeed(int bytes, int intervalMs);
@@ -281,6 +286,8 @@ private:
     QElapsedTimer m_clock;
     int m_roomChangeSpacing = 0;
     qint64 m_lastGroupChangeMs = -1;
+    int m_busySpell = 0;       // armed when positive
+    qint64 m_busyUntilMs = -1; // the end of the running spell; -1 until the change that starts it
     int m_faultTimes = -1;
     int m_faultLatency = 0;
     QByteArray m_faultMethod;

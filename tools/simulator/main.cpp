@@ -178,10 +178,17 @@ int main(int argc, char* argv[])
         QStringLiteral("[each] End every event stream after N seconds, as busy bridges do (default 0: "
                        "never)."),
         QStringLiteral("N"));
+    const QCommandLineOption busyOption(
+        QStringLiteral("busy-for"),
+        QStringLiteral("[each] As a bridge kept busy by another app: from the first change (PUT, POST or "
+                       "DELETE) it takes, answer every further change with 429 Too Many Requests for N "
+                       "seconds, then take them again; reads are answered all along (default 0: never). "
+                       "--busy-for N --busy-for 0 makes the first of two bridges busy."),
+        QStringLiteral("N"));
     parser.addOptions({bridgesOption, portOption, bindOption, homeOption, saveOption, userOption, linkOption,
                        acceptOption, latencyOption, verboseOption, tlsPortOption, certificateOption,
                        bridgeIdOption, authorityOption, redirectOption, noHttpOption, eventStreamOption,
-                       eventLifetimeOption});
+                       eventLifetimeOption, busyOption});
     if (!parser.parse(QCoreApplication::arguments()))
         return fail(ExitBadInput, parser.errorText());
     if (parser.isSet(QStringLiteral("help")))
@@ -210,14 +217,15 @@ int main(int argc, char* argv[])
                             .arg(bridges));
     }
     QString error;
-    QStringList ports, tlsPorts, homes, kindNames, latencies, eventModeNames, eventLifetimes;
+    QStringList ports, tlsPorts, homes, kindNames, latencies, eventModeNames, eventLifetimes, busySpells;
     for (const auto& [option, fallback, values] :
          {std::tuple(&portOption, QStringLiteral("0"), &ports),
           std::tuple(&tlsPortOption, QString(), &tlsPorts), std::tuple(&homeOption, QString(), &homes),
           std::tuple(&certificateOption, QStringLiteral("signed"), &kindNames),
           std::tuple(&latencyOption, QStringLiteral("0"), &latencies),
           std::tuple(&eventStreamOption, QStringLiteral("normal"), &eventModeNames),
-          std::tuple(&eventLifetimeOption, QStringLiteral("0"), &eventLifetimes)}) {
+          std::tuple(&eventLifetimeOption, QStringLiteral("0"), &eventLifetimes),
+          std::tuple(&busyOption, QStringLiteral("0"), &busySpells)}) {
         if (!readPerBridge(parser, *option, bridges, fallback, values, &error))
             return fail(ExitBadInput, error);
     }
@@ -253,6 +261,7 @@ int main(int argc, char* argv[])
         int tlsPort = -1; // none
         int latency = 0;
         int eventLifetime = 0;
+        int busySeconds = 0;
     };
     std::vector<Bridge> house;
     for (int i = 0; i < bridges; ++i) {
@@ -272,6 +281,10 @@ int main(int argc, char* argv[])
             return fail(ExitBadInput,
                         QStringLiteral("--event-stream-lifetime needs seconds from 0 to 86400, not \"%1\"")
                             .arg(eventLifetimes.at(i)));
+        if (!readNumber(busySpells.at(i), 0, 86'400, &bridge.busySeconds))
+            return fail(
+                ExitBadInput,
+                QStringLiteral("--busy-for needs seconds from 0 to 86400, not \"%1\"").arg(busySpells.at(i)));
         if (!kinds.contains(kindNames.at(i)))
             return fail(ExitBadInput, QStringLiteral("--certificate is one of %1, not \"%2\"")
                                           .arg(kinds.keys().join(QStringLiteral(", ")), kindNames.at(i)));
@@ -337,6 +350,7 @@ int main(int argc, char* argv[])
             simulator.pressLinkButton();
         simulator.setAcceptPairingAtOnce(parser.isSet(acceptOption));
         simulator.setLatency(bridge.latency);
+        simulator.setBusyAfterChange(bridge.busySeconds * 1000);
         // Nobody reads the recorded requests of the program, and a demo may run for hours.
         simulator.setRecording(false);
         QObject::connect(&simulator, &BridgeSimulator::linkButtonPressedByRequest,

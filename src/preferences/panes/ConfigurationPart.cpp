@@ -1,7 +1,7 @@
 #include "preferences/panes/ConfigurationPart.h"
 
 #include "model/BridgeAddress.h"
-#include "state/AppSettings.h"
+#include "state/BridgeLink.h"
 
 #include <QButtonGroup>
 #include <QHBoxLayout>
@@ -12,7 +12,7 @@
 #include <QStackedWidget>
 #include <QVBoxLayout>
 
-ConfigurationPart::ConfigurationPart(AppSettings& settings, QWidget* parent)
+ConfigurationPart::ConfigurationPart(BridgeLink& settings, QWidget* parent)
     : QWidget(parent), m_settings(settings), m_automatic(new QRadioButton(tr("Automatic"), this)),
       m_manual(new QRadioButton(tr("Manual"), this)), m_modes(new QStackedWidget(this)),
       m_detect(new QPushButton(tr("Detect"))), m_found(new QLabel), m_address(new QLineEdit),
@@ -80,7 +80,7 @@ ConfigurationPart::ConfigurationPart(AppSettings& settings, QWidget* parent)
     layout->addLayout(choiceRow);
     layout->addWidget(m_modes);
 
-    connect(&m_settings, &AppSettings::hueIPChanged, this, &ConfigurationPart::onHueIPChanged);
+    connect(&m_settings, &BridgeLink::hueIPChanged, this, &ConfigurationPart::onHueIPChanged);
     onHueIPChanged();
     if (m_settings.preferences().connectsManually())
         setConnectionType(manual);

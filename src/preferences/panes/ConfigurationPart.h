@@ -2,7 +2,7 @@
 
 #include <QWidget>
 
-class AppSettings;
+class BridgeLink;
 class QLabel;
 class QLineEdit;
 class QPushButton;
@@ -23,7 +23,7 @@ public:
         manual = 1,
     };
 
-    explicit ConfigurationPart(AppSettings& settings, QWidget* parent = nullptr);
+    explicit ConfigurationPart(BridgeLink& settings, QWidget* parent = nullptr);
 
     ConnectionType connectionType() const { return m_connectionType; }
     void setConnectionType(ConnectionType type);
@@ -42,7 +42,7 @@ private:
     void onHueIPChanged();
     void onAddressEdited(const QString& text);
 
-    AppSettings& m_settings;
+    BridgeLink& m_settings;
     ConnectionType m_connectionType = automatic;
     QRadioButton* m_automatic;
     QRadioButton* m_manual;

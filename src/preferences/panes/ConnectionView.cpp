@@ -9,8 +9,10 @@
 #include "preferences/panes/DebugReport.h"
 #include "preferences/panes/ImagePlayer.h"
 #include "preferences/panes/PaneWidgets.h"
-#include "state/AppSettings.h"
+#include "session/BridgeSession.h"
+#include "session/BridgeSessions.h"
 #include "state/BridgeHome.h"
+#include "state/BridgeLink.h"
 
 #include <QEvent>
 #include <QHBoxLayout>
@@ -21,15 +23,16 @@
 #include <QTimer>
 #include <QVBoxLayout>
 
-ConnectionView::ConnectionView(AppSettings& settings, BridgeDiscovery& discovery, BridgePairing& pairing,
-                               BridgeConnection& connection, DebugReport& debugReport, QWidget* parent)
-    : QWidget(parent), m_settings(settings), m_discovery(discovery), m_pairing(pairing),
-      m_connection(connection), m_debugReport(debugReport), m_status(new QLabel(this)),
-      m_statusButton(new QPushButton(this)), m_statusDetail(PaneWidgets::wrappedText(QString(), this)),
+ConnectionView::ConnectionView(BridgeSession& session, const BridgeSessions& sessions,
+                               BridgeDiscovery& discovery, DebugReport& debugReport, QWidget* parent)
+    : QWidget(parent), m_session(session), m_sessions(sessions), m_settings(session.link()),
+      m_discovery(discovery), m_pairing(session.pairing()), m_connection(session.connection()),
+      m_debugReport(debugReport), m_status(new QLabel(this)), m_statusButton(new QPushButton(this)),
+      m_statusDetail(PaneWidgets::wrappedText(QString(), this)),
       m_connectedHint(PaneWidgets::wrappedText(connectedHint(), this)),
       m_unpairedHint(PaneWidgets::wrappedText(unpairedHint(), this)),
       m_security(PaneWidgets::wrappedText(QString(), this)),
-      m_configuration(new ConfigurationPart(settings, this)),
+      m_configuration(new ConfigurationPart(m_settings, this)),
       m_choiceHint(PaneWidgets::wrappedText(tr("Several bridges answered. Pick yours:"), this)),
       m_choices(new QListWidget(this)), m_useChoice(new QPushButton(tr("Use This Bridge"), this)),
       m_error(PaneWidgets::wrappedText(QString(), this)),
@@ -96,12 +99,12 @@ ConnectionView::ConnectionView(AppSettings& settings, BridgeDiscovery& discovery
     connect(&m_pairing, &BridgePairing::pairingFinished, this, &ConnectionView::onPairingFinished);
     connect(&m_settings.home(), &BridgeHome::bridgeConnectedChanged, this, &ConnectionView::onStateChanged);
     connect(&m_settings.home(), &BridgeHome::bridgeReachChanged, this, &ConnectionView::onStateChanged);
-    connect(&m_settings, &AppSettings::hueIPChanged, this, &ConnectionView::onStateChanged);
+    connect(&m_settings, &BridgeLink::hueIPChanged, this, &ConnectionView::onStateChanged);
     connect(&m_settings.home(), &BridgeHome::liveUpdatesChanged, this, &ConnectionView::onStateChanged);
     connect(&m_settings.home(), &BridgeHome::connectionErrorMessageChanged, this,
             &ConnectionView::onStateChanged);
-    connect(&m_settings, &AppSettings::hueKeyChanged, this, &ConnectionView::onStateChanged);
-    connect(&m_settings, &AppSettings::bridgeContactChanged, this, &ConnectionView::onStateChanged);
+    connect(&m_settings, &BridgeLink::hueKeyChanged, this, &ConnectionView::onStateChanged);
+    connect(&m_settings, &BridgeLink::bridgeContactChanged, this, &ConnectionView::onStateChanged);
     onStateChanged();
 }
 
@@ -143,6 +146,11 @@ QString ConnectionView::refusedHint(const QString& address)
 QString ConnectionView::sendDebugText()
 {
     return tr("Connection trouble? Click to send debug data!");
+}
+
+QString ConnectionView::allPairedText()
+{
+    return tr("Every bridge found is paired already.");
 }
 
 void ConnectionView::changeEvent(QEvent* event)
@@ -229,6 +237,11 @@ void ConnectionView::onConnect()
     QTimer::singleShot(connectDelayMilliseconds, this, [this] { m_pairing.pairWithBridge(); });
 }
 
+void ConnectionView::pairAgain()
+{
+    onConnect();
+}
+
 void ConnectionView::onPairingFinished()
 {
     m_connecting = false;
@@ -247,13 +260,21 @@ void ConnectionView::onDetect()
     // A bridge paired over HTTPS is not replaced by an address that only claims its id in clear.
     const ProbeKnowledge paired{m_settings.bridgeTransport(), m_settings.bridgeIdentity(), false};
     using Found = QList<BridgeDiscovery::FoundBridge>;
-    m_discovery.detectBridges(paired, [self = QPointer(this)](const Found& bridges) {
+    m_discovery.detectBridges(paired, [self = QPointer(this)](Found bridges) {
         if (!self)
             return;
         self->m_detecting = false;
         self->updateBusy();
         if (bridges.isEmpty()) {
             self->m_settings.home().setConnectionErrorMessage(BridgePairing::noConnectionMessage());
+            return;
+        }
+        // Another session serves those already: pairing one here would serve it twice.
+        bridges.removeIf([&self](const BridgeDiscovery::FoundBridge& bridge) {
+            return self->isPairedElsewhere(bridge.bridgeId);
+        });
+        if (bridges.isEmpty()) {
+            self->m_settings.home().setConnectionErrorMessage(allPairedText());
             return;
         }
         if (bridges.size() == 1)
@@ -275,6 +296,12 @@ void ConnectionView::onDetect()
             part->show();
         self->m_choices->setFocus();
     });
+}
+
+bool ConnectionView::isPairedElsewhere(const QString& bridgeId) const
+{
+    const BridgeSession* other = m_sessions.find(bridgeId);
+    return other && other != &m_session && !other->link().hueKey().isEmpty();
 }
 
 void ConnectionView::onBridgeChosen()

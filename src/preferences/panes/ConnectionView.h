@@ -2,10 +2,12 @@
 
 #include <QWidget>
 
-class AppSettings;
+class BridgeLink;
 class BridgeConnection;
 class BridgeDiscovery;
 class BridgePairing;
+class BridgeSession;
+class BridgeSessions;
 class ConfigurationPart;
 class DebugReport;
 class ImagePlayer;
@@ -14,11 +16,12 @@ class QLabel;
 class QListWidget;
 class QPushButton;
 
-/// The connection pane ("advanced"): whether a bridge is connected (or, once paired, whether it answers and
-/// proves to be the bridge paired), Connect or Disconnect, finding the bridge or typing its address, the last
-/// connection problem, the link-button hint with its animation while pairing is what is needed, and the offer
-/// to send debug data. All network work runs asynchronously; the pane only starts it and shows the shared
-/// state. Connect asks the bridge for a new key and keeps the stored one until the new one has worked.
+/// One bridge's connection, under the list of bridges in the connection pane: whether it is connected (or,
+/// once paired, whether it answers and proves to be the bridge paired), Connect or Disconnect, finding the
+/// bridge or typing its address, the last connection problem, the link-button hint with its animation while
+/// pairing is what is needed, and the offer to send debug data. All network work runs asynchronously; the
+/// view only starts it and shows the shared state. Connect asks the bridge for a new key and keeps the stored
+/// one until the new one has worked. Detect offers only bridges that no other session has paired.
 class ConnectionView final : public QWidget
 {
     Q_OBJECT
@@ -28,8 +31,13 @@ public:
     /// "Connect" waits this long after clearing the message, so a repeated failure visibly comes back.
     static constexpr int connectDelayMilliseconds = 500;
 
-    ConnectionView(AppSettings& settings, BridgeDiscovery& discovery, BridgePairing& pairing,
-                   BridgeConnection& connection, DebugReport& debugReport, QWidget* parent = nullptr);
+    /// The view of `session`, one of `sessions`; it must not outlive the session.
+    ConnectionView(BridgeSession& session, const BridgeSessions& sessions, BridgeDiscovery& discovery,
+                   DebugReport& debugReport, QWidget* parent = nullptr);
+
+    BridgeSession& session() const { return m_session; }
+    /// Asks the bridge for a new key, as Connect does ("Pair again" in the list of bridges).
+    void pairAgain();
 
     ConfigurationPart& configurationPart() const { return *m_configuration; }
     ImagePlayer& linkExplainer() const { return *m_player; }
@@ -43,6 +51,8 @@ public:
     /// ... and of something at `address` whose certificate or answer was refused.
     static QString refusedHint(const QString& address);
     static QString sendDebugText();
+    /// What Detect says when every bridge it found is paired in another session.
+    static QString allPairedText();
 
 protected:
     void changeEvent(QEvent* event) override;
@@ -59,8 +69,12 @@ private:
     void onSendDebug();
     void onPairingFinished();
     void updateBusy();
+    /// Whether another session serves the bridge with `bridgeId` with a key.
+    bool isPairedElsewhere(const QString& bridgeId) const;
 
-    AppSettings& m_settings;
+    BridgeSession& m_session;
+    const BridgeSessions& m_sessions;
+    BridgeLink& m_settings;
     BridgeDiscovery& m_discovery;
     BridgePairing& m_pairing;
     BridgeConnection& m_connection;

@@ -4,7 +4,7 @@
 #include "connection/CommandExecuting.h"
 #include "diagnostics/Diagnostics.h"
 #include "state/ActivityLog.h"
-#include "state/AppSettings.h"
+#include "state/BridgeLink.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -17,7 +17,7 @@
 #include <QStandardPaths>
 #include <QSysInfo>
 
-DebugReport::DebugReport(AppSettings& settings, CommandExecuting& commands, QString settingsFile,
+DebugReport::DebugReport(BridgeLink& settings, CommandExecuting& commands, QString settingsFile,
                          QUrl endpoint, QObject* parent)
     : QObject(parent), m_settings(settings), m_commands(commands), m_settingsFile(std::move(settingsFile)),
       m_endpoint(std::move(endpoint))

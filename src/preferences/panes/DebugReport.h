@@ -4,7 +4,7 @@
 #include <QString>
 #include <QUrl>
 
-class AppSettings;
+class BridgeLink;
 class QNetworkAccessManager;
 class CommandExecuting;
 
@@ -20,7 +20,7 @@ class DebugReport final : public QObject
 
 public:
     /// `endpoint` empty (tests, the demo) means the report is only written, never posted.
-    DebugReport(AppSettings& settings, CommandExecuting& commands, QString settingsFile, QUrl endpoint,
+    DebugReport(BridgeLink& settings, CommandExecuting& commands, QString settingsFile, QUrl endpoint,
                 QObject* parent = nullptr);
 
     /// "glowdeck" in the user's cache folder ($XDG_CACHE_HOME, else ~/.cache, on Linux); the script looks for
@@ -47,7 +47,7 @@ private:
     void runScript(const QString& bridgeCheck);
     bool writeInput(const QString& bridgeCheck) const;
 
-    AppSettings& m_settings;
+    BridgeLink& m_settings;
     CommandExecuting& m_commands;
     QString m_settingsFile;
     QUrl m_endpoint;

@@ -1,20 +1,16 @@
 #include "preferences/panes/GroupActionPicker.h"
 
-#include "state/AppSettings.h"
-#include "state/BridgeHome.h"
-
 #include <QAbstractItemView>
 
-GroupActionPicker::GroupActionPicker(AppSettings& settings, HotkeyActions& actions, int dropdownIndex,
-                                     QWidget* parent)
-    : QComboBox(parent), m_settings(settings), m_actions(actions), m_dropdownIndex(dropdownIndex),
+GroupActionPicker::GroupActionPicker(HotkeyActions& actions, int dropdownIndex, QWidget* parent)
+    : QComboBox(parent), m_actions(actions), m_dropdownIndex(dropdownIndex),
       m_selectedAction(actions.currentChoice(dropdownIndex))
 {
     setSizeAdjustPolicy(QComboBox::AdjustToContents);
     setMinimumContentsLength(18);
     connect(this, &QComboBox::activated, this, &GroupActionPicker::onActivated);
     // Every refresh brings new records; the list only changes with the rooms' ids and names.
-    connect(&m_settings.home(), &BridgeHome::groupsChanged, this, &GroupActionPicker::rebuild);
+    connect(&m_actions, &HotkeyActions::optionsChanged, this, &GroupActionPicker::rebuild);
     rebuild();
 }
 
@@ -41,8 +37,10 @@ void GroupActionPicker::rebuild()
         return;
     }
     m_rebuildWhenClosed = false;
-    const QList<GroupActionOption> options = HotkeyActions::options(m_settings.home().groups());
-    if (options == m_availableGroupActions && count() > 0)
+    const QList<GroupActionOption> options = m_actions.options();
+    // A choice stored without a bridge id shows as the first bridge's, which may be another one now.
+    const QString shown = m_actions.optionOf(m_selectedAction);
+    if (options == m_availableGroupActions && count() > 0 && itemData(currentIndex()).toString() == shown)
         return;
     m_availableGroupActions = options;
 
@@ -50,7 +48,7 @@ void GroupActionPicker::rebuild()
     clear();
     for (const GroupActionOption& option : options)
         addItem(option.title, option.id);
-    int selected = findData(m_selectedAction);
+    int selected = findData(shown);
     if (selected < 0) {
         // A room the bridge does not list (yet, or any more): the choice is kept and shown as it is stored.
         addItem(tr("%1 (room not found)").arg(m_selectedAction), m_selectedAction);

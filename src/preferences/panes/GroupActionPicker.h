@@ -5,10 +5,9 @@
 #include <QComboBox>
 #include <QList>
 
-class AppSettings;
-
-/// The choice of what one custom shortcut does: "(No Action)", or on, off, brighter or darker for one room.
-/// A choice is stored at once and used at the next press. The list follows the rooms the bridge reports.
+/// The choice of what one custom shortcut does: "(No Action)", or on, off, brighter or darker for one room of
+/// one bridge. A choice is stored at once and used at the next press. The list follows the bridges served
+/// and the rooms each reports.
 class GroupActionPicker final : public QComboBox
 {
     Q_OBJECT
@@ -16,10 +15,9 @@ class GroupActionPicker final : public QComboBox
 
 public:
     /// `dropdownIndex` is the slot, 0 to 4, that the custom shortcut of the same row reads.
-    GroupActionPicker(AppSettings& settings, HotkeyActions& actions, int dropdownIndex,
-                      QWidget* parent = nullptr);
+    GroupActionPicker(HotkeyActions& actions, int dropdownIndex, QWidget* parent = nullptr);
 
-    /// The stored choice's id.
+    /// The stored choice's id, as stored.
     QString selectedAction() const { return m_selectedAction; }
     QList<GroupActionOption> availableGroupActions() const { return m_availableGroupActions; }
 
@@ -31,7 +29,6 @@ private:
     /// Builds the list again when the rooms changed in a way it shows, never while it is open.
     void rebuild();
 
-    AppSettings& m_settings;
     HotkeyActions& m_actions;
     int m_dropdownIndex;
     QString m_selectedAction;

@@ -6,7 +6,8 @@
 #include "preferences/panes/HotkeysIndividualView.h"
 #include "preferences/panes/PaneWidgets.h"
 #include "preferences/panes/SegmentedControl.h"
-#include "state/AppSettings.h"
+#include "state/Preferences.h"
+#include "state/SettingsKeys.h"
 
 #include <QHBoxLayout>
 #include <QLabel>
@@ -19,8 +20,9 @@ constexpr int stepControlWidth = 200;
 
 } // namespace
 
-HotkeyView::HotkeyView(AppSettings& settings, GlobalHotkeys& hotkeys, HotkeyActions& actions, QWidget* parent)
-    : QWidget(parent), m_settings(settings), m_hotkeys(hotkeys), m_actions(actions),
+HotkeyView::HotkeyView(Preferences& preferences, GlobalHotkeys& hotkeys, HotkeyActions& actions,
+                       QWidget* parent)
+    : QWidget(parent), m_preferences(preferences), m_hotkeys(hotkeys), m_actions(actions),
       m_shortcuts(new QWidget(this)),
       m_views(new SegmentedControl({tr("Everything"), tr("Individual Groups")}, QAccessible::PageTab,
                                    m_shortcuts)),
@@ -36,7 +38,7 @@ HotkeyView::HotkeyView(AppSettings& settings, GlobalHotkeys& hotkeys, HotkeyActi
     m_step->setFixedWidth(stepControlWidth);
 
     m_pages->addWidget(new HotkeysEverythingView(hotkeys, m_pages));
-    m_pages->addWidget(new HotkeysIndividualView(settings, hotkeys, actions, m_pages));
+    m_pages->addWidget(new HotkeysIndividualView(hotkeys, actions, m_pages));
     m_views->setSelectedIndex(0);
 
     auto* stepLabel = new QLabel(tr("Step Size"), m_shortcuts);
@@ -74,7 +76,7 @@ HotkeyView::HotkeyView(AppSettings& settings, GlobalHotkeys& hotkeys, HotkeyActi
 
     connect(m_views, &SegmentedControl::selected, m_pages, &QStackedWidget::setCurrentIndex);
     connect(m_step, &SegmentedControl::selected, this, &HotkeyView::onStepChosen);
-    connect(&m_settings, &AppSettings::keyIncrementChanged, this, &HotkeyView::onKeyIncrementChanged);
+    m_preferences.whenChanged({SettingsKeys::keyIncrement}, this, &HotkeyView::onKeyIncrementChanged);
     connect(&m_hotkeys, &GlobalHotkeys::unavailable, this, &HotkeyView::showAvailability);
     onKeyIncrementChanged();
     showAvailability();
@@ -90,7 +92,7 @@ void HotkeyView::onKeyIncrementChanged()
 {
     int index = -1; // a step set by hand in the settings file is none of the three
     for (int i = 0; i < int(std::size(stepSizes)); ++i) {
-        if (stepSizes[i] == m_settings.keyIncrement())
+        if (stepSizes[i] == m_preferences.keyIncrement())
             index = i;
     }
     m_step->setSelectedIndex(index);

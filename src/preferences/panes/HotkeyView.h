@@ -2,9 +2,9 @@
 
 #include <QWidget>
 
-class AppSettings;
 class GlobalHotkeys;
 class HotkeyActions;
+class Preferences;
 class QLabel;
 class QStackedWidget;
 class SegmentedControl;
@@ -21,7 +21,7 @@ public:
     /// The brightness units of the step choices Small, Medium and Large.
     static constexpr qint64 stepSizes[] = {10, 25, 50};
 
-    HotkeyView(AppSettings& settings, GlobalHotkeys& hotkeys, HotkeyActions& actions,
+    HotkeyView(Preferences& preferences, GlobalHotkeys& hotkeys, HotkeyActions& actions,
                QWidget* parent = nullptr);
 
 private:
@@ -29,7 +29,7 @@ private:
     void onKeyIncrementChanged();
     void showAvailability();
 
-    AppSettings& m_settings;
+    Preferences& m_preferences;
     GlobalHotkeys& m_hotkeys;
     HotkeyActions& m_actions;
     QWidget* m_shortcuts;

@@ -10,8 +10,7 @@
 #include <QLabel>
 #include <QVBoxLayout>
 
-HotkeysIndividualView::HotkeysIndividualView(AppSettings& settings, GlobalHotkeys& hotkeys,
-                                             HotkeyActions& actions, QWidget* parent)
+HotkeysIndividualView::HotkeysIndividualView(GlobalHotkeys& hotkeys, HotkeyActions& actions, QWidget* parent)
     : QWidget(parent)
 {
     auto* grid = new QGridLayout;
@@ -24,8 +23,7 @@ HotkeysIndividualView::HotkeysIndividualView(AppSettings& settings, GlobalHotkey
         recorder->setObjectName(name.rawValue);
         recorder->setAccessibleName(tr("Shortcut %1").arg(number));
         // The shortcut numbered 1 for the user reads slot 0, and so on.
-        auto* picker =
-            new GroupActionPicker(settings, actions, HotkeyActions::slotOfCustomShortcut(number), this);
+        auto* picker = new GroupActionPicker(actions, HotkeyActions::slotOfCustomShortcut(number), this);
         picker->setObjectName(QStringLiteral("groupActionPicker%1").arg(number));
         picker->setAccessibleName(tr("Room action %1").arg(number));
         // On Linux a combo box's name is its current text; screen readers name it by its label instead.
@@ -41,7 +39,7 @@ HotkeysIndividualView::HotkeysIndividualView(AppSettings& settings, GlobalHotkey
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(PaneWidgets::wrappedText(
-        tr("Each of these does one thing to one room. The rooms come from your bridge."), this));
+        tr("Each of these does one thing to one room. The rooms come from your bridges."), this));
     layout->addLayout(grid);
     layout->addStretch();
 }

@@ -2,7 +2,6 @@
 
 #include <QWidget>
 
-class AppSettings;
 class GlobalHotkeys;
 class HotkeyActions;
 
@@ -13,6 +12,5 @@ class HotkeysIndividualView final : public QWidget
     Q_DISABLE_COPY_MOVE(HotkeysIndividualView)
 
 public:
-    HotkeysIndividualView(AppSettings& settings, GlobalHotkeys& hotkeys, HotkeyActions& actions,
-                          QWidget* parent = nullptr);
+    HotkeysIndividualView(GlobalHotkeys& hotkeys, HotkeyActions& actions, QWidget* parent = nullptr);
 };

@@ -1,8 +1,8 @@
 #include "preferences/panes/LampSelectorView.h"
 
 #include "preferences/panes/PaneWidgets.h"
-#include "state/AppSettings.h"
 #include "state/BridgeHome.h"
+#include "state/BridgeLink.h"
 #include "state/LightOrder.h"
 
 #include <QAbstractItemModel>
@@ -58,7 +58,7 @@ private:
 
 } // namespace
 
-LampSelectorView::LampSelectorView(AppSettings& settings, QWidget* parent)
+LampSelectorView::LampSelectorView(BridgeLink& settings, QWidget* parent)
     : QWidget(parent), m_settings(settings), m_list(new LightList(this)), m_moveButtons(new QWidget(this)),
       m_up(new QPushButton(tr("Move Up"), m_moveButtons)),
       m_down(new QPushButton(tr("Move Down"), m_moveButtons)),
@@ -118,7 +118,7 @@ LampSelectorView::LampSelectorView(AppSettings& settings, QWidget* parent)
     }
     connect(m_toConnection, &LinkButton::clicked, this, &LampSelectorView::connectionPaneRequested);
     connect(&m_settings.home(), &BridgeHome::lightsChanged, this, &LampSelectorView::onLightsChanged);
-    connect(&m_settings, &AppSettings::lightVisibilityChanged, this, &LampSelectorView::onVisibilityChanged);
+    m_settings.preferences().whenLightVisibilityChanged(this, &LampSelectorView::onVisibilityChanged);
     rebuild();
 }
 
@@ -134,8 +134,7 @@ void LampSelectorView::onVisibilityChanged()
 void LampSelectorView::onLightsChanged()
 {
     // The pane's order is the stored one; the bridge's list reaches it through that order.
-    const QList<HueLight> fresh =
-        LightOrder::apply(m_settings.home().lights(), m_settings.preferences().lightOrder());
+    const QList<HueLight> fresh = LightOrder::apply(m_settings.home().lights(), m_settings.lightOrder());
     if (static_cast<LightList*>(m_list)->isDragging() || listed(fresh) == listed(m_lights))
         return;
     rebuild();
@@ -143,7 +142,7 @@ void LampSelectorView::onLightsChanged()
 
 void LampSelectorView::rebuild()
 {
-    m_lights = LightOrder::apply(m_settings.home().lights(), m_settings.preferences().lightOrder());
+    m_lights = LightOrder::apply(m_settings.home().lights(), m_settings.lightOrder());
     const QString current =
         m_list->currentItem() ? m_list->currentItem()->data(lampIdRole).toString() : QString();
     const QSignalBlocker blocker(m_list);
@@ -199,7 +198,7 @@ void LampSelectorView::onRowsMoved()
     if (reordered.size() != m_lights.size() || listed(reordered) == listed(m_lights))
         return;
     m_lights = reordered;
-    m_settings.preferences().setLightOrder(m_lights);
+    m_settings.setLightOrder(m_lights);
     onCurrentRowChanged();
 }
 

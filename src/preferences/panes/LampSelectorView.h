@@ -5,7 +5,7 @@
 #include <QList>
 #include <QWidget>
 
-class AppSettings;
+class BridgeLink;
 class LinkButton;
 class QLabel;
 class QListWidget;
@@ -13,14 +13,15 @@ class QPushButton;
 
 /// The lights pane: one switch per light in the current order, on when the light is shown in the drop-down
 /// window. Rows are dragged (or moved with the buttons below, or Alt+Up and Alt+Down) into a new order, which
-/// is stored at once as "lightOrder" and applied to the next list read from the bridge.
+/// is stored at once as that bridge's "lightOrder_<bridge id>" and applied to the next list read from the
+/// bridge.
 class LampSelectorView final : public QWidget
 {
     Q_OBJECT
     Q_DISABLE_COPY_MOVE(LampSelectorView)
 
 public:
-    explicit LampSelectorView(AppSettings& settings, QWidget* parent = nullptr);
+    explicit LampSelectorView(BridgeLink& settings, QWidget* parent = nullptr);
 
     /// The lights as the pane lists them, top to bottom.
     QList<HueLight> lights() const { return m_lights; }
@@ -44,7 +45,7 @@ private:
     void fitListHeight();
     int rowHeight() const;
 
-    AppSettings& m_settings;
+    BridgeLink& m_settings;
     QList<HueLight> m_lights;
     QListWidget* m_list;
     QWidget* m_moveButtons;

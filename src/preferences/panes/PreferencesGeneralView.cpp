@@ -3,7 +3,7 @@
 #include "login/StartAtLogin.h"
 #include "preferences/panes/PaneWidgets.h"
 #include "preferences/panes/PreferencesInformationView.h"
-#include "state/AppSettings.h"
+#include "state/Preferences.h"
 #include "state/ProductLinks.h"
 
 #include <QCheckBox>
@@ -13,10 +13,10 @@
 #include <QLabel>
 #include <QVBoxLayout>
 
-PreferencesGeneralView::PreferencesGeneralView(AppSettings& settings, StartAtLogin& startAtLogin,
+PreferencesGeneralView::PreferencesGeneralView(Preferences& preferences, StartAtLogin& startAtLogin,
                                                QList<AppIconChoice> icons, const ProductLinks& links,
                                                std::function<void(const QUrl&)> openUrl, QWidget* parent)
-    : QWidget(parent), m_settings(settings), m_startAtLogin(startAtLogin), m_icons(std::move(icons)),
+    : QWidget(parent), m_preferences(preferences), m_startAtLogin(startAtLogin), m_icons(std::move(icons)),
       m_runAtStart(new QCheckBox(tr("Run at Start"), this)),
       m_colorBars(new QCheckBox(tr("Show color bars for rooms"), this)),
       m_showZones(new QCheckBox(tr("Show zones"), this)),
@@ -65,17 +65,17 @@ PreferencesGeneralView::PreferencesGeneralView(AppSettings& settings, StartAtLog
     setMinimumWidth(PaneWidgets::contentWidth + 2 * PaneWidgets::margin);
 
     connect(m_runAtStart, &QCheckBox::toggled, this, &PreferencesGeneralView::onRunAtStartToggled);
-    connect(m_colorBars, &QCheckBox::toggled, &m_settings, &AppSettings::setShowColorBarsForRooms);
-    connect(m_showZones, &QCheckBox::toggled, &m_settings, &AppSettings::setShowZones);
+    connect(m_colorBars, &QCheckBox::toggled, &m_preferences, &Preferences::setShowColorBarsForRooms);
+    connect(m_showZones, &QCheckBox::toggled, &m_preferences, &Preferences::setShowZones);
     connect(m_showScenes, &QCheckBox::toggled, this, &PreferencesGeneralView::onShowScenesToggled);
     connect(m_appIcon, &QComboBox::activated, this, &PreferencesGeneralView::onIconChosen);
     connect(&m_startAtLogin, &StartAtLogin::changed, this, [this](bool enabled) {
         const QSignalBlocker blocker(m_runAtStart);
         m_runAtStart->setChecked(enabled);
     });
-    for (auto changed : {&AppSettings::showColorBarsForRoomsChanged, &AppSettings::showZonesChanged,
-                         &AppSettings::showScenesChanged, &AppSettings::appIconChanged})
-        connect(&m_settings, changed, this, &PreferencesGeneralView::onSettingsChanged);
+    m_preferences.whenChanged({SettingsKeys::showColorBarsForRooms, SettingsKeys::showZones,
+                               SettingsKeys::showScenes, SettingsKeys::appIcon},
+                              this, &PreferencesGeneralView::onSettingsChanged);
     onSettingsChanged();
 }
 
@@ -94,10 +94,10 @@ void PreferencesGeneralView::onRunAtStartToggled(bool checked)
 
 void PreferencesGeneralView::onShowScenesToggled(bool checked)
 {
-    m_settings.setShowScenes(checked);
+    m_preferences.setShowScenes(checked);
     // The scenes panel is no longer offered: the drop-down window goes back to the lights.
-    if (!checked && m_settings.activeMainPanel() == MainPanels::scenes)
-        m_settings.setActiveMainPanel(MainPanels::lights);
+    if (!checked && m_preferences.activeMainPanel() == MainPanels::scenes)
+        m_preferences.setActiveMainPanel(MainPanels::lights);
 }
 
 void PreferencesGeneralView::onIconChosen(int index)
@@ -105,7 +105,7 @@ void PreferencesGeneralView::onIconChosen(int index)
     const QString name = m_appIcon->itemData(index).toString();
     if (name.isEmpty())
         return;
-    m_settings.setAppIcon(name);
+    m_preferences.setAppIcon(name);
 }
 
 void PreferencesGeneralView::onSettingsChanged()
@@ -113,8 +113,8 @@ void PreferencesGeneralView::onSettingsChanged()
     const QSignalBlocker colorBars(m_colorBars);
     const QSignalBlocker showScenes(m_showScenes);
     const QSignalBlocker showZones(m_showZones);
-    m_colorBars->setChecked(m_settings.showColorBarsForRooms());
-    m_showZones->setChecked(m_settings.showZones());
-    m_showScenes->setChecked(m_settings.showScenes());
-    m_appIcon->setCurrentIndex(std::max(0, m_appIcon->findData(m_settings.appIcon())));
+    m_colorBars->setChecked(m_preferences.showColorBarsForRooms());
+    m_showZones->setChecked(m_preferences.showZones());
+    m_showScenes->setChecked(m_preferences.showScenes());
+    m_appIcon->setCurrentIndex(std::max(0, m_appIcon->findData(m_preferences.appIcon())));
 }

@@ -7,7 +7,7 @@
 
 #include <functional>
 
-class AppSettings;
+class Preferences;
 class QCheckBox;
 class QComboBox;
 class StartAtLogin;
@@ -29,7 +29,7 @@ class PreferencesGeneralView final : public QWidget
     Q_DISABLE_COPY_MOVE(PreferencesGeneralView)
 
 public:
-    PreferencesGeneralView(AppSettings& settings, StartAtLogin& startAtLogin, QList<AppIconChoice> icons,
+    PreferencesGeneralView(Preferences& preferences, StartAtLogin& startAtLogin, QList<AppIconChoice> icons,
                            const ProductLinks& links, std::function<void(const QUrl&)> openUrl,
                            QWidget* parent = nullptr);
 
@@ -47,7 +47,7 @@ private:
     void onIconChosen(int index);
     void onSettingsChanged();
 
-    AppSettings& m_settings;
+    Preferences& m_preferences;
     StartAtLogin& m_startAtLogin;
     QList<AppIconChoice> m_icons;
     QCheckBox* m_runAtStart;

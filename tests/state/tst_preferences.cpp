@@ -67,7 +67,7 @@ void writeFile(const QString& name, const QByteArray& content)
 
 } // namespace
 
-class TestAppSettings final : public QObject
+class TestPreferences final : public QObject
 {
     Q_OBJECT
 
@@ -87,30 +87,32 @@ private Q_SLOTS:
     void readsTheStoredBridgesStrictly_data();
     void readsTheStoredBridgesStrictly();
     void showsChoicesAnotherProgramStored();
+    void keepsEachBridgesOwnLampOrder();
 };
 
-void TestAppSettings::loadsDefaultsOnAFirstRun()
+void TestPreferences::loadsDefaultsOnAFirstRun()
 {
     TestSettings t;
-    AppSettings& s = t.settings();
+    BridgeLink& s = t.settings();
     s.load();
+    s.preferences().settleDefaults();
     QCOMPARE(s.hueIP(), QString());
     QCOMPARE(s.hueKey(), QString());
-    QCOMPARE(s.appIcon(), QStringLiteral("Icon_Lamp0"));
-    QCOMPARE(s.keyIncrement(), 50);
+    QCOMPARE(s.preferences().appIcon(), QStringLiteral("Icon_Lamp0"));
+    QCOMPARE(s.preferences().keyIncrement(), 50);
     // An absent height is taken as 0, not the initial 280.
-    QCOMPARE(s.presetWindowHeightLights(), 0);
-    QCOMPARE(s.presetWindowHeightRooms(), 0);
-    QCOMPARE(s.presetWindowHeightScenes(), 0);
-    QVERIFY(s.showColorBarsForRooms());
+    QCOMPARE(s.preferences().presetWindowHeight(MainPanels::lights), 0);
+    QCOMPARE(s.preferences().presetWindowHeight(MainPanels::rooms), 0);
+    QCOMPARE(s.preferences().presetWindowHeight(MainPanels::scenes), 0);
+    QVERIFY(s.preferences().showColorBarsForRooms());
     QCOMPARE(t.store().value(Keys::showColorBarsForRooms), QVariant(true));
-    QVERIFY(!s.showScenes());
+    QVERIFY(!s.preferences().showScenes());
     QCOMPARE(t.store().value(Keys::activePanel), QVariant(qint64(0)));
     QVERIFY(!s.home().bridgeConnected());
-    QCOMPARE(s.activeMainPanel(), MainPanels::lights);
+    QCOMPARE(s.preferences().activeMainPanel(), MainPanels::lights);
 }
 
-void TestAppSettings::loadsStoredValues()
+void TestPreferences::loadsStoredValues()
 {
     TestSettings t;
     JsonSettingsStore& store = t.store();
@@ -123,18 +125,18 @@ void TestAppSettings::loadsStoredValues()
     store.writeInt(Keys::activePanel, 2);
     t.reopen();
 
-    AppSettings& s = t.settings();
+    BridgeLink& s = t.settings();
     s.load();
     QCOMPARE(s.hueIP(), QStringLiteral("192.0.2.7"));
     QCOMPARE(s.hueKey(), QStringLiteral("key"));
-    QCOMPARE(s.appIcon(), QStringLiteral("Icon_Lamp2"));
-    QCOMPARE(s.presetWindowHeightRooms(), 420);
-    QVERIFY(!s.showColorBarsForRooms());
-    QVERIFY(s.showScenes());
+    QCOMPARE(s.preferences().appIcon(), QStringLiteral("Icon_Lamp2"));
+    QCOMPARE(s.preferences().presetWindowHeight(MainPanels::rooms), 420);
+    QVERIFY(!s.preferences().showColorBarsForRooms());
+    QVERIFY(s.preferences().showScenes());
     QCOMPARE(t.store().readInt(Keys::activePanel), 2); // kept while scenes are shown
 }
 
-void TestAppSettings::replacesOnlyAZeroKeyIncrement_data()
+void TestPreferences::replacesOnlyAZeroKeyIncrement_data()
 {
     QTest::addColumn<QVariant>("stored");
     QTest::addColumn<qint64>("loaded");
@@ -144,80 +146,82 @@ void TestAppSettings::replacesOnlyAZeroKeyIncrement_data()
     QTest::newRow("not a number") << QVariant(QStringLiteral("lots")) << qint64(50);
 }
 
-void TestAppSettings::replacesOnlyAZeroKeyIncrement()
+void TestPreferences::replacesOnlyAZeroKeyIncrement()
 {
     QFETCH(QVariant, stored);
     QFETCH(qint64, loaded);
     TestSettings t;
     t.store().setValue(Keys::keyIncrement, stored);
     t.settings().load();
-    QCOMPARE(t.settings().keyIncrement(), loaded);
+    QCOMPARE(t.settings().preferences().keyIncrement(), loaded);
 }
 
-void TestAppSettings::keepsFlagsItCannotReadInTheFile()
+void TestPreferences::keepsFlagsItCannotReadInTheFile()
 {
     TestSettings t;
     t.store().setValue(Keys::showScenes, QStringLiteral("maybe"));
     t.store().setValue(Keys::showColorBarsForRooms, QVariant(QVariantList{}));
-    t.settings().load();
-    QVERIFY(!t.settings().showScenes());
-    QVERIFY(t.settings().showColorBarsForRooms());
+    t.settings().preferences().settleDefaults();
+    QVERIFY(!t.settings().preferences().showScenes());
+    QVERIFY(t.settings().preferences().showColorBarsForRooms());
     QCOMPARE(t.store().value(Keys::showScenes),
              QVariant(QStringLiteral("maybe"))); // the user's, until changed
     QCOMPARE(t.store().value(Keys::showColorBarsForRooms), QVariant(QVariantList{}));
     QCOMPARE(t.store().readInt(Keys::activePanel), 0);
 }
 
-void TestAppSettings::asksForAResizeOnEveryPanelAssignment()
+void TestPreferences::asksForAResizeOnEveryPanelAssignment()
 {
     TestSettings t;
-    AppSettings& s = t.settings();
-    s.setPresetWindowHeightRooms(333);
-    QSignalSpy resize(&s, &AppSettings::windowResizePlease);
-    QSignalSpy changed(&s, &AppSettings::activeMainPanelChanged);
+    BridgeLink& s = t.settings();
+    s.preferences().setPresetWindowHeight(MainPanels::rooms, 333);
+    QSignalSpy resize(&s.preferences(), &Preferences::windowResizePlease);
+    QSignalSpy changed(&s.preferences(), &Preferences::changed);
 
-    s.setActiveMainPanel(MainPanels::rooms);
-    s.setActiveMainPanel(MainPanels::rooms);
+    s.preferences().setActiveMainPanel(MainPanels::rooms);
+    s.preferences().setActiveMainPanel(MainPanels::rooms);
     QCOMPARE(resize.size(), 2);
     QCOMPARE(resize.last().first().toLongLong(), 333);
     QCOMPARE(changed.size(), 1);
     QCOMPARE(t.store().readInt(Keys::activePanel), 1);
 }
 
-void TestAppSettings::givesTheDefaultHeightForAnUnknownPanel()
+void TestPreferences::givesTheDefaultHeightForAnUnknownPanel()
 {
     TestSettings t;
-    t.settings().setActiveMainPanel(MainPanels(7));
-    QCOMPARE(t.settings().preferredHeightOfActivePanel(), AppSettings::defaultWindowHeight);
+    t.settings().preferences().setActiveMainPanel(MainPanels(7));
+    QCOMPARE(t.settings().preferences().preferredHeightOfActivePanel(), Preferences::defaultWindowHeight);
 }
 
-void TestAppSettings::switchingScenesOffResetsTheStoredPanel()
+void TestPreferences::switchingScenesOffResetsTheStoredPanel()
 {
     TestSettings t;
-    AppSettings& s = t.settings();
-    s.setShowScenes(true);
-    s.setActiveMainPanel(MainPanels::scenes);
-    s.setShowScenes(false);
+    BridgeLink& s = t.settings();
+    s.preferences().setShowScenes(true);
+    s.preferences().setActiveMainPanel(MainPanels::scenes);
+    s.preferences().setShowScenes(false);
     QCOMPARE(t.store().readInt(Keys::activePanel), 0);
     QCOMPARE(t.store().value(Keys::showScenes), QVariant(false));
-    QCOMPARE(s.activeMainPanel(), MainPanels::scenes); // the open window keeps its panel until it reopens
+    QCOMPARE(s.preferences().activeMainPanel(),
+             MainPanels::scenes); // the open window keeps its panel until it reopens
 }
 
-void TestAppSettings::storesColourBarsBeforeShowingThem()
+void TestPreferences::storesColourBarsBeforeShowingThem()
 {
     TestSettings t;
-    AppSettings& s = t.settings();
+    BridgeLink& s = t.settings();
     bool storedWhenNotified = true;
-    connect(&s, &AppSettings::showColorBarsForRoomsChanged, this,
-            [&] { storedWhenNotified = t.store().value(Keys::showColorBarsForRooms) == QVariant(false); });
-    s.setShowColorBarsForRooms(false);
+    s.preferences().whenChanged({Keys::showColorBarsForRooms}, this, [&] {
+        storedWhenNotified = t.store().value(Keys::showColorBarsForRooms) == QVariant(false);
+    });
+    s.preferences().setShowColorBarsForRooms(false);
     QVERIFY(storedWhenNotified);
 }
 
-void TestAppSettings::notifiesOnlyOnChange()
+void TestPreferences::notifiesOnlyOnChange()
 {
     TestSettings t;
-    AppSettings& s = t.settings();
+    BridgeLink& s = t.settings();
     QSignalSpy lights(&s.home(), &BridgeHome::lightsChanged);
     const QList<HueLight> list{HueLight{.lamp_id = QStringLiteral("1")}};
     s.home().setLights(list);
@@ -229,22 +233,23 @@ void TestAppSettings::notifiesOnlyOnChange()
     QVERIFY(s.home().lights().first().is_on);
 }
 
-void TestAppSettings::takesInABridgeStoredByAnotherProgramWhole()
+void TestPreferences::takesInABridgeStoredByAnotherProgramWhole()
 {
     TestSettings t;
-    AppSettings& settings = t.settings();
+    BridgeLink& settings = t.settings();
     settings.setHueIP(u"192.0.2.7"_qs);
     settings.setHueKey(u"old key"_qs);
     settings.persistBridge();
     t.store().watchForChanges();
-    QSignalSpy changed(&settings, &AppSettings::bridgeChangedElsewhere);
+    QSignalSpy changed(&settings, &BridgeLink::bridgeChangedElsewhere);
 
     // "glowdeckctl pair" with another bridge while the program runs: the file never holds the new address
     // with the old key, so the running program takes in both together.
     FileVersions versions(t.fileName());
     QVERIFY(versions.watching());
     JsonSettingsStore paired(t.fileName());
-    AppSettings pairing(paired);
+    BridgeLink pairing(paired);
+    pairing.load();
     pairing.setHueIP(u"192.0.2.8"_qs);
     pairing.setHueKey(u"new key"_qs);
     pairing.setBridgeContact(u"https"_qs, u"001788FFFE000001"_qs, QByteArray(32, 'k'));
@@ -266,7 +271,7 @@ void TestAppSettings::takesInABridgeStoredByAnotherProgramWhole()
     QCOMPARE(JsonSettingsStore(t.fileName()).readString(u"bridgeUser"_qs), u"new key"_qs);
 }
 
-void TestAppSettings::takesInAnOlderVersionsBridgeOnceWithEveryKey()
+void TestPreferences::takesInAnOlderVersionsBridgeOnceWithEveryKey()
 {
     TestSettings t;
     const QString certificate = QStringLiteral("ab").repeated(32);
@@ -278,7 +283,7 @@ void TestAppSettings::takesInAnOlderVersionsBridgeOnceWithEveryKey()
     t.settings().load();
     // Reading alone (as glowdeckctl does) leaves the bridge as it is stored.
     QVERIFY(!QJsonDocument::fromJson(readFile(t.fileName())).object().contains(u"bridges"));
-    t.settings().keepBridgesInTheNewForm();
+    BridgeLink::keepBridgesInTheNewForm(t.settings().preferences(), t.settings().activity());
 
     const BridgeContact expected{.id = u"001788FFFE6A3B2C"_qs,
                                  .address = u"192.0.2.7:8080"_qs,
@@ -297,13 +302,13 @@ void TestAppSettings::takesInAnOlderVersionsBridgeOnceWithEveryKey()
     const QByteArray migrated = readFile(t.fileName());
     t.reopen();
     t.settings().load();
-    t.settings().keepBridgesInTheNewForm();
+    BridgeLink::keepBridgesInTheNewForm(t.settings().preferences(), t.settings().activity());
     QCOMPARE(t.settings().contact(), expected);
     QCOMPARE(readFile(t.fileName()), migrated);
     QVERIFY(t.settings().activity().log().filter(u"older version"_qs).isEmpty());
 }
 
-void TestAppSettings::readsTheStoredBridgesStrictly_data()
+void TestPreferences::readsTheStoredBridgesStrictly_data()
 {
     QTest::addColumn<QByteArray>("bridges");
     QTest::addColumn<QStringList>("addresses");
@@ -327,7 +332,7 @@ void TestAppSettings::readsTheStoredBridgesStrictly_data()
         << u"its \"certificate\" is not a key's hash"_qs;
 }
 
-void TestAppSettings::readsTheStoredBridgesStrictly()
+void TestPreferences::readsTheStoredBridgesStrictly()
 {
     QFETCH(QByteArray, bridges);
     QFETCH(QStringList, addresses);
@@ -355,18 +360,20 @@ void TestAppSettings::readsTheStoredBridgesStrictly()
     QCOMPARE(BridgeContact::fromJson(first->toJson()), first); // what is read is written back the same
 }
 
-void TestAppSettings::showsChoicesAnotherProgramStored()
+void TestPreferences::showsChoicesAnotherProgramStored()
 {
     TestSettings t;
-    AppSettings& s = t.settings();
+    BridgeLink& s = t.settings();
     s.load();
-    s.setShowScenes(true);
-    s.setActiveMainPanel(MainPanels::scenes);
+    s.preferences().setShowScenes(true);
+    s.preferences().setActiveMainPanel(MainPanels::scenes);
     s.home().setLights({HueLight{.lamp_id = u"1"_qs, .unique_id = u"uid-1"_qs},
                         HueLight{.lamp_id = u"2"_qs, .unique_id = u"uid-2"_qs}});
     t.store().watchForChanges();
-    QSignalSpy icon(&s, &AppSettings::appIconChanged);
-    QSignalSpy visibility(&s, &AppSettings::lightVisibilityChanged);
+    int icon = 0;
+    int visibility = 0;
+    s.preferences().whenChanged({Keys::appIcon}, this, [&icon] { ++icon; });
+    s.preferences().whenLightVisibilityChanged(this, [&visibility] { ++visibility; });
     FileVersions versions(t.fileName());
     QVERIFY(versions.watching());
 
@@ -379,12 +386,13 @@ void TestAppSettings::showsChoicesAnotherProgramStored()
                     {Keys::preferredWindowHeightRooms, 400},
                     {Keys::hiddenLightPrefix + u"uid-1"_qs, true},
                     {Keys::lightOrder, u"2,1"_qs}});
-    QTRY_COMPARE_WITH_TIMEOUT(s.appIcon(), u"Icon_Lamp2"_qs, 1000);
-    QCOMPARE(icon.size(), 1);
-    QVERIFY(!s.showZones() && !s.showScenes() && !s.showColorBarsForRooms());
-    QCOMPARE(s.keyIncrement(), 20);
-    QCOMPARE(s.presetWindowHeightRooms(), 400);
-    QCOMPARE(visibility.size(), 1);
+    QTRY_COMPARE_WITH_TIMEOUT(s.preferences().appIcon(), u"Icon_Lamp2"_qs, 1000);
+    QCOMPARE(icon, 1);
+    QVERIFY(!s.preferences().showZones() && !s.preferences().showScenes() &&
+            !s.preferences().showColorBarsForRooms());
+    QCOMPARE(s.preferences().keyIncrement(), 20);
+    QCOMPARE(s.preferences().presetWindowHeight(MainPanels::rooms), 400);
+    QCOMPARE(visibility, 1);
     QVERIFY(s.preferences().isLightHidden(s.home().lights().last()));
     QCOMPARE(s.home().lights().first().lamp_id, u"2"_qs);
     // Taken in, not stored again: switching scenes off here would also have reset the stored panel.
@@ -392,5 +400,34 @@ void TestAppSettings::showsChoicesAnotherProgramStored()
     QCOMPARE(JsonSettingsStore(t.fileName()).readInt(Keys::activePanel), 2);
 }
 
-QTEST_GUILESS_MAIN(TestAppSettings)
-#include "tst_appsettings.moc"
+void TestPreferences::keepsEachBridgesOwnLampOrder()
+{
+    // An older version's order, and two bridges that both have lamps "1" and "2".
+    TestSettings t;
+    t.store().writeString(Keys::lightOrder, u"2,1"_qs);
+    Preferences& preferences = t.settings().preferences();
+    preferences.setBridges({BridgeContact{.id = u"001788FFFE000001"_qs, .address = u"192.0.2.1"_qs},
+                            BridgeContact{.id = u"001788FFFE000002"_qs, .address = u"192.0.2.2"_qs}});
+    BridgeHome downstairsHome, upstairsHome;
+    BridgeLink downstairs(preferences, t.settings().activity(), downstairsHome);
+    BridgeLink upstairs(preferences, t.settings().activity(), upstairsHome);
+    downstairs.load(preferences.bridges().at(0), 0);
+    upstairs.load(preferences.bridges().at(1), 1);
+    QCOMPARE(downstairs.lightOrder(), u"2,1"_qs); // the older order is the first bridge's
+    QCOMPARE(upstairs.lightOrder(), QString());
+
+    // Ordering one bridge's lamps leaves the other's as they are, and shows at once.
+    const QList<HueLight> lamps{HueLight{.lamp_id = u"1"_qs}, HueLight{.lamp_id = u"2"_qs}};
+    downstairsHome.setLights(lamps);
+    upstairsHome.setLights(lamps);
+    upstairs.setLightOrder({lamps.at(1), lamps.at(0)});
+    QCOMPARE(t.store().readString(u"lightOrder_001788FFFE000002"_qs), u"2,1"_qs);
+    QCOMPARE(upstairsHome.lights().first().lamp_id, u"2"_qs);
+    downstairs.setLightOrder(lamps);
+    QCOMPARE(downstairs.lightOrder(), u"1,2"_qs);
+    QCOMPARE(upstairs.lightOrder(), u"2,1"_qs);
+    QCOMPARE(t.store().readString(Keys::lightOrder), u"2,1"_qs); // an older version still reads its own
+}
+
+QTEST_GUILESS_MAIN(TestPreferences)
+#include "tst_preferences.moc"
