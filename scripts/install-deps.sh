@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Installs the Debian 12 packages Glowdeck needs, for one purpose:
-#   install-deps.sh demo   what building everything and running the demos need (build.sh, demo.sh, ctl-demo.sh)
+#   install-deps.sh demo   what building everything and running the demos need: build.sh, demo.sh, ctl-demo.sh
 #   install-deps.sh test   that, and what only the test suite, the fuzz targets and the Debian package need
 # Without an argument: test. Only what is missing is installed, so a prepared machine pays nothing. As root
 # apt-get is run directly; otherwise through sudo, and without sudo the script prints the line to run as root.
@@ -47,7 +47,8 @@ esac
 
 missing=()
 for package in "${packages[@]}"; do
-    dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q "install ok installed" || missing+=("$package")
+    dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q "install ok installed" ||
+        missing+=("$package")
 done
 
 if [ ${#missing[@]} -eq 0 ]; then
@@ -57,7 +58,7 @@ fi
 sudo=()
 if [ "$(id -u)" -ne 0 ]; then
     if ! command -v sudo >/dev/null 2>&1; then
-        echo "Glowdeck needs these Debian packages, and installing them needs root (there is no sudo here)." >&2
+        echo "Glowdeck needs these Debian packages; installing them needs root, and there is no sudo." >&2
         echo "Run as root, then run this command again:" >&2
         echo "  apt-get update && apt-get install -y --no-install-recommends ${missing[*]}" >&2
         exit 1
@@ -66,5 +67,5 @@ if [ "$(id -u)" -ne 0 ]; then
 fi
 echo "Installing: ${missing[*]}"
 "${sudo[@]}" apt-get update -qq
-"${sudo[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "${missing[@]}" \
-    >/dev/null
+"${sudo[@]}" env DEBIAN_FRONTEND=noninteractive \
+    apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null
