@@ -1,0 +1,45 @@
+# What the scripts that measure the whole program share; sourced, not run. Each script calls
+# measure_private_session "$@" first (it runs again on a private session bus, so the tray is trayer's and not a
+# desktop's StatusNotifierWatcher), then measure_prepare NAME: a work folder that goes at exit with every
+# process listed in $pids, private XDG folders, no proxy, and every outside address of the program switched off.
+
+measure_private_session() {
+    if [ -z "${GLOWDECK_MEASURE_IN_SESSION:-}" ]; then
+        export GLOWDECK_MEASURE_IN_SESSION=1
+        exec dbus-run-session -- bash "$0" "$@"
+    fi
+}
+
+# Ends the process: TERM, two seconds' grace, then KILL.
+stop() {
+    local pid=$1
+    kill "$pid" 2>/dev/null
+    for _ in $(seq 20); do
+        kill -0 "$pid" 2>/dev/null || break
+        sleep 0.1
+    done
+    kill -9 "$pid" 2>/dev/null
+    wait "$pid" 2>/dev/null
+}
+
+measure_cleanup() {
+    local pid
+    for pid in "${pids[@]}"; do
+        stop "$pid"
+    done
+    rm -rf "$work"
+}
+
+measure_prepare() {
+    work=$(mktemp -d "${TMPDIR:-/tmp}/glowdeck-$1.XXXXXX") || exit 1
+    pids=()
+    trap measure_cleanup EXIT
+    trap 'exit 1' INT TERM
+    export XDG_RUNTIME_DIR="$work/runtime" XDG_CONFIG_HOME="$work/config" XDG_CACHE_HOME="$work/cache"
+    mkdir -p "$XDG_RUNTIME_DIR" "$XDG_CONFIG_HOME" "$XDG_CACHE_HOME"
+    chmod 0700 "$XDG_RUNTIME_DIR"
+    unset http_proxy https_proxy all_proxy HTTP_PROXY HTTPS_PROXY ALL_PROXY no_proxy NO_PROXY GLOWDECK_SETTINGS
+    export QT_QPA_PLATFORM=xcb GLOWDECK_DISCOVERY_URL= GLOWDECK_MDNS_SERVICE= GLOWDECK_ARP_COMMAND= \
+        GLOWDECK_ERROR_ENDPOINT= GLOWDECK_HELP_URL= GLOWDECK_FEEDBACK_URL= GLOWDECK_REVIEW_URL= \
+        GLOWDECK_WEBSITE_URL= GLOWDECK_DONATION_URL=
+}
