@@ -53,22 +53,7 @@ done
 measure_private_session "$@"
 measure_prepare bridges
 
-Xvfb -displayfd 3 -screen 0 1280x800x24 -nolisten tcp 3>"$work/display" >/dev/null 2>&1 &
-pids+=($!)
-for _ in $(seq 100); do
-    [ -s "$work/display" ] && break
-    sleep 0.1
-done
-export DISPLAY=":$(tr -dc 0-9 <"$work/display")"
-trayer --edge top --align right --widthtype request --height 24 >/dev/null 2>&1 &
-pids+=($!)
-for _ in $(seq 100); do
-    xdotool search --onlyvisible --class trayer >/dev/null 2>&1 && break
-    sleep 0.1
-done
-
-median() { sort -n | awk '{ v[NR] = $1 } END { if (NR % 2) print v[(NR + 1) / 2]; else print (v[NR / 2] + v[NR / 2 + 1]) / 2 }'; }
-now_ms() { date +%s%3N; }
+measure_start_desktop
 cpu_ns() { cat /proc/"$1"/task/*/schedstat 2>/dev/null | awk '{ s += $1 } END { print s }'; }
 rss_kb() { grep VmRSS "/proc/$1/status" 2>/dev/null | tr -dc 0-9; }
 
