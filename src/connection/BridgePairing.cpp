@@ -11,6 +11,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QNetworkAccessManager>
+#include <QSysInfo>
 
 #include <algorithm>
 
@@ -61,6 +62,26 @@ QString BridgePairing::pressButtonMessage()
     return QCoreApplication::translate("BridgePairing", "Bridge responded: Press LINK BUTTON and retry");
 }
 
+QString BridgePairing::deviceType(const QString& hostName)
+{
+    const QString prefix = QStringLiteral("glowdeck#");
+    // A bridge answers error 7 for a device name it does not like, and then no key is had at all: only the
+    // characters host names are made of are risked.
+    const bool plain = std::all_of(hostName.begin(), hostName.end(), [](QChar c) {
+        return (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z') || (c >= u'0' && c <= u'9') ||
+               c == u'-' || c == u'_' || c == u'.';
+    });
+    if (hostName.isEmpty() || !plain)
+        return prefix + QStringLiteral("linux");
+    return prefix + hostName.left(deviceTypeLimit - prefix.size());
+}
+
+QByteArray BridgePairing::linkBody()
+{
+    const QJsonObject body{{QStringLiteral("devicetype"), deviceType(QSysInfo::machineHostName())}};
+    return QJsonDocument(body).toJson(QJsonDocument::Compact);
+}
+
 QString BridgePairing::noConnectionMessage()
 {
     return QCoreApplication::translate("BridgePairing",
@@ -79,7 +100,7 @@ void BridgePairing::postString(const QString& url, const BridgeIdentity& identit
     QNetworkRequest request(address);
     request.setHeader(QNetworkRequest::ContentTypeHeader, QByteArrayLiteral("application/json"));
     BridgeNetwork::prepare(request, identity);
-    sendHttpRequest(m_network, request, QByteArrayLiteral("POST"), linkBody, pairingTimeouts,
+    sendHttpRequest(m_network, request, QByteArrayLiteral("POST"), linkBody(), pairingTimeouts,
                     [done = std::move(done)](const HttpResult& answer) {
                         if (answer.transportFailed || answer.tooLarge)
                             return done(std::nullopt);

@@ -32,8 +32,15 @@ public:
     /// Outcome words of requestApiKey; any other outcome is the new key itself.
     static inline const QString pressButton = QStringLiteral("press_button");
     static inline const QString noConnection = QStringLiteral("no_connection");
-    /// The body of the link request.
-    static inline const QByteArray linkBody = QByteArrayLiteral(R"({"devicetype":"glowdeck_app#osx"})");
+    /// Longest name a bridge takes for a device.
+    static constexpr qsizetype deviceTypeLimit = 40;
+
+    /// The name the bridge keeps beside the key, so its owner can tell the keys apart: "glowdeck#" and the
+    /// host name, cut to deviceTypeLimit. A host name that is empty or holds characters a bridge may refuse
+    /// gives "glowdeck#linux" instead.
+    static QString deviceType(const QString& hostName);
+    /// The body of the link request, naming this machine.
+    static QByteArray linkBody();
 
     BridgePairing(BridgeLink& settings, QNetworkAccessManager& network, QObject* parent = nullptr);
 

@@ -10,8 +10,8 @@ namespace {
 
 using Shortcut = GlobalHotkeys::Shortcut;
 
-/// One key: its stored code, the key Qt reports for it, the X11 keysym of its unshifted symbol and that
-/// keysym's name, and its text where it is not a special key.
+/// One key: its stored code, the key Qt reports for it, and the X11 keysym of its unshifted symbol and that
+/// keysym's name.
 struct Key
 {
     qint64 code;
@@ -19,112 +19,111 @@ struct Key
     bool keypad;
     quint32 keysym;
     const char* keysymName;
-    const char16_t* text;
 };
 
 // Codes of Apple's extended keyboard layout ("kVK_..."); for letters, digits and punctuation the key at that
 // place on a US layout.
 constexpr std::array keys = {
-    Key{0, Qt::Key_A, false, 0x61, "a", u"A"},
-    Key{1, Qt::Key_S, false, 0x73, "s", u"S"},
-    Key{2, Qt::Key_D, false, 0x64, "d", u"D"},
-    Key{3, Qt::Key_F, false, 0x66, "f", u"F"},
-    Key{4, Qt::Key_H, false, 0x68, "h", u"H"},
-    Key{5, Qt::Key_G, false, 0x67, "g", u"G"},
-    Key{6, Qt::Key_Z, false, 0x7a, "z", u"Z"},
-    Key{7, Qt::Key_X, false, 0x78, "x", u"X"},
-    Key{8, Qt::Key_C, false, 0x63, "c", u"C"},
-    Key{9, Qt::Key_V, false, 0x76, "v", u"V"},
-    Key{11, Qt::Key_B, false, 0x62, "b", u"B"},
-    Key{12, Qt::Key_Q, false, 0x71, "q", u"Q"},
-    Key{13, Qt::Key_W, false, 0x77, "w", u"W"},
-    Key{14, Qt::Key_E, false, 0x65, "e", u"E"},
-    Key{15, Qt::Key_R, false, 0x72, "r", u"R"},
-    Key{16, Qt::Key_Y, false, 0x79, "y", u"Y"},
-    Key{17, Qt::Key_T, false, 0x74, "t", u"T"},
-    Key{18, Qt::Key_1, false, 0x31, "1", u"1"},
-    Key{19, Qt::Key_2, false, 0x32, "2", u"2"},
-    Key{20, Qt::Key_3, false, 0x33, "3", u"3"},
-    Key{21, Qt::Key_4, false, 0x34, "4", u"4"},
-    Key{22, Qt::Key_6, false, 0x36, "6", u"6"},
-    Key{23, Qt::Key_5, false, 0x35, "5", u"5"},
-    Key{24, Qt::Key_Equal, false, 0x3d, "equal", u"="},
-    Key{25, Qt::Key_9, false, 0x39, "9", u"9"},
-    Key{26, Qt::Key_7, false, 0x37, "7", u"7"},
-    Key{27, Qt::Key_Minus, false, 0x2d, "minus", u"-"},
-    Key{28, Qt::Key_8, false, 0x38, "8", u"8"},
-    Key{29, Qt::Key_0, false, 0x30, "0", u"0"},
-    Key{30, Qt::Key_BracketRight, false, 0x5d, "bracketright", u"]"},
-    Key{31, Qt::Key_O, false, 0x6f, "o", u"O"},
-    Key{32, Qt::Key_U, false, 0x75, "u", u"U"},
-    Key{33, Qt::Key_BracketLeft, false, 0x5b, "bracketleft", u"["},
-    Key{34, Qt::Key_I, false, 0x69, "i", u"I"},
-    Key{35, Qt::Key_P, false, 0x70, "p", u"P"},
-    Key{36, Qt::Key_Return, false, 0xff0d, "Return", nullptr},
-    Key{37, Qt::Key_L, false, 0x6c, "l", u"L"},
-    Key{38, Qt::Key_J, false, 0x6a, "j", u"J"},
-    Key{39, Qt::Key_Apostrophe, false, 0x27, "apostrophe", u"'"},
-    Key{40, Qt::Key_K, false, 0x6b, "k", u"K"},
-    Key{41, Qt::Key_Semicolon, false, 0x3b, "semicolon", u";"},
-    Key{42, Qt::Key_Backslash, false, 0x5c, "backslash", u"\\"},
-    Key{43, Qt::Key_Comma, false, 0x2c, "comma", u","},
-    Key{44, Qt::Key_Slash, false, 0x2f, "slash", u"/"},
-    Key{45, Qt::Key_N, false, 0x6e, "n", u"N"},
-    Key{46, Qt::Key_M, false, 0x6d, "m", u"M"},
-    Key{47, Qt::Key_Period, false, 0x2e, "period", u"."},
-    Key{48, Qt::Key_Tab, false, 0xff09, "Tab", nullptr},
-    Key{49, Qt::Key_Space, false, 0x20, "space", nullptr},
-    Key{50, Qt::Key_QuoteLeft, false, 0x60, "grave", u"`"},
-    Key{51, Qt::Key_Backspace, false, 0xff08, "BackSpace", nullptr},
-    Key{53, Qt::Key_Escape, false, 0xff1b, "Escape", nullptr},
-    Key{64, Qt::Key_F17, false, 0xffce, "F17", nullptr},
-    Key{65, Qt::Key_Period, true, 0xffae, "KP_Decimal", u"."},
-    Key{67, Qt::Key_Asterisk, true, 0xffaa, "KP_Multiply", u"*"},
-    Key{69, Qt::Key_Plus, true, 0xffab, "KP_Add", u"+"},
-    Key{75, Qt::Key_Slash, true, 0xffaf, "KP_Divide", u"/"},
-    Key{76, Qt::Key_Enter, true, 0xff8d, "KP_Enter", u"⌤"},
-    Key{78, Qt::Key_Minus, true, 0xffad, "KP_Subtract", u"-"},
-    Key{79, Qt::Key_F18, false, 0xffcf, "F18", nullptr},
-    Key{80, Qt::Key_F19, false, 0xffd0, "F19", nullptr},
-    Key{81, Qt::Key_Equal, true, 0xffbd, "KP_Equal", u"="},
-    Key{82, Qt::Key_0, true, 0xffb0, "KP_0", u"0"},
-    Key{83, Qt::Key_1, true, 0xffb1, "KP_1", u"1"},
-    Key{84, Qt::Key_2, true, 0xffb2, "KP_2", u"2"},
-    Key{85, Qt::Key_3, true, 0xffb3, "KP_3", u"3"},
-    Key{86, Qt::Key_4, true, 0xffb4, "KP_4", u"4"},
-    Key{87, Qt::Key_5, true, 0xffb5, "KP_5", u"5"},
-    Key{88, Qt::Key_6, true, 0xffb6, "KP_6", u"6"},
-    Key{89, Qt::Key_7, true, 0xffb7, "KP_7", u"7"},
-    Key{90, Qt::Key_F20, false, 0xffd1, "F20", nullptr},
-    Key{91, Qt::Key_8, true, 0xffb8, "KP_8", u"8"},
-    Key{92, Qt::Key_9, true, 0xffb9, "KP_9", u"9"},
-    Key{96, Qt::Key_F5, false, 0xffc2, "F5", nullptr},
-    Key{97, Qt::Key_F6, false, 0xffc3, "F6", nullptr},
-    Key{98, Qt::Key_F7, false, 0xffc4, "F7", nullptr},
-    Key{99, Qt::Key_F3, false, 0xffc0, "F3", nullptr},
-    Key{100, Qt::Key_F8, false, 0xffc5, "F8", nullptr},
-    Key{101, Qt::Key_F9, false, 0xffc6, "F9", nullptr},
-    Key{103, Qt::Key_F11, false, 0xffc8, "F11", nullptr},
-    Key{105, Qt::Key_F13, false, 0xffca, "F13", nullptr},
-    Key{106, Qt::Key_F16, false, 0xffcd, "F16", nullptr},
-    Key{107, Qt::Key_F14, false, 0xffcb, "F14", nullptr},
-    Key{109, Qt::Key_F10, false, 0xffc7, "F10", nullptr},
-    Key{111, Qt::Key_F12, false, 0xffc9, "F12", nullptr},
-    Key{113, Qt::Key_F15, false, 0xffcc, "F15", nullptr},
+    Key{0, Qt::Key_A, false, 0x61, "a"},
+    Key{1, Qt::Key_S, false, 0x73, "s"},
+    Key{2, Qt::Key_D, false, 0x64, "d"},
+    Key{3, Qt::Key_F, false, 0x66, "f"},
+    Key{4, Qt::Key_H, false, 0x68, "h"},
+    Key{5, Qt::Key_G, false, 0x67, "g"},
+    Key{6, Qt::Key_Z, false, 0x7a, "z"},
+    Key{7, Qt::Key_X, false, 0x78, "x"},
+    Key{8, Qt::Key_C, false, 0x63, "c"},
+    Key{9, Qt::Key_V, false, 0x76, "v"},
+    Key{11, Qt::Key_B, false, 0x62, "b"},
+    Key{12, Qt::Key_Q, false, 0x71, "q"},
+    Key{13, Qt::Key_W, false, 0x77, "w"},
+    Key{14, Qt::Key_E, false, 0x65, "e"},
+    Key{15, Qt::Key_R, false, 0x72, "r"},
+    Key{16, Qt::Key_Y, false, 0x79, "y"},
+    Key{17, Qt::Key_T, false, 0x74, "t"},
+    Key{18, Qt::Key_1, false, 0x31, "1"},
+    Key{19, Qt::Key_2, false, 0x32, "2"},
+    Key{20, Qt::Key_3, false, 0x33, "3"},
+    Key{21, Qt::Key_4, false, 0x34, "4"},
+    Key{22, Qt::Key_6, false, 0x36, "6"},
+    Key{23, Qt::Key_5, false, 0x35, "5"},
+    Key{24, Qt::Key_Equal, false, 0x3d, "equal"},
+    Key{25, Qt::Key_9, false, 0x39, "9"},
+    Key{26, Qt::Key_7, false, 0x37, "7"},
+    Key{27, Qt::Key_Minus, false, 0x2d, "minus"},
+    Key{28, Qt::Key_8, false, 0x38, "8"},
+    Key{29, Qt::Key_0, false, 0x30, "0"},
+    Key{30, Qt::Key_BracketRight, false, 0x5d, "bracketright"},
+    Key{31, Qt::Key_O, false, 0x6f, "o"},
+    Key{32, Qt::Key_U, false, 0x75, "u"},
+    Key{33, Qt::Key_BracketLeft, false, 0x5b, "bracketleft"},
+    Key{34, Qt::Key_I, false, 0x69, "i"},
+    Key{35, Qt::Key_P, false, 0x70, "p"},
+    Key{36, Qt::Key_Return, false, 0xff0d, "Return"},
+    Key{37, Qt::Key_L, false, 0x6c, "l"},
+    Key{38, Qt::Key_J, false, 0x6a, "j"},
+    Key{39, Qt::Key_Apostrophe, false, 0x27, "apostrophe"},
+    Key{40, Qt::Key_K, false, 0x6b, "k"},
+    Key{41, Qt::Key_Semicolon, false, 0x3b, "semicolon"},
+    Key{42, Qt::Key_Backslash, false, 0x5c, "backslash"},
+    Key{43, Qt::Key_Comma, false, 0x2c, "comma"},
+    Key{44, Qt::Key_Slash, false, 0x2f, "slash"},
+    Key{45, Qt::Key_N, false, 0x6e, "n"},
+    Key{46, Qt::Key_M, false, 0x6d, "m"},
+    Key{47, Qt::Key_Period, false, 0x2e, "period"},
+    Key{48, Qt::Key_Tab, false, 0xff09, "Tab"},
+    Key{49, Qt::Key_Space, false, 0x20, "space"},
+    Key{50, Qt::Key_QuoteLeft, false, 0x60, "grave"},
+    Key{51, Qt::Key_Backspace, false, 0xff08, "BackSpace"},
+    Key{53, Qt::Key_Escape, false, 0xff1b, "Escape"},
+    Key{64, Qt::Key_F17, false, 0xffce, "F17"},
+    Key{65, Qt::Key_Period, true, 0xffae, "KP_Decimal"},
+    Key{67, Qt::Key_Asterisk, true, 0xffaa, "KP_Multiply"},
+    Key{69, Qt::Key_Plus, true, 0xffab, "KP_Add"},
+    Key{75, Qt::Key_Slash, true, 0xffaf, "KP_Divide"},
+    Key{76, Qt::Key_Enter, true, 0xff8d, "KP_Enter"},
+    Key{78, Qt::Key_Minus, true, 0xffad, "KP_Subtract"},
+    Key{79, Qt::Key_F18, false, 0xffcf, "F18"},
+    Key{80, Qt::Key_F19, false, 0xffd0, "F19"},
+    Key{81, Qt::Key_Equal, true, 0xffbd, "KP_Equal"},
+    Key{82, Qt::Key_0, true, 0xffb0, "KP_0"},
+    Key{83, Qt::Key_1, true, 0xffb1, "KP_1"},
+    Key{84, Qt::Key_2, true, 0xffb2, "KP_2"},
+    Key{85, Qt::Key_3, true, 0xffb3, "KP_3"},
+    Key{86, Qt::Key_4, true, 0xffb4, "KP_4"},
+    Key{87, Qt::Key_5, true, 0xffb5, "KP_5"},
+    Key{88, Qt::Key_6, true, 0xffb6, "KP_6"},
+    Key{89, Qt::Key_7, true, 0xffb7, "KP_7"},
+    Key{90, Qt::Key_F20, false, 0xffd1, "F20"},
+    Key{91, Qt::Key_8, true, 0xffb8, "KP_8"},
+    Key{92, Qt::Key_9, true, 0xffb9, "KP_9"},
+    Key{96, Qt::Key_F5, false, 0xffc2, "F5"},
+    Key{97, Qt::Key_F6, false, 0xffc3, "F6"},
+    Key{98, Qt::Key_F7, false, 0xffc4, "F7"},
+    Key{99, Qt::Key_F3, false, 0xffc0, "F3"},
+    Key{100, Qt::Key_F8, false, 0xffc5, "F8"},
+    Key{101, Qt::Key_F9, false, 0xffc6, "F9"},
+    Key{103, Qt::Key_F11, false, 0xffc8, "F11"},
+    Key{105, Qt::Key_F13, false, 0xffca, "F13"},
+    Key{106, Qt::Key_F16, false, 0xffcd, "F16"},
+    Key{107, Qt::Key_F14, false, 0xffcb, "F14"},
+    Key{109, Qt::Key_F10, false, 0xffc7, "F10"},
+    Key{111, Qt::Key_F12, false, 0xffc9, "F12"},
+    Key{113, Qt::Key_F15, false, 0xffcc, "F15"},
     // The Help key sits where a PC keyboard has Insert, and a Mac reads Insert as Help.
-    Key{114, Qt::Key_Insert, false, 0xff63, "Insert", nullptr},
-    Key{115, Qt::Key_Home, false, 0xff50, "Home", nullptr},
-    Key{116, Qt::Key_PageUp, false, 0xff55, "Page_Up", nullptr},
-    Key{117, Qt::Key_Delete, false, 0xffff, "Delete", nullptr},
-    Key{118, Qt::Key_F4, false, 0xffc1, "F4", nullptr},
-    Key{119, Qt::Key_End, false, 0xff57, "End", nullptr},
-    Key{120, Qt::Key_F2, false, 0xffbf, "F2", nullptr},
-    Key{121, Qt::Key_PageDown, false, 0xff56, "Page_Down", nullptr},
-    Key{122, Qt::Key_F1, false, 0xffbe, "F1", nullptr},
-    Key{123, Qt::Key_Left, false, 0xff51, "Left", nullptr},
-    Key{124, Qt::Key_Right, false, 0xff53, "Right", nullptr},
-    Key{125, Qt::Key_Down, false, 0xff54, "Down", nullptr},
-    Key{126, Qt::Key_Up, false, 0xff52, "Up", nullptr},
+    Key{114, Qt::Key_Insert, false, 0xff63, "Insert"},
+    Key{115, Qt::Key_Home, false, 0xff50, "Home"},
+    Key{116, Qt::Key_PageUp, false, 0xff55, "Page_Up"},
+    Key{117, Qt::Key_Delete, false, 0xffff, "Delete"},
+    Key{118, Qt::Key_F4, false, 0xffc1, "F4"},
+    Key{119, Qt::Key_End, false, 0xff57, "End"},
+    Key{120, Qt::Key_F2, false, 0xffbf, "F2"},
+    Key{121, Qt::Key_PageDown, false, 0xff56, "Page_Down"},
+    Key{122, Qt::Key_F1, false, 0xffbe, "F1"},
+    Key{123, Qt::Key_Left, false, 0xff51, "Left"},
+    Key{124, Qt::Key_Right, false, 0xff53, "Right"},
+    Key{125, Qt::Key_Down, false, 0xff54, "Down"},
+    Key{126, Qt::Key_Up, false, 0xff52, "Up"},
 };
 
 /// Keys Qt reports under another name than the table's: symbols typed with Shift on a US layout, and a few
@@ -145,24 +144,37 @@ constexpr std::array aliases = {
     Alias{Qt::Key_Backtab, 48},    Alias{Qt::Key_Help, 114},      Alias{Qt::Key_Enter, 36},
 };
 
-/// The fixed texts of the special keys, whatever the layout.
-struct SpecialKey
+/// The names Qt gives keys that type no character in a shortcut's text (QKeySequence::NativeText, away from
+/// macOS), in the same translation context, so a translated Qt writes them the same way here.
+struct KeyName
 {
-    qint64 code;
-    const char16_t* text;
+    Qt::Key qtKey;
+    const char* name;
 };
-constexpr std::array specialKeys = {
-    SpecialKey{36, u"↩"},    SpecialKey{51, u"⌫"},    SpecialKey{117, u"⌦"},   SpecialKey{119, u"↘"},
-    SpecialKey{53, u"⎋"},    SpecialKey{114, u"?⃝"},   SpecialKey{115, u"↖"},   SpecialKey{49, u"⎵"},
-    SpecialKey{48, u"⇥"},    SpecialKey{116, u"⇞"},   SpecialKey{121, u"⇟"},   SpecialKey{126, u"↑"},
-    SpecialKey{124, u"→"},   SpecialKey{125, u"↓"},   SpecialKey{123, u"←"},   SpecialKey{122, u"F1"},
-    SpecialKey{120, u"F2"},  SpecialKey{99, u"F3"},   SpecialKey{118, u"F4"},  SpecialKey{96, u"F5"},
-    SpecialKey{97, u"F6"},   SpecialKey{98, u"F7"},   SpecialKey{100, u"F8"},  SpecialKey{101, u"F9"},
-    SpecialKey{109, u"F10"}, SpecialKey{103, u"F11"}, SpecialKey{111, u"F12"}, SpecialKey{105, u"F13"},
-    SpecialKey{107, u"F14"}, SpecialKey{113, u"F15"}, SpecialKey{106, u"F16"}, SpecialKey{64, u"F17"},
-    SpecialKey{79, u"F18"},  SpecialKey{80, u"F19"},  SpecialKey{90, u"F20"},
+constexpr std::array keyNames = {
+    KeyName{Qt::Key_Return, QT_TRANSLATE_NOOP("QShortcut", "Return")},
+    KeyName{Qt::Key_Enter, QT_TRANSLATE_NOOP("QShortcut", "Enter")},
+    KeyName{Qt::Key_Tab, QT_TRANSLATE_NOOP("QShortcut", "Tab")},
+    KeyName{Qt::Key_Space, QT_TRANSLATE_NOOP("QShortcut", "Space")},
+    KeyName{Qt::Key_Backspace, QT_TRANSLATE_NOOP("QShortcut", "Backspace")},
+    KeyName{Qt::Key_Escape, QT_TRANSLATE_NOOP("QShortcut", "Esc")},
+    KeyName{Qt::Key_Insert, QT_TRANSLATE_NOOP("QShortcut", "Ins")},
+    KeyName{Qt::Key_Delete, QT_TRANSLATE_NOOP("QShortcut", "Del")},
+    KeyName{Qt::Key_Home, QT_TRANSLATE_NOOP("QShortcut", "Home")},
+    KeyName{Qt::Key_End, QT_TRANSLATE_NOOP("QShortcut", "End")},
+    KeyName{Qt::Key_PageUp, QT_TRANSLATE_NOOP("QShortcut", "PgUp")},
+    KeyName{Qt::Key_PageDown, QT_TRANSLATE_NOOP("QShortcut", "PgDown")},
+    KeyName{Qt::Key_Left, QT_TRANSLATE_NOOP("QShortcut", "Left")},
+    KeyName{Qt::Key_Right, QT_TRANSLATE_NOOP("QShortcut", "Right")},
+    KeyName{Qt::Key_Up, QT_TRANSLATE_NOOP("QShortcut", "Up")},
+    KeyName{Qt::Key_Down, QT_TRANSLATE_NOOP("QShortcut", "Down")},
 };
-static_assert(specialKeys.size() == 35);
+
+/// "Ctrl+": one modifier as Qt writes it in a shortcut's text.
+QString modifierName(const char* name)
+{
+    return QCoreApplication::translate("QShortcut", name) + u'+';
+}
 
 const Key* keyWithCode(qint64 code)
 {
@@ -286,36 +298,43 @@ bool isModifierKey(Qt::Key key)
     }
 }
 
-QString modifierSymbols(qint64 carbonModifiers)
+QString modifierText(qint64 carbonModifiers)
 {
-    QString symbols;
-    if (carbonModifiers & Shortcut::control)
-        symbols += u'⌃';
-    if (carbonModifiers & Shortcut::option)
-        symbols += u'⌥';
-    if (carbonModifiers & Shortcut::shift)
-        symbols += u'⇧';
-    if (carbonModifiers & Shortcut::command)
-        symbols += u'⌘';
-    return symbols;
+    // Qt's order, whatever order they were pressed in.
+    const Qt::KeyboardModifiers modifiers = qtModifiers(carbonModifiers);
+    QString text;
+    if (modifiers & Qt::MetaModifier)
+        text += modifierName(QT_TRANSLATE_NOOP("QShortcut", "Meta"));
+    if (modifiers & Qt::ControlModifier)
+        text += modifierName(QT_TRANSLATE_NOOP("QShortcut", "Ctrl"));
+    if (modifiers & Qt::AltModifier)
+        text += modifierName(QT_TRANSLATE_NOOP("QShortcut", "Alt"));
+    if (modifiers & Qt::ShiftModifier)
+        text += modifierName(QT_TRANSLATE_NOOP("QShortcut", "Shift"));
+    return text;
 }
 
 QString keyText(qint64 carbonKeyCode)
 {
-    const auto special =
-        std::find_if(specialKeys.begin(), specialKeys.end(),
-                     [carbonKeyCode](const SpecialKey& k) { return k.code == carbonKeyCode; });
-    if (special != specialKeys.end())
-        return QString::fromUtf16(special->text);
     const Key* key = keyWithCode(carbonKeyCode);
-    if (!key || !key->text)
+    if (!key)
         return QStringLiteral("\uFFFD");
-    return QString::fromUtf16(key->text).toUpper();
+    if (key->qtKey >= Qt::Key_F1 && key->qtKey <= Qt::Key_F35)
+        return QCoreApplication::translate("QShortcut", "F%1").arg(key->qtKey - Qt::Key_F1 + 1);
+    const auto named = std::find_if(keyNames.begin(), keyNames.end(),
+                                    [key](const KeyName& k) { return k.qtKey == key->qtKey; });
+    if (named != keyNames.end())
+        return QCoreApplication::translate("QShortcut", named->name);
+    // The rest type one character of Latin-1; Qt's key value is that character, letters in upper case.
+    return QString(QChar(key->qtKey));
 }
 
 QString displayString(const GlobalHotkeys::Shortcut& shortcut)
 {
-    return modifierSymbols(shortcut.carbonModifiers) + keyText(shortcut.carbonKeyCode);
+    const Key* key = keyWithCode(shortcut.carbonKeyCode);
+    const QString keypad =
+        key && key->keypad ? modifierName(QT_TRANSLATE_NOOP("QShortcut", "Num")) : QString();
+    return modifierText(shortcut.carbonModifiers) + keypad + keyText(shortcut.carbonKeyCode);
 }
 
 } // namespace KeyTranslation

@@ -38,12 +38,14 @@ bool isFunctionKey(qint64 carbonKeyCode);
 /// Whether it is a modifier key, which only ever accompanies a shortcut's key.
 bool isModifierKey(Qt::Key key);
 
-/// The modifier symbols, always in the order ⌃ ⌥ ⇧ ⌘.
-QString modifierSymbols(qint64 carbonModifiers);
-/// The key's text: from the table of special keys ("↩", "F5"), else the character it types, in upper case;
-/// "�" when there is none.
+/// The modifiers as a shortcut's text starts, always in Qt's order: "Meta+Ctrl+Alt+Shift+".
+QString modifierText(qint64 carbonModifiers);
+/// The key's text: Qt's name of a key that types no character ("Return", "PgUp", "F5"), else the character
+/// it types, in upper case; "�" for an unknown code.
 QString keyText(qint64 carbonKeyCode);
-/// How a shortcut is shown: the modifier symbols followed by the key's text, e.g. "⌃⌥⇧⌘K" or "⌘F1".
+/// How a shortcut is shown, the way the desktop writes key combinations: the text QKeySequence gives its
+/// combination (NativeText away from macOS), e.g. "Ctrl+Alt+K", "Meta+F1" or "Alt+Num+1". Written here
+/// rather than by QKeySequence, which is Qt Gui, so glowdeckctl shows the same text without it.
 QString displayString(const GlobalHotkeys::Shortcut& shortcut);
 
 } // namespace KeyTranslation

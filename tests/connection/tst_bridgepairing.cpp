@@ -4,8 +4,11 @@
 #include "simulator/BridgeSimulator.h"
 #include "state/SettingsKeys.h"
 
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QNetworkAccessManager>
 #include <QSignalSpy>
+#include <QSysInfo>
 #include <QTest>
 
 #include <memory>
@@ -18,6 +21,8 @@ private Q_SLOTS:
     void init();
     void cleanup();
     void asksForTheLinkButtonUntilItIsPressed();
+    void namesTheDeviceAfterTheHost_data();
+    void namesTheDeviceAfterTheHost();
     void readsOnlyTheFirstResultOfTheAnswer_data();
     void readsOnlyTheFirstResultOfTheAnswer();
     void failedPairingKeepsThePreviousKey_data();
@@ -71,8 +76,41 @@ void TestBridgePairing::asksForTheLinkButtonUntilItIsPressed()
     const SimulatedRequest request = m_bridge->requests().last();
     QCOMPARE(request.method, QByteArray("POST"));
     QCOMPARE(request.path, QStringLiteral("/api"));
-    QCOMPARE(request.rawBody, QByteArray(R"({"devicetype":"glowdeck_app#osx"})"));
+    const QString deviceType = BridgePairing::deviceType(QSysInfo::machineHostName());
+    QCOMPARE(request.rawBody,
+             QJsonDocument(QJsonObject{{"devicetype", deviceType}}).toJson(QJsonDocument::Compact));
     QVERIFY(m_bridge->users().isEmpty());
+}
+
+void TestBridgePairing::namesTheDeviceAfterTheHost_data()
+{
+    QTest::addColumn<QString>("hostName");
+    QTest::addColumn<QString>("deviceType");
+
+    QTest::newRow("host name") << "kitchen-pc"
+                               << "glowdeck#kitchen-pc";
+    QTest::newRow("domain name") << "desk_7.example.org"
+                                 << "glowdeck#desk_7.example.org";
+    QTest::newRow("just fits") << QString(31, u'h') << "glowdeck#" + QString(31, u'h');
+    QTest::newRow("cut to the bridge's 40") << "a-very-long-host-name-in-a-big-office.example.org"
+                                            << "glowdeck#a-very-long-host-name-in-a-big-";
+    QTest::newRow("empty") << ""
+                           << "glowdeck#linux";
+    QTest::newRow("space") << "my laptop"
+                           << "glowdeck#linux";
+    QTest::newRow("not ASCII") << u"büro"_qs << "glowdeck#linux";
+    QTest::newRow("hash") << "a#b"
+                          << "glowdeck#linux";
+    QTest::newRow("quote") << R"(a"b)"
+                           << "glowdeck#linux";
+}
+
+void TestBridgePairing::namesTheDeviceAfterTheHost()
+{
+    QFETCH(QString, hostName);
+    QFETCH(QString, deviceType);
+    QCOMPARE(BridgePairing::deviceType(hostName), deviceType);
+    QVERIFY(deviceType.size() <= BridgePairing::deviceTypeLimit);
 }
 
 void TestBridgePairing::readsOnlyTheFirstResultOfTheAnswer_data()

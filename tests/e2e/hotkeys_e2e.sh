@@ -177,7 +177,7 @@ say "Ctrl+Alt+J, held by another client, is refused as used by the system"
 # ---- 3. Record a shortcut in the pane: it works at once, and after a restart ----------------------------------------
 atspi --timeout 3 wait text "All On" | grep -q focused || fail "the recorder did not record again after the alert"
 xdotool key ctrl+alt+o
-atspi --timeout 3 wait-text text "All On" '⌃⌥O' >/dev/null || fail "the recorder does not show ⌃⌥O"
+atspi --timeout 3 wait-text text "All On" '^Ctrl\+Alt\+O$' >/dev/null || fail "the recorder does not show Ctrl+Alt+O"
 [ "$(stored GlobalHotkeys_allLightsOn)" = '{"carbonKeyCode":31,"carbonModifiers":6144}' ] ||
     fail "Ctrl+Alt+O was not stored: $(stored GlobalHotkeys_allLightsOn)"
 atspi press "radio button" Small
@@ -200,7 +200,8 @@ start_glowdeck
 press_elsewhere "xdotool key" ctrl+alt+o true
 say "and after a restart"
 open_hotkeys_pane
-atspi --timeout 3 wait-text text "All On" '⌃⌥O' >/dev/null || fail "after a restart the recorder does not show ⌃⌥O"
+atspi --timeout 3 wait-text text "All On" '^Ctrl\+Alt\+O$' >/dev/null ||
+    fail "after a restart the recorder does not show Ctrl+Alt+O"
 sleep 0.3
 screenshot pane-dark
 atspi press "page tab" "Individual Groups"

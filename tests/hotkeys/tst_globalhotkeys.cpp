@@ -160,7 +160,7 @@ void TestGlobalHotkeys::aNewCombinationReplacesTheOldOneAtOnce()
     m_hotkeys->setShortcut(optionK, second);
     QCOMPARE(m_backend->registered(), QList<Shortcut>{optionK});
 
-    // The second name still uses ⌥K: it stays registered, and a press runs only that name now.
+    // The second name still uses Alt+K: it stays registered, and a press runs only that name now.
     m_hotkeys->setShortcut(controlCommandL, first);
     QCOMPARE(m_backend->registered().size(), 2);
     QVERIFY(m_backend->press(optionK));

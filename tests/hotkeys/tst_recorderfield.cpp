@@ -1,6 +1,7 @@
 #include "FakeHotkeyBackend.h"
 #include "TestSupport.h"
 #include "hotkeys/HotkeyNames.h"
+#include "hotkeys/KeyTranslation.h"
 #include "hotkeys/recorder/RecorderField.h"
 
 #include <QAction>
@@ -32,6 +33,7 @@ private Q_SLOTS:
     void cleanup();
     void recordsACombinationAndShowsIt_data();
     void recordsACombinationAndShowsIt();
+    void showsEveryKeyAsQtWritesIt();
     void refusesAKeyWithoutAModifierAndKeepsRecording_data();
     void refusesAKeyWithoutAModifierAndKeepsRecording();
     void escapeAndTabKeepThePreviousShortcut_data();
@@ -93,21 +95,26 @@ void TestRecorderField::recordsACombinationAndShowsIt_data()
     QTest::addColumn<Qt::KeyboardModifiers>("modifiers");
     QTest::addColumn<Shortcut>("stored");
     QTest::addColumn<QString>("shown");
+    QTest::addColumn<QString>("held"); // the placeholder while only the modifiers are down
 
     QTest::newRow("ctrl+alt+k") << Qt::Key_K << (Qt::ControlModifier | Qt::AltModifier)
                                 << Shortcut{40, Shortcut::control | Shortcut::option}
-                                << QStringLiteral("⌃⌥K");
+                                << QStringLiteral("Ctrl+Alt+K") << QStringLiteral("Ctrl+Alt+");
     QTest::newRow("every modifier, shown in the fixed order")
         << Qt::Key_K << (Qt::ShiftModifier | Qt::MetaModifier | Qt::AltModifier | Qt::ControlModifier)
-        << Shortcut{40, Shortcut::allModifiers} << QStringLiteral("⌃⌥⇧⌘K");
-    QTest::newRow("shift with a function key") << Qt::Key_F5 << Qt::KeyboardModifiers(Qt::ShiftModifier)
-                                               << Shortcut{96, Shortcut::shift} << QStringLiteral("⇧F5");
-    QTest::newRow("a function key alone")
-        << Qt::Key_F12 << Qt::KeyboardModifiers() << Shortcut{111, 0} << QStringLiteral("F12");
+        << Shortcut{40, Shortcut::allModifiers} << QStringLiteral("Meta+Ctrl+Alt+Shift+K")
+        << QStringLiteral("Meta+Ctrl+Alt+Shift+");
+    QTest::newRow("shift with a function key")
+        << Qt::Key_F5 << Qt::KeyboardModifiers(Qt::ShiftModifier) << Shortcut{96, Shortcut::shift}
+        << QStringLiteral("Shift+F5") << QStringLiteral("Shift+");
+    QTest::newRow("a function key alone") << Qt::Key_F12 << Qt::KeyboardModifiers() << Shortcut{111, 0}
+                                          << QStringLiteral("F12") << QStringLiteral("Press Shortcut");
     QTest::newRow("a special key") << Qt::Key_Return << Qt::KeyboardModifiers(Qt::ControlModifier)
-                                   << Shortcut{36, Shortcut::control} << QStringLiteral("⌃↩");
+                                   << Shortcut{36, Shortcut::control} << QStringLiteral("Ctrl+Return")
+                                   << QStringLiteral("Ctrl+");
     QTest::newRow("a keypad key") << Qt::Key_1 << (Qt::AltModifier | Qt::KeypadModifier)
-                                  << Shortcut{83, Shortcut::option} << QStringLiteral("⌥1");
+                                  << Shortcut{83, Shortcut::option} << QStringLiteral("Alt+Num+1")
+                                  << QStringLiteral("Alt+");
 }
 
 void TestRecorderField::recordsACombinationAndShowsIt()
@@ -116,10 +123,14 @@ void TestRecorderField::recordsACombinationAndShowsIt()
     QFETCH(Qt::KeyboardModifiers, modifiers);
     QFETCH(Shortcut, stored);
     QFETCH(QString, shown);
+    QFETCH(QString, held);
 
     m_hotkeys->onKeyUp(HotkeyNames::allLightsOn(), [] {});
     QSignalSpy changed(m_field, &RecorderField::shortcutChanged);
     startRecording();
+    // A modifier key QTest leaves the modifiers alone for.
+    QTest::keyPress(m_field, Qt::Key_Super_L, modifiers & ~Qt::KeypadModifier);
+    QCOMPARE(m_field->placeholderText(), held);
     QTest::keyClick(m_field, key, modifiers);
     QCOMPARE(m_hotkeys->getShortcut(HotkeyNames::allLightsOn()), std::optional(stored));
     QCOMPARE(m_backend->registrations.constLast().first, stored); // registered at once
@@ -127,7 +138,22 @@ void TestRecorderField::recordsACombinationAndShowsIt()
     QCOMPARE(m_field->text(), shown);
     QVERIFY(!m_field->isRecording());
     QVERIFY(!m_hotkeys->isPaused());
-    QVERIFY(!m_field->toolTip().isEmpty());
+    QCOMPARE(m_field->toolTip(), shown);
+}
+
+void TestRecorderField::showsEveryKeyAsQtWritesIt()
+{
+    // The text is written without Qt Gui, for glowdeckctl; it must read as QKeySequence writes it.
+    for (const qint64 modifiers : {qint64(0), Shortcut::allModifiers, Shortcut::control | Shortcut::shift}) {
+        for (qint64 code = 0; code < 128; ++code) {
+            const Shortcut shortcut{code, modifiers};
+            const std::optional<QKeyCombination> combination = KeyTranslation::qtCombination(shortcut);
+            if (!combination)
+                continue;
+            m_hotkeys->setShortcut(shortcut, HotkeyNames::allLightsOn());
+            QCOMPARE(m_field->text(), QKeySequence(*combination).toString(QKeySequence::NativeText));
+        }
+    }
 }
 
 void TestRecorderField::refusesAKeyWithoutAModifierAndKeepsRecording_data()
@@ -169,14 +195,14 @@ void TestRecorderField::escapeAndTabKeepThePreviousShortcut()
     QFETCH(Qt::Key, key);
     QFETCH(bool, movesOn);
     m_hotkeys->setShortcut(optionK, HotkeyNames::allLightsOn());
-    QCOMPARE(m_field->text(), QStringLiteral("⌥K"));
+    QCOMPARE(m_field->text(), QStringLiteral("Alt+K"));
     startRecording();
     QCOMPARE(m_field->text(), QString()); // the placeholder says it records
     QTest::keyClick(m_field, key);
     QVERIFY(!m_field->isRecording());
     QVERIFY(!m_field->hasFocus());
     QCOMPARE(m_other->hasFocus(), movesOn);
-    QCOMPARE(m_field->text(), QStringLiteral("⌥K"));
+    QCOMPARE(m_field->text(), QStringLiteral("Alt+K"));
     QCOMPARE(m_field->placeholderText(), QStringLiteral("Record Shortcut"));
     QCOMPARE(m_hotkeys->getShortcut(HotkeyNames::allLightsOn()), std::optional(optionK));
 }

@@ -72,7 +72,7 @@ void TestPreferencesWindowController::showPicksThePane_data()
 {
     QTest::addColumn<QString>("earlier"); // shown before, "" for none
     QTest::addColumn<QString>("asked");
-    QTest::addColumn<QString>("shown");
+    QTest::addColumn<QString>("shown"); // its title is the identifier in capitals
 
     const auto row = [](const char* name, const char* earlier, const char* asked, const char* shown) {
         QTest::newRow(name) << QString(earlier) << QString(asked) << QString(shown);
@@ -101,7 +101,7 @@ void TestPreferencesWindowController::showPicksThePane()
     QVERIFY(m_controller->window().isVisible());
     QCOMPARE(shownPane(), shown);
     QVERIFY(paneButton(*tabs().activeTab())->isChecked());
-    QCOMPARE(m_controller->window().windowTitle(), shown.toUpper());
+    QCOMPARE(m_controller->window().windowTitle(), u"Glowdeck — "_qs + shown.toUpper());
 }
 
 void TestPreferencesWindowController::titleIsThePaneTitleOrTheApplicationName()
@@ -137,7 +137,7 @@ void TestPreferencesWindowController::switchingResizesWithInputPaused()
 
     QVERIFY(tabs().isResizing());
     QVERIFY(!window.isUserInteractionEnabled());
-    QCOMPARE(window.windowTitle(), QStringLiteral("LIGHTS"));
+    QCOMPARE(window.windowTitle(), u"Glowdeck — LIGHTS"_qs);
     // A second click while the window moves is dropped.
     QTest::mouseClick(paneButton(1), Qt::LeftButton);
     QTRY_VERIFY(!tabs().isResizing());

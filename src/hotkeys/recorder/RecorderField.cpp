@@ -18,7 +18,8 @@ using Shortcut = GlobalHotkeys::Shortcut;
 
 constexpr qint64 f12 = 111;
 
-/// "Ctrl+Alt+K": how the desktop writes the combination, for the tooltip and screen readers.
+/// "Ctrl+Alt+K", Qt's own text of the combination, for the tooltip (a narrow field elides a long text) and
+/// screen readers.
 QString spelledOut(const Shortcut& shortcut)
 {
     const std::optional<QKeyCombination> combination = KeyTranslation::qtCombination(shortcut);
@@ -186,8 +187,9 @@ void RecorderField::showStoredShortcut()
 
 void RecorderField::showHeldModifiers(Qt::KeyboardModifiers modifiers)
 {
-    const QString symbols = KeyTranslation::modifierSymbols(KeyTranslation::carbonModifiers(modifiers));
-    setPlaceholderText(symbols.isEmpty() ? pressShortcutText() : symbols);
+    // "Ctrl+Alt+": the key still to come goes at the end.
+    const QString held = KeyTranslation::modifierText(KeyTranslation::carbonModifiers(modifiers));
+    setPlaceholderText(held.isEmpty() ? pressShortcutText() : held);
 }
 
 void RecorderField::keyPressEvent(QKeyEvent* event)

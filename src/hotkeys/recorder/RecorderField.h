@@ -10,11 +10,11 @@
 class QMessageBox;
 
 /// The field in which the user records the key combination of one shortcut name. It shows the stored
-/// combination ("⌃⌥K"; the tooltip spells it out); its clear button removes it. While it has the keyboard
-/// focus it records: global shortcuts are paused and the keyboard is held, so the next combination comes here
-/// even when it is a global shortcut already. Escape cancels, Delete and Backspace clear, Tab moves on. A key
-/// needs a modifier other than Shift, unless it is one of F1 to F20; a combination the application or another
-/// program uses already is refused with an alert.
+/// combination as the desktop writes it ("Ctrl+Alt+K", also in the tooltip); its clear button removes it.
+/// While it has the keyboard focus it records: global shortcuts are paused and the keyboard is held, so the
+/// next combination comes here even when it is a global shortcut already. Escape cancels, Delete and
+/// Backspace clear, Tab moves on. A key needs a modifier other than Shift, unless it is one of F1 to F20; a
+/// combination the application or another program uses already is refused with an alert.
 class RecorderField final : public QLineEdit
 {
     Q_OBJECT

@@ -164,8 +164,11 @@ QSize PaneTabController::fittingWindowSize() const
 
 QString PaneTabController::windowTitleFor(int index) const
 {
+    // Linux desktops list windows by title: the application's name first, then the pane, as Qt itself joins
+    // them. Qt's X11 window adds the name again only when a display name is set and the title does not end
+    // with it; Glowdeck sets none.
     if (m_panes.size() >= 2)
-        return m_panes.at(index).title;
+        return applicationDisplayName() + QStringLiteral(" \u2014 ") + m_panes.at(index).title;
     return applicationDisplayName() + u' ' + tr("Preferences");
 }
 

@@ -42,8 +42,8 @@ public:
     /// Shows the pane with this identifier; an unknown identifier shows the first pane without animation.
     void activateTab(const QString& identifier, bool animated);
 
-    /// The window title for the pane at `index`: its title, or with fewer than two panes the application's
-    /// name followed by " Preferences".
+    /// The window title for the pane at `index`: the application's name, a dash and the pane's title
+    /// ("Glowdeck — Lights"), or with fewer than two panes the application's name followed by " Preferences".
     QString windowTitleFor(int index) const;
     /// The application's display name, or "<Unknown App Name>" when it has none.
     static QString applicationDisplayName();
