@@ -104,20 +104,21 @@ void BridgeCommands::increaseGroupBrightness(HueGroup group, qint64 delta)
             group.group_id, ActionQueue::brightnessIncrease);
 }
 
-void BridgeCommands::switchEverythingOff()
+void BridgeCommands::switchEverything(bool on)
 {
     QList<HueLight> lights = m_settings.home().lights();
     for (HueLight& light : lights)
-        light.is_on = false;
+        light.is_on = on;
     m_settings.home().setLights(lights);
     QList<HueGroup> rooms = m_settings.home().groups();
     for (HueGroup& room : rooms) {
-        room.is_on = false;
-        room.any_on = false;
+        room.is_on = on;
+        room.any_on = on;
+        room.all_on = on;
     }
     m_settings.home().setGroups(rooms);
     enqueue(address({QStringLiteral("groups"), QStringLiteral("0"), QStringLiteral("action")}),
-            HueLampOnOffUpdate{false}.encode(), Target::group, QStringLiteral("0"), QStringLiteral("on"));
+            HueLampOnOffUpdate{on}.encode(), Target::group, QStringLiteral("0"), QStringLiteral("on"));
 }
 
 void BridgeCommands::recallScene(const QString& sceneId)

@@ -36,9 +36,10 @@ public:
     /// Adds `delta` (may be negative) on the bridge; locally the room's brightness is kept within 0-255.
     void increaseGroupBrightness(HueGroup group, qint64 delta);
 
-    /// Switches every lamp off at once: one request to group 0, which holds every lamp of the bridge, instead
-    /// of one per lamp. Every lamp and room shows off at once.
-    void switchEverythingOff();
+    /// Switches every lamp on or off at once: one request to group 0, which holds every lamp of the bridge,
+    /// instead of one per lamp or room. Every lamp, room and zone shows the new state at once.
+    void switchEverything(bool on);
+    void switchEverythingOff() { switchEverything(false); }
     /// Recalls a scene through group 0, so the bridge applies it to the scene's own lamps.
     void recallScene(const QString& sceneId);
     /// The property of a queued schedule deletion, sent with DELETE.

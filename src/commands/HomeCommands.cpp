@@ -60,16 +60,13 @@ SwitchOffTimer* HomeCommands::switchOffTimer(const BridgeSession& session) const
 
 void HomeCommands::allLightsOn()
 {
-    changeEveryRoomEverywhere(
-        [](HueGroup& room) { room.is_on = true; },
-        [](BridgeSession& session, const HueGroup& room) { session.commands().setGroupOn(room, true); });
+    for (BridgeSession* session : m_sessions.all())
+        session->commands().switchEverything(true);
 }
 
 void HomeCommands::allLightsOff()
 {
-    changeEveryRoomEverywhere(
-        [](HueGroup& room) { room.is_on = false; },
-        [](BridgeSession& session, const HueGroup& room) { session.commands().setGroupOn(room, false); });
+    switchEverythingOff();
 }
 
 void HomeCommands::allLightsBrighter()

@@ -37,12 +37,12 @@ struct RoomAction
     bool operator==(const RoomAction&) const = default;
 };
 
-/// Every action the user takes on the home as a whole, in one place: the shortcuts' actions on every room
-/// (on, off, brighter, darker, red, blue, white) and a chosen room's action on its own bridge, the menu's
-/// "Darkness!", "Off in N minutes" and its cancel, with the switch-off timer each bridge keeps. The
-/// whole-home actions act on every bridge's session; each change shows at once in that bridge's state and
-/// goes to its bridge through its commands and queue. The tray menu, the global shortcuts and glowdeckctl are
-/// thin adapters over these. Lives on the main thread.
+/// Every action the user takes on the home as a whole, in one place: the shortcuts' actions on every lamp
+/// (on, off) and on every room (brighter, darker, red, blue, white) and a chosen room's action on its own
+/// bridge, the menu's "Darkness!", "Off in N minutes" and its cancel, with the switch-off timer each bridge
+/// keeps. The whole-home actions act on every bridge's session; each change shows at once in that bridge's
+/// state and goes to its bridge through its commands and queue. The tray menu, the global shortcuts and
+/// glowdeckctl are thin adapters over these. Lives on the main thread.
 class HomeCommands final : public QObject
 {
     Q_OBJECT
@@ -59,6 +59,8 @@ public:
     explicit HomeCommands(BridgeSessions& sessions, QObject* parent = nullptr);
     ~HomeCommands() override;
 
+    /// Every lamp of every bridge on, or off: one request per bridge, to group 0, whatever the number of
+    /// rooms (a bridge takes about one room command a second).
     void allLightsOn();
     void allLightsOff();
     void allLightsBrighter();

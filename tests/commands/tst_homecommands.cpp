@@ -1,8 +1,10 @@
 #include "BridgeBench.h"
+#include "bridge/ActionQueue.h"
 #include "commands/HomeCommands.h"
 #include "session/BridgeSession.h"
 #include "session/BridgeSessions.h"
 
+#include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QTest>
@@ -22,6 +24,7 @@ private Q_SLOTS:
     void cleanup();
     void aWholeHomeActionReachesEveryBridge_data();
     void aWholeHomeActionReachesEveryBridge();
+    void aRoomChangeAfterAllOffStillReachesTheBridge();
     void aBusyBridgeDoesNotHoldBackTheOther();
     void theSwitchOffTimerIsSetAndCancelledOnEveryBridge();
 
@@ -43,10 +46,13 @@ void TestHomeCommands::init()
     m_sessions = std::make_unique<BridgeSessions>();
     m_commands = std::make_unique<HomeCommands>(*m_sessions);
     for (BridgeBench* bench : {m_upstairs.get(), m_downstairs.get()}) {
-        // One room and one zone on each bridge: whole-home actions go to rooms only.
+        // Two rooms and a zone on each bridge, one lamp on and one off.
         bench->settings().home().setGroups(
-            {HueGroup{.group_id = u"1"_qs, .type = u"Room"_qs, .brightness = 100},
+            {HueGroup{.group_id = u"1"_qs, .type = u"Room"_qs, .any_on = true, .brightness = 100},
+             HueGroup{.group_id = u"2"_qs, .type = u"Room"_qs, .brightness = 100},
              HueGroup{.group_id = u"7"_qs, .type = u"Zone"_qs}});
+        bench->settings().home().setLights(
+            {HueLight{.lamp_id = u"1"_qs, .is_on = true}, HueLight{.lamp_id = u"2"_qs}});
         m_sessions->add(std::make_unique<BridgeSession>(bench->settings(), bench->network()));
     }
 }
@@ -73,19 +79,50 @@ void TestHomeCommands::aWholeHomeActionReachesEveryBridge_data()
 {
     QTest::addColumn<Command>("command");
     QTest::addColumn<QString>("sent");
+    QTest::addColumn<bool>("on");
+    // Group 0 holds every lamp of a bridge: one request each, however many rooms it has.
     QTest::newRow("all lights off") << Command([](HomeCommands& c) { c.allLightsOff(); })
-                                    << R"(PUT groups/1/action {"on":false})";
+                                    << R"(PUT groups/0/action {"on":false})" << false;
+    QTest::newRow("all lights on") << Command([](HomeCommands& c) { c.allLightsOn(); })
+                                   << R"(PUT groups/0/action {"on":true})" << true;
     QTest::newRow("darkness") << Command([](HomeCommands& c) { c.switchEverythingOff(); })
-                              << R"(PUT groups/0/action {"on":false})";
+                              << R"(PUT groups/0/action {"on":false})" << false;
 }
 
 void TestHomeCommands::aWholeHomeActionReachesEveryBridge()
 {
     QFETCH(Command, command);
     QFETCH(QString, sent);
+    QFETCH(bool, on);
     command(*m_commands);
+    // Shown at once, before any request leaves.
+    for (BridgeBench* bench : {m_upstairs.get(), m_downstairs.get()}) {
+        for (const HueLight& light : bench->settings().home().lights())
+            QCOMPARE(light.is_on, on);
+        for (const HueGroup& group : bench->settings().home().groups())
+            QVERIFY(group.is_on == on && group.any_on == on);
+    }
+    for (BridgeSession* session : m_sessions->all())
+        QTRY_VERIFY(!session->queue().isProcessing() && session->queue().requestsInFlight() == 0);
     for (BridgeBench* bench : {m_upstairs.get(), m_downstairs.get()})
-        QTRY_COMPARE(changes(*bench), QStringList{sent});
+        QCOMPARE(changes(*bench), QStringList{sent});
+}
+
+void TestHomeCommands::aRoomChangeAfterAllOffStillReachesTheBridge()
+{
+    // Group 0 covers every room, but only changes older than itself: the room switched on after it stays on.
+    m_commands->allLightsOff();
+    m_commands->runRoomAction({RoomAction::Kind::on, u"1"_qs, m_upstairs->bridge().bridgeId()});
+    QVERIFY(m_upstairs->settings().home().groups().at(0).is_on);
+    QTRY_COMPARE(changes(*m_upstairs),
+                 (QStringList{R"(PUT groups/0/action {"on":false})", R"(PUT groups/1/action {"on":true})"}));
+    BridgeSimulator& bridge = m_upstairs->bridge();
+    const QJsonArray inRoom = bridge.group(u"1"_qs).value(u"lights").toArray();
+    QVERIFY(!inRoom.isEmpty());
+    for (const QString& id : bridge.lightIds()) {
+        QCOMPARE(bridge.light(id).value(u"state").toObject().value(u"on").toBool(),
+                 inRoom.contains(QJsonValue(id)));
+    }
 }
 
 void TestHomeCommands::aBusyBridgeDoesNotHoldBackTheOther()
@@ -99,7 +136,7 @@ void TestHomeCommands::aBusyBridgeDoesNotHoldBackTheOther()
     m_commands->allLightsOn();
     QTRY_VERIFY(changes(*m_upstairs).size() >= 2); // refused
     QTRY_COMPARE(changes(*m_downstairs),
-                 (QStringList{R"(PUT groups/1/action {"on":false})", R"(PUT groups/1/action {"on":true})"}));
+                 (QStringList{R"(PUT groups/0/action {"on":false})", R"(PUT groups/0/action {"on":true})"}));
 }
 
 void TestHomeCommands::theSwitchOffTimerIsSetAndCancelledOnEveryBridge()

@@ -3,6 +3,7 @@
 #include "hotkeys/HotkeyNames.h"
 #include "state/SettingsKeys.h"
 
+#include <QJsonDocument>
 #include <QTest>
 
 #include <limits>
@@ -17,8 +18,8 @@ class TestHotkeyActions final : public QObject
 private Q_SLOTS:
     void init();
     void cleanup();
-    void everyRoomActionChangesTheRecordsAndSendsOneCommandPerRoom_data();
-    void everyRoomActionChangesTheRecordsAndSendsOneCommandPerRoom();
+    void everyWholeHomeActionChangesTheRecordsAndSendsItsCommands_data();
+    void everyWholeHomeActionChangesTheRecordsAndSendsItsCommands();
     void aCustomShortcutReadsTheSlotOneBelowItsNumber();
     void aCustomSlotActsOnEveryRoomWithItsId_data();
     void aCustomSlotActsOnEveryRoomWithItsId();
@@ -66,7 +67,7 @@ void TestHotkeyActions::press(const GlobalHotkeys::Name& name)
     QCoreApplication::processEvents();
 }
 
-void TestHotkeyActions::everyRoomActionChangesTheRecordsAndSendsOneCommandPerRoom_data()
+void TestHotkeyActions::everyWholeHomeActionChangesTheRecordsAndSendsItsCommands_data()
 {
     QTest::addColumn<GlobalHotkeys::Name>("name");
     QTest::addColumn<QString>("body");
@@ -75,8 +76,9 @@ void TestHotkeyActions::everyRoomActionChangesTheRecordsAndSendsOneCommandPerRoo
     QTest::addColumn<qint64>("saturation");
     QTest::addColumn<qint64>("brightness");
 
-    QTest::newRow("on") << HotkeyNames::allLightsOn() << R"({"on":true})" << true << 500LL << 10LL << 100LL;
-    QTest::newRow("off") << HotkeyNames::allLightsOff() << R"({"on":false})" << false << 500LL << 10LL
+    // On and off go to group 0, every lamp of the bridge, in one request; the others to each room.
+    QTest::newRow("on") << HotkeyNames::allLightsOn() << R"(0:{"on":true})" << true << 500LL << 10LL << 100LL;
+    QTest::newRow("off") << HotkeyNames::allLightsOff() << R"(0:{"on":false})" << false << 500LL << 10LL
                          << 100LL;
     QTest::newRow("brighter by the step")
         << HotkeyNames::allLightsBrighter() << R"({"bri_inc":25,"transitiontime":1,"on":true})" << true
@@ -96,7 +98,7 @@ void TestHotkeyActions::everyRoomActionChangesTheRecordsAndSendsOneCommandPerRoo
                            << 0LL << 100LL;
 }
 
-void TestHotkeyActions::everyRoomActionChangesTheRecordsAndSendsOneCommandPerRoom()
+void TestHotkeyActions::everyWholeHomeActionChangesTheRecordsAndSendsItsCommands()
 {
     QFETCH(GlobalHotkeys::Name, name);
     QFETCH(QString, body);
@@ -114,9 +116,12 @@ void TestHotkeyActions::everyRoomActionChangesTheRecordsAndSendsOneCommandPerRoo
         QCOMPARE(room.saturation, saturation);
         QCOMPARE(room.brightness, brightness);
     }
-    QTRY_COMPARE(m_bench->sent().size(), 2);
-    QCOMPARE(m_bench->sent(), (QStringList{QStringLiteral("groups/1/action ") + body,
-                                           QStringLiteral("groups/2/action ") + body}));
+    const QStringList expected =
+        body.startsWith(u"0:") ? QStringList{u"groups/0/action "_qs + body.mid(2)}
+                               : QStringList{u"groups/1/action "_qs + body, u"groups/2/action "_qs + body};
+    QTRY_COMPARE(m_bench->sent(), expected);
+    QTRY_VERIFY(!m_bench->queue().isProcessing());
+    QCOMPARE(m_bench->sent(), expected);
 }
 
 void TestHotkeyActions::aCustomShortcutReadsTheSlotOneBelowItsNumber()
@@ -183,7 +188,8 @@ void TestHotkeyActions::whatCannotBeDoneSendsNothing_data()
     QTest::newRow("a bridge not served") << rooms << QVariant(QStringLiteral("001788FFFE000000/3_on")) << 1;
     QTest::newRow("a number, not text") << rooms << QVariant(3) << 1;
     QTest::newRow("a room that is gone") << rooms << QVariant(QStringLiteral("7_on")) << 1;
-    for (int number = 0; number < 12; ++number)
+    // All On and All Off (0 and 1) go to group 0, which every bridge has, with rooms or without.
+    for (int number = 2; number < 12; ++number)
         QTest::addRow("no rooms, shortcut %d", number)
             << QStringList() << QVariant(QStringLiteral("1_on")) << -number;
 }
@@ -233,13 +239,20 @@ void TestHotkeyActions::aShortcutReachesTheBridgesItConcerns_data()
     QTest::addColumn<QString>("stored");
     QTest::addColumn<bool>("reachesGround"); // the first bridge
     QTest::addColumn<bool>("reachesUpper");
+    QTest::addColumn<QString>("sent"); // by each bridge reached
 
     const GlobalHotkeys::Name custom = HotkeyNames::customGroup(1);
-    QTest::newRow("every room on") << HotkeyNames::allLightsOn() << QString() << true << true;
-    QTest::newRow("the upper living room") << custom << "001788FFFE9C4D5E/1_on" << false << true;
-    QTest::newRow("the ground living room") << custom << "001788FFFE6A3B2C/1_on" << true << false;
-    QTest::newRow("a bridge id in lower case") << custom << "001788fffe9c4d5e/1_on" << false << true;
-    QTest::newRow("the older form: the first bridge") << custom << "1_on" << true << false;
+    // One request per bridge to group 0, every lamp of the bridge, not one per room.
+    QTest::newRow("every lamp on") << HotkeyNames::allLightsOn() << QString() << true << true
+                                   << R"(PUT groups/0/action {"on":true})";
+    QTest::newRow("every lamp off") << HotkeyNames::allLightsOff() << QString() << true << true
+                                    << R"(PUT groups/0/action {"on":false})";
+    const QString roomOn = R"(PUT groups/1/action {"on":true})";
+    QTest::newRow("the upper living room") << custom << "001788FFFE9C4D5E/1_on" << false << true << roomOn;
+    QTest::newRow("the ground living room") << custom << "001788FFFE6A3B2C/1_on" << true << false << roomOn;
+    QTest::newRow("a bridge id in lower case")
+        << custom << "001788fffe9c4d5e/1_on" << false << true << roomOn;
+    QTest::newRow("the older form: the first bridge") << custom << "1_on" << true << false << roomOn;
 }
 
 void TestHotkeyActions::aShortcutReachesTheBridgesItConcerns()
@@ -248,15 +261,17 @@ void TestHotkeyActions::aShortcutReachesTheBridgesItConcerns()
     QFETCH(QString, stored);
     QFETCH(bool, reachesGround);
     QFETCH(bool, reachesUpper);
+    QFETCH(QString, sent);
 
     // Two bridges on two simulators, each with a room "1" named "Living room".
     BridgeSimulator ground;
     QVERIFY(ground.listen());
     m_bench->setBridge(ground.hostAndPort(), ground.addUser());
-    m_bench->setRooms({u"1"_qs}, {u"Living room"_qs});
+    m_bench->setRooms({u"1"_qs, u"2"_qs}, {u"Living room"_qs, u"Kitchen"_qs});
     BridgeBench upper(BridgeSimulator::Floor::Upper);
     QVERIFY(upper.start());
-    upper.settings().home().setGroups({{.group_id = u"1"_qs, .name = u"Living room"_qs, .brightness = 100}});
+    upper.settings().home().setGroups({{.group_id = u"1"_qs, .name = u"Living room"_qs, .brightness = 100},
+                                       {.group_id = u"2"_qs, .name = u"Bathroom"_qs, .brightness = 100}});
     BridgeSession& upperSession =
         m_bench->sessions().add(std::make_unique<BridgeSession>(upper.settings(), upper.network()));
     if (!stored.isEmpty())
@@ -272,15 +287,15 @@ void TestHotkeyActions::aShortcutReachesTheBridgesItConcerns()
         QStringList lines;
         for (const SimulatedRequest& request : requests) {
             if (request.method != "GET")
-                lines << QString::fromLatin1(request.method) + u' ' + request.path.section(u'/', 3);
+                lines << QString::fromLatin1(request.method) + u' ' + request.path.section(u'/', 3) + u' ' +
+                             QString::fromUtf8(QJsonDocument(request.body).toJson(QJsonDocument::Compact));
         }
         return lines;
     };
-    const QStringList expected{u"PUT groups/1/action"_qs};
-    if (reachesGround)
-        QTRY_COMPARE(received(ground.requests()), expected);
-    if (reachesUpper)
-        QTRY_COMPARE(received(upper.bridge().requests()), expected);
+    for (const ActionQueue* queue : {&m_bench->queue(), &upperSession.queue()})
+        QTRY_VERIFY(!queue->isProcessing() && queue->requestsInFlight() == 0);
+    QCOMPARE(received(ground.requests()), reachesGround ? QStringList{sent} : QStringList());
+    QCOMPARE(received(upper.bridge().requests()), reachesUpper ? QStringList{sent} : QStringList());
 }
 
 void TestHotkeyActions::offersFourChoicesPerRoomAfterNoAction()

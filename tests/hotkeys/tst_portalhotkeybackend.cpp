@@ -209,12 +209,13 @@ void TestPortalHotkeyBackend::activatedRunsTheAction()
     start();
     QTRY_COMPARE(m_portal->bound.size(), 2);
     // A signal for a session that is not ours changes nothing.
-    m_portal->pressAndRelease(*m_desktop, QStringLiteral("glowdeck-40-6144"),
+    m_portal->pressAndRelease(*m_desktop, QStringLiteral("glowdeck-96-768"),
                               PortalHotkeyBackend::path + QStringLiteral("/session/1_1/other"));
     m_portal->pressAndRelease(*m_desktop, QStringLiteral("glowdeck-40-6144"), m_portal->session);
-    QTRY_COMPARE(received().size(), 2);
-    QCOMPARE(received(), (QStringList{QStringLiteral(R"(groups/1/action {"on":false})"),
-                                      QStringLiteral(R"(groups/2/action {"on":false})")}));
+    const QStringList allOff{QStringLiteral(R"(groups/0/action {"on":false})")};
+    QTRY_COMPARE(received(), allOff);
+    QTRY_VERIFY(!m_bench->queue().isProcessing());
+    QCOMPARE(received(), allOff);
 }
 
 void TestPortalHotkeyBackend::aNewCombinationIsBoundInAFreshSession()
@@ -237,7 +238,7 @@ void TestPortalHotkeyBackend::aNewCombinationIsBoundInAFreshSession()
     // The old session's shortcut is gone; the new one works.
     m_portal->pressAndRelease(*m_desktop, QStringLiteral("glowdeck-40-6144"), first);
     m_portal->pressAndRelease(*m_desktop, QStringLiteral("glowdeck-37-6144"), m_portal->session);
-    QTRY_COMPARE(received().size(), 2);
+    QTRY_COMPARE(received(), QStringList{QStringLiteral(R"(groups/0/action {"on":false})")});
 }
 
 void TestPortalHotkeyBackend::withoutThePortalItSaysSoOnce()
