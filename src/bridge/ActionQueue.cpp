@@ -194,7 +194,7 @@ void ActionQueue::send(const ActionQueueItem& item)
                                                                             : QByteArrayLiteral("PUT");
     ++m_inFlight;
     const quint64 number = ++m_sendCount;
-    m_lastSent.insert(targetKey(item), {number, item.body});
+    m_lastSent.insert(targetKey(item), {number, item.body, item});
     // No rollback: the next refresh brings back the bridge's truth. Only a busy bridge's refusal goes again.
     sendHttpRequest(m_network, request, method, item.body, {sendTimeout, sendDeadline},
                     [this, self = QPointer(this), item, number](const HttpResult& answer) {
@@ -285,6 +285,19 @@ bool ActionQueue::pauseForBudget(const ActionQueueItem& item, quint64 sendNumber
     } else if (waiting != queue.end() || newerSent) {
         again = false;
     } else {
+        // Every lamp turned away after one lamp or room of it was changed and sent since: every lamp goes
+        // again, then that newer change again on top of it, so that it stays the user's last word.
+        QList<LastSent> since;
+        if (everyLamp(item)) {
+            for (const LastSent& sent : std::as_const(m_lastSent)) {
+                if (sent.number > sendNumber && covers(item, sent.item) && !sameTarget(item, sent.item))
+                    since.append(sent);
+            }
+            std::sort(since.begin(), since.end(),
+                      [](const LastSent& a, const LastSent& b) { return a.number < b.number; });
+        }
+        for (auto newer = since.crbegin(); newer != since.crend(); ++newer)
+            queue.prepend(newer->item);
         queue.prepend(item);
     }
     setPending(queue);

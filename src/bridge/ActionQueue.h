@@ -99,6 +99,7 @@ private:
     {
         quint64 number = 0;
         QByteArray body;
+        ActionQueueItem item;
     };
 
     BridgeLink& m_settings;

@@ -250,36 +250,41 @@ void TestActionQueue::noLateAnswerUndoesANewerCommand_data()
     QTest::addColumn<QByteArray>("second");
     QTest::addColumn<QList<QByteArray>>("sent");
     QTest::addColumn<QJsonObject>("ends");
+    QTest::addColumn<QString>("firstRoom");
     using Fault = BridgeSimulator::Fault;
     const QByteArray on = R"({"on":true})";
     const QByteArray off = R"({"on":false})";
     QTest::newRow("a slow 429 after a newer command was taken")
         << Fault::TooManyRequests << 2500 << "on" << on << "1" << off << QList<QByteArray>{on, off}
-        << QJsonObject{{"on", false}};
+        << QJsonObject{{"on", false}} << QStringLiteral("1");
     // Group 0 holds every lamp.
     QTest::newRow("a slow 429 after everything was switched off")
         << Fault::TooManyRequests << 2500 << "on" << on << "0" << off << QList<QByteArray>{on, off}
-        << QJsonObject{{"on", false}};
+        << QJsonObject{{"on", false}} << QStringLiteral("1");
     QTest::newRow("a 429 with nothing newer goes again")
         << Fault::TooManyRequests << 0 << "on" << off << "" << QByteArray() << QList<QByteArray>{off, off}
-        << QJsonObject{{"on", false}};
+        << QJsonObject{{"on", false}} << QStringLiteral("1");
     QTest::newRow("a 503 with nothing newer goes again")
         << Fault::ServiceUnavailable << 0 << "on" << off << "" << QByteArray() << QList<QByteArray>{off, off}
-        << QJsonObject{{"on", false}};
+        << QJsonObject{{"on", false}} << QStringLiteral("1");
     // Two presses of Darker are two steps, however the bridge answers.
     const QString step = ActionQueue::brightnessIncrease;
     QTest::newRow("a refused step is added into a newer one waiting")
         << Fault::TooManyRequests << 300 << step << QByteArray(R"({"bri_inc":-50,"on":true})") << "1"
         << QByteArray(R"({"bri_inc":-30,"on":true})")
         << QList<QByteArray>{R"({"bri_inc":-50,"on":true})", R"({"bri_inc":-80,"on":true})"}
-        << QJsonObject{{"bri", 120}, {"on", true}};
+        << QJsonObject{{"bri", 120}, {"on", true}} << QStringLiteral("1");
     // Down to nothing (off), then up again (on): the refused step goes again, but does not switch off.
     QTest::newRow("a step refused after a newer one was taken")
         << Fault::TooManyRequests << 2500 << step << QByteArray(R"({"bri_inc":-196,"on":false})") << "1"
         << QByteArray(R"({"bri_inc":100,"on":true})")
         << QList<QByteArray>{R"({"bri_inc":-196,"on":false})", R"({"bri_inc":100,"on":true})",
                              R"({"bri_inc":-196,"on":true})"}
-        << QJsonObject{{"bri", 58}, {"on", true}};
+        << QJsonObject{{"bri", 58}, {"on", true}} << QStringLiteral("1");
+    // Everything off, turned away late after room 1 was switched on: everything off again, then room 1 on.
+    QTest::newRow("a slow 429 of everything after a room was switched on")
+        << Fault::TooManyRequests << 2500 << "on" << off << "1" << on << QList<QByteArray>{off, on, off, on}
+        << QJsonObject{{"on", true}} << QStringLiteral("0");
 }
 
 void TestActionQueue::noLateAnswerUndoesANewerCommand()
@@ -292,6 +297,7 @@ void TestActionQueue::noLateAnswerUndoesANewerCommand()
     QFETCH(QByteArray, second);
     QFETCH(QList<QByteArray>, sent);
     QFETCH(QJsonObject, ends);
+    QFETCH(QString, firstRoom);
     m_bench->bridge().setFault(fault, 1, "PUT");
     m_bench->bridge().setFaultLatency(late);
     const auto change = [this, &property](const QString& id, const QByteArray& body) {
@@ -301,7 +307,7 @@ void TestActionQueue::noLateAnswerUndoesANewerCommand()
     };
     QSignalSpy drained(m_queue.get(), &ActionQueue::drained);
     QSignalSpy gone(m_queue.get(), &ActionQueue::sent);
-    m_queue->enqueue(change(QStringLiteral("1"), first));
+    m_queue->enqueue(change(firstRoom, first));
     if (!second.isEmpty()) {
         QVERIFY(gone.wait(5000));
         m_queue->enqueue(change(secondRoom, second));
