@@ -59,7 +59,7 @@ fi
 desktop-file-validate "$autostart" || fail "the autostart entry is not a valid desktop entry"
 say "the autostart entry is the unpacked one, starting $root/usr/bin/glowdeck with its settings file"
 
-window=$(xdotool search --onlyvisible --name '^General$' | head -n1)
+window=$(xdotool search --onlyvisible --name '^Glowdeck — General$' | head -n1)
 [ -n "$window" ] || fail "no window named General"
 xprop -id "$window" _NET_WM_ICON | grep -q 'Icon (' || fail "the preferences window has no icon"
 xprop -id "$window" WM_CLASS | grep -q '"Glowdeck"' ||

@@ -118,7 +118,7 @@ expect_painted() {
 # preferences window.
 expect_general_pane_windows() {
     local preferences before list debug
-    preferences=$(xdotool search --onlyvisible --name '^General$' | head -n1)
+    preferences=$(xdotool search --onlyvisible --name '^Glowdeck — General$' | head -n1)
     [ -n "$preferences" ] || fail "no preferences window on its General pane"
     expect_painted "$preferences" "the preferences window"
     before=$(window_ids)
