@@ -171,52 +171,21 @@ void HotkeyActions::registerHandlers(GlobalHotkeys& hotkeys)
     const auto post = [this](auto action) {
         return [this, action] { QMetaObject::invokeMethod(this, action, Qt::QueuedConnection); };
     };
-    hotkeys.onKeyUp(HotkeyNames::allLightsOff(), post([this] { allLightsOff(); }));
-    hotkeys.onKeyUp(HotkeyNames::allLightsOn(), post([this] { allLightsOn(); }));
-    hotkeys.onKeyUp(HotkeyNames::allLightsBrighter(), post([this] { allLightsBrighter(); }));
-    hotkeys.onKeyUp(HotkeyNames::allLightsDarker(), post([this] { allLightsDarker(); }));
-    hotkeys.onKeyUp(HotkeyNames::allLightsRed(), post([this] { allLightsRed(); }));
-    hotkeys.onKeyUp(HotkeyNames::allLightsBlue(), post([this] { allLightsBlue(); }));
-    hotkeys.onKeyUp(HotkeyNames::allLightsWhite(), post([this] { allLightsWhite(); }));
+    const std::pair<GlobalHotkeys::Name, void (HomeCommands::*)()> wholeHome[] = {
+        {HotkeyNames::allLightsOff(), &HomeCommands::allLightsOff},
+        {HotkeyNames::allLightsOn(), &HomeCommands::allLightsOn},
+        {HotkeyNames::allLightsBrighter(), &HomeCommands::allLightsBrighter},
+        {HotkeyNames::allLightsDarker(), &HomeCommands::allLightsDarker},
+        {HotkeyNames::allLightsRed(), &HomeCommands::allLightsRed},
+        {HotkeyNames::allLightsBlue(), &HomeCommands::allLightsBlue},
+        {HotkeyNames::allLightsWhite(), &HomeCommands::allLightsWhite},
+    };
+    for (const auto& [name, command] : wholeHome)
+        hotkeys.onKeyUp(name, post([this, command = command] { (m_commands.*command)(); }));
     for (int number = 1; number <= HotkeyNames::customGroupCount; ++number) {
         const int slot = slotOfCustomShortcut(number);
         hotkeys.onKeyUp(HotkeyNames::customGroup(number), post([this, slot] { runCustomGroupAction(slot); }));
     }
-}
-
-void HotkeyActions::allLightsOn()
-{
-    m_commands.allLightsOn();
-}
-
-void HotkeyActions::allLightsOff()
-{
-    m_commands.allLightsOff();
-}
-
-void HotkeyActions::allLightsBrighter()
-{
-    m_commands.allLightsBrighter();
-}
-
-void HotkeyActions::allLightsDarker()
-{
-    m_commands.allLightsDarker();
-}
-
-void HotkeyActions::allLightsRed()
-{
-    m_commands.allLightsRed();
-}
-
-void HotkeyActions::allLightsBlue()
-{
-    m_commands.allLightsBlue();
-}
-
-void HotkeyActions::allLightsWhite()
-{
-    m_commands.allLightsWhite();
 }
 
 void HotkeyActions::runCustomGroupAction(int slot)

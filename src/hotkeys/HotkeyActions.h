@@ -84,13 +84,6 @@ public:
     /// the event loop, so it runs after the key event, on this object's (the main) thread.
     void registerHandlers(GlobalHotkeys& hotkeys);
 
-    void allLightsOn();
-    void allLightsOff();
-    void allLightsBrighter();
-    void allLightsDarker();
-    void allLightsRed();
-    void allLightsBlue();
-    void allLightsWhite();
     /// Runs the stored choice of slot 0 to 4 on every room with that group id of that bridge.
     void runCustomGroupAction(int slot);
 
