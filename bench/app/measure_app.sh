@@ -42,26 +42,7 @@ traces=()
 walls=()
 for run in $(seq "$runs"); do
     out="$work/startup-$run.out"
-    start=$(now_ms)
-    GLOWDECK_TRACE_STARTUP=1 "$glowdeck" --demo >"$out" 2>&1 &
-    pid=$!
-    pids+=("$pid")
-    wall=""
-    for _ in $(seq 1000); do
-        if grep -q 'tray icon shown after' "$out"; then
-            wall=$(($(now_ms) - start))
-            break
-        fi
-        kill -0 "$pid" 2>/dev/null || break
-        sleep 0.005
-    done
-    trace=$(grep -o 'tray icon shown after [0-9]*' "$out" | tr -dc 0-9)
-    stop "$pid"
-    if [ -z "$trace" ]; then
-        echo "measure_app: run $run printed no \"tray icon shown after N ms\" line:" >&2
-        cat "$out" >&2
-        exit 1
-    fi
+    measure_startup "$out" "measure_app: run $run" "$glowdeck" --demo
     traces+=("$trace")
     walls+=("$wall")
 done

@@ -117,27 +117,8 @@ for run in $(seq "$runs"); do
     for setup in one two; do
         cp "$work/$setup.json" "$work/startup.json"
         out="$work/startup-$setup-$run.out"
-        start=$(now_ms)
-        GLOWDECK_TRACE_STARTUP=1 "$glowdeck" --settings "$work/startup.json" \
-            --trust-root "$work/authority-home.pem" >"$out" 2>&1 &
-        pid=$!
-        pids+=("$pid")
-        wall=""
-        for _ in $(seq 1000); do
-            if grep -q 'tray icon shown after' "$out"; then
-                wall=$(($(now_ms) - start))
-                break
-            fi
-            kill -0 "$pid" 2>/dev/null || break
-            sleep 0.005
-        done
-        trace=$(grep -o 'tray icon shown after [0-9]*' "$out" | tr -dc 0-9)
-        stop "$pid"
-        if [ -z "$trace" ]; then
-            echo "measure_bridges: run $run (${named[$setup]}) printed no \"tray icon shown after N ms\" line:" >&2
-            cat "$out" >&2
-            exit 1
-        fi
+        measure_startup "$out" "measure_bridges: run $run (${named[$setup]})" "$glowdeck" \
+            --settings "$work/startup.json" --trust-root "$work/authority-home.pem"
         traces[$setup]+="$trace "
         walls[$setup]+="$wall "
     done

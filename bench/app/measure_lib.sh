@@ -63,3 +63,31 @@ measure_start_desktop() {
 
 median() { sort -n | awk '{ v[NR] = $1 } END { if (NR % 2) print v[(NR + 1) / 2]; else print (v[NR / 2] + v[NR / 2 + 1]) / 2 }'; }
 now_ms() { date +%s%3N; }
+
+# Usage: measure_startup OUT LABEL PROGRAM [ARGUMENTS]: starts the program with its start-up traced (output in
+# OUT) and ends it once it says its tray icon shows. Sets $trace (the program's own figure, ms) and $wall (exec
+# to that line, polled every 5 ms); a program that never says so ends the script with its output.
+measure_startup() {
+    local out=$1 label=$2 start pid
+    shift 2
+    start=$(now_ms)
+    GLOWDECK_TRACE_STARTUP=1 "$@" >"$out" 2>&1 &
+    pid=$!
+    pids+=("$pid")
+    wall=""
+    for _ in $(seq 1000); do
+        if grep -q 'tray icon shown after' "$out"; then
+            wall=$(($(now_ms) - start))
+            break
+        fi
+        kill -0 "$pid" 2>/dev/null || break
+        sleep 0.005
+    done
+    trace=$(grep -o 'tray icon shown after [0-9]*' "$out" | tr -dc 0-9)
+    stop "$pid"
+    if [ -z "$trace" ]; then
+        echo "$label printed no \"tray icon shown after N ms\" line:" >&2
+        cat "$out" >&2
+        exit 1
+    fi
+}
