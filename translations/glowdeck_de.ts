@@ -24,7 +24,7 @@
     </message>
     <message>
         <source>Bulb</source>
-        <translation>Birne</translation>
+        <translation>Glühbirne</translation>
     </message>
     <message>
         <source>Rays</source>
@@ -682,18 +682,18 @@ Glowdeck versucht es weiter und zeigt die %2, sobald sie antwortet. Ist die Brid
     </message>
     <message>
         <source>Details: %1</source>
-        <translation>Einzelheiten: %1</translation>
+        <translation>Details: %1</translation>
     </message>
 </context>
 <context>
     <name>HotkeysEverythingView</name>
     <message>
         <source>All on</source>
-        <translation>Alle an</translation>
+        <translation>Alle Lampen an</translation>
     </message>
     <message>
         <source>All off</source>
-        <translation>Alle aus</translation>
+        <translation>Alle Lampen aus</translation>
     </message>
     <message>
         <source>Brighter</source>
