@@ -24,8 +24,9 @@ set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_SECTION utils)
 set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-# The debug report script; without Ruby the program says so and carries on.
-set(CPACK_DEBIAN_PACKAGE_RECOMMENDS ruby)
+# The debug report script; without Ruby the program says so and carries on. Qt's own texts (standard buttons)
+# in the user's language; Glowdeck's are built into the program.
+set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "ruby, qt6-translations-l10n")
 set(CPACK_DEBIAN_COMPRESSION_TYPE xz)
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "tray controller for Philips Hue lights")

@@ -9,6 +9,8 @@ set -euo pipefail
 demo_packages=(
     cmake g++ make pkg-config
     qt6-base-dev qt6-svg-dev
+    # lupdate and lrelease, and their CMake functions: the translations are compiled into the program
+    qt6-l10n-tools qt6-tools-dev
     libsimdjson-dev
     # the benchmarks are part of the default build
     libbenchmark-dev

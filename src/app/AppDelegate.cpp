@@ -91,8 +91,8 @@ AppDelegate::AppDelegate(AppDelegateOptions options, std::unique_ptr<SleepWatche
               return;
           // No browser or viewer could be started: at least say where the page is.
           auto* box = new QMessageBox(QMessageBox::Information, QStringLiteral("Glowdeck"),
-                                      QObject::tr("No program to open this page could be started. "
-                                                  "Open it yourself:"));
+                                      AppDelegate::tr("No program to open this page could be started. "
+                                                      "Open it yourself:"));
           box->setInformativeText(url.isLocalFile() ? url.toLocalFile() : url.toString());
           box->setTextInteractionFlags(Qt::TextSelectableByMouse);
           box->setAttribute(Qt::WA_DeleteOnClose);
@@ -390,9 +390,10 @@ void AppDelegate::onMenuRequested(QPoint at)
 void AppDelegate::buildContextMenu()
 {
     m_menu = std::make_unique<QMenu>();
-    m_menu->addAction(QStringLiteral("Darkness!"), this, &AppDelegate::onAllOff);
+    //: The command that switches every lamp off, named like a scene: its text may stay as it is.
+    m_menu->addAction(tr("Darkness!"), this, &AppDelegate::onAllOff);
     for (const int minutes : {5, 30, 60})
-        m_menu->addAction(tr("Off in %1 minutes").arg(minutes), this, &AppDelegate::onAllOffInMinutes)
+        m_menu->addAction(tr("Off in %n minutes", nullptr, minutes), this, &AppDelegate::onAllOffInMinutes)
             ->setData(minutes);
     // The pending timer, and the way back from it.
     m_cancelTimer = m_menu->addAction(QString(), m_homeCommands.get(), &HomeCommands::cancelSwitchOff);
@@ -405,13 +406,12 @@ void AppDelegate::buildContextMenu()
     connect(m_homeCommands.get(), &HomeCommands::switchOffChanged, m_cancelTimer, showTimer);
     showTimer();
     m_menu->addSeparator();
-    m_menu->addAction(QStringLiteral("Settings"), this, &AppDelegate::onOpenSettings);
+    m_menu->addAction(tr("Settings"), this, &AppDelegate::onOpenSettings);
     m_menu->addSeparator();
-    m_menu->addAction(QStringLiteral("Help"), this, [this] { openUrl(m_options.links.help); });
-    m_menu->addAction(QStringLiteral("Provide Feedback"), this,
-                      [this] { openUrl(m_options.links.feedback); });
+    m_menu->addAction(tr("Help"), this, [this] { openUrl(m_options.links.help); });
+    m_menu->addAction(tr("Provide feedback"), this, [this] { openUrl(m_options.links.feedback); });
     m_menu->addSeparator();
-    m_menu->addAction(QStringLiteral("Quit Glowdeck"), this, &AppDelegate::onQuit);
+    m_menu->addAction(tr("Quit Glowdeck"), this, &AppDelegate::onQuit);
 }
 
 void AppDelegate::registerHotkeys()
@@ -510,7 +510,7 @@ void AppDelegate::showWelcomeWindow()
 {
     m_welcome = new WelcomeView();
     m_welcome->setAttribute(Qt::WA_DeleteOnClose);
-    m_welcome->setWindowTitle(QStringLiteral("Welcome to Glowdeck"));
+    m_welcome->setWindowTitle(tr("Welcome to Glowdeck"));
     m_welcome->setTrayAvailable(!m_windowMode && m_trayIcon->isVisible());
     connect(m_welcome, &WelcomeView::letsGo, this, &AppDelegate::onLetsGo);
     m_welcome->show();

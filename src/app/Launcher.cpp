@@ -6,6 +6,7 @@
 #include "app/DemoMode.h"
 #include "app/SingleInstance.h"
 #include "app/SleepWatcher.h"
+#include "i18n/Translations.h"
 #include "state/JsonSettingsStore.h"
 
 #include <QApplication>
@@ -49,6 +50,12 @@ QIcon applicationIcon()
                             QFileInfo::exists(besideProgram) ? QIcon(besideProgram) : QIcon());
 }
 
+/// Prints a line in the terminal's encoding.
+void say(std::FILE* stream, const QString& line)
+{
+    std::fputs(qPrintable(line + u'\n'), stream);
+}
+
 } // namespace
 
 int runGlowdeck(int argc, char** argv, const QElapsedTimer& startupClock)
@@ -56,39 +63,47 @@ int runGlowdeck(int argc, char** argv, const QElapsedTimer& startupClock)
     QCoreApplication::setApplicationName(QStringLiteral("Glowdeck"));
     QCoreApplication::setApplicationVersion(QStringLiteral(GLOWDECK_VERSION));
 
-    // Parsed before the application object exists: without a display, creating it would abort.
+    // Parsed before the graphical application object exists: without a display, creating it would abort. A
+    // core one stands in meanwhile, for the help in the user's language.
+    std::optional<QCoreApplication> parsing(std::in_place, argc, argv);
+    Translations::install(QLocale::system());
     QCommandLineParser parser;
     parser.setApplicationDescription(
-        QStringLiteral("Glowdeck %1: Philips Hue lights from the system tray.").arg(GLOWDECK_VERSION));
+        QCoreApplication::translate("Launcher", "Glowdeck %1: Philips Hue lights from the system tray.")
+            .arg(QStringLiteral(GLOWDECK_VERSION)));
     const QCommandLineOption helpOption = parser.addHelpOption();
     const QCommandLineOption versionOption = parser.addVersionOption();
-    const QCommandLineOption settingsOption(QStringLiteral("settings"),
-                                            QStringLiteral("Read and write the settings in <file>."),
-                                            QStringLiteral("file"));
+    const QCommandLineOption settingsOption(
+        QStringLiteral("settings"),
+        QCoreApplication::translate("Launcher", "Read and write the settings in <file>."),
+        QCoreApplication::translate("Launcher", "file"));
     const QCommandLineOption demoOption(
-        QStringLiteral("demo"), QStringLiteral("Run against a simulated bridge, with settings of its own."));
+        QStringLiteral("demo"),
+        QCoreApplication::translate("Launcher", "Run against a simulated bridge, with settings of its own."));
     const QCommandLineOption trustRootOption(
         QStringLiteral("trust-root"),
-        QStringLiteral(
-            "Also trust the authority in <file> (PEM) for the bridge's certificate, beside the bridge "
-            "maker's own (for a test bridge)."),
-        QStringLiteral("file"));
+        QCoreApplication::translate("Launcher",
+                                    "Also trust the authority in <file> (PEM) for the bridge's certificate, "
+                                    "beside the bridge maker's own (for a test bridge)."),
+        QCoreApplication::translate("Launcher", "file"));
     const QCommandLineOption windowOption(
         QStringLiteral("window"),
-        QStringLiteral("Show Glowdeck in a window of its own rather than behind a tray icon (as on a desktop "
-                       "without a system tray)."));
+        QCoreApplication::translate("Launcher",
+                                    "Show Glowdeck in a window of its own rather than behind a tray "
+                                    "icon (as on a desktop without a system tray)."));
     parser.addOption(settingsOption);
     parser.addOption(demoOption);
     parser.addOption(windowOption);
     parser.addOption(trustRootOption);
     if (!parser.parse(argumentList(argc, argv))) {
-        std::fprintf(stderr, "%s\nTry glowdeck --help.\n", qPrintable(parser.errorText()));
+        say(stderr,
+            parser.errorText() + u'\n' + QCoreApplication::translate("Launcher", "Try glowdeck --help."));
         return 2;
     }
     if (parser.isSet(helpOption)) {
-        // Without an application object Qt cannot tell the program's name.
+        // The usage line names the program as its manual page does, not by the path it was started from.
         QString help = parser.helpText();
-        help.replace(QStringLiteral("<executable_name>"), QStringLiteral("glowdeck"));
+        help.replace(QCoreApplication::arguments().constFirst() + u' ', QStringLiteral("glowdeck "));
         std::fputs(qPrintable(help), stdout);
         return 0;
     }
@@ -98,20 +113,25 @@ int runGlowdeck(int argc, char** argv, const QElapsedTimer& startupClock)
         // Qt names its own options only to an application object; one on the offscreen platform needs no
         // display. process() prints the help with them and exits.
         qputenv("QT_QPA_PLATFORM", "offscreen");
+        parsing.reset();
         QApplication app(argc, argv);
+        Translations::install(QLocale::system());
         parser.process(app);
     }
 
     if (!hasDisplay()) {
-        std::fprintf(stderr, "Glowdeck needs a graphical desktop session. Without one, use glowdeckctl (see "
-                             "README.md).\n");
+        say(stderr,
+            QCoreApplication::translate("Launcher", "Glowdeck needs a graphical desktop session. Without "
+                                                    "one, use glowdeckctl (see README.md)."));
         return 1;
     }
 
     if (parser.isSet(demoOption))
         DemoMode::switchOffOutsideAddresses();
 
+    parsing.reset();
     QApplication app(argc, argv);
+    Translations::install(QLocale::system());
     QApplication::setQuitOnLastWindowClosed(false);
     // The desktop matches the program's windows to its desktop entry by this name (the Wayland app id).
     QGuiApplication::setDesktopFileName(AppDelegate::applicationId);
@@ -144,14 +164,14 @@ int runGlowdeck(int argc, char** argv, const QElapsedTimer& startupClock)
         QString problem;
         const QList<QSslCertificate> roots = BridgeNetwork::readRoots(file, &problem);
         if (!problem.isEmpty()) {
-            std::fprintf(stderr, "glowdeck: --trust-root: %s\n", qPrintable(problem));
+            say(stderr, QStringLiteral("glowdeck: --trust-root: ") + problem);
             return 2;
         }
         // Said every time: an extra authority can vouch for any bridge, so it must never be there unnoticed.
         for (const QSslCertificate& root : roots)
-            std::fprintf(stdout, "glowdeck: also trusting %s (%s) for the bridge's certificate\n",
-                         qPrintable(root.subjectInfo(QSslCertificate::CommonName).value(0)),
-                         qPrintable(file));
+            say(stdout, QCoreApplication::translate(
+                            "Launcher", "glowdeck: also trusting %1 (%2) for the bridge's certificate")
+                            .arg(root.subjectInfo(QSslCertificate::CommonName).value(0), file));
         options.bridgeTrustRoots += roots;
     }
     if (demo)
@@ -167,14 +187,15 @@ int runGlowdeck(int argc, char** argv, const QElapsedTimer& startupClock)
     case SingleInstance::Claim::first:
         break;
     case SingleInstance::Claim::handedOver:
-        std::fprintf(stdout, "glowdeck: already running with %s; its window was opened.\n",
-                     qPrintable(QDir::toNativeSeparators(options.settingsFile)));
+        say(stdout, QCoreApplication::translate("Launcher",
+                                                "glowdeck: already running with %1; its window was opened.")
+                        .arg(QDir::toNativeSeparators(options.settingsFile)));
         return 0;
     case SingleInstance::Claim::unanswered:
-        std::fprintf(stderr,
-                     "glowdeck: another Glowdeck holds %s but does not answer; end it first (or use "
-                     "--settings FILE).\n",
-                     qPrintable(QDir::toNativeSeparators(options.settingsFile)));
+        say(stderr,
+            QCoreApplication::translate("Launcher", "glowdeck: another Glowdeck holds %1 but does not "
+                                                    "answer; end it first (or use --settings FILE).")
+                .arg(QDir::toNativeSeparators(options.settingsFile)));
         return 1;
     }
 

@@ -17,8 +17,7 @@ SwitchOffNotice::SwitchOffNotice(QSystemTrayIcon& icon, QObject* parent) : QObje
 
 QString SwitchOffNotice::message(const QDateTime& at, qint64 minutes)
 {
-    // The menu offers 5, 30 and 60 minutes: always more than one.
-    return tr("All lights switch off at %1, in %2 minutes.").arg(shortTime(at)).arg(minutes);
+    return tr("All lights switch off at %1, in %n minutes.", nullptr, int(minutes)).arg(shortTime(at));
 }
 
 void SwitchOffNotice::setPendingUntil(const QDateTime& at)

@@ -1,5 +1,6 @@
 #include "bridge/BridgeNetwork.h"
 
+#include <QCoreApplication>
 #include <QCryptographicHash>
 #include <QFile>
 #include <QNetworkReply>
@@ -42,16 +43,22 @@ QString judge(const QSslCertificate& leaf, const QList<QSslError>& errors, const
               const QString& at, bool* selfSignedAccepted)
 {
     const QString name = commonName(leaf);
-    const QString bridge = QStringLiteral("The bridge at %1 presented ").arg(at);
+    const auto said = [&at](const char* text) {
+        return QCoreApplication::translate("BridgeNetwork", text).arg(at);
+    };
     if (leaf.isNull())
-        return bridge + QStringLiteral("no certificate.");
+        return said(QT_TRANSLATE_NOOP("BridgeNetwork", "The bridge at %1 presented no certificate."));
     const bool nameMatches = identity.bridgeId.isEmpty()
                                  ? BridgeIdentity::isBridgeId(name)
                                  : name.compare(identity.bridgeId, Qt::CaseInsensitive) == 0;
     if (!nameMatches) {
         return BridgeIdentity::isBridgeId(name)
-                   ? bridge + QStringLiteral("a certificate for another bridge (%1).").arg(name.toUpper())
-                   : bridge + QStringLiteral("a certificate that is not a Hue bridge's.");
+                   ? QCoreApplication::translate(
+                         "BridgeNetwork", "The bridge at %1 presented a certificate for another bridge (%2).")
+                         .arg(at, name.toUpper())
+                   : said(QT_TRANSLATE_NOOP(
+                         "BridgeNetwork",
+                         "The bridge at %1 presented a certificate that is not a Hue bridge's."));
     }
     // The name was checked above; what is left is the signature and the dates.
     QList<QSslError::SslError> kinds;
@@ -65,9 +72,9 @@ QString judge(const QSslCertificate& leaf, const QList<QSslError>& errors, const
         const QByteArray key = publicKeyHash(leaf);
         if (!identity.pinnedKey.isEmpty()) {
             if (key != identity.pinnedKey)
-                return bridge +
-                       QStringLiteral("a different certificate than when it was paired: pair again to "
-                                      "trust it.");
+                return said(QT_TRANSLATE_NOOP("BridgeNetwork",
+                                              "The bridge at %1 presented a different certificate "
+                                              "than when it was paired: pair again to trust it."));
             *selfSignedAccepted = true;
             return {};
         }
@@ -75,15 +82,17 @@ QString judge(const QSslCertificate& leaf, const QList<QSslError>& errors, const
             *selfSignedAccepted = true;
             return {};
         }
-        return bridge + QStringLiteral("a certificate that is not signed by the bridge maker: pair again to "
-                                       "trust it.");
+        return said(QT_TRANSLATE_NOOP("BridgeNetwork",
+                                      "The bridge at %1 presented a certificate that is not "
+                                      "signed by the bridge maker: pair again to trust it."));
     }
     if (kinds.contains(QSslError::CertificateExpired))
-        return bridge + QStringLiteral("an expired certificate.");
+        return said(QT_TRANSLATE_NOOP("BridgeNetwork", "The bridge at %1 presented an expired certificate."));
     if (kinds.contains(QSslError::CertificateNotYetValid))
-        return bridge +
-               QStringLiteral("a certificate that is not valid yet (is this computer's clock right?).");
-    return bridge + QStringLiteral("a certificate that is not a Hue bridge's.");
+        return said(QT_TRANSLATE_NOOP("BridgeNetwork", "The bridge at %1 presented a certificate that is not "
+                                                       "valid yet (is this computer's clock right?)."));
+    return said(QT_TRANSLATE_NOOP("BridgeNetwork",
+                                  "The bridge at %1 presented a certificate that is not a Hue bridge's."));
 }
 
 /// How an authority calls itself: its common name, else its organisation.
@@ -129,12 +138,12 @@ QString keyRefusal(const QNetworkRequest& request, const QVariant& marked)
     const QString at = url.port() < 0 ? host : host + u':' + QString::number(url.port());
     const BridgeIdentity identity = marked.value<BridgeIdentity>();
     if (!marked.isValid() || !BridgeIdentity::isBridgeId(identity.bridgeId) || identity.trustOnFirstUse)
-        return QStringLiteral("The bridge's key was not sent to %1: the bridge there has not proved which "
-                              "bridge it is yet.")
+        return QCoreApplication::translate("BridgeNetwork", "The bridge's key was not sent to %1: the bridge "
+                                                            "there has not proved which bridge it is yet.")
             .arg(at);
     if (url.scheme() != u"https" && !(url.scheme() == u"http" && identity.pairedOverPlainHttp))
-        return QStringLiteral("The bridge's key was not sent to %1 over plain HTTP: bridge %2 was paired "
-                              "over HTTPS.")
+        return QCoreApplication::translate("BridgeNetwork", "The bridge's key was not sent to %1 over plain "
+                                                            "HTTP: bridge %2 was paired over HTTPS.")
             .arg(at, identity.bridgeId.toUpper());
     return {};
 }

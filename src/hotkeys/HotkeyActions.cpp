@@ -70,7 +70,7 @@ QList<GroupActionOption> HotkeyActions::options(const QList<BridgeRooms>& bridge
         for (const HueGroup& room : bridges.at(b).rooms)
             roomBridges[room.name.toCaseFolded()].insert(b);
     }
-    QList<GroupActionOption> list{{noAction, tr("(No Action)")}};
+    QList<GroupActionOption> list{{noAction, tr("(No action)")}};
     for (qsizetype b = 0; b < bridges.size(); ++b) {
         const BridgeRooms& bridge = bridges.at(b);
         const QString prefix = bridge.bridgeId.isEmpty() ? QString() : bridge.bridgeId + u'/';

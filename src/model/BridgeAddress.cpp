@@ -1,5 +1,6 @@
 #include "model/BridgeAddress.h"
 
+#include <QCoreApplication>
 #include <QHostAddress>
 #include <QRegularExpression>
 
@@ -29,7 +30,7 @@ std::optional<BridgeAddress> BridgeAddress::parse(const QString& text, QString* 
     BridgeAddress address;
     QString rest = text.trimmed();
     if (rest.isEmpty())
-        return refuse(problem, QStringLiteral("The bridge address is empty."));
+        return refuse(problem, QCoreApplication::translate("BridgeAddress", "The bridge address is empty."));
     for (const QString& scheme : {https, http}) {
         const QString prefix = scheme + QStringLiteral("://");
         if (rest.startsWith(prefix, Qt::CaseInsensitive)) {
@@ -43,43 +44,60 @@ std::optional<BridgeAddress> BridgeAddress::parse(const QString& text, QString* 
         rest.chop(1);
     if (rest.contains(QRegularExpression(QStringLiteral("[/?#@\\\\\\s]"))) ||
         rest.contains(QStringLiteral("://")))
-        return refuse(problem, QStringLiteral("A bridge address is HOST, HOST:PORT, https://HOST[:PORT] or "
-                                              "http://HOST[:PORT], without a path: %1 is not one.")
-                                   .arg(text.trimmed()));
+        return refuse(problem,
+                      QCoreApplication::translate(
+                          "BridgeAddress", "A bridge address is HOST, HOST:PORT, https://HOST[:PORT] or "
+                                           "http://HOST[:PORT], without a path: %1 is not one.")
+                          .arg(text.trimmed()));
 
     QString portText;
     if (rest.startsWith(u'[')) {
         const qsizetype close = rest.indexOf(u']');
         if (close < 0)
-            return refuse(problem,
-                          QStringLiteral("The IPv6 address in %1 has no closing bracket.").arg(text));
+            return refuse(problem, QCoreApplication::translate(
+                                       "BridgeAddress", "The IPv6 address in %1 has no closing bracket.")
+                                       .arg(text));
         address.host = rest.mid(1, close - 1);
         const QString after = rest.mid(close + 1);
         if (!after.isEmpty() && !after.startsWith(u':'))
-            return refuse(problem, QStringLiteral("%1 has something after the IPv6 address.").arg(text));
+            return refuse(problem, QCoreApplication::translate("BridgeAddress",
+                                                               "%1 has something after the IPv6 address.")
+                                       .arg(text));
         portText = after.mid(1);
         if (after.startsWith(u':') && portText.isEmpty())
-            return refuse(problem, QStringLiteral("%1 ends in ':' without a port.").arg(text));
+            return refuse(
+                problem,
+                QCoreApplication::translate("BridgeAddress", "%1 ends in ':' without a port.").arg(text));
         if (QHostAddress(address.host).protocol() != QAbstractSocket::IPv6Protocol)
-            return refuse(problem, QStringLiteral("%1 is not an IPv6 address.").arg(address.host));
+            return refuse(
+                problem,
+                QCoreApplication::translate("BridgeAddress", "%1 is not an IPv6 address.").arg(address.host));
     } else {
         const qsizetype colon = rest.indexOf(u':');
         if (colon >= 0 && rest.indexOf(u':', colon + 1) >= 0)
-            return refuse(problem, QStringLiteral("An IPv6 address goes in brackets: [%1].").arg(rest));
+            return refuse(problem, QCoreApplication::translate("BridgeAddress",
+                                                               "An IPv6 address goes in brackets: [%1].")
+                                       .arg(rest));
         address.host = colon < 0 ? rest : rest.left(colon);
         if (colon >= 0) {
             portText = rest.mid(colon + 1);
             if (portText.isEmpty())
-                return refuse(problem, QStringLiteral("%1 ends in ':' without a port.").arg(text));
+                return refuse(
+                    problem,
+                    QCoreApplication::translate("BridgeAddress", "%1 ends in ':' without a port.").arg(text));
         }
         if (!isHostName(address.host))
-            return refuse(problem, QStringLiteral("%1 is not a host name or address.").arg(address.host));
+            return refuse(problem,
+                          QCoreApplication::translate("BridgeAddress", "%1 is not a host name or address.")
+                              .arg(address.host));
     }
     if (!portText.isEmpty()) {
         bool ok = false;
         const int port = portText.toInt(&ok);
         if (!ok || port < 1 || port > 65535 || !portText.front().isDigit())
-            return refuse(problem, QStringLiteral("%1 is not a port (1 to 65535).").arg(portText));
+            return refuse(
+                problem,
+                QCoreApplication::translate("BridgeAddress", "%1 is not a port (1 to 65535).").arg(portText));
         address.port = port;
     }
     return address;

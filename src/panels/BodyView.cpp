@@ -10,6 +10,7 @@
 #include "state/BridgeHome.h"
 #include "state/BridgeLink.h"
 
+#include <QCoreApplication>
 #include <QEvent>
 #include <QLabel>
 
@@ -17,11 +18,14 @@ namespace {
 
 const QString settingsLink = QStringLiteral("#connection-settings");
 
-/// The hint as rich text: line breaks kept, and the first "settings" made a link to the connection settings.
+/// The hint as rich text: line breaks kept, and the first "settings" (in the user's language) made a link to
+/// the connection settings.
 QString linkedText(const QString& text)
 {
     QString html = text.toHtmlEscaped();
-    const QString word = QStringLiteral("settings");
+    //: The word of the empty lists' hints that becomes a link to the settings: write it exactly as it appears
+    //: in their translations.
+    const QString word = QCoreApplication::translate("BodyView", "settings");
     const qsizetype at = html.indexOf(word);
     if (at >= 0)
         html.replace(at, word.size(), QStringLiteral("<a href=\"%1\">%2</a>").arg(settingsLink, word));

@@ -79,8 +79,8 @@ QToolButton* settingsIconButton(QWidget* parent)
     button->setIcon(QIcon::fromTheme(QStringLiteral("preferences-system"), drawnGear()));
     button->setIconSize(QSize(iconSize, iconSize));
     button->setFixedSize(iconSize, iconSize);
-    button->setToolTip(QObject::tr("Settings"));
-    button->setAccessibleName(QObject::tr("Settings"));
+    button->setToolTip(QCoreApplication::translate("TitleBars", "Settings"));
+    button->setAccessibleName(QCoreApplication::translate("TitleBars", "Settings"));
     button->setCursor(Qt::PointingHandCursor);
     button->setStyleSheet(focusVisibleStyle());
     return button;
@@ -94,8 +94,8 @@ QToolButton* menuIconButton(QWidget* parent)
     button->setAutoRaise(true);
     button->setText(QStringLiteral("\u2630"));
     button->setFixedSize(iconSize, iconSize);
-    button->setToolTip(QObject::tr("Menu (Shift+F10)"));
-    button->setAccessibleName(QObject::tr("Menu"));
+    button->setToolTip(QCoreApplication::translate("TitleBars", "Menu (Shift+F10)"));
+    button->setAccessibleName(QCoreApplication::translate("TitleBars", "Menu"));
     button->setCursor(Qt::PointingHandCursor);
     button->setStyleSheet(focusVisibleStyle());
     return button;

@@ -467,7 +467,8 @@ void JsonSettingsStore::replaceUnusable(const Snapshot& now)
             return;
         }
         const QString message =
-            QStringLiteral(
+            QCoreApplication::translate(
+                "JsonSettingsStore",
                 "The settings file %1 was left empty by another program; the settings were saved anew")
                 .arg(m_fileName);
         warn(message);
@@ -480,12 +481,13 @@ void JsonSettingsStore::replaceUnusable(const Snapshot& now)
         return;
     const QString message =
         now.why == QLatin1String("broken")
-            ? QStringLiteral("The settings file %1 was changed into something that is not valid JSON; it was "
-                             "kept as %2, and the settings were saved anew")
+            ? QCoreApplication::translate("JsonSettingsStore",
+                                          "The settings file %1 was changed into something that is not valid "
+                                          "JSON; it was kept as %2, and the settings were saved anew")
                   .arg(m_fileName, kept)
-            : QStringLiteral(
-                  "The settings file %1 grew larger than 1 MiB; it was kept as %2, and the settings "
-                  "were saved anew")
+            : QCoreApplication::translate(
+                  "JsonSettingsStore", "The settings file %1 grew larger than 1 MiB; it was kept as %2, and "
+                                       "the settings were saved anew")
                   .arg(m_fileName, kept);
     warn(message);
     notify(message);

@@ -207,7 +207,7 @@ void TestAppDelegate::menuListsItsEntriesInOrder()
         return shown;
     };
     QCOMPARE(titles(), (QStringList{"Darkness!", "Off in 5 minutes", "Off in 30 minutes", "Off in 60 minutes",
-                                    "-", "Settings", "-", "Help", "Provide Feedback", "-", "Quit Glowdeck"}));
+                                    "-", "Settings", "-", "Help", "Provide feedback", "-", "Quit Glowdeck"}));
 
     // A pending timer shows when it goes off, and how to take it back, after the choices of delay.
     action(QStringLiteral("Off in 30 minutes"))->trigger();
@@ -389,7 +389,7 @@ void TestAppDelegate::helpOpensTheConfiguredPageAndAnEmptyOneNothing()
     startDelegate();
 
     action(QStringLiteral("Help"))->trigger();
-    action(QStringLiteral("Provide Feedback"))->trigger();
+    action(QStringLiteral("Provide feedback"))->trigger();
 
     QCOMPARE(m_opened, QList<QUrl>{m_links.help});
 }

@@ -164,8 +164,8 @@ done
 [ -s "$e2e_work/grabbed" ] || fail "the other client did not grab Ctrl+Alt+J"
 
 open_hotkeys_pane
-click_recorder "All On"
-atspi --timeout 2 wait text "All On" | grep -q focused || fail "the All On recorder did not take the focus"
+click_recorder "All on"
+atspi --timeout 2 wait text "All on" | grep -q focused || fail "the "All on" recorder did not take the focus"
 xdotool key ctrl+alt+j
 atspi --timeout 5 wait label "~already used by the system" >/dev/null ||
     fail "Ctrl+Alt+J, held by another client, was not refused as used by the system"
@@ -175,9 +175,9 @@ atspi press "push button" OK
 say "Ctrl+Alt+J, held by another client, is refused as used by the system"
 
 # ---- 3. Record a shortcut in the pane: it works at once, and after a restart ----------------------------------------
-atspi --timeout 3 wait text "All On" | grep -q focused || fail "the recorder did not record again after the alert"
+atspi --timeout 3 wait text "All on" | grep -q focused || fail "the recorder did not record again after the alert"
 xdotool key ctrl+alt+o
-atspi --timeout 3 wait-text text "All On" '^Ctrl\+Alt\+O$' >/dev/null || fail "the recorder does not show Ctrl+Alt+O"
+atspi --timeout 3 wait-text text "All on" '^Ctrl\+Alt\+O$' >/dev/null || fail "the recorder does not show Ctrl+Alt+O"
 [ "$(stored GlobalHotkeys_allLightsOn)" = '{"carbonKeyCode":31,"carbonModifiers":6144}' ] ||
     fail "Ctrl+Alt+O was not stored: $(stored GlobalHotkeys_allLightsOn)"
 atspi press "radio button" Small
@@ -200,15 +200,15 @@ start_glowdeck
 press_elsewhere "xdotool key" ctrl+alt+o true
 say "and after a restart"
 open_hotkeys_pane
-atspi --timeout 3 wait-text text "All On" '^Ctrl\+Alt\+O$' >/dev/null ||
+atspi --timeout 3 wait-text text "All on" '^Ctrl\+Alt\+O$' >/dev/null ||
     fail "after a restart the recorder does not show Ctrl+Alt+O"
 sleep 0.3
 screenshot pane-dark
-atspi press "page tab" "Individual Groups"
-atspi --timeout 3 wait text "Shortcut 1" >/dev/null || fail "Individual Groups shows no custom shortcuts"
+atspi press "page tab" "Individual groups"
+atspi --timeout 3 wait text "Shortcut 1" >/dev/null || fail ""Individual groups" shows no custom shortcuts"
 sleep 0.3
 screenshot pane-individual-dark
-atspi audit Hotkeys || fail "the Individual Groups view has controls without a name"
+atspi audit Hotkeys || fail "the "Individual groups" view has controls without a name"
 # The connection pane in the dark: its line on how the key travels stays legible.
 atspi press "page tab" Connection
 atspi --timeout 5 wait label "~over plain HTTP|over HTTPS" >/dev/null || fail "the connection pane does not say how the key travels"

@@ -154,7 +154,7 @@ screenshot pane-connection-unpaired
 
 # ---- Pairing: Manual, the address, Connect; the link button; Connect again ---------------------------------
 atspi press "radio button" Manual
-atspi type text "IP address of your HUE bridge" "$tls_address"
+atspi type text "IP address of your Hue bridge" "$tls_address"
 atspi press "push button" Connect
 atspi --timeout 10 wait label "Bridge responded: Press LINK BUTTON and retry" >/dev/null ||
     fail "Connect before the link button was pressed did not ask for it"
@@ -166,7 +166,7 @@ curl -s --noproxy '*' --max-time 5 -X POST "http://$address/__control/linkbutton
 simulator_says 'Link button pressed (POST /__control/linkbutton)' ||
     fail "the simulator did not say its link button was pressed"
 # The second Connect by keyboard: Return in the address field.
-click_object text "IP address of your HUE bridge" 40
+click_object text "IP address of your Hue bridge" 40
 xdotool key Return
 atspi --timeout 15 wait label CONNECTED >/dev/null || fail "the status does not read CONNECTED after pairing"
 for _ in $(seq 50); do
@@ -212,7 +212,7 @@ for pane in Connection General Lights Hotkeys; do
         grep -q '"hide_light_[^"]*": true' "$settings" || fail "switching $hidden_name off stored no hide_light_ flag"
         ;;
     General)
-        atspi press "check box" "Run at Start"
+        atspi press "check box" "Run at start"
         entry="$XDG_CONFIG_HOME/autostart/com.brambleworks.Glowdeck.desktop"
         for _ in $(seq 20); do
             [ -f "$entry" ] && break
@@ -324,7 +324,7 @@ for kind in self-signed plain-http; do
     open_settings
     atspi press "page tab" Connection
     atspi press "radio button" Manual
-    atspi type text "IP address of your HUE bridge" "$target"
+    atspi type text "IP address of your Hue bridge" "$target"
     atspi press "push button" Connect
     atspi --timeout 15 wait label "$expect" >/dev/null || fail "pairing with the $kind bridge at $target is not shown as such"
     sleep 0.3

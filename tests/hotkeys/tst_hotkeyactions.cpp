@@ -301,7 +301,7 @@ void TestHotkeyActions::aShortcutReachesTheBridgesItConcerns()
 void TestHotkeyActions::offersFourChoicesPerRoomAfterNoAction()
 {
     QCOMPARE(HotkeyActions::options({}),
-             (QList<GroupActionOption>{{QStringLiteral("no_action"), QStringLiteral("(No Action)")}}));
+             (QList<GroupActionOption>{{QStringLiteral("no_action"), QStringLiteral("(No action)")}}));
     const QList<HueGroup> rooms{{.group_id = QStringLiteral("1"), .name = QStringLiteral("Kitchen")},
                                 {.group_id = QStringLiteral("2"), .name = QStringLiteral("Hall")}};
     QStringList ids;
@@ -312,7 +312,7 @@ void TestHotkeyActions::offersFourChoicesPerRoomAfterNoAction()
     }
     QCOMPARE(ids, (QStringList{"no_action", "B1/1_on", "B1/1_off", "B1/1_brighter", "B1/1_darker", "B1/2_on",
                                "B1/2_off", "B1/2_brighter", "B1/2_darker"}));
-    QCOMPARE(titles, (QStringList{"(No Action)", "Kitchen On", "Kitchen Off", "Kitchen Brighter",
+    QCOMPARE(titles, (QStringList{"(No action)", "Kitchen On", "Kitchen Off", "Kitchen Brighter",
                                   "Kitchen Darker", "Hall On", "Hall Off", "Hall Brighter", "Hall Darker"}));
     // A zone may be picked too, and says it is one.
     const QList<HueGroup> zone{{.group_id = QStringLiteral("7"),

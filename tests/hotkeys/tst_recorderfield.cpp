@@ -86,7 +86,7 @@ void TestRecorderField::startRecording()
 {
     m_field->setFocus();
     QTRY_VERIFY(m_field->isRecording());
-    QCOMPARE(m_field->placeholderText(), QStringLiteral("Press Shortcut"));
+    QCOMPARE(m_field->placeholderText(), QStringLiteral("Press shortcut"));
 }
 
 void TestRecorderField::recordsACombinationAndShowsIt_data()
@@ -108,7 +108,7 @@ void TestRecorderField::recordsACombinationAndShowsIt_data()
         << Qt::Key_F5 << Qt::KeyboardModifiers(Qt::ShiftModifier) << Shortcut{96, Shortcut::shift}
         << QStringLiteral("Shift+F5") << QStringLiteral("Shift+");
     QTest::newRow("a function key alone") << Qt::Key_F12 << Qt::KeyboardModifiers() << Shortcut{111, 0}
-                                          << QStringLiteral("F12") << QStringLiteral("Press Shortcut");
+                                          << QStringLiteral("F12") << QStringLiteral("Press shortcut");
     QTest::newRow("a special key") << Qt::Key_Return << Qt::KeyboardModifiers(Qt::ControlModifier)
                                    << Shortcut{36, Shortcut::control} << QStringLiteral("Ctrl+Return")
                                    << QStringLiteral("Ctrl+");
@@ -203,7 +203,7 @@ void TestRecorderField::escapeAndTabKeepThePreviousShortcut()
     QVERIFY(!m_field->hasFocus());
     QCOMPARE(m_other->hasFocus(), movesOn);
     QCOMPARE(m_field->text(), QStringLiteral("Alt+K"));
-    QCOMPARE(m_field->placeholderText(), QStringLiteral("Record Shortcut"));
+    QCOMPARE(m_field->placeholderText(), QStringLiteral("Record shortcut"));
     QCOMPARE(m_hotkeys->getShortcut(HotkeyNames::allLightsOn()), std::optional(optionK));
 }
 
@@ -248,7 +248,7 @@ void TestRecorderField::globalShortcutsArePausedExactlyWhileRecording()
     QVERIFY(m_backend->press(optionK));
     QCOMPARE(runs, 0);
     // While it records, the field says so, though it has the focus (which hides a centred placeholder).
-    QCOMPARE(m_field->placeholderText(), u"Press Shortcut"_qs);
+    QCOMPARE(m_field->placeholderText(), u"Press shortcut"_qs);
     const auto inked = [this] {
         const QImage image = m_field->grab().toImage();
         const QRgb background = image.pixel(2, image.height() / 2);

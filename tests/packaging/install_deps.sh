@@ -43,7 +43,7 @@ run() {
 asks_for() { grep -qw -- "$2" <<<"$1"; }
 
 # What each mode asks for, as root: the demo's tools in both, the test, fuzz and package tools in test only.
-demo_tools="cmake g++ qt6-base-dev qt6-svg-dev libsimdjson-dev libssl-dev"
+demo_tools="cmake g++ qt6-base-dev qt6-svg-dev qt6-l10n-tools qt6-tools-dev libsimdjson-dev libssl-dev"
 test_tools="clang libclang-rt-14-dev lintian xvfb dpkg-dev appstream ruby"
 for mode in demo test; do
     run "$mode" 0 yes ""

@@ -26,6 +26,9 @@ field() { dpkg-deb --field "$deb" "$1"; }
 [ "$(field Priority)" = optional ] || fail "Priority: $(field Priority)"
 grep -qE '^[^<>]+ <[^@<> ]+@[^@<> ]+>$' <<<"$(field Maintainer)" || fail "Maintainer: $(field Maintainer)"
 grep -qw ruby <<<"$(field Recommends)" || fail "Recommends: $(field Recommends), expected ruby"
+# Qt's own texts in the user's language; Glowdeck's translations are inside the program.
+grep -qw qt6-translations-l10n <<<"$(field Recommends)" ||
+    fail "Recommends: $(field Recommends), expected qt6-translations-l10n"
 # dpkg-shlibdeps read the programs: the C library and Qt, with versions.
 for library in libc6 libqt6core6 libqt6network6 libqt6widgets6; do
     grep -qE "(^|, )$library \(>= [0-9.]+\)" <<<"$(field Depends)" ||

@@ -1,9 +1,9 @@
 #!/usr/bin/env bash
 # The unpacked package's glowdeck on a desktop (Xvfb, trayer, the accessibility bus): the first start's
-# welcome window, the drop-down window's Settings button, the General pane, "Run at Start". The autostart
+# welcome window, the drop-down window's Settings button, the General pane, "Run at start". The autostart
 # entry it writes is the unpacked desktop entry, starting the unpacked program (which is on no PATH) with the
 # settings file it was started with; the program's windows carry the application icon it finds beside itself.
-# "Run at Start" off removes the entry.
+# "Run at start" off removes the entry.
 #
 # Usage: package_login_e2e.sh <package folder> <artifact-dir>
 # Exit codes: 0 passed, 1 failed, 77 skipped (a tool is missing).
@@ -36,14 +36,14 @@ atspi --timeout 15 wait "push button" "Let's go!" >/dev/null || fail "no welcome
 atspi press "push button" "Let's go!"
 atspi --timeout 5 press "push button" Settings || fail "the drop-down window has no Settings button"
 atspi --timeout 5 press "page tab" General || fail "the preferences window has no General tab"
-atspi --timeout 5 wait "check box" "Run at Start" | grep -q checked &&
-    fail "\"Run at Start\" is on at the first start"
-atspi press "check box" "Run at Start"
+atspi --timeout 5 wait "check box" "Run at start" | grep -q checked &&
+    fail "\"Run at start\" is on at the first start"
+atspi press "check box" "Run at start"
 for _ in $(seq 30); do
     [ -f "$autostart" ] && break
     sleep 0.1
 done
-[ -f "$autostart" ] || fail "\"Run at Start\" wrote no $autostart"
+[ -f "$autostart" ] || fail "\"Run at start\" wrote no $autostart"
 sleep 0.4 # the window's resize to the pane takes 0.25 s
 screenshot general
 
@@ -65,12 +65,12 @@ xprop -id "$window" _NET_WM_ICON | grep -q 'Icon (' || fail "the preferences win
 xprop -id "$window" WM_CLASS | grep -q '"Glowdeck"' ||
     fail "the window's class is not the desktop entry's StartupWMClass: $(xprop -id "$window" WM_CLASS)"
 
-atspi press "check box" "Run at Start"
+atspi press "check box" "Run at start"
 for _ in $(seq 30); do
     [ -f "$autostart" ] || break
     sleep 0.1
 done
-[ -f "$autostart" ] && fail "switching \"Run at Start\" off left $autostart"
+[ -f "$autostart" ] && fail "switching \"Run at start\" off left $autostart"
 kill -0 "$glowdeck_pid" 2>/dev/null || fail "glowdeck quit during the test"
 say "PASS"
 exit 0

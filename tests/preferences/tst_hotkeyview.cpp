@@ -63,7 +63,7 @@ void TestHotkeyView::withNoRoomsEachPickerOffersOnlyNoAction()
         GroupActionPicker* slot = picker(number);
         QVERIFY(slot);
         QCOMPARE(slot->count(), 1);
-        QCOMPARE(slot->currentText(), QStringLiteral("(No Action)"));
+        QCOMPARE(slot->currentText(), QStringLiteral("(No action)"));
         QCOMPARE(slot->selectedAction(), QStringLiteral("no_action"));
     }
 }

@@ -195,7 +195,7 @@ void TestPreferencesGeneralView::supportLinksOpenTheirPagesAndTheVersionShows()
     }
 
     // The feedback page is switched off: its link is not there at all.
-    QCOMPARE(links, (QStringList{"Frequently Asked Questions", "Debug Information…"}));
+    QCOMPARE(links, (QStringList{"Frequently asked questions", "Debug information…"}));
     QCOMPARE(m_opened, QList<QUrl>{m_links.help});
 }
 

@@ -35,7 +35,7 @@ bool holdsKeyboard()
 
 RecorderField::RecorderField(GlobalHotkeys& hotkeys, GlobalHotkeys::Name name, QWidget* parent)
     : QLineEdit(parent), m_hotkeys(hotkeys), m_name(std::move(name)),
-      m_clear(new QAction(style()->standardIcon(QStyle::SP_LineEditClearButton), tr("Clear Shortcut"), this))
+      m_clear(new QAction(style()->standardIcon(QStyle::SP_LineEditClearButton), tr("Clear shortcut"), this))
 {
     // Read-only: nothing is typed here, and no text cursor blinks while recording.
     setReadOnly(true);
@@ -73,12 +73,12 @@ QMessageBox* RecorderField::alert() const
 
 QString RecorderField::recordShortcutText()
 {
-    return tr("Record Shortcut");
+    return tr("Record shortcut");
 }
 
 QString RecorderField::pressShortcutText()
 {
-    return tr("Press Shortcut");
+    return tr("Press shortcut");
 }
 
 QString RecorderField::usedByMenuItemText(const QString& title)

@@ -88,7 +88,7 @@ ConfigurationPart::ConfigurationPart(BridgeLink& settings, QWidget* parent)
 
 QString ConfigurationPart::addressPlaceholder()
 {
-    return tr("IP address of your HUE bridge");
+    return tr("IP address of your Hue bridge");
 }
 
 void ConfigurationPart::setConnectionType(ConnectionType type)
@@ -120,7 +120,7 @@ void ConfigurationPart::onHueIPChanged()
 
 void ConfigurationPart::showFoundCount(int count)
 {
-    m_found->setText(tr("%1 bridges found.").arg(count));
+    m_found->setText(tr("%n bridges found.", nullptr, count));
 }
 
 void ConfigurationPart::onAddressEdited(const QString& text)

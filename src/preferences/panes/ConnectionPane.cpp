@@ -75,7 +75,7 @@ void ConnectionPane::onRemove(BridgeSession* session)
 {
     const QPointer<ConnectionPane> self(this);
     const QPointer<QMessageBox> box =
-        new QMessageBox(QMessageBox::Question, tr("Remove Bridge"),
+        new QMessageBox(QMessageBox::Question, tr("Remove bridge"),
                         removeQuestion(session->link().displayName()), QMessageBox::Cancel, this);
     box->setObjectName(QStringLiteral("removeBridgeQuestion"));
     const QPushButton* remove = box->addButton(tr("Remove"), QMessageBox::DestructiveRole);

@@ -34,7 +34,7 @@ ConnectionView::ConnectionView(BridgeSession& session, const BridgeSessions& ses
       m_security(PaneWidgets::wrappedText(QString(), this)),
       m_configuration(new ConfigurationPart(m_settings, this)),
       m_choiceHint(PaneWidgets::wrappedText(tr("Several bridges answered. Pick yours:"), this)),
-      m_choices(new QListWidget(this)), m_useChoice(new QPushButton(tr("Use This Bridge"), this)),
+      m_choices(new QListWidget(this)), m_useChoice(new QPushButton(tr("Use this bridge"), this)),
       m_error(PaneWidgets::wrappedText(QString(), this)),
       m_linkHint(PaneWidgets::wrappedText(linkButtonHint(), this)), m_player(new ImagePlayer(this)),
       m_sendDebug(new LinkButton(sendDebugText(), this))
@@ -66,8 +66,8 @@ ConnectionView::ConnectionView(BridgeSession& session, const BridgeSessions& ses
     layout->setContentsMargins(PaneWidgets::margin, PaneWidgets::margin, PaneWidgets::margin,
                                PaneWidgets::margin);
     layout->setSpacing(10);
-    layout->addWidget(PaneWidgets::heading(tr("Connect to Hue Bridge"), this));
-    layout->addWidget(PaneWidgets::subheading(tr("Connection Status"), this));
+    layout->addWidget(PaneWidgets::heading(tr("Connect to a Hue bridge"), this));
+    layout->addWidget(PaneWidgets::subheading(tr("Connection status"), this));
     layout->addLayout(statusRow);
     layout->addWidget(m_statusDetail);
     layout->addWidget(m_security);
@@ -124,7 +124,7 @@ QString ConnectionView::unpairedHint()
 
 QString ConnectionView::linkButtonHint()
 {
-    return tr("You need to press the LINK button on your bridge before clicking Connect.");
+    return tr("You need to press the link button on your bridge before clicking Connect.");
 }
 
 QString ConnectionView::notAnsweringHint(const QString& address)

@@ -13,10 +13,10 @@
 
 DebugView::DebugView(DebugReport& report, std::function<void(const QUrl&)> openUrl, QWidget* parent)
     : QWidget(parent, Qt::Window), m_report(report), m_openUrl(std::move(openUrl)),
-      m_send(new QPushButton(tr("Send Debug Data"), this)), m_show(new QPushButton(tr("Show Report"), this)),
+      m_send(new QPushButton(tr("Send debug data"), this)), m_show(new QPushButton(tr("Show report"), this)),
       m_outcome(PaneWidgets::wrappedText(QString(), this))
 {
-    setWindowTitle(tr("Debug Information"));
+    setWindowTitle(tr("Debug information"));
     m_send->setObjectName(QStringLiteral("sendDebugButton"));
     m_show->setObjectName(QStringLiteral("showReportButton"));
     m_outcome->setObjectName(QStringLiteral("debugOutcome"));
@@ -30,7 +30,7 @@ DebugView::DebugView(DebugReport& report, std::function<void(const QUrl&)> openU
     layout->setContentsMargins(PaneWidgets::margin, PaneWidgets::margin, PaneWidgets::margin,
                                PaneWidgets::margin);
     layout->setSpacing(12);
-    layout->addWidget(PaneWidgets::heading(tr("Debug Information"), this));
+    layout->addWidget(PaneWidgets::heading(tr("Debug information"), this));
     layout->addWidget(PaneWidgets::wrappedText(
         tr("When Glowdeck cannot find or reach your bridge, a debug report helps to find out why. It holds "
            "the versions of Glowdeck, Qt and your system, your settings and the last messages of the program "

@@ -24,7 +24,7 @@ HotkeyView::HotkeyView(Preferences& preferences, GlobalHotkeys& hotkeys, HotkeyA
                        QWidget* parent)
     : QWidget(parent), m_preferences(preferences), m_hotkeys(hotkeys), m_actions(actions),
       m_shortcuts(new QWidget(this)),
-      m_views(new SegmentedControl({tr("Everything"), tr("Individual Groups")}, QAccessible::PageTab,
+      m_views(new SegmentedControl({tr("Everything"), tr("Individual groups")}, QAccessible::PageTab,
                                    m_shortcuts)),
       m_pages(new QStackedWidget(m_shortcuts)),
       m_step(new SegmentedControl({tr("Small"), tr("Medium"), tr("Large")}, QAccessible::RadioButton,
@@ -34,14 +34,14 @@ HotkeyView::HotkeyView(Preferences& preferences, GlobalHotkeys& hotkeys, HotkeyA
     m_views->setObjectName(QStringLiteral("hotkeyViews"));
     m_views->setAccessibleName(tr("Shortcuts"));
     m_step->setObjectName(QStringLiteral("stepSize"));
-    m_step->setAccessibleName(tr("Step Size"));
+    m_step->setAccessibleName(tr("Step size"));
     m_step->setFixedWidth(stepControlWidth);
 
     m_pages->addWidget(new HotkeysEverythingView(hotkeys, m_pages));
     m_pages->addWidget(new HotkeysIndividualView(hotkeys, actions, m_pages));
     m_views->setSelectedIndex(0);
 
-    auto* stepLabel = new QLabel(tr("Step Size"), m_shortcuts);
+    auto* stepLabel = new QLabel(tr("Step size"), m_shortcuts);
     stepLabel->setBuddy(m_step->button(0));
     auto* stepRow = new QHBoxLayout;
     stepRow->addWidget(stepLabel);
@@ -68,7 +68,7 @@ HotkeyView::HotkeyView(Preferences& preferences, GlobalHotkeys& hotkeys, HotkeyA
     layout->setContentsMargins(PaneWidgets::margin, PaneWidgets::margin, PaneWidgets::margin,
                                PaneWidgets::margin);
     layout->setSpacing(12);
-    layout->addWidget(PaneWidgets::heading(tr("Hotkey Settings"), this));
+    layout->addWidget(PaneWidgets::heading(tr("Hotkey settings"), this));
     layout->addWidget(m_unavailable);
     layout->addWidget(m_shortcuts);
     layout->addStretch();

@@ -10,7 +10,7 @@
 
 HotkeysEverythingView::HotkeysEverythingView(GlobalHotkeys& hotkeys, QWidget* parent) : QWidget(parent)
 {
-    const QStringList labels{tr("All On"), tr("All Off"), tr("Brighter"), tr("Darker"),
+    const QStringList labels{tr("All on"), tr("All off"), tr("Brighter"), tr("Darker"),
                              tr("Red"),    tr("Blue"),    tr("White")};
     auto* form = new QFormLayout;
     form->setLabelAlignment(Qt::AlignRight | Qt::AlignVCenter);

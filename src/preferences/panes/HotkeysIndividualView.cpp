@@ -16,7 +16,7 @@ HotkeysIndividualView::HotkeysIndividualView(GlobalHotkeys& hotkeys, HotkeyActio
     auto* grid = new QGridLayout;
     grid->setHorizontalSpacing(10);
     grid->addWidget(PaneWidgets::subheading(tr("Shortcut"), this), 0, 1);
-    grid->addWidget(PaneWidgets::subheading(tr("Room Action"), this), 0, 2);
+    grid->addWidget(PaneWidgets::subheading(tr("Room action"), this), 0, 2);
     for (int number = 1; number <= HotkeyNames::customGroupCount; ++number) {
         const GlobalHotkeys::Name& name = HotkeyNames::customGroup(number);
         auto* recorder = new RecorderField(hotkeys, name, this);

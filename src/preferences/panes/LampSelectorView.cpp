@@ -60,8 +60,8 @@ private:
 
 LampSelectorView::LampSelectorView(BridgeLink& settings, QWidget* parent)
     : QWidget(parent), m_settings(settings), m_list(new LightList(this)), m_moveButtons(new QWidget(this)),
-      m_up(new QPushButton(tr("Move Up"), m_moveButtons)),
-      m_down(new QPushButton(tr("Move Down"), m_moveButtons)),
+      m_up(new QPushButton(tr("Move up"), m_moveButtons)),
+      m_down(new QPushButton(tr("Move down"), m_moveButtons)),
       m_empty(PaneWidgets::wrappedText(tr("No lights yet. Connect to your Hue bridge, and its lights are "
                                           "listed here."),
                                        this)),
@@ -112,7 +112,7 @@ LampSelectorView::LampSelectorView(BridgeLink& settings, QWidget* parent)
             [this] { moveLight(m_list->currentRow(), m_list->currentRow() + 1); });
     for (const auto& [keys, step] : {std::pair{Qt::ALT | Qt::Key_Up, -1}, {Qt::ALT | Qt::Key_Down, 1}}) {
         auto* shortcut = new QShortcut(QKeySequence(keys), m_list, nullptr, nullptr, Qt::WidgetShortcut);
-        shortcut->setWhatsThis(step < 0 ? tr("Move Up") : tr("Move Down"));
+        shortcut->setWhatsThis(step < 0 ? tr("Move up") : tr("Move down"));
         connect(shortcut, &QShortcut::activated, this,
                 [this, step] { moveLight(selectedRow(), selectedRow() + step); });
     }

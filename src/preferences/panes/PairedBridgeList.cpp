@@ -37,7 +37,7 @@ PairedBridgeList::PairedBridgeList(BridgeSessions& sessions, QWidget* parent)
 {
     m_list->setObjectName(QStringLiteral("pairedBridges"));
     m_list->setAccessibleName(tr("Paired bridges"));
-    m_list->setHeaderLabels({tr("Name"), tr("Id"), tr("Address"), tr("Transport"), tr("State")});
+    m_list->setHeaderLabels({tr("Name"), tr("ID"), tr("Address"), tr("Transport"), tr("State")});
     m_list->setRootIsDecorated(false);
     m_list->setUniformRowHeights(true);
     m_list->setSelectionMode(QAbstractItemView::SingleSelection);
@@ -55,7 +55,7 @@ PairedBridgeList::PairedBridgeList(BridgeSessions& sessions, QWidget* parent)
     buttons->addWidget(m_remove);
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
-    layout->addWidget(PaneWidgets::subheading(tr("Paired Bridges"), this));
+    layout->addWidget(PaneWidgets::subheading(tr("Paired bridges"), this));
     layout->addWidget(m_list);
     layout->addLayout(buttons);
 

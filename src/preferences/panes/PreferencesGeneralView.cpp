@@ -17,17 +17,17 @@ PreferencesGeneralView::PreferencesGeneralView(Preferences& preferences, StartAt
                                                QList<AppIconChoice> icons, const ProductLinks& links,
                                                std::function<void(const QUrl&)> openUrl, QWidget* parent)
     : QWidget(parent), m_preferences(preferences), m_startAtLogin(startAtLogin), m_icons(std::move(icons)),
-      m_runAtStart(new QCheckBox(tr("Run at Start"), this)),
+      m_runAtStart(new QCheckBox(tr("Run at start"), this)),
       m_colorBars(new QCheckBox(tr("Show color bars for rooms"), this)),
       m_showZones(new QCheckBox(tr("Show zones"), this)),
-      m_showScenes(new QCheckBox(tr("Show Scene Panel"), this)), m_appIcon(new QComboBox(this))
+      m_showScenes(new QCheckBox(tr("Show scene panel"), this)), m_appIcon(new QComboBox(this))
 {
     m_runAtStart->setObjectName(QStringLiteral("runAtStart"));
     m_colorBars->setObjectName(QStringLiteral("showColorBars"));
     m_showZones->setObjectName(QStringLiteral("showZones"));
     m_showScenes->setObjectName(QStringLiteral("showScenes"));
     m_appIcon->setObjectName(QStringLiteral("appIconPicker"));
-    m_appIcon->setAccessibleName(tr("App Icon"));
+    m_appIcon->setAccessibleName(tr("App icon"));
     m_runAtStart->setToolTip(tr("Start Glowdeck when you log in."));
 
     for (const AppIconChoice& choice : std::as_const(m_icons))
@@ -35,7 +35,7 @@ PreferencesGeneralView::PreferencesGeneralView(Preferences& preferences, StartAt
     m_appIcon->setIconSize(QSize(22, 22));
     m_appIcon->setMinimumWidth(100);
     m_appIcon->setSizeAdjustPolicy(QComboBox::AdjustToContents);
-    auto* iconLabel = new QLabel(tr("App Icon"), this);
+    auto* iconLabel = new QLabel(tr("App icon"), this);
     iconLabel->setBuddy(m_appIcon);
     auto* iconRow = new QHBoxLayout;
     iconRow->addWidget(iconLabel);

@@ -15,7 +15,7 @@ PreferencesInformationView::PreferencesInformationView(QUrl faq, QUrl feedback,
     auto* links = new QHBoxLayout;
     links->setSpacing(16);
     for (const auto& [text, url] :
-         {std::pair{tr("Frequently Asked Questions"), faq}, std::pair{tr("Provide Feedback"), feedback}}) {
+         {std::pair{tr("Frequently asked questions"), faq}, std::pair{tr("Provide feedback"), feedback}}) {
         if (url.isEmpty())
             continue;
         auto* link = new LinkButton(text, this);
@@ -23,7 +23,7 @@ PreferencesInformationView::PreferencesInformationView(QUrl faq, QUrl feedback,
         connect(link, &LinkButton::clicked, this, [openUrl, url] { openUrl(url); });
         links->addWidget(link);
     }
-    auto* debug = new LinkButton(tr("Debug Information…"), this);
+    auto* debug = new LinkButton(tr("Debug information…"), this);
     debug->setObjectName(QStringLiteral("debugInformationLink"));
     connect(debug, &LinkButton::clicked, this, &PreferencesInformationView::debugInformationRequested);
     links->addWidget(debug);
@@ -36,12 +36,12 @@ PreferencesInformationView::PreferencesInformationView(QUrl faq, QUrl feedback,
 
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
-    layout->addWidget(PaneWidgets::subheading(tr("Get Support"), this));
+    layout->addWidget(PaneWidgets::subheading(tr("Get support"), this));
     layout->addLayout(links);
     layout->addWidget(version);
 }
 
 QString PreferencesInformationView::versionText()
 {
-    return tr("Version ") + QCoreApplication::applicationVersion();
+    return tr("Version %1").arg(QCoreApplication::applicationVersion());
 }

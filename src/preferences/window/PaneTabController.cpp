@@ -61,7 +61,7 @@ PaneTabController::PaneTabController(QList<Pane> panes, PaneStyle style, bool an
          {std::pair{QKeySequence::NextChild, 1}, {QKeySequence::PreviousChild, -1}}) {
         auto* shortcut = new QShortcut(QKeySequence(keys), this);
         shortcut->setContext(Qt::WindowShortcut);
-        shortcut->setWhatsThis(step > 0 ? tr("Next Pane") : tr("Previous Pane"));
+        shortcut->setWhatsThis(step > 0 ? tr("Next pane") : tr("Previous pane"));
         connect(shortcut, &QShortcut::activated, this, [this, step] { onNextPane(step); });
     }
 }

@@ -129,9 +129,9 @@ expect_general_pane_windows() {
     xdotool key Escape
     window_closes "$list" || fail "Escape did not close the App Icon list"
     window_ids | grep -qx "$preferences" || fail "Escape in the App Icon list closed the preferences window"
-    atspi press "push button" "Debug Information…"
+    atspi press "push button" "Debug information…"
     debug=$(new_window $before) || fail "\"Debug Information…\" opened no window"
-    [ "$(xdotool getwindowname "$debug")" = "Debug Information" ] || fail "the newest window is not Debug Information"
+    [ "$(xdotool getwindowname "$debug")" = "Debug information" ] || fail "the newest window is not Debug Information"
     expect_painted "$debug" "the Debug Information window"
     screenshot debug-information
     xdotool key Escape

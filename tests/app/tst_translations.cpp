@@ -1,0 +1,117 @@
+#include "../preferences/PaneBench.h"
+#include "app/SwitchOffNotice.h"
+#include "i18n/Translations.h"
+#include "panels/BodyView.h"
+#include "preferences/panes/ConfigurationPart.h"
+
+#include <QApplication>
+#include <QLabel>
+#include <QProcess>
+#include <QPushButton>
+#include <QTest>
+#include <QTranslator>
+
+class TestTranslations final : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void cleanup();
+    void theSystemLocaleChoosesTheLanguageAndTheTimes();
+    void thePanesSpeakTheLanguageWithItsPluralForms_data();
+    void thePanesSpeakTheLanguageWithItsPluralForms();
+    void theProgramsHelpSpeaksTheSystemLanguage();
+};
+
+void TestTranslations::cleanup()
+{
+    // A translator takes itself out of the application as it goes.
+    qDeleteAll(qApp->findChildren<QTranslator*>(Qt::FindDirectChildrenOnly));
+    QLocale::setDefault(QLocale::system());
+}
+
+void TestTranslations::theSystemLocaleChoosesTheLanguageAndTheTimes()
+{
+    // main() set LC_ALL, as a German session does.
+    QCOMPARE(QLocale::system().language(), QLocale::German);
+    QVERIFY(Translations::install(QLocale::system()));
+
+    const QDateTime at(QDate::currentDate(), QTime(23, 40));
+    QCOMPARE(SwitchOffNotice::message(at, 30), u"Alle Lampen gehen um 23:40 aus, in 30 Minuten."_qs);
+    QCOMPARE(SwitchOffNotice::message(at, 1), u"Alle Lampen gehen um 23:40 aus, in 1 Minute."_qs);
+}
+
+void TestTranslations::thePanesSpeakTheLanguageWithItsPluralForms_data()
+{
+    QTest::addColumn<QString>("locale");
+    QTest::addColumn<bool>("spoken");
+    QTest::addColumn<QString>("detect");
+    QTest::addColumn<QString>("foundOne");
+    QTest::addColumn<QString>("foundSeveral");
+    QTest::addColumn<QString>("settingsLink"); // the word of the empty list's hint that opens the settings
+
+    QTest::newRow("German") << "de_DE" << true << "Suchen"
+                            << "1 Bridge gefunden."
+                            << "3 Bridges gefunden."
+                            << ">Einstellungen</a>";
+    QTest::newRow("English") << "en_GB" << true << "Detect"
+                             << "1 bridge found."
+                             << "3 bridges found."
+                             << ">settings</a>";
+    // A language without a translation reads English, with English plural forms, not the source's.
+    QTest::newRow("not spoken") << "fi_FI" << false << "Detect"
+                                << "1 bridge found."
+                                << "3 bridges found."
+                                << ">settings</a>";
+}
+
+void TestTranslations::thePanesSpeakTheLanguageWithItsPluralForms()
+{
+    QFETCH(QString, locale);
+    QFETCH(bool, spoken);
+    QFETCH(QString, detect);
+    QFETCH(QString, foundOne);
+    QFETCH(QString, foundSeveral);
+    QFETCH(QString, settingsLink);
+    QCOMPARE(Translations::install(QLocale(locale)), spoken);
+    PaneBench bench;
+
+    ConfigurationPart part(bench.settings());
+    QCOMPARE(part.findChild<QPushButton*>(QStringLiteral("detectButton"))->text(), detect);
+    auto* found = part.findChild<QLabel*>(QStringLiteral("foundAddress"));
+    part.showFoundCount(1);
+    QCOMPARE(found->text(), foundOne);
+    part.showFoundCount(3);
+    QCOMPARE(found->text(), foundSeveral);
+
+    BodyView body(bench.settings().preferences(), bench.sessions());
+    auto* hint = body.findChild<QLabel*>(QStringLiteral("NoLights"));
+    QVERIFY(hint);
+    QTRY_VERIFY2(hint->text().contains(settingsLink), qPrintable(hint->text()));
+}
+
+void TestTranslations::theProgramsHelpSpeaksTheSystemLanguage()
+{
+    QProcess program;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("LC_ALL"), QStringLiteral("de_DE.UTF-8"));
+    environment.remove(QStringLiteral("LANGUAGE"));
+    program.setProcessEnvironment(environment);
+    program.start(QStringLiteral(GLOWDECK_PROGRAM), {QStringLiteral("--help")});
+    QVERIFY(program.waitForFinished(30000));
+    const QString help = QString::fromUtf8(program.readAllStandardOutput());
+    QCOMPARE(program.exitCode(), 0);
+    QVERIFY2(help.contains(u"Die Einstellungen in <Datei> lesen und schreiben."_qs), qPrintable(help));
+}
+
+int main(int argc, char** argv)
+{
+    // A German session; LANGUAGE would come before it in the choice of language.
+    qputenv("LC_ALL", "de_DE.UTF-8");
+    qunsetenv("LANGUAGE");
+    QApplication application(argc, argv);
+    TestTranslations test;
+    return QTest::qExec(&test, argc, argv);
+}
+
+#include "tst_translations.moc"
