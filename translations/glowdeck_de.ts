@@ -312,10 +312,6 @@ Glowdeck versucht es weiter und zeigt die %2, sobald sie antwortet. Ist die Brid
         <translation>Manuell</translation>
     </message>
     <message>
-        <source>Detect</source>
-        <translation>Suchen</translation>
-    </message>
-    <message>
         <source>Connect</source>
         <translation>Verbinden</translation>
     </message>
@@ -345,6 +341,14 @@ Glowdeck versucht es weiter und zeigt die %2, sobald sie antwortet. Ist die Brid
             <numerusform>%n Bridge gefunden.</numerusform>
             <numerusform>%n Bridges gefunden.</numerusform>
         </translation>
+    </message>
+    <message>
+        <source>Detect and pair</source>
+        <translation>Suchen und koppeln</translation>
+    </message>
+    <message>
+        <source>Finds the bridge on your network and asks it to pair at once: press its link button first.</source>
+        <translation>Sucht die Bridge im Netzwerk und bittet sie sofort um die Kopplung: vorher ihre Link-Taste drücken.</translation>
     </message>
 </context>
 <context>
@@ -408,20 +412,12 @@ Glowdeck versucht es weiter und zeigt die %2, sobald sie antwortet. Ist die Brid
         <translation>Ein Klick auf das Lampensymbol von Glowdeck (oder das Öffnen seines Fensters) sollte jetzt die Lampen zeigen. Falls nicht, kann die Verbindung erneut hergestellt werden.</translation>
     </message>
     <message>
-        <source>Glowdeck is not paired with a Hue bridge yet. Find your bridge below (Detect), or choose Manual and type its address; then press the round link button on the bridge and click Connect.</source>
-        <translation>Glowdeck ist noch mit keiner Hue Bridge gekoppelt. Die Bridge unten suchen („Suchen“) oder „Manuell“ wählen und ihre Adresse eingeben; dann die runde Link-Taste auf der Bridge drücken und auf „Verbinden“ klicken.</translation>
-    </message>
-    <message>
-        <source>You need to press the link button on your bridge before clicking Connect.</source>
-        <translation>Vor dem Klick auf „Verbinden“ muss die Link-Taste auf der Bridge gedrückt werden.</translation>
-    </message>
-    <message>
         <source>The bridge at %1 does not answer. Glowdeck keeps its key and keeps trying, and looks for the bridge on your network in case it moved. Check that the bridge has power and is connected to your router.</source>
         <translation>Die Bridge unter %1 antwortet nicht. Glowdeck behält ihren Schlüssel, versucht es weiter und sucht die Bridge im Netzwerk, falls sie umgezogen ist. Bitte prüfen, ob die Bridge Strom hat und mit dem Router verbunden ist.</translation>
     </message>
     <message>
         <source>Glowdeck sent nothing to %1, not even its key. Pairing again is not the fix: it would trust whatever answers there. Detect finds your bridge if it moved; pair again only with a bridge you reset or replaced yourself.</source>
-        <translation>Glowdeck hat nichts an %1 gesendet, auch nicht den Schlüssel. Erneutes Koppeln ist keine Lösung: Es würde allem vertrauen, was dort antwortet. „Suchen“ findet die Bridge, falls sie umgezogen ist; erneut koppeln nur mit einer Bridge, die selbst zurückgesetzt oder ersetzt wurde.</translation>
+        <translation>Glowdeck hat nichts an %1 gesendet, auch nicht den Schlüssel. Erneutes Koppeln ist keine Lösung: Es würde allem vertrauen, was dort antwortet. „Suchen und koppeln“ findet die Bridge, falls sie umgezogen ist; erneut koppeln nur mit einer Bridge, die selbst zurückgesetzt oder ersetzt wurde.</translation>
     </message>
     <message>
         <source>Connection trouble? Click to send debug data!</source>
@@ -487,6 +483,14 @@ Glowdeck versucht es weiter und zeigt die %2, sobald sie antwortet. Ist die Brid
         <source>Thank you!</source>
         <translation>Vielen Dank!</translation>
     </message>
+    <message>
+        <source>Glowdeck is not paired with a Hue bridge yet. Press the round link button on the bridge, then click &quot;Detect and pair&quot; below: it finds the bridge and asks it to pair at once. Or choose Manual, type the bridge&apos;s address and click Connect.</source>
+        <translation>Glowdeck ist noch mit keiner Hue Bridge gekoppelt. Die runde Link-Taste an der Bridge drücken, dann unten auf „Suchen und koppeln“ klicken: Die Bridge wird gesucht und sofort um die Kopplung gebeten. Oder „Manuell“ wählen, die Adresse der Bridge eingeben und auf „Verbinden“ klicken.</translation>
+    </message>
+    <message>
+        <source>You need to press the link button on your bridge before clicking &quot;Detect and pair&quot; or Connect.</source>
+        <translation>Vor dem Klick auf „Suchen und koppeln“ oder „Verbinden“ muss die Link-Taste der Bridge gedrückt werden.</translation>
+    </message>
 </context>
 <context>
     <name>ControlRow</name>
@@ -536,6 +540,60 @@ Glowdeck versucht es weiter und zeigt die %2, sobald sie antwortet. Ist die Brid
     <message>
         <source>No report could be made; the reason is in the program&apos;s messages.</source>
         <translation>Es konnte kein Bericht erstellt werden; der Grund steht in den Meldungen des Programms.</translation>
+    </message>
+</context>
+<context>
+    <name>DesktopNotifications</name>
+    <message>
+        <source>Lights off at %1</source>
+        <translation>Licht aus um %1</translation>
+    </message>
+    <message numerus="yes">
+        <source>All lights switch off in %n minute(s).</source>
+        <translation>
+            <numerusform>Alle Lampen gehen in %n Minute aus.</numerusform>
+            <numerusform>Alle Lampen gehen in %n Minuten aus.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Lights off</source>
+        <translation>Licht aus</translation>
+    </message>
+    <message>
+        <source>The switch-off timer went off.</source>
+        <translation>Der Ausschalt-Timer ist abgelaufen.</translation>
+    </message>
+    <message>
+        <source>It answered with an error (HTTP %1).</source>
+        <translation>Sie hat mit einem Fehler geantwortet (HTTP %1).</translation>
+    </message>
+    <message>
+        <source>Its answer could not be read.</source>
+        <translation>Ihre Antwort konnte nicht gelesen werden.</translation>
+    </message>
+    <message>
+        <source>The bridge refused a change</source>
+        <translation>Die Bridge hat eine Änderung abgelehnt</translation>
+    </message>
+    <message>
+        <source>Found the bridge %1 again</source>
+        <translation>Bridge %1 wieder gefunden</translation>
+    </message>
+    <message>
+        <source>It answers, and Glowdeck shows its lights as they are now.</source>
+        <translation>Sie antwortet, und Glowdeck zeigt ihre Lampen so, wie sie jetzt sind.</translation>
+    </message>
+    <message>
+        <source>Lost the bridge %1</source>
+        <translation>Bridge %1 verloren</translation>
+    </message>
+    <message>
+        <source>It does not answer. Glowdeck keeps trying, and looks for it on your network in case it moved.</source>
+        <translation>Sie antwortet nicht. Glowdeck versucht es weiter und sucht sie im Netzwerk, falls sie umgezogen ist.</translation>
+    </message>
+    <message>
+        <source>%1: %2</source>
+        <translation>%1: %2</translation>
     </message>
 </context>
 <context>
@@ -1014,6 +1072,14 @@ Glowdeck versucht es weiter und zeigt die %2, sobald sie antwortet. Ist die Brid
         <source>Start Glowdeck when you log in.</source>
         <translation>Glowdeck bei der Anmeldung starten.</translation>
     </message>
+    <message>
+        <source>Notifications</source>
+        <translation>Benachrichtigungen</translation>
+    </message>
+    <message>
+        <source>Tell the desktop when a timer went off, a bridge was lost or found again, or refused a change while the window was closed.</source>
+        <translation>Die Arbeitsumgebung benachrichtigen, wenn ein Timer abgelaufen ist, eine Bridge verloren oder wieder gefunden wurde oder bei geschlossenem Fenster eine Änderung abgelehnt hat.</translation>
+    </message>
 </context>
 <context>
     <name>PreferencesInformationView</name>
@@ -1187,13 +1253,6 @@ Glowdeck versucht es weiter und zeigt die %2, sobald sie antwortet. Ist die Brid
 </context>
 <context>
     <name>SwitchOffNotice</name>
-    <message numerus="yes">
-        <source>All lights switch off at %1, in %n minutes.</source>
-        <translation>
-            <numerusform>Alle Lampen gehen um %1 aus, in %n Minute.</numerusform>
-            <numerusform>Alle Lampen gehen um %1 aus, in %n Minuten.</numerusform>
-        </translation>
-    </message>
     <message>
         <source>All lights switch off at %1.</source>
         <translation>Alle Lampen gehen um %1 aus.</translation>

@@ -304,10 +304,6 @@ Glowdeck keeps trying and shows your %2 as soon as it does. Is the bridge switch
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>Detect</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
         <source>Connect</source>
         <translation type="unfinished"></translation>
     </message>
@@ -337,6 +333,14 @@ Glowdeck keeps trying and shows your %2 as soon as it does. Is the bridge switch
             <numerusform>%n bridge found.</numerusform>
             <numerusform>%n bridges found.</numerusform>
         </translation>
+    </message>
+    <message>
+        <source>Detect and pair</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Finds the bridge on your network and asks it to pair at once: press its link button first.</source>
+        <translation type="unfinished"></translation>
     </message>
 </context>
 <context>
@@ -397,14 +401,6 @@ Glowdeck keeps trying and shows your %2 as soon as it does. Is the bridge switch
     </message>
     <message>
         <source>Click Glowdeck&apos;s lamp icon (or open its window) and you should see your lights now. If not, you can try to re-connect.</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Glowdeck is not paired with a Hue bridge yet. Find your bridge below (Detect), or choose Manual and type its address; then press the round link button on the bridge and click Connect.</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>You need to press the link button on your bridge before clicking Connect.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -479,6 +475,14 @@ Glowdeck keeps trying and shows your %2 as soon as it does. Is the bridge switch
         <source>Thank you!</source>
         <translation type="unfinished"></translation>
     </message>
+    <message>
+        <source>Glowdeck is not paired with a Hue bridge yet. Press the round link button on the bridge, then click &quot;Detect and pair&quot; below: it finds the bridge and asks it to pair at once. Or choose Manual, type the bridge&apos;s address and click Connect.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>You need to press the link button on your bridge before clicking &quot;Detect and pair&quot; or Connect.</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 <context>
     <name>ControlRow</name>
@@ -527,6 +531,60 @@ Glowdeck keeps trying and shows your %2 as soon as it does. Is the bridge switch
     </message>
     <message>
         <source>No report could be made; the reason is in the program&apos;s messages.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>DesktopNotifications</name>
+    <message>
+        <source>Lights off at %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message numerus="yes">
+        <source>All lights switch off in %n minute(s).</source>
+        <translation>
+            <numerusform>All lights switch off in %n minute.</numerusform>
+            <numerusform>All lights switch off in %n minutes.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Lights off</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The switch-off timer went off.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>It answered with an error (HTTP %1).</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Its answer could not be read.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The bridge refused a change</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Found the bridge %1 again</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>It answers, and Glowdeck shows its lights as they are now.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Lost the bridge %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>It does not answer. Glowdeck keeps trying, and looks for it on your network in case it moved.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1: %2</source>
         <translation type="unfinished"></translation>
     </message>
 </context>
@@ -1006,6 +1064,14 @@ Glowdeck keeps trying and shows your %2 as soon as it does. Is the bridge switch
         <source>Start Glowdeck when you log in.</source>
         <translation type="unfinished"></translation>
     </message>
+    <message>
+        <source>Notifications</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Tell the desktop when a timer went off, a bridge was lost or found again, or refused a change while the window was closed.</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 <context>
     <name>PreferencesInformationView</name>
@@ -1179,13 +1245,6 @@ Glowdeck keeps trying and shows your %2 as soon as it does. Is the bridge switch
 </context>
 <context>
     <name>SwitchOffNotice</name>
-    <message numerus="yes">
-        <source>All lights switch off at %1, in %n minutes.</source>
-        <translation>
-            <numerusform>All lights switch off at %1, in %n minute.</numerusform>
-            <numerusform>All lights switch off at %1, in %n minutes.</numerusform>
-        </translation>
-    </message>
     <message>
         <source>All lights switch off at %1.</source>
         <translation type="unfinished"></translation>

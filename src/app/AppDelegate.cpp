@@ -2,7 +2,9 @@
 
 #include "app/AppWindow.h"
 #include "app/DesktopAppearance.h"
+#include "app/DesktopNotifications.h"
 #include "app/DropDownWindow.h"
+#include "app/FreedesktopNotifications.h"
 #include "app/ReviewPrompt.h"
 #include "app/SleepWatcher.h"
 #include "app/StatusBarMenuWindowController.h"
@@ -245,6 +247,7 @@ void AppDelegate::start()
     connect(content, &ContentView::connectionSettingsRequested, this, &AppDelegate::onOpenConnectionSettings);
     connect(content, &ContentView::menuRequested, this, &AppDelegate::onMenuRequested);
 
+    createNotifications();
     buildContextMenu();
     showTrayIconWhenAvailable();
     registerHotkeys();
@@ -265,6 +268,19 @@ void AppDelegate::createTrayIcon()
     connect(m_trayIcon.get(), &QSystemTrayIcon::activated, this, [this](QSystemTrayIcon::ActivationReason r) {
         onActivated(r, QGuiApplication::keyboardModifiers());
     });
+}
+
+void AppDelegate::createNotifications()
+{
+    m_notificationSink =
+        m_options.notifications ? m_options.notifications() : std::make_unique<FreedesktopNotifications>();
+    m_notifications =
+        std::make_unique<DesktopNotifications>(*m_notificationSink, *m_preferences, *m_sessions, [this] {
+            return m_windowMode ? m_appWindow->isVisible() && !m_appWindow->isMinimized()
+                                : m_windowController->isShown();
+        });
+    connect(m_homeCommands.get(), &HomeCommands::switchOffWentOff, m_notifications.get(),
+            &DesktopNotifications::switchOffWentOff);
 }
 
 bool AppDelegate::trayAvailable() const
@@ -649,7 +665,7 @@ void AppDelegate::onAllOffInMinutes()
     const qint64 minutes = action ? action->data().toLongLong() : 0;
     if (minutes <= 0)
         return;
-    m_switchOffNotice->announce(m_homeCommands->switchOffIn(minutes), minutes);
+    m_notifications->switchOffSet(m_homeCommands->switchOffIn(minutes), minutes);
 }
 
 void AppDelegate::onOpenSettings()

@@ -33,12 +33,14 @@ class BridgePairing;
 class DesktopAppearance;
 class DebugReport;
 class DebugView;
+class DesktopNotifications;
 class Diagnostics;
 class GlobalHotkeys;
 class HotkeyActions;
 class HotkeyBackend;
 class BridgeCommands;
 class JsonSettingsStore;
+class NotificationSink;
 class PreferencesWindowController;
 class QAction;
 class QMenu;
@@ -70,6 +72,8 @@ struct AppDelegateOptions
     bool windowMode = false;
     /// Whether the desktop has a system tray now; empty: ask Qt (tests decide themselves).
     std::function<bool()> trayAvailable;
+    /// Where desktop notifications go; empty: the desktop's notification service on the session bus.
+    std::function<std::unique_ptr<NotificationSink>()> notifications;
 };
 
 /// The composition root: owns the shared state, the bridge client, the tray icon, its menu and the windows
@@ -150,6 +154,7 @@ private:
     /// What the program is started with at login: its settings file, when that is not the usual one.
     QStringList loginArguments() const;
     void createTrayIcon();
+    void createNotifications();
     void showTrayIconWhenAvailable();
     bool trayAvailable() const;
     /// Moves the content into a window of its own and shows it; `explain`: say there, once, why.
@@ -211,6 +216,8 @@ private:
     std::unique_ptr<DebugView> m_debugWindow;                         // created on first use
     std::unique_ptr<QSystemTrayIcon> m_trayIcon;
     std::unique_ptr<SwitchOffNotice> m_switchOffNotice;
+    std::unique_ptr<NotificationSink> m_notificationSink;
+    std::unique_ptr<DesktopNotifications> m_notifications;
     QAction* m_cancelTimer = nullptr; ///< "Lights off at 23:40 — Cancel", while a timer is pending
     std::unique_ptr<StatusBarMenuWindowController> m_windowController;
     std::unique_ptr<QMenu> m_menu;

@@ -6,7 +6,7 @@
 class QSystemTrayIcon;
 
 /// Tells the user when the lights will switch off after "Off in 5/30/60 minutes": the icon's tooltip for as
-/// long as the timer is pending, and a tray notification, where the tray shows messages, when it is set. It
+/// long as the timer is pending (the desktop notification when it is set is DesktopNotifications'). It
 /// keeps no clock of its own: the switch-off timer says when a timer is set, replaced, cancelled, refused,
 /// gone off or found again.
 class SwitchOffNotice final : public QObject
@@ -24,11 +24,6 @@ public:
     void setPendingUntil(const QDateTime& at);
     /// The time the lights switch off, while one is pending.
     QDateTime pendingUntil() const { return m_until; }
-    /// The user has just set a timer of @p minutes that goes off at @p at: a notification says so.
-    void announce(const QDateTime& at, qint64 minutes);
-
-    /// What the notification says.
-    static QString message(const QDateTime& at, qint64 minutes);
 
 private:
     QSystemTrayIcon& m_icon;

@@ -31,6 +31,7 @@ void HomeCommands::watch(BridgeSession* session)
     entry.timer = std::make_unique<SwitchOffTimer>(session->link(), session->network(), session->queue(),
                                                    session->commands());
     connect(entry.timer.get(), &SwitchOffTimer::changed, this, &HomeCommands::switchOffChanged);
+    connect(entry.timer.get(), &SwitchOffTimer::wentOff, this, &HomeCommands::switchOffWentOff);
     connect(&session->connection(), &BridgeConnection::lightsRefreshed, entry.timer.get(),
             [this, session](const LightsResult& result) {
                 const auto found = m_timers.find(session);

@@ -90,6 +90,8 @@ public:
 Q_SIGNALS:
     /// A bridge's switch-off timer was set, replaced, cancelled, refused, went off or was found again.
     void switchOffChanged();
+    /// A bridge's switch-off timer went off while this program ran.
+    void switchOffWentOff();
 
 private:
     /// Changes each room's record of `session` first, so the menu shows it at once, then sends each room its

@@ -38,6 +38,7 @@ SwitchOffTimer::SwitchOffTimer(BridgeLink& settings, QNetworkAccessManager& netw
         m_ours.clear();
         ++m_revision;
         setFiresAt({});
+        Q_EMIT wentOff();
     });
     connect(&queue, &ActionQueue::answered, this, &SwitchOffTimer::onAnswered);
 }

@@ -55,6 +55,9 @@ public:
 Q_SIGNALS:
     /// A timer was set, replaced, cancelled, refused by the bridge, went off, or was found on the bridge.
     void changed();
+    /// The timer's time came while this program ran (sent after `changed`): the bridge switched the lights
+    /// off.
+    void wentOff();
 
 private:
     void onAnswered(const ActionQueueItem& item, const WriteOutcome& outcome, bool again);

@@ -144,6 +144,16 @@ void Preferences::setShowZones(bool show)
     write(Keys::showZones, show);
 }
 
+bool Preferences::notifiesEvents() const
+{
+    return m_store.storedBool(Keys::notifyEvents).value_or(false);
+}
+
+void Preferences::setNotifiesEvents(bool notify)
+{
+    write(Keys::notifyEvents, notify);
+}
+
 void Preferences::setShowReviewRequest(bool show)
 {
     if (show == m_showReviewRequest)

@@ -64,6 +64,11 @@ public:
     /// Whether the rooms panel lists the zones after the rooms (on unless the user switched it off).
     bool showZones() const;
     void setShowZones(bool show);
+    /// Whether the desktop is told of what happened without the user's doing (a timer went off, a change
+    /// refused while the window was closed, a bridge lost or found again); off unless the user switched it
+    /// on. A timer the user sets is confirmed either way.
+    bool notifiesEvents() const;
+    void setNotifiesEvents(bool notify);
 
     /// Whether the drop-down window asks for a review now: never stored, decided by the review prompt from
     /// the stored counts; announced with `reviewRequestChanged`.

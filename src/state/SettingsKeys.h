@@ -27,6 +27,8 @@ inline const QString activePanel = QStringLiteral("activePanel");
 inline const QString showScenes = QStringLiteral("showScenes");
 inline const QString showColorBarsForRooms = QStringLiteral("showColorBarsForRooms");
 inline const QString showZones = QStringLiteral("showZones");
+/// true: desktop notifications of events the user did not cause; absent: off.
+inline const QString notifyEvents = QStringLiteral("notifyEvents");
 
 // The user's other choices and what the application remembers between runs.
 inline const QString hasSeenWelcomeScreen = QStringLiteral("hasSeenWelcomeScreen");

@@ -3,6 +3,7 @@
 #include "app/AppDelegate.h"
 #include "app/AppWindow.h"
 #include "app/DropDownWindow.h"
+#include "app/NotificationSink.h"
 #include "app/SleepWatcher.h"
 #include "app/StatusBarMenuWindowController.h"
 #include "app/SwitchOffNotice.h"
@@ -32,6 +33,24 @@
 #include <QTimer>
 
 #include <memory>
+
+namespace {
+
+/// Keeps the notifications off the desktop of whoever runs the tests: "summary | body" each.
+class RecordedNotifications final : public NotificationSink
+{
+public:
+    explicit RecordedNotifications(QStringList& shown) : m_shown(shown) {}
+    void show(const QString&, const QString& summary, const QString& body) override
+    {
+        m_shown << summary + u" | "_qs + body;
+    }
+
+private:
+    QStringList& m_shown;
+};
+
+} // namespace
 
 class TestAppDelegate final : public QObject
 {
@@ -81,6 +100,7 @@ private:
     QList<QUrl> m_opened;
     QList<ActionQueueItem> m_queued;
     bool m_tray = true; // whether the desktop has a system tray
+    QStringList m_notified;
 };
 
 void TestAppDelegate::init()
@@ -92,6 +112,7 @@ void TestAppDelegate::init()
     m_links = ProductLinks{};
     m_opened.clear();
     m_tray = true;
+    m_notified.clear();
 }
 
 void TestAppDelegate::cleanup()
@@ -126,6 +147,7 @@ void TestAppDelegate::startDelegate(bool seenWelcome)
         return backend;
     };
     options.trayAvailable = [this] { return m_tray; };
+    options.notifications = [this] { return std::make_unique<RecordedNotifications>(m_notified); };
     m_delegate = std::make_unique<AppDelegate>(std::move(options), std::move(watcher));
     m_delegate->setUrlOpener([this](const QUrl& url) { m_opened << url; });
     m_delegate->start();
@@ -261,6 +283,10 @@ void TestAppDelegate::offInMinutesTakesTheDelayFromTheEntry()
     const QString at =
         QLocale().toString(m_delegate->switchOffTimer().firesAt().time(), QLocale::ShortFormat);
     QVERIFY(m_delegate->trayIcon().toolTip().contains(at));
+    // Told on the desktop as well: where no tray shows the tooltip, the only feedback.
+    QCOMPARE(m_notified.size(), 1);
+    QVERIFY2(m_notified.first().startsWith(u"Lights off at %1 | "_qs.arg(at)),
+             qPrintable(m_notified.first()));
 }
 
 void TestAppDelegate::tooltipAndMenuFollowTheSwitchOffTimer()

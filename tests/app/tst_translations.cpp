@@ -1,11 +1,11 @@
 #include "../preferences/PaneBench.h"
-#include "app/SwitchOffNotice.h"
 #include "i18n/Translations.h"
 #include "panels/BodyView.h"
 #include "preferences/panes/ConfigurationPart.h"
 
 #include <QApplication>
 #include <QLabel>
+#include <QLocale>
 #include <QProcess>
 #include <QPushButton>
 #include <QTest>
@@ -36,9 +36,14 @@ void TestTranslations::theSystemLocaleChoosesTheLanguageAndTheTimes()
     QCOMPARE(QLocale::system().language(), QLocale::German);
     QVERIFY(Translations::install(QLocale::system()));
 
-    const QDateTime at(QDate::currentDate(), QTime(23, 40));
-    QCOMPARE(SwitchOffNotice::message(at, 30), u"Alle Lampen gehen um 23:40 aus, in 30 Minuten."_qs);
-    QCOMPARE(SwitchOffNotice::message(at, 1), u"Alle Lampen gehen um 23:40 aus, in 1 Minute."_qs);
+    const QString time = QLocale().toString(QTime(23, 40), QLocale::ShortFormat);
+    QCOMPARE(QCoreApplication::translate("DesktopNotifications", "Lights off at %1").arg(time),
+             u"Licht aus um 23:40"_qs);
+    const char* inMinutes = "All lights switch off in %n minute(s).";
+    QCOMPARE(QCoreApplication::translate("DesktopNotifications", inMinutes, nullptr, 30),
+             u"Alle Lampen gehen in 30 Minuten aus."_qs);
+    QCOMPARE(QCoreApplication::translate("DesktopNotifications", inMinutes, nullptr, 1),
+             u"Alle Lampen gehen in 1 Minute aus."_qs);
 }
 
 void TestTranslations::thePanesSpeakTheLanguageWithItsPluralForms_data()
@@ -50,16 +55,16 @@ void TestTranslations::thePanesSpeakTheLanguageWithItsPluralForms_data()
     QTest::addColumn<QString>("foundSeveral");
     QTest::addColumn<QString>("settingsLink"); // the word of the empty list's hint that opens the settings
 
-    QTest::newRow("German") << "de_DE" << true << "Suchen"
+    QTest::newRow("German") << "de_DE" << true << "Suchen und koppeln"
                             << "1 Bridge gefunden."
                             << "3 Bridges gefunden."
                             << ">Einstellungen</a>";
-    QTest::newRow("English") << "en_GB" << true << "Detect"
+    QTest::newRow("English") << "en_GB" << true << "Detect and pair"
                              << "1 bridge found."
                              << "3 bridges found."
                              << ">settings</a>";
     // A language without a translation reads English, with English plural forms, not the source's.
-    QTest::newRow("not spoken") << "fi_FI" << false << "Detect"
+    QTest::newRow("not spoken") << "fi_FI" << false << "Detect and pair"
                                 << "1 bridge found."
                                 << "3 bridges found."
                                 << ">settings</a>";

@@ -57,6 +57,17 @@ private:
         return m_view->findChild<T*>(name);
     }
     ConnectionView& view() const { return *m_view->connectionView(); }
+    /// The texts of the buttons of the selected bridge's view that show, in alphabetical order.
+    QStringList shownButtons() const
+    {
+        QStringList texts;
+        for (const QPushButton* button : view().findChildren<QPushButton*>()) {
+            if (button->isVisible())
+                texts << button->text();
+        }
+        texts.sort();
+        return texts;
+    }
     QTreeWidget* bridgeList() const { return child<QTreeWidget>(QStringLiteral("pairedBridges")); }
     /// Name, id, address, transport and state of the list's row.
     QStringList row(int index) const
@@ -181,10 +192,13 @@ void TestConnectionView::statusShowsTheConnectionAndItsButtonDisconnects()
 void TestConnectionView::pairingAsksForTheLinkButtonUntilItIsPressed()
 {
     m_bench->store().writeString(SettingsKeys::bridgeUser, QStringLiteral("old-key"));
+    QCOMPARE(shownButtons(), (QStringList{u"Connect"_qs, u"Detect and pair"_qs}));
     QTest::mouseClick(child<QRadioButton>(QStringLiteral("manualChoice")), Qt::LeftButton);
     QCOMPARE(view().configurationPart().connectionType(), ConfigurationPart::manual);
     auto* field = child<QLineEdit>(QStringLiteral("addressField"));
     QVERIFY(field->isVisible());
+    // The one beside the address: not a second one by the status.
+    QCOMPARE(shownButtons(), QStringList{u"Connect"_qs});
     QTest::keyClicks(field, QStringLiteral(" ") + m_bench->bridge().hostAndPort());
     QCOMPARE(m_bench->settings().hueIP(), m_bench->bridge().hostAndPort());
     m_bench->settings().home().setConnectionErrorMessage(QStringLiteral("an old problem"));
@@ -204,6 +218,7 @@ void TestConnectionView::pairingAsksForTheLinkButtonUntilItIsPressed()
     QTest::mouseClick(child<QPushButton>(QStringLiteral("manualConnectButton")), Qt::LeftButton);
 
     QTRY_COMPARE(status(), QStringLiteral("CONNECTED"));
+    QCOMPARE(shownButtons(), (QStringList{u"Connect"_qs, u"Disconnect"_qs}));
     QCOMPARE(error(), QString());
     QCOMPARE(m_bench->store().readString(SettingsKeys::bridgeUser), m_bench->bridge().users().last());
     QCOMPARE(m_bench->store().readString(SettingsKeys::bridgeIP), m_bench->bridge().hostAndPort());

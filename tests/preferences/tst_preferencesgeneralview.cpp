@@ -101,6 +101,9 @@ void TestPreferencesGeneralView::switchesStoreTheirSettings_data()
                                  << "showScenes" << false;
     QTest::newRow("zones") << "showZones"
                            << "showZones" << true;
+    // The desktop hears of events the user did not cause only once asked to.
+    QTest::newRow("notifications") << "notifications"
+                                   << "notifyEvents" << false;
 }
 
 void TestPreferencesGeneralView::switchesStoreTheirSettings()
@@ -114,9 +117,10 @@ void TestPreferencesGeneralView::switchesStoreTheirSettings()
 
     QCOMPARE(m_state->store().value(key), QVariant(!before));
     const Preferences& preferences = m_state->settings().preferences();
-    QCOMPARE(key == "showScenes"  ? preferences.showScenes()
-             : key == "showZones" ? preferences.showZones()
-                                  : preferences.showColorBarsForRooms(),
+    QCOMPARE(key == "showScenes"     ? preferences.showScenes()
+             : key == "showZones"    ? preferences.showZones()
+             : key == "notifyEvents" ? preferences.notifiesEvents()
+                                     : preferences.showColorBarsForRooms(),
              !before);
 }
 

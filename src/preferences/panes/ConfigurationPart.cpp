@@ -15,7 +15,7 @@
 ConfigurationPart::ConfigurationPart(BridgeLink& settings, QWidget* parent)
     : QWidget(parent), m_settings(settings), m_automatic(new QRadioButton(tr("Automatic"), this)),
       m_manual(new QRadioButton(tr("Manual"), this)), m_modes(new QStackedWidget(this)),
-      m_detect(new QPushButton(tr("Detect"))), m_found(new QLabel), m_address(new QLineEdit),
+      m_detect(new QPushButton(tr("Detect and pair"))), m_found(new QLabel), m_address(new QLineEdit),
       m_addressProblem(new QLabel), m_connect(new QPushButton(tr("Connect")))
 {
     m_automatic->setObjectName(QStringLiteral("automaticChoice"));
@@ -41,6 +41,8 @@ ConfigurationPart::ConfigurationPart(BridgeLink& settings, QWidget* parent)
     auto* automaticRow = new QHBoxLayout(automaticPage);
     automaticRow->setContentsMargins(0, 0, 0, 0);
     m_detect->setObjectName(QStringLiteral("detectButton"));
+    m_detect->setToolTip(tr("Finds the bridge on your network and asks it to pair at once: press its link "
+                            "button first."));
     m_found->setObjectName(QStringLiteral("foundAddress"));
     automaticRow->addWidget(m_detect);
     automaticRow->addWidget(m_found, 1);
@@ -93,17 +95,19 @@ QString ConfigurationPart::addressPlaceholder()
 
 void ConfigurationPart::setConnectionType(ConnectionType type)
 {
-    m_connectionType = type;
+    const bool changed = std::exchange(m_connectionType, type) != type;
     (type == manual ? m_manual : m_automatic)->setChecked(true);
     m_modes->setCurrentIndex(type);
     if (type == manual && m_automatic->hasFocus())
         m_address->setFocus();
+    if (changed)
+        Q_EMIT connectionTypeChanged(type);
 }
 
 void ConfigurationPart::setBusy(bool detecting, bool connecting)
 {
     m_detect->setEnabled(!detecting && !connecting);
-    m_detect->setText(detecting ? tr("Detecting…") : tr("Detect"));
+    m_detect->setText(detecting ? tr("Detecting…") : tr("Detect and pair"));
     m_connecting = connecting;
     m_connect->setEnabled(!connecting && m_addressProblem->isHidden());
     m_connect->setText(connecting ? tr("Connecting…") : tr("Connect"));

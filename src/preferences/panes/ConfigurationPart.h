@@ -9,8 +9,9 @@ class QPushButton;
 class QRadioButton;
 class QStackedWidget;
 
-/// Where the bridge is: found automatically ("Automatic", the Detect button) or typed in ("Manual", an
-/// address field bound to `hueIP` and a Connect button). What the buttons start is the connection pane's.
+/// Where the bridge is: found automatically ("Automatic", the "Detect and pair" button, which pairs with the
+/// bridge found at once) or typed in ("Manual", an address field bound to `hueIP` and a Connect button).
+/// What the buttons start is the connection pane's.
 class ConfigurationPart final : public QWidget
 {
     Q_OBJECT
@@ -35,6 +36,7 @@ public:
     static QString addressPlaceholder();
 
 Q_SIGNALS:
+    void connectionTypeChanged(ConfigurationPart::ConnectionType type);
     void detectRequested();
     void connectRequested();
 

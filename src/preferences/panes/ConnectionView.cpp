@@ -94,6 +94,7 @@ ConnectionView::ConnectionView(BridgeSession& session, const BridgeSessions& ses
                 onStateChanged();
             });
     connect(m_configuration, &ConfigurationPart::connectRequested, this, &ConnectionView::onConnect);
+    connect(m_configuration, &ConfigurationPart::connectionTypeChanged, this, &ConnectionView::updateBusy);
     connect(m_configuration, &ConfigurationPart::detectRequested, this, &ConnectionView::onDetect);
     connect(m_sendDebug, &LinkButton::clicked, this, &ConnectionView::onSendDebug);
     connect(&m_pairing, &BridgePairing::pairingFinished, this, &ConnectionView::onPairingFinished);
@@ -117,14 +118,15 @@ QString ConnectionView::connectedHint()
 
 QString ConnectionView::unpairedHint()
 {
-    return tr(
-        "Glowdeck is not paired with a Hue bridge yet. Find your bridge below (Detect), or choose Manual "
-        "and type its address; then press the round link button on the bridge and click Connect.");
+    return tr("Glowdeck is not paired with a Hue bridge yet. Press the round link button on the bridge, then "
+              "click \"Detect and pair\" below: it finds the bridge and asks it to pair at once. Or choose "
+              "Manual, type the bridge's address and click Connect.");
 }
 
 QString ConnectionView::linkButtonHint()
 {
-    return tr("You need to press the link button on your bridge before clicking Connect.");
+    return tr("You need to press the link button on your bridge before clicking \"Detect and pair\" or "
+              "Connect.");
 }
 
 QString ConnectionView::notAnsweringHint(const QString& address)
@@ -214,6 +216,8 @@ void ConnectionView::updateBusy()
     const bool connected = m_settings.home().bridgeConnected();
     m_statusButton->setText(connected ? tr("Disconnect") : m_connecting ? tr("Connecting…") : tr("Connect"));
     m_statusButton->setEnabled(connected || !m_connecting);
+    // Manual has its own Connect beside the address: a second one by the status would only puzzle.
+    m_statusButton->setVisible(connected || m_configuration->connectionType() != ConfigurationPart::manual);
     m_configuration->setBusy(m_detecting, m_connecting);
 }
 

@@ -20,12 +20,17 @@ PreferencesGeneralView::PreferencesGeneralView(Preferences& preferences, StartAt
       m_runAtStart(new QCheckBox(tr("Run at start"), this)),
       m_colorBars(new QCheckBox(tr("Show color bars for rooms"), this)),
       m_showZones(new QCheckBox(tr("Show zones"), this)),
-      m_showScenes(new QCheckBox(tr("Show scene panel"), this)), m_appIcon(new QComboBox(this))
+      m_showScenes(new QCheckBox(tr("Show scene panel"), this)),
+      m_notifications(new QCheckBox(tr("Notifications"), this)), m_appIcon(new QComboBox(this))
 {
     m_runAtStart->setObjectName(QStringLiteral("runAtStart"));
     m_colorBars->setObjectName(QStringLiteral("showColorBars"));
     m_showZones->setObjectName(QStringLiteral("showZones"));
     m_showScenes->setObjectName(QStringLiteral("showScenes"));
+    m_notifications->setObjectName(QStringLiteral("notifications"));
+    m_notifications->setToolTip(
+        tr("Tell the desktop when a timer went off, a bridge was lost or found again, "
+           "or refused a change while the window was closed."));
     m_appIcon->setObjectName(QStringLiteral("appIconPicker"));
     m_appIcon->setAccessibleName(tr("App icon"));
     m_runAtStart->setToolTip(tr("Start Glowdeck when you log in."));
@@ -58,6 +63,7 @@ PreferencesGeneralView::PreferencesGeneralView(Preferences& preferences, StartAt
     layout->addWidget(m_colorBars);
     layout->addWidget(m_showZones);
     layout->addWidget(m_showScenes);
+    layout->addWidget(m_notifications);
     layout->addLayout(iconRow);
     layout->addSpacing(4);
     layout->addWidget(rule);
@@ -68,13 +74,14 @@ PreferencesGeneralView::PreferencesGeneralView(Preferences& preferences, StartAt
     connect(m_colorBars, &QCheckBox::toggled, &m_preferences, &Preferences::setShowColorBarsForRooms);
     connect(m_showZones, &QCheckBox::toggled, &m_preferences, &Preferences::setShowZones);
     connect(m_showScenes, &QCheckBox::toggled, this, &PreferencesGeneralView::onShowScenesToggled);
+    connect(m_notifications, &QCheckBox::toggled, &m_preferences, &Preferences::setNotifiesEvents);
     connect(m_appIcon, &QComboBox::activated, this, &PreferencesGeneralView::onIconChosen);
     connect(&m_startAtLogin, &StartAtLogin::changed, this, [this](bool enabled) {
         const QSignalBlocker blocker(m_runAtStart);
         m_runAtStart->setChecked(enabled);
     });
     m_preferences.whenChanged({SettingsKeys::showColorBarsForRooms, SettingsKeys::showZones,
-                               SettingsKeys::showScenes, SettingsKeys::appIcon},
+                               SettingsKeys::showScenes, SettingsKeys::notifyEvents, SettingsKeys::appIcon},
                               this, &PreferencesGeneralView::onSettingsChanged);
     onSettingsChanged();
 }
@@ -113,8 +120,10 @@ void PreferencesGeneralView::onSettingsChanged()
     const QSignalBlocker colorBars(m_colorBars);
     const QSignalBlocker showScenes(m_showScenes);
     const QSignalBlocker showZones(m_showZones);
+    const QSignalBlocker notifications(m_notifications);
     m_colorBars->setChecked(m_preferences.showColorBarsForRooms());
     m_showZones->setChecked(m_preferences.showZones());
     m_showScenes->setChecked(m_preferences.showScenes());
+    m_notifications->setChecked(m_preferences.notifiesEvents());
     m_appIcon->setCurrentIndex(std::max(0, m_appIcon->findData(m_preferences.appIcon())));
 }

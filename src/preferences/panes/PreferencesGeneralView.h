@@ -21,8 +21,8 @@ struct AppIconChoice
     QIcon icon;
 };
 
-/// The general pane: "Run at Start", "Show color bars for rooms", "Show Scene Panel", the "App Icon" picker,
-/// and below them the support links and the version.
+/// The general pane: "Run at Start", "Show color bars for rooms", "Show zones", "Show Scene Panel",
+/// "Notifications", the "App Icon" picker, and below them the support links and the version.
 class PreferencesGeneralView final : public QWidget
 {
     Q_OBJECT
@@ -54,5 +54,6 @@ private:
     QCheckBox* m_colorBars;
     QCheckBox* m_showZones;
     QCheckBox* m_showScenes;
+    QCheckBox* m_notifications;
     QComboBox* m_appIcon;
 };
