@@ -38,6 +38,10 @@ private slots:
     void eventStreamRefusesWhereABridgeWould();
     void eventStreamEndsAndBreaks();
     void twoBridgesShareNothing();
+    void v2ReadShowsTheHomeOfV1();
+    void v2WriteShowsOverV1AndInEvents_data();
+    void v2WriteShowsOverV1AndInEvents();
+    void v2RefusesOnDemand();
     void programRunsTheBridgesAskedFor_data();
     void programRunsTheBridgesAskedFor();
 
@@ -54,6 +58,11 @@ private:
     Reply send(const QByteArray& method, const QString& path, const QByteArray& body = {},
                const BridgeSimulator* bridge = nullptr);
     QString api(const QString& rest) const { return QStringLiteral("/api/") + m_user + rest; }
+    /// Sends to the version-2 interface of @p bridge (m_simulator when none) over HTTPS with @p key.
+    Reply sendV2(const QByteArray& method, const QString& path, const QByteArray& body = {},
+                 const QByteArray& key = "tester0123456789", BridgeSimulator* bridge = nullptr);
+    /// The version-2 resources of a read, by "<type> <id_v1 or id>".
+    static QHash<QString, QJsonObject> byKey(const Reply& reply);
     /// The object under @p key in the first item of the answer ("success" or "error").
     static QJsonObject first(const Reply& r, const QString& key) { return r.json[0][key].toObject(); }
 
@@ -95,6 +104,46 @@ tst_BridgeSimulator::Reply tst_BridgeSimulator::send(const QByteArray& method, c
     const QByteArray answer = reply->readAll();
     return {reply->error(), reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt(), answer,
             QJsonDocument::fromJson(answer)};
+}
+
+tst_BridgeSimulator::Reply tst_BridgeSimulator::sendV2(const QByteArray& method, const QString& path,
+                                                       const QByteArray& body, const QByteArray& key,
+                                                       BridgeSimulator* bridge)
+{
+    bridge = bridge ? bridge : m_simulator.get();
+    if (bridge->tlsPort() == 0)
+        bridge->listenTls();
+    QNetworkRequest request(QUrl(bridge->httpsAddress() + path));
+    request.setRawHeader("hue-application-key", key);
+    request.setHeader(QNetworkRequest::ContentTypeHeader, QByteArrayLiteral("application/json"));
+    request.setTransferTimeout(10'000);
+    QSslConfiguration tls = QSslConfiguration::defaultConfiguration();
+    tls.setCaCertificates({bridge->authorityCertificate()});
+    request.setSslConfiguration(tls);
+    std::unique_ptr<QNetworkReply> reply(m_network.sendCustomRequest(request, method, body));
+    connect(reply.get(), &QNetworkReply::sslErrors, [&reply](const QList<QSslError>& errors) {
+        if (std::all_of(errors.begin(), errors.end(),
+                        [](const QSslError& e) { return e.error() == QSslError::HostNameMismatch; }))
+            reply->ignoreSslErrors(errors);
+    });
+    QSignalSpy finished(reply.get(), &QNetworkReply::finished);
+    if (!reply->isFinished())
+        finished.wait(15'000);
+    const QByteArray answer = reply->readAll();
+    return {reply->error(), reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt(), answer,
+            QJsonDocument::fromJson(answer)};
+}
+
+QHash<QString, QJsonObject> tst_BridgeSimulator::byKey(const Reply& reply)
+{
+    QHash<QString, QJsonObject> found;
+    for (const QJsonValue item : reply.json["data"].toArray()) {
+        const QJsonObject resource = item.toObject();
+        const QString name =
+            resource.contains("id_v1") ? resource["id_v1"].toString() : resource["id"].toString();
+        found.insert(resource["type"].toString() + ' ' + name, resource);
+    }
+    return found;
 }
 
 void tst_BridgeSimulator::init()
@@ -423,7 +472,12 @@ void tst_BridgeSimulator::eventStreamTellsEveryChange()
                    : QHash<QString, QJsonObject>{};
     };
     auto events = step([&] { send("PUT", api("/lights/1/state"), R"({"bri":127,"ct":300})"); });
-    QCOMPARE(events.keys(), QStringList{"update light /lights/1"});
+    // The lamp, and the mean brightness of each group that holds it.
+    QStringList keys = events.keys();
+    keys.sort();
+    QCOMPARE(keys, QStringList({"update grouped_light /groups/0", "update grouped_light /groups/1",
+                                "update grouped_light /groups/5", "update grouped_light /groups/6",
+                                "update light /lights/1"}));
     QJsonObject light = events.value("update light /lights/1");
     QCOMPARE(at(light, "dimming.brightness").toDouble(), 50.0);
     QCOMPARE(at(light, "color_temperature").toObject(), QJsonObject({{"mirek", 300}, {"mirek_valid", true}}));
@@ -481,7 +535,7 @@ void tst_BridgeSimulator::eventStreamTellsEveryChange()
     QCOMPARE(at(events.value("delete scene /scenes/" + dropped), "id_v1").toString(), "/scenes/" + dropped);
     QCOMPARE(at(events.value("add scene /scenes/N3w"), "metadata.name"), "New");
     QCOMPARE(at(events.value("add scene /scenes/N3w"), "group.rtype"), "room");
-    QVERIFY(!events.contains("update scene /scenes/xR4tB1kVn2QmZ8a"));
+    QVERIFY(!events.value("update scene /scenes/xR4tB1kVn2QmZ8a").contains("metadata")); // its lamps only
 
     QTRY_COMPARE_WITH_TIMEOUT(other->events.size(), steps, 10'000);
     QCOMPARE(app->events.size(), steps);
@@ -658,3 +712,260 @@ void tst_BridgeSimulator::programRunsTheBridgesAskedFor()
 
 QTEST_GUILESS_MAIN(tst_BridgeSimulator)
 #include "tst_bridgesimulator.moc"
+
+void tst_BridgeSimulator::v2ReadShowsTheHomeOfV1()
+{
+    const Reply all = sendV2("GET", "/clip/v2/resource");
+    QCOMPARE(all.status, 200);
+    QCOMPARE(all.json["errors"].toArray(), QJsonArray());
+    const QHash<QString, QJsonObject> home = byKey(all);
+
+    // The same lamps, each with what it can do and nothing more.
+    for (const QString& id : m_simulator->lightIds()) {
+        const QJsonObject v1 = m_simulator->light(id);
+        const QJsonObject state = v1["state"].toObject();
+        const QJsonObject light = home.value("light /lights/" + id);
+        QCOMPARE(light["metadata"]["name"], v1["name"]);
+        QCOMPARE(light["on"]["on"], state["on"]);
+        QCOMPARE(light.contains("dimming"), state.contains("bri"));
+        QCOMPARE(light.contains("color"), state.contains("xy"));
+        QCOMPARE(light["color_temperature"]["mirek_schema"].isObject(), state.contains("ct"));
+        if (state.contains("bri"))
+            QCOMPARE(qRound(light["dimming"]["brightness"].toDouble() * 2.54), state["bri"].toInt());
+        const QJsonObject device = home.value("device /lights/" + id);
+        QCOMPARE(light["owner"]["rid"], device["id"]);
+        QCOMPARE(device["product_data"]["model_id"], v1["modelid"]);
+        QCOMPARE(home.value("zigbee_connectivity /lights/" + id)["status"].toString(),
+                 state["reachable"].toBool() ? "connected" : "connectivity_issue");
+    }
+    QVERIFY(!home.value("light /lights/10").contains("dimming")); // the plug
+    QCOMPARE(at(home.value("light /lights/1"), "color.gamut_type"), "C");
+
+    // Rooms hold devices, zones lights; every room, zone and the home has its grouped light.
+    const QJsonObject kitchen = home.value("room /groups/2");
+    QCOMPARE(kitchen["metadata"]["name"], "Kitchen");
+    QCOMPARE(kitchen["children"][1]["rid"], home.value("device /lights/5")["id"]);
+    QCOMPARE(kitchen["services"][0]["rid"], home.value("grouped_light /groups/2")["id"]);
+    QCOMPARE(home.value("zone /groups/5")["children"][3]["rid"], home.value("light /lights/12")["id"]);
+    const QJsonObject everything = home.value("bridge_home /groups/0");
+    QCOMPARE(everything["services"][0]["rid"], home.value("grouped_light /groups/0")["id"]);
+    QCOMPARE(everything["children"].toArray().size(), 4 + 1 + 2); // rooms, the hall lamp, switches
+    QVERIFY(!home.contains("grouped_light /groups/6"));           // a v1 light group is nothing of version 2
+    QCOMPARE(at(home.value("grouped_light /groups/3"), "dimming.brightness"),
+             40.16); // 6 and 8 lit, 7 off at full
+
+    // The scenes of a room or zone, and the switches with their batteries.
+    const QJsonObject relax = home.value("scene /scenes/xR4tB1kVn2QmZ8a");
+    QCOMPARE(relax["group"]["rid"], home.value("room /groups/1")["id"]);
+    QCOMPARE(relax["status"]["active"], "inactive");
+    QCOMPARE(relax["palette"]["color"].toArray().size(), 1);
+    QCOMPARE(relax["actions"].toArray().size(), 3);
+    QVERIFY(!home.contains("scene /scenes/Sav4nnaSunset01"));
+    int batteries = 0;
+    for (const QJsonObject& resource : home) {
+        if (resource["type"] == "device_power") {
+            ++batteries;
+            QVERIFY(!resource.contains("id_v1"));
+            QVERIFY(resource["power_state"]["battery_level"].toInt() > 0);
+        } else if (resource["type"] == "smart_scene") {
+            QCOMPARE(resource["group"]["rid"], home.value("room /groups/1")["id"]);
+            QCOMPARE(resource["state"], "inactive");
+        }
+    }
+    QCOMPARE(batteries, 2);
+
+    // By type and by id, the same; ids stay with the bridge id, whichever simulator serves it.
+    QCOMPARE(sendV2("GET", "/clip/v2/resource/light").json["data"].toArray().size(), 12);
+    const QString id = home.value("light /lights/3")["id"].toString();
+    QCOMPARE(sendV2("GET", "/clip/v2/resource/light/" + id).json["data"][0].toObject(),
+             home.value("light /lights/3"));
+    BridgeSimulator again;
+    QVERIFY(again.registerUser(m_user));
+    QCOMPARE(
+        byKey(sendV2("GET", "/clip/v2/resource/room", {}, m_user.toUtf8(), &again)).value("room /groups/1"),
+        home.value("room /groups/1"));
+
+    // As a bridge refuses.
+    QCOMPARE(sendV2("GET", "/clip/v2/resource", {}, "nobody").json["errors"][0]["description"],
+             "unauthorized user");
+    QCOMPARE(sendV2("GET", "/clip/v2/resource", {}, {}).status, 403);
+    QCOMPARE(sendV2("GET", "/clip/v2/resource/light/" + home.value("room /groups/1")["id"].toString()).status,
+             404);
+    QCOMPARE(sendV2("GET", "/clip/v2/resource/lamp").status, 404);
+    QCOMPARE(sendV2("GET", "/clip/v2/resource/motion").json["data"].toArray(), QJsonArray());
+}
+
+void tst_BridgeSimulator::v2WriteShowsOverV1AndInEvents_data()
+{
+    QTest::addColumn<QString>("type");
+    QTest::addColumn<QString>("address");
+    QTest::addColumn<QByteArray>("body");
+    QTest::addColumn<int>("status");
+    QTest::addColumn<QString>("v1Path"); // what a v1 read shows afterwards, "" for nothing to check
+    QTest::addColumn<QJsonValue>("v1Value");
+
+    QTest::newRow("light on, dimmed")
+        << "light"
+        << "/lights/3" << QByteArray(R"({"on":{"on":true},"dimming":{"brightness":50}})") << 200
+        << "/lights/3.state.bri" << QJsonValue(127);
+    QTest::newRow("light colour") << "light"
+                                  << "/lights/1"
+                                  << QByteArray(
+                                         R"({"color":{"xy":{"x":0.3,"y":0.31}},"dynamics":{"duration":400}})")
+                                  << 200 << "/lights/1.state.xy" << QJsonValue(QJsonArray{0.3, 0.31});
+    QTest::newRow("light white tone") << "light"
+                                      << "/lights/4" << QByteArray(R"({"color_temperature":{"mirek":250}})")
+                                      << 200 << "/lights/4.state.ct" << QJsonValue(250);
+    QTest::newRow("light brighter") << "light"
+                                    << "/lights/1"
+                                    << QByteArray(
+                                           R"({"dimming_delta":{"action":"up","brightness_delta":10}})")
+                                    << 200 << "/lights/1.state.bri" << QJsonValue(225);
+    QTest::newRow("light warmer") << "light"
+                                  << "/lights/4"
+                                  << QByteArray(
+                                         R"({"color_temperature_delta":{"action":"up","mirek_delta":100}})")
+                                  << 200 << "/lights/4.state.ct" << QJsonValue(333);
+    QTest::newRow("room") << "grouped_light"
+                          << "/groups/3" << QByteArray(R"({"on":{"on":false}})") << 200
+                          << "/lights/8.state.on" << QJsonValue(false);
+    QTest::newRow("zone") << "grouped_light"
+                          << "/groups/5" << QByteArray(R"({"dimming":{"brightness":100}})") << 200
+                          << "/lights/4.state.bri" << QJsonValue(254);
+    QTest::newRow("whole home") << "grouped_light"
+                                << "/groups/0" << QByteArray(R"({"on":{"on":true}})") << 200
+                                << "/lights/7.state.on" << QJsonValue(true);
+    QTest::newRow("scene") << "scene"
+                           << "/scenes/c0ncEntrAte4Kit" << QByteArray(R"({"recall":{"action":"active"}})")
+                           << 200 << "/lights/4.state.ct" << QJsonValue(233);
+    QTest::newRow("scene dynamic") << "scene"
+                                   << "/scenes/xR4tB1kVn2QmZ8a"
+                                   << QByteArray(R"({"recall":{"action":"dynamic_palette"},"speed":0.8})")
+                                   << 200 << "/lights/3.state.bri" << QJsonValue(144);
+    QTest::newRow("smart scene") << "smart_scene"
+                                 << "/groups/1" << QByteArray(R"({"recall":{"action":"activate"}})") << 200
+                                 << "/lights/1.state.on" << QJsonValue(true);
+    QTest::newRow("brightness too high") << "light"
+                                         << "/lights/3" << QByteArray(R"({"dimming":{"brightness":101}})")
+                                         << 400 << "/lights/3.state.bri" << QJsonValue(120);
+    QTest::newRow("plug dimmed") << "light"
+                                 << "/lights/10" << QByteArray(R"({"dimming":{"brightness":10}})") << 400
+                                 << "" << QJsonValue();
+    QTest::newRow("not json") << "light"
+                              << "/lights/3" << QByteArray("{on") << 400 << "" << QJsonValue();
+    QTest::newRow("on not a flag") << "grouped_light"
+                                   << "/groups/1" << QByteArray(R"({"on":{"on":"yes"}})") << 400
+                                   << "/lights/3.state.on" << QJsonValue(false);
+    QTest::newRow("mirek out of range")
+        << "light"
+        << "/lights/4" << QByteArray(R"({"color_temperature":{"mirek":600}})") << 400 << "" << QJsonValue();
+    QTest::newRow("unknown recall") << "scene"
+                                    << "/scenes/xR4tB1kVn2QmZ8a"
+                                    << QByteArray(R"({"recall":{"action":"go"}})") << 400 << ""
+                                    << QJsonValue();
+}
+
+void tst_BridgeSimulator::v2WriteShowsOverV1AndInEvents()
+{
+    QFETCH(QString, type);
+    QFETCH(QString, address);
+    QFETCH(QByteArray, body);
+    QFETCH(int, status);
+    QFETCH(QString, v1Path);
+    QFETCH(QJsonValue, v1Value);
+
+    const std::unique_ptr<Listener> listener = listen(m_user.toUtf8());
+    QTRY_VERIFY_WITH_TIMEOUT(listener->text.startsWith(": hi\n\n"), 10'000);
+    const QString id = m_simulator->v2Id(type, address);
+    const Reply reply = sendV2("PUT", "/clip/v2/resource/" + type + '/' + id, body);
+    QCOMPARE(reply.status, status);
+    if (status == 200) {
+        QCOMPARE(reply.json["data"].toArray(), QJsonArray({QJsonObject{{"rid", id}, {"rtype", type}}}));
+        QCOMPARE(reply.json["errors"].toArray(), QJsonArray());
+    } else {
+        QVERIFY(!reply.json["errors"][0]["description"].toString().isEmpty());
+    }
+    if (!v1Path.isEmpty()) {
+        const QStringList parts = v1Path.split('.');
+        const Reply v1 = send("GET", api(parts.first()));
+        QCOMPARE(at(v1.json.object(), parts.mid(1).join('.')), v1Value);
+    }
+
+    // The same event as a change over version 1 makes; a refused write makes none.
+    send("PUT", api("/lights/11/state"), R"({"on":false})");
+    QTRY_VERIFY_WITH_TIMEOUT(!listener->events.isEmpty(), 10'000);
+    const QHash<QString, QJsonObject> events = resources(listener->events.first());
+    if (status != 200) {
+        QVERIFY(events.contains("update light /lights/11"));
+        QVERIFY(!events.contains("update " + type + ' ' + address));
+    } else if (type == u"light") {
+        QCOMPARE(at(events.value("update light " + address), "id").toString(), id);
+    } else if (type == u"grouped_light") {
+        QCOMPARE(at(events.value("update grouped_light " + address), "id").toString(), id);
+    } else if (type == u"scene") {
+        QVERIFY(at(events.value("update scene " + address), "status.active").toString() != "inactive");
+    } else {
+        QCOMPARE(at(events.value("update smart_scene "), "state"), "active");
+    }
+}
+
+void tst_BridgeSimulator::v2RefusesOnDemand()
+{
+    const QString kitchen = m_simulator->v2Id("grouped_light", "/groups/2");
+    const QString lamp = m_simulator->v2Id("light", "/lights/4");
+    const QString path = "/clip/v2/resource/grouped_light/" + kitchen;
+
+    // Some done, some not: the lamp that cannot be reached stays as it was.
+    m_simulator->setV2PartialSuccess(true);
+    Reply reply = sendV2("PUT", path, R"({"dimming":{"brightness":10}})");
+    QCOMPARE(reply.status, 207);
+    QCOMPARE(reply.json["errors"][0]["description"], "device (Kitchen candle 2) is not reachable");
+    QCOMPARE(at(m_simulator->light("4"), "state.bri"), 25);
+    QCOMPARE(at(m_simulator->light("5"), "state.bri"), 254);
+    m_simulator->setV2PartialSuccess(false);
+
+    // Busy, for a while, for writes only.
+    for (const int status : {429, 503}) {
+        m_simulator->setV2Busy(status, 60'000);
+        QCOMPARE(sendV2("PUT", path, R"({"on":{"on":false}})").status, status);
+        QCOMPARE(sendV2("GET", "/clip/v2/resource/light").status, 200);
+        QCOMPARE(at(m_simulator->light("4"), "state.on"), true);
+    }
+    m_simulator->setV2Busy(429, 0);
+    m_simulator->setV2Busy(503, 60'000, true); // the next write is taken, the one after is not
+    QCOMPARE(sendV2("PUT", path, R"({"on":{"on":true}})").status, 200);
+    QCOMPARE(sendV2("PUT", path, R"({"on":{"on":false}})").status, 503);
+    m_simulator->setV2Busy(503, 0);
+
+    // An error for one resource's writes; the others are taken.
+    m_simulator->setV2WriteError(400, "device (Kitchen candle 1) is busy", 1, lamp);
+    reply = sendV2("PUT", "/clip/v2/resource/light/" + lamp, R"({"on":{"on":false}})");
+    QCOMPARE(reply.status, 400);
+    QCOMPARE(reply.json["errors"][0]["description"], "device (Kitchen candle 1) is busy");
+    QCOMPARE(sendV2("PUT", path, R"({"on":{"on":true}})").status, 200);
+    QCOMPARE(sendV2("PUT", "/clip/v2/resource/light/" + lamp, R"({"on":{"on":false}})").status, 200);
+
+    // The bridge's pace: a grouped light a second, a light ten.
+    m_simulator->setV2PaceEnforced(true);
+    QCOMPARE(sendV2("PUT", path, R"({"on":{"on":true}})").status, 200);
+    QCOMPARE(sendV2("PUT", path, R"({"on":{"on":false}})").status, 429);
+    QCOMPARE(at(m_simulator->light("4"), "state.on"), true);
+    m_simulator->setV2PaceEnforced(false);
+
+    // Old firmware and plain HTTP have no version 2; version 1 answers all along.
+    m_simulator->setV2Enabled(false);
+    QCOMPARE(sendV2("GET", "/clip/v2/resource").status, 404);
+    QCOMPARE(sendV2("PUT", path, R"({"on":{"on":false}})").status, 404);
+    m_simulator->setV2Enabled(true);
+    QCOMPARE(send("GET", "/clip/v2/resource").status, 404);
+    QCOMPARE(send("GET", api("/lights")).status, 200);
+
+    // The request log tells which interface a client used.
+    QStringList v1Reads;
+    for (const SimulatedRequest& request : m_simulator->requests()) {
+        if (request.method == "GET" && request.path.startsWith("/api/"))
+            v1Reads.append(request.path);
+    }
+    QCOMPARE(v1Reads, QStringList{api("/lights")});
+    QCOMPARE(m_simulator->requests().first().path, path);
+}

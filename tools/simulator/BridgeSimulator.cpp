@@ -1,8 +1,10 @@
 #include "BridgeSimulator.h"
 
 #include "SimulatedApi.h"
+#include "SimulatedClipApi.h"
 #include "SimulatedEventStream.h"
 #include "SimulatedHome.h"
+#include "SimulatedResources.h"
 #include "SimulatedSchedules.h"
 #include "SimulatorHttpConnection.h"
 #include "SimulatorHttpServer.h"
@@ -46,7 +48,7 @@ BridgeSimulator::BridgeSimulator(Floor floor, QObject* parent)
     : QObject(parent), m_home(std::make_unique<SimulatedHome>(floor)),
       m_schedules(new SimulatedSchedules(this)), m_server(new SimulatorHttpServer(false, this)),
       m_api(std::make_unique<SimulatedApi>(*m_home, *m_schedules)),
-      m_events(new SimulatedEventStream(*m_home, this))
+      m_clip(std::make_unique<SimulatedClipApi>(*m_home)), m_events(new SimulatedEventStream(*m_home, this))
 {
     m_clock.start();
     connect(this, &BridgeSimulator::homeChanged, m_events, &SimulatedEventStream::homeChanged);
@@ -473,6 +475,31 @@ void BridgeSimulator::dropEventStreams()
     m_events->dropAll();
 }
 
+void BridgeSimulator::setV2Busy(int status, int milliseconds, bool fromNextWrite)
+{
+    m_clip->setBusy(status, milliseconds, fromNextWrite ? -1 : m_clock.elapsed());
+}
+
+void BridgeSimulator::setV2PartialSuccess(bool partial)
+{
+    m_clip->setPartialSuccess(partial);
+}
+
+void BridgeSimulator::setV2WriteError(int status, const QString& description, int times, const QString& id)
+{
+    m_clip->setWriteError(status, description, times, id);
+}
+
+void BridgeSimulator::setV2PaceEnforced(bool enforced)
+{
+    m_clip->setPaceEnforced(enforced);
+}
+
+QString BridgeSimulator::v2Id(const QString& type, const QString& address) const
+{
+    return SimulatedResources::resourceId(bridgeId(), type, address).toString(QUuid::WithoutBraces);
+}
+
 void BridgeSimulator::setBusyAfterChange(int milliseconds)
 {
     m_busySpell = std::max(milliseconds, 0);
@@ -545,6 +572,19 @@ void BridgeSimulator::onHttpRequest(SimulatorHttpConnection* connection, const S
     switch (fault) {
     case Fault::None:
     case Fault::DripFeed:
+        if (SimulatedClipApi::isClipPath(http.path)) {
+            if (http.encrypted && m_v2Enabled) {
+                answer = m_clip->handle(http.method, http.path, http.headers.value("hue-application-key"),
+                                        http.body, now);
+                if (answer.changed)
+                    emit homeChanged();
+            } else {
+                // Plain HTTP and old firmware know nothing of the path: their web server's own 404.
+                answer = {404, QByteArrayLiteral("<html><body>404 Not Found</body></html>")};
+                contentType = QByteArrayLiteral("text/html");
+            }
+            break;
+        }
         if (eventStream) {
             if (!m_home->hasUser(QString::fromUtf8(http.headers.value("hue-application-key")))) {
                 answer.status = 403;

@@ -18,6 +18,7 @@
 #include <memory>
 
 class SimulatedApi;
+class SimulatedClipApi;
 class SimulatedEventStream;
 class SimulatedHome;
 class SimulatedSchedules;
@@ -39,9 +40,9 @@ struct SimulatedRequest
 Q_DECLARE_METATYPE(SimulatedRequest)
 
 /// A Philips Hue bridge as seen through its version-1 REST interface (/api/...), served over HTTP on a
-/// loopback port: pairing with the link button, lights, groups, scenes, config and one-shot timers, state
-/// changes that show up in the next read and in the event stream, plus recording of every request and
-/// injected faults for tests.
+/// loopback port, and its version-2 interface (/clip/v2/...) over HTTPS: pairing with the link button,
+/// lights, groups, scenes, config and one-shot timers, state changes that show up in the next read of
+/// either interface and in the event stream, plus recording of every request and injected faults for tests.
 /// Everything runs on the thread that owns it; nothing blocks. Simulators share nothing: several in one
 /// process (or in several) are as many bridges, each with its own home, users, timers, event stream and
 /// authority (unless told to share one, setAuthority()).
@@ -189,6 +190,29 @@ public:
     /// Closes every open stream at once, without an end, as a bridge that restarts.
     void dropEventStreams();
 
+    // The version-2 interface ("/clip/v2/resource/..."): served over HTTPS only, with the header
+    // "hue-application-key: <user>", from the same home as version 1 (a change through one shows through
+    // the other and in the event stream). See SimulatedClipApi and SimulatedResources for what it holds.
+    // Requests are recorded, and latency and faults apply to them as to any request.
+
+    /// Off: every "/clip/v2" path answers 404, as on a bridge with old firmware. On by default.
+    void setV2Enabled(bool enabled) { m_v2Enabled = enabled; }
+    bool isV2Enabled() const { return m_v2Enabled; }
+    /// Answers version-2 writes with @p status (429 or 503) for @p milliseconds from now (or, with
+    /// @p fromNextWrite, from the next write on, which is taken); reads are answered all along. 0 ends it.
+    void setV2Busy(int status, int milliseconds, bool fromNextWrite = false);
+    /// A grouped light written while some of its lamps cannot be reached answers 207 Multi-Status, changes
+    /// the lamps it can reach and names the others in "errors".
+    void setV2PartialSuccess(bool partial);
+    /// The next @p times version-2 writes (-1: all; 0 ends it) of resource @p id (empty: of any) are
+    /// answered @p status with the error @p description, and change nothing.
+    void setV2WriteError(int status, const QString& description, int times = 1, const QString& id = {});
+    /// Enforces the bridge's pace over version 2: a light takes a write every 100 ms, a grouped light one
+    /// a second; sooner ones are answered 429 and change nothing.
+    void setV2PaceEnforced(bool enforced);
+    /// The version-2 id of the resource of @p type standing for the version-1 @p address ("/lights/3").
+    QString v2Id(const QString& type, const QString& address) const;
+
     // Users and pairing
 
     /// Registers a new user (as a successful pairing would) and returns its name.
@@ -277,6 +301,8 @@ private:
     SimulatorHttpServer* m_server = nullptr;
     SimulatorHttpServer* m_tlsServer = nullptr;
     std::unique_ptr<SimulatedApi> m_api;
+    std::unique_ptr<SimulatedClipApi> m_clip;
+    bool m_v2Enabled = true;
     SimulatedEventStream* m_events = nullptr;
     EventStreamMode m_eventStreamMode = EventStreamMode::Normal;
     QList<SimulatedRequest> m_requests;

@@ -139,7 +139,7 @@ QByteArray SimulatedApi::fullState() const
         {QStringLiteral("schedules"), m_schedules.json()},
         {QStringLiteral("scenes"), m_home.scenesJson()},
         {QStringLiteral("rules"), QByteArrayLiteral("{}")},
-        {QStringLiteral("sensors"), QByteArrayLiteral("{}")},
+        {QStringLiteral("sensors"), m_home.sensorsJson()},
         {QStringLiteral("resourcelinks"), QByteArrayLiteral("{}")},
     });
 }
@@ -254,9 +254,15 @@ SimulatedApi::Answer SimulatedApi::userRequest(const QByteArray& method, const Q
         return notAvailable;
     }
 
+    if (resource == QLatin1String("sensors")) {
+        if (rest.size() == 1)
+            return get ? Answer{200, m_home.sensorsJson()} : wrongMethod;
+        if (rest.size() > 2 || m_home.sensor(id).isEmpty())
+            return notAvailable;
+        return get ? json(m_home.sensor(id)) : wrongMethod;
+    }
     // Not simulated, but present on every bridge: empty lists.
-    if (resource == QLatin1String("sensors") || resource == QLatin1String("rules") ||
-        resource == QLatin1String("resourcelinks")) {
+    if (resource == QLatin1String("rules") || resource == QLatin1String("resourcelinks")) {
         if (rest.size() > 1)
             return notAvailable;
         return get ? Answer{200, QByteArrayLiteral("{}")} : wrongMethod;

@@ -623,6 +623,30 @@ QByteArray groundFloor()
             }
         }
     },
+    "sensors": {
+        "2": {
+            "state": {"buttonevent": 1002, "lastupdated": "2024-01-20T19:02:11"},
+            "config": {"on": true, "battery": 82, "reachable": true, "pending": []},
+            "name": "Hall dimmer",
+            "type": "ZLLSwitch",
+            "modelid": "RWL021",
+            "manufacturername": "Signify Netherlands B.V.",
+            "productname": "Hue dimmer switch",
+            "swversion": "6.1.1.28573",
+            "uniqueid": "00:17:88:01:04:12:3f:5a-02-fc00"
+        },
+        "5": {
+            "state": {"buttonevent": 4002, "lastupdated": "2024-01-19T07:40:55"},
+            "config": {"on": true, "battery": 9, "reachable": true, "pending": []},
+            "name": "Bedroom dimmer",
+            "type": "ZLLSwitch",
+            "modelid": "RWL022",
+            "manufacturername": "Signify Netherlands B.V.",
+            "productname": "Hue dimmer switch",
+            "swversion": "2.44.0_hF4400CA",
+            "uniqueid": "00:17:88:01:0b:7e:21:c4-02-fc00"
+        }
+    },
     "config": {
         "name": "Philips hue",
         "zigbeechannel": 25,

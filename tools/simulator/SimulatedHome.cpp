@@ -5,6 +5,8 @@
 
 #include <QDateTime>
 
+#include <algorithm>
+
 namespace {
 
 QString bridgeTime(const QDateTime& time)
@@ -79,6 +81,10 @@ bool SimulatedHome::load(const QByteArray& text, QString* error)
     m_lights = std::move(document.lights);
     m_groups = std::move(document.groups);
     m_scenes = std::move(document.scenes);
+    m_sensors = std::move(document.sensors);
+    m_sceneStatus.clear();
+    m_sceneSpeed.clear();
+    m_activeSmartScenes.clear();
     const QString keptId = bridgeId();
     m_config = document.config;
     // Every bridge has an id: a home file that names none keeps this bridge's.
@@ -103,6 +109,7 @@ bool SimulatedHome::save(QByteArray* text, QString* error) const
     document.lights = m_lights;
     document.groups = m_groups;
     document.scenes = m_scenes;
+    document.sensors = m_sensors;
     document.config = m_config;
     document.users = m_users;
     return document.write(text, error);
@@ -113,6 +120,9 @@ void SimulatedHome::clear()
     m_lights = {};
     m_groups = {};
     m_scenes = {};
+    m_sensors = {};
+    m_sceneStatus.clear();
+    m_activeSmartScenes.clear();
     m_groupZeroAction = defaultGroupZeroAction();
 }
 
@@ -162,6 +172,11 @@ QByteArray SimulatedHome::groupsJson() const
 QByteArray SimulatedHome::scenesJson() const
 {
     return listJson(m_scenes, QStringLiteral("lightstates"));
+}
+
+QByteArray SimulatedHome::sensorsJson() const
+{
+    return listJson(m_sensors);
 }
 
 QJsonObject SimulatedHome::light(const QString& id) const
@@ -268,6 +283,7 @@ QJsonArray SimulatedHome::setLightState(const QString& id, const QJsonObject& bo
         return answer;
     }
     changeLight(id, body, &answer);
+    stopScenesOf({id});
     updateGroupStates();
     return answer;
 }
@@ -277,14 +293,14 @@ QJsonArray SimulatedHome::setLightAttributes(const QString& id, const QJsonObjec
     return renameResource(QStringLiteral("lights"), id, body, m_lights.items[id]);
 }
 
-void SimulatedHome::recallScene(const QString& sceneId)
+void SimulatedHome::applySceneStates(const QString& sceneId)
 {
     const QJsonObject lightStates = scene(sceneId).value(QLatin1String("lightstates")).toObject();
     for (auto it = lightStates.begin(); it != lightStates.end(); ++it)
         changeLight(it.key(), it.value().toObject(), nullptr);
 }
 
-QJsonArray SimulatedHome::setGroupAction(const QString& id, const QJsonObject& body)
+QJsonArray SimulatedHome::setGroupAction(const QString& id, const QJsonObject& body, bool skipUnreachable)
 {
     QJsonArray answer;
     const QString base = QStringLiteral("/groups/%1/action/").arg(id);
@@ -297,7 +313,7 @@ QJsonArray SimulatedHome::setGroupAction(const QString& id, const QJsonObject& b
     if (body.contains(QLatin1String("scene"))) {
         const QJsonValue sceneId = body.value(QLatin1String("scene"));
         if (sceneId.isString() && hasScene(sceneId.toString())) {
-            recallScene(sceneId.toString());
+            recallScene(sceneId.toString(), QStringLiteral("static"));
             answer.append(SimulatorJson::success(base + QStringLiteral("scene"), sceneId));
         } else {
             answer.append(SimulatorJson::error(7, base + QStringLiteral("scene"),
@@ -336,8 +352,14 @@ QJsonArray SimulatedHome::setGroupAction(const QString& id, const QJsonObject& b
         }
     }
     if (!forwarded.isEmpty()) {
-        for (const QString& lightId : groupMembers(id))
+        QStringList changed;
+        for (const QString& lightId : groupMembers(id)) {
+            if (skipUnreachable && !isLightReachable(lightId))
+                continue;
             changeLight(lightId, forwarded, nullptr);
+            changed.append(lightId);
+        }
+        stopScenesOf(changed);
     }
     SimulatedStateChange::updateColorMode(action, applied);
     if (id == QLatin1String("0")) {
@@ -411,6 +433,68 @@ bool SimulatedHome::setLightReachable(const QString& id, bool reachable)
     light.insert(QStringLiteral("state"), state);
     m_lights.items.insert(id, light);
     return true;
+}
+
+bool SimulatedHome::isLightReachable(const QString& id) const
+{
+    return light(id).value(u"state").toObject().value(u"reachable").toBool(true);
+}
+
+QString SimulatedHome::sceneStatus(const QString& sceneId) const
+{
+    return m_sceneStatus.value(sceneId, QStringLiteral("inactive"));
+}
+
+void SimulatedHome::recallScene(const QString& sceneId, const QString& status)
+{
+    applySceneStates(sceneId);
+    QStringList lights = groupMembers(scene(sceneId).value(u"group").toString());
+    for (const QJsonValue light : scene(sceneId).value(u"lights").toArray())
+        lights.append(light.toString());
+    stopScenesOf(lights);
+    m_sceneStatus.insert(sceneId, status);
+}
+
+double SimulatedHome::sceneSpeed(const QString& sceneId) const
+{
+    // New scenes play at a middle pace.
+    return m_sceneSpeed.value(sceneId, 0.5);
+}
+
+void SimulatedHome::setSceneSpeed(const QString& sceneId, double speed)
+{
+    m_sceneSpeed.insert(sceneId, std::clamp(speed, 0.0, 1.0));
+}
+
+void SimulatedHome::setSmartSceneActive(const QString& groupId, bool active)
+{
+    if (active)
+        m_activeSmartScenes.insert(groupId);
+    else
+        m_activeSmartScenes.remove(groupId);
+}
+
+void SimulatedHome::stopScenesOf(const QStringList& lightIds)
+{
+    if (lightIds.isEmpty())
+        return;
+    auto holdsAny = [&lightIds](const QJsonArray& lights) {
+        return std::any_of(lights.begin(), lights.end(), [&lightIds](const QJsonValue& light) {
+            return lightIds.contains(light.toString());
+        });
+    };
+    for (auto it = m_sceneStatus.begin(); it != m_sceneStatus.end();) {
+        if (holdsAny(scene(it.key()).value(u"lights").toArray()))
+            it = m_sceneStatus.erase(it);
+        else
+            ++it;
+    }
+    for (auto it = m_activeSmartScenes.begin(); it != m_activeSmartScenes.end();) {
+        if (holdsAny(group(*it).value(u"lights").toArray()))
+            it = m_activeSmartScenes.erase(it);
+        else
+            ++it;
+    }
 }
 
 void SimulatedHome::updateGroupStates()

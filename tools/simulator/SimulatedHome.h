@@ -4,9 +4,11 @@
 #include "SimulatedHomeDocument.h"
 
 #include <QByteArray>
+#include <QHash>
 #include <QJsonArray>
 #include <QJsonObject>
 #include <QList>
+#include <QSet>
 #include <QString>
 #include <QStringList>
 
@@ -40,6 +42,7 @@ public:
     QByteArray lightsJson() const;
     QByteArray groupsJson() const;
     QByteArray scenesJson() const;
+    QByteArray sensorsJson() const;
 
     /// One item, or an empty object when there is none. group("0") is the bridge's group of all lights.
     QJsonObject light(const QString& id) const;
@@ -51,19 +54,38 @@ public:
     QStringList lightIds() const { return m_lights.order; }
     QStringList groupIds() const { return m_groups.order; }
     QStringList sceneIds() const { return m_scenes.order; }
+    /// Sensors (switches) in home order, and one of them or an empty object.
+    QStringList sensorIds() const { return m_sensors.order; }
+    QJsonObject sensor(const QString& id) const { return m_sensors.items.value(id); }
 
     /// PUT /lights/<id>/state. Returns the answer items; the light must exist.
     QJsonArray setLightState(const QString& id, const QJsonObject& body);
     /// PUT /lights/<id> ("name").
     QJsonArray setLightAttributes(const QString& id, const QJsonObject& body);
-    /// PUT /groups/<id>/action, "scene" recalls included. The group must exist (or be "0").
-    QJsonArray setGroupAction(const QString& id, const QJsonObject& body);
+    /// PUT /groups/<id>/action, "scene" recalls included. The group must exist (or be "0"). With
+    /// @p skipUnreachable the lamps that cannot be reached keep their state, as over the version-2 interface.
+    QJsonArray setGroupAction(const QString& id, const QJsonObject& body, bool skipUnreachable = false);
     /// PUT /groups/<id> ("name", "lights", "class").
     QJsonArray setGroupAttributes(const QString& id, const QJsonObject& body);
     /// PUT /scenes/<id> ("name").
     QJsonArray setSceneAttributes(const QString& id, const QJsonObject& body);
     /// Sets a light's "reachable" flag. Returns false when there is no such light.
     bool setLightReachable(const QString& id, bool reachable);
+    bool isLightReachable(const QString& id) const;
+
+    // What only the version-2 interface shows: whether a scene plays and how, and smart scenes.
+
+    /// "inactive", "static" or "dynamic_palette". A recall makes its scene "static" and the other scenes of
+    /// its group "inactive"; a change of one of its lamps makes it "inactive" again.
+    QString sceneStatus(const QString& sceneId) const;
+    /// Recalls the scene over the version-2 interface; @p status "static" or "dynamic_palette".
+    void recallScene(const QString& sceneId, const QString& status);
+    /// How fast a scene's palette plays, 0 to 1.
+    double sceneSpeed(const QString& sceneId) const;
+    void setSceneSpeed(const QString& sceneId, double speed);
+    /// Whether the smart scene of room @p groupId runs (it recalls the scene of the time of day).
+    bool isSmartSceneActive(const QString& groupId) const { return m_activeSmartScenes.contains(groupId); }
+    void setSmartSceneActive(const QString& groupId, bool active);
 
     /// The full config: the stored one plus the whitelist, link button and clock.
     QJsonObject fullConfig(bool linkButtonPressed) const;
@@ -90,7 +112,9 @@ private:
     QStringList groupMembers(const QString& groupId) const;
     /// Applies state parameters to one light; collects answer items when @p answer is given.
     void changeLight(const QString& id, const QJsonObject& parameters, QJsonArray* answer);
-    void recallScene(const QString& sceneId);
+    void applySceneStates(const QString& sceneId);
+    /// Lamps changed by hand: the scenes and smart scenes that hold them no longer play.
+    void stopScenesOf(const QStringList& lightIds);
     /// Recomputes every group's "state" (all_on/any_on) and "action.on" from its lights.
     void updateGroupStates();
 
@@ -98,6 +122,10 @@ private:
     Resources m_lights;
     Resources m_groups;
     Resources m_scenes;
+    Resources m_sensors;
+    QHash<QString, QString> m_sceneStatus; // scene id -> "static" or "dynamic_palette"; others inactive
+    QHash<QString, double> m_sceneSpeed;
+    QSet<QString> m_activeSmartScenes; // group ids
     QJsonObject m_groupZeroAction;
     QJsonObject m_config;
     QString m_ipAddress;

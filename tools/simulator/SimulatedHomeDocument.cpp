@@ -129,6 +129,9 @@ bool SimulatedHomeDocument::read(const QByteArray& text, SimulatedHomeDocument* 
         } else if (key == QLatin1String("scenes")) {
             if (!readResources(member.json, key, &document.scenes, error))
                 return false;
+        } else if (key == QLatin1String("sensors")) {
+            if (!readResources(member.json, key, &document.sensors, error))
+                return false;
         } else if (key == QLatin1String("config")) {
             const QJsonValue value = SimulatorJson::parseValue(member.json);
             if (!value.isObject())
@@ -139,7 +142,7 @@ bool SimulatedHomeDocument::read(const QByteArray& text, SimulatedHomeDocument* 
                 return false;
             hasUsers = true;
         }
-        // Anything else (sensors, rules, ... of a full state dump) is not simulated and skipped.
+        // Anything else (rules, schedules, ... of a full state dump) is not simulated and skipped.
     }
     if (!checkResources(document, error))
         return false;
@@ -172,6 +175,8 @@ bool SimulatedHomeDocument::write(QByteArray* text, QString* error) const
     writeList(out, "lights", lights);
     writeList(out, "groups", groups);
     writeList(out, "scenes", scenes);
+    if (!sensors.order.isEmpty())
+        writeList(out, "sensors", sensors);
     out += "    \"config\": " + SimulatorJson::write(config) + ",\n";
     out += "    \"users\": [";
     for (qsizetype i = 0; i < users.size(); ++i) {

@@ -8,7 +8,8 @@
 #include <QStringList>
 
 /// The plain data of a simulated home and its file format: one JSON object {"lights":{..},"groups":{..},
-/// "scenes":{..},"config":{..},"users":[..]}, resource ids kept in document order. A dump of a bridge's full
+/// "scenes":{..},"sensors":{..},"config":{..},"users":[..]}, resource ids kept in document order; "sensors"
+/// (switches with batteries) may be missing. A dump of a bridge's full
 /// state reads as well (its users then come from the config's whitelist).
 struct SimulatedHomeDocument final
 {
@@ -33,6 +34,7 @@ struct SimulatedHomeDocument final
     Resources lights;
     Resources groups;
     Resources scenes;
+    Resources sensors;
     QJsonObject config;
     QList<User> users;
 

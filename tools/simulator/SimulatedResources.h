@@ -8,10 +8,12 @@
 
 class SimulatedHome;
 
-/// The home as a bridge's version-2 interface shows it, as far as its event stream speaks of it: a
-/// `light` and a `zigbee_connectivity` per lamp, a `grouped_light` per group (group 0 included), a `room`
-/// or `zone` per room or zone, a `scene` per scene. Each resource carries a UUID derived from the bridge id
-/// and its version-1 address, so the same lamp has the same id for as long as the bridge keeps its id.
+/// The home as a bridge's version-2 interface shows it: a `light`, a `zigbee_connectivity` and a `device`
+/// per lamp, a `grouped_light` per group (group 0, the `bridge_home`, included), a `room` or `zone` per room
+/// or zone, a `scene` per scene, a `smart_scene` per room with two scenes or more, a `device`,
+/// `zigbee_connectivity` and `device_power` per switch on batteries, and the `bridge` with its `device`.
+/// Each resource carries a UUID derived from the bridge id and its version-1 address, so the same lamp has
+/// the same id for as long as the bridge keeps its id.
 class SimulatedResources final
 {
 public:
@@ -20,10 +22,14 @@ public:
     {
         QString key;
         QJsonObject object;
+        /// False for what only the first interface has (a light group that is no room or zone, a scene of
+        /// lamps without a room): the event stream speaks of it, a version-2 read does not list it.
+        bool listed = true;
     };
     using List = QList<Resource>;
 
-    /// Every resource of @p home, lamps first, then groups, then scenes, each in home order.
+    /// Every resource of @p home: lamps first, then groups, scenes, smart scenes, switches and the bridge,
+    /// each in home order.
     static List render(const SimulatedHome& home);
 
     /// The event containers that take a client from @p before to @p after: one per resource that changed,

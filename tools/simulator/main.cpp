@@ -100,10 +100,10 @@ int main(int argc, char* argv[])
     QCoreApplication::setApplicationVersion(QStringLiteral(GLOWDECK_VERSION));
 
     QCommandLineParser parser;
-    parser.setApplicationDescription(
-        QStringLiteral("Simulates Philips Hue bridges (version-1 REST interface, and its event stream over "
-                       "HTTPS) on local ports. The options marked [each] apply to every bridge when given "
-                       "once, or to each bridge in turn when given once per bridge."));
+    parser.setApplicationDescription(QStringLiteral(
+        "Simulates Philips Hue bridges (version-1 REST interface; version-2 interface and "
+        "event stream over HTTPS) on local ports. The options marked [each] apply to every bridge when given "
+        "once, or to each bridge in turn when given once per bridge."));
     parser.addHelpOption();
     parser.addVersionOption();
     const QCommandLineOption bridgesOption(
@@ -185,10 +185,38 @@ int main(int argc, char* argv[])
                        "seconds, then take them again; reads are answered all along (default 0: never). "
                        "--busy-for N --busy-for 0 makes the first of two bridges busy."),
         QStringLiteral("N"));
-    parser.addOptions({bridgesOption, portOption, bindOption, homeOption, saveOption, userOption, linkOption,
-                       acceptOption, latencyOption, verboseOption, tlsPortOption, certificateOption,
-                       bridgeIdOption, authorityOption, redirectOption, noHttpOption, eventStreamOption,
-                       eventLifetimeOption, busyOption});
+    const QCommandLineOption noV2Option(
+        QStringLiteral("no-v2"),
+        QStringLiteral("Serve no version-2 interface: every /clip/v2/ path answers 404, as on a bridge with "
+                       "old firmware. Without it HTTPS serves GET and PUT /clip/v2/resource/... with the "
+                       "header hue-application-key, from the same home as version 1."));
+    const QCommandLineOption v2BusyOption(
+        QStringLiteral("v2-busy-for"),
+        QStringLiteral("[each] From the first version-2 write it takes, answer every further one with "
+                       "--v2-busy-status for N seconds; reads are answered all along (default 0: never)."),
+        QStringLiteral("N"));
+    const QCommandLineOption v2BusyStatusOption(
+        QStringLiteral("v2-busy-status"),
+        QStringLiteral("The status of --v2-busy-for: 429 (default, over the budget) or 503 (busy)."),
+        QStringLiteral("STATUS"), QStringLiteral("429"));
+    const QCommandLineOption v2PartialOption(
+        QStringLiteral("v2-partial"),
+        QStringLiteral("Answer a version-2 write of a room, zone or the whole home 207 when some of its "
+                       "lamps cannot be reached: those stay as they are and are named in \"errors\"."));
+    const QCommandLineOption v2ErrorOption(
+        QStringLiteral("v2-write-error"),
+        QStringLiteral("Answer every version-2 write with 400 and the error TEXT, changing nothing."),
+        QStringLiteral("TEXT"));
+    const QCommandLineOption v2PaceOption(
+        QStringLiteral("v2-pace"),
+        QStringLiteral("Enforce the bridge's pace over version 2: a light takes a write every 100 ms, a "
+                       "grouped light one a second; sooner ones are answered 429."));
+    parser.addOptions(
+        {bridgesOption, portOption,         bindOption,          homeOption,      saveOption,
+         userOption,    linkOption,         acceptOption,        latencyOption,   verboseOption,
+         tlsPortOption, certificateOption,  bridgeIdOption,      authorityOption, redirectOption,
+         noHttpOption,  eventStreamOption,  eventLifetimeOption, busyOption,      noV2Option,
+         v2BusyOption,  v2BusyStatusOption, v2PartialOption,     v2ErrorOption,   v2PaceOption});
     if (!parser.parse(QCoreApplication::arguments()))
         return fail(ExitBadInput, parser.errorText());
     if (parser.isSet(QStringLiteral("help")))
@@ -217,7 +245,8 @@ int main(int argc, char* argv[])
                             .arg(bridges));
     }
     QString error;
-    QStringList ports, tlsPorts, homes, kindNames, latencies, eventModeNames, eventLifetimes, busySpells;
+    QStringList ports, tlsPorts, homes, kindNames, latencies, eventModeNames, eventLifetimes, busySpells,
+        v2BusySpells;
     for (const auto& [option, fallback, values] :
          {std::tuple(&portOption, QStringLiteral("0"), &ports),
           std::tuple(&tlsPortOption, QString(), &tlsPorts), std::tuple(&homeOption, QString(), &homes),
@@ -225,7 +254,8 @@ int main(int argc, char* argv[])
           std::tuple(&latencyOption, QStringLiteral("0"), &latencies),
           std::tuple(&eventStreamOption, QStringLiteral("normal"), &eventModeNames),
           std::tuple(&eventLifetimeOption, QStringLiteral("0"), &eventLifetimes),
-          std::tuple(&busyOption, QStringLiteral("0"), &busySpells)}) {
+          std::tuple(&busyOption, QStringLiteral("0"), &busySpells),
+          std::tuple(&v2BusyOption, QStringLiteral("0"), &v2BusySpells)}) {
         if (!readPerBridge(parser, *option, bridges, fallback, values, &error))
             return fail(ExitBadInput, error);
     }
@@ -240,6 +270,10 @@ int main(int argc, char* argv[])
         return fail(ExitBadInput,
                     QStringLiteral("--no-http, --redirect-http, --write-authority, --event-stream "
                                    "and --event-stream-lifetime go with --tls-port"));
+    const QString v2BusyStatus = parser.value(v2BusyStatusOption);
+    if (v2BusyStatus != u"429" && v2BusyStatus != u"503")
+        return fail(ExitBadInput,
+                    QStringLiteral("--v2-busy-status is 429 or 503, not \"%1\"").arg(v2BusyStatus));
     const QMap<QString, BridgeSimulator::EventStreamMode> eventModes{
         {QStringLiteral("normal"), BridgeSimulator::EventStreamMode::Normal},
         {QStringLiteral("silent"), BridgeSimulator::EventStreamMode::Silent},
@@ -262,6 +296,7 @@ int main(int argc, char* argv[])
         int latency = 0;
         int eventLifetime = 0;
         int busySeconds = 0;
+        int v2BusySeconds = 0;
     };
     std::vector<Bridge> house;
     for (int i = 0; i < bridges; ++i) {
@@ -285,6 +320,10 @@ int main(int argc, char* argv[])
             return fail(
                 ExitBadInput,
                 QStringLiteral("--busy-for needs seconds from 0 to 86400, not \"%1\"").arg(busySpells.at(i)));
+        if (!readNumber(v2BusySpells.at(i), 0, 86'400, &bridge.v2BusySeconds))
+            return fail(ExitBadInput,
+                        QStringLiteral("--v2-busy-for needs seconds from 0 to 86400, not \"%1\"")
+                            .arg(v2BusySpells.at(i)));
         if (!kinds.contains(kindNames.at(i)))
             return fail(ExitBadInput, QStringLiteral("--certificate is one of %1, not \"%2\"")
                                           .arg(kinds.keys().join(QStringLiteral(", ")), kindNames.at(i)));
@@ -351,6 +390,12 @@ int main(int argc, char* argv[])
         simulator.setAcceptPairingAtOnce(parser.isSet(acceptOption));
         simulator.setLatency(bridge.latency);
         simulator.setBusyAfterChange(bridge.busySeconds * 1000);
+        simulator.setV2Enabled(!parser.isSet(noV2Option));
+        simulator.setV2Busy(v2BusyStatus.toInt(), bridge.v2BusySeconds * 1000, true);
+        simulator.setV2PartialSuccess(parser.isSet(v2PartialOption));
+        simulator.setV2PaceEnforced(parser.isSet(v2PaceOption));
+        if (parser.isSet(v2ErrorOption))
+            simulator.setV2WriteError(400, parser.value(v2ErrorOption), -1);
         // Nobody reads the recorded requests of the program, and a demo may run for hours.
         simulator.setRecording(false);
         QObject::connect(&simulator, &BridgeSimulator::linkButtonPressedByRequest,
