@@ -2,6 +2,7 @@
 
 #include <QFile>
 
+#include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QString>
@@ -139,4 +140,175 @@ bool LargeHome::writeSimulatorHome(const QString& fileName, int lightCount)
     file.write("{\"lights\":" + home.lights + ",\"groups\":" + home.groups + ",\"scenes\":" + home.scenes +
                ",\"config\":{}}\n");
     return file.error() == QFileDevice::NoError;
+}
+
+namespace {
+
+/// A stable UUID-shaped id per resource, as the bridge's are.
+QString uuid(const char* kind, const QString& id)
+{
+    const QByteArray hash =
+        QByteArray::number(qHash(QString::fromLatin1(kind) + id), 16).rightJustified(16, '0');
+    return QStringLiteral("%1-%2-4%3-8%4-%5")
+        .arg(QString::fromLatin1(hash.left(8)), QString::fromLatin1(hash.mid(8, 4)),
+             QString::fromLatin1(hash.mid(12, 3)), QString::fromLatin1(hash.left(3)),
+             QString::fromLatin1(hash.mid(4, 12)).leftJustified(12, u'0'));
+}
+
+QJsonObject reference(const QString& rid, const char* rtype)
+{
+    return {{"rid", rid}, {"rtype", QString::fromLatin1(rtype)}};
+}
+
+} // namespace
+
+QByteArray LargeHome::clipHome(const LargeHome& home, QList<QPair<QString, qsizetype>>* perType)
+{
+    const QJsonObject lights = QJsonDocument::fromJson(home.lights).object();
+    const QJsonObject groups = QJsonDocument::fromJson(home.groups).object();
+    const QJsonObject scenes = QJsonDocument::fromJson(home.scenes).object();
+    QHash<QString, QJsonArray> byType;
+    const QStringList order{"light", "device",        "zigbee_connectivity", "room",
+                            "zone",  "grouped_light", "bridge_home",         "scene"};
+    for (auto it = lights.begin(); it != lights.end(); ++it) {
+        const QJsonObject v1 = it.value().toObject();
+        const QJsonObject state = v1.value(u"state").toObject();
+        const QJsonObject control = v1.value(u"capabilities").toObject().value(u"control").toObject();
+        const QString id = it.key();
+        QJsonObject light{
+            {"id", uuid("light", id)},
+            {"id_v1", u"/lights/"_qs + id},
+            {"owner", reference(uuid("device", id), "device")},
+            {"metadata", QJsonObject{{"name", v1.value(u"name")}, {"archetype", "sultan_bulb"}}},
+            {"on", QJsonObject{{"on", state.value(u"on")}}},
+            {"mode", "normal"},
+            {"alert", QJsonObject{{"action_values", QJsonArray{"breathe"}}}},
+            {"signaling", QJsonObject{{"signal_values", QJsonArray{"no_signal", "on_off"}}}},
+            {"dynamics", QJsonObject{{"status", "none"}, {"speed", 0}, {"speed_valid", false}}},
+            {"powerup", QJsonObject{{"preset", "safety"}, {"configured", true}}},
+            {"type", "light"}};
+        if (state.contains(u"bri"))
+            light.insert("dimming", QJsonObject{{"brightness", state.value(u"bri").toDouble() * 100 / 254},
+                                                {"min_dim_level", 0.2}});
+        if (control.contains(u"ct"))
+            light.insert(
+                "color_temperature",
+                QJsonObject{{"mirek", state.value(u"ct")},
+                            {"mirek_valid", true},
+                            {"mirek_schema", QJsonObject{{"mirek_minimum", 153}, {"mirek_maximum", 500}}}});
+        if (control.contains(u"colorgamuttype")) {
+            const QJsonArray xy = state.value(u"xy").toArray();
+            light.insert(
+                "color",
+                QJsonObject{{"xy", QJsonObject{{"x", xy.at(0)}, {"y", xy.at(1)}}},
+                            {"gamut_type", "C"},
+                            {"gamut", QJsonObject{{"red", QJsonObject{{"x", 0.6915}, {"y", 0.3083}}},
+                                                  {"green", QJsonObject{{"x", 0.17}, {"y", 0.7}}},
+                                                  {"blue", QJsonObject{{"x", 0.1532}, {"y", 0.0475}}}}}});
+            light.insert("effects", QJsonObject{{"effect_values", QJsonArray{"no_effect", "candle", "fire"}},
+                                                {"status", "no_effect"}});
+        }
+        byType["light"].append(light);
+        byType["device"].append(QJsonObject{
+            {"id", uuid("device", id)},
+            {"id_v1", u"/lights/"_qs + id},
+            {"product_data", QJsonObject{{"model_id", v1.value(u"modelid")},
+                                         {"manufacturer_name", "Signify Netherlands B.V."},
+                                         {"product_name", v1.value(u"productname")},
+                                         {"product_archetype", "sultan_bulb"},
+                                         {"certified", true},
+                                         {"software_version", "1.104.2"}}},
+            {"metadata", QJsonObject{{"name", v1.value(u"name")}, {"archetype", "sultan_bulb"}}},
+            {"identify", QJsonObject{}},
+            {"services", QJsonArray{reference(uuid("light", id), "light"),
+                                    reference(uuid("zigbee_connectivity", id), "zigbee_connectivity")}},
+            {"type", "device"}});
+        const QString uniqueId = v1.value(u"uniqueid").toString();
+        byType["zigbee_connectivity"].append(
+            QJsonObject{{"id", uuid("zigbee_connectivity", id)},
+                        {"id_v1", u"/lights/"_qs + id},
+                        {"owner", reference(uuid("device", id), "device")},
+                        {"status", state.value(u"reachable").toBool() ? "connected" : "connectivity_issue"},
+                        {"mac_address", uniqueId.left(uniqueId.indexOf(u'-'))},
+                        {"type", "zigbee_connectivity"}});
+    }
+    QJsonArray everyDevice;
+    for (auto it = groups.begin(); it != groups.end(); ++it) {
+        const QJsonObject v1 = it.value().toObject();
+        const QString type = v1.value(u"type").toString();
+        if (type != u"Room" && type != u"Zone")
+            continue;
+        const bool zone = type == u"Zone";
+        QJsonArray children;
+        for (const QJsonValue member : v1.value(u"lights").toArray())
+            children.append(zone ? reference(uuid("light", member.toString()), "light")
+                                 : reference(uuid("device", member.toString()), "device"));
+        const QString id = it.key();
+        byType[zone ? "zone" : "room"].append(
+            QJsonObject{{"id", uuid("group", id)},
+                        {"id_v1", u"/groups/"_qs + id},
+                        {"children", children},
+                        {"services", QJsonArray{reference(uuid("grouped_light", id), "grouped_light")}},
+                        {"metadata", QJsonObject{{"name", v1.value(u"name")}, {"archetype", "living_room"}}},
+                        {"type", zone ? "zone" : "room"}});
+        byType["grouped_light"].append(QJsonObject{
+            {"id", uuid("grouped_light", id)},
+            {"id_v1", u"/groups/"_qs + id},
+            {"owner", reference(uuid("group", id), zone ? "zone" : "room")},
+            {"on", QJsonObject{{"on", v1.value(u"state").toObject().value(u"any_on")}}},
+            {"dimming", QJsonObject{{"brightness",
+                                     v1.value(u"action").toObject().value(u"bri").toDouble() * 100 / 254}}},
+            {"alert", QJsonObject{{"action_values", QJsonArray{"breathe"}}}},
+            {"signaling", QJsonObject{{"signal_values", QJsonArray{"no_signal", "on_off"}}}},
+            {"type", "grouped_light"}});
+    }
+    byType["grouped_light"].append(QJsonObject{{"id", uuid("grouped_light", u"0"_qs)},
+                                               {"id_v1", "/groups/0"},
+                                               {"on", QJsonObject{{"on", true}}},
+                                               {"type", "grouped_light"}});
+    byType["bridge_home"].append(
+        QJsonObject{{"id", uuid("bridge_home", u"0"_qs)},
+                    {"id_v1", "/groups/0"},
+                    {"children", QJsonArray{}},
+                    {"services", QJsonArray{reference(uuid("grouped_light", u"0"_qs), "grouped_light")}},
+                    {"type", "bridge_home"}});
+    for (auto it = scenes.begin(); it != scenes.end(); ++it) {
+        const QJsonObject v1 = it.value().toObject();
+        QJsonArray actions;
+        for (const QJsonValue member : v1.value(u"lights").toArray())
+            actions.append(QJsonObject{
+                {"target", reference(uuid("light", member.toString()), "light")},
+                {"action",
+                 QJsonObject{{"on", QJsonObject{{"on", true}}},
+                             {"dimming", QJsonObject{{"brightness", 80.0}}},
+                             {"color", QJsonObject{{"xy", QJsonObject{{"x", 0.4575}, {"y", 0.4101}}}}}}}});
+        byType["scene"].append(QJsonObject{
+            {"id", uuid("scene", it.key())},
+            {"id_v1", u"/scenes/"_qs + it.key()},
+            {"actions", actions},
+            {"palette",
+             QJsonObject{{"color", QJsonArray{QJsonObject{
+                                       {"color", QJsonObject{{"xy", QJsonObject{{"x", 0.6}, {"y", 0.3}}}}},
+                                       {"dimming", QJsonObject{{"brightness", 80.0}}}}}},
+                         {"dimming", QJsonArray{}},
+                         {"color_temperature", QJsonArray{}},
+                         {"effects", QJsonArray{}}}},
+            {"metadata", QJsonObject{{"name", v1.value(u"name")}}},
+            {"group", reference(uuid("group", v1.value(u"group").toString()), "room")},
+            {"speed", 0.6},
+            {"auto_dynamic", false},
+            {"status", QJsonObject{{"active", "inactive"}}},
+            {"type", "scene"}});
+    }
+    QJsonArray all;
+    for (const QString& type : order) {
+        const QJsonArray& list = byType.value(type);
+        for (const QJsonValue resource : list)
+            all.append(resource);
+        if (perType)
+            perType->append({type, QJsonDocument(QJsonObject{{"errors", QJsonArray{}}, {"data", list}})
+                                       .toJson(QJsonDocument::Compact)
+                                       .size()});
+    }
+    return QJsonDocument(QJsonObject{{"errors", QJsonArray{}}, {"data", all}}).toJson(QJsonDocument::Compact);
 }

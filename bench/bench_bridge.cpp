@@ -14,6 +14,8 @@
 
 #include <benchmark/benchmark.h>
 
+#include <cstdio>
+
 namespace {
 
 const LargeHome& home()
@@ -69,6 +71,37 @@ void BM_DecodeAndDerive(benchmark::State& state)
         }
     }
     label(state);
+}
+
+const QByteArray& clipBody()
+{
+    static const QByteArray body = LargeHome::clipHome(home());
+    return body;
+}
+
+/// The whole home over the current interface, as a refresh of a bridge that offers it does: parse, decode
+/// every resource type Glowdeck reads, derive lamps, rooms and scenes. Beside it, the first interface's
+/// three reads of the same home.
+void BM_ClipHomeDecodeAndDerive(benchmark::State& state)
+{
+    for (auto _ : state)
+        benchmark::DoNotOptimize(homeFromClipBody(clipBody()));
+    state.SetLabel("v2 whole home (200 lights, 50 groups, 300 scenes)");
+    state.SetBytesProcessed(qint64(state.iterations()) * clipBody().size());
+    state.counters["bytes"] = double(clipBody().size());
+}
+
+void BM_FirstInterfaceHomeDecodeAndDerive(benchmark::State& state)
+{
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(lightsFromBody(body(0)));
+        benchmark::DoNotOptimize(groupsFromBody(body(1)));
+        benchmark::DoNotOptimize(scenesFromBody(body(2)));
+    }
+    const qsizetype bytes = body(0).size() + body(1).size() + body(2).size();
+    state.SetLabel("v1 lights + groups + scenes");
+    state.SetBytesProcessed(qint64(state.iterations()) * bytes);
+    state.counters["bytes"] = double(bytes);
 }
 
 /// One dragged slider: 10,000 enqueues of brightness changes of one lamp, with the queue's insertions run
@@ -155,6 +188,8 @@ void BM_EnqueueBehind(benchmark::State& state)
 BENCHMARK(BM_Parse)->DenseRange(0, 2)->Unit(benchmark::kMicrosecond);
 BENCHMARK(BM_QtParse)->DenseRange(0, 2)->Unit(benchmark::kMicrosecond);
 BENCHMARK(BM_DecodeAndDerive)->DenseRange(0, 2)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_ClipHomeDecodeAndDerive)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_FirstInterfaceHomeDecodeAndDerive)->Unit(benchmark::kMicrosecond);
 BENCHMARK(BM_DraggedSliderEnqueues)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_DraggedSliderCommands)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_EnqueueBehind)->RangeMultiplier(4)->Range(1, 1024)->Complexity(benchmark::oN);
@@ -163,6 +198,17 @@ int main(int argc, char** argv)
 {
     QCoreApplication app(argc, argv);
     benchmark::Initialize(&argc, argv);
+    // The bytes of each type's own answer, for the choice between one whole-home read and reads per type.
+    QList<QPair<QString, qsizetype>> perType;
+    LargeHome::clipHome(home(), &perType);
+    qsizetype sum = 0;
+    for (const auto& [type, bytes] : perType) {
+        std::printf("v2 /clip/v2/resource/%s: %lld bytes\n", qPrintable(type), static_cast<long long>(bytes));
+        sum += bytes;
+    }
+    std::printf("v2 per type, %lld requests: %lld bytes; whole home, 1 request: %lld bytes\n",
+                static_cast<long long>(perType.size()), static_cast<long long>(sum),
+                static_cast<long long>(clipBody().size()));
     benchmark::RunSpecifiedBenchmarks();
     benchmark::Shutdown();
     return 0;

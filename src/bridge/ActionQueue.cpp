@@ -12,6 +12,8 @@
 #include <QNetworkAccessManager>
 
 #include <algorithm>
+#include <cmath>
+#include <optional>
 
 namespace {
 
@@ -58,16 +60,48 @@ QString targetKey(const ActionQueueItem& item)
     return QStringLiteral("%1 %2 %3").arg(int(item.target)).arg(item.property, item.item_id);
 }
 
+/// The brightness step of a body: "bri_inc" of the first interface (1 to 254 units), "dimming_delta" of
+/// the current one (per cent, "up" or "down"); nothing for a body without one.
+std::optional<double> incrementOf(const QJsonObject& body)
+{
+    if (const QJsonValue increment = body.value(u"bri_inc"); increment.isDouble())
+        return increment.toDouble();
+    const QJsonObject delta = body.value(u"dimming_delta").toObject();
+    if (!delta.value(u"brightness_delta").isDouble())
+        return std::nullopt;
+    const double size = delta.value(u"brightness_delta").toDouble();
+    return delta.value(u"action").toString() == u"down" ? -size : size;
+}
+
+/// Writes `increment` into `body` in the form the body has, within what the bridge takes.
+void setIncrement(QJsonObject& body, double increment)
+{
+    if (body.contains(u"bri_inc")) {
+        body.insert(QStringLiteral("bri_inc"), std::clamp<qint64>(qint64(increment), -254, 254));
+        return;
+    }
+    QJsonObject delta;
+    delta.insert(QStringLiteral("action"), increment < 0 ? QStringLiteral("down") : QStringLiteral("up"));
+    delta.insert(QStringLiteral("brightness_delta"), std::min(std::abs(increment), 100.0));
+    body.insert(QStringLiteral("dimming_delta"), delta);
+}
+
 /// The increment of `step` with every other value of `newer`: above all its "on", which the program worked
 /// out after both steps.
 QByteArray stepWithValuesOf(const QByteArray& step, const QByteArray& newer)
 {
-    const QJsonValue increment = QJsonDocument::fromJson(step).object().value(u"bri_inc");
+    const std::optional<double> increment = incrementOf(QJsonDocument::fromJson(step).object());
     QJsonObject values = QJsonDocument::fromJson(newer).object();
-    if (!increment.isDouble() || !values.value(u"bri_inc").isDouble())
+    if (!increment || !incrementOf(values))
         return step;
-    values.insert(QStringLiteral("bri_inc"), increment);
+    setIncrement(values, *increment);
     return QJsonDocument(values).toJson(QJsonDocument::Compact);
+}
+
+/// The request goes to the current interface, which takes the key in a header.
+bool isClip(const QUrl& url)
+{
+    return url.path().startsWith(QLatin1String("/clip/v2/"));
 }
 
 } // namespace
@@ -96,9 +130,14 @@ void ActionQueue::startProcessor()
     if (m_processor)
         return;
     m_processor = new QTimer(this);
-    m_processor->setInterval(tickInterval);
+    m_processor->setInterval(currentTickInterval());
     connect(m_processor, &QTimer::timeout, this, &ActionQueue::onTick);
     m_processor->start();
+}
+
+std::chrono::milliseconds ActionQueue::currentTickInterval() const
+{
+    return m_settings.bridgeInterface() == BridgeInterface::v2 ? clipTickInterval : tickInterval;
 }
 
 void ActionQueue::stopProcessor()
@@ -141,15 +180,13 @@ void ActionQueue::setPending(const QList<ActionQueueItem>& pending)
 
 QByteArray ActionQueue::withIncrementsAdded(const QByteArray& older, const QByteArray& newer)
 {
-    const QJsonObject first = QJsonDocument::fromJson(older).object();
+    const std::optional<double> a = incrementOf(QJsonDocument::fromJson(older).object());
     QJsonObject second = QJsonDocument::fromJson(newer).object();
-    const QJsonValue a = first.value(u"bri_inc");
-    const QJsonValue b = second.value(u"bri_inc");
-    if (!a.isDouble() || !b.isDouble())
+    const std::optional<double> b = incrementOf(second);
+    if (!a || !b)
         return newer;
-    // The bridge takes increments between -254 and 254.
-    const qint64 sum = std::clamp<qint64>(qint64(a.toDouble()) + qint64(b.toDouble()), -254, 254);
-    second.insert(QStringLiteral("bri_inc"), sum);
+    // The bridge takes increments between -254 and 254 (the current interface: -100 and 100 per cent).
+    setIncrement(second, *a + *b);
     return QJsonDocument(second).toJson(QJsonDocument::Compact);
 }
 
@@ -187,6 +224,8 @@ void ActionQueue::send(const ActionQueueItem& item)
 {
     QNetworkRequest request(item.url);
     request.setHeader(QNetworkRequest::ContentTypeHeader, QByteArrayLiteral("application/json"));
+    if (isClip(item.url))
+        request.setRawHeader(QByteArrayLiteral("hue-application-key"), m_settings.hueKey().toUtf8());
     BridgeNetwork::prepare(request, m_settings.bridgeIdentity());
     const QByteArray method = item.property == BridgeCommands::unscheduleProperty
                                   ? QByteArrayLiteral("DELETE")
@@ -229,6 +268,11 @@ void ActionQueue::tellUser(const ActionQueueItem& item, const WriteOutcome& outc
         m_settings.activity().showNotice(
             tr("The bridge refused the change: %1").arg(outcome.detail),
             QStringLiteral("The bridge refused a change of %1: %2").arg(path, outcome.detail));
+        break;
+    case WriteOutcome::Kind::partly:
+        m_settings.activity().showNotice(
+            tr("The bridge took only part of the change: %1").arg(outcome.detail),
+            QStringLiteral("The bridge took only part of a change of %1: %2").arg(path, outcome.detail));
         break;
     case WriteOutcome::Kind::httpError:
         if (outcome.status != 429 && outcome.status != 503) {

@@ -31,6 +31,11 @@ class ActionQueue final : public QObject
 
 public:
     static constexpr std::chrono::milliseconds tickInterval{300};
+    /// Over the bridge's current interface, whose documented pace is about ten commands a second per lamp
+    /// (and still one per room), lamps' changes go at this pace.
+    static constexpr std::chrono::milliseconds clipTickInterval{100};
+    /// The pace of the bridge this queue sends to.
+    std::chrono::milliseconds currentTickInterval() const;
     /// A change the bridge has not taken within this long without data, or this long in all, is dropped; the
     /// next refresh shows the truth.
     static constexpr std::chrono::milliseconds sendTimeout{3000};
@@ -40,7 +45,8 @@ public:
     static constexpr std::chrono::milliseconds longestPause{8000};
     /// The property of a room's brightness step; a waiting one adds to a new one instead of being replaced.
     static inline const QString brightnessIncrease = QStringLiteral("brightness_increase");
-    /// `newer` with the increment of `older` added to its own, kept within the bridge's -254 to 254.
+    /// `newer` with the increment of `older` added to its own, kept within the bridge's -254 to 254 (-100 to
+    /// 100 per cent over the current interface), in the form `newer` has.
     static QByteArray withIncrementsAdded(const QByteArray& older, const QByteArray& newer);
 
     explicit ActionQueue(BridgeLink& settings, QNetworkAccessManager& network, QObject* parent = nullptr);

@@ -2,17 +2,22 @@
 
 #include "bridge/ActionQueue.h"
 #include "bridge/BridgeUrl.h"
+#include "bridge/ClipUnits.h"
 #include "bridge/UpdateBodies.h"
 #include "state/ActivityLog.h"
 #include "state/BridgeHome.h"
 #include "state/BridgeLink.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace {
 
 constexpr qint64 dragTransition = 2; // tenths of a second: smooth while a slider is dragged
 constexpr qint64 stepTransition = 1; // the brighter/darker shortcuts answer faster
+// The same in the current interface's milliseconds.
+constexpr qint64 dragDuration = dragTransition * 100;
+constexpr qint64 stepDuration = stepTransition * 100;
 
 using Target = ActionQueueItem::Target;
 
@@ -27,13 +32,44 @@ QUrl BridgeCommands::address(const QStringList& segments) const
 
 QUrl BridgeCommands::lampAddress(const HueLight& light) const
 {
+    if (overClip() && !light.v2_id.isEmpty())
+        return clipAddress(QStringLiteral("light"), light.v2_id);
     return address({QStringLiteral("lights"), light.lamp_id, QStringLiteral("state")});
 }
 
 QUrl BridgeCommands::roomAddress(const HueGroup& group) const
 {
+    if (overClip() && !group.grouped_light_id.isEmpty())
+        return clipAddress(QStringLiteral("grouped_light"), group.grouped_light_id);
     return address({QStringLiteral("groups"), group.group_id, QStringLiteral("action")});
 }
+
+bool BridgeCommands::overClip() const
+{
+    return m_settings.bridgeInterface() == BridgeInterface::v2;
+}
+
+QUrl BridgeCommands::clipAddress(const QString& type, const QString& id) const
+{
+    return bridgeClipUrl(m_settings.bridgeEndpoint(), {type, id});
+}
+
+namespace {
+
+/// The address goes over the current interface: the body must be in its form too.
+bool isClip(const QUrl& url)
+{
+    return url.path().startsWith(QLatin1String("/clip/v2/"));
+}
+
+ClipStateUpdate clipColour(qint64 hue, qint64 saturation)
+{
+    ClipStateUpdate update{.on = true, .durationMs = dragDuration};
+    update.xy = ClipUnits::xyFromHueSaturation(hue, saturation);
+    return update;
+}
+
+} // namespace
 
 BridgeCommands::BridgeCommands(BridgeLink& settings, ActionQueue& queue)
     : m_settings(settings), m_queue(queue)
@@ -41,53 +77,79 @@ BridgeCommands::BridgeCommands(BridgeLink& settings, ActionQueue& queue)
 
 void BridgeCommands::setLightOn(HueLight light, bool on)
 {
-    enqueue(lampAddress(light), HueLampOnOffUpdate{on}.encode(), Target::light, light.lamp_id,
-            QStringLiteral("on"));
+    const QUrl url = lampAddress(light);
+    enqueue(url, isClip(url) ? ClipStateUpdate{.on = on}.encode() : HueLampOnOffUpdate{on}.encode(),
+            Target::light, light.lamp_id, QStringLiteral("on"));
 }
 
 void BridgeCommands::setLightBrightness(HueLight light, qint64 brightness)
 {
     const bool on = brightness > offBrightness;
     m_settings.home().updateLight(light.lamp_id, [on](HueLight& l) { l.is_on = on; });
-    enqueue(lampAddress(light), HueLampBrightnessUpdate{brightness, on, dragTransition}.encode(),
+    const QUrl url = lampAddress(light);
+    enqueue(url,
+            isClip(url) ? ClipStateUpdate{.on = on,
+                                          .brightness = ClipUnits::percentFromBrightness(brightness),
+                                          .durationMs = dragDuration}
+                              .encode()
+                        : HueLampBrightnessUpdate{brightness, on, dragTransition}.encode(),
             Target::light, light.lamp_id, QStringLiteral("brightness"));
 }
 
 void BridgeCommands::setLightHue(HueLight light, qint64 hue)
 {
-    enqueue(lampAddress(light), HueLampHueSatUpdate{hue, light.saturation, true, dragTransition}.encode(),
+    const QUrl url = lampAddress(light);
+    enqueue(url,
+            isClip(url) ? clipColour(hue, light.saturation).encode()
+                        : HueLampHueSatUpdate{hue, light.saturation, true, dragTransition}.encode(),
             Target::light, light.lamp_id, QStringLiteral("hue"));
 }
 
 void BridgeCommands::setLightColorTemperature(HueLight light, qint64 mired)
 {
-    enqueue(lampAddress(light), HueLampTemperatureUpdate{mired, true, dragTransition}.encode(), Target::light,
-            light.lamp_id, QStringLiteral("ct"));
+    const QUrl url = lampAddress(light);
+    enqueue(url,
+            isClip(url) ? ClipStateUpdate{.on = true, .mirek = mired, .durationMs = dragDuration}.encode()
+                        : HueLampTemperatureUpdate{mired, true, dragTransition}.encode(),
+            Target::light, light.lamp_id, QStringLiteral("ct"));
 }
 
 void BridgeCommands::setGroupOn(HueGroup group, bool on)
 {
-    enqueue(roomAddress(group), HueGroupStateUpdate{on}.encode(), Target::group, group.group_id,
-            QStringLiteral("on"));
+    const QUrl url = roomAddress(group);
+    enqueue(url, isClip(url) ? ClipStateUpdate{.on = on}.encode() : HueGroupStateUpdate{on}.encode(),
+            Target::group, group.group_id, QStringLiteral("on"));
 }
 
 void BridgeCommands::setGroupBrightness(HueGroup group, qint64 brightness)
 {
     const bool on = brightness > offBrightness;
     m_settings.home().updateGroup(group.group_id, [on](HueGroup& g) { g.is_on = on; });
-    enqueue(roomAddress(group), HueGroupBrightnessUpdate{brightness, on, dragTransition}.encode(),
+    const QUrl url = roomAddress(group);
+    enqueue(url,
+            isClip(url) ? ClipStateUpdate{.on = on,
+                                          .brightness = ClipUnits::percentFromBrightness(brightness),
+                                          .durationMs = dragDuration}
+                              .encode()
+                        : HueGroupBrightnessUpdate{brightness, on, dragTransition}.encode(),
             Target::group, group.group_id, QStringLiteral("brightness"));
 }
 
 void BridgeCommands::setGroupHue(HueGroup group, qint64 hue)
 {
-    enqueue(roomAddress(group), HueGroupHueUpdate{hue, group.saturation, true, dragTransition}.encode(),
+    const QUrl url = roomAddress(group);
+    enqueue(url,
+            isClip(url) ? clipColour(hue, group.saturation).encode()
+                        : HueGroupHueUpdate{hue, group.saturation, true, dragTransition}.encode(),
             Target::group, group.group_id, QStringLiteral("hue"));
 }
 
 void BridgeCommands::setGroupColorTemperature(HueGroup group, qint64 mired)
 {
-    enqueue(roomAddress(group), HueGroupTemperatureUpdate{mired, true, dragTransition}.encode(),
+    const QUrl url = roomAddress(group);
+    enqueue(url,
+            isClip(url) ? ClipStateUpdate{.on = true, .mirek = mired, .durationMs = dragDuration}.encode()
+                        : HueGroupTemperatureUpdate{mired, true, dragTransition}.encode(),
             Target::group, group.group_id, QStringLiteral("ct"));
 }
 
@@ -100,8 +162,16 @@ void BridgeCommands::increaseGroupBrightness(HueGroup group, qint64 delta)
         g.is_on = g.brightness > offBrightness;
         on = g.is_on;
     });
-    enqueue(roomAddress(group), HueGroupBrightnessIncrease{delta, stepTransition, on}.encode(), Target::group,
-            group.group_id, ActionQueue::brightnessIncrease);
+    const QUrl url = roomAddress(group);
+    // The step in per cent: 25 of 254 are 9.84 per cent.
+    const double percent = double(delta) * 100.0 / 254.0;
+    enqueue(url,
+            isClip(url) ? ClipStateUpdate{.on = on,
+                                          .brightnessDelta = std::round(percent * 100.0) / 100.0,
+                                          .durationMs = stepDuration}
+                              .encode()
+                        : HueGroupBrightnessIncrease{delta, stepTransition, on}.encode(),
+            Target::group, group.group_id, ActionQueue::brightnessIncrease);
 }
 
 void BridgeCommands::switchEverything(bool on)
@@ -117,12 +187,33 @@ void BridgeCommands::switchEverything(bool on)
         room.all_on = on;
     }
     m_settings.home().setGroups(rooms);
-    enqueue(address({QStringLiteral("groups"), QStringLiteral("0"), QStringLiteral("action")}),
-            HueLampOnOffUpdate{on}.encode(), Target::group, QStringLiteral("0"), QStringLiteral("on"));
+    // One request for the whole home: group 0 of the first interface, the home's grouped light of the
+    // current one. The queue knows it as group "0" either way.
+    const QString home = m_settings.homeGroupedLight();
+    if (overClip() && !home.isEmpty())
+        enqueue(clipAddress(QStringLiteral("grouped_light"), home), ClipStateUpdate{.on = on}.encode(),
+                Target::group, QStringLiteral("0"), QStringLiteral("on"));
+    else
+        enqueue(address({QStringLiteral("groups"), QStringLiteral("0"), QStringLiteral("action")}),
+                HueLampOnOffUpdate{on}.encode(), Target::group, QStringLiteral("0"), QStringLiteral("on"));
 }
 
 void BridgeCommands::recallScene(const QString& sceneId)
 {
+    if (overClip()) {
+        // Named by either of its ids (glowdeckctl takes both); recalled at its own resource.
+        const QList<HueScene> scenes = m_settings.home().scenes();
+        const auto scene = std::find_if(scenes.cbegin(), scenes.cend(), [&sceneId](const HueScene& s) {
+            return s.scene_id == sceneId || (!s.v2_id.isEmpty() && s.v2_id == sceneId);
+        });
+        if (scene != scenes.cend() && !scene->v2_id.isEmpty()) {
+            enqueue(clipAddress(scene->isSmart() ? QStringLiteral("smart_scene") : QStringLiteral("scene"),
+                                scene->v2_id),
+                    ClipSceneRecall{scene->isSmart()}.encode(), Target::scene, scene->scene_id,
+                    QStringLiteral("scene"));
+            return;
+        }
+    }
     enqueue(address({QStringLiteral("groups"), QStringLiteral("0"), QStringLiteral("action")}),
             HueSceneRecall{sceneId}.encode(), Target::scene, sceneId, QStringLiteral("scene"));
 }

@@ -14,6 +14,10 @@ class BridgeLink;
 /// A command shows the change at once in the bridge's `BridgeHome` where it has a local effect, then queues
 /// the request, addressed with the bridge's endpoint and key as they are at that moment; it never talks to
 /// the bridge itself. Values are passed through as given: callers keep them in the bridge's ranges.
+///
+/// Over the bridge's current interface (BridgeLink::bridgeInterface) a record read there is changed at its
+/// UUID, a room or zone through its `grouped_light` and every lamp through the home's; the values are
+/// converted to that interface's units. The queue still tells targets apart by the records' own ids.
 class BridgeCommands final
 {
 public:
@@ -66,6 +70,9 @@ private:
     QUrl address(const QStringList& segments) const;
     QUrl lampAddress(const HueLight& light) const;
     QUrl roomAddress(const HueGroup& group) const;
+    /// Whether changes go over the current interface, and there: "<endpoint>/clip/v2/resource/<type>/<id>".
+    bool overClip() const;
+    QUrl clipAddress(const QString& type, const QString& id) const;
     void enqueue(const QUrl& address, QByteArray body, ActionQueueItem::Target target, const QString& itemId,
                  const QString& property);
 

@@ -96,6 +96,7 @@ std::optional<qint64> brightnessOf(double percent)
 struct ResourceMembers
 {
     std::optional<element> type;
+    std::optional<element> id;
     std::optional<element> idV1;
     std::optional<element> on;
     std::optional<element> dimming;
@@ -109,6 +110,8 @@ struct ResourceMembers
         for (auto [key, value] : resource) {
             if (key == "type")
                 type = value;
+            else if (key == "id")
+                id = value;
             else if (key == "id_v1")
                 idV1 = value;
             else if (key == "on")
@@ -159,8 +162,10 @@ private:
     void readResource(const simdjson::dom::object& resource, std::string_view containerType);
     void readLightUpdate(const ResourceMembers& members);
     void readGroupedLightUpdate(const ResourceMembers& members);
-    /// The id of an update to apply, or empty after marking its list for reading again.
-    QString usableId(const ResourceMembers& members, std::string_view prefix, const char* what, bool& relist);
+    /// The ids of an update to apply: the first interface's ("7" of "/lights/7") and the resource's UUID,
+    /// either possibly empty; both empty after marking its list for reading again.
+    std::pair<QString, QString> usableIds(const ResourceMembers& members, std::string_view prefix,
+                                          const char* what, bool& relist);
     void relist(Kind kind);
     void note(QString problem);
 
@@ -262,17 +267,25 @@ void EventReader::readResource(const simdjson::dom::object& resource, std::strin
     }
 }
 
-QString EventReader::usableId(const ResourceMembers& members, std::string_view prefix, const char* what,
-                              bool& relist)
+std::pair<QString, QString> EventReader::usableIds(const ResourceMembers& members, std::string_view prefix,
+                                                   const char* what, bool& relist)
 {
     std::string_view path;
-    if (members.idV1 && members.idV1->get_string().get(path) == simdjson::SUCCESS) {
-        if (QString id = versionOneId(path, prefix); !id.isEmpty())
-            return id;
+    QString v1;
+    if (members.idV1 && members.idV1->get_string().get(path) == simdjson::SUCCESS)
+        v1 = versionOneId(path, prefix);
+    // Records read over the current interface are found by the UUID: a resource without "id_v1" is fine.
+    std::string_view uuid;
+    QString v2;
+    if (members.id && members.id->get_string().get(uuid) == simdjson::SUCCESS && !uuid.empty() &&
+        uuid.size() <= 64)
+        v2 = QString::fromUtf8(uuid.data(), qsizetype(uuid.size()));
+    if (v1.isEmpty() && v2.isEmpty()) {
+        relist = true;
+        note(QStringLiteral("A %1 change without a usable \"id\" or \"id_v1\" was left out.")
+                 .arg(QLatin1String(what)));
     }
-    relist = true;
-    note(QStringLiteral("A %1 change without a usable \"id_v1\" was left out.").arg(QLatin1String(what)));
-    return {};
+    return {v1, v2};
 }
 
 void EventReader::readLightUpdate(const ResourceMembers& members)
@@ -281,11 +294,13 @@ void EventReader::readLightUpdate(const ResourceMembers& members)
         m_batch.relistLights = true;
     if (!members.changesState())
         return;
-    const QString id = usableId(members, "/lights/", "lamp", m_batch.relistLights);
-    if (id.isEmpty())
+    const auto [v1, v2] = usableIds(members, "/lights/", "lamp", m_batch.relistLights);
+    if (v1.isEmpty() && v2.isEmpty())
         return;
+    // Said in the log by the id the user knows best.
+    const QString id = v1.isEmpty() ? v2 : v1;
 
-    LightChange change{id};
+    LightChange change{v1, v2};
     bool wrongType = false;
     QStringList outOfRange;
     if (members.on) {
@@ -361,11 +376,12 @@ void EventReader::readGroupedLightUpdate(const ResourceMembers& members)
         m_batch.relistGroups = true;
     if (!members.on && !members.dimming)
         return;
-    const QString id = usableId(members, "/groups/", "room", m_batch.relistGroups);
-    if (id.isEmpty())
+    const auto [v1, v2] = usableIds(members, "/groups/", "room", m_batch.relistGroups);
+    if (v1.isEmpty() && v2.isEmpty())
         return;
+    const QString id = v1.isEmpty() ? v2 : v1;
 
-    GroupChange change{id};
+    GroupChange change{v1, v2};
     bool wrongType = false;
     if (members.on) {
         if (const std::optional<element> on = memberOf(*members.on, "on", wrongType)) {

@@ -12,7 +12,8 @@
 /// What one event of the bridge's stream says about one lamp; only the fields it names are set.
 struct LightChange
 {
-    QString lampId; ///< "7" for the lamp the bridge's list interface calls /lights/7
+    QString lampId; ///< "7" for the lamp the bridge's list interface calls /lights/7; empty without "id_v1"
+    QString resourceId; ///< the lamp's UUID on the current interface; empty when the event gave none
     std::optional<bool> on;
     std::optional<qint64> brightness;          ///< 1 to 254, as the lists give it
     std::optional<std::pair<float, float>> xy; ///< CIE x and y, each 0 to 1
@@ -24,7 +25,8 @@ struct LightChange
 /// What one event says about the combined state of a room or zone.
 struct GroupChange
 {
-    QString groupId; ///< "3" for /groups/3
+    QString groupId;    ///< "3" for /groups/3; empty without "id_v1"
+    QString resourceId; ///< the UUID of the room's or zone's grouped_light; empty when the event gave none
     std::optional<bool> anyOn;
     std::optional<qint64> brightness; ///< 1 to 254
 

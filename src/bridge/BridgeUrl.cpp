@@ -42,6 +42,11 @@ QUrl bridgePublicUrl(const QString& bridgeIP, const QStringList& segments)
     return urlOnBridge(bridgeIP, QStringLiteral("/api"), segments);
 }
 
+QUrl bridgeClipUrl(const QString& bridgeIP, const QStringList& segments)
+{
+    return urlOnBridge(bridgeIP, QStringLiteral("/clip/v2/resource"), segments);
+}
+
 QUrl bridgeEventStreamUrl(const QString& bridgeIP)
 {
     return urlOnBridge(bridgeIP, QStringLiteral("/eventstream/clip/v2"), {});
@@ -54,6 +59,8 @@ QString bridgeResourcePath(const QUrl& url)
     if (path.startsWith(QStringLiteral("/api/"))) {
         const qsizetype afterKey = path.indexOf(u'/', 5);
         path = afterKey < 0 ? QString() : path.mid(afterKey);
+    } else if (path.startsWith(QStringLiteral("/clip/v2/resource/"))) {
+        path = path.mid(17);
     }
     return QUrl::fromPercentEncoding(path.toLatin1());
 }

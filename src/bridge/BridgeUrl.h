@@ -14,8 +14,13 @@ QUrl bridgeResourceUrl(const QString& bridgeIP, const QString& apiKey, const QSt
 /// "<bridgeIP>/api" or "<bridgeIP>/api/config" and the like, for requests without a key.
 QUrl bridgePublicUrl(const QString& bridgeIP, const QStringList& segments = {});
 
+/// "<bridgeIP>/clip/v2/resource/<segment>/...", a resource of the bridge's current interface, whose key goes
+/// in a header; invalid as above.
+QUrl bridgeClipUrl(const QString& bridgeIP, const QStringList& segments = {});
+
 /// "<bridgeIP>/eventstream/clip/v2", where the bridge streams its changes; invalid as above.
 QUrl bridgeEventStreamUrl(const QString& bridgeIP);
 
-/// The path of a bridge address below "/api/<key>", decoded, as a person reads it: "/lights/2/state".
+/// The path of a bridge address below "/api/<key>", decoded, as a person reads it: "/lights/2/state"; the
+/// current interface's below "/clip/v2/resource": "/light/<uuid>".
 QString bridgeResourcePath(const QUrl& url);

@@ -53,6 +53,12 @@ public:
         }
         return list;
     }
+    /// A member added later: absent is empty, present must be of its type.
+    QString optionalText(QStringView key) { return m_object.contains(key) ? text(key) : QString(); }
+    qint64 optionalInteger(QStringView key, qint64 absent)
+    {
+        return m_object.contains(key) ? integer(key) : absent;
+    }
     bool ok() const { return m_ok; }
 
 private:
@@ -117,6 +123,8 @@ void write(JsonWriter& json, const HueLight& light)
         .member(u"ct_min", light.ct_min)
         .member(u"ct_max", light.ct_max)
         .member(u"unique_id", light.unique_id)
+        .member(u"v2_id", light.v2_id)
+        .member(u"battery_level", light.battery_level)
         .endObject();
 }
 
@@ -138,6 +146,8 @@ void write(JsonWriter& json, const HueGroup& group)
         .member(u"color_temperature", group.color_temperature)
         .member(u"ct_min", group.ct_min)
         .member(u"ct_max", group.ct_max)
+        .member(u"v2_id", group.v2_id)
+        .member(u"grouped_light_id", group.grouped_light_id)
         .endObject();
 }
 
@@ -149,6 +159,7 @@ void write(JsonWriter& json, const HueScene& scene)
         .member(u"lights", scene.lights)
         .member(u"type", scene.type)
         .member(u"group_id", scene.group_id)
+        .member(u"v2_id", scene.v2_id)
         .endObject();
 }
 
@@ -198,6 +209,8 @@ std::optional<HueLight> readLight(const QJsonObject& object)
     light.ct_min = r.integer(u"ct_min");
     light.ct_max = r.integer(u"ct_max");
     light.unique_id = r.text(u"unique_id");
+    light.v2_id = r.optionalText(u"v2_id");
+    light.battery_level = r.optionalInteger(u"battery_level", -1);
     return checked(r, light);
 }
 
@@ -220,6 +233,8 @@ std::optional<HueGroup> readGroup(const QJsonObject& object)
     group.color_temperature = r.integer(u"color_temperature");
     group.ct_min = r.integer(u"ct_min");
     group.ct_max = r.integer(u"ct_max");
+    group.v2_id = r.optionalText(u"v2_id");
+    group.grouped_light_id = r.optionalText(u"grouped_light_id");
     return checked(r, group);
 }
 
@@ -233,6 +248,7 @@ std::optional<HueScene> readScene(const QJsonObject& object)
     scene.lights = r.texts(u"lights");
     scene.type = r.text(u"type");
     scene.group_id = r.text(u"group_id");
+    scene.v2_id = r.optionalText(u"v2_id");
     return checked(r, scene);
 }
 

@@ -13,7 +13,8 @@ class JsonWriter;
 
 /// The records' own JSON form: one object whose keys are the field names, in field order. The list identity
 /// `id` of rooms and scenes is not part of it and is made fresh when a record is read back. Reading is
-/// strict: every key must be present with a value of the right type.
+/// strict: every key must be present with a value of the right type, except the current interface's ids
+/// (and a lamp's battery), which records written before them lack.
 namespace CodedRecords {
 
 void write(JsonWriter& json, const HueLight& light);

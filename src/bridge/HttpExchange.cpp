@@ -76,9 +76,13 @@ QPointer<QNetworkReply> sendHttpRequest(QNetworkAccessManager& network, QNetwork
             HttpResult result;
             result.tooLarge = exchange->tooLarge;
             if (!result.tooLarge) {
-                result.transportFailed = isTransportFailure(reply->error());
                 result.timedOut = exchange->timedOut;
                 result.status = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
+                // Qt files "400 Bad Request" under its protocol errors; the current interface answers a
+                // refused change so, with the reason in its body.
+                const bool answered = reply->error() == QNetworkReply::ProtocolInvalidOperationError &&
+                                      result.status >= 400 && !result.timedOut;
+                result.transportFailed = isTransportFailure(reply->error()) && !answered;
                 result.certificate = BridgeNetwork::certificateOf(reply);
                 result.refusal = BridgeNetwork::refusalOf(reply);
                 if (result.transportFailed) {

@@ -67,9 +67,9 @@ void deriveColourAbilities(const HueDevice& device, HueLight& light)
     light.allows_ambient = whiteTone;
 }
 
-/// A name as the window and the tables show it: control characters, and the bidirectional overrides and
-/// isolates that would show the rest of a line backwards ("\u202Eevil" reads "live"), become "?".
-QString shownName(QString name)
+} // namespace
+
+QString RecordDerivation::shownName(QString name)
 {
     for (QChar& c : name) {
         const char16_t u = c.unicode();
@@ -79,8 +79,6 @@ QString shownName(QString name)
     }
     return name;
 }
-
-} // namespace
 
 const QString& RecordDerivation::pooled(WireText utf8)
 {

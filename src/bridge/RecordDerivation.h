@@ -21,6 +21,9 @@ public:
 
     /// A fresh random identity for a list element; cheap enough to make hundreds per refresh.
     static QUuid freshId();
+    /// A name as the window and the tables show it: control characters, and the bidirectional overrides and
+    /// isolates that would show the rest of a line backwards ("\u202Eevil" reads "live"), become "?".
+    static QString shownName(QString name);
 
 private:
     /// One shared copy per distinct text: light ids, types and model names repeat hundreds of times in a

@@ -2,6 +2,8 @@
 
 #include "bridge/BridgeAnswer.h"
 #include "bridge/BridgeUrl.h"
+#include "bridge/ClipDecoder.h"
+#include "bridge/ClipDerivation.h"
 #include "bridge/HttpExchange.h"
 #include "bridge/RecordDerivation.h"
 #include "bridge/WireDecoder.h"
@@ -10,6 +12,7 @@
 #include <QCoreApplication>
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
+#include <QSet>
 #include <QThreadPool>
 
 #include <string_view>
@@ -40,6 +43,12 @@ constexpr ListTraits lightsList{"lights",
                                 "Error, no devices found on this Hue Bridge.",
                                 "Hue data",
                                 "lights"};
+constexpr ListTraits homeList{"",
+                              "ERROR: No data received. Giving up.",
+                              "Error: Couldn't decode the bridge's resources due to unknown JSON data.",
+                              "Error, no devices found on this Hue Bridge.",
+                              "The bridge's resources",
+                              "resources"};
 constexpr ListTraits scenesList{"scenes",
                                 "ERROR: No SCENE data received. Giving up.",
                                 "Error: Couldn't decode Hue SCENE data due to unknown JSON data.",
@@ -122,8 +131,9 @@ void deliver(QPointer<QNetworkAccessManager> network, const std::function<void(R
     completion(std::move(result));
 }
 
+/// Reads `url`; `headerKey`, when not empty, goes in the current interface's header instead of the path.
 template <typename Result>
-PendingRead fetchList(QNetworkAccessManager& network, const QString& endpoint, const QString& key,
+PendingRead fetchList(QNetworkAccessManager& network, const QUrl& url, const QString& headerKey,
                       const BridgeIdentity& identity, const ListTraits& list,
                       std::function<void(Result)> completion, Result (*fromBody)(const QByteArray&),
                       std::shared_ptr<ListMemo<Result>> memo)
@@ -131,7 +141,6 @@ PendingRead fetchList(QNetworkAccessManager& network, const QString& endpoint, c
     using Error = typename decltype(Result::error)::value_type;
     // Only an address that cannot form a URL at all is caught here, so that a typo in the settings reads as
     // "no connection" instead of taking the program down.
-    const QUrl url = bridgeResourceUrl(endpoint, key, {QString::fromUtf8(list.path)});
     if (!url.isValid()) {
         QMetaObject::invokeMethod(
             &network, [completion] { completion(failure<Result>(Error::connectionFailed)); },
@@ -140,6 +149,8 @@ PendingRead fetchList(QNetworkAccessManager& network, const QString& endpoint, c
     }
     QPointer<QNetworkAccessManager> guard(&network);
     QNetworkRequest request(url);
+    if (!headerKey.isEmpty())
+        request.setRawHeader(QByteArrayLiteral("hue-application-key"), headerKey.toUtf8());
     BridgeNetwork::prepare(request, identity);
     return sendHttpRequest(network, request, QByteArrayLiteral("GET"), {}, {fetchTimeout, fetchDeadline},
                            [=](const HttpResult& answer) {
@@ -223,6 +234,93 @@ ScenesResult scenesFromBody(const QByteArray& body)
                               &HueBridgeScenesResponse::scenes, &RecordDerivation::scene);
 }
 
+HomeResult homeFromClipBody(const QByteArray& body)
+{
+    if (body.isEmpty())
+        return failure<HomeResult>(LightsError::invalidData, homeList.noData);
+    std::size_t resources = 0;
+    const std::optional<ClipHome> home = ClipDecoder::decodeHome(body, &resources);
+    if (!home) {
+        HomeResult result = failure<HomeResult>(LightsError::invalidData, homeList.undecodable);
+        if (resources > ClipDecoder::maxResources) {
+            result.tooMany = resources;
+            result.message = QStringLiteral("Error: the bridge lists %1 resources, more than the %2 a bridge "
+                                            "can hold; the answer was refused.")
+                                 .arg(resources)
+                                 .arg(ClipDecoder::maxResources);
+        }
+        result.bridgeErrors = bridgeErrors(body);
+        return result;
+    }
+    // The ids the records keep must be unique per kind, or a change could reach the wrong lamp.
+    ClipRecords records = ClipDerivation::derive(*home);
+    const auto twice = [](const auto& list, auto idOf) -> QString {
+        QSet<QString> ids;
+        for (const auto& record : list) {
+            if (ids.contains(idOf(record)))
+                return idOf(record);
+            ids.insert(idOf(record));
+        }
+        return {};
+    };
+    const QString repeated = twice(records.lights, [](const HueLight& l) { return l.lamp_id; }) +
+                             twice(records.groups, [](const HueGroup& g) { return g.group_id; });
+    if (!repeated.isEmpty()) {
+        HomeResult result = failure<HomeResult>(LightsError::invalidData, homeList.undecodable);
+        result.message =
+            QStringLiteral("Error: the bridge lists the id \"%1\" twice; the answer was refused.")
+                .arg(repeated.left(40));
+        return result;
+    }
+    HomeResult result;
+    result.records = std::move(records.lights);
+    result.groups = std::move(records.groups);
+    result.scenes = std::move(records.scenes);
+    result.homeGroupedLight = records.homeGroupedLight;
+    if (result.records.isEmpty() && home->lights.empty())
+        return failure<HomeResult>(LightsError::noDevices, homeList.noneFound);
+    return result;
+}
+
+GroupsResult HomeResult::groupsResult() const
+{
+    GroupsResult result;
+    result.records = groups;
+    if (error)
+        result.error = *error == LightsError::connectionFailed ? GroupsError::connectionFailed
+                                                               : GroupsError::invalidData;
+    result.connectionError = connectionError;
+    result.timedOut = timedOut;
+    result.refusal = refusal;
+    result.httpStatus = httpStatus;
+    result.bridgeErrors = bridgeErrors;
+    result.signer = signer;
+    return result;
+}
+
+ScenesResult HomeResult::scenesResult() const
+{
+    ScenesResult result;
+    result.records = scenes;
+    if (error)
+        result.error = *error == LightsError::connectionFailed ? ScenesError::connectionFailed
+                                                               : ScenesError::invalidData;
+    result.connectionError = connectionError;
+    result.timedOut = timedOut;
+    result.refusal = refusal;
+    result.httpStatus = httpStatus;
+    result.bridgeErrors = bridgeErrors;
+    result.signer = signer;
+    return result;
+}
+
+PendingRead HomeRead::fetch(QNetworkAccessManager& network, std::function<void(HomeResult)> completion) const
+{
+    // An empty key would read as no key at all; the path form refuses it the same way.
+    const QUrl url = key.isEmpty() ? QUrl() : bridgeClipUrl(endpoint);
+    return fetchList(network, url, key, identity, homeList, std::move(completion), homeFromClipBody, memo);
+}
+
 namespace {
 
 template <typename Error>
@@ -258,20 +356,20 @@ QString describe(ScenesError error)
 PendingRead GroupsRead::fetch(QNetworkAccessManager& network,
                               std::function<void(GroupsResult)> completion) const
 {
-    return fetchList(network, endpoint, key, identity, groupsList, std::move(completion), groupsFromBody,
-                     memo);
+    return fetchList(network, bridgeResourceUrl(endpoint, key, {QString::fromUtf8(groupsList.path)}), {},
+                     identity, groupsList, std::move(completion), groupsFromBody, memo);
 }
 
 PendingRead LightsRead::fetch(QNetworkAccessManager& network,
                               std::function<void(LightsResult)> completion) const
 {
-    return fetchList(network, endpoint, key, identity, lightsList, std::move(completion), lightsFromBody,
-                     memo);
+    return fetchList(network, bridgeResourceUrl(endpoint, key, {QString::fromUtf8(lightsList.path)}), {},
+                     identity, lightsList, std::move(completion), lightsFromBody, memo);
 }
 
 PendingRead ScenesRead::fetch(QNetworkAccessManager& network,
                               std::function<void(ScenesResult)> completion) const
 {
-    return fetchList(network, endpoint, key, identity, scenesList, std::move(completion), scenesFromBody,
-                     memo);
+    return fetchList(network, bridgeResourceUrl(endpoint, key, {QString::fromUtf8(scenesList.path)}), {},
+                     identity, scenesList, std::move(completion), scenesFromBody, memo);
 }

@@ -71,6 +71,20 @@ using GroupsResult = FetchResult<HueGroup, GroupsError>;
 using LightsResult = FetchResult<HueLight, LightsError>;
 using ScenesResult = FetchResult<HueScene, ScenesError>;
 
+/// A whole home read over the bridge's current interface in one request: the lamps as `records` (a failure
+/// reads as a failed light read), its rooms and zones, its scenes and smart scenes, and the `grouped_light`
+/// that holds every lamp.
+struct HomeResult : LightsResult
+{
+    QList<HueGroup> groups;
+    QList<HueScene> scenes;
+    QString homeGroupedLight;
+
+    /// The rooms and the scenes as the two list reads of the first interface would give them.
+    GroupsResult groupsResult() const;
+    ScenesResult scenesResult() const;
+};
+
 /// A list read gives up after this long without data; the periodic refresh is the retry.
 inline constexpr std::chrono::milliseconds fetchTimeout{4000};
 /// ... and after this long in all, however the data trickles in.
@@ -96,6 +110,8 @@ struct ListMemo
 GroupsResult groupsFromBody(const QByteArray& body);
 LightsResult lightsFromBody(const QByteArray& body);
 ScenesResult scenesFromBody(const QByteArray& body);
+/// The current interface's whole-home answer ({"errors":[],"data":[...]}) into records.
+HomeResult homeFromClipBody(const QByteArray& body);
 
 /// The text a user sees for a failed list read (the decode and none-found texts are also printed by the
 /// fetch).
@@ -150,4 +166,19 @@ struct ScenesRead
     BridgeIdentity identity;
 
     PendingRead fetch(QNetworkAccessManager& network, std::function<void(ScenesResult)> completion) const;
+};
+
+/// Reads the whole home of a bridge over its current interface ("/clip/v2/resource"), the key in a header.
+struct HomeRead
+{
+    /// The base of every request (BridgeContact::endpoint()) and the key that goes in its header.
+    QString endpoint;
+    QString key;
+
+    /// Optional: the newest answer that decoded, kept across reads.
+    std::shared_ptr<ListMemo<HomeResult>> memo;
+    /// What the bridge must prove over HTTPS.
+    BridgeIdentity identity;
+
+    PendingRead fetch(QNetworkAccessManager& network, std::function<void(HomeResult)> completion) const;
 };

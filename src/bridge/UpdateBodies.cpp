@@ -2,6 +2,8 @@
 
 #include "bridge/JsonWriter.h"
 
+#include <cmath>
+
 QByteArray HueLampOnOffUpdate::encode() const
 {
     return JsonWriter().beginObject().member(u"on", on).endObject().text();
@@ -97,4 +99,48 @@ QByteArray HueScheduleOffMinutes::encode() const
         .member(u"recycle", recycle)
         .endObject();
     return json.text();
+}
+
+QByteArray ClipStateUpdate::encode() const
+{
+    JsonWriter json;
+    json.beginObject();
+    if (on)
+        json.key(u"on").beginObject().member(u"on", *on).endObject();
+    if (brightness)
+        json.key(u"dimming").beginObject().member(u"brightness", *brightness).endObject();
+    if (brightnessDelta) {
+        json.key(u"dimming_delta")
+            .beginObject()
+            .member(u"action", QStringView(*brightnessDelta < 0 ? u"down" : u"up"))
+            .member(u"brightness_delta", std::abs(*brightnessDelta))
+            .endObject();
+    }
+    if (xy) {
+        json.key(u"color")
+            .beginObject()
+            .key(u"xy")
+            .beginObject()
+            .member(u"x", xy->first)
+            .member(u"y", xy->second)
+            .endObject()
+            .endObject();
+    }
+    if (mirek)
+        json.key(u"color_temperature").beginObject().member(u"mirek", *mirek).endObject();
+    if (durationMs)
+        json.key(u"dynamics").beginObject().member(u"duration", *durationMs).endObject();
+    return json.endObject().text();
+}
+
+QByteArray ClipSceneRecall::encode() const
+{
+    return JsonWriter()
+        .beginObject()
+        .key(u"recall")
+        .beginObject()
+        .member(u"action", QStringView(smart ? u"activate" : u"active"))
+        .endObject()
+        .endObject()
+        .text();
 }

@@ -3,6 +3,9 @@
 #include <QByteArray>
 #include <QString>
 
+#include <optional>
+#include <utility>
+
 // The JSON bodies of the state changes Glowdeck sends, in the bridge's units: "bri" and "sat" 0-255, "hue"
 // 0-65535, "ct" in mired, "transitiontime" in tenths of a second. Each encodes to one JSON object whose keys
 // are the field names.
@@ -102,5 +105,28 @@ struct HueScheduleOffMinutes
     bool autodelete = false;
     QString localtime;
     bool recycle = false;
+    QByteArray encode() const;
+};
+
+/// A change of a lamp, or of a room's `grouped_light`, over the bridge's current interface, in its units:
+/// brightness and its steps in per cent, colour as CIE xy, white tone in mirek, the transition in ms. Only
+/// the parts set are written, each as its own object: {"on":{"on":true},"dimming":{"brightness":50}}.
+struct ClipStateUpdate
+{
+    std::optional<bool> on;
+    std::optional<double> brightness;
+    /// Per cent to add (negative: darker); written as "dimming_delta" with "up" or "down".
+    std::optional<double> brightnessDelta;
+    std::optional<std::pair<float, float>> xy;
+    std::optional<qint64> mirek;
+    std::optional<qint64> durationMs;
+    QByteArray encode() const;
+};
+
+/// Recalls a scene over the current interface: {"recall":{"action":"active"}}, or "activate" for a smart
+/// scene.
+struct ClipSceneRecall
+{
+    bool smart = false;
     QByteArray encode() const;
 };

@@ -1,6 +1,8 @@
 #include "connection/BridgeConnection.h"
 
 #include "bridge/ActionQueue.h"
+#include "bridge/BridgeUrl.h"
+#include "bridge/HttpExchange.h"
 #include "connection/BridgeDiscovery.h"
 #include "connection/BridgePairing.h"
 #include "connection/BridgeProbe.h"
@@ -13,6 +15,31 @@
 #include <QCoreApplication>
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
+
+void askBridgeInterface(QNetworkAccessManager& network, const QString& endpoint, const QString& key,
+                        const BridgeIdentity& identity, QObject* context,
+                        std::function<void(std::optional<BridgeInterface>, const HttpResult&)> done)
+{
+    // The current interface is served over HTTPS only.
+    if (!endpoint.startsWith(BridgeAddress::https + u':')) {
+        QMetaObject::invokeMethod(
+            context, [done] { done(BridgeInterface::v1, HttpResult{.status = 0}); }, Qt::QueuedConnection);
+        return;
+    }
+    QNetworkRequest request(bridgeClipUrl(endpoint, {QStringLiteral("bridge")}));
+    request.setRawHeader(QByteArrayLiteral("hue-application-key"), key.toUtf8());
+    BridgeNetwork::prepare(request, identity);
+    sendHttpRequest(network, request, QByteArrayLiteral("GET"), {}, {fetchTimeout, fetchDeadline},
+                    [guard = QPointer(context), done](const HttpResult& answer) {
+                        if (!guard)
+                            return;
+                        if (answer.transportFailed || answer.status == 429 || answer.status == 503)
+                            return done(std::nullopt, answer);
+                        done(answer.status >= 200 && answer.status <= 299 ? BridgeInterface::v2
+                                                                          : BridgeInterface::v1,
+                             answer);
+                    });
+}
 
 BridgeConnection::BridgeConnection(BridgeLink& settings, QNetworkAccessManager& network,
                                    BridgePairing& pairing, const ActionQueue& queue, QObject* parent)
@@ -42,6 +69,8 @@ void BridgeConnection::connectToBridge()
     m_settings.activity().addLogLine(QStringLiteral("Connecting to Bridge... [\u2026") +
                                      m_settings.hueKey().right(4) + u']');
     m_reached = false;
+    // Asked again at every connect: the bridge may have been updated, or replaced by an older one.
+    m_settings.setBridgeInterface(BridgeInterface::unknown);
     reach();
     startBridgeStateRefresher();
 }
@@ -109,12 +138,99 @@ void BridgeConnection::reach()
 void BridgeConnection::onReached()
 {
     m_reached = true;
-    refreshLights();
-    refreshGroups();
-    refreshScenes();
+    if (m_settings.bridgeInterface() == BridgeInterface::unknown)
+        learnInterface();
+    else
+        readEverything();
     // Once the bridge proved who it is, and only then, may the key go into a stream to it.
     if (m_refresher)
         m_live->start();
+}
+
+bool BridgeConnection::overClip() const
+{
+    return m_settings.bridgeInterface() == BridgeInterface::v2;
+}
+
+void BridgeConnection::readEverything()
+{
+    if (overClip())
+        return refreshHome();
+    refreshLights();
+    refreshGroups();
+    refreshScenes();
+}
+
+void BridgeConnection::learnInterface()
+{
+    if (m_learning)
+        return;
+    // Nothing to ask over plain HTTP: the lists are read at once, as they always were.
+    if (m_settings.bridgeTransport() != BridgeAddress::https) {
+        m_settings.setBridgeInterface(BridgeInterface::v1);
+        m_settings.activity().addLogLine(
+            QStringLiteral("Bridge %1 is read over its %2: it offers no HTTPS")
+                .arg(m_settings.bridgeID(), describeInterface(BridgeInterface::v1)));
+        return readEverything();
+    }
+    m_learning = true;
+    const QString key = m_settings.hueKey();
+    askBridgeInterface(
+        m_network, m_settings.bridgeEndpoint(), key, m_settings.bridgeIdentity(), this,
+        [this, key](std::optional<BridgeInterface> interface, const HttpResult& answer) {
+            m_learning = false;
+            // Disconnected or paired anew meanwhile: the next connect asks again.
+            if (m_settings.hueKey() != key || !m_reached)
+                return;
+            if (answer.transportFailed) {
+                LightsResult failed;
+                failed.error = LightsError::connectionFailed;
+                failed.connectionError = answer.error;
+                failed.timedOut = answer.timedOut;
+                failed.refusal = answer.refusal;
+                return onLights(failed, ++m_readsStarted);
+            }
+            // Busy: asked again at the next tick rather than settling for the older interface.
+            if (!interface)
+                return;
+            m_settings.setBridgeInterface(*interface);
+            const QString why =
+                answer.status == 404 ? QStringLiteral(": it has no current interface (older firmware)")
+                : *interface == BridgeInterface::v1
+                    ? QStringLiteral(" (it answered the current one with HTTP %1)").arg(answer.status)
+                    : QString();
+            m_settings.activity().addLogLine(
+                QStringLiteral("Bridge %1 is read over its %2%3")
+                    .arg(m_settings.bridgeID(), describeInterface(*interface), why));
+            readEverything();
+        });
+}
+
+void BridgeConnection::refreshHome()
+{
+    const quint64 order = ++m_readsStarted;
+    const quint64 serial = m_lightsRead.next(order);
+    m_lightsRead.reply =
+        HomeRead{m_settings.bridgeEndpoint(), m_settings.hueKey(), m_homeMemo, m_settings.bridgeIdentity()}
+            .fetch(m_network, [self = QPointer(this), serial, order](const HomeResult& result) {
+                if (!self || !self->m_lightsRead.take(serial))
+                    return;
+                self->onHome(result, order);
+                if (std::exchange(self->m_lightsRead.again, false) && !self->m_lightsRead.pending())
+                    self->refreshHome();
+            });
+}
+
+void BridgeConnection::onHome(const HomeResult& result, quint64 order)
+{
+    // One answer holds every list: the rooms and scenes are taken with the lamps, and fail with them.
+    if (result.ok()) {
+        m_settings.setHomeGroupedLight(result.homeGroupedLight);
+        m_settings.home().setGroups(result.groups);
+    }
+    Q_EMIT groupsRefreshed(result.groupsResult());
+    onScenes(result.scenesResult());
+    onLights(result, order);
 }
 
 void BridgeConnection::disconnectFromBridge()
@@ -125,6 +241,7 @@ void BridgeConnection::disconnectFromBridge()
     *m_lightsMemo = {};
     *m_groupsMemo = {};
     *m_scenesMemo = {};
+    *m_homeMemo = {};
     m_live->stop();
     m_settings.home().setLights({});
     m_settings.home().setGroups({});
@@ -172,6 +289,8 @@ void BridgeConnection::readAfresh(int lists)
         else
             start();
     };
+    if (overClip())
+        return read(m_lightsRead, [this] { refreshHome(); });
     if (lists & LiveUpdates::lights)
         read(m_lightsRead, [this] { refreshLights(); });
     if (lists & LiveUpdates::groups)
@@ -191,6 +310,10 @@ bool BridgeConnection::ListRead::take(quint64 serial)
 
 void BridgeConnection::refreshLights()
 {
+    if (m_settings.bridgeInterface() == BridgeInterface::unknown)
+        return learnInterface();
+    if (overClip())
+        return refreshHome();
     const quint64 order = ++m_readsStarted;
     const quint64 serial = m_lightsRead.next(order);
     // A reply can arrive after this object is gone (the application quits mid-read): guard on it.
@@ -208,6 +331,10 @@ void BridgeConnection::refreshLights()
 
 void BridgeConnection::refreshGroups()
 {
+    if (m_settings.bridgeInterface() == BridgeInterface::unknown)
+        return learnInterface();
+    if (overClip())
+        return refreshHome();
     const quint64 serial = m_groupsRead.next(++m_readsStarted);
     m_groupsRead.reply =
         GroupsRead{m_settings.bridgeEndpoint(), m_settings.hueKey(), m_groupsMemo,
@@ -226,6 +353,10 @@ void BridgeConnection::refreshGroups()
 
 void BridgeConnection::refreshScenes()
 {
+    if (m_settings.bridgeInterface() == BridgeInterface::unknown)
+        return learnInterface();
+    if (overClip())
+        return refreshHome();
     const quint64 serial = m_scenesRead.next(++m_readsStarted);
     m_scenesRead.reply =
         ScenesRead{m_settings.bridgeEndpoint(), m_settings.hueKey(), m_scenesMemo,
@@ -281,7 +412,8 @@ void BridgeConnection::onLights(const LightsResult& result, quint64 order)
         // would stay empty or stale until then. A scene read started along with this light read is left to
         // finish; one from before (still trickling from the outage) is replaced.
         const bool scenesUnderWay = m_scenesRead.pending() && m_scenesRead.startedAt > order;
-        if (std::exchange(m_scenesStale, false) && !scenesUnderWay)
+        // Over the current interface the scenes came with the lamps.
+        if (std::exchange(m_scenesStale, false) && !scenesUnderWay && !overClip())
             refreshScenes();
     }
     Q_EMIT lightsRefreshed(result);
@@ -437,6 +569,11 @@ void BridgeConnection::refreshTick()
         return;
     if (!m_reached)
         return reach();
+    if (m_settings.bridgeInterface() == BridgeInterface::unknown)
+        return learnInterface();
+    // One request brings everything, the scenes too.
+    if (overClip())
+        return refreshHome();
     refreshLights();
     refreshGroups();
     // Scenes rarely change: refresh them only during four minutes of every hour.

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "bridge/ResourceFetch.h"
+#include "model/BridgeInterface.h"
 
 #include <QDateTime>
 #include <QObject>
@@ -12,10 +13,19 @@
 
 class ActionQueue;
 class BridgeLink;
+struct HttpResult;
 class BridgeDiscovery;
 class LiveUpdates;
 class BridgePairing;
 class QNetworkAccessManager;
+
+/// Which interface the bridge at `endpoint` offers, from its answer to `GET /clip/v2/resource/bridge` (sent
+/// with `key`, checked against `identity`): v2 for 200, v1 over plain HTTP (asked nothing) and for any other
+/// status; nothing when it did not answer or was busy (429, 503), when it is to be asked again later.
+/// `done` runs once, unless `context` goes first.
+void askBridgeInterface(QNetworkAccessManager& network, const QString& endpoint, const QString& key,
+                        const BridgeIdentity& identity, QObject* context,
+                        std::function<void(std::optional<BridgeInterface>, const HttpResult&)> done);
 
 /// Keeps the shared state in step with the bridge: pairs when there is no key, reads lights, rooms and
 /// scenes, refreshes them on a timer (every 3.5 s, or once a minute while the bridge pushes its changes over
@@ -62,10 +72,14 @@ public:
     void disconnectFromBridge();
 
     /// Each starts a read of its list, aborting one still under way. A light read that succeeds after failed
-    /// ones (or as the first one) also reads the scenes, which otherwise wait for their quarter hour.
+    /// ones (or as the first one) also reads the scenes, which otherwise wait for their quarter hour. Over
+    /// the bridge's current interface each reads the whole home (`refreshHome`).
     void refreshLights();
     void refreshGroups();
     void refreshScenes();
+    /// Reads lamps, rooms, zones and scenes in one request over the bridge's current interface, aborting a
+    /// read still under way.
+    void refreshHome();
 
     /// Creates the refresh timer when none runs, and opens the bridge's event stream again once it is
     /// reached.
@@ -120,8 +134,17 @@ private:
     /// Reads the lists named (LiveUpdates::List) without aborting a read under way: one that is under way is
     /// followed by another once it answered, since the change may have come after the bridge answered it.
     void readAfresh(int lists);
-    /// The bridge at its address proved who it is: read all three lists and listen to its changes.
+    /// The bridge at its address proved who it is: learn which interface it offers (once per connect), read
+    /// all three lists and listen to its changes.
     void onReached();
+    /// Asks the bridge whether it offers the current interface: `GET /clip/v2/resource/bridge` answering 200
+    /// over HTTPS. A bridge over plain HTTP, or answering 404, is read over the first one. Reads the lists
+    /// once it knows.
+    void learnInterface();
+    /// Reads every list over the interface learnt.
+    void readEverything();
+    void onHome(const HomeResult& result, quint64 order);
+    bool overClip() const;
     /// The bridge did not answer at its address, or answered as another bridge.
     void onMissed();
     void searchForBridge();
@@ -147,6 +170,9 @@ private:
     std::shared_ptr<ListMemo<LightsResult>> m_lightsMemo = std::make_shared<ListMemo<LightsResult>>();
     std::shared_ptr<ListMemo<GroupsResult>> m_groupsMemo = std::make_shared<ListMemo<GroupsResult>>();
     std::shared_ptr<ListMemo<ScenesResult>> m_scenesMemo = std::make_shared<ListMemo<ScenesResult>>();
+    std::shared_ptr<ListMemo<HomeResult>> m_homeMemo = std::make_shared<ListMemo<HomeResult>>();
+    /// The interface question is under way: the lists wait for its answer.
+    bool m_learning = false;
     quint64 m_readsStarted = 0;
     /// No light read has succeeded since the start or since the last failed one: the scenes may be stale.
     bool m_scenesStale = true;

@@ -1,6 +1,7 @@
 #include "connection/LiveUpdates.h"
 
 #include "bridge/ActionQueue.h"
+#include "bridge/ClipUnits.h"
 #include "connection/BridgeEventStream.h"
 #include "state/ActivityLog.h"
 #include "state/BridgeHome.h"
@@ -11,6 +12,7 @@
 #include <QNetworkAccessManager>
 
 #include <algorithm>
+#include <tuple>
 
 namespace {
 
@@ -100,13 +102,14 @@ int LiveUpdates::fieldsWritten(const QByteArray& body)
         return std::any_of(names.begin(), names.end(),
                            [&members](QStringView name) { return members.contains(name); });
     };
+    // The first interface's names, then the current one's.
     if (writes({u"on"}))
         fields |= on;
-    if (writes({u"bri", u"bri_inc"}))
+    if (writes({u"bri", u"bri_inc", u"dimming", u"dimming_delta"}))
         fields |= brightness;
-    if (writes({u"hue", u"sat", u"xy"}))
+    if (writes({u"hue", u"sat", u"xy", u"color"}))
         fields |= colour;
-    if (writes({u"ct"}))
+    if (writes({u"ct", u"color_temperature"}))
         fields |= whiteTone;
     return fields;
 }
@@ -158,34 +161,48 @@ void LiveUpdates::apply(const BridgeEventBatch& batch)
     if (!batch.lights.isEmpty()) {
         QList<HueLight> records = m_settings.home().lights();
         for (const LightChange& change : batch.lights) {
-            const auto light = std::find_if(records.begin(), records.end(),
-                                            [&](const HueLight& l) { return l.lamp_id == change.lampId; });
+            // A lamp read over the current interface is found by its UUID, one read over the first by its
+            // number.
+            const auto light = std::find_if(records.begin(), records.end(), [&](const HueLight& l) {
+                return l.v2_id.isEmpty() ? !change.lampId.isEmpty() && l.lamp_id == change.lampId
+                                         : l.v2_id == change.resourceId;
+            });
             // A lamp not shown (out of reach, say) waits for the next read.
             if (light == records.end())
                 continue;
+            const QString id = light->lamp_id;
             if (change.on)
-                take(false, change.lampId, on, light->is_on, *change.on);
+                take(false, id, on, light->is_on, *change.on);
             if (change.brightness)
-                take(false, change.lampId, brightness, light->brightness, *change.brightness);
-            if (change.xy && !shielded(false, change.lampId, colour)) {
+                take(false, id, brightness, light->brightness, *change.brightness);
+            if (change.xy && !shielded(false, id, colour)) {
                 light->xy_x = change.xy->first;
                 light->xy_y = change.xy->second;
+                // The colour field shows hue and saturation; a lamp read over the first interface gets them
+                // at the next read, as before.
+                if (!light->v2_id.isEmpty())
+                    std::tie(light->hue, light->saturation) =
+                        ClipUnits::hueSaturationFromXy(change.xy->first, change.xy->second);
             } else if (change.xy) {
                 held |= lights;
             }
             if (change.colorTemperature)
-                take(false, change.lampId, whiteTone, light->color_temperature, *change.colorTemperature);
+                take(false, id, whiteTone, light->color_temperature, *change.colorTemperature);
         }
         m_settings.home().setLights(records);
     }
     if (!batch.groups.isEmpty()) {
         QList<HueGroup> records = m_settings.home().groups();
         for (const GroupChange& change : batch.groups) {
-            const auto group = std::find_if(records.begin(), records.end(),
-                                            [&](const HueGroup& g) { return g.group_id == change.groupId; });
+            const auto group = std::find_if(records.begin(), records.end(), [&](const HueGroup& g) {
+                return g.grouped_light_id.isEmpty()
+                           ? !change.groupId.isEmpty() && g.group_id == change.groupId
+                           : g.grouped_light_id == change.resourceId;
+            });
             if (group == records.end())
                 continue;
-            if (change.anyOn && !shielded(true, change.groupId, on)) {
+            const QString id = group->group_id;
+            if (change.anyOn && !shielded(true, id, on)) {
                 // The bridge tells whether any lamp is on: that is what the room's switch shows.
                 group->any_on = group->is_on = *change.anyOn;
                 if (!*change.anyOn)
@@ -194,7 +211,7 @@ void LiveUpdates::apply(const BridgeEventBatch& batch)
                 held |= groups;
             }
             if (change.brightness)
-                take(true, change.groupId, brightness, group->brightness, *change.brightness);
+                take(true, id, brightness, group->brightness, *change.brightness);
         }
         m_settings.home().setGroups(records);
     }

@@ -23,6 +23,10 @@ struct HueGroup
     qint64 color_temperature = 0;
     qint64 ct_min = 0;
     qint64 ct_max = 0;
+    /// The room's or zone's id on the bridge's current interface, and the id of the `grouped_light` that
+    /// switches and dims it there; both empty when it was read over the first interface.
+    QString v2_id;
+    QString grouped_light_id;
 
     /// A zone ("Downstairs", "TV corner"): lamps of any rooms, shown after the rooms. The whole-home
     /// shortcuts act on rooms only.

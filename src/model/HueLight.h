@@ -22,6 +22,11 @@ struct HueLight
     qint64 ct_min = 0;
     qint64 ct_max = 0;
     QString unique_id;
+    /// The lamp's id on the bridge's current interface (a UUID), for writes there; empty when it was read
+    /// over the first interface.
+    QString v2_id;
+    /// The battery of a lamp that runs on one, in per cent; -1 for a lamp on mains power or not told.
+    qint64 battery_level = -1;
 
     bool operator==(const HueLight&) const = default;
 };

@@ -109,8 +109,10 @@ void BridgeLink::setBridgeContact(const QString& transport, const QString& bridg
     if (transport == m_contact.transport && bridgeId == m_contact.id &&
         certificateKey == m_contact.certificate)
         return;
-    if (transport != m_contact.transport || bridgeId != m_contact.id)
+    if (transport != m_contact.transport || bridgeId != m_contact.id) {
         m_bridgeSigner = {};
+        m_interface = BridgeInterface::unknown;
+    }
     m_contact.transport = transport;
     m_contact.id = bridgeId;
     m_home.setBridgeId(bridgeId);
@@ -140,6 +142,11 @@ CertificateSigner BridgeLink::bridgeSigner() const
 void BridgeLink::setBridgeSigner(const CertificateSigner& signer)
 {
     assign(m_bridgeSigner, signer, &BridgeLink::bridgeContactChanged);
+}
+
+void BridgeLink::setBridgeInterface(BridgeInterface interface)
+{
+    assign(m_interface, interface, &BridgeLink::bridgeContactChanged);
 }
 
 void BridgeLink::persistBridge()

@@ -2,6 +2,7 @@
 
 #include "model/BridgeContact.h"
 #include "model/BridgeIdentity.h"
+#include "model/BridgeInterface.h"
 #include "model/CertificateSigner.h"
 #include "model/HueLight.h"
 #include "state/Preferences.h"
@@ -71,6 +72,14 @@ public:
     CertificateSigner bridgeSigner() const;
     /// Notifies with `bridgeContactChanged`.
     void setBridgeSigner(const CertificateSigner& signer);
+    /// Which interface the session reads and writes this bridge over, learnt at every connect and never
+    /// stored; notifies with `bridgeContactChanged`. Unknown again when the transport or the bridge changes.
+    BridgeInterface bridgeInterface() const { return m_interface; }
+    void setBridgeInterface(BridgeInterface interface);
+    /// The current interface's `grouped_light` that holds every lamp (its `bridge_home`'s), learnt with the
+    /// lists; empty over the first interface.
+    QString homeGroupedLight() const { return m_homeGroupedLight; }
+    void setHomeGroupedLight(const QString& id) { m_homeGroupedLight = id; }
     /// What the bridge at `hueIP` must prove: the stored id and pinned key; plain HTTP only for a bridge that
     /// was paired that way.
     BridgeIdentity bridgeIdentity() const { return m_contact.identity(); }
@@ -131,4 +140,6 @@ private:
     BridgeContact m_stored;
     qsizetype m_index = -1;
     CertificateSigner m_bridgeSigner;
+    BridgeInterface m_interface = BridgeInterface::unknown;
+    QString m_homeGroupedLight;
 };

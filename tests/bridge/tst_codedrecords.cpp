@@ -28,7 +28,7 @@ void TestCodedRecords::writesKeysInFieldOrder()
         QByteArray(R"({"lamp_id":"10","name":"Desk","product_name":"","model_id":"","allows_color":false,)"
                    R"("allows_ambient":false,"allows_brightness":true,"is_on":false,"brightness":0,"hue":0,)"
                    R"("saturation":0,"color_temperature":0,"xy_x":0.3171,"xy_y":0.3366,"ct_min":0,)"
-                   R"("ct_max":500,"unique_id":""})"));
+                   R"("ct_max":500,"unique_id":"","v2_id":"","battery_level":-1})"));
 
     // The list identity is not part of the form, and the two limits of a room come last.
     HueGroup group{.group_id = QStringLiteral("1"), .lights = {QStringLiteral("2"), QStringLiteral("10")}};
@@ -36,10 +36,10 @@ void TestCodedRecords::writesKeysInFieldOrder()
         CodedRecords::encode(group),
         QByteArray(R"({"group_id":"1","name":"","lights":["2","10"],"type":"","group_class":"",)"
                    R"("all_on":false,"any_on":false,"is_on":false,"brightness":0,"saturation":0,"hue":0,)"
-                   R"("color_temperature":0,"ct_min":0,"ct_max":0})"));
+                   R"("color_temperature":0,"ct_min":0,"ct_max":0,"v2_id":"","grouped_light_id":""})"));
     // Records name no bridge address and carry no key: the key stays with the bridge's contact.
     QCOMPARE(CodedRecords::encode(HueScene{.scene_id = QStringLiteral("abc")}),
-             QByteArray(R"({"scene_id":"abc","name":"","lights":[],"type":"","group_id":""})"));
+             QByteArray(R"({"scene_id":"abc","name":"","lights":[],"type":"","group_id":"","v2_id":""})"));
 }
 
 void TestCodedRecords::roundTripsEveryRecord()

@@ -105,11 +105,12 @@ void TestServerSentEvents::turnsEventsIntoChanges_data()
         return update(light("7", R"("dimming":{"brightness":)" + QByteArray(percent) + "}"));
     };
     const auto brightness = [](qint64 value) {
-        return BridgeEventBatch{.lights = {{.lampId = "7", .brightness = value}}};
+        return BridgeEventBatch{.lights = {{.lampId = "7", .resourceId = "b6b1", .brightness = value}}};
     };
 
-    QTest::newRow("switched off") << update(light("7", R"("on":{"on":false})"))
-                                  << BridgeEventBatch{.lights = {{.lampId = "7", .on = false}}} << 0;
+    QTest::newRow("switched off")
+        << update(light("7", R"("on":{"on":false})"))
+        << BridgeEventBatch{.lights = {{.lampId = "7", .resourceId = "b6b1", .on = false}}} << 0;
     QTest::newRow("0 % is the dimmest") << dim("0") << brightness(1) << 0;
     QTest::newRow("0.39 %") << dim("0.39") << brightness(1) << 0;
     QTest::newRow("100 %") << dim("100.0") << brightness(254) << 0;
@@ -117,18 +118,24 @@ void TestServerSentEvents::turnsEventsIntoChanges_data()
     QTest::newRow("colour, no temperature")
         << update(light("7", R"("color":{"xy":{"x":0.4573,"y":0.41}},"color_temperature":{"mirek":null,)"
                              R"("mirek_valid":false})"))
-        << BridgeEventBatch{.lights = {{.lampId = "7", .xy = std::pair(0.4573f, 0.41f)}}} << 0;
+        << BridgeEventBatch{.lights = {{.lampId = "7",
+                                        .resourceId = "b6b1",
+                                        .xy = std::pair(0.4573f, 0.41f)}}}
+        << 0;
     QTest::newRow("values out of range")
         << update(light("7", R"("on":{"on":true},"color":{"xy":{"x":1.2,"y":0.4}},)"
                              R"("color_temperature":{"mirek":0})"))
-        << BridgeEventBatch{.lights = {{.lampId = "7", .on = true}}} << 1;
+        << BridgeEventBatch{.lights = {{.lampId = "7", .resourceId = "b6b1", .on = true}}} << 1;
     QTest::newRow("merged in order")
         << update(light("7", R"("on":{"on":true},"color_temperature":{"mirek":366})") + "," +
                   light("9", R"("on":{"on":true})") + "," +
                   light("7", R"("on":{"on":false},"dimming":{"brightness":100})"))
-        << BridgeEventBatch{.lights =
-                                {{.lampId = "7", .on = false, .brightness = 254, .colorTemperature = 366},
-                                 {.lampId = "9", .on = true}}}
+        << BridgeEventBatch{.lights = {{.lampId = "7",
+                                        .resourceId = "b6b1",
+                                        .on = false,
+                                        .brightness = 254,
+                                        .colorTemperature = 366},
+                                       {.lampId = "9", .resourceId = "b6b1", .on = true}}}
         << 0;
     QTest::newRow("room")
         << update(
@@ -138,19 +145,28 @@ void TestServerSentEvents::turnsEventsIntoChanges_data()
         << update(light("7", R"("on":{"on":true,"extra":[1]},"dynamics":{"speed":1})") + "," +
                   R"({"type":"button","button":{"last_event":"short_release"}},)"
                   R"({"type":"zigbee_connectivity","status":"connected","id_v1":"/lights/7"})")
-        << BridgeEventBatch{.lights = {{.lampId = "7", .on = true}}, .relistLights = true} << 0;
+        << BridgeEventBatch{.lights = {{.lampId = "7", .resourceId = "b6b1", .on = true}},
+                            .relistLights = true}
+        << 0;
 
     QTest::newRow("lamp renamed") << update(light("7", R"("metadata":{"name":"Desk"})"))
                                   << BridgeEventBatch{.relistLights = true} << 0;
     QTest::newRow("lamp out of reach")
         << update(R"({"type":"zigbee_connectivity","status":"connectivity_issue"})")
         << BridgeEventBatch{.relistLights = true} << 0;
-    QTest::newRow("lamp without id_v1")
+    QTest::newRow("lamp without any id")
         << update(R"({"type":"light","on":{"on":true}})") << BridgeEventBatch{.relistLights = true} << 1;
+    // Found by its UUID among records read over the current interface.
+    QTest::newRow("lamp by its UUID only")
+        << update(R"({"id":"c0ffee","type":"light","on":{"on":true}})")
+        << BridgeEventBatch{.lights = {{.resourceId = "c0ffee", .on = true}}} << 0;
+    QTest::newRow("room by its grouped light's UUID only")
+        << update(R"({"id":"g-1","type":"grouped_light","on":{"on":false}})")
+        << BridgeEventBatch{.groups = {{.resourceId = "g-1", .anyOn = false}}} << 0;
     QTest::newRow("lamp change of the wrong type")
         << update(light("7", R"("on":{"on":"yes"})")) << BridgeEventBatch{.relistLights = true} << 1;
-    QTest::newRow("room without id_v1") << update(R"({"type":"grouped_light","on":{"on":true}})")
-                                        << BridgeEventBatch{.relistGroups = true} << 1;
+    QTest::newRow("room without any id") << update(R"({"type":"grouped_light","on":{"on":true}})")
+                                         << BridgeEventBatch{.relistGroups = true} << 1;
     QTest::newRow("zone members") << update(R"({"type":"zone","children":[]})")
                                   << BridgeEventBatch{.relistGroups = true} << 0;
     QTest::newRow("scene moved") << update(R"({"type":"scene","group":{"rid":"r","rtype":"room"}})")

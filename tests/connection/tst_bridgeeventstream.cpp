@@ -176,7 +176,7 @@ void TestBridgeEventStream::deliversTheChangesOfEachEvent()
     m_server->send(R"(data: [{"type":"add","data":[{"type":"scene"}]}])"
                    "\n\n");
     QTRY_COMPARE_WITH_TIMEOUT(changes.size(), 2, 10000);
-    const BridgeEventBatch lampOff{.lights = {{.lampId = "7", .on = false}}};
+    const BridgeEventBatch lampOff{.lights = {{.lampId = "7", .resourceId = "b6b13ab2", .on = false}}};
     QCOMPARE(changes.at(0).at(0).value<BridgeEventBatch>(), lampOff);
     QCOMPARE(changes.at(1).at(0).value<BridgeEventBatch>(), BridgeEventBatch{.relistScenes = true});
     QCOMPARE(m_server->requests().size(), 1);

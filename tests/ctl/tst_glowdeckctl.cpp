@@ -239,7 +239,7 @@ void TestGlowdeckCtl::listsAsJsonKeepTheBridgeOrderAndNotTheKey()
 
     const QJsonObject desk = lights.at(0).toObject();
     QVERIFY(CodedRecords::readLight(desk).has_value()); // every coded key, each of the right type
-    QCOMPARE(desk.size(), 18);
+    QCOMPARE(desk.size(), 20);
     // clang-format off
     const QJsonObject expected{{"name", "Desk lamp"}, {"product_name", "Hue color lamp"}, {"is_on", true},
                                {"brightness", 200}, {"allows_color", true}, {"ct_max", 500},
@@ -596,9 +596,10 @@ void TestGlowdeckCtl::watchPrintsPushedChangesAndStatusSaysWhetherTheyArePushed(
                  "\nTransport: +HTTPS \\(certificate signed by Glowdeck test bridge authority, an "
                  "authority added to the trusted ones, not by the bridge maker\\)\n"))),
              qPrintable(first[0].out));
-    QVERIFY2(first[0].out.contains(QRegularExpression(
-                 QStringLiteral("\nBridge: +answers \\(3 lights\\)\nUpdates: +live updates \\(the bridge "
-                                "pushes its changes\\)\n$"))),
+    QVERIFY2(first[0].out.contains(
+                 QRegularExpression(QStringLiteral("\nBridge: +answers \\(3 lights\\)\nInterface: +interface "
+                                                   "v2\nUpdates: +live updates \\(the bridge "
+                                                   "pushes its changes\\)\n$"))),
              qPrintable(first[0].out));
     QVERIFY2(first[1].out.contains(QRegularExpression(
                  QStringLiteral("\nUpdates: +reading every 3.5 s \\(no event stream over plain "

@@ -132,6 +132,9 @@ QString describeFailure(const QString& bridge, const ActionQueueItem& item, cons
     case Kind::refused:
         return QStringLiteral("The bridge at %1 refused %2: %3.")
             .arg(bridge, request(item), printable(outcome.detail));
+    case Kind::partly:
+        return QStringLiteral("The bridge at %1 took only part of %2: %3.")
+            .arg(bridge, request(item), printable(outcome.detail));
     case Kind::httpError:
         return QStringLiteral("The bridge at %1 answered %2 with HTTP status %3.")
             .arg(bridge, request(item))
@@ -395,20 +398,25 @@ void CtlCommands::changeTarget()
                          : command == CtlCommand::room ? QStringLiteral("room")
                                                        : QStringLiteral("scene");
     const auto lightOf = [&id](const Served& served) {
-        return std::find_if(served.lights.cbegin(), served.lights.cend(),
-                            [&id](const HueLight& light) { return light.lamp_id == id; });
+        return std::find_if(served.lights.cbegin(), served.lights.cend(), [&id](const HueLight& light) {
+            // Either id: the number kept from the first interface or the UUID.
+            return light.lamp_id == id || (!light.v2_id.isEmpty() && light.v2_id == id);
+        });
     };
     const auto groupOf = [&id](const Served& served) {
-        return std::find_if(served.groups.cbegin(), served.groups.cend(),
-                            [&id](const HueGroup& group) { return group.group_id == id; });
+        return std::find_if(served.groups.cbegin(), served.groups.cend(), [&id](const HueGroup& group) {
+            return group.group_id == id || (!group.v2_id.isEmpty() && group.v2_id == id);
+        });
     };
     QList<Served*> holders;
     for (const std::unique_ptr<Served>& served : m_bridges) {
-        const bool has = command == CtlCommand::light ? lightOf(*served) != served->lights.cend()
-                         : command == CtlCommand::room
-                             ? groupOf(*served) != served->groups.cend()
-                             : std::any_of(served->scenes.cbegin(), served->scenes.cend(),
-                                           [&id](const HueScene& scene) { return scene.scene_id == id; });
+        const bool has =
+            command == CtlCommand::light ? lightOf(*served) != served->lights.cend()
+            : command == CtlCommand::room
+                ? groupOf(*served) != served->groups.cend()
+                : std::any_of(served->scenes.cbegin(), served->scenes.cend(), [&id](const HueScene& scene) {
+                      return scene.scene_id == id || (!scene.v2_id.isEmpty() && scene.v2_id == id);
+                  });
         if (has)
             holders.append(served.get());
     }

@@ -12,8 +12,8 @@
 #include "connection/BridgeProbe.h"
 #include "connection/ShellRunner.h"
 #include "session/BridgeSession.h"
-#include "state/BridgeLink.h"
 #include "state/BridgeHome.h"
+#include "state/BridgeLink.h"
 #include "state/JsonSettingsStore.h"
 #include "state/Preferences.h"
 
@@ -501,7 +501,16 @@ void CtlConnectionCommands::onStatusLights(Status& report, const LightsResult& r
         report.fields.append({QStringLiteral("Bridge"),
                               QStringLiteral("answers (%1)")
                                   .arg(Ctl::counted(result.records.size(), QStringLiteral("light")))});
-        return reportUpdates(report, contact);
+        // Said as the connection pane says it.
+        askBridgeInterface(
+            *m_network, contact.endpoint, report.key, contact.identity(), this,
+            [this, contact, &report](std::optional<BridgeInterface> interface, const HttpResult&) {
+                report.fields.append({QStringLiteral("Interface"),
+                                      interface ? describeInterface(*interface)
+                                                : QStringLiteral("unknown (the bridge is busy)")});
+                reportUpdates(report, contact);
+            });
+        return;
     }
     QString state = QStringLiteral("answers, but sent no lamps for this key; run glowdeckctl pair");
     if (result.timedOut)

@@ -204,6 +204,11 @@ void ConnectionView::onStateChanged()
         security +=
             u'\n' + (m_settings.home().liveUpdates() ? tr("Live updates: the bridge tells of every change")
                                                      : tr("Reading every 3.5 s"));
+    // Which of the bridge's interfaces this session uses: an older bridge lacks the newer features.
+    if (connected && m_settings.bridgeInterface() != BridgeInterface::unknown)
+        security +=
+            u'\n' + (m_settings.bridgeInterface() == BridgeInterface::v2 ? tr("interface v2")
+                                                                         : tr("interface v1 (older bridge)"));
     if (!m_moved.isEmpty())
         security += u'\n' + m_moved;
     m_security->setText(security);
