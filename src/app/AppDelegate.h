@@ -33,6 +33,7 @@ class BridgePairing;
 class DesktopAppearance;
 class DebugReport;
 class DebugView;
+class DesktopBusService;
 class Diagnostics;
 class GlobalHotkeys;
 class HotkeyActions;
@@ -70,6 +71,9 @@ struct AppDelegateOptions
     bool windowMode = false;
     /// Whether the desktop has a system tray now; empty: ask Qt (tests decide themselves).
     std::function<bool()> trayAvailable;
+    /// Offer the D-Bus interface on the session bus (the real start; tests that build the application in
+    /// their own process leave the bus alone).
+    bool publishOnSessionBus = false;
 };
 
 /// The composition root: owns the shared state, the bridge client, the tray icon, its menu and the windows
@@ -142,6 +146,8 @@ public:
     QSystemTrayIcon& trayIcon() const { return *m_trayIcon; }
     SwitchOffNotice& switchOffNotice() const { return *m_switchOffNotice; }
     SwitchOffTimer& switchOffTimer() const;
+    /// The D-Bus interface, while it is offered.
+    DesktopBusService* busService() const { return m_busService.get(); }
     /// The welcome window while it is open.
     WelcomeView* welcomeWindow() const { return m_welcome; }
 
@@ -161,6 +167,7 @@ private:
     void onMenuRequested(QPoint at);
     void buildContextMenu();
     void registerHotkeys();
+    void publishOnSessionBus();
     void connectToBridgeAtStart();
     BridgeSession& addSession(const BridgeContact& contact, qsizetype storedAt);
     /// Adds a session for every paired bridge stored by another program that none serves yet.
@@ -201,6 +208,7 @@ private:
     std::unique_ptr<HotkeyBackend> m_hotkeyBackend;
     std::unique_ptr<GlobalHotkeys> m_hotkeys;
     std::unique_ptr<HotkeyActions> m_hotkeyActions;
+    std::unique_ptr<DesktopBusService> m_busService; // null unless offered
     std::unique_ptr<ShellRunner> m_shell;
     std::unique_ptr<LocalNetworkBrowser> m_localNetwork; // null where there is no mDNS service
     std::unique_ptr<BridgeDiscovery> m_discovery;
