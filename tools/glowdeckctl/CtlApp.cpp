@@ -221,7 +221,7 @@ int CtlApp::run(const CtlInvocation& invocation)
         const std::optional<QList<CtlHome>> found = homes(invocation.command, invocation.bridgeId, failure);
         if (!found)
             return failure;
-        CtlOutput::printList(invocation.command, *found, invocation.json);
+        CtlOutput::printList(invocation.command, *found, invocation.json, found->size() > 1);
         return exitDone;
     }
     case CtlCommand::allOn:

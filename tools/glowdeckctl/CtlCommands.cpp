@@ -256,7 +256,7 @@ void CtlCommands::printLists()
     }
     if (homes.isEmpty())
         return;
-    CtlOutput::printList(m_invocation.command, homes, m_invocation.json);
+    CtlOutput::printList(m_invocation.command, homes, m_invocation.json, m_bridges.size() > 1);
 }
 
 CtlHome CtlCommands::homeOf(const Served& served)

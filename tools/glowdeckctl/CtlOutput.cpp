@@ -162,9 +162,8 @@ CtlTarget findIn(const QList<CtlHome>& homes, QList<Record> CtlHome::*list, cons
 
 namespace CtlOutput {
 
-void printList(CtlCommand command, const QList<CtlHome>& homes, bool json)
+void printList(CtlCommand command, const QList<CtlHome>& homes, bool json, bool several)
 {
-    const bool several = homes.size() > 1;
     QList<QStringList> rows;
     JsonWriter array;
     array.beginArray();

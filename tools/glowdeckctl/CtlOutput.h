@@ -30,8 +30,9 @@ struct CtlTarget
 /// What glowdeckctl prints of the homes, the same whether they come from the bridges or from the application.
 namespace CtlOutput {
 
-/// Prints the lamps, rooms or scenes (`command`) of `homes` as one table or one JSON array.
-void printList(CtlCommand command, const QList<CtlHome>& homes, bool json);
+/// Prints the lamps, rooms or scenes (`command`) of `homes` as one table or one JSON array; `several`: more
+/// than one bridge is served (if not all answered), so the table names the bridge of each row.
+void printList(CtlCommand command, const QList<CtlHome>& homes, bool json, bool several);
 
 /// The one lamp (`light`), room or scene (`command`) that `key` names among `homes`, by id or by name. None
 /// when no record has that id or name (exit 1), or when several do (exit 2, the candidates listed); nothing
