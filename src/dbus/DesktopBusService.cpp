@@ -2,6 +2,7 @@
 
 #include "bridge/BridgeCommands.h"
 #include "commands/HomeCommands.h"
+#include "dbus/ApplicationActivation.h"
 #include "dbus/BusNames.h"
 #include "dbus/RecordFields.h"
 #include "dbus/RecordLookup.h"
@@ -109,6 +110,7 @@ DesktopBusService::DesktopBusService(BridgeSessions& sessions, HomeCommands& com
     : QObject(parent), m_sessions(sessions), m_commands(commands), m_settingsFile(std::move(settingsFile))
 {
     qDBusRegisterMetaType<QList<QVariantMap>>();
+    new ApplicationActivation(*this);
     for (BridgeSession* session : m_sessions.all())
         watch(session);
     connect(&m_sessions, &BridgeSessions::added, this, &DesktopBusService::watch);
@@ -123,10 +125,10 @@ bool DesktopBusService::publish(QDBusConnection bus, QString* problem)
         *problem = bus.lastError().message();
         return false;
     }
-    if (!bus.registerObject(BusNames::path, BusNames::interface, this,
-                            QDBusConnection::ExportScriptableSlots |
-                                QDBusConnection::ExportScriptableSignals |
-                                QDBusConnection::ExportAllProperties)) {
+    constexpr QDBusConnection::RegisterOptions exported =
+        QDBusConnection::ExportScriptableSlots | QDBusConnection::ExportScriptableSignals |
+        QDBusConnection::ExportAllProperties | QDBusConnection::ExportAdaptors;
+    if (!bus.registerObject(BusNames::path, this, exported)) {
         *problem = bus.lastError().message();
         return false;
     }

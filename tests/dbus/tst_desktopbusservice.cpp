@@ -14,6 +14,7 @@
 #include <QDBusPendingCall>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QSignalSpy>
 #include <QTest>
 
 #include <memory>
@@ -45,6 +46,7 @@ private Q_SLOTS:
     void badArgumentsGetAnErrorAndSendNothing_data();
     void badArgumentsGetAnErrorAndSendNothing();
     void signalsTellOnlyWhatChangedElsewhere();
+    void theDesktopOpensTheWindowAndRunsTheEntrysActions();
 
 private:
     /// Calls `method` over the bus from the client connection and waits for the reply.
@@ -129,8 +131,11 @@ void TestDesktopBusService::cleanup()
 
 QDBusMessage TestDesktopBusService::call(const QString& method, const QVariantList& arguments)
 {
+    // "org.freedesktop.Application.Activate": a method of that interface.
+    const qsizetype dot = method.lastIndexOf(u'.');
     QDBusMessage message =
-        QDBusMessage::createMethodCall(BusNames::service, BusNames::path, BusNames::interface, method);
+        QDBusMessage::createMethodCall(BusNames::service, BusNames::path,
+                                       dot < 0 ? BusNames::interface : method.left(dot), method.mid(dot + 1));
     message.setArguments(arguments);
     // The service answers on this thread: wait with the event loop running.
     QDBusPendingCall pending = m_client->asyncCall(message);
@@ -380,6 +385,20 @@ void TestDesktopBusService::signalsTellOnlyWhatChangedElsewhere()
     m_ground->settings().home().setLights(m_ground->settings().home().lights());
     QCOMPARE(call(QStringLiteral("ListBridges")).type(), QDBusMessage::ReplyMessage);
     QCOMPARE(catcher.caught.size(), 3);
+}
+
+void TestDesktopBusService::theDesktopOpensTheWindowAndRunsTheEntrysActions()
+{
+    QSignalSpy windowRequested(m_service.get(), &DesktopBusService::windowRequested);
+    const QString application = QStringLiteral("org.freedesktop.Application.");
+    QCOMPARE(call(application + u"Activate"_qs, {QVariantMap()}).type(), QDBusMessage::ReplyMessage);
+    QCOMPARE(call(u"OpenWindow"_qs).type(), QDBusMessage::ReplyMessage);
+    QCOMPARE(windowRequested.size(), 2);
+    // The desktop entry's "All lights off": the whole home, one request per bridge.
+    QCOMPARE(call(application + u"ActivateAction"_qs, {u"all-off"_qs, QVariantList(), QVariantMap()}).type(),
+             QDBusMessage::ReplyMessage);
+    QTRY_COMPARE(changes(*m_ground), QStringList{R"(PUT groups/0/action {"on":false})"});
+    QTRY_COMPARE(changes(*m_upper), QStringList{R"(PUT groups/0/action {"on":false})"});
 }
 
 QTEST_GUILESS_MAIN(TestDesktopBusService)
