@@ -369,8 +369,8 @@ bool DesktopBusService::findOne(const QList<QList<Record>>& lists, const QString
                               .arg(RecordLookup::idOf(record), record.name,
                                    m_sessions.all().value(match.bridge)->bridgeId());
         }
-        fail(BusNames::ambiguous,
-             tr("%1 names several: %2. Give the id, and bridge_id.").arg(id, candidates.join(u", ")));
+        fail(BusNames::ambiguous, tr("%1 names several: %2.").arg(id, candidates.join(u", ")) + u' ' +
+                                      tr("Give the id, and bridge_id."));
         return false;
     }
     bridge = found.first().bridge;

@@ -172,6 +172,11 @@ int change(const CtlInvocation& invocation)
 
 bool CtlApp::runsWith(const QString& file)
 {
+    // Without an address, libdbus looks for the bus in the session's runtime folder, and else would start a
+    // bus of its own for the X display: a tool run from a script must not leave one behind.
+    if (qEnvironmentVariableIsEmpty("DBUS_SESSION_BUS_ADDRESS") &&
+        !QFileInfo::exists(qEnvironmentVariable("XDG_RUNTIME_DIR") + QStringLiteral("/bus")))
+        return false;
     QDBusConnection bus = QDBusConnection::sessionBus();
     if (!bus.isConnected() || !bus.interface() || !bus.interface()->isServiceRegistered(BusNames::service))
         return false;

@@ -140,9 +140,10 @@ CtlTarget findIn(const QList<CtlHome>& homes, QList<Record> CtlHome::*list, cons
         for (const RecordLookup::Match& match : found)
             names << QStringLiteral("%1 (%2)").arg(printable(homes.at(match.bridge).label),
                                                    homes.at(match.bridge).bridgeId);
-        printError(QStringLiteral("There is a %1 %2 on several paired bridges: %3. Nothing was sent; name "
-                                  "one with --bridge-id ID.")
-                       .arg(what, printable(key), names.join(QStringLiteral(", "))));
+        // One sentence per text, so that each can be translated on its own.
+        printError(QStringLiteral("There is a %1 %2 on several paired bridges: %3.")
+                       .arg(what, printable(key), names.join(QStringLiteral(", "))) +
+                   u' ' + QStringLiteral("Nothing was sent; name one with --bridge-id ID."));
         return target;
     }
     QStringList candidates;
@@ -153,8 +154,9 @@ CtlTarget findIn(const QList<CtlHome>& homes, QList<Record> CtlHome::*list, cons
                           (homes.size() > 1 ? QStringLiteral(" on %1").arg(homes.at(match.bridge).bridgeId)
                                             : QString());
     }
-    printError(QStringLiteral("The name %1 fits several: %2. Nothing was sent; give the %3's id.")
-                   .arg(printable(key), candidates.join(QStringLiteral(", ")), what));
+    printError(QStringLiteral("The name %1 fits several: %2.")
+                   .arg(printable(key), candidates.join(QStringLiteral(", "))) +
+               u' ' + QStringLiteral("Nothing was sent; name it by its id."));
     return target;
 }
 
