@@ -155,9 +155,9 @@ void DesktopBusService::watch(BridgeSession* session)
     BridgeHome& home = session->link().home();
     Told& told = m_told[session];
     for (const HueLight& light : home.lights())
-        told.lights.insert(light.lamp_id, RecordFields::of(light, session->bridgeId()));
+        told.lights.insert(light.lamp_id, light);
     for (const HueGroup& group : home.groups())
-        told.rooms.insert(group.group_id, RecordFields::of(group, session->bridgeId()));
+        told.rooms.insert(group.group_id, group);
     connect(&home, &BridgeHome::lightsChanged, this, [this, session] { onLightsChanged(session); });
     connect(&home, &BridgeHome::groupsChanged, this, [this, session] { onRoomsChanged(session); });
     for (auto signal : {&BridgeHome::bridgeConnectedChanged, &BridgeHome::bridgeReachChanged,
@@ -171,19 +171,25 @@ void DesktopBusService::forget(BridgeSession* session)
     disconnect(&session->link().home(), nullptr, this, nullptr);
 }
 
+/// What changed in `records` since `told`, each record with only the fields that differ; `told` becomes
+/// `records`. Only a record that differs is turned into fields: a dragged slider changes one lamp of many.
 template <typename Record>
 QList<QVariantMap> toldChanges(const QList<Record>& records, const QString& bridgeId, const QString& idKey,
-                               QHash<QString, QVariantMap>& told)
+                               QHash<QString, Record>& told)
 {
     QList<QVariantMap> changed;
-    QHash<QString, QVariantMap> now;
+    QHash<QString, Record> now;
     for (const Record& record : records) {
-        QVariantMap fields = RecordFields::of(record, bridgeId);
-        const QString id = fields.value(idKey).toString();
-        QVariantMap difference = RecordFields::changes(told.value(id), fields, idKey);
-        if (!difference.isEmpty())
-            changed.append(difference);
-        now.insert(id, std::move(fields));
+        const QString id = RecordLookup::idOf(record);
+        const auto before = told.constFind(id);
+        if (before == told.cend() || !(*before == record)) {
+            const QVariantMap fields = RecordFields::of(record, bridgeId);
+            QVariantMap difference = RecordFields::changes(
+                before == told.cend() ? QVariantMap() : RecordFields::of(*before, bridgeId), fields, idKey);
+            if (!difference.isEmpty())
+                changed.append(std::move(difference));
+        }
+        now.insert(id, record);
     }
     // A record gone is told as one with only its id, its bridge and "removed".
     for (auto it = told.cbegin(); it != told.cend(); ++it) {

@@ -1,6 +1,9 @@
 #pragma once
 
+#include "model/HueGroup.h"
+#include "model/HueLight.h"
 #include <QDBusConnection>
+
 #include <QDBusContext>
 #include <QHash>
 #include <QList>
@@ -74,11 +77,11 @@ Q_SIGNALS:
 
 private:
     struct Change;
-    /// The per-bridge lists and what was last told of them, for the signals.
+    /// The records of one bridge as the signals last told them, so that only what differs is told.
     struct Told
     {
-        QHash<QString, QVariantMap> lights; ///< by lamp id
-        QHash<QString, QVariantMap> rooms;  ///< by group id
+        QHash<QString, HueLight> lights; ///< by lamp id
+        QHash<QString, HueGroup> rooms;  ///< by group id
     };
 
     void watch(BridgeSession* session);
