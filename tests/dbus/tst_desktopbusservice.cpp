@@ -239,6 +239,10 @@ void TestDesktopBusService::changesGoThroughTheQueueAndShowAtOnce_data()
     QTest::newRow("a lamp by name, off")
         << u"SetLight"_qs << QVariantList{u"sofa"_qs, QVariantMap{{"on", false}}}
         << QStringList{R"(PUT lights/1/state {"on":false})"} << QStringList() << false;
+    // The plug is renamed "1" for this row: the id wins, so lamp 1 is switched, not the plug.
+    QTest::newRow("an id before a name")
+        << u"SetLight"_qs << QVariantList{u"1"_qs, with({{"on", false}})}
+        << QStringList{R"(PUT lights/1/state {"on":false})"} << QStringList() << false;
     QTest::newRow("brightness in per cent")
         << u"SetLight"_qs << QVariantList{u"1"_qs, with({{"brightness", 50}})}
         << QStringList{R"(PUT lights/1/state {"bri":127,"on":true,"transitiontime":2})"} << QStringList()
@@ -281,6 +285,8 @@ void TestDesktopBusService::changesGoThroughTheQueueAndShowAtOnce()
                                                         : map.remove(u"bridge_id"_qs);
         argument = map;
     }
+    if (QByteArray(QTest::currentDataTag()).contains("before a name"))
+        m_ground->settings().home().updateLight(u"2"_qs, [](HueLight& plug) { plug.name = u"1"_qs; });
     const QDBusMessage reply = call(method, arguments);
     QVERIFY2(reply.type() == QDBusMessage::ReplyMessage, qPrintable(reply.errorMessage()));
     // Shown at once: before the queue has sent anything.
