@@ -1,5 +1,5 @@
 # Bash completion of glowdeckctl: its commands, the changes of "light" and "room", and the options that go
-# with the command given. Lamp, room and scene ids are not offered: finding them would ask the bridge.
+# with the command given. Lamp, room and scene ids and names are not offered: finding them would ask the bridge.
 # Installed as share/bash-completion/completions/glowdeckctl, where bash-completion loads it on first use.
 
 _glowdeckctl()
@@ -44,13 +44,14 @@ _glowdeckctl()
 
     local options="--settings --trust-root"
     case $command in
-    lights | rooms | scenes | status | watch) options+=" --json --bridge --bridge-id --key" ;;
-    light | room | scene) options+=" --bridge --bridge-id --key" ;;
-    all-off) options+=" --in --bridge --bridge-id --key" ;;
+    lights | rooms | scenes) options+=" --json --direct --bridge --bridge-id --key" ;;
+    status | watch) options+=" --json --bridge --bridge-id --key" ;;
+    light | room | scene | all-on) options+=" --direct --bridge --bridge-id --key" ;;
+    all-off) options+=" --in --direct --bridge --bridge-id --key" ;;
     discover) options+=" --discovery-url --pick --json" ;;
     pair) options+=" --wait --bridge --bridge-id --pick --discovery-url" ;;
     hotkeys) options+=" --json" ;;
-    "") options="--bridge --bridge-id --key --settings --trust-root --json --in --wait --discovery-url --pick --help --version" ;;
+    "") options="--bridge --bridge-id --key --settings --trust-root --json --direct --in --wait --discovery-url --pick --help --version" ;;
     esac
     if [[ $cur == -* ]]; then
         COMPREPLY=($(compgen -W "$options" -- "$cur"))
@@ -59,7 +60,7 @@ _glowdeckctl()
 
     local words=""
     case $command in
-    "") words="lights rooms scenes light room scene all-off discover pair status watch hotkeys" ;;
+    "") words="lights rooms scenes light room scene all-on all-off discover pair status watch hotkeys" ;;
     light) [[ $operands -eq 1 ]] && words="on off brightness hue ct" ;;
     room) [[ $operands -eq 1 ]] && words="on off brightness hue ct brighter darker" ;;
     esac

@@ -18,6 +18,7 @@
 #include "connection/BridgeDiscovery.h"
 #include "connection/BridgePairing.h"
 #include "connection/ShellRunner.h"
+#include "dbus/DesktopBusService.h"
 #include "diagnostics/Diagnostics.h"
 #include "hotkeys/GlobalHotkeys.h"
 #include "hotkeys/HotkeyActions.h"
@@ -51,6 +52,7 @@
 #include <QApplication>
 #include <QCoreApplication>
 #include <QCursor>
+#include <QDBusConnection>
 #include <QDesktopServices>
 #include <QFile>
 #include <QFileInfo>
@@ -251,6 +253,8 @@ void AppDelegate::start()
     buildContextMenu();
     showTrayIconWhenAvailable();
     registerHotkeys();
+    if (m_options.publishOnSessionBus)
+        publishOnSessionBus();
     connectToBridgeAtStart();
 
     if (!m_preferences->hasSeenWelcomeScreen())
@@ -444,6 +448,20 @@ void AppDelegate::registerHotkeys()
     m_hotkeys->onKeyUp(HotkeyNames::openGlowdeck(), [this] {
         QMetaObject::invokeMethod(this, &AppDelegate::toggleFromKeyboard, Qt::QueuedConnection);
     });
+}
+
+void AppDelegate::publishOnSessionBus()
+{
+    m_busService = std::make_unique<DesktopBusService>(*m_sessions, *m_homeCommands,
+                                                       QFileInfo(m_options.settingsFile).absoluteFilePath());
+    connect(m_busService.get(), &DesktopBusService::windowRequested, this,
+            &AppDelegate::revealDropDownWindow);
+    QString problem;
+    if (!m_busService->publish(QDBusConnection::sessionBus(), &problem)) {
+        // Scripts then reach the bridge through glowdeckctl directly; everything else works as before.
+        m_activity->addLogLine(QStringLiteral("Glowdeck: not offered on D-Bus: %1").arg(problem));
+        m_busService.reset();
+    }
 }
 
 BridgeSession& AppDelegate::addSession(const BridgeContact& contact, qsizetype storedAt)

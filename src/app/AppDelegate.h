@@ -34,6 +34,7 @@ class DesktopAppearance;
 class DebugReport;
 class DebugView;
 class DesktopNotifications;
+class DesktopBusService;
 class Diagnostics;
 class GlobalHotkeys;
 class HotkeyActions;
@@ -74,6 +75,9 @@ struct AppDelegateOptions
     std::function<bool()> trayAvailable;
     /// Where desktop notifications go; empty: the desktop's notification service on the session bus.
     std::function<std::unique_ptr<NotificationSink>()> notifications;
+    /// Offer the D-Bus interface on the session bus (the real start; tests that build the application in
+    /// their own process leave the bus alone).
+    bool publishOnSessionBus = false;
 };
 
 /// The composition root: owns the shared state, the bridge client, the tray icon, its menu and the windows
@@ -146,6 +150,8 @@ public:
     QSystemTrayIcon& trayIcon() const { return *m_trayIcon; }
     SwitchOffNotice& switchOffNotice() const { return *m_switchOffNotice; }
     SwitchOffTimer& switchOffTimer() const;
+    /// The D-Bus interface, while it is offered.
+    DesktopBusService* busService() const { return m_busService.get(); }
     /// The welcome window while it is open.
     WelcomeView* welcomeWindow() const { return m_welcome; }
 
@@ -166,6 +172,7 @@ private:
     void onMenuRequested(QPoint at);
     void buildContextMenu();
     void registerHotkeys();
+    void publishOnSessionBus();
     void connectToBridgeAtStart();
     BridgeSession& addSession(const BridgeContact& contact, qsizetype storedAt);
     /// Adds a session for every paired bridge stored by another program that none serves yet.
@@ -206,6 +213,7 @@ private:
     std::unique_ptr<HotkeyBackend> m_hotkeyBackend;
     std::unique_ptr<GlobalHotkeys> m_hotkeys;
     std::unique_ptr<HotkeyActions> m_hotkeyActions;
+    std::unique_ptr<DesktopBusService> m_busService; // null unless offered
     std::unique_ptr<ShellRunner> m_shell;
     std::unique_ptr<LocalNetworkBrowser> m_localNetwork; // null where there is no mDNS service
     std::unique_ptr<BridgeDiscovery> m_discovery;

@@ -178,6 +178,7 @@ int runGlowdeck(int argc, char** argv, const QElapsedTimer& startupClock)
         options.bridgeTrustRoots += demo->trustRoots();
     options.links = ProductLinks::fromEnvironment();
     options.windowMode = parser.isSet(windowOption);
+    options.publishOnSessionBus = true;
     if (qEnvironmentVariableIsSet("GLOWDECK_TRACE_STARTUP"))
         options.startupClock = &startupClock;
 

@@ -114,6 +114,12 @@ void BridgeCommands::setLightColorTemperature(HueLight light, qint64 mired)
             Target::light, light.lamp_id, QStringLiteral("ct"));
 }
 
+void BridgeCommands::setLightXy(HueLight light, float x, float y)
+{
+    enqueue(lampAddress(light), HueLampXyUpdate{x, y, true, dragTransition}.encode(), Target::light,
+            light.lamp_id, QStringLiteral("xy"));
+}
+
 void BridgeCommands::setGroupOn(HueGroup group, bool on)
 {
     const QUrl url = roomAddress(group);
@@ -151,6 +157,12 @@ void BridgeCommands::setGroupColorTemperature(HueGroup group, qint64 mired)
             isClip(url) ? ClipStateUpdate{.on = true, .mirek = mired, .durationMs = dragDuration}.encode()
                         : HueGroupTemperatureUpdate{mired, true, dragTransition}.encode(),
             Target::group, group.group_id, QStringLiteral("ct"));
+}
+
+void BridgeCommands::setGroupXy(HueGroup group, float x, float y)
+{
+    enqueue(roomAddress(group), HueLampXyUpdate{x, y, true, dragTransition}.encode(), Target::group,
+            group.group_id, QStringLiteral("xy"));
 }
 
 void BridgeCommands::increaseGroupBrightness(HueGroup group, qint64 delta)

@@ -31,12 +31,16 @@ public:
     /// Sends the saturation held in `light` with the new hue.
     void setLightHue(HueLight light, qint64 hue);
     void setLightColorTemperature(HueLight light, qint64 mired);
+    /// A colour by its CIE coordinates (each 0 to 1); switches the lamp on.
+    void setLightXy(HueLight light, float x, float y);
 
     void setGroupOn(HueGroup group, bool on);
     void setGroupBrightness(HueGroup group, qint64 brightness);
     /// Sends the saturation held in `group` with the new hue.
     void setGroupHue(HueGroup group, qint64 hue);
     void setGroupColorTemperature(HueGroup group, qint64 mired);
+    /// A colour by its CIE coordinates (each 0 to 1); switches the room's lamps on.
+    void setGroupXy(HueGroup group, float x, float y);
     /// Adds `delta` (may be negative) on the bridge; locally the room's brightness is kept within 0-255.
     void increaseGroupBrightness(HueGroup group, qint64 delta);
 

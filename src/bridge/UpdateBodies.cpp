@@ -58,6 +58,21 @@ QByteArray HueGroupHueUpdate::encode() const
     return HueLampHueSatUpdate{hue, sat, on, transitiontime}.encode();
 }
 
+QByteArray HueLampXyUpdate::encode() const
+{
+    return JsonWriter()
+        .beginObject()
+        .key(u"xy")
+        .beginArray()
+        .value(x)
+        .value(y)
+        .endArray()
+        .member(u"on", on)
+        .member(u"transitiontime", transitiontime)
+        .endObject()
+        .text();
+}
+
 QByteArray HueGroupTemperatureUpdate::encode() const
 {
     return HueLampTemperatureUpdate{ct, on, transitiontime}.encode();

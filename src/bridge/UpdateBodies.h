@@ -41,6 +41,16 @@ struct HueLampTemperatureUpdate
     QByteArray encode() const;
 };
 
+/// A colour by its CIE coordinates, each 0 to 1; the bridge picks the nearest colour the lamp can show.
+struct HueLampXyUpdate
+{
+    float x = 0;
+    float y = 0;
+    bool on = false;
+    qint64 transitiontime = 0;
+    QByteArray encode() const;
+};
+
 struct HueGroupStateUpdate
 {
     bool on = false;

@@ -44,6 +44,9 @@ void TestSingleInstance::init()
     // Sockets, crash reports and the rest of a run's files stay in the test's folder.
     for (const char* name : {"XDG_RUNTIME_DIR", "XDG_DATA_HOME", "XDG_CONFIG_HOME", "XDG_CACHE_HOME"})
         m_environment.insert(QString::fromLatin1(name), m_dir->path());
+    // No session bus: the program would take its name on the user's bus beside a Glowdeck running there.
+    m_environment.insert(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"),
+                         QStringLiteral("unix:path=") + m_dir->filePath(QStringLiteral("no-bus")));
     qputenv("XDG_RUNTIME_DIR", m_dir->path().toUtf8()); // where socketName() looks, as the program does
 }
 

@@ -66,6 +66,7 @@ private Q_SLOTS:
     void refusedCommandsChangeNothing_data();
     void refusedCommandsChangeNothing();
     void storedBridgeIsUsed();
+    void helpFitsEightyColumns();
     void discoverAndPairStoreWhatTheyFind_data();
     void discoverAndPairStoreWhatTheyFind();
     void statusNeverShowsTheKey_data();
@@ -139,6 +140,9 @@ QProcessEnvironment TestGlowdeckCtl::environment() const
     environment.insert(QStringLiteral("GLOWDECK_SETTINGS"), settingsFile());
     // Never the public discovery service: always the loopback stand-in.
     environment.insert(QStringLiteral("GLOWDECK_DISCOVERY_URL"), m_discovery->url().toString());
+    // No session bus: these runs talk to the bridge, never to a Glowdeck running on the user's desktop.
+    environment.insert(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"),
+                       QStringLiteral("unix:path=") + m_dir->filePath(QStringLiteral("no-bus")));
     return environment;
 }
 
@@ -321,10 +325,16 @@ void TestGlowdeckCtl::commandsSendTheirRequests_data()
     row("room brighter", "room 1 brighter 254",
         {R"(PUT groups/1/action {"bri_inc":254,"transitiontime":1,"on":true})"});
     row("scene", "scene abc-1", {R"(PUT groups/0/action {"scene":"abc-1"})"});
-    // One request per lamp, in the bridge's order.
-    row("all-off", "all-off",
-        {R"(PUT lights/2/state {"on":false})", R"(PUT lights/10/state {"on":false})",
-         R"(PUT lights/1/state {"on":false})"});
+    // Named by name, without regard to case; brightness and steps in per cent of 254.
+    row("light by name, per cent", "light porch brightness 50%",
+        {R"(PUT lights/1/state {"bri":127,"on":true,"transitiontime":2})"});
+    row("zone by name", "room DOWNSTAIRS off", {R"(PUT groups/8/action {"on":false})"});
+    row("room darker by per cent", "room 1 darker 10%",
+        {R"(PUT groups/1/action {"bri_inc":-25,"transitiontime":1,"on":true})"});
+    row("scene by name", "scene relax", {R"(PUT groups/0/action {"scene":"abc-1"})"});
+    // One request to group 0 for every lamp of the bridge, however many there are.
+    row("all-off", "all-off", {R"(PUT groups/0/action {"on":false})"});
+    row("all-on", "all-on", {R"(PUT groups/0/action {"on":true})"});
     row("all-off in 5 minutes", "all-off --in 5",
         {R"(POST schedules {"name":"Glowdeck: lights off","command":{"address":"/api/{key}/groups/0/action",)"
          R"("method":"PUT","body":{"on":false}},"autodelete":true,"localtime":"PT00:05:00","recycle":true})"});
@@ -352,17 +362,22 @@ void TestGlowdeckCtl::refusedCommandsChangeNothing_data()
     QTest::addColumn<int>("exitCode");    // 2: bad arguments, nothing sent at all
     QTest::addColumn<QString>("message"); // on either stream; "{sim}" is the simulator's address
     using Fault = BridgeSimulator::Fault;
+    const QString hint = QStringLiteral("Try 'glowdeckctl --help'.");
     // Each is wrong in one way only, so only the check itself can stop it. discover, pair and status take
     // no --key, discover no --bridge.
     for (const char* line :
          {"", "lamps", "light 2 blink", "light 2 brightness 256", "light 2 ct 152", "room 1 brighter 255",
           "all-off --in 0", "light 2 on --json", "discover --bridge {sim}", "pair --bridge {sim} --wait 601",
-          "status --bridge {sim} x"})
-        QTest::newRow(*line ? line : "(nothing)") << line << Fault::None << 2 << "Usage: glowdeckctl";
+          "status --bridge {sim} x", "light 2 brightness 101%", "room 1 brighter 0%", "light 2 hue 5%",
+          "lights --direct --json --in 5"})
+        QTest::newRow(*line ? line : "(nothing)") << line << Fault::None << 2 << hint;
     const QString undecodable = QStringLiteral("Error: Couldn't decode Hue data due to unknown JSON data.");
     const QString unreachable = QStringLiteral("Unable to connect to the Hue bridge at %1.");
     QTest::newRow("unknown light") << "light 99 on" << Fault::None << 1
-                                   << "No light with id 99 on this bridge.";
+                                   << "No light with the id or name 99 on this bridge.";
+    // Two lamps called "desk" and "DESK": nothing is sent on a guess.
+    QTest::newRow("ambiguous name") << "light Desk on" << Fault::None << 2
+                                    << R"(The name Desk fits several: 2 "desk", 1 "DESK". Nothing was sent)";
     QTest::newRow("garbage") << "light 2 on" << Fault::GarbageBody << 1 << undecodable;
     QTest::newRow("error array") << "lights --json" << Fault::ErrorArray << 1
                                  << "refused to send the list: Internal error, 404.";
@@ -386,12 +401,19 @@ void TestGlowdeckCtl::refusedCommandsChangeNothing()
         if (r.path != u"/api/config")
             m_sim->setFault(fault);
     });
+    if (QByteArray(QTest::currentDataTag()).contains("ambiguous"))
+        m_sim->setRawResource(QStringLiteral("lights"),
+                              QByteArray(lightsBody).replace("Desk lamp", "desk").replace("Porch", "DESK"));
     const Run result = run(commandLine, !commandLine.contains(QStringLiteral("--bridge")));
     QCOMPARE(result.exitCode, exitCode);
     const QString printed = result.out + result.err;
     QVERIFY2(printed.contains(message.replace(QStringLiteral("{sim}"), sim())), qPrintable(printed));
+    // A refused command line is said in one line and where the help is, not with the whole help.
+    const bool badCommandLine = message.startsWith(QStringLiteral("Try "));
+    if (badCommandLine)
+        QCOMPARE(result.err.count(u'\n'), 2);
     for (const QString& request : received()) // bad arguments send nothing, failures no change
-        QVERIFY2(exitCode == 1 && request.startsWith(QStringLiteral("GET ")), qPrintable(request));
+        QVERIFY2(!badCommandLine && request.startsWith(QStringLiteral("GET ")), qPrintable(request));
     QCOMPARE(m_discovery->requestCount(), 0);
     QVERIFY(!QFile::exists(settingsFile()));
 }
@@ -410,6 +432,15 @@ void TestGlowdeckCtl::storedBridgeIsUsed()
              qPrintable(received().at(1)));
 }
 
+void TestGlowdeckCtl::helpFitsEightyColumns()
+{
+    const Run help = run(QStringLiteral("--help"), false);
+    QCOMPARE(help.exitCode, 0);
+    QVERIFY(help.out.contains(QStringLiteral("\n  all-on ")));
+    for (const QString& line : help.out.split(u'\n'))
+        QVERIFY2(line.size() <= 80, qPrintable(line));
+}
+
 void TestGlowdeckCtl::discoverAndPairStoreWhatTheyFind_data()
 {
     QTest::addColumn<QString>("commandLine");
@@ -423,8 +454,10 @@ void TestGlowdeckCtl::discoverAndPairStoreWhatTheyFind_data()
     const QString paired =
         QStringLiteral("Paired with bridge 001788FFFE6A3B2C at {sim} over plain HTTP (this "
                        "bridge offers no encryption): 3 lights, 1 room, 2 scenes.");
+    // Only --pick stores what was found.
     QTest::newRow("discover one bridge")
         << "discover" << one << -1 << "Found a Hue bridge at {host}: Philips hue (001788FFFE6A3B2C).";
+    QTest::newRow("discover as JSON") << "discover --json" << one << -1 << R"("address": "{host}")";
     QTest::newRow("discover, picked by its id")
         << "discover --pick 001788fffe6a3b2c" << one << -1 << "Found a Hue bridge at {host}: Philips hue";
     QTest::newRow("discover, another id picked")
@@ -452,25 +485,29 @@ void TestGlowdeckCtl::discoverAndPairStoreWhatTheyFind()
     if (pressAfter >= 0)
         QTimer::singleShot(pressAfter, m_sim.get(), &BridgeSimulator::pressLinkButton);
     const Run result = run(commandLine, false);
-    const bool found = message.startsWith(QStringLiteral("Found")), paired = message.startsWith("Paired");
+    const bool found = message.startsWith(QStringLiteral("Found")) || commandLine.contains(u"--json");
+    const bool paired = message.startsWith("Paired");
+    const bool storing = paired || (found && commandLine.contains(u"--pick"));
     QCOMPARE(result.exitCode, found || paired ? 0 : 1);
     message.replace(QStringLiteral("{sim}"), sim());
     QVERIFY2((result.out + result.err).contains(message), qPrintable(result.out + result.err));
     QCOMPARE(m_discovery->requestCount(), commandLine.startsWith(u"discover") ? 1 : 0);
     QCOMPARE(m_sim->users().size(), paired ? 2 : 1);
     const QJsonObject stored = storedSettings();
-    QCOMPARE(stored.value("bridgeIP").toString(), found ? m_sim->hostAndPort() : paired ? sim() : QString());
+    QCOMPARE(stored.value("bridgeIP").toString(), paired    ? sim()
+                                                  : storing ? m_sim->hostAndPort()
+                                                            : QString());
     QCOMPARE(stored.value("bridgeUser").toString(), paired ? m_sim->users().last() : QString());
     // The same bridge as one contact in the list, with what pairing learnt of it.
     const QJsonArray bridges = stored.value("bridges").toArray();
-    QCOMPARE(bridges.size(), found || paired ? 1 : 0);
+    QCOMPARE(bridges.size(), storing ? 1 : 0);
     if (paired) {
         const QJsonObject contact = bridges.first().toObject();
         QCOMPARE(contact.value("key").toString(), m_sim->users().last());
         QCOMPARE(contact.value("id").toString(), m_sim->bridgeId());
         QCOMPARE(contact.value("name").toString(), u"Philips hue"_qs);
     }
-    QCOMPARE(QFile::exists(settingsFile()), found || paired); // a failure creates no file
+    QCOMPARE(QFile::exists(settingsFile()), storing); // only what stores creates the file
 }
 
 void TestGlowdeckCtl::statusNeverShowsTheKey_data()
@@ -555,7 +592,7 @@ void TestGlowdeckCtl::aSettingsFileThatCannotBeWrittenFailsTheRun_data()
     QTest::addColumn<QString>("message");
     QTest::newRow("pair") << "pair --bridge {sim}"
                           << "The key was not stored, so it is lost";
-    QTest::newRow("discover") << "discover"
+    QTest::newRow("discover") << "discover --pick 001788FFFE6A3B2C"
                               << "Its address was not stored";
 }
 
@@ -645,10 +682,9 @@ void TestGlowdeckCtl::watchPrintsPushedChangesAndStatusSaysWhetherTheyArePushed(
             request, on ? QByteArrayLiteral(R"({"on":true})") : QByteArrayLiteral(R"({"on":false})")));
         QTRY_VERIFY_WITH_TIMEOUT(change->isFinished(), 20000);
         QCOMPARE(change->error(), QNetworkReply::NoError);
-        const QString line =
-            QStringLiteral(R"({"type":"light","id":"1","name":"%1","on":%2,"bridge_id":"%3"})")
-                .arg(on ? "Floor lamp" : "Porch", on ? "true" : "false", bridge->bridgeId()) +
-            u'\n';
+        const QString line = QStringLiteral(R"({"type":"light","lamp_id":"1","is_on":%1,"bridge_id":"%2"})")
+                                 .arg(on ? "true" : "false", bridge->bridgeId()) +
+                             u'\n';
         // Its rooms may follow in lines of their own.
         QTRY_VERIFY_WITH_TIMEOUT(
             [&] {
@@ -773,7 +809,8 @@ void TestGlowdeckCtl::everyPairedBridgeIsServed_data()
          "was sent; name one with --bridge-id ID."});
     row("a change on the bridge picked", "light 1 on --bridge-id {upper-lower}", false, 0, {}, 0, 1);
     row("a change of an id on one bridge", "light 10 off", false, 0, {}, 1, 0);
-    row("all-off on every bridge", "all-off --in 5", false, 0, {}, 1, 1);
+    row("all-off on every bridge", "all-off --in 5", false, 0, {"The lights go off at "}, 1, 1);
+    row("all-on on every bridge", "all-on", false, 0, {}, 1, 1);
     row("a bridge id not paired", "lights --bridge-id 001788FFFE000001", false, 2,
         {"No bridge 001788FFFE000001 is paired in ", "paired: {first} (Ground floor), {upper}."});
     row("status", "status", false, 0,
@@ -782,7 +819,8 @@ void TestGlowdeckCtl::everyPairedBridgeIsServed_data()
          "\n\nBridge address: http://{upper-host}\nKey stored:     yes\nBridge id:      {upper}\n"
          "Transport:      plain HTTP"});
     row("status as JSON", "status --json", false, 0,
-        {R"("bridge_id": "{upper}",)", R"("name": "Ground floor",)", R"("reachable": true,)"});
+        {R"("bridge_id": "{upper}",)", R"("name": "Ground floor",)", R"("reachable": true,)",
+         R"("records_version": 1,)", R"("glowdeck_running": false,)"});
     // The bridge that answers is served; the other is named, and the run fails.
     row("lists, one bridge stopped", "lights", true, 1,
         {"\n{upper}  1   Floor lamp", "Unable to connect to the Hue bridge at {sim}.",

@@ -104,9 +104,10 @@ void TestXdgAutostartEntry::anInstalledProgramCopiesItsPackagedEntry()
     QFETCH(QString, arguments);
     const QString prefix = m_folder->filePath(QStringLiteral("prefix"));
     const QString packaged =
-        QStringLiteral("[Desktop Entry]\nType=Application\nName=Glowdeck\nTryExec=glowdeck\nExec=%1\n"
-                       "Icon=com.brambleworks.Glowdeck\nX-GNOME-Autostart-enabled=false\n"
-                       "[Desktop Action settings]\nName=Settings\nExec=glowdeck\n")
+        QStringLiteral(
+            "[Desktop Entry]\nType=Application\nName=Glowdeck\nTryExec=glowdeck\nExec=%1\n"
+            "Icon=com.brambleworks.Glowdeck\nX-GNOME-Autostart-enabled=false\nDBusActivatable=true\n"
+            "[Desktop Action settings]\nName=Settings\nExec=glowdeck\n")
             .arg(packagedExec);
     QVERIFY(writeFile(prefix + QStringLiteral("/share/applications/com.brambleworks.Glowdeck.desktop"),
                       packaged));
@@ -115,7 +116,8 @@ void TestXdgAutostartEntry::anInstalledProgramCopiesItsPackagedEntry()
 
     QVERIFY(item.setEnabled(true));
 
-    // The packaged entry, without what would keep it from starting, starting the program that wrote it
+    // The packaged entry, without what would keep it from starting or start it without its arguments (D-Bus
+    // activation), starting the program that wrote it
     // (an unpacked package or a private prefix is not on PATH), and skipped once that program is gone;
     // other groups stay as they are.
     QCOMPARE(readFile(item.entryPath()),

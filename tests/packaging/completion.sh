@@ -65,7 +65,7 @@ for command in $commands; do
     for option in $(grep -vxE -- '--help|--version' <<<"$options"); do
         args=($(operands "$command") "$option")
         case $option in
-        --json) ;;
+        --json | --direct) ;;
         --with-key) args+=(--json) ;; # it only goes with --json
         *) args+=("$(value "$option")") ;;
         esac

@@ -55,6 +55,7 @@ id=com.brambleworks.Glowdeck
 expected=(
     usr/bin/glowdeck usr/bin/glowdeckctl usr/bin/glowdeck-simulator
     usr/share/applications/$id.desktop
+    usr/share/dbus-1/services/$id.service
     usr/share/metainfo/$id.metainfo.xml
     usr/share/icons/hicolor/scalable/apps/$id.svg
     usr/share/man/man1/glowdeck.1.gz usr/share/man/man1/glowdeckctl.1.gz

@@ -28,19 +28,38 @@ struct ActionForm
     bool takesValue;
     Range range;
     bool roomsOnly;
+    bool percentToo; ///< also takes "N%", of full brightness
     const char* note;
 };
 
-// The bridge's own ranges: "bri" 0-255 (it stores at most 254), "hue" 0-65535, "ct" in mired, "bri_inc"
-// -254 to 254 (it refuses 255).
+// The bridge's own ranges: "bri" 0-254, "hue" 0-65535, "ct" in mired, "bri_inc" -254 to 254 (it refuses
+// 255).
 constexpr ActionForm actionForms[] = {
-    {"on", CtlAction::on, false, {}, false, "switch on"},
-    {"off", CtlAction::off, false, {}, false, "switch off"},
-    {"brightness", CtlAction::brightness, true, {0, 255}, false, " (4 or less switches off)"},
-    {"hue", CtlAction::hue, true, {0, 65535}, false, " (colour; the lamp keeps its saturation)"},
-    {"ct", CtlAction::ct, true, {153, 500}, false, " mired (white tone; higher is warmer)"},
-    {"brighter", CtlAction::brighter, true, {1, 254}, true, " (rooms only: raise the brightness by N)"},
-    {"darker", CtlAction::darker, true, {1, 254}, true, " (rooms only: lower the brightness by N)"},
+    {"on", CtlAction::on, false, {}, false, false, "switch on"},
+    {"off", CtlAction::off, false, {}, false, false, "switch off"},
+    {"brightness",
+     CtlAction::brightness,
+     true,
+     {0, 254},
+     false,
+     true,
+     " or 0%-100% (4 or 1% or less switches off)"},
+    {"hue", CtlAction::hue, true, {0, 65535}, false, false, " (colour; the lamp keeps its saturation)"},
+    {"ct", CtlAction::ct, true, {153, 500}, false, false, " mired (white tone; higher is warmer)"},
+    {"brighter",
+     CtlAction::brighter,
+     true,
+     {1, 254},
+     true,
+     true,
+     " or 1%-100% (rooms only: raise the brightness by N)"},
+    {"darker",
+     CtlAction::darker,
+     true,
+     {1, 254},
+     true,
+     true,
+     " or 1%-100% (rooms only: lower the brightness by N)"},
 };
 
 constexpr Range minutesRange{1, 1440};
@@ -57,8 +76,11 @@ enum OptionFlag : unsigned
     keyOption = 1U << 5,
     pickOption = 1U << 6,
     bridgeIdOption = 1U << 7,
+    directOption = 1U << 8,
 };
 constexpr unsigned bridgeAndKey = bridgeOption | keyOption | bridgeIdOption;
+/// The commands Glowdeck runs itself while it runs, unless --direct says otherwise.
+constexpr unsigned viaGlowdeck = bridgeAndKey | directOption;
 
 using OperandReader = QString (*)(const QStringList& operands, CtlInvocation& invocation);
 
@@ -151,8 +173,18 @@ QString readChange(const QStringList& operands, CtlInvocation& invocation, bool 
         if (operands.size() < 3)
             return QStringLiteral("'%1' needs a number from %2 to %3.")
                 .arg(word, QString::number(form->range.min), QString::number(form->range.max));
-        if (QString error = readNumber(operands.at(2), word, form->range, invocation.value); !error.isEmpty())
+        const QString& number = operands.at(2);
+        if (form->percentToo && number.endsWith(u'%')) {
+            const Range percent{form->range.min > 0 ? 1 : 0, 100};
+            if (QString error = readNumber(number.chopped(1), word + QStringLiteral(" in per cent"), percent,
+                                           invocation.value);
+                !error.isEmpty())
+                return error;
+            invocation.percent = true;
+        } else if (QString error = readNumber(number, word, form->range, invocation.value);
+                   !error.isEmpty()) {
             return error;
+        }
         used = 3;
     }
     if (operands.size() > used)
@@ -185,19 +217,24 @@ QString sceneOperands(const QStringList& operands, CtlInvocation& invocation)
 
 constexpr CommandForm commandForms[] = {
     {"lights", CtlCommand::lights, "", "List the lamps: id, name, on/off, brightness, kind, product",
-     noOperands, jsonOption | bridgeAndKey},
+     noOperands, jsonOption | viaGlowdeck},
     {"rooms", CtlCommand::rooms, "", "List the rooms and zones: id, name, type, on/off, brightness, lamp ids",
-     noOperands, jsonOption | bridgeAndKey},
+     noOperands, jsonOption | viaGlowdeck},
     {"scenes", CtlCommand::scenes, "", "List the scenes: id, name, room, type, number of lamps", noOperands,
-     jsonOption | bridgeAndKey},
-    {"light", CtlCommand::light, "ID CHANGE", "Change one lamp (see CHANGE below)", lightOperands,
-     bridgeAndKey},
-    {"room", CtlCommand::room, "ID CHANGE", "Change one room (see CHANGE below)", roomOperands, bridgeAndKey},
-    {"scene", CtlCommand::scene, "ID", "Recall a scene", sceneOperands, bridgeAndKey},
-    {"all-off", CtlCommand::allOff, "[--in MINUTES]", "Switch every lamp off, one after the other",
-     noOperands, inOption | bridgeAndKey},
+     jsonOption | viaGlowdeck},
+    {"light", CtlCommand::light, "LAMP CHANGE", "Change one lamp, named by its id or name (see CHANGE below)",
+     lightOperands, viaGlowdeck},
+    {"room", CtlCommand::room, "ROOM CHANGE", "Change one room or zone, by its id or name (see CHANGE below)",
+     roomOperands, viaGlowdeck},
+    {"scene", CtlCommand::scene, "SCENE", "Recall a scene, named by its id or name", sceneOperands,
+     viaGlowdeck},
+    {"all-on", CtlCommand::allOn, "", "Switch every lamp on, with one request per bridge", noOperands,
+     viaGlowdeck},
+    {"all-off", CtlCommand::allOff, "[--in MINUTES]",
+     "Switch every lamp off, with one request per bridge; with --in, say when", noOperands,
+     inOption | viaGlowdeck},
     {"discover", CtlCommand::discover, "[--discovery-url URL] [--pick ID]",
-     "Find the bridges on this network; store the address of the only one, or of --pick ID", noOperands,
+     "Find the bridges on this network and show them; --pick ID stores that one's address", noOperands,
      discoveryUrlOption | pickOption | jsonOption},
     {"pair", CtlCommand::pair, "[--wait SECONDS] [--pick ID]",
      "Get a key from the bridge (press its link button); store it beside the other bridges", noOperands,
@@ -289,6 +326,7 @@ CtlArguments CtlArguments::parse(const QStringList& arguments)
     const QCommandLineOption key(QStringLiteral("key"), QString(), QStringLiteral("KEY"));
     const QCommandLineOption settings(QStringLiteral("settings"), QString(), QStringLiteral("FILE"));
     const QCommandLineOption json(QStringLiteral("json"));
+    const QCommandLineOption direct(QStringLiteral("direct"));
     // Gone: records carry no key. Still recognised, so that an old script is told where the key is.
     const QCommandLineOption withKey(QStringLiteral("with-key"));
     const QCommandLineOption in(QStringLiteral("in"), QString(), QStringLiteral("MINUTES"));
@@ -299,7 +337,7 @@ CtlArguments CtlArguments::parse(const QStringList& arguments)
     const QCommandLineOption help(QStringList{QStringLiteral("h"), QStringLiteral("help")});
     const QCommandLineOption version(QStringList{QStringLiteral("v"), QStringLiteral("version")});
     QCommandLineParser parser;
-    parser.addOptions({bridge, bridgeId, key, settings, json, withKey, in, wait, discoveryUrl, pick,
+    parser.addOptions({bridge, bridgeId, key, settings, json, direct, withKey, in, wait, discoveryUrl, pick,
                        trustRoot, help, version});
     if (!parser.parse(arguments))
         return refused(parser.errorText());
@@ -340,8 +378,11 @@ CtlArguments CtlArguments::parse(const QStringList& arguments)
         return refused(error);
 
     const std::pair<const QCommandLineOption&, OptionFlag> ownedOptions[] = {
-        {json, jsonOption}, {in, inOption},         {wait, waitOption}, {discoveryUrl, discoveryUrlOption},
-        {pick, pickOption}, {bridge, bridgeOption}, {key, keyOption},   {bridgeId, bridgeIdOption},
+        {json, jsonOption},     {in, inOption},
+        {wait, waitOption},     {discoveryUrl, discoveryUrlOption},
+        {pick, pickOption},     {bridge, bridgeOption},
+        {key, keyOption},       {bridgeId, bridgeIdOption},
+        {direct, directOption},
     };
     for (const auto& [option, flag] : ownedOptions) {
         if (parser.isSet(option) && !(form->options & flag))
@@ -350,6 +391,7 @@ CtlArguments CtlArguments::parse(const QStringList& arguments)
     }
 
     invocation.json = parser.isSet(json);
+    invocation.direct = parser.isSet(direct);
     if (parser.isSet(pick)) {
         invocation.pick = parser.value(pick).toUpper();
         if (!BridgeIdentity::isBridgeId(invocation.pick))
@@ -415,18 +457,56 @@ CtlArguments CtlArguments::parse(const QStringList& arguments)
     return result;
 }
 
+QString CtlArguments::refusal(const QString& error)
+{
+    return QStringLiteral("glowdeckctl: %1\nTry 'glowdeckctl --help'.\n").arg(error);
+}
+
+namespace {
+
+constexpr qsizetype helpWidth = 80;
+
+/// `text` broken between words into lines of at most `width` characters.
+QStringList wrapped(const QString& text, qsizetype width)
+{
+    QStringList lines;
+    QString line;
+    for (const QString& word : text.split(u' ', Qt::SkipEmptyParts)) {
+        if (!line.isEmpty() && line.size() + 1 + word.size() > width) {
+            lines.append(line);
+            line.clear();
+        }
+        line += (line.isEmpty() ? QString() : QStringLiteral(" ")) + word;
+    }
+    if (!line.isEmpty())
+        lines.append(line);
+    return lines;
+}
+
+/// A paragraph of the help, wrapped, with an empty line after it.
+QString paragraph(const QString& text)
+{
+    return wrapped(text, helpWidth - 1).join(u'\n') + QStringLiteral("\n\n");
+}
+
+} // namespace
+
 QString CtlArguments::usage()
 {
-    constexpr qsizetype column = 26;
-    QString text = QStringLiteral("Usage: glowdeckctl [OPTIONS] COMMAND [ARGUMENTS]\n\n"
-                                  "Controls the Philips Hue lamps of the bridges Glowdeck is paired with.\n\n"
-                                  "Commands:\n");
-    // A left part too wide for its column gets a line of its own.
+    constexpr qsizetype column = 24;
+    QString text = QStringLiteral("Usage: glowdeckctl [OPTIONS] COMMAND [ARGUMENTS]\n\n") +
+                   paragraph(QStringLiteral("Controls the Philips Hue lamps of the bridges Glowdeck is "
+                                            "paired with.")) +
+                   QStringLiteral("Commands:\n");
+    // The right part is wrapped in its column; a left part too wide for its column gets a line of its own.
     auto line = [&text](const QString& left, const QString& right) {
+        const QStringList lines = wrapped(right, helpWidth - 1 - column);
+        const QString indent(column, u' ');
         if (left.size() > column - 3)
-            text += QStringLiteral("  ") + left + u'\n' + QString(column, u' ') + right + u'\n';
+            text += QStringLiteral("  ") + left + u'\n' + indent + lines.join(u'\n' + indent) + u'\n';
         else
-            text += QStringLiteral("  ") + left.leftJustified(column - 3) + u' ' + right + u'\n';
+            text +=
+                QStringLiteral("  ") + left.leftJustified(column - 2) + lines.join(u'\n' + indent) + u'\n';
     };
     for (const CommandForm& form : commandForms) {
         const QString synopsis = QString::fromLatin1(form.synopsis);
@@ -440,53 +520,56 @@ QString CtlArguments::usage()
              (form.takesValue ? rangeText(form.range) : QString()) + QString::fromLatin1(form.note));
     }
     text += QStringLiteral("\nOptions:\n");
+    line(QStringLiteral("--direct"),
+         QStringLiteral("talk to the bridges even while Glowdeck runs (lists, changes, all-on, all-off); "
+                        "otherwise these go through the running Glowdeck, whose window shows them at once"));
     line(QStringLiteral("--bridge ADDRESS"),
          QStringLiteral("bridge address for this run (HOST, HOST:PORT, https://HOST[:PORT] or "
                         "http://HOST[:PORT]); only pair stores it (once it has a key)"));
     line(QStringLiteral("--bridge-id ID"),
-         QStringLiteral("the paired bridge for this run; without it lists, watch, status and"));
-    line(QString(), QStringLiteral("all-off serve every paired bridge, and a change the bridge with its id"));
+         QStringLiteral("the paired bridge for this run; without it lists, watch, status, all-on and "
+                        "all-off serve every paired bridge, and a change the bridge with its id or name"));
     line(QStringLiteral("--key KEY"), QStringLiteral("bridge key for this run (not stored)"));
     line(QStringLiteral("--settings FILE"),
-         QStringLiteral("settings file holding the paired bridges; default "
-                        "$GLOWDECK_SETTINGS, else"));
-    line(QString(), JsonSettingsStore::defaultFileName());
+         QStringLiteral("settings file holding the paired bridges; default $GLOWDECK_SETTINGS, else ") +
+             JsonSettingsStore::defaultFileName());
     line(QStringLiteral("--trust-root FILE"),
          QStringLiteral("also trust this authority (PEM) for the bridge's certificate (a test bridge)"));
     line(QStringLiteral("--json"),
-         QStringLiteral("lights, rooms, scenes, discover, status: print the records as one JSON"));
-    line(QString(), QStringLiteral("array, each with its \"bridge_id\"; watch: each change as one JSON"));
-    line(QString(), QStringLiteral("object a line"));
+         QStringLiteral("lights, rooms, scenes, discover: print the records as one JSON array, each "
+                        "with its \"bridge_id\"; status: one JSON object; watch: each change as one JSON "
+                        "object a line, with the field names of the lists"));
     line(QStringLiteral("--in MINUTES"),
          QStringLiteral("all-off: have the bridge switch off in %1 minutes").arg(rangeText(minutesRange)));
     line(QStringLiteral("--wait SECONDS"),
-         QStringLiteral("pair: keep asking every second for SECONDS (%1) while you press")
+         QStringLiteral("pair: keep asking every second for SECONDS (%1) while you press the link button")
              .arg(rangeText(waitRange)));
-    line(QString(), QStringLiteral("the link button"));
     line(QStringLiteral("--discovery-url URL"),
-         QStringLiteral("discover: the discovery service to ask; default $GLOWDECK_DISCOVERY_URL,"));
-    line(QString(), QStringLiteral("else Philips' public service; an empty URL asks no service"));
+         QStringLiteral("discover: the discovery service to ask; default $GLOWDECK_DISCOVERY_URL, else "
+                        "Philips' public service; an empty URL asks no service"));
     line(QStringLiteral("--pick ID"),
          QStringLiteral("discover, pair: the bridge found with this id, when several answer"));
     line(QStringLiteral("-h, --help"), QStringLiteral("show this help"));
     line(QStringLiteral("-v, --version"), QStringLiteral("show the version"));
-    text +=
-        QStringLiteral("\nEach bridge's address and key are kept in the settings file: 'discover' stores "
-                       "the address,\n"
-                       "'pair' the key, and the other commands use them. A lamp, room or scene id found "
-                       "on several\n"
-                       "paired bridges needs --bridge-id.\n"
-                       "A change is done once the bridge has answered it; every wait is bounded (a list "
-                       "10 s, a change 5 s,\n"
-                       "pairing and discovery 15 s). watch runs until Ctrl+C (or SIGTERM), then exits 0.\n"
-                       "\nExit status: 0 done; 1 no bridge was found, or it could not be reached, paired "
-                       "with or used, it\n"
-                       "refused or did not answer a change, it has no such lamp, room or scene (or no "
-                       "event stream to\n"
-                       "watch), or the settings file could not be written (a list still shows the "
-                       "bridges that\n"
-                       "answered); 2 bad command line, a --bridge-id that is not paired, or an id on "
-                       "several bridges\n"
-                       "(nothing is sent).\n");
+    text += u'\n';
+    text += paragraph(QStringLiteral(
+        "Each bridge's address and key are kept in the settings file: 'discover --pick ID' stores the "
+        "address, 'pair' the key, and the other commands use them. A lamp, room or scene is named by its "
+        "id or, when no record has that id, by its name; an id found on several paired bridges needs "
+        "--bridge-id."));
+    text += paragraph(QStringLiteral(
+        "A change is done once the bridge has answered it, or once the running Glowdeck has queued it; "
+        "every wait is bounded (a list 10 s, a change 5 s, pairing and discovery 15 s). watch runs until "
+        "Ctrl+C (or SIGTERM), then exits 0."));
+    text += wrapped(QStringLiteral(
+                        "Exit status: 0 done; 1 no bridge was found, or it could not be reached, paired with "
+                        "or used, it refused or did not answer a change, no lamp, room or scene has that id "
+                        "or name (or there is no event stream to watch), or the settings file could not be "
+                        "written (a list still shows the bridges that answered); 2 bad command line, a "
+                        "--bridge-id that is not paired, or an id or name that fits several (nothing is "
+                        "sent)."),
+                    helpWidth - 1)
+                .join(u'\n') +
+            u'\n';
     return text;
 }

@@ -9,10 +9,12 @@
 enum CtlExitStatus : int
 {
     exitDone = 0,
-    exitFailed = 1, ///< no bridge found, paired with or used; a change refused or unanswered; no such lamp,
-                    ///< room or scene; no event stream to watch; the settings file not written
-    exitUsage = 2,  ///< the command line was refused, or a change named a lamp, room or scene that is on
-                    ///< several paired bridges without --bridge-id; nothing was sent
+    exitFailed = 1, ///< no bridge found, paired with or used; a change refused or unanswered; no lamp, room
+                    ///< or scene with that id or name; no event stream to watch; the settings file not
+                    ///< written
+    exitUsage = 2,  ///< the command line was refused, or a change named a lamp, room or scene ambiguously (an
+                    ///< id on several paired bridges without --bridge-id, a name several share); nothing was
+                    ///< sent
 };
 
 /// The commands glowdeckctl knows; each has one entry in the command table of CtlArguments.cpp.
@@ -24,6 +26,7 @@ enum class CtlCommand
     light,
     room,
     scene,
+    allOn,
     allOff,
     discover,
     pair,
@@ -51,12 +54,14 @@ struct CtlInvocation
     QString targetId; ///< the lamp, room or scene; empty for the lists and all-off
     CtlAction action = CtlAction::on;
     qint64 value = 0;                      ///< the number after brightness, hue, ct, brighter or darker
+    bool percent = false;                  ///< `value` is a brightness or step in per cent ("50%")
     std::optional<qint64> offAfterMinutes; ///< all-off --in
     std::optional<qint64> waitSeconds;     ///< pair --wait
     std::optional<QString> discoveryUrl;   ///< discover --discovery-url; empty switches the service off
     QString pick;     ///< discover and pair --pick: the id of the bridge found, upper case
     QString bridgeId; ///< --bridge-id: the paired bridge to use, upper case; empty: all
     bool json = false;
+    bool direct = false;    ///< --direct: to the bridge, even when Glowdeck runs
     QString bridge;         ///< --bridge; empty: the stored address (pair stores it)
     QString key;            ///< --key; empty: the stored key
     QString settingsFile;   ///< --settings; empty: $GLOWDECK_SETTINGS, else the default file
@@ -78,8 +83,10 @@ public:
 
     /// `arguments` as QCoreApplication::arguments() gives them, program name first.
     static CtlArguments parse(const QStringList& arguments);
-    /// The help text; also shown on standard error after a refused command line.
+    /// The help text, in lines of at most 80 columns.
     static QString usage();
+    /// What a refused command line prints on standard error: the reason and where the help is.
+    static QString refusal(const QString& error);
     /// Whether `text` is a plain HOST or HOST:PORT, fit to be put into request URLs as it is.
     static bool isBridgeAddress(const QString& text);
 

@@ -1,17 +1,18 @@
 #include "CtlCommands.h"
 
 #include "CtlCommon.h"
+#include "CtlOutput.h"
 
 #include "bridge/ActionQueue.h"
 #include "bridge/BridgeCommands.h"
 #include "bridge/BridgeNetwork.h"
 #include "bridge/BridgeUrl.h"
-#include "bridge/CodedRecords.h"
-#include "bridge/JsonWriter.h"
 #include "model/SceneRooms.h"
 #include "session/BridgeSession.h"
 #include "state/BridgeLink.h"
 
+#include <QDateTime>
+#include <QLocale>
 #include <QNetworkAccessManager>
 
 #include <algorithm>
@@ -22,99 +23,6 @@ using Ctl::seconds;
 using Ctl::write;
 
 namespace {
-
-constexpr qsizetype widestCell = 60;
-
-/// A cell as a table shows it: printable, and cut with "…" past `widestCell` characters, so that one long
-/// name cannot push every row off the screen.
-QString cell(const QString& text)
-{
-    const QString shown = printable(text);
-    return shown.size() > widestCell ? shown.left(widestCell - 1) + u'\u2026' : shown;
-}
-
-/// Left-aligned columns two spaces apart; the last column is not padded.
-QString table(const QList<QStringList>& rows)
-{
-    QList<qsizetype> widths;
-    for (const QStringList& row : rows) {
-        widths.resize(std::max(widths.size(), row.size()));
-        for (qsizetype i = 0; i < row.size(); ++i)
-            widths[i] = std::max(widths[i], cell(row.at(i)).size());
-    }
-    QString text;
-    for (const QStringList& row : rows) {
-        QString line;
-        for (qsizetype i = 0; i < row.size(); ++i)
-            line += i + 1 < row.size() ? cell(row.at(i)).leftJustified(widths[i] + 2) : cell(row.at(i));
-        text += line + u'\n';
-    }
-    return text;
-}
-
-QString onOff(bool on)
-{
-    return on ? QStringLiteral("on") : QStringLiteral("off");
-}
-
-QString kind(const HueLight& light)
-{
-    if (!light.allows_brightness)
-        return QStringLiteral("switch only");
-    if (light.allows_color)
-        return QStringLiteral("colour");
-    if (light.allows_ambient)
-        return QStringLiteral("white tone");
-    return QStringLiteral("dimmable");
-}
-
-const QStringList lightsHeader{QStringLiteral("ID"),    QStringLiteral("NAME"),
-                               QStringLiteral("STATE"), QStringLiteral("BRIGHTNESS"),
-                               QStringLiteral("KIND"),  QStringLiteral("PRODUCT")};
-const QStringList groupsHeader{QStringLiteral("ID"),         QStringLiteral("NAME"),
-                               QStringLiteral("TYPE"),       QStringLiteral("STATE"),
-                               QStringLiteral("BRIGHTNESS"), QStringLiteral("LIGHTS")};
-const QStringList scenesHeader{QStringLiteral("ID"), QStringLiteral("NAME"), QStringLiteral("ROOM"),
-                               QStringLiteral("TYPE"), QStringLiteral("LIGHTS")};
-
-QStringList lightRow(const HueLight& light)
-{
-    return {light.lamp_id, light.name,        onOff(light.is_on), QString::number(light.brightness),
-            kind(light),   light.product_name};
-}
-
-QStringList groupRow(const HueGroup& group)
-{
-    return {group.group_id,
-            group.name,
-            group.isZone() ? QStringLiteral("zone") : QStringLiteral("room"),
-            onOff(group.any_on),
-            QString::number(group.brightness),
-            group.lights.join(u',')};
-}
-
-/// `scene` with the name of its room or zone (`group_id` holds its id), from `names` by group id.
-QStringList sceneRow(const HueScene& scene, const QHash<QString, QString>& names)
-{
-    return {scene.scene_id, scene.name, names.value(scene.group_id, QStringLiteral("-")), scene.type,
-            QString::number(scene.lights.size())};
-}
-
-/// Appends the records in their coded form, in the bridge's order, each with the id of the bridge it is on
-/// ("bridge_id", last). Records carry no key, so none ends up in the scripts, logs and bug reports that
-/// output like this goes to.
-template <typename Record>
-void appendJson(JsonWriter& json, const QList<Record>& records, const QString& bridgeId)
-{
-    JsonWriter id;
-    id.value(bridgeId);
-    const QByteArray bridgeMember = QByteArrayLiteral(",\"bridge_id\":") + id.text() + '}';
-    for (const Record& record : records) {
-        QByteArray object = CodedRecords::encode(record);
-        object.chop(1); // its closing brace
-        json.raw(object + bridgeMember);
-    }
-}
 
 /// "PUT /lights/2/state": a change as the bridge sees it, without the key.
 QString request(const ActionQueueItem& item)
@@ -131,9 +39,6 @@ QString describeFailure(const QString& bridge, const ActionQueueItem& item, cons
     switch (outcome.kind) {
     case Kind::refused:
         return QStringLiteral("The bridge at %1 refused %2: %3.")
-            .arg(bridge, request(item), printable(outcome.detail));
-    case Kind::partly:
-        return QStringLiteral("The bridge at %1 took only part of %2: %3.")
             .arg(bridge, request(item), printable(outcome.detail));
     case Kind::httpError:
         return QStringLiteral("The bridge at %1 answered %2 with HTTP status %3.")
@@ -232,8 +137,9 @@ void CtlCommands::fetchRecords(Served& served)
     switch (m_invocation.command) {
     case CtlCommand::lights:
     case CtlCommand::light:
+    case CtlCommand::allOn:
     case CtlCommand::allOff:
-        // all-off --in needs no list, only a bridge that answers; reading the lamps makes sure of that.
+        // all-on and all-off need no list, only a bridge that answers; reading the lamps makes sure of that.
         LightsRead{.endpoint = address, .key = key, .identity = identity}.fetch(
             *m_network, [this, &served](const LightsResult& result) { onLights(served, result); });
         return;
@@ -327,8 +233,9 @@ void CtlCommands::onAllRead()
             }
         }
         return finish(m_readFailed ? exitFailed : exitDone);
+    case CtlCommand::allOn:
     case CtlCommand::allOff:
-        return switchAllOff();
+        return switchAll();
     default:
         return changeTarget();
     }
@@ -336,129 +243,62 @@ void CtlCommands::onAllRead()
 
 void CtlCommands::printLists()
 {
-    const bool several = m_bridges.size() > 1;
-    QList<QStringList> rows;
-    JsonWriter json;
-    json.beginArray();
-    bool answered = false;
+    QList<CtlHome> homes;
     for (const std::unique_ptr<Served>& served : m_bridges) {
         if (served->failed)
             continue;
-        answered = true;
-        const QString bridgeId = served->bridge->settings().bridgeID();
-        const qsizetype first = rows.size();
-        switch (m_invocation.command) {
-        case CtlCommand::lights:
-            appendJson(json, served->lights, bridgeId);
-            for (const HueLight& light : std::as_const(served->lights))
-                rows.append(lightRow(light));
-            break;
-        case CtlCommand::rooms:
-            appendJson(json, served->groups, bridgeId);
-            for (const HueGroup& group : std::as_const(served->groups))
-                rows.append(groupRow(group));
-            break;
-        default: {
-            const SceneRooms rooms(served->groups);
-            QHash<QString, QString> names;
-            for (const HueGroup& group : std::as_const(served->groups))
-                names.insert(group.group_id, group.name);
-            QList<HueScene> scenes = served->scenes;
-            for (HueScene& scene : scenes) {
-                scene.group_id = rooms.roomOf(scene);
-                rows.append(sceneRow(scene, names));
-            }
-            appendJson(json, scenes, bridgeId);
-            break;
-        }
-        }
-        // With several bridges an id alone does not say which lamp it is: each bridge numbers its own.
-        for (qsizetype i = first; several && i < rows.size(); ++i)
-            rows[i].prepend(served->bridge->label());
+        CtlHome& home = homes.emplace_back(homeOf(*served));
+        // Each scene with the room or zone it belongs to: a light scene is in the room that holds all of its
+        // lamps.
+        const SceneRooms rooms(home.groups);
+        for (HueScene& scene : home.scenes)
+            scene.group_id = rooms.roomOf(scene);
     }
-    json.endArray();
-    if (!answered)
+    if (homes.isEmpty())
         return;
-    if (m_invocation.json)
-        return write(stdout, QString::fromUtf8(json.text()) + u'\n');
-    QStringList header = m_invocation.command == CtlCommand::lights  ? lightsHeader
-                         : m_invocation.command == CtlCommand::rooms ? groupsHeader
-                                                                     : scenesHeader;
-    if (several)
-        header.prepend(QStringLiteral("BRIDGE"));
-    rows.prepend(header);
-    write(stdout, table(rows));
+    CtlOutput::printList(m_invocation.command, homes, m_invocation.json, m_bridges.size() > 1);
+}
+
+CtlHome CtlCommands::homeOf(const Served& served)
+{
+    return {.bridgeId = served.bridge->settings().bridgeID(),
+            .label = served.bridge->label(),
+            .lights = served.lights,
+            .groups = served.groups,
+            .scenes = served.scenes};
 }
 
 void CtlCommands::changeTarget()
 {
-    const QString& id = m_invocation.targetId;
-    const CtlCommand command = m_invocation.command;
-    const QString what = command == CtlCommand::light  ? QStringLiteral("light")
-                         : command == CtlCommand::room ? QStringLiteral("room")
-                                                       : QStringLiteral("scene");
-    const auto lightOf = [&id](const Served& served) {
-        return std::find_if(served.lights.cbegin(), served.lights.cend(), [&id](const HueLight& light) {
-            // Either id: the number kept from the first interface or the UUID.
-            return light.lamp_id == id || (!light.v2_id.isEmpty() && light.v2_id == id);
-        });
-    };
-    const auto groupOf = [&id](const Served& served) {
-        return std::find_if(served.groups.cbegin(), served.groups.cend(), [&id](const HueGroup& group) {
-            return group.group_id == id || (!group.v2_id.isEmpty() && group.v2_id == id);
-        });
-    };
-    QList<Served*> holders;
-    for (const std::unique_ptr<Served>& served : m_bridges) {
-        const bool has =
-            command == CtlCommand::light ? lightOf(*served) != served->lights.cend()
-            : command == CtlCommand::room
-                ? groupOf(*served) != served->groups.cend()
-                : std::any_of(served->scenes.cbegin(), served->scenes.cend(), [&id](const HueScene& scene) {
-                      return scene.scene_id == id || (!scene.v2_id.isEmpty() && scene.v2_id == id);
-                  });
-        if (has)
-            holders.append(served.get());
-    }
-    if (holders.size() > 1) {
-        QStringList names;
-        for (const Served* served : std::as_const(holders))
-            names << QStringLiteral("%1 (%2)").arg(printable(served->bridge->label()),
-                                                   served->bridge->settings().bridgeID());
-        printError(QStringLiteral("There is a %1 %2 on several paired bridges: %3. Nothing was sent; name "
-                                  "one with --bridge-id ID.")
-                       .arg(what, printable(id), names.join(QStringLiteral(", "))));
-        return finish(exitUsage);
-    }
+    const QString what = CtlOutput::targetWord(m_invocation.command);
     if (m_readFailed) {
         // A bridge that sent no list may have the same id: sending to the other could switch the wrong lamp.
         if (m_bridges.size() > 1)
             printError(QStringLiteral("Nothing was sent: a bridge that did not answer may have a %1 %2 too; "
                                       "name the bridge with --bridge-id ID.")
-                           .arg(what, printable(id)));
+                           .arg(what, printable(m_invocation.targetId)));
         return finish(exitFailed);
     }
-    if (holders.isEmpty()) {
-        printError(QStringLiteral("No %1 with id %2 on %3.")
-                       .arg(what, printable(id),
-                            m_bridges.size() > 1 ? QStringLiteral("any paired bridge")
-                                                 : QStringLiteral("this bridge")));
-        return finish(exitFailed);
-    }
-    Served& served = *holders.first();
-    if (command == CtlCommand::light)
-        changeLight(served, *lightOf(served));
-    else if (command == CtlCommand::room)
-        changeGroup(served, *groupOf(served));
+    QList<CtlHome> homes;
+    for (const std::unique_ptr<Served>& served : m_bridges)
+        homes.append(homeOf(*served));
+    const CtlTarget target = CtlOutput::findTarget(m_invocation.command, homes, m_invocation.targetId);
+    if (target.home < 0)
+        return finish(target.failure);
+    Served& served = *m_bridges.at(target.home);
+    if (m_invocation.command == CtlCommand::light)
+        changeLight(served, served.lights.at(target.index));
+    else if (m_invocation.command == CtlCommand::room)
+        changeGroup(served, served.groups.at(target.index));
     else
-        served.session->commands().recallScene(id);
+        served.session->commands().recallScene(served.scenes.at(target.index).scene_id);
     awaitQueues({&served});
 }
 
 void CtlCommands::changeLight(Served& served, const HueLight& light)
 {
     BridgeCommands& commands = served.session->commands();
-    const qint64 value = m_invocation.value;
+    const qint64 value = CtlOutput::bridgeBrightness(m_invocation);
     switch (m_invocation.action) {
     case CtlAction::on:
     case CtlAction::off:
@@ -483,7 +323,7 @@ void CtlCommands::changeLight(Served& served, const HueLight& light)
 void CtlCommands::changeGroup(Served& served, const HueGroup& group)
 {
     BridgeCommands& commands = served.session->commands();
-    const qint64 value = m_invocation.value;
+    const qint64 value = CtlOutput::bridgeBrightness(m_invocation);
     switch (m_invocation.action) {
     case CtlAction::on:
     case CtlAction::off:
@@ -507,7 +347,7 @@ void CtlCommands::changeGroup(Served& served, const HueGroup& group)
     }
 }
 
-void CtlCommands::switchAllOff()
+void CtlCommands::switchAll()
 {
     // Every bridge that answered; one that did not is said above and fails the run, after the others.
     QList<Served*> commanded;
@@ -515,22 +355,16 @@ void CtlCommands::switchAllOff()
         if (served->failed)
             continue;
         BridgeCommands& commands = served->session->commands();
-        if (m_invocation.offAfterMinutes) {
+        if (m_invocation.offAfterMinutes)
             commands.switchAllOffAfterMinutes(*m_invocation.offAfterMinutes);
-        } else {
-            if (served->lights.isEmpty())
-                continue;
-            // One request per lamp in list order, as the menu's "Darkness!" item does; the queue spaces
-            // them out.
-            for (const HueLight& light : std::as_const(served->lights))
-                commands.setLightOn(light, false);
-        }
+        else
+            // One request to group 0, which holds every lamp of the bridge, however many there are.
+            commands.switchEverything(m_invocation.command == CtlCommand::allOn);
         commanded.append(served.get());
     }
-    if (commanded.isEmpty() && !m_readFailed) {
-        write(stdout, m_bridges.size() > 1 ? QStringLiteral("No reachable lights on these bridges.\n")
-                                           : QStringLiteral("No reachable lights on this bridge.\n"));
-        return finish(exitDone);
+    if (m_invocation.offAfterMinutes && !commanded.isEmpty()) {
+        const QDateTime at = QDateTime::currentDateTime().addSecs(*m_invocation.offAfterMinutes * 60);
+        m_afterDrain = QStringLiteral("The lights go off at %1.\n").arg(at.toString(QStringLiteral("HH:mm")));
     }
     awaitQueues(commanded);
 }
@@ -570,6 +404,8 @@ void CtlCommands::onDrained()
         return;
     for (const QString& failure : std::as_const(m_failures))
         printError(failure);
+    if (m_failures.isEmpty() && !m_afterDrain.isEmpty())
+        write(stdout, m_afterDrain);
     finish(m_failures.isEmpty() && !m_readFailed ? exitDone : exitFailed);
 }
 

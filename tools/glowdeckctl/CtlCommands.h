@@ -2,6 +2,7 @@
 
 #include "CtlArguments.h"
 #include "CtlBridge.h"
+#include "CtlOutput.h"
 
 #include "bridge/ResourceFetch.h"
 
@@ -57,11 +58,14 @@ private:
     void onAllRead();
     /// Prints the records of every bridge that answered, as one table or one JSON array.
     void printLists();
-    /// Sends the change of `light`, `room` or `scene` to the one bridge that has its id.
+    /// The lists read from `served`, as the output and the lookup take them.
+    static CtlHome homeOf(const Served& served);
+    /// Sends the change of `light`, `room` or `scene` to the one bridge that has the record it names.
     void changeTarget();
     void changeLight(Served& served, const HueLight& light);
     void changeGroup(Served& served, const HueGroup& group);
-    void switchAllOff();
+    /// all-on, all-off and all-off --in: one request per bridge.
+    void switchAll();
     /// Waits for the queues of `commanded` to send what the commands just handed to them, and for the
     /// answers.
     void awaitQueues(const QList<Served*>& commanded);
@@ -82,5 +86,6 @@ private:
     bool m_readFailed = false; ///< a bridge was not reached or sent no list
     QTimer m_watchdog;
     QStringList m_failures; ///< one line per distinct failed change
+    QString m_afterDrain;   ///< printed once every change went through
     bool m_finished = false;
 };

@@ -1,5 +1,6 @@
 #include "CtlConnectionCommands.h"
 
+#include "CtlApp.h"
 #include "CtlBridge.h"
 #include "CtlCommon.h"
 
@@ -11,12 +12,14 @@
 #include "connection/BridgePairing.h"
 #include "connection/BridgeProbe.h"
 #include "connection/ShellRunner.h"
+#include "dbus/BusNames.h"
 #include "session/BridgeSession.h"
 #include "state/BridgeHome.h"
 #include "state/BridgeLink.h"
 #include "state/JsonSettingsStore.h"
 #include "state/Preferences.h"
 
+#include <QCoreApplication>
 #include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -143,9 +146,16 @@ void CtlConnectionCommands::onDiscovered(const QList<BridgeDiscovery::FoundBridg
         printError(QStringLiteral("No bridge %1 answered; nothing was stored.").arg(m_invocation.pick));
         return finish(exitFailed);
     }
+    if (m_invocation.pick.isEmpty() && m_invocation.command == CtlCommand::discover) {
+        // Showing is all: the settings change only when the user names the bridge to keep.
+        if (!m_invocation.json)
+            printOut(QStringLiteral("Nothing was stored; store a bridge's address with: glowdeckctl discover "
+                                    "--pick ID"));
+        return finish(exitDone);
+    }
     if (m_invocation.pick.isEmpty() && bridges.size() > 1) {
         printError(
-            QStringLiteral("Several bridges answered; store yours with: glowdeckctl discover --pick ID"));
+            QStringLiteral("Several bridges answered; pair with yours with: glowdeckctl pair --pick ID"));
         return finish(exitFailed);
     }
     const BridgeDiscovery::FoundBridge& found = m_invocation.pick.isEmpty() ? bridges.first() : *picked;
@@ -578,6 +588,9 @@ void CtlConnectionCommands::printStatus()
 {
     printField(QStringLiteral("Settings file"),
                m_fileName + (m_store ? QString() : QStringLiteral(" (not there yet)")));
+    printField(QStringLiteral("Glowdeck"), CtlApp::runsWith(m_fileName)
+                                               ? QStringLiteral("running: lists and changes go through it")
+                                               : QStringLiteral("not running with this settings file"));
     for (const std::unique_ptr<Status>& report : m_reports) {
         if (report != m_reports.front())
             printOut(QString());
@@ -611,7 +624,14 @@ void CtlConnectionCommands::printStatusJson()
         }
         list.append(bridge);
     }
-    write(stdout, QString::fromUtf8(QJsonDocument(list).toJson(QJsonDocument::Indented)));
+    // "records_version" is the version of the shape of the records that lights, rooms, scenes, watch and
+    // the D-Bus interface print; it changes when a field changes its meaning or goes.
+    const QJsonObject status{{"version", QCoreApplication::applicationVersion()},
+                             {"records_version", BusNames::recordsVersion},
+                             {"settings_file", m_fileName},
+                             {"glowdeck_running", CtlApp::runsWith(m_fileName)},
+                             {"bridges", list}};
+    write(stdout, QString::fromUtf8(QJsonDocument(status).toJson(QJsonDocument::Indented)));
 }
 
 void CtlConnectionCommands::finish(int exitStatus)

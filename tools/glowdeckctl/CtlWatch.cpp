@@ -40,11 +40,11 @@ QString subject(const QString& type, const QString& id, const QHash<QString, QSt
            (name == names.cend() ? QString() : QStringLiteral(" \"%1\"").arg(printable(*name)));
 }
 
-void beginRecord(JsonWriter& json, const char* type, const QString& id, const QHash<QString, QString>& names)
+/// An event in the records' own field names: the type, the record's id under its own key ("lamp_id",
+/// "group_id"), then only the fields that changed.
+void beginRecord(JsonWriter& json, const char* type, QStringView idKey, const QString& id)
 {
-    json.beginObject().member(u"type", type).member(u"id", id).key(u"name");
-    const auto name = names.constFind(id);
-    name == names.cend() ? json.null() : json.value(*name);
+    json.beginObject().member(u"type", type).member(idKey, id);
 }
 
 } // namespace
@@ -201,10 +201,10 @@ void CtlWatch::onChanges(Watched& watched, const BridgeEventBatch& batch)
     for (const LightChange& change : batch.lights) {
         QStringList fields;
         JsonWriter json;
-        beginRecord(json, "light", change.lampId, watched.lightNames);
+        beginRecord(json, "light", u"lamp_id", change.lampId);
         if (change.on) {
             fields << onOff(*change.on);
-            json.member(u"on", *change.on);
+            json.member(u"is_on", *change.on);
         }
         if (change.brightness) {
             fields << QStringLiteral("brightness %1").arg(*change.brightness);
@@ -213,11 +213,11 @@ void CtlWatch::onChanges(Watched& watched, const BridgeEventBatch& batch)
         if (change.xy) {
             const float x = fourDecimals(change.xy->first), y = fourDecimals(change.xy->second);
             fields << QStringLiteral("xy %1 %2").arg(x, 0, 'f', 4).arg(y, 0, 'f', 4);
-            json.key(u"xy").beginArray().value(x).value(y).endArray();
+            json.member(u"xy_x", x).member(u"xy_y", y);
         }
         if (change.colorTemperature) {
             fields << QStringLiteral("ct %1").arg(*change.colorTemperature);
-            json.member(u"ct", *change.colorTemperature);
+            json.member(u"color_temperature", *change.colorTemperature);
         }
         if (!fields.isEmpty())
             printLine(watched,
@@ -229,7 +229,7 @@ void CtlWatch::onChanges(Watched& watched, const BridgeEventBatch& batch)
     for (const GroupChange& change : batch.groups) {
         QStringList fields;
         JsonWriter json;
-        beginRecord(json, "room", change.groupId, watched.roomNames);
+        beginRecord(json, "room", u"group_id", change.groupId);
         if (change.anyOn) {
             fields << onOff(*change.anyOn);
             json.member(u"any_on", *change.anyOn);

@@ -1,3 +1,4 @@
+#include "CtlApp.h"
 #include "CtlArguments.h"
 #include "CtlCommands.h"
 #include "CtlCommon.h"
@@ -37,8 +38,7 @@ int main(int argc, char* argv[])
         Ctl::write(stdout, QStringLiteral("glowdeckctl %1\n").arg(QCoreApplication::applicationVersion()));
         return exitDone;
     case CtlArguments::Outcome::invalid:
-        Ctl::write(stderr,
-                   QStringLiteral("glowdeckctl: %1\n\n%2").arg(arguments.error(), CtlArguments::usage()));
+        Ctl::write(stderr, CtlArguments::refusal(arguments.error()));
         return exitUsage;
     case CtlArguments::Outcome::run:
         break;
@@ -49,6 +49,9 @@ int main(int argc, char* argv[])
         return CtlHotkeys::run(invocation);
     if (invocation.command == CtlCommand::watch)
         return run<CtlWatch>(app, invocation);
+    // While Glowdeck runs, its own queue sends the change and its window shows it; lists come from its state.
+    if (CtlApp::serves(invocation))
+        return CtlApp::run(invocation);
     if (CtlConnectionCommands::handles(invocation.command))
         return run<CtlConnectionCommands>(app, invocation);
     return run<CtlCommands>(app, invocation);

@@ -198,7 +198,10 @@ QString XdgAutostartEntry::entryText() const
         const QString tryExec = tryExecValue(m_executable);
         forEachLine(*lines, [&kept, &exec, &tryExec](const QString& line, bool inEntry) {
             const auto [key, value] = inEntry ? keyAndValue(line) : std::pair<QString, QString>();
-            if (key == u"Hidden" || key == u"X-GNOME-Autostart-enabled" || key == u"TryExec")
+            // A desktop starts a DBusActivatable entry through the bus, which knows nothing of the arguments
+            // (a settings file of its own) this copy starts the program with.
+            if (key == u"Hidden" || key == u"X-GNOME-Autostart-enabled" || key == u"TryExec" ||
+                key == u"DBusActivatable")
                 return;
             if (key == u"Exec" && !exec.isEmpty()) {
                 kept.append(QStringLiteral("Exec=") + exec + argumentsAfterProgram(value));
