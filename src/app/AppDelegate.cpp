@@ -297,21 +297,20 @@ void AppDelegate::showTrayIconWhenAvailable()
         return;
     }
     if (!m_trayRetry) {
-        printLine(QStringLiteral("Glowdeck: no system tray is available yet; waiting for one to start."));
-        if (m_welcome)
-            m_welcome->setTrayAvailable(false);
+        // Neither a StatusNotifierWatcher on the session bus nor an XEmbed tray owning its selection: the
+        // window shows now rather than after a wait that would look like a program that failed to start. A
+        // tray that starts later (a panel at login) still gets the icon.
+        printLine(QStringLiteral("Glowdeck: no system tray is available; showing Glowdeck in a window until "
+                                 "one starts."));
         m_trayRetry = new QTimer(this);
         m_trayRetry->setInterval(trayRetryMilliseconds);
         connect(m_trayRetry, &QTimer::timeout, this, [this] {
             ++m_trayAttempts;
-            if (m_trayAttempts * trayRetryMilliseconds == trayWaitMilliseconds && !trayAvailable()) {
-                printLine(QStringLiteral("Glowdeck: still no system tray; showing Glowdeck in a window."));
-                enterWindowMode(true);
-            }
             if (m_trayAttempts == trayRetryAttempts)
                 m_trayRetry->setInterval(trayLateRetryMilliseconds);
             showTrayIconWhenAvailable();
         });
+        enterWindowMode(true);
     }
     m_trayRetry->start();
 }
@@ -334,11 +333,10 @@ void AppDelegate::enterWindowMode(bool explain)
             m_appWindow->restoreGeometry(QByteArray::fromBase64(frame->toLatin1()));
     }
     m_appWindow->adoptContent(m_windowController->window().releaseContent());
+    // Said once: by the greeting on a first start, else by a note above the content.
     if (explain && !m_preferences->hasExplainedWindowMode()) {
-        m_appWindow->setNotice(
-            tr("This desktop shows no system tray, so Glowdeck opens here. For a lamp icon in the panel, "
-               "the desktop needs a tray (on GNOME, the AppIndicator extension). Closing this window keeps "
-               "Glowdeck running for its shortcuts; starting Glowdeck again brings the window back."));
+        if (m_preferences->hasSeenWelcomeScreen())
+            m_appWindow->setNotice(WelcomeView::windowModeText());
         m_preferences->setHasExplainedWindowMode();
     }
     if (m_welcome)

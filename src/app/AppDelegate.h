@@ -104,8 +104,6 @@ public:
     /// open (a minimised one comes back).
     void toggleFromKeyboard();
 
-    /// How long Glowdeck waits for a system tray before it shows itself in a window of its own.
-    static constexpr int trayWaitMilliseconds = 5000;
     /// Whether Glowdeck shows in a window of its own rather than under a tray icon.
     bool isInWindowMode() const { return m_windowMode; }
     /// That window, once window mode began.

@@ -54,6 +54,7 @@ private Q_SLOTS:
     void firstStartGreetsAndLetsGoOpensTheWindow();
     void settingsLinkOfAnEmptyPanelOpensTheConnectionPane();
     void aStoredShortcutWorksFromTheStart();
+    void withoutATrayGlowdeckShowsInAWindowOfItsOwn_data();
     void withoutATrayGlowdeckShowsInAWindowOfItsOwn();
 
 private:
@@ -454,23 +455,35 @@ void TestAppDelegate::aStoredShortcutWorksFromTheStart()
     QTRY_COMPARE(queued(), QStringList{QStringLiteral(R"(/groups/0/action {"on":false})")});
 }
 
+void TestAppDelegate::withoutATrayGlowdeckShowsInAWindowOfItsOwn_data()
+{
+    QTest::addColumn<bool>("seenWelcome");
+    QTest::newRow("first start") << false;
+    QTest::newRow("greeted before") << true;
+}
+
 void TestAppDelegate::withoutATrayGlowdeckShowsInAWindowOfItsOwn()
 {
+    QFETCH(bool, seenWelcome);
     m_tray = false;
-    startDelegate(false);
-    auto* welcome = m_delegate->welcomeWindow();
-    QVERIFY(welcome->findChild<QLabel*>(QStringLiteral("welcomeText"))->text().contains("window of its own"));
-    // A tray gets a few seconds to start (a panel at login); then Glowdeck shows itself in a window.
-    QVERIFY(!m_delegate->isInWindowMode());
-    QTRY_VERIFY_WITH_TIMEOUT(m_delegate->isInWindowMode(), AppDelegate::trayWaitMilliseconds + 3000);
+    startDelegate(seenWelcome);
+    // No tray at start: the window comes at once, without waiting for one.
+    QVERIFY(m_delegate->isInWindowMode());
     AppWindow* window = m_delegate->appWindow();
-    QVERIFY(!window->isVisible()); // the greeting comes first
-    Q_EMIT welcome->letsGo();
+    if (!seenWelcome) {
+        // The greeting says why, once; the window adds no note of its own.
+        auto* welcome = m_delegate->welcomeWindow();
+        QVERIFY(welcome->findChild<QLabel*>(QStringLiteral("welcomeText"))->text().contains("AppIndicator"));
+        QVERIFY(!window->isVisible());
+        Q_EMIT welcome->letsGo();
+        QVERIFY(window->notice().isEmpty());
+    } else {
+        QVERIFY(window->notice().contains(QStringLiteral("AppIndicator")));
+    }
     QTRY_VERIFY(window->isVisible());
     QCOMPARE(window->windowTitle(), QStringLiteral("Glowdeck"));
     auto* content = qobject_cast<ContentView*>(window->content());
     QVERIFY(content);
-    QVERIFY(window->notice().contains(QStringLiteral("AppIndicator")));
     QVERIFY(m_delegate->preferences().hasExplainedWindowMode());
 
     // The menu opens from the window and leaves it open; a second start brings it back from the task bar.
