@@ -11,6 +11,7 @@
 #include "panels/CustomSlider.h"
 #include "panels/ListLights.h"
 #include "panels/PanelTabs.h"
+#include "panels/Theme.h"
 #include "panels/TitleBars.h"
 #include "session/BridgeSession.h"
 #include "session/BridgeSessions.h"
@@ -25,6 +26,7 @@
 #include <QLabel>
 #include <QNetworkAccessManager>
 #include <QPushButton>
+#include <QScopeGuard>
 #include <QSignalSpy>
 #include <QStackedWidget>
 #include <QTest>
@@ -52,6 +54,8 @@ private slots:
     void reviewButtonThanksOnceAndHidesTheBanner();
     void settingsButtonsAskForThePreferences_data();
     void settingsButtonsAskForThePreferences();
+    void titleBarButtonsStandOutFromTheBackground_data();
+    void titleBarButtonsStandOutFromTheBackground();
     void aClickAnywhereInTheContentCountsAsAUserAction();
     void naturalHeightFollowsTheActivePanel();
     void emptyPanelTellsUnpairedFromUnreachable_data();
@@ -221,9 +225,10 @@ void TestContentView::offersTheScenesTabOnlyWhileScenesAreShown()
     QAbstractButton *lights = tabs->tab(MainPanels::lights), *rooms = tabs->tab(MainPanels::rooms),
                     *scenes = tabs->tab(MainPanels::scenes);
 
-    QVERIFY(!scenes->isVisible());
+    settings().preferences().setShowScenes(false);
+    QTRY_VERIFY(!scenes->isVisible());
     QVERIFY(qAbs(lights->width() - rooms->width()) <= 1);
-    QVERIFY(rooms->width() > ContentView::contentWidth / 3);
+    QTRY_VERIFY(rooms->width() > ContentView::contentWidth / 3);
     QCOMPARE(lights->x(), 10);
     QCOMPARE(rooms->geometry().right(), tabs->width() - 10 - 1);
 
@@ -358,6 +363,54 @@ void TestContentView::settingsButtonsAskForThePreferences()
     QCOMPARE(settingsButton->accessibleName(), u"Settings"_qs);
     QTest::mouseClick(settingsButton, Qt::LeftButton);
     QCOMPARE(requested.size(), 1);
+}
+
+void TestContentView::titleBarButtonsStandOutFromTheBackground_data()
+{
+    QTest::addColumn<bool>("dark");
+    QTest::addColumn<bool>("withLights");
+    QTest::newRow("light, welcome title bar") << false << false;
+    QTest::newRow("light, regular title bar") << false << true;
+    QTest::newRow("dark, welcome title bar") << true << false;
+    QTest::newRow("dark, regular title bar") << true << true;
+}
+
+void TestContentView::titleBarButtonsStandOutFromTheBackground()
+{
+    QFETCH(bool, dark);
+    QFETCH(bool, withLights);
+    const QPalette before = QApplication::palette();
+    const auto restore = qScopeGuard([&before] { QApplication::setPalette(before); });
+    if (dark)
+        QApplication::setPalette(Theme::darkPalette());
+    if (withLights)
+        settings().home().setLights({light(QStringLiteral("1"))});
+    QCoreApplication::processEvents();
+    QCOMPARE(Theme::isDark(m_view.get()), dark);
+
+    // The gear and the menu button are the only mouse route to the settings and the menu: each must show
+    // pixels far from the background just beside it.
+    const QImage shot = m_view->grab().toImage();
+    const qreal ratio = shot.devicePixelRatio();
+    for (const QString& name : {u"settingsIconButton"_qs, u"menuButton"_qs}) {
+        QWidget* button = nullptr;
+        for (auto* candidate : m_view->findChildren<QAbstractButton*>(name)) {
+            if (candidate->isVisible())
+                button = candidate;
+        }
+        QVERIFY(button);
+        const QRect area(button->mapTo(m_view.get(), QPoint(0, 0)), button->size());
+        const int background = qGray(
+            shot.pixel(QPoint(area.left() - 3, area.center().y()) * ratio)); // the gap left of the button
+        int strongest = 0;
+        for (int y = area.top(); y <= area.bottom(); ++y) {
+            for (int x = area.left(); x <= area.right(); ++x)
+                strongest =
+                    std::max(strongest, std::abs(qGray(shot.pixel(QPoint(x, y) * ratio)) - background));
+        }
+        QVERIFY2(strongest > 128,
+                 qPrintable(u"%1: %2 grey levels from the background"_qs.arg(name).arg(strongest)));
+    }
 }
 
 void TestContentView::aClickAnywhereInTheContentCountsAsAUserAction()
@@ -546,8 +599,8 @@ void TestContentView::tabVisitsTheControlsInOrder()
         visited << (focused ? QAccessible::queryAccessibleInterface(focused)->text(QAccessible::Name)
                             : "none");
     }
-    QCOMPARE(visited, (QStringList{"Settings", "Menu", "Lights", "Rooms", "Lamp 1", "Lamp 1 brightness",
-                                   "Lamp 1 colour", "Lamp 2", "Lamp 2 brightness", "Settings"}));
+    QCOMPARE(visited, (QStringList{"Settings", "Menu", "Lights", "Rooms", "Scenes", "Lamp 1",
+                                   "Lamp 1 brightness", "Lamp 1 colour", "Lamp 2", "Lamp 2 brightness"}));
 
     // The tray icon's menu from the keyboard, wherever the focus is, opening under the menu button.
     QSignalSpy menu(m_view.get(), &ContentView::menuRequested);
