@@ -57,6 +57,7 @@
 #include <QMenu>
 #include <QMessageBox>
 #include <QNetworkAccessManager>
+#include <QScreen>
 #include <QTimer>
 
 #include <utility>
@@ -244,6 +245,9 @@ void AppDelegate::start()
     connect(content, &ContentView::settingsRequested, this, &AppDelegate::onOpenSettings);
     connect(content, &ContentView::connectionSettingsRequested, this, &AppDelegate::onOpenConnectionSettings);
     connect(content, &ContentView::menuRequested, this, &AppDelegate::onMenuRequested);
+    // A filter left set would hide lamps, rooms or scenes at the next opening, as if they were gone.
+    connect(m_windowController.get(), &StatusBarMenuWindowController::windowWillClose, content,
+            &ContentView::clearFilters);
 
     buildContextMenu();
     showTrayIconWhenAvailable();
@@ -326,7 +330,13 @@ void AppDelegate::enterWindowMode(bool explain)
         m_appWindow = std::make_unique<AppWindow>();
         connect(m_appWindow.get(), &AppWindow::closed, this, &AppDelegate::onAppWindowClosed);
         m_windowController->restoreActivePanel();
-        m_appWindow->resize(DropDownWindow::contentWidth + 40,
+        // As wide as the longest name asks, up to a third of the screen, as the drop-down would be.
+        const QScreen* screen = QGuiApplication::primaryScreen();
+        const int third = screen ? screen->availableGeometry().width() / 3 : DropDownWindow::contentWidth;
+        const QWidget* content = m_windowController->window().content();
+        const int natural = content ? content->sizeHint().width() : DropDownWindow::contentWidth;
+        m_appWindow->resize(std::clamp(natural, DropDownWindow::contentWidth + 40,
+                                       std::max(third, DropDownWindow::contentWidth + 40)),
                             int(std::max<qint64>(m_preferences->preferredHeightOfActivePanel(), 420)));
         const std::optional<QString> frame = m_preferences->windowFrame(appWindowFrameName);
         if (frame)
@@ -371,6 +381,8 @@ void AppDelegate::showAppWindow()
 
 void AppDelegate::onAppWindowClosed()
 {
+    if (auto* content = qobject_cast<ContentView*>(m_appWindow->content()))
+        content->clearFilters();
     m_preferences->setWindowFrame(appWindowFrameName,
                                   QString::fromLatin1(m_appWindow->saveGeometry().toBase64()));
     if (m_leaveWindowModeOnClose)

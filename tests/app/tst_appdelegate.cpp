@@ -10,6 +10,7 @@
 #include "commands/SwitchOffTimer.h"
 #include "connection/BridgeConnection.h"
 #include "panels/ContentView.h"
+#include "panels/FilterField.h"
 #include "panels/WelcomeView.h"
 #include "preferences/window/PaneTabController.h"
 #include "preferences/window/PausableWindow.h"
@@ -361,8 +362,19 @@ void TestAppDelegate::plainClickTogglesTheWindowAndCountsTheOpening()
     QCOMPARE(m_delegate->windowController().preferredHeight(), 360);
     QTRY_COMPARE(m_delegate->preferences().windowOpenings(), 1);
 
+    // What the user typed into a filter goes with the window: the next opening shows whole lists.
+    QWidget* content = m_delegate->windowController().window().content();
+    // The lights' list is there; the rooms' and the scenes' are built when first shown.
+    m_delegate->preferences().setActiveMainPanel(MainPanels::scenes);
+    m_delegate->preferences().setActiveMainPanel(MainPanels::rooms);
+    QTRY_COMPARE(content->findChildren<FilterField*>().size(), 3);
+    for (FilterField* field : content->findChildren<FilterField*>())
+        field->setText(u"kitchen"_qs);
+
     m_delegate->onActivated(QSystemTrayIcon::Trigger, Qt::NoModifier);
     QVERIFY(!m_delegate->windowController().isShown());
+    for (FilterField* field : content->findChildren<FilterField*>())
+        QVERIFY2(field->text().isEmpty(), qPrintable(field->objectName()));
 }
 
 void TestAppDelegate::sleepThenWakeLeavesOneTimerOfEachKind()
@@ -501,13 +513,19 @@ void TestAppDelegate::withoutATrayGlowdeckShowsInAWindowOfItsOwn()
     m_delegate->revealDropDownWindow();
     QTRY_VERIFY(window->isVisible() && !window->isMinimized());
 
-    // A tray that starts later gets the icon at once, and the drop-down back once the window is closed.
+    // A tray that starts later gets the icon at once, and the drop-down back once the window is closed; the
+    // window's close also empties the filters.
+    for (FilterField* field : content->findChildren<FilterField*>())
+        field->setText(u"kitchen"_qs);
     m_tray = true;
     QTRY_VERIFY(m_delegate->trayIcon().isVisible());
     QVERIFY(m_delegate->isInWindowMode());
     window->close();
     QTRY_VERIFY(!m_delegate->isInWindowMode());
     QCOMPARE(m_delegate->windowController().window().content(), content);
+    QVERIFY(!content->findChildren<FilterField*>().isEmpty());
+    for (FilterField* field : content->findChildren<FilterField*>())
+        QVERIFY2(field->text().isEmpty(), qPrintable(field->objectName()));
     QVERIFY(m_delegate->preferences().windowFrame(AppDelegate::applicationId + ".WindowFrame"));
     m_delegate->onActivated(QSystemTrayIcon::Trigger, Qt::NoModifier);
     QVERIFY(m_delegate->windowController().isShown());

@@ -8,6 +8,7 @@
 #include "panels/BridgeSections.h"
 #include "panels/ConnectionBanner.h"
 #include "panels/ContentView.h"
+#include "panels/ControlRow.h"
 #include "panels/CustomSlider.h"
 #include "panels/ListLights.h"
 #include "panels/PanelTabs.h"
@@ -439,15 +440,21 @@ void TestContentView::naturalHeightFollowsTheActivePanel()
     QCOMPARE(m_view->sizeHint().width(), 200);
     QVERIFY(empty >= ContentView::minimumHeight);
 
-    settings().home().setLights({light(QStringLiteral("1"))});
-    const int one = m_view->sizeHint().height();
-    QList<HueLight> six;
+    QList<HueLight> lamps;
     for (int i = 1; i <= 6; ++i)
-        six.append(light(QString::number(i)));
-    settings().home().setLights(six);
+        lamps.append(light(QString::number(i)));
+    settings().home().setLights(lamps);
+    // As wide as it asks to be: every name on one line with its controls.
+    QVERIFY(m_view->sizeHint().width() > ContentView::contentWidth);
+    m_view->resize(m_view->sizeHint().width(), 320);
+    QTRY_VERIFY(m_view->findChild<ControlRow*>()->isOneLine());
+    const int six = m_view->sizeHint().height();
+    for (int i = 7; i <= 12; ++i)
+        lamps.append(light(QString::number(i)));
+    settings().home().setLights(lamps);
     const int many = m_view->sizeHint().height();
-    // Each further row adds its own height: the window opens showing all of them.
-    QVERIFY2(many - one > 5 * 30, qPrintable(u"%1 %2"_qs.arg(one).arg(many)));
+    // Each further row adds its own height, a compact one: the window opens showing all of them.
+    QVERIFY2(many - six > 6 * 20 && many - six < 6 * 36, qPrintable(u"%1 %2"_qs.arg(six).arg(many)));
 
     // The rooms panel has no rooms: back to the hint's height.
     settings().preferences().setActiveMainPanel(MainPanels::rooms);
@@ -548,6 +555,8 @@ void TestContentView::everyControlHasANameAndARole()
     scene.name = QStringLiteral("Evening");
     settings().home().setScenes({scene});
 
+    settings().preferences().setActiveMainPanel(MainPanels::lights);
+    m_view->findChild<ControlRow*>()->setExpanded(true);
     int checked = 0;
     for (MainPanels panel : {MainPanels::lights, MainPanels::scenes}) {
         settings().preferences().setActiveMainPanel(panel);
@@ -569,9 +578,9 @@ void TestContentView::everyControlHasANameAndARole()
             ++checked;
         }
     }
-    // Settings, the menu, three tabs; two switches, two sliders, a colour field and a white-tone bar; a
-    // scene.
-    QCOMPARE(checked, 2 * 5 + 6 + 1);
+    // Settings, the menu, three tabs; a disclosure, two switches, two sliders, a colour field and a
+    // white-tone bar; a scene.
+    QCOMPARE(checked, 2 * 5 + 7 + 1);
 
     // A screen reader moves the brightness the way the user would: the command follows.
     auto* brightness = QAccessible::queryAccessibleInterface(m_view->findChild<CustomSlider*>());
@@ -599,8 +608,9 @@ void TestContentView::tabVisitsTheControlsInOrder()
         visited << (focused ? QAccessible::queryAccessibleInterface(focused)->text(QAccessible::Name)
                             : "none");
     }
-    QCOMPARE(visited, (QStringList{"Settings", "Menu", "Lights", "Rooms", "Scenes", "Lamp 1",
-                                   "Lamp 1 brightness", "Lamp 1 colour", "Lamp 2", "Lamp 2 brightness"}));
+    QCOMPARE(visited,
+             (QStringList{"Settings", "Menu", "Lights", "Rooms", "Scenes", "Lamp 1 colour and white tone",
+                          "Lamp 1 brightness", "Lamp 1", "Lamp 2 brightness", "Lamp 2"}));
 
     // The tray icon's menu from the keyboard, wherever the focus is, opening under the menu button.
     QSignalSpy menu(m_view.get(), &ContentView::menuRequested);
