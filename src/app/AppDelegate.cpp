@@ -330,19 +330,18 @@ void AppDelegate::enterWindowMode(bool explain)
         m_appWindow = std::make_unique<AppWindow>();
         connect(m_appWindow.get(), &AppWindow::closed, this, &AppDelegate::onAppWindowClosed);
         m_windowController->restoreActivePanel();
-        // As wide as the longest name asks, up to a third of the screen, as the drop-down would be.
-        const QScreen* screen = QGuiApplication::primaryScreen();
-        const int third = screen ? screen->availableGeometry().width() / 3 : DropDownWindow::contentWidth;
-        const QWidget* content = m_windowController->window().content();
-        const int natural = content ? content->sizeHint().width() : DropDownWindow::contentWidth;
-        m_appWindow->resize(std::clamp(natural, DropDownWindow::contentWidth + 40,
-                                       std::max(third, DropDownWindow::contentWidth + 40)),
+        m_appWindow->resize(DropDownWindow::contentWidth + 40,
                             int(std::max<qint64>(m_preferences->preferredHeightOfActivePanel(), 420)));
         const std::optional<QString> frame = m_preferences->windowFrame(appWindowFrameName);
         if (frame)
             m_appWindow->restoreGeometry(QByteArray::fromBase64(frame->toLatin1()));
+        m_appWindowFittedWidth = frame ? -1 : m_appWindow->width();
+        // The names arrive with the bridge's first answer, after the window was made.
+        connect(&session().link().home(), &BridgeHome::lightsChanged, this, &AppDelegate::fitAppWindowWidth);
+        connect(&session().link().home(), &BridgeHome::groupsChanged, this, &AppDelegate::fitAppWindowWidth);
     }
     m_appWindow->adoptContent(m_windowController->window().releaseContent());
+    fitAppWindowWidth();
     // Said once: by the greeting on a first start, else by a note above the content.
     if (explain && !m_preferences->hasExplainedWindowMode()) {
         if (m_preferences->hasSeenWelcomeScreen())
@@ -354,6 +353,22 @@ void AppDelegate::enterWindowMode(bool explain)
     // A first start greets first; "Let's go!" opens the window.
     if (m_preferences->hasSeenWelcomeScreen())
         showAppWindow();
+}
+
+void AppDelegate::fitAppWindowWidth()
+{
+    // As wide as the longest name asks, up to a third of the screen, as the drop-down would be; never once
+    // the user (or a stored frame) sized the window.
+    if (!m_appWindow || !m_appWindow->content() || m_appWindow->width() != m_appWindowFittedWidth)
+        return;
+    const QScreen* screen = m_appWindow->screen();
+    const int narrowest = DropDownWindow::contentWidth + 40;
+    const int third = screen ? screen->availableGeometry().width() / 3 : narrowest;
+    const int width =
+        std::clamp(m_appWindow->content()->sizeHint().width(), narrowest, std::max(third, narrowest));
+    if (width > m_appWindow->width())
+        m_appWindow->resize(width, m_appWindow->height());
+    m_appWindowFittedWidth = m_appWindow->width();
 }
 
 void AppDelegate::leaveWindowMode()
@@ -377,6 +392,10 @@ void AppDelegate::showAppWindow()
     m_appWindow->activateWindow();
     if (m_appWindow->content())
         m_appWindow->content()->setFocus(Qt::ActiveWindowFocusReason);
+    if (m_options.startupClock && m_options.startupClock->isValid() && !m_windowShownOnce)
+        printLine(
+            QStringLiteral("Glowdeck: window shown after %1 ms").arg(m_options.startupClock->elapsed()));
+    m_windowShownOnce = true;
 }
 
 void AppDelegate::onAppWindowClosed()

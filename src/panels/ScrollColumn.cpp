@@ -103,9 +103,21 @@ int ScrollColumn::headerHeight() const
 void ScrollColumn::placeHeader()
 {
     const int height = headerHeight();
-    setViewportMargins(0, height, 0, 0);
+    if (viewportMargins().top() != height)
+        setViewportMargins(0, height, 0, 0);
+    // As wide as the rows below it: clear of a scroll bar, which runs the column's whole height.
+    const QRect rows = viewport()->geometry();
     if (height > 0)
-        m_header->setGeometry(m_padding, m_padding, width() - 2 * m_padding, height - m_padding);
+        m_header->setGeometry(rows.left() + m_padding, m_padding, rows.width() - 2 * m_padding,
+                              height - m_padding);
+}
+
+bool ScrollColumn::viewportEvent(QEvent* event)
+{
+    // The scroll bar came or went: the header follows the rows' width.
+    if (event->type() == QEvent::Resize)
+        placeHeader();
+    return QScrollArea::viewportEvent(event);
 }
 
 void ScrollColumn::resizeEvent(QResizeEvent* event)

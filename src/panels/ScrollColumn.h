@@ -24,6 +24,7 @@ public:
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
+    bool viewportEvent(QEvent* event) override;
 
     /// A widget above the rows that stays in place while they scroll (a filter field); Tab reaches it before
     /// the rows. It is a child of the column, not of the scrolling part: screen readers see it wherever the

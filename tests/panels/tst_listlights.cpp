@@ -6,6 +6,7 @@
 
 #include <QJsonObject>
 #include <QPointer>
+#include <QScrollBar>
 #include <QTest>
 
 #include <memory>
@@ -127,6 +128,15 @@ void TestListLights::filterNarrowsAManyLightsListByNameWhateverCaseAndAccents()
     m_bench->settings().home().setLights(lights);
     QTRY_VERIFY(filter->isVisible());
     QCOMPARE(filter->accessibleName(), u"Filter lamps"_qs);
+    // The field, the rows and their switches stay clear of the scroll bar that many lights bring.
+    QTRY_VERIFY(m_list->verticalScrollBar()->isVisible());
+    const int clear = m_list->viewport()->width();
+    QTRY_VERIFY2(filter->geometry().right() < clear,
+                 qPrintable(u"%1 %2"_qs.arg(filter->geometry().right()).arg(clear)));
+    for (LightRow* row : m_list->lightRows()) {
+        const int right = row->mapTo(m_list->viewport(), QPoint(row->width() - 1, 0)).x();
+        QVERIFY2(right < clear, qPrintable(u"%1: %2 %3"_qs.arg(row->name()).arg(right).arg(clear)));
+    }
     const auto visibleNames = [this] {
         QStringList names;
         for (LightRow* row : m_list->lightRows()) {
