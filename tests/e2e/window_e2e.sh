@@ -28,7 +28,10 @@ e2e_start_display
 e2e_start_atspi
 
 key=windowe2ekey0123456789
-"$simulator" --port 0 --user "$key" >"$e2e_work/bridge.out" 2>&1 &
+# The big home of tests/e2e/lib/big_home.py: the window's screenshots show how it fits 149 lamps.
+"$simulator" --save-home "$e2e_work/home.json" >/dev/null || fail "the simulator cannot write its home"
+/usr/bin/python3 "$here/lib/big_home.py" "$e2e_work/home.json" 149 || fail "cannot make the big home"
+"$simulator" --port 0 --user "$key" --home "$e2e_work/home.json" >"$e2e_work/bridge.out" 2>&1 &
 e2e_pids+=($!)
 for _ in $(seq 50); do
     grep -q 'listening on' "$e2e_work/bridge.out" && break
