@@ -3,7 +3,8 @@
 // reports nothing new, with the window open and closed. Run it on a real display (bench/app/measure_app.sh
 // runs it on Xvfb); docs/performance.md records the figures.
 //
-// Usage: bench_dropdown [--lights N] [--opens N] [--ticks N]
+// Usage: bench_dropdown [--lights N] [--opens N] [--ticks N] [--home FILE]
+// --home reads the lights, rooms and scenes of a glowdeck-simulator home file instead of generating them.
 
 #include "LargeHome.h"
 #include "app/DropDownWindow.h"
@@ -12,6 +13,8 @@
 #include "bridge/BridgeCommands.h"
 #include "bridge/ResourceFetch.h"
 #include "panels/ContentView.h"
+#include "panels/LightRow.h"
+#include "panels/ListLights.h"
 #include "session/BridgeSession.h"
 #include "session/BridgeSessions.h"
 #include "state/BridgeHome.h"
@@ -23,7 +26,11 @@
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QElapsedTimer>
+#include <QFile>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QNetworkAccessManager>
+#include <QScrollBar>
 
 #include <sys/resource.h>
 
@@ -99,8 +106,11 @@ int main(int argc, char* argv[])
                                          QStringLiteral("N"), QStringLiteral("30"));
     const QCommandLineOption ticksOption(QStringLiteral("ticks"), QStringLiteral("Refresh ticks to time."),
                                          QStringLiteral("N"), QStringLiteral("2000"));
+    const QCommandLineOption homeOption(QStringLiteral("home"),
+                                        QStringLiteral("A glowdeck-simulator home file to show instead."),
+                                        QStringLiteral("FILE"));
     parser.addHelpOption();
-    parser.addOptions({lightsOption, opensOption, ticksOption});
+    parser.addOptions({lightsOption, opensOption, ticksOption, homeOption});
     parser.process(app);
     const int lightCount = parser.value(lightsOption).toInt();
     const int opens = parser.value(opensOption).toInt();
@@ -110,7 +120,19 @@ int main(int argc, char* argv[])
         return 2;
     }
 
-    const LargeHome home = LargeHome::makeNumbered(lightCount, 50, 300);
+    LargeHome home = LargeHome::makeNumbered(lightCount, 50, 300);
+    if (parser.isSet(homeOption)) {
+        QFile file(parser.value(homeOption));
+        if (!file.open(QIODevice::ReadOnly)) {
+            std::fprintf(stderr, "bench_dropdown: cannot read %s\n", qPrintable(file.fileName()));
+            return 2;
+        }
+        const QJsonObject saved = QJsonDocument::fromJson(file.readAll()).object();
+        const auto part = [&saved](const char* name) {
+            return QJsonDocument(saved.value(QLatin1String(name)).toObject()).toJson(QJsonDocument::Compact);
+        };
+        home = LargeHome{part("lights"), part("groups"), part("scenes")};
+    }
     MemorySettingsStore store;
     BridgeLink settings(store);
     // A first start: no stored heights, so the window opens at its content's height.
@@ -163,6 +185,25 @@ int main(int argc, char* argv[])
     };
     const double firstOpen = open();
     const int shownRows = int(content->findChildren<QWidget*>().size());
+    // The lamps a user sees without scrolling: rows whose whole height is inside the list's visible part.
+    if (auto* list = content->findChild<ListLights*>()) {
+        QElapsedTimer settle; // the layout passes that follow the first paint (the scroll bar appearing)
+        settle.start();
+        while (settle.elapsed() < 200)
+            QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
+        const QRect view = list->viewport()->rect();
+        int whole = 0;
+        for (LightRow* row : list->lightRows()) {
+            const QRect at(row->mapTo(list->viewport(), QPoint(0, 0)), row->size());
+            if (row->isVisible() && at.top() >= view.top() && at.bottom() <= view.bottom())
+                ++whole;
+        }
+        std::printf("lamps in view at the default size: %d of %lld (window %dx%d, rows %s)\n", whole,
+                    qint64(list->lightRows().size()), controller.window().width(),
+                    controller.window().height(),
+                    list->lightRows().isEmpty() || list->lightRows().first()->isOneLine() ? "on one line"
+                                                                                          : "on two lines");
+    }
     close();
     QList<double> later;
     for (int i = 0; i < opens; ++i) {

@@ -61,6 +61,7 @@
 #include <QMenu>
 #include <QMessageBox>
 #include <QNetworkAccessManager>
+#include <QScreen>
 #include <QTimer>
 
 #include <utility>
@@ -248,6 +249,9 @@ void AppDelegate::start()
     connect(content, &ContentView::settingsRequested, this, &AppDelegate::onOpenSettings);
     connect(content, &ContentView::connectionSettingsRequested, this, &AppDelegate::onOpenConnectionSettings);
     connect(content, &ContentView::menuRequested, this, &AppDelegate::onMenuRequested);
+    // A filter left set would hide lamps, rooms or scenes at the next opening, as if they were gone.
+    connect(m_windowController.get(), &StatusBarMenuWindowController::windowWillClose, content,
+            &ContentView::clearFilters);
 
     createNotifications();
     buildContextMenu();
@@ -317,21 +321,20 @@ void AppDelegate::showTrayIconWhenAvailable()
         return;
     }
     if (!m_trayRetry) {
-        printLine(QStringLiteral("Glowdeck: no system tray is available yet; waiting for one to start."));
-        if (m_welcome)
-            m_welcome->setTrayAvailable(false);
+        // Neither a StatusNotifierWatcher on the session bus nor an XEmbed tray owning its selection: the
+        // window shows now rather than after a wait that would look like a program that failed to start. A
+        // tray that starts later (a panel at login) still gets the icon.
+        printLine(QStringLiteral("Glowdeck: no system tray is available; showing Glowdeck in a window until "
+                                 "one starts."));
         m_trayRetry = new QTimer(this);
         m_trayRetry->setInterval(trayRetryMilliseconds);
         connect(m_trayRetry, &QTimer::timeout, this, [this] {
             ++m_trayAttempts;
-            if (m_trayAttempts * trayRetryMilliseconds == trayWaitMilliseconds && !trayAvailable()) {
-                printLine(QStringLiteral("Glowdeck: still no system tray; showing Glowdeck in a window."));
-                enterWindowMode(true);
-            }
             if (m_trayAttempts == trayRetryAttempts)
                 m_trayRetry->setInterval(trayLateRetryMilliseconds);
             showTrayIconWhenAvailable();
         });
+        enterWindowMode(true);
     }
     m_trayRetry->start();
 }
@@ -352,13 +355,17 @@ void AppDelegate::enterWindowMode(bool explain)
         const std::optional<QString> frame = m_preferences->windowFrame(appWindowFrameName);
         if (frame)
             m_appWindow->restoreGeometry(QByteArray::fromBase64(frame->toLatin1()));
+        m_appWindowFittedWidth = frame ? -1 : m_appWindow->width();
+        // The names arrive with the bridge's first answer, after the window was made.
+        connect(&session().link().home(), &BridgeHome::lightsChanged, this, &AppDelegate::fitAppWindowWidth);
+        connect(&session().link().home(), &BridgeHome::groupsChanged, this, &AppDelegate::fitAppWindowWidth);
     }
     m_appWindow->adoptContent(m_windowController->window().releaseContent());
+    fitAppWindowWidth();
+    // Said once: by the greeting on a first start, else by a note above the content.
     if (explain && !m_preferences->hasExplainedWindowMode()) {
-        m_appWindow->setNotice(
-            tr("This desktop shows no system tray, so Glowdeck opens here. For a lamp icon in the panel, "
-               "the desktop needs a tray (on GNOME, the AppIndicator extension). Closing this window keeps "
-               "Glowdeck running for its shortcuts; starting Glowdeck again brings the window back."));
+        if (m_preferences->hasSeenWelcomeScreen())
+            m_appWindow->setNotice(WelcomeView::windowModeText());
         m_preferences->setHasExplainedWindowMode();
     }
     if (m_welcome)
@@ -366,6 +373,22 @@ void AppDelegate::enterWindowMode(bool explain)
     // A first start greets first; "Let's go!" opens the window.
     if (m_preferences->hasSeenWelcomeScreen())
         showAppWindow();
+}
+
+void AppDelegate::fitAppWindowWidth()
+{
+    // As wide as the longest name asks, up to a third of the screen, as the drop-down would be; never once
+    // the user (or a stored frame) sized the window.
+    if (!m_appWindow || !m_appWindow->content() || m_appWindow->width() != m_appWindowFittedWidth)
+        return;
+    const QScreen* screen = m_appWindow->screen();
+    const int narrowest = DropDownWindow::contentWidth + 40;
+    const int third = screen ? screen->availableGeometry().width() / 3 : narrowest;
+    const int width =
+        std::clamp(m_appWindow->content()->sizeHint().width(), narrowest, std::max(third, narrowest));
+    if (width > m_appWindow->width())
+        m_appWindow->resize(width, m_appWindow->height());
+    m_appWindowFittedWidth = m_appWindow->width();
 }
 
 void AppDelegate::leaveWindowMode()
@@ -389,10 +412,16 @@ void AppDelegate::showAppWindow()
     m_appWindow->activateWindow();
     if (m_appWindow->content())
         m_appWindow->content()->setFocus(Qt::ActiveWindowFocusReason);
+    if (m_options.startupClock && m_options.startupClock->isValid() && !m_windowShownOnce)
+        printLine(
+            QStringLiteral("Glowdeck: window shown after %1 ms").arg(m_options.startupClock->elapsed()));
+    m_windowShownOnce = true;
 }
 
 void AppDelegate::onAppWindowClosed()
 {
+    if (auto* content = qobject_cast<ContentView*>(m_appWindow->content()))
+        content->clearFilters();
     m_preferences->setWindowFrame(appWindowFrameName,
                                   QString::fromLatin1(m_appWindow->saveGeometry().toBase64()));
     if (m_leaveWindowModeOnClose)

@@ -112,8 +112,6 @@ public:
     /// open (a minimised one comes back).
     void toggleFromKeyboard();
 
-    /// How long Glowdeck waits for a system tray before it shows itself in a window of its own.
-    static constexpr int trayWaitMilliseconds = 5000;
     /// Whether Glowdeck shows in a window of its own rather than under a tray icon.
     bool isInWindowMode() const { return m_windowMode; }
     /// That window, once window mode began.
@@ -167,6 +165,8 @@ private:
     void enterWindowMode(bool explain);
     /// Gives the content back to the drop-down window (a tray appeared and the window was closed).
     void leaveWindowMode();
+    /// Widens the window of its own to the longest name while nobody has sized it.
+    void fitAppWindowWidth();
     void showAppWindow();
     void onAppWindowClosed();
     void onMenuRequested(QPoint at);
@@ -234,6 +234,8 @@ private:
     int m_trayAttempts = 0;
     std::unique_ptr<AppWindow> m_appWindow; // created when window mode begins
     bool m_windowMode = false;
+    bool m_windowShownOnce = false;  // the start-up trace names the first showing only
+    int m_appWindowFittedWidth = -1; // the width fitAppWindowWidth gave; -1 once a stored frame sized it
     bool m_leaveWindowModeOnClose = false; // a tray appeared while the window was open
     std::function<void(const QUrl&)> m_openUrl;
 };

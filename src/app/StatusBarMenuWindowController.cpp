@@ -140,10 +140,19 @@ void StatusBarMenuWindowController::positionWindow(qint64 height)
     }
     wanted = std::max<qint64>(wanted, minimum);
 
-    // The width the user dragged it to, as far as this screen allows.
+    // The width the user dragged it to, as far as this screen allows; else as wide as the longest name needs,
+    // up to a third of the screen.
     const qint64 storedWidth = m_preferences.dropDownWidth();
-    const int width = int(std::clamp<qint64>(storedWidth, DropDownWindow::contentWidth,
-                                             std::max(DropDownWindow::contentWidth, available.width() / 2)));
+    const int minimumWidth = DropDownWindow::contentWidth;
+    int width = 0;
+    if (storedWidth > 0) {
+        width =
+            int(std::clamp<qint64>(storedWidth, minimumWidth, std::max(minimumWidth, available.width() / 2)));
+    } else {
+        const int natural = m_window->content() ? m_window->content()->sizeHint().width() : minimumWidth;
+        width = std::clamp(natural, minimumWidth, std::max(minimumWidth, available.width() / 3));
+    }
+    m_placedWidth = width;
     const WindowPlacement::Placement placement =
         WindowPlacement::dropDownFrame(icon, pointer, width, wanted, available);
     // A height stored on a taller screen shrinks to the room there is; panels lie outside the available area.
@@ -164,8 +173,8 @@ void StatusBarMenuWindowController::saveWindowHeight()
     if (!m_window->content())
         return;
     const int height = m_window->content()->height();
-    if (m_window->width() != m_preferences.dropDownWidth() &&
-        (m_window->width() != DropDownWindow::contentWidth || m_preferences.dropDownWidth() != 0))
+    // Only a width the user dragged to is kept; the one the names asked for follows them.
+    if (m_window->width() != m_placedWidth && m_window->width() != m_preferences.dropDownWidth())
         m_preferences.setDropDownWidth(m_window->width());
     switch (panel) {
     case static_cast<qint64>(MainPanels::lights):

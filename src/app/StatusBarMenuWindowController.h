@@ -17,7 +17,8 @@ class QWidget;
 /// Shows the content window right under the tray icon, as if it were a menu: placed from the icon's
 /// geometry (or at the pointer where the tray does not tell it), closed with a fade by any click outside it,
 /// when it loses the focus or on Escape, and remembering the height the user dragged it to, per panel, and
-/// the width.
+/// the width. Until the user drags the width, the window is as wide as its content asks (the longest name),
+/// up to a third of the screen.
 class StatusBarMenuWindowController final : public QObject
 {
     Q_OBJECT
@@ -90,5 +91,6 @@ private:
     bool m_isShown = false;
     bool m_monitoring = false;
     qint64 m_preferredHeight = 0;
+    int m_placedWidth = 0; ///< the width the window was given at its last placing
     QElapsedTimer m_closedFromOutside;
 };

@@ -65,10 +65,16 @@ QList<GroupActionOption> HotkeyActions::options(const QList<BridgeRooms>& bridge
     // name that more than one bridge has, which then gives way to the id.
     QHash<QString, QSet<qsizetype>> roomBridges;
     QHash<QString, int> bridgeNames;
+    QHash<QString, int> namesOnBridge; // bridge index and folded room name: how many rooms carry it
+    const auto onBridge = [](qsizetype b, const HueGroup& room) {
+        return QString::number(b) + u'/' + room.name.toCaseFolded();
+    };
     for (qsizetype b = 0; b < bridges.size(); ++b) {
         ++bridgeNames[bridges.at(b).bridgeName.toCaseFolded()];
-        for (const HueGroup& room : bridges.at(b).rooms)
+        for (const HueGroup& room : bridges.at(b).rooms) {
             roomBridges[room.name.toCaseFolded()].insert(b);
+            ++namesOnBridge[onBridge(b, room)];
+        }
     }
     QList<GroupActionOption> list{{noAction, tr("(No action)")}};
     for (qsizetype b = 0; b < bridges.size(); ++b) {
@@ -82,9 +88,18 @@ QList<GroupActionOption> HotkeyActions::options(const QList<BridgeRooms>& bridge
             QString name = room.isZone() ? tr("%1 (zone)").arg(room.name) : room.name;
             if (roomBridges.value(room.name.toCaseFolded()).size() > 1 && !bridgeLabel.isEmpty())
                 name = tr("%1 (%2)").arg(name, bridgeLabel);
+            // The heading tells a zone from a room, and rooms of one name apart by their bridge or, on one
+            // bridge, by how many lamps each holds.
+            QString kind = room.isZone() ? tr("zone") : tr("room");
+            if (roomBridges.value(room.name.toCaseFolded()).size() > 1 && !bridgeLabel.isEmpty())
+                kind = tr("%1, %2").arg(kind, bridgeLabel);
+            else if (namesOnBridge.value(onBridge(b, room)) > 1)
+                kind = room.lights.size() == 1 ? tr("%1, 1 lamp").arg(kind)
+                                               : tr("%1, %2 lamps").arg(kind).arg(room.lights.size());
+            const QString section = tr("%1 \u2014 %2").arg(room.name, kind);
             for (const ActionWord& action : actionWords)
                 list.append({prefix + room.group_id + u'_' + QLatin1String(action.word),
-                             name + u' ' + tr(action.title)});
+                             name + u' ' + tr(action.title), section, tr(action.title)});
         }
     }
     return list;

@@ -20,6 +20,10 @@ struct GroupActionOption
 {
     QString id;
     QString title;
+    /// The room's heading in a list grouped by room ("Bedroom — room, 3 lamps"); empty for "(No Action)".
+    QString section;
+    /// What the choice does to it ("Brighter").
+    QString action;
 
     bool operator==(const GroupActionOption&) const = default;
 };

@@ -1,6 +1,7 @@
 #include "panels/BodyView.h"
 
 #include "panels/BridgeSections.h"
+#include "panels/FilterField.h"
 #include "panels/ListGroups.h"
 #include "panels/ListLights.h"
 #include "panels/ListScenes.h"
@@ -87,6 +88,12 @@ void BodyView::followFirstSession()
     }
     onConnectionChanged();
     onContentChanged();
+}
+
+void BodyView::clearFilters()
+{
+    for (FilterField* field : findChildren<FilterField*>())
+        field->clear();
 }
 
 QList<BridgeSection*> BodyView::sections() const

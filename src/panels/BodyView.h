@@ -39,6 +39,8 @@ public:
 
     /// The height that shows the whole current page without scrolling, at @p width.
     int naturalHeight(int width) const;
+    /// Empties every filter field of the lists, so the next opening shows whole lists.
+    void clearFilters();
     /// The bridges' sections of the current page; none while one bridge is paired.
     QList<BridgeSection*> sections() const;
 

@@ -3,6 +3,7 @@
 #include "bridge/BridgeCommands.h"
 #include "panels/BodyView.h"
 #include "panels/ConnectionBanner.h"
+#include "panels/ControlRow.h"
 #include "panels/PanelAccessibility.h"
 #include "panels/PanelTabs.h"
 #include "panels/Theme.h"
@@ -13,9 +14,12 @@
 #include "state/BridgeLink.h"
 
 #include <QChildEvent>
+#include <QFontMetrics>
 #include <QFrame>
 #include <QPainter>
+#include <QScrollBar>
 #include <QShortcut>
+#include <QStyle>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -101,7 +105,29 @@ QSize ContentView::sizeHint() const
     height += 1; // the divider
     // Rows wrap less in a window the user made wider.
     height += m_body->naturalHeight(std::max(width(), contentWidth));
-    return QSize(contentWidth, std::max(height, minimumHeight));
+
+    // The longest name, whole, on one line with its row's controls; the lists' padding and a scroll bar
+    // beside it.
+    const QFontMetrics metrics(ControlRow::nameFont(font()));
+    int widest = 0;
+    for (const BridgeSession* session : m_sessions.all()) {
+        const BridgeHome& home = session->link().home();
+        for (const HueLight& light : home.lights())
+            widest = std::max(widest, metrics.horizontalAdvance(light.name));
+        for (const HueGroup& group : home.groups())
+            widest = std::max(widest, metrics.horizontalAdvance(group.name));
+    }
+    if (widest == 0) // nothing listed yet: the hints and the greeting fit the narrowest window
+        return QSize(contentWidth, std::max(height, minimumHeight));
+    constexpr int listPadding = 10;
+    const int width = ControlRow::widthForName(std::max(widest, ControlRow::shortestInlineName)) +
+                      2 * listPadding + style()->pixelMetric(QStyle::PM_ScrollBarExtent);
+    return QSize(std::max(width, contentWidth), std::max(height, minimumHeight));
+}
+
+void ContentView::clearFilters()
+{
+    m_body->clearFilters();
 }
 
 void ContentView::followSession(BridgeSession* session)

@@ -13,8 +13,9 @@ class WelcomeTitlebarView;
 struct ProductLinks;
 
 /// Everything inside the drop-down window: the title bar, a divider, the panel tabs, the connection banner
-/// and the body, on a rounded background. 200 points wide; the window takes the height the user chose for
-/// the active panel, or without one the content's own height (`sizeHint`).
+/// and the body, on a rounded background. At least 200 points wide, and as wide as the longest name of a lamp
+/// or room needs (`sizeHint`); the window takes the height the user chose for the active panel, or without
+/// one the content's own height.
 class ContentView final : public QWidget
 {
     Q_OBJECT
@@ -30,8 +31,11 @@ public:
 
     BodyView& body() const { return *m_body; }
 
-    /// The width and the height at which the active panel shows all of its rows without scrolling.
+    /// The width at which the longest name of a lamp or room shows whole, and the height at which the active
+    /// panel shows all of its rows without scrolling.
     QSize sizeHint() const override;
+    /// Empties the lists' filter fields: the window closed, and opens again on whole lists.
+    void clearFilters();
 
 Q_SIGNALS:
     /// The user pressed one of the settings buttons: the window should hide and the preferences open.

@@ -7,47 +7,123 @@
 #include "panels/TemperatureBar.h"
 #include "panels/Theme.h"
 
-#include <QHBoxLayout>
-#include <QVBoxLayout>
+#include <QGridLayout>
+#include <QResizeEvent>
+#include <QToolButton>
 
 namespace {
 constexpr int controlSpacing = 6;
 constexpr qreal nameFontSize = 12;
+constexpr int disclosureSize = 14;
+constexpr int nameColumn = 1;
+constexpr int lastColumn = 3;
 } // namespace
+
+QFont ControlRow::nameFont(const QFont& base)
+{
+    QFont font = base;
+    font.setPointSizeF(nameFontSize);
+    return font;
+}
+
+int ControlRow::widthForName(int nameWidth)
+{
+    // Disclosure, name, slider and switch, with the spacing between them; a pixel for rounding.
+    return disclosureSize + nameWidth + inlineSliderWidth + RowSwitch::outerSize().width() +
+           3 * controlSpacing + 1;
+}
 
 ControlRow::ControlRow(QWidget* parent) : QWidget(parent)
 {
-    // Created in the order Tab visits them: switch, slider, colour field, white-tone bar.
+    // Created in the order Tab visits them, the order they stand in: disclosure, slider, switch, then the
+    // colour field and the white-tone bar below.
+    m_more = new QToolButton(this);
+    m_more->setObjectName(QStringLiteral("moreControls"));
+    m_more->setCheckable(true);
+    m_more->setAutoRaise(true);
+    m_more->setArrowType(Qt::RightArrow);
+    m_more->setFixedSize(disclosureSize, disclosureSize);
+    m_more->setFocusPolicy(Qt::StrongFocus);
+    m_more->setStyleSheet(QStringLiteral("QToolButton { border: none; padding: 0; }"
+                                         "QToolButton:focus { border: 2px solid %1; border-radius: 3px; }")
+                              .arg(Theme::focusRing(false).name()));
+    // A row without colour or white tone keeps the button's room, so every name starts at the same place.
+    QSizePolicy keepRoom = m_more->sizePolicy();
+    keepRoom.setRetainSizeWhenHidden(true);
+    m_more->setSizePolicy(keepRoom);
     m_name = new ElidedLabel(this);
-    QFont font = m_name->font();
-    font.setPointSizeF(nameFontSize);
-    m_name->setFont(font);
-    m_switch = new RowSwitch(this);
+    m_name->setFont(nameFont(m_name->font()));
     m_slider = new CustomSlider(this);
+    m_switch = new RowSwitch(this);
     m_colorField = new ColorField(this);
     m_temperatureBar = new TemperatureBar(this);
     m_colorField->hide();
     m_temperatureBar->hide();
 
-    auto* header = new QHBoxLayout;
-    header->setContentsMargins(0, 0, 0, 0);
-    header->setSpacing(controlSpacing);
-    header->addWidget(m_name, 1);
-    header->addWidget(m_switch, 0, Qt::AlignVCenter);
+    m_grid = new QGridLayout(this);
+    m_grid->setContentsMargins(0, 0, 0, 0);
+    m_grid->setHorizontalSpacing(controlSpacing);
+    m_grid->setVerticalSpacing(controlSpacing);
+    m_grid->addWidget(m_more, 0, 0, Qt::AlignVCenter);
+    m_grid->addWidget(m_name, 0, nameColumn);
+    m_grid->addWidget(m_switch, 0, lastColumn, Qt::AlignVCenter);
+    m_grid->addWidget(m_colorField, 2, nameColumn, 1, lastColumn);
+    m_grid->addWidget(m_temperatureBar, 3, nameColumn, 1, lastColumn);
+    m_grid->setColumnStretch(nameColumn, 1);
+    arrange(true);
 
-    auto* column = new QVBoxLayout(this);
-    column->setContentsMargins(0, 0, 0, 0);
-    column->setSpacing(controlSpacing);
-    column->addLayout(header);
-    column->addWidget(m_slider);
-    column->addWidget(m_colorField);
-    column->addWidget(m_temperatureBar);
-
+    connect(m_more, &QToolButton::toggled, this, &ControlRow::setExpanded);
     // Member pointers to the virtual actions call the light's or the room's own.
     connect(m_switch, &RowSwitch::clicked, this, &ControlRow::switchTo);
     connect(m_slider, &CustomSlider::valueChanged, this, &ControlRow::brightnessTo);
     connect(m_colorField, &ColorField::picked, this, &ControlRow::colorAt);
     connect(m_temperatureBar, &TemperatureBar::picked, this, &ControlRow::temperatureAt);
+}
+
+void ControlRow::arrange(bool oneLine)
+{
+    m_oneLine = oneLine;
+    m_grid->removeWidget(m_slider);
+    if (oneLine) {
+        m_slider->setFixedWidth(inlineSliderWidth);
+        m_grid->addWidget(m_slider, 0, 2, Qt::AlignVCenter);
+    } else {
+        m_slider->setMinimumWidth(0);
+        m_slider->setMaximumWidth(QWIDGETSIZE_MAX);
+        m_grid->addWidget(m_slider, 1, nameColumn, 1, lastColumn);
+    }
+}
+
+void ControlRow::resizeEvent(QResizeEvent* event)
+{
+    QWidget::resizeEvent(event);
+    const bool oneLine = event->size().width() >= widthForName(shortestInlineName);
+    if (oneLine != m_oneLine)
+        arrange(oneLine);
+}
+
+void ControlRow::setExpanded(bool expanded)
+{
+    if (m_expanded == expanded)
+        return;
+    m_expanded = expanded;
+    const QSignalBlocker quiet(m_more);
+    m_more->setChecked(expanded);
+    m_more->setArrowType(expanded ? Qt::DownArrow : Qt::RightArrow);
+    applyFields();
+}
+
+void ControlRow::applyFields()
+{
+    const bool any = m_state.colorField || m_state.temperatureBar;
+    if (m_more->isVisibleTo(this) != any)
+        m_more->setVisible(any);
+    const bool color = m_expanded && m_state.colorField;
+    const bool whiteTone = m_expanded && m_state.temperatureBar;
+    if (m_colorField->isVisibleTo(this) != color)
+        m_colorField->setVisible(color);
+    if (m_temperatureBar->isVisibleTo(this) != whiteTone)
+        m_temperatureBar->setVisible(whiteTone);
 }
 
 bool ControlRow::isInteracting() const
@@ -82,10 +158,7 @@ void ControlRow::showState(const RowState& state)
         m_temperatureBar->setMarker(state.warmth);
     if (m_slider->isVisibleTo(this) != state.slider)
         m_slider->setVisible(state.slider);
-    if (m_colorField->isVisibleTo(this) != state.colorField)
-        m_colorField->setVisible(state.colorField);
-    if (m_temperatureBar->isVisibleTo(this) != state.temperatureBar)
-        m_temperatureBar->setVisible(state.temperatureBar);
+    applyFields();
     applyDimming();
 }
 
@@ -98,6 +171,8 @@ void ControlRow::applyName()
     m_slider->setAccessibleName(tr("%1 brightness").arg(name));
     m_colorField->setAccessibleName(tr("%1 colour").arg(name));
     m_temperatureBar->setAccessibleName(tr("%1 white tone").arg(name));
+    m_more->setAccessibleName(tr("%1 colour and white tone").arg(name));
+    m_more->setToolTip(tr("Show or hide the colour and white tone of %1").arg(name));
 }
 
 void ControlRow::applyDimming()

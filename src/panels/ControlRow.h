@@ -6,6 +6,8 @@
 class ColorField;
 class CustomSlider;
 class ElidedLabel;
+class QGridLayout;
+class QToolButton;
 class RowSwitch;
 class TemperatureBar;
 
@@ -26,23 +28,40 @@ struct RowState
     bool operator==(const RowState&) const = default;
 };
 
-/// What a light row and a room row share: a header with the name and the on/off switch, the brightness
-/// slider, then the colour field and the white-tone bar where they apply. The rows stay alive across
-/// refreshes and are updated in place, so a drag in progress survives a refresh arriving in its middle, and a
-/// refresh that changes nothing costs no widget work. A row that is off, or every row while the bridge
-/// cannot be reached, is drawn dimmed and keeps working.
+/// What a light row and a room row share: one line with the name, the brightness slider and the on/off
+/// switch (the slider takes a line of its own below the name when the row is too narrow for both), and under
+/// it, on demand, the colour field and the white-tone bar where they apply. A small disclosure button at the
+/// start of the line shows and hides them; it is a Tab stop of its own, named after the lamp or room. The
+/// rows stay alive across refreshes and are updated in place, so a drag in progress survives a refresh
+/// arriving in its middle, and a refresh that changes nothing costs no widget work. A row that is off, or
+/// every row while the bridge cannot be reached, is drawn dimmed and keeps working.
 class ControlRow : public QWidget
 {
     Q_OBJECT
     Q_DISABLE_COPY_MOVE(ControlRow)
 
 public:
+    /// The slider's width while it shares the line with the name.
+    static constexpr int inlineSliderWidth = 80;
+    /// The narrowest name for which the slider stays on the name's line.
+    static constexpr int shortestInlineName = 60;
+
+    /// The font of the names.
+    static QFont nameFont(const QFont& base);
+    /// The row width at which a name @p nameWidth wide shows whole, on one line with the slider and switch.
+    static int widthForName(int nameWidth);
+
     /// True while the user holds the pointer down on one of the row's controls.
     bool isInteracting() const;
     /// Dims the row while the bridge cannot be reached.
     void setBridgeReachable(bool reachable);
     bool isDimmed() const { return m_dimmed; }
     QString name() const { return m_state.name; }
+    /// Whether name, slider and switch share one line at the row's width.
+    bool isOneLine() const { return m_oneLine; }
+    /// Whether the colour field and the white-tone bar (those that apply) show.
+    bool isExpanded() const { return m_expanded; }
+    void setExpanded(bool expanded);
 
 protected:
     explicit ControlRow(QWidget* parent = nullptr);
@@ -57,6 +76,9 @@ protected:
     /// The user picked a white tone at this fraction of the white-tone bar.
     virtual void temperatureAt(double warmth) = 0;
 
+    void resizeEvent(QResizeEvent* event) override;
+
+    QToolButton* m_more = nullptr;
     ElidedLabel* m_name = nullptr;
     RowSwitch* m_switch = nullptr;
     CustomSlider* m_slider = nullptr;
@@ -66,8 +88,14 @@ protected:
 private:
     void applyName();
     void applyDimming();
+    void applyFields();
+    /// Puts the slider on the name's line or on a line of its own.
+    void arrange(bool oneLine);
 
+    QGridLayout* m_grid = nullptr;
     RowState m_state;
+    bool m_oneLine = false;
+    bool m_expanded = false;
     bool m_shownOnce = false;
     bool m_reachable = true;
     bool m_dimmed = false;

@@ -1,5 +1,6 @@
 #include "panels/ListGroups.h"
 
+#include "panels/FilterField.h"
 #include "panels/GroupRow.h"
 #include "state/BridgeHome.h"
 #include "state/BridgeLink.h"
@@ -15,8 +16,13 @@ constexpr int rowSpacing = 8;
 } // namespace
 
 ListGroups::ListGroups(BridgeLink& settings, BridgeCommands& commands, QWidget* parent)
-    : ScrollColumn(padding, rowSpacing, parent), m_settings(settings), m_commands(commands)
+    : ScrollColumn(padding, rowSpacing, parent), m_settings(settings), m_commands(commands),
+      m_filter(new FilterField(tr("Filter rooms"), this))
 {
+    m_filter->setObjectName(QStringLiteral("roomFilter"));
+    m_filter->setAccessibleDescription(tr("Type part of a room's or a zone's name. Escape clears it."));
+    setHeader(m_filter);
+    connect(m_filter, &FilterField::textChanged, this, &ListGroups::applyFilter);
     connect(&m_settings.home(), &BridgeHome::groupsChanged, this, &ListGroups::onGroupsChanged);
     connect(&m_settings.home(), &BridgeHome::lightsChanged, this, &ListGroups::onGroupsChanged);
     m_settings.preferences().whenChanged({SettingsKeys::showColorBarsForRooms, SettingsKeys::showZones}, this,
@@ -69,12 +75,16 @@ void ListGroups::onGroupsChanged()
         }
         (group.isZone() ? zones : rows).append(row);
     }
+    setHeaderVisible(rows.size() + zones.size() > FilterField::threshold);
+    if (m_filter->isHidden())
+        m_filter->clear();
     // The zones after the rooms, under their heading.
     if (!zones.isEmpty())
         rows += QList<QWidget*>{m_zonesHeading} + zones;
     else
         m_zonesHeading->hide();
     arrange(rows);
+    applyFilter();
     // Possibly called from inside a row's own write: let the row finish its handler first.
     for (GroupRow* gone : std::as_const(previous)) {
         gone->hide();
@@ -87,4 +97,19 @@ void ListGroups::onBridgeConnectedChanged()
     const bool reachable = m_settings.home().bridgeConnected();
     for (GroupRow* row : groupRows())
         row->setBridgeReachable(reachable);
+}
+
+void ListGroups::applyFilter()
+{
+    const QString typed = m_filter->folded();
+    bool anyZone = false;
+    for (GroupRow* row : groupRows()) {
+        const bool match = FilterField::matches(row->name(), typed);
+        if (row->isVisibleTo(this) != match)
+            row->setVisible(match);
+        anyZone = anyZone || (match && rows().indexOf(row) > rows().indexOf(m_zonesHeading));
+    }
+    // The zones' heading goes with its last zone.
+    if (rows().contains(m_zonesHeading))
+        m_zonesHeading->setVisible(anyZone);
 }

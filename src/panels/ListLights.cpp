@@ -1,5 +1,6 @@
 #include "panels/ListLights.h"
 
+#include "panels/FilterField.h"
 #include "panels/LightRow.h"
 #include "state/BridgeHome.h"
 #include "state/BridgeLink.h"
@@ -14,8 +15,13 @@ constexpr int rowSpacing = 8;
 } // namespace
 
 ListLights::ListLights(BridgeLink& settings, BridgeCommands& commands, QWidget* parent)
-    : ScrollColumn(padding, rowSpacing, parent), m_settings(settings), m_commands(commands)
+    : ScrollColumn(padding, rowSpacing, parent), m_settings(settings), m_commands(commands),
+      m_filter(new FilterField(tr("Filter lamps"), this))
 {
+    m_filter->setObjectName(QStringLiteral("lampFilter"));
+    m_filter->setAccessibleDescription(tr("Type part of a lamp's name. Escape clears it."));
+    setHeader(m_filter);
+    connect(m_filter, &FilterField::textChanged, this, &ListLights::applyFilter);
     connect(&m_settings.home(), &BridgeHome::lightsChanged, this, &ListLights::onLightsChanged);
     connect(&m_settings.home(), &BridgeHome::bridgeConnectedChanged, this,
             &ListLights::onBridgeConnectedChanged);
@@ -69,7 +75,11 @@ void ListLights::onLightsChanged()
         }
         rows.append(row);
     }
+    setHeaderVisible(rows.size() > FilterField::threshold);
+    if (m_filter->isHidden())
+        m_filter->clear();
     arrange(rows);
+    applyFilter();
     // Called from inside a row's own write when a light vanishes: let the row finish its handler first.
     for (LightRow* gone : std::as_const(previous)) {
         gone->hide();
@@ -82,4 +92,14 @@ void ListLights::onBridgeConnectedChanged()
     const bool reachable = m_settings.home().bridgeConnected();
     for (LightRow* row : lightRows())
         row->setBridgeReachable(reachable);
+}
+
+void ListLights::applyFilter()
+{
+    const QString typed = m_filter->folded();
+    for (LightRow* row : lightRows()) {
+        const bool match = FilterField::matches(row->name(), typed);
+        if (row->isVisibleTo(this) != match)
+            row->setVisible(match);
+    }
 }

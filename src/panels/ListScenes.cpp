@@ -3,6 +3,7 @@
 #include "bridge/BridgeCommands.h"
 #include "model/SceneRooms.h"
 #include "panels/ElidedLabel.h"
+#include "panels/FilterField.h"
 #include "panels/SceneButton.h"
 #include "panels/ScrollColumn.h"
 #include "state/BridgeHome.h"
@@ -37,14 +38,10 @@ ListScenes::ListScenes(BridgeLink& settings, BridgeCommands& commands, QWidget* 
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(padding, padding, padding, 0);
     layout->setSpacing(0);
-    m_filter = new QLineEdit(this);
+    m_filter = new FilterField(tr("Filter scenes"), this);
     m_filter->setObjectName(QStringLiteral("sceneFilter"));
-    m_filter->setPlaceholderText(tr("Filter scenes"));
-    m_filter->setAccessibleName(tr("Filter scenes"));
     m_filter->setAccessibleDescription(tr("Type part of a scene's or a room's name. Escape clears it."));
-    m_filter->setClearButtonEnabled(true);
     m_filter->hide();
-    m_filter->installEventFilter(this);
     connect(m_filter, &QLineEdit::textChanged, this, &ListScenes::applyFilter);
     m_column = new SceneColumn(this);
     layout->addWidget(m_filter);
@@ -164,13 +161,13 @@ void ListScenes::onScenesChanged()
 
 void ListScenes::applyFilter()
 {
-    const QString typed = m_filter->text().trimmed();
+    const QString typed = m_filter->folded();
     QSet<QObject*> headingsShown;
     bool anyShown = false;
     for (SceneButton* button : sceneButtons()) {
         auto* heading = qobject_cast<QLabel*>(button->property(sectionProperty).value<QObject*>());
-        const bool match = typed.isEmpty() || button->sceneName().contains(typed, Qt::CaseInsensitive) ||
-                           (heading && heading->text().contains(typed, Qt::CaseInsensitive));
+        const bool match = FilterField::matches(button->sceneName(), typed) ||
+                           (heading && FilterField::matches(heading->accessibleName(), typed));
         button->setVisible(match);
         if (match) {
             anyShown = true;
@@ -179,22 +176,8 @@ void ListScenes::applyFilter()
     }
     for (QLabel* heading : headings())
         heading->setVisible(headingsShown.contains(heading));
-    m_noMatch->setText(tr("No scene matches “%1”.").arg(typed));
+    m_noMatch->setText(tr("No scene matches “%1”.").arg(m_filter->text().trimmed()));
     m_noMatch->setVisible(!anyShown && !typed.isEmpty());
-}
-
-bool ListScenes::eventFilter(QObject* watched, QEvent* event)
-{
-    // Escape empties the field first; in an empty field it goes on to close the window.
-    if (watched == m_filter && event->type() == QEvent::KeyPress) {
-        const auto* key = static_cast<QKeyEvent*>(event);
-        if (key->key() == Qt::Key_Escape && key->modifiers() == Qt::NoModifier &&
-            !m_filter->text().isEmpty()) {
-            m_filter->clear();
-            return true;
-        }
-    }
-    return QWidget::eventFilter(watched, event);
 }
 
 void ListScenes::onBridgeConnectedChanged()

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "panels/FilterField.h"
+
 #include <QStringList>
 #include <QWidget>
 
@@ -22,7 +24,7 @@ class ListScenes final : public QWidget
     Q_DISABLE_COPY_MOVE(ListScenes)
 
 public:
-    static constexpr int filterThreshold = 20;
+    static constexpr int filterThreshold = FilterField::threshold;
 
     ListScenes(BridgeLink& settings, BridgeCommands& commands, QWidget* parent = nullptr);
 
@@ -39,9 +41,6 @@ public:
     /// Inside a column that scrolls: the list never scrolls on its own.
     void setEmbedded();
 
-protected:
-    bool eventFilter(QObject* watched, QEvent* event) override;
-
 private:
     void onScenesChanged();
     void onScenePressed(const QString& sceneId);
@@ -50,7 +49,7 @@ private:
 
     BridgeLink& m_settings;
     BridgeCommands& m_commands;
-    QLineEdit* m_filter;
+    FilterField* m_filter;
     SceneColumn* m_column;
     QLabel* m_noMatch;   ///< the last row while the filter hides every scene
     QStringList m_shown; // heading, scene id and name of every row, to skip rebuilding for an unchanged list

@@ -13,15 +13,20 @@ constexpr int ringRoom = 2; // around the switch, for the focus ring
 RowSwitch::RowSwitch(QWidget* parent) : QAbstractButton(parent)
 {
     setCheckable(true);
-    setFixedSize(switchWidth + 2 * ringRoom, switchHeight + 2 * ringRoom);
+    setFixedSize(outerSize());
     setCursor(Qt::PointingHandCursor);
     // Reached with Tab; a click needs no focus, and a ring after every click would only distract.
     setFocusPolicy(Qt::TabFocus);
 }
 
-QSize RowSwitch::sizeHint() const
+QSize RowSwitch::outerSize()
 {
     return {switchWidth + 2 * ringRoom, switchHeight + 2 * ringRoom};
+}
+
+QSize RowSwitch::sizeHint() const
+{
+    return outerSize();
 }
 
 void RowSwitch::paintEvent(QPaintEvent*)

@@ -14,6 +14,9 @@ class RowSwitch final : public QAbstractButton
 public:
     explicit RowSwitch(QWidget* parent = nullptr);
 
+    /// The switch's size with the room for its focus ring.
+    static QSize outerSize();
+
     QSize sizeHint() const override;
 
 protected:

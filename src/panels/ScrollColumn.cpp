@@ -1,6 +1,7 @@
 #include "panels/ScrollColumn.h"
 
 #include <QEvent>
+#include <QResizeEvent>
 #include <QVBoxLayout>
 
 namespace {
@@ -20,7 +21,8 @@ QList<QWidget*> tabStops(QWidget* row)
 
 } // namespace
 
-ScrollColumn::ScrollColumn(int padding, int spacing, QWidget* parent) : QScrollArea(parent)
+ScrollColumn::ScrollColumn(int padding, int spacing, QWidget* parent)
+    : QScrollArea(parent), m_padding(padding)
 {
     setFrameShape(QFrame::NoFrame);
     // Tab goes through the rows' controls; the column itself would be an invisible stop between them.
@@ -52,10 +54,15 @@ void ScrollColumn::arrange(const QList<QWidget*>& rows, Qt::Alignment alignment)
     }
     m_rows = rows;
 
+    chainTabStops();
+}
+
+void ScrollColumn::chainTabStops()
+{
     // New rows join the end of the window's focus chain, and a reordered list keeps the old chain: set it
-    // again, row by row, so Tab walks the list from top to bottom.
-    QWidget* previous = nullptr;
-    for (QWidget* row : rows) {
+    // again, row by row, so Tab walks the list from top to bottom, after the header.
+    QWidget* previous = m_header && m_header->isVisibleTo(this) ? m_header : nullptr;
+    for (QWidget* row : std::as_const(m_rows)) {
         for (QWidget* stop : tabStops(row)) {
             if (previous)
                 QWidget::setTabOrder(previous, stop);
@@ -66,7 +73,57 @@ void ScrollColumn::arrange(const QList<QWidget*>& rows, Qt::Alignment alignment)
 
 int ScrollColumn::naturalHeight() const
 {
-    return m_content->sizeHint().height() + 2 * frameWidth();
+    return headerHeight() + m_content->sizeHint().height() + 2 * frameWidth();
+}
+
+void ScrollColumn::setHeader(QWidget* header)
+{
+    m_header = header;
+    header->setParent(this);
+    header->hide();
+    placeHeader();
+}
+
+void ScrollColumn::setHeaderVisible(bool visible)
+{
+    if (!m_header || m_header->isVisibleTo(this) == visible)
+        return;
+    m_header->setVisible(visible);
+    chainTabStops();
+    placeHeader();
+    if (m_embedded)
+        setFixedHeight(naturalHeight());
+}
+
+int ScrollColumn::headerHeight() const
+{
+    return m_header && m_header->isVisibleTo(this) ? m_header->sizeHint().height() + m_padding : 0;
+}
+
+void ScrollColumn::placeHeader()
+{
+    const int height = headerHeight();
+    if (viewportMargins().top() != height)
+        setViewportMargins(0, height, 0, 0);
+    // As wide as the rows below it: clear of a scroll bar, which runs the column's whole height.
+    const QRect rows = viewport()->geometry();
+    if (height > 0)
+        m_header->setGeometry(rows.left() + m_padding, m_padding, rows.width() - 2 * m_padding,
+                              height - m_padding);
+}
+
+bool ScrollColumn::viewportEvent(QEvent* event)
+{
+    // The scroll bar came or went: the header follows the rows' width.
+    if (event->type() == QEvent::Resize)
+        placeHeader();
+    return QScrollArea::viewportEvent(event);
+}
+
+void ScrollColumn::resizeEvent(QResizeEvent* event)
+{
+    QScrollArea::resizeEvent(event);
+    placeHeader();
 }
 
 void ScrollColumn::setEmbedded()

@@ -23,8 +23,15 @@ public:
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    bool viewportEvent(QEvent* event) override;
 
-protected:
+    /// A widget above the rows that stays in place while they scroll (a filter field); Tab reaches it before
+    /// the rows. It is a child of the column, not of the scrolling part: screen readers see it wherever the
+    /// list is scrolled to. Shown and hidden with `setHeaderVisible`.
+    void setHeader(QWidget* header);
+    void setHeaderVisible(bool visible);
+
     /// @p padding around the rows and @p spacing between them, in points.
     ScrollColumn(int padding, int spacing, QWidget* parent);
 
@@ -37,6 +44,12 @@ protected:
 private:
     QWidget* m_content = nullptr;
     QVBoxLayout* m_column = nullptr;
+    void placeHeader();
+    void chainTabStops();
+    int headerHeight() const;
+
+    QWidget* m_header = nullptr;
     QList<QWidget*> m_rows;
+    int m_padding = 0;
     bool m_embedded = false;
 };

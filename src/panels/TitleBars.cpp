@@ -36,8 +36,9 @@ QColor dimmedText(const QWidget* widget)
     return colour;
 }
 
-// The fallback when the desktop's icon theme has no settings icon: a grey cog, legible on light and dark.
-QIcon drawnGear()
+// Both icons are drawn in the palette's text colour, so they stand out on the window's background in the
+// light and the dark appearance alike; an icon theme's picture may be dark on dark.
+QIcon drawnGear(const QColor& colour)
 {
     const int side = 64;
     QPixmap pixmap(side, side);
@@ -45,7 +46,6 @@ QIcon drawnGear()
     QPainter painter(&pixmap);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.translate(side / 2.0, side / 2.0);
-    const QColor grey(128, 128, 128);
 
     QPainterPath cog;
     const int teeth = 8;
@@ -59,8 +59,30 @@ QIcon drawnGear()
     cog += ring;
     QPainterPath hole;
     hole.addEllipse(QPointF(0, 0), 9, 9);
-    painter.fillPath(cog - hole, grey);
+    painter.fillPath(cog - hole, colour);
     return QIcon(pixmap);
+}
+
+// Three bars: the usual sign of a menu, with no glyph a font might lack.
+QIcon drawnMenu(const QColor& colour)
+{
+    const int side = 64;
+    QPixmap pixmap(side, side);
+    pixmap.fill(Qt::transparent);
+    QPainter painter(&pixmap);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(colour);
+    for (const int top : {8, 28, 48})
+        painter.drawRoundedRect(QRectF(4, top, side - 8, 9), 4, 4);
+    return QIcon(pixmap);
+}
+
+void paintIcons(const QWidget* owner, QToolButton* settings, QToolButton* menu)
+{
+    const QColor colour = owner->palette().color(QPalette::WindowText);
+    settings->setIcon(drawnGear(colour));
+    menu->setIcon(drawnMenu(colour));
 }
 
 // Borderless buttons still show where the keyboard focus is.
@@ -76,7 +98,6 @@ QToolButton* settingsIconButton(QWidget* parent)
     auto* button = new QToolButton(parent);
     button->setObjectName(QStringLiteral("settingsIconButton"));
     button->setAutoRaise(true);
-    button->setIcon(QIcon::fromTheme(QStringLiteral("preferences-system"), drawnGear()));
     button->setIconSize(QSize(iconSize, iconSize));
     button->setFixedSize(iconSize, iconSize);
     button->setToolTip(QCoreApplication::translate("TitleBars", "Settings"));
@@ -92,7 +113,7 @@ QToolButton* menuIconButton(QWidget* parent)
     auto* button = new QToolButton(parent);
     button->setObjectName(QStringLiteral("menuButton"));
     button->setAutoRaise(true);
-    button->setText(QStringLiteral("\u2630"));
+    button->setIconSize(QSize(iconSize, iconSize));
     button->setFixedSize(iconSize, iconSize);
     button->setToolTip(QCoreApplication::translate("TitleBars", "Menu (Shift+F10)"));
     button->setAccessibleName(QCoreApplication::translate("TitleBars", "Menu"));
@@ -145,6 +166,7 @@ void WelcomeTitlebarView::changeEvent(QEvent* event)
 void WelcomeTitlebarView::applyColours()
 {
     setTextColour(m_name, dimmedText(this));
+    paintIcons(this, m_settings, m_menu);
 }
 
 RegularTitlebarView::RegularTitlebarView(Preferences& preferences, const ProductLinks& links, QWidget* parent)
@@ -218,4 +240,5 @@ void RegularTitlebarView::applyColours()
 {
     setTextColour(m_name, dimmedText(this));
     setTextColour(m_reviewText, dimmedText(this));
+    paintIcons(this, m_settingsButton, m_menuButton);
 }

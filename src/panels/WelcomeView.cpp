@@ -31,6 +31,12 @@ void WelcomeView::setTrayAvailable(bool available)
     // Panels sit at the top, the bottom or the side: the text names none of them.
     m_text->setText(available ? tr("This app is very minimal. It lives in the panel: click its lamp icon to "
                                    "start.")
-                              : tr("This app is very minimal. This desktop has no tray for its icon, so it "
-                                   "opens in a small window of its own."));
+                              : windowModeText());
+}
+
+QString WelcomeView::windowModeText()
+{
+    return tr("This desktop shows no system tray, so Glowdeck opens in a window of its own. For a lamp icon "
+              "in the panel, the desktop needs a tray (on GNOME, the AppIndicator extension). Closing the "
+              "window keeps Glowdeck running for its shortcuts; starting Glowdeck again brings it back.");
 }

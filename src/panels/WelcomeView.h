@@ -15,6 +15,9 @@ public:
     /// Says where Glowdeck lives: behind an icon in the panel when there is a tray, in a window of its own
     /// when there is none.
     void setTrayAvailable(bool available);
+    /// Why Glowdeck shows in a window of its own and what closing it does: the greeting's text without a
+    /// tray, and the window's note for a user who was greeted before.
+    static QString windowModeText();
 
 Q_SIGNALS:
     /// The user pressed "Let's go!".

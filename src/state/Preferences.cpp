@@ -67,11 +67,10 @@ void Preferences::settleDefaults()
     // as the default until the user changes the setting.
     if (!m_store.contains(Keys::showColorBarsForRooms))
         write(Keys::showColorBarsForRooms, true);
-    const std::optional<bool> scenes = m_store.storedBool(Keys::showScenes);
-    if (scenes || !m_store.contains(Keys::showScenes))
-        setShowScenes(scenes.value_or(false));
-    else
-        m_store.writeInt(Keys::activePanel, qint64(MainPanels::lights));
+    // A new user sees the scenes; a user who chose before keeps the choice (earlier versions stored "off" on
+    // their first start, so every existing file holds one).
+    if (!m_store.contains(Keys::showScenes))
+        setShowScenes(true);
 }
 
 QString Preferences::appIcon() const
@@ -113,7 +112,7 @@ void Preferences::setActiveMainPanel(MainPanels panel)
 
 bool Preferences::showScenes() const
 {
-    return m_store.storedBool(Keys::showScenes).value_or(false);
+    return m_store.storedBool(Keys::showScenes).value_or(true);
 }
 
 void Preferences::setShowScenes(bool show)

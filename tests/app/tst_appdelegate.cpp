@@ -11,6 +11,7 @@
 #include "commands/SwitchOffTimer.h"
 #include "connection/BridgeConnection.h"
 #include "panels/ContentView.h"
+#include "panels/FilterField.h"
 #include "panels/WelcomeView.h"
 #include "preferences/window/PaneTabController.h"
 #include "preferences/window/PausableWindow.h"
@@ -73,6 +74,7 @@ private Q_SLOTS:
     void firstStartGreetsAndLetsGoOpensTheWindow();
     void settingsLinkOfAnEmptyPanelOpensTheConnectionPane();
     void aStoredShortcutWorksFromTheStart();
+    void withoutATrayGlowdeckShowsInAWindowOfItsOwn_data();
     void withoutATrayGlowdeckShowsInAWindowOfItsOwn();
 
 private:
@@ -386,8 +388,19 @@ void TestAppDelegate::plainClickTogglesTheWindowAndCountsTheOpening()
     QCOMPARE(m_delegate->windowController().preferredHeight(), 360);
     QTRY_COMPARE(m_delegate->preferences().windowOpenings(), 1);
 
+    // What the user typed into a filter goes with the window: the next opening shows whole lists.
+    QWidget* content = m_delegate->windowController().window().content();
+    // The lights' list is there; the rooms' and the scenes' are built when first shown.
+    m_delegate->preferences().setActiveMainPanel(MainPanels::scenes);
+    m_delegate->preferences().setActiveMainPanel(MainPanels::rooms);
+    QTRY_COMPARE(content->findChildren<FilterField*>().size(), 3);
+    for (FilterField* field : content->findChildren<FilterField*>())
+        field->setText(u"kitchen"_qs);
+
     m_delegate->onActivated(QSystemTrayIcon::Trigger, Qt::NoModifier);
     QVERIFY(!m_delegate->windowController().isShown());
+    for (FilterField* field : content->findChildren<FilterField*>())
+        QVERIFY2(field->text().isEmpty(), qPrintable(field->objectName()));
 }
 
 void TestAppDelegate::sleepThenWakeLeavesOneTimerOfEachKind()
@@ -480,23 +493,35 @@ void TestAppDelegate::aStoredShortcutWorksFromTheStart()
     QTRY_COMPARE(queued(), QStringList{QStringLiteral(R"(/groups/0/action {"on":false})")});
 }
 
+void TestAppDelegate::withoutATrayGlowdeckShowsInAWindowOfItsOwn_data()
+{
+    QTest::addColumn<bool>("seenWelcome");
+    QTest::newRow("first start") << false;
+    QTest::newRow("greeted before") << true;
+}
+
 void TestAppDelegate::withoutATrayGlowdeckShowsInAWindowOfItsOwn()
 {
+    QFETCH(bool, seenWelcome);
     m_tray = false;
-    startDelegate(false);
-    auto* welcome = m_delegate->welcomeWindow();
-    QVERIFY(welcome->findChild<QLabel*>(QStringLiteral("welcomeText"))->text().contains("window of its own"));
-    // A tray gets a few seconds to start (a panel at login); then Glowdeck shows itself in a window.
-    QVERIFY(!m_delegate->isInWindowMode());
-    QTRY_VERIFY_WITH_TIMEOUT(m_delegate->isInWindowMode(), AppDelegate::trayWaitMilliseconds + 3000);
+    startDelegate(seenWelcome);
+    // No tray at start: the window comes at once, without waiting for one.
+    QVERIFY(m_delegate->isInWindowMode());
     AppWindow* window = m_delegate->appWindow();
-    QVERIFY(!window->isVisible()); // the greeting comes first
-    Q_EMIT welcome->letsGo();
+    if (!seenWelcome) {
+        // The greeting says why, once; the window adds no note of its own.
+        auto* welcome = m_delegate->welcomeWindow();
+        QVERIFY(welcome->findChild<QLabel*>(QStringLiteral("welcomeText"))->text().contains("AppIndicator"));
+        QVERIFY(!window->isVisible());
+        Q_EMIT welcome->letsGo();
+        QVERIFY(window->notice().isEmpty());
+    } else {
+        QVERIFY(window->notice().contains(QStringLiteral("AppIndicator")));
+    }
     QTRY_VERIFY(window->isVisible());
     QCOMPARE(window->windowTitle(), QStringLiteral("Glowdeck"));
     auto* content = qobject_cast<ContentView*>(window->content());
     QVERIFY(content);
-    QVERIFY(window->notice().contains(QStringLiteral("AppIndicator")));
     QVERIFY(m_delegate->preferences().hasExplainedWindowMode());
 
     // The menu opens from the window and leaves it open; a second start brings it back from the task bar.
@@ -514,13 +539,19 @@ void TestAppDelegate::withoutATrayGlowdeckShowsInAWindowOfItsOwn()
     m_delegate->revealDropDownWindow();
     QTRY_VERIFY(window->isVisible() && !window->isMinimized());
 
-    // A tray that starts later gets the icon at once, and the drop-down back once the window is closed.
+    // A tray that starts later gets the icon at once, and the drop-down back once the window is closed; the
+    // window's close also empties the filters.
+    for (FilterField* field : content->findChildren<FilterField*>())
+        field->setText(u"kitchen"_qs);
     m_tray = true;
     QTRY_VERIFY(m_delegate->trayIcon().isVisible());
     QVERIFY(m_delegate->isInWindowMode());
     window->close();
     QTRY_VERIFY(!m_delegate->isInWindowMode());
     QCOMPARE(m_delegate->windowController().window().content(), content);
+    QVERIFY(!content->findChildren<FilterField*>().isEmpty());
+    for (FilterField* field : content->findChildren<FilterField*>())
+        QVERIFY2(field->text().isEmpty(), qPrintable(field->objectName()));
     QVERIFY(m_delegate->preferences().windowFrame(AppDelegate::applicationId + ".WindowFrame"));
     m_delegate->onActivated(QSystemTrayIcon::Trigger, Qt::NoModifier);
     QVERIFY(m_delegate->windowController().isShown());

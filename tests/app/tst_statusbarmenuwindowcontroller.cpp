@@ -24,6 +24,8 @@ private Q_SLOTS:
     void savesTheHeightUnderTheActivePanelOnly_data();
     void savesTheHeightUnderTheActivePanelOnly();
     void savesTheHeightAtTheEndOfADrag();
+    void opensAsWideAsTheContentAsksUpToAThirdOfTheScreen_data();
+    void opensAsWideAsTheContentAsksUpToAThirdOfTheScreen();
     void staysOpenOnAClickInsideAndClosesOnLeaving_data();
     void staysOpenOnAClickInsideAndClosesOnLeaving();
     void opensUnderTheIconNearTheRightEdge();
@@ -134,6 +136,52 @@ void TestStatusBarMenuWindowController::savesTheHeightAtTheEndOfADrag()
     m_controller->closeWithoutFade();
     m_controller->show();
     QCOMPARE(m_controller->window().width(), half);
+}
+
+void TestStatusBarMenuWindowController::opensAsWideAsTheContentAsksUpToAThirdOfTheScreen_data()
+{
+    QTest::addColumn<int>("asked"); // the content's width for its longest name
+    QTest::addColumn<int>("shown"); // 0: a third of the screen
+    QTest::newRow("short names") << 150 << DropDownWindow::contentWidth;
+    QTest::newRow("long names") << 240 << 240; // the offscreen screen is 800 wide
+    QTest::newRow("very long names") << 5000 << 0;
+}
+
+void TestStatusBarMenuWindowController::opensAsWideAsTheContentAsksUpToAThirdOfTheScreen()
+{
+    QFETCH(int, asked);
+    QFETCH(int, shown);
+    /// Content that asks for a width, as the window's content does for its names.
+    class Asking final : public QWidget
+    {
+    public:
+        int width = 0;
+        QSize sizeHint() const override { return {width, 300}; }
+    };
+    auto* content = new Asking;
+    content->width = asked;
+    m_controller = std::make_unique<StatusBarMenuWindowController>(m_state->settings().preferences(), content,
+                                                                   [this] { return m_icon; });
+    const int third = QGuiApplication::primaryScreen()->availableGeometry().width() / 3;
+    m_controller->show();
+    QCOMPARE(m_controller->window().width(), shown ? shown : third);
+
+    // A drag of the height alone keeps the width following the names.
+    HeightGrip* grip = m_controller->window().grip();
+    sendMouse(grip, QEvent::MouseButtonPress, QPoint(20, 2));
+    sendMouse(grip, QEvent::MouseMove, QPoint(20, 42));
+    sendMouse(grip, QEvent::MouseButtonRelease, QPoint(20, 42));
+    QVERIFY(!m_state->store().contains(SettingsKeys::dropDownWidth));
+    content->width = 230;
+    m_controller->closeWithoutFade();
+    m_controller->show();
+    QCOMPARE(m_controller->window().width(), 230);
+
+    // A width the user chose wins over the names.
+    m_state->settings().preferences().setDropDownWidth(380);
+    m_controller->closeWithoutFade();
+    m_controller->show();
+    QCOMPARE(m_controller->window().width(), 380);
 }
 
 void TestStatusBarMenuWindowController::staysOpenOnAClickInsideAndClosesOnLeaving_data()

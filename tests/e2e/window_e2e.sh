@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Glowdeck on a desktop without a system tray, end to end: after a few seconds it shows itself in a window of its
-# own that says why, whose menu button opens the tray menu; the "Open Glowdeck" shortcut (Ctrl+Alt+G, pressed with
+# Glowdeck on a desktop without a system tray, end to end: at once it shows itself in a window of its own that
+# says why, whose menu button opens the tray menu; the "Open Glowdeck" shortcut (Ctrl+Alt+G, pressed with
 # xdotool while another program has the focus) brings it up and closes it; a second start brings it back; a tray
 # that starts later gets the icon, and once the window is closed a click on the icon opens the drop-down. Then
 # --window in the dark appearance under a compositing manager (xcompmgr), where the window, its menu, the App
@@ -28,7 +28,10 @@ e2e_start_display
 e2e_start_atspi
 
 key=windowe2ekey0123456789
-"$simulator" --port 0 --user "$key" >"$e2e_work/bridge.out" 2>&1 &
+# The big home of tests/e2e/lib/big_home.py: the window's screenshots show how it fits 149 lamps.
+"$simulator" --save-home "$e2e_work/home.json" >/dev/null || fail "the simulator cannot write its home"
+/usr/bin/python3 "$here/lib/big_home.py" "$e2e_work/home.json" 149 || fail "cannot make the big home"
+"$simulator" --port 0 --user "$key" --home "$e2e_work/home.json" >"$e2e_work/bridge.out" 2>&1 &
 e2e_pids+=($!)
 for _ in $(seq 50); do
     grep -q 'listening on' "$e2e_work/bridge.out" && break
@@ -75,8 +78,8 @@ done
 
 # ---- 1. No tray: a window of its own ----------------------------------------------------------------------------
 e2e_start_glowdeck "$glowdeck" --settings "$settings"
-await_output 'no system tray is available yet' 50 >/dev/null || fail "glowdeck did not notice the missing tray"
-await_output 'showing Glowdeck in a window' 100 >/dev/null || fail "glowdeck did not show itself in a window"
+await_output 'no system tray is available; showing Glowdeck in a window' 50 >/dev/null ||
+    fail "glowdeck did not show itself in a window at once"
 read -r wid _ _ ww wh < <(glowdeck_window) || fail "no Glowdeck window on screen"
 say "window mode: ${ww}x${wh}"
 atspi --timeout 10 wait label "~AppIndicator" >/dev/null || fail "the window does not say why it shows"

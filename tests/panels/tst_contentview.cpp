@@ -8,9 +8,11 @@
 #include "panels/BridgeSections.h"
 #include "panels/ConnectionBanner.h"
 #include "panels/ContentView.h"
+#include "panels/ControlRow.h"
 #include "panels/CustomSlider.h"
 #include "panels/ListLights.h"
 #include "panels/PanelTabs.h"
+#include "panels/Theme.h"
 #include "panels/TitleBars.h"
 #include "session/BridgeSession.h"
 #include "session/BridgeSessions.h"
@@ -25,6 +27,7 @@
 #include <QLabel>
 #include <QNetworkAccessManager>
 #include <QPushButton>
+#include <QScopeGuard>
 #include <QSignalSpy>
 #include <QStackedWidget>
 #include <QTest>
@@ -52,6 +55,8 @@ private slots:
     void reviewButtonThanksOnceAndHidesTheBanner();
     void settingsButtonsAskForThePreferences_data();
     void settingsButtonsAskForThePreferences();
+    void titleBarButtonsStandOutFromTheBackground_data();
+    void titleBarButtonsStandOutFromTheBackground();
     void aClickAnywhereInTheContentCountsAsAUserAction();
     void naturalHeightFollowsTheActivePanel();
     void emptyPanelTellsUnpairedFromUnreachable_data();
@@ -221,9 +226,10 @@ void TestContentView::offersTheScenesTabOnlyWhileScenesAreShown()
     QAbstractButton *lights = tabs->tab(MainPanels::lights), *rooms = tabs->tab(MainPanels::rooms),
                     *scenes = tabs->tab(MainPanels::scenes);
 
-    QVERIFY(!scenes->isVisible());
+    settings().preferences().setShowScenes(false);
+    QTRY_VERIFY(!scenes->isVisible());
     QVERIFY(qAbs(lights->width() - rooms->width()) <= 1);
-    QVERIFY(rooms->width() > ContentView::contentWidth / 3);
+    QTRY_VERIFY(rooms->width() > ContentView::contentWidth / 3);
     QCOMPARE(lights->x(), 10);
     QCOMPARE(rooms->geometry().right(), tabs->width() - 10 - 1);
 
@@ -360,6 +366,54 @@ void TestContentView::settingsButtonsAskForThePreferences()
     QCOMPARE(requested.size(), 1);
 }
 
+void TestContentView::titleBarButtonsStandOutFromTheBackground_data()
+{
+    QTest::addColumn<bool>("dark");
+    QTest::addColumn<bool>("withLights");
+    QTest::newRow("light, welcome title bar") << false << false;
+    QTest::newRow("light, regular title bar") << false << true;
+    QTest::newRow("dark, welcome title bar") << true << false;
+    QTest::newRow("dark, regular title bar") << true << true;
+}
+
+void TestContentView::titleBarButtonsStandOutFromTheBackground()
+{
+    QFETCH(bool, dark);
+    QFETCH(bool, withLights);
+    const QPalette before = QApplication::palette();
+    const auto restore = qScopeGuard([&before] { QApplication::setPalette(before); });
+    if (dark)
+        QApplication::setPalette(Theme::darkPalette());
+    if (withLights)
+        settings().home().setLights({light(QStringLiteral("1"))});
+    QCoreApplication::processEvents();
+    QCOMPARE(Theme::isDark(m_view.get()), dark);
+
+    // The gear and the menu button are the only mouse route to the settings and the menu: each must show
+    // pixels far from the background just beside it.
+    const QImage shot = m_view->grab().toImage();
+    const qreal ratio = shot.devicePixelRatio();
+    for (const QString& name : {u"settingsIconButton"_qs, u"menuButton"_qs}) {
+        QWidget* button = nullptr;
+        for (auto* candidate : m_view->findChildren<QAbstractButton*>(name)) {
+            if (candidate->isVisible())
+                button = candidate;
+        }
+        QVERIFY(button);
+        const QRect area(button->mapTo(m_view.get(), QPoint(0, 0)), button->size());
+        const int background = qGray(
+            shot.pixel(QPoint(area.left() - 3, area.center().y()) * ratio)); // the gap left of the button
+        int strongest = 0;
+        for (int y = area.top(); y <= area.bottom(); ++y) {
+            for (int x = area.left(); x <= area.right(); ++x)
+                strongest =
+                    std::max(strongest, std::abs(qGray(shot.pixel(QPoint(x, y) * ratio)) - background));
+        }
+        QVERIFY2(strongest > 128,
+                 qPrintable(u"%1: %2 grey levels from the background"_qs.arg(name).arg(strongest)));
+    }
+}
+
 void TestContentView::aClickAnywhereInTheContentCountsAsAUserAction()
 {
     const QDateTime longAgo = QDateTime::currentDateTimeUtc().addSecs(-3600);
@@ -386,15 +440,21 @@ void TestContentView::naturalHeightFollowsTheActivePanel()
     QCOMPARE(m_view->sizeHint().width(), 200);
     QVERIFY(empty >= ContentView::minimumHeight);
 
-    settings().home().setLights({light(QStringLiteral("1"))});
-    const int one = m_view->sizeHint().height();
-    QList<HueLight> six;
+    QList<HueLight> lamps;
     for (int i = 1; i <= 6; ++i)
-        six.append(light(QString::number(i)));
-    settings().home().setLights(six);
+        lamps.append(light(QString::number(i)));
+    settings().home().setLights(lamps);
+    // As wide as it asks to be: every name on one line with its controls.
+    QVERIFY(m_view->sizeHint().width() > ContentView::contentWidth);
+    m_view->resize(m_view->sizeHint().width(), 320);
+    QTRY_VERIFY(m_view->findChild<ControlRow*>()->isOneLine());
+    const int six = m_view->sizeHint().height();
+    for (int i = 7; i <= 12; ++i)
+        lamps.append(light(QString::number(i)));
+    settings().home().setLights(lamps);
     const int many = m_view->sizeHint().height();
-    // Each further row adds its own height: the window opens showing all of them.
-    QVERIFY2(many - one > 5 * 30, qPrintable(u"%1 %2"_qs.arg(one).arg(many)));
+    // Each further row adds its own height, a compact one: the window opens showing all of them.
+    QVERIFY2(many - six > 6 * 20 && many - six < 6 * 36, qPrintable(u"%1 %2"_qs.arg(six).arg(many)));
 
     // The rooms panel has no rooms: back to the hint's height.
     settings().preferences().setActiveMainPanel(MainPanels::rooms);
@@ -495,6 +555,8 @@ void TestContentView::everyControlHasANameAndARole()
     scene.name = QStringLiteral("Evening");
     settings().home().setScenes({scene});
 
+    settings().preferences().setActiveMainPanel(MainPanels::lights);
+    m_view->findChild<ControlRow*>()->setExpanded(true);
     int checked = 0;
     for (MainPanels panel : {MainPanels::lights, MainPanels::scenes}) {
         settings().preferences().setActiveMainPanel(panel);
@@ -516,9 +578,9 @@ void TestContentView::everyControlHasANameAndARole()
             ++checked;
         }
     }
-    // Settings, the menu, three tabs; two switches, two sliders, a colour field and a white-tone bar; a
-    // scene.
-    QCOMPARE(checked, 2 * 5 + 6 + 1);
+    // Settings, the menu, three tabs; a disclosure, two switches, two sliders, a colour field and a
+    // white-tone bar; a scene.
+    QCOMPARE(checked, 2 * 5 + 7 + 1);
 
     // A screen reader moves the brightness the way the user would: the command follows.
     auto* brightness = QAccessible::queryAccessibleInterface(m_view->findChild<CustomSlider*>());
@@ -546,8 +608,9 @@ void TestContentView::tabVisitsTheControlsInOrder()
         visited << (focused ? QAccessible::queryAccessibleInterface(focused)->text(QAccessible::Name)
                             : "none");
     }
-    QCOMPARE(visited, (QStringList{"Settings", "Menu", "Lights", "Rooms", "Lamp 1", "Lamp 1 brightness",
-                                   "Lamp 1 colour", "Lamp 2", "Lamp 2 brightness", "Settings"}));
+    QCOMPARE(visited,
+             (QStringList{"Settings", "Menu", "Lights", "Rooms", "Scenes", "Lamp 1 colour and white tone",
+                          "Lamp 1 brightness", "Lamp 1", "Lamp 2 brightness", "Lamp 2"}));
 
     // The tray icon's menu from the keyboard, wherever the focus is, opening under the menu button.
     QSignalSpy menu(m_view.get(), &ContentView::menuRequested);

@@ -1,6 +1,7 @@
 #include "PanelBench.h"
 #include "panels/ColorField.h"
 #include "panels/CustomSlider.h"
+#include "panels/FilterField.h"
 #include "panels/GroupRow.h"
 #include "panels/ListGroups.h"
 #include "panels/RowSwitch.h"
@@ -26,6 +27,7 @@ private Q_SLOTS:
     void dragSendsTheRoomCommand();
     void switchSendsOnAndOff();
     void zonesFollowTheRoomsUnderTheirHeading();
+    void filterNarrowsManyRoomsAndZonesByName();
 
 private:
     GroupRow* showRoom(const QStringList& members);
@@ -91,6 +93,7 @@ void TestGroupRow::membersDecideTheBar()
     m_bench->settings().preferences().setShowColorBarsForRooms(roomBars);
     GroupRow* row = showRoom(members);
     QVERIFY(row);
+    row->setExpanded(true);
     QCOMPARE(row->findChild<ColorField*>()->isVisible(), color);
     QCOMPARE(row->findChild<TemperatureBar*>()->isVisible(), whiteTone);
 }
@@ -99,6 +102,7 @@ void TestGroupRow::followsTheColorBarOptionAndTheLights()
 {
     GroupRow* row = showRoom({u"2"_qs});
     QVERIFY(row);
+    row->setExpanded(true);
     auto* colorField = row->findChild<ColorField*>();
     auto* whiteTone = row->findChild<TemperatureBar*>();
     QVERIFY(whiteTone->isVisible());
@@ -206,6 +210,47 @@ void TestGroupRow::zonesFollowTheRoomsUnderTheirHeading()
     m_bench->settings().preferences().setShowZones(false);
     QCOMPARE(shown(), (QStringList{u"1"_qs, u"2"_qs}));
     QVERIFY(!m_list->findChild<QLabel*>(u"zonesHeading"_qs)->isVisible());
+}
+
+void TestGroupRow::filterNarrowsManyRoomsAndZonesByName()
+{
+    QList<HueGroup> groups;
+    for (int i = 1; i <= FilterField::threshold; ++i)
+        groups.append(m_bench->room(QString::number(i), {u"1"_qs}));
+    HueGroup upstairs = m_bench->room(u"90"_qs, {u"2"_qs});
+    upstairs.name = u"Étage"_qs;
+    upstairs.type = u"Zone"_qs;
+    m_bench->settings().home().setGroups(groups);
+    m_list = std::make_unique<ListGroups>(m_bench->settings(), m_bench->commands());
+    m_list->resize(260, 400);
+    m_list->show();
+    QVERIFY(QTest::qWaitForWindowExposed(m_list.get()));
+    FilterField* filter = m_list->filterField();
+    QVERIFY(!filter->isVisible()); // twenty rooms need no filter
+
+    m_bench->settings().home().setGroups(groups + QList<HueGroup>{upstairs});
+    QTRY_VERIFY(filter->isVisible());
+    QCOMPARE(filter->accessibleName(), u"Filter rooms"_qs);
+    auto* heading = m_list->findChild<QLabel*>(u"zonesHeading"_qs);
+    const auto visibleIds = [this] {
+        QStringList ids;
+        for (GroupRow* row : m_list->groupRows()) {
+            if (row->isVisible())
+                ids << row->groupId();
+        }
+        return ids;
+    };
+
+    QTest::keyClicks(filter, u"etage"_qs);
+    QCOMPARE(visibleIds(), QStringList{u"90"_qs});
+    QVERIFY(heading->isVisible());
+    filter->clear();
+    QTest::keyClicks(filter, u"ROOM 1"_qs);
+    QCOMPARE(visibleIds().size(), 11); // 1 and 10 to 19
+    QVERIFY(!heading->isVisible());    // no zone left under it
+    QTest::keyClick(filter, Qt::Key_Escape);
+    QCOMPARE(visibleIds().size(), groups.size() + 1);
+    QVERIFY(heading->isVisible());
 }
 
 QTEST_MAIN(TestGroupRow)

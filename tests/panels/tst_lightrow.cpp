@@ -8,6 +8,7 @@
 
 #include <QJsonObject>
 #include <QTest>
+#include <QToolButton>
 
 #include <memory>
 
@@ -24,6 +25,7 @@ private Q_SLOTS:
     void switchSendsOnAndOff();
     void showsTheBarsTheLampSupports_data();
     void showsTheBarsTheLampSupports();
+    void namesSliderAndSwitchShareOneLineWhereTheWidthAllows();
     void ignoresAChangeToALightThatIsGone();
     void keysMoveAFocusedControlThroughItsCommand_data();
     void keysMoveAFocusedControlThroughItsCommand();
@@ -177,6 +179,21 @@ void TestLightRow::showsTheBarsTheLampSupports()
 
     m_bench->settings().preferences().setShowColorBarsForRooms(roomBars);
     makeRow(color, ambient);
+    // Folded away at first; the disclosure, a Tab stop named after the lamp, opens them with Space.
+    auto* more = m_row->findChild<QToolButton*>(u"moreControls"_qs);
+    QCOMPARE(more->isVisible(), color || ambient);
+    QVERIFY(!m_row->findChild<ColorField*>()->isVisible() &&
+            !m_row->findChild<TemperatureBar*>()->isVisible());
+    QCOMPARE(more->accessibleName(), u"Lamp 1 colour and white tone"_qs);
+    QVERIFY(more->focusPolicy() & Qt::TabFocus);
+    if (more->isVisible()) {
+        m_row->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(m_row.get()));
+        more->setFocus(Qt::TabFocusReason);
+        QTest::keyClick(more, Qt::Key_Space);
+        QVERIFY(m_row->isExpanded());
+    }
+    m_row->setExpanded(true);
     QCOMPARE(m_row->findChild<ColorField*>()->isVisible(), color);
     QCOMPARE(m_row->findChild<TemperatureBar*>()->isVisible(), ambient);
 
@@ -195,6 +212,30 @@ void TestLightRow::showsTheBarsTheLampSupports()
     QVERIFY(!m_row->findChild<ColorField*>()->isVisible() &&
             !m_row->findChild<TemperatureBar*>()->isVisible());
     QVERIFY(m_row->findChild<RowSwitch*>()->isVisible());
+}
+
+void TestLightRow::namesSliderAndSwitchShareOneLineWhereTheWidthAllows()
+{
+    auto* name = m_row->findChild<ElidedLabel*>();
+    auto* slider = m_row->findChild<CustomSlider*>();
+    auto* lampSwitch = m_row->findChild<RowSwitch*>();
+    const auto sameLine = [](const QWidget* a, const QWidget* b) {
+        return a->geometry().center().y() - b->geometry().center().y() <= 2 &&
+               b->geometry().center().y() - a->geometry().center().y() <= 2;
+    };
+    QCOMPARE(m_row->width(), 240);
+    QTRY_VERIFY(m_row->isOneLine());
+    QVERIFY(sameLine(name, slider) && sameLine(slider, lampSwitch));
+    QVERIFY(name->geometry().right() < slider->x() && slider->geometry().right() < lampSwitch->x());
+    // One line, folded: a 149-lamp home shows many of these in the window's height.
+    QVERIFY2(m_row->sizeHint().height() <= 26, qPrintable(QString::number(m_row->sizeHint().height())));
+
+    // Too narrow for a readable name beside the slider: the slider goes under it, as wide as the row.
+    m_row->setFixedWidth(ControlRow::widthForName(ControlRow::shortestInlineName) - 1);
+    QTRY_VERIFY(!m_row->isOneLine());
+    QTRY_VERIFY(slider->y() > name->geometry().bottom());
+    QVERIFY(slider->width() > ControlRow::inlineSliderWidth);
+    QVERIFY(sameLine(name, lampSwitch));
 }
 
 void TestLightRow::ignoresAChangeToALightThatIsGone()

@@ -1,10 +1,12 @@
 #include "PanelBench.h"
 #include "panels/CustomSlider.h"
+#include "panels/FilterField.h"
 #include "panels/LightRow.h"
 #include "panels/ListLights.h"
 
 #include <QJsonObject>
 #include <QPointer>
+#include <QScrollBar>
 #include <QTest>
 
 #include <memory>
@@ -19,6 +21,7 @@ private Q_SLOTS:
     void showsTheLightsInOrderWithoutTheHiddenOnes();
     void keepsADragAliveThroughARefresh();
     void dropsTheRowOfALightThatLeft();
+    void filterNarrowsAManyLightsListByNameWhateverCaseAndAccents();
 
 private:
     QStringList shownIds() const;
@@ -109,6 +112,62 @@ void TestListLights::dropsTheRowOfALightThatLeft()
     QCOMPARE(shownIds(), (QStringList{m_ids.at(2)}));
     QCOMPARE(m_list->lightRows().first(), staying.data());
     QTRY_VERIFY(leaving.isNull());
+}
+
+void TestListLights::filterNarrowsAManyLightsListByNameWhateverCaseAndAccents()
+{
+    FilterField* filter = m_list->filterField();
+    QVERIFY(!filter->isVisible()); // three lights need no filter
+
+    QList<HueLight> lights;
+    for (int i = 1; i <= FilterField::threshold + 1; ++i)
+        lights.append(m_bench->light(QString::number(i), false, false));
+    lights[4].name = u"Café corner"_qs;
+    lights[9].name = u"CAFE TABLE"_qs;
+    lights[14].name = u"Hall"_qs;
+    m_bench->settings().home().setLights(lights);
+    QTRY_VERIFY(filter->isVisible());
+    QCOMPARE(filter->accessibleName(), u"Filter lamps"_qs);
+    // The field, the rows and their switches stay clear of the scroll bar that many lights bring.
+    QTRY_VERIFY(m_list->verticalScrollBar()->isVisible());
+    const int clear = m_list->viewport()->width();
+    QTRY_VERIFY2(filter->geometry().right() < clear,
+                 qPrintable(u"%1 %2"_qs.arg(filter->geometry().right()).arg(clear)));
+    for (LightRow* row : m_list->lightRows()) {
+        const int right = row->mapTo(m_list->viewport(), QPoint(row->width() - 1, 0)).x();
+        QVERIFY2(right < clear, qPrintable(u"%1: %2 %3"_qs.arg(row->name()).arg(right).arg(clear)));
+    }
+    const auto visibleNames = [this] {
+        QStringList names;
+        for (LightRow* row : m_list->lightRows()) {
+            if (row->isVisible())
+                names << row->name();
+        }
+        return names;
+    };
+
+    QTest::keyClicks(filter, u"cafe"_qs);
+    QCOMPARE(visibleNames(), (QStringList{u"Café corner"_qs, u"CAFE TABLE"_qs}));
+    filter->clear();
+    QTest::keyClicks(filter, u"CAFÉ c"_qs);
+    QCOMPARE(visibleNames(), QStringList{u"Café corner"_qs});
+    // A refresh keeps the filter applied, to rows old and new.
+    lights.append(m_bench->light(u"99"_qs, false, false));
+    lights.last().name = u"cafe counter"_qs;
+    m_bench->settings().home().setLights(lights);
+    QCOMPARE(visibleNames(), (QStringList{u"Café corner"_qs, u"cafe counter"_qs}));
+
+    // Escape empties the field and shows every lamp again.
+    QTest::keyClick(filter, Qt::Key_Escape);
+    QVERIFY(filter->text().isEmpty());
+    QCOMPARE(visibleNames().size(), lights.size());
+
+    // Down to few lights: the field goes, and with it any text in it.
+    QTest::keyClicks(filter, u"hall"_qs);
+    m_bench->settings().home().setLights(lights.mid(0, FilterField::threshold));
+    QTRY_VERIFY(!filter->isVisible());
+    QVERIFY(filter->text().isEmpty());
+    QCOMPARE(visibleNames().size(), FilterField::threshold);
 }
 
 QTEST_MAIN(TestListLights)

@@ -226,6 +226,9 @@ void TestListScenes::manyScenesCanBeNarrowedByTyping()
     // A room's name shows all of its scenes; nothing found says so.
     filter->setText(u"room 2"_qs);
     QCOMPARE(shownRows(), (QStringList{"# Room 2", "Nightlight"}));
+    // Accents need not be typed, nor typed right.
+    filter->setText(u"NÏGHT"_qs);
+    QCOMPARE(shownRows(), (QStringList{"# Room 2", "Nightlight"}));
     filter->setText(u"zzz"_qs);
     QCOMPARE(shownRows(), (QStringList{u"# No scene matches “zzz”."_qs}));
 

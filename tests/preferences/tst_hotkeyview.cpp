@@ -8,6 +8,8 @@
 
 #include <QAbstractButton>
 #include <QLabel>
+#include <QLineEdit>
+#include <QListView>
 #include <QTest>
 
 #include <memory>
@@ -23,6 +25,7 @@ private Q_SLOTS:
     void aPickerStoresItsChoiceInTheSlotOneBelowItsNumber();
     void aPickerKeepsAChoiceForARoomTheBridgeDoesNotList();
     void aPickerListsTheRoomsOfEveryBridgeAndFollowsThem();
+    void aPickerGroupsTheActionsUnderEachRoomAndTheFilterNarrowsThem();
     void stepSizeIsStoredAtOnce_data();
     void stepSizeIsStoredAtOnce();
     void saysSoWhereTheDesktopHasNoGlobalShortcuts();
@@ -74,7 +77,7 @@ void TestHotkeyView::aPickerStoresItsChoiceInTheSlotOneBelowItsNumber()
     m_bench->setRooms({QStringLiteral("1"), QStringLiteral("2")},
                       {QStringLiteral("Kitchen"), QStringLiteral("Hall")});
     build();
-    QCOMPARE(picker(1)->count(), 9);
+    QCOMPARE(picker(1)->count(), 11); // no action, and a heading and four actions per room
 
     for (const int number : {1, 5}) {
         const int index = picker(number)->findText(QStringLiteral("Hall Darker"));
@@ -97,18 +100,18 @@ void TestHotkeyView::aPickerKeepsAChoiceForARoomTheBridgeDoesNotList()
     m_bench->setRooms({QStringLiteral("1")}, {QStringLiteral("Kitchen")});
     build();
     GroupActionPicker* second = picker(2);
-    QCOMPARE(second->count(), 6);
+    QCOMPARE(second->count(), 7);
     QCOMPARE(second->currentText(), QStringLiteral("7_on (room not found)"));
 
     // A refresh brings new records of the same rooms: the list stays as it is.
     QAbstractItemModel* model = second->model();
     m_bench->setRooms({QStringLiteral("1")}, {QStringLiteral("Kitchen")});
     QCOMPARE(second->model(), model);
-    QCOMPARE(second->count(), 6);
+    QCOMPARE(second->count(), 7);
     // The room comes back: the stored choice is an ordinary one again, and still chosen.
     m_bench->setRooms({QStringLiteral("1"), QStringLiteral("7")},
                       {QStringLiteral("Kitchen"), QStringLiteral("Porch")});
-    QCOMPARE(second->count(), 9);
+    QCOMPARE(second->count(), 11);
     QCOMPARE(second->currentText(), QStringLiteral("Porch On"));
     QCOMPARE(m_bench->store().readString(QStringLiteral("hotkeyCustomGroupAction1")),
              std::optional<QString>("7_on"));
@@ -123,7 +126,7 @@ void TestHotkeyView::aPickerListsTheRoomsOfEveryBridgeAndFollowsThem()
     m_bench->setRooms({u"1"_qs, u"2"_qs}, {u"Living room"_qs, u"Kitchen"_qs});
     build();
     GroupActionPicker* second = picker(2);
-    QCOMPARE(second->count(), 9);
+    QCOMPARE(second->count(), 11);
     QCOMPARE(second->currentText(), u"Living room Off"_qs);
 
     TestSettings upstairs;
@@ -134,7 +137,7 @@ void TestHotkeyView::aPickerListsTheRoomsOfEveryBridgeAndFollowsThem()
     BridgeNetwork network;
     BridgeSession& session =
         m_bench->sessions().add(std::make_unique<BridgeSession>(upstairs.settings(), network));
-    QCOMPARE(second->count(), 17);
+    QCOMPARE(second->count(), 21);
     for (const QString& title : {u"Living room (Downstairs) On"_qs, u"Kitchen On"_qs,
                                  u"Living room (Upstairs) On"_qs, u"Bathroom On"_qs})
         QVERIFY2(second->findText(title) >= 0, qPrintable(title));
@@ -153,8 +156,50 @@ void TestHotkeyView::aPickerListsTheRoomsOfEveryBridgeAndFollowsThem()
     QVERIFY(second->findText(u"Attic On"_qs) >= 0);
     QCOMPARE(second->findText(u"Living room (Downstairs) On"_qs), -1);
     m_bench->sessions().remove(&session);
-    QCOMPARE(second->count(), 10);
+    QCOMPARE(second->count(), 12);
     QCOMPARE(second->currentText(), u"001788FFFE9C4D5E/1_on (room not found)"_qs);
+}
+
+void TestHotkeyView::aPickerGroupsTheActionsUnderEachRoomAndTheFilterNarrowsThem()
+{
+    m_bench->setBridge(u"127.0.0.1:9"_qs, u"key"_qs);
+    m_bench->settings().home().setGroups(
+        {{.group_id = u"1"_qs,
+          .name = u"Bedroom"_qs,
+          .lights = {u"1"_qs, u"2"_qs, u"3"_qs},
+          .type = u"Room"_qs},
+         {.group_id = u"2"_qs, .name = u"Bedroom"_qs, .lights = {u"4"_qs}, .type = u"Room"_qs},
+         {.group_id = u"3"_qs, .name = u"Hall"_qs, .lights = {u"5"_qs}, .type = u"Zone"_qs}});
+    build();
+    GroupActionPicker* first = picker(1);
+    const auto rows = [first] {
+        QStringList shown;
+        auto* list = qobject_cast<QListView*>(first->view());
+        for (int row = 0; row < first->count(); ++row) {
+            if (!list->isRowHidden(row))
+                shown << first->itemText(row);
+        }
+        return shown;
+    };
+    // Rooms of one name told apart by their lamps, a zone by its kind; each heading is no choice.
+    const QStringList all = rows();
+    QCOMPARE(all.mid(0, 3),
+             (QStringList{u"(No Action)"_qs, u"Bedroom \u2014 room, 3 lamps"_qs, u"Bedroom On"_qs}));
+    QVERIFY(all.contains(u"Bedroom \u2014 room, 1 lamp"_qs));
+    QVERIFY(all.contains(u"Hall \u2014 zone"_qs));
+    QCOMPARE(all.size(), 1 + 3 * 5);
+    QCOMPARE(first->model()->flags(first->model()->index(1, 0)) & Qt::ItemIsEnabled, Qt::ItemFlags());
+
+    // The filter narrows every picker to the rooms it names, whatever the case.
+    auto* filter = m_view->findChild<QLineEdit*>(u"roomActionFilter"_qs);
+    QVERIFY(filter);
+    QCOMPARE(filter->accessibleName(), u"Filter rooms"_qs);
+    QTest::keyClicks(filter, u"HALL"_qs);
+    QCOMPARE(rows(),
+             (QStringList{u"(No Action)"_qs, u"Hall \u2014 zone"_qs, u"Hall (zone) On"_qs,
+                          u"Hall (zone) Off"_qs, u"Hall (zone) Brighter"_qs, u"Hall (zone) Darker"_qs}));
+    filter->clear();
+    QCOMPARE(rows(), all);
 }
 
 void TestHotkeyView::stepSizeIsStoredAtOnce_data()

@@ -77,6 +77,8 @@ private Q_SLOTS:
     void replacesOnlyAZeroKeyIncrement_data();
     void replacesOnlyAZeroKeyIncrement();
     void keepsFlagsItCannotReadInTheFile();
+    void keepsTheStoredSceneChoiceOfAnExistingUser_data();
+    void keepsTheStoredSceneChoiceOfAnExistingUser();
     void asksForAResizeOnEveryPanelAssignment();
     void givesTheDefaultHeightForAnUnknownPanel();
     void switchingScenesOffResetsTheStoredPanel();
@@ -106,8 +108,8 @@ void TestPreferences::loadsDefaultsOnAFirstRun()
     QCOMPARE(s.preferences().presetWindowHeight(MainPanels::scenes), 0);
     QVERIFY(s.preferences().showColorBarsForRooms());
     QCOMPARE(t.store().value(Keys::showColorBarsForRooms), QVariant(true));
-    QVERIFY(!s.preferences().showScenes());
-    QCOMPARE(t.store().value(Keys::activePanel), QVariant(qint64(0)));
+    QVERIFY(s.preferences().showScenes());
+    QCOMPARE(t.store().value(Keys::showScenes), QVariant(true));
     QVERIFY(!s.home().bridgeConnected());
     QCOMPARE(s.preferences().activeMainPanel(), MainPanels::lights);
 }
@@ -162,12 +164,31 @@ void TestPreferences::keepsFlagsItCannotReadInTheFile()
     t.store().setValue(Keys::showScenes, QStringLiteral("maybe"));
     t.store().setValue(Keys::showColorBarsForRooms, QVariant(QVariantList{}));
     t.settings().preferences().settleDefaults();
-    QVERIFY(!t.settings().preferences().showScenes());
+    QVERIFY(t.settings().preferences().showScenes());
     QVERIFY(t.settings().preferences().showColorBarsForRooms());
     QCOMPARE(t.store().value(Keys::showScenes),
              QVariant(QStringLiteral("maybe"))); // the user's, until changed
     QCOMPARE(t.store().value(Keys::showColorBarsForRooms), QVariant(QVariantList{}));
-    QCOMPARE(t.store().readInt(Keys::activePanel), 0);
+}
+
+void TestPreferences::keepsTheStoredSceneChoiceOfAnExistingUser_data()
+{
+    QTest::addColumn<bool>("shown");
+    QTest::newRow("hidden") << false;
+    QTest::newRow("shown") << true;
+}
+
+void TestPreferences::keepsTheStoredSceneChoiceOfAnExistingUser()
+{
+    QFETCH(bool, shown);
+    TestSettings t;
+    t.store().writeString(Keys::bridgeIP, QStringLiteral("192.0.2.7"));
+    t.store().writeBool(Keys::showScenes, shown);
+    t.reopen();
+    t.settings().load();
+    t.settings().preferences().settleDefaults();
+    QCOMPARE(t.settings().preferences().showScenes(), shown);
+    QCOMPARE(t.store().value(Keys::showScenes), QVariant(shown));
 }
 
 void TestPreferences::asksForAResizeOnEveryPanelAssignment()
