@@ -7,8 +7,11 @@
 // The bridge runs in a child process (this program again, with --serve), so that the server's own memory
 // stays out of the figures.
 //
-// Usage: bench_tlsconnections [CONNECTIONS] [--keep-alive]   (1000 by default; --keep-alive: a bridge that
-//        keeps connections open, for comparison)
+// Usage: bench_tlsconnections [CONNECTIONS] [--keep-alive] [--with-stream]
+//   CONNECTIONS     1000 by default
+//   --keep-alive    a bridge that keeps connections open, for comparison
+//   --with-stream   an event stream open all along, as the program has one; the bridge writes a comment to
+//                   it every 200 ms, and the figures say how many came after the last request
 
 #include "bridge/BridgeNetwork.h"
 #include "bridge/HttpExchange.h"
@@ -16,6 +19,7 @@
 
 #include <QCoreApplication>
 #include <QFile>
+#include <QNetworkReply>
 #include <QProcess>
 #include <QSslConfiguration>
 #include <QSslServer>
@@ -67,7 +71,17 @@ int serve(bool keepAlive)
                 // Requests without a body, one at a time: the end of the head is the end of the request.
                 *buffer += socket->readAll();
                 while (buffer->contains("\r\n\r\n")) {
-                    buffer->remove(0, buffer->indexOf("\r\n\r\n") + 4);
+                    const QByteArray head = buffer->left(buffer->indexOf("\r\n\r\n"));
+                    buffer->remove(0, head.size() + 4);
+                    if (head.contains("text/event-stream")) {
+                        socket->write("HTTP/1.1 200 OK\r\nContent-Type: text/event-stream\r\n"
+                                      "Connection: close\r\n\r\n: hi\n\n");
+                        auto* ticks = new QTimer(socket);
+                        QObject::connect(ticks, &QTimer::timeout, socket,
+                                         [socket] { socket->write(": keep-alive\n\n"); });
+                        ticks->start(200);
+                        return;
+                    }
                     const QByteArray body = QByteArrayLiteral("{\"name\":\"Bench\"}");
                     socket->write("HTTP/1.1 200 OK\r\nContent-Type: application/json\r\nContent-Length: " +
                                   QByteArray::number(body.size()) +
@@ -133,6 +147,17 @@ int main(int argc, char** argv)
     int done = 0;
     int failed = 0;
     int handshakes = 0;
+    QNetworkReply* stream = nullptr;
+    int streamPieces = 0;
+    int streamPiecesAtEnd = 0;
+    if (arguments.contains(QStringLiteral("--with-stream"))) {
+        QNetworkRequest request(url.resolved(QUrl(QStringLiteral("/eventstream/clip/v2"))));
+        BridgeNetwork::prepare(request, identity);
+        request.setRawHeader("Accept", "text/event-stream");
+        stream = network.get(request);
+        QObject::connect(stream, &QNetworkReply::readyRead, &app,
+                         [stream, &streamPieces] { streamPieces += int(stream->readAll().count("\n\n")); });
+    }
     // Emitted once per new connection: a request on a kept connection has no handshake of its own.
     QObject::connect(&network, &QNetworkAccessManager::encrypted, &app, [&handshakes] { ++handshakes; });
     std::function<void()> next = [&] {
@@ -152,7 +177,9 @@ int main(int argc, char** argv)
                             if (done == 100)
                                 afterHundred = residentKilobytes();
                             if (done == connections || failed > 10) {
-                                app.quit();
+                                streamPiecesAtEnd = streamPieces;
+                                // A second for the stream to show that it still runs.
+                                QTimer::singleShot(stream ? 1000 : 0, &app, &QCoreApplication::quit);
                                 return;
                             }
                             // From the event loop, as the program's requests go: the finished reply is
@@ -163,6 +190,10 @@ int main(int argc, char** argv)
     next();
     app.exec();
     const long after = residentKilobytes();
+    if (stream) {
+        std::printf("The event stream: %s, %d comment(s) in the second after the last request\n",
+                    stream->isFinished() ? "ended" : "open", streamPieces - streamPiecesAtEnd);
+    }
     bridge.kill();
     bridge.waitForFinished();
     if (failed > 0) {
