@@ -21,16 +21,19 @@ void decode(QByteArrayView data)
             __builtin_trap();
         return;
     }
-    const auto isId = [](const QString& id) { return !id.isEmpty() && id.size() <= 32; };
+    // A change names its record by the first interface's number, by its UUID, or by both; never by neither.
+    const auto isId = [](const QString& v1, const QString& v2) {
+        return (!v1.isEmpty() || !v2.isEmpty()) && v1.size() <= 32 && v2.size() <= 64;
+    };
     for (const LightChange& light : batch->lights) {
-        if (!isId(light.lampId) || (light.brightness && (*light.brightness < 1 || *light.brightness > 254)) ||
+        if (!isId(light.lampId, light.resourceId) || (light.brightness && (*light.brightness < 1 || *light.brightness > 254)) ||
             (light.xy && !(light.xy->first >= 0 && light.xy->first <= 1 && light.xy->second >= 0 &&
                            light.xy->second <= 1)) ||
             (light.colorTemperature && (*light.colorTemperature < 1 || *light.colorTemperature > 1000)))
             __builtin_trap();
     }
     for (const GroupChange& group : batch->groups) {
-        if (!isId(group.groupId) || (group.brightness && (*group.brightness < 1 || *group.brightness > 254)))
+        if (!isId(group.groupId, group.resourceId) || (group.brightness && (*group.brightness < 1 || *group.brightness > 254)))
             __builtin_trap();
     }
     if (batch->problems.size() > 21)

@@ -20,7 +20,7 @@ struct GroupActionOption
 {
     QString id;
     QString title;
-    /// The room's heading in a list grouped by room ("Bedroom — room, 3 lamps"); empty for "(No Action)".
+    /// The room's heading in a list grouped by room ("Bedroom — room, 3 lamps"); empty for "(No action)".
     QString section;
     /// What the choice does to it ("Brighter").
     QString action;
@@ -56,7 +56,7 @@ public:
     HotkeyActions(BridgeSessions& sessions, Preferences& preferences, HomeCommands& commands,
                   QObject* parent = nullptr);
 
-    /// The choices for a custom slot: "(No Action)", then for each bridge and each of its rooms, in order,
+    /// The choices for a custom slot: "(No action)", then for each bridge and each of its rooms, in order,
     /// on, off, brighter and darker, stored as "<bridge id>/<group id>_<action>". A room whose name another
     /// bridge has too is titled with its bridge's name ("Living room (Upstairs)"), or with its bridge's id
     /// where the bridges' names are alike as well.

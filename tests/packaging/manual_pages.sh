@@ -33,7 +33,7 @@ for program in "$@"; do
 
     help=$(env -u DISPLAY -u WAYLAND_DISPLAY "$program" --help 2>&1) || fail "$name --help failed"
     documented=0
-    for option in $(grep -oE -- '--[a-z][-a-z]*' <<<"$help" | sort -u); do
+    for option in $(grep -oE -- '--[a-z][-a-z0-9]*' <<<"$help" | sort -u); do
         documented=$((documented + 1))
         has_entry "$work/$name.txt" "$option" || {
             say "$name's manual page has no entry for $option"

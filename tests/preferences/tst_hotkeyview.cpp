@@ -184,7 +184,7 @@ void TestHotkeyView::aPickerGroupsTheActionsUnderEachRoomAndTheFilterNarrowsThem
     // Rooms of one name told apart by their lamps, a zone by its kind; each heading is no choice.
     const QStringList all = rows();
     QCOMPARE(all.mid(0, 3),
-             (QStringList{u"(No Action)"_qs, u"Bedroom \u2014 room, 3 lamps"_qs, u"Bedroom On"_qs}));
+             (QStringList{u"(No action)"_qs, u"Bedroom \u2014 room, 3 lamps"_qs, u"Bedroom On"_qs}));
     QVERIFY(all.contains(u"Bedroom \u2014 room, 1 lamp"_qs));
     QVERIFY(all.contains(u"Hall \u2014 zone"_qs));
     QCOMPARE(all.size(), 1 + 3 * 5);
@@ -196,7 +196,7 @@ void TestHotkeyView::aPickerGroupsTheActionsUnderEachRoomAndTheFilterNarrowsThem
     QCOMPARE(filter->accessibleName(), u"Filter rooms"_qs);
     QTest::keyClicks(filter, u"HALL"_qs);
     QCOMPARE(rows(),
-             (QStringList{u"(No Action)"_qs, u"Hall \u2014 zone"_qs, u"Hall (zone) On"_qs,
+             (QStringList{u"(No action)"_qs, u"Hall \u2014 zone"_qs, u"Hall (zone) On"_qs,
                           u"Hall (zone) Off"_qs, u"Hall (zone) Brighter"_qs, u"Hall (zone) Darker"_qs}));
     filter->clear();
     QCOMPARE(rows(), all);

@@ -5,7 +5,7 @@
 #include <QComboBox>
 #include <QList>
 
-/// The choice of what one custom shortcut does: "(No Action)", or on, off, brighter or darker for one room of
+/// The choice of what one custom shortcut does: "(No action)", or on, off, brighter or darker for one room of
 /// one bridge. A choice is stored at once and used at the next press. The list follows the bridges served
 /// and the rooms each reports; it shows each room's choices under a heading of its own (which cannot be
 /// picked), and a filter narrows it to the rooms whose heading holds the typed text. Each choice keeps its
