@@ -1,5 +1,6 @@
 #include "HotkeyBench.h"
 #include "hotkeys/recorder/RecorderField.h"
+#include "i18n/Translations.h"
 #include "preferences/panes/GroupActionPicker.h"
 #include "preferences/panes/HotkeyView.h"
 #include "preferences/panes/SegmentedControl.h"
@@ -10,6 +11,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QListView>
+#include <QLocale>
 #include <QTest>
 
 #include <memory>
@@ -19,6 +21,7 @@ class TestHotkeyView final : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void initTestCase();
     void init();
     void cleanup();
     void withNoRoomsEachPickerOffersOnlyNoAction();
@@ -40,6 +43,13 @@ private:
     std::unique_ptr<HotkeyBench> m_bench;
     std::unique_ptr<HotkeyView> m_view;
 };
+
+void TestHotkeyView::initTestCase()
+{
+    // The headings count lamps in English ("1 lamp", "3 lamps"), as the program speaks it in an English
+    // locale.
+    Translations::install(QLocale(QLocale::English));
+}
 
 void TestHotkeyView::init()
 {
@@ -184,7 +194,7 @@ void TestHotkeyView::aPickerGroupsTheActionsUnderEachRoomAndTheFilterNarrowsThem
     // Rooms of one name told apart by their lamps, a zone by its kind; each heading is no choice.
     const QStringList all = rows();
     QCOMPARE(all.mid(0, 3),
-             (QStringList{u"(No Action)"_qs, u"Bedroom \u2014 room, 3 lamps"_qs, u"Bedroom On"_qs}));
+             (QStringList{u"(No action)"_qs, u"Bedroom \u2014 room, 3 lamps"_qs, u"Bedroom On"_qs}));
     QVERIFY(all.contains(u"Bedroom \u2014 room, 1 lamp"_qs));
     QVERIFY(all.contains(u"Hall \u2014 zone"_qs));
     QCOMPARE(all.size(), 1 + 3 * 5);
@@ -196,7 +206,7 @@ void TestHotkeyView::aPickerGroupsTheActionsUnderEachRoomAndTheFilterNarrowsThem
     QCOMPARE(filter->accessibleName(), u"Filter rooms"_qs);
     QTest::keyClicks(filter, u"HALL"_qs);
     QCOMPARE(rows(),
-             (QStringList{u"(No Action)"_qs, u"Hall \u2014 zone"_qs, u"Hall (zone) On"_qs,
+             (QStringList{u"(No action)"_qs, u"Hall \u2014 zone"_qs, u"Hall (zone) On"_qs,
                           u"Hall (zone) Off"_qs, u"Hall (zone) Brighter"_qs, u"Hall (zone) Darker"_qs}));
     filter->clear();
     QCOMPARE(rows(), all);
