@@ -15,6 +15,10 @@
         <source>The bridge&apos;s answer could not be read</source>
         <translation>Die Antwort der Bridge konnte nicht gelesen werden</translation>
     </message>
+    <message>
+        <source>The bridge took only part of the change: %1</source>
+        <translation>Die Bridge hat die Änderung nur teilweise übernommen: %1</translation>
+    </message>
 </context>
 <context>
     <name>AppDelegate</name>
@@ -57,10 +61,6 @@
     <message>
         <source>Settings could not be saved: %1</source>
         <translation>Die Einstellungen konnten nicht gespeichert werden: %1</translation>
-    </message>
-    <message>
-        <source>This desktop shows no system tray, so Glowdeck opens here. For a lamp icon in the panel, the desktop needs a tray (on GNOME, the AppIndicator extension). Closing this window keeps Glowdeck running for its shortcuts; starting Glowdeck again brings the window back.</source>
-        <translation>Diese Arbeitsumgebung zeigt keine Systemleiste, daher öffnet sich Glowdeck hier. Für ein Lampensymbol in der Leiste braucht die Arbeitsumgebung eine Systemleiste (unter GNOME die Erweiterung AppIndicator). Wird dieses Fenster geschlossen, läuft Glowdeck für seine Tastenkürzel weiter; ein erneuter Start von Glowdeck holt das Fenster zurück.</translation>
     </message>
     <message>
         <source>Darkness!</source>
@@ -491,6 +491,14 @@ Glowdeck versucht es weiter und zeigt die %2, sobald sie antwortet. Ist die Brid
         <source>You need to press the link button on your bridge before clicking &quot;Detect and pair&quot; or Connect.</source>
         <translation>Vor dem Klick auf „Suchen und koppeln“ oder „Verbinden“ muss die Link-Taste der Bridge gedrückt werden.</translation>
     </message>
+    <message>
+        <source>interface v2</source>
+        <translation>Schnittstelle v2</translation>
+    </message>
+    <message>
+        <source>interface v1 (older bridge)</source>
+        <translation>Schnittstelle v1 (ältere Bridge)</translation>
+    </message>
 </context>
 <context>
     <name>ControlRow</name>
@@ -505,6 +513,14 @@ Glowdeck versucht es weiter und zeigt die %2, sobald sie antwortet. Ist die Brid
     <message>
         <source>%1 white tone</source>
         <translation>%1 Weißton</translation>
+    </message>
+    <message>
+        <source>%1 colour and white tone</source>
+        <translation>%1 Farbe und Weißton</translation>
+    </message>
+    <message>
+        <source>Show or hide the colour and white tone of %1</source>
+        <translation>Farbe und Weißton von %1 zeigen oder ausblenden</translation>
     </message>
 </context>
 <context>
@@ -540,6 +556,81 @@ Glowdeck versucht es weiter und zeigt die %2, sobald sie antwortet. Ist die Brid
     <message>
         <source>No report could be made; the reason is in the program&apos;s messages.</source>
         <translation>Es konnte kein Bericht erstellt werden; der Grund steht in den Meldungen des Programms.</translation>
+    </message>
+</context>
+<context>
+    <name>DesktopBusService</name>
+    <message>
+        <source>Another program holds the name %1 on the session bus.</source>
+        <translation>Ein anderes Programm belegt den Namen %1 auf dem Sitzungsbus.</translation>
+    </message>
+    <message>
+        <source>bridge_id takes a string.</source>
+        <translation>bridge_id erwartet eine Zeichenkette.</translation>
+    </message>
+    <message>
+        <source>No bridge %1 is served.</source>
+        <translation>Keine Bridge %1 wird bedient.</translation>
+    </message>
+    <message>
+        <source>%1 takes a number from %2 to %3.</source>
+        <translation>%1 erwartet eine Zahl von %2 bis %3.</translation>
+    </message>
+    <message>
+        <source>on takes a boolean.</source>
+        <translation>on erwartet einen Wahrheitswert.</translation>
+    </message>
+    <message>
+        <source>xy takes two numbers from 0 to 1.</source>
+        <translation>xy erwartet zwei Zahlen von 0 bis 1.</translation>
+    </message>
+    <message>
+        <source>Unknown field %1; a change takes on, brightness, brightness_step, xy, mirek, hue and bridge_id.</source>
+        <translation>Unbekanntes Feld %1; eine Änderung kennt on, brightness, brightness_step, xy, mirek, hue und bridge_id.</translation>
+    </message>
+    <message>
+        <source>The change of the room changes nothing.</source>
+        <translation>Die Änderung des Raums ändert nichts.</translation>
+    </message>
+    <message>
+        <source>The change of the lamp changes nothing.</source>
+        <translation>Die Änderung der Lampe ändert nichts.</translation>
+    </message>
+    <message>
+        <source>No %1 has the id or name %2.</source>
+        <translation>%1 mit der ID oder dem Namen %2 gibt es nicht.</translation>
+    </message>
+    <message>
+        <source>%1 names several: %2.</source>
+        <translation>%1 passt auf mehrere: %2.</translation>
+    </message>
+    <message>
+        <source>Give the id, and bridge_id.</source>
+        <translation>Bitte die ID und bridge_id angeben.</translation>
+    </message>
+    <message>
+        <source>lamp</source>
+        <translation>Lampe</translation>
+    </message>
+    <message>
+        <source>The lamp %1 cannot be dimmed.</source>
+        <translation>Die Lampe %1 lässt sich nicht dimmen.</translation>
+    </message>
+    <message>
+        <source>room</source>
+        <translation>Raum</translation>
+    </message>
+    <message>
+        <source>Unknown option %1; a scene takes bridge_id.</source>
+        <translation>Unbekannte Option %1; eine Szene kennt bridge_id.</translation>
+    </message>
+    <message>
+        <source>scene</source>
+        <translation>Szene</translation>
+    </message>
+    <message>
+        <source>SwitchOffIn takes a number of minutes from 1 to 1440.</source>
+        <translation>SwitchOffIn erwartet eine Anzahl Minuten von 1 bis 1440.</translation>
     </message>
 </context>
 <context>
@@ -643,6 +734,29 @@ Glowdeck versucht es weiter und zeigt die %2, sobald sie antwortet. Ist die Brid
     <message>
         <source>%1 (%2)</source>
         <translation>%1 (%2)</translation>
+    </message>
+    <message>
+        <source>zone</source>
+        <translation>Zone</translation>
+    </message>
+    <message>
+        <source>room</source>
+        <translation>Raum</translation>
+    </message>
+    <message>
+        <source>%1, %2</source>
+        <translation>%1, %2</translation>
+    </message>
+    <message numerus="yes">
+        <source>%1, %n lamps</source>
+        <translation>
+            <numerusform>%1, %n Lampe</numerusform>
+            <numerusform>%1, %n Lampen</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>%1 — %2</source>
+        <translation>%1 — %2</translation>
     </message>
 </context>
 <context>
@@ -804,6 +918,14 @@ Glowdeck versucht es weiter und zeigt die %2, sobald sie antwortet. Ist die Brid
         <source>Each of these does one thing to one room. The rooms come from your bridges.</source>
         <translation>Jedes davon bewirkt eine Sache in einem Raum. Die Räume stammen von den Bridges.</translation>
     </message>
+    <message>
+        <source>Filter rooms</source>
+        <translation>Räume filtern</translation>
+    </message>
+    <message>
+        <source>Type part of a room&apos;s name to shorten the lists of room actions.</source>
+        <translation>Einen Teil eines Raumnamens eingeben, um die Listen der Raumaktionen zu kürzen.</translation>
+    </message>
 </context>
 <context>
     <name>ImagePlayer</name>
@@ -928,6 +1050,25 @@ Glowdeck versucht es weiter und zeigt die %2, sobald sie antwortet. Ist die Brid
     <message>
         <source>Zones</source>
         <translation>Zonen</translation>
+    </message>
+    <message>
+        <source>Filter rooms</source>
+        <translation>Räume filtern</translation>
+    </message>
+    <message>
+        <source>Type part of a room&apos;s or a zone&apos;s name. Escape clears it.</source>
+        <translation>Einen Teil des Namens eines Raums oder einer Zone eingeben. Escape leert das Feld.</translation>
+    </message>
+</context>
+<context>
+    <name>ListLights</name>
+    <message>
+        <source>Filter lamps</source>
+        <translation>Lampen filtern</translation>
+    </message>
+    <message>
+        <source>Type part of a lamp&apos;s name. Escape clears it.</source>
+        <translation>Einen Teil eines Lampennamens eingeben. Escape leert das Feld.</translation>
     </message>
 </context>
 <context>
@@ -1284,8 +1425,876 @@ Glowdeck versucht es weiter und zeigt die %2, sobald sie antwortet. Ist die Brid
         <translation>Dieses Programm ist sehr schlicht. Es wohnt in der Systemleiste: Zum Start auf sein Lampensymbol klicken.</translation>
     </message>
     <message>
-        <source>This app is very minimal. This desktop has no tray for its icon, so it opens in a small window of its own.</source>
-        <translation>Dieses Programm ist sehr schlicht. Diese Arbeitsumgebung hat keine Systemleiste für sein Symbol, daher öffnet es sich in einem kleinen eigenen Fenster.</translation>
+        <source>This desktop shows no system tray, so Glowdeck opens in a window of its own. For a lamp icon in the panel, the desktop needs a tray (on GNOME, the AppIndicator extension). Closing the window keeps Glowdeck running for its shortcuts; starting Glowdeck again brings it back.</source>
+        <translation>Diese Arbeitsumgebung zeigt keine Systemleiste, daher öffnet sich Glowdeck in einem eigenen Fenster. Für ein Lampensymbol in der Leiste braucht die Arbeitsumgebung eine Systemleiste (unter GNOME die Erweiterung AppIndicator). Wird das Fenster geschlossen, läuft Glowdeck für seine Tastenkürzel weiter; ein erneuter Start von Glowdeck holt es zurück.</translation>
+    </message>
+</context>
+<context>
+    <name>glowdeckctl</name>
+    <message>
+        <source>Glowdeck refused: %1</source>
+        <translation>Glowdeck hat abgelehnt: %1</translation>
+    </message>
+    <message>
+        <source>Glowdeck serves no bridge %1.</source>
+        <translation>Glowdeck bedient keine Bridge %1.</translation>
+    </message>
+    <message>
+        <source>The lights go off at %1.</source>
+        <translation>Die Lampen gehen um %1 aus.</translation>
+    </message>
+    <message>
+        <source>switch on</source>
+        <translation>einschalten</translation>
+    </message>
+    <message>
+        <source>switch off</source>
+        <translation>ausschalten</translation>
+    </message>
+    <message>
+        <source> or 0%-100% (4 or 1% or less switches off)</source>
+        <translation> oder 0%-100% (4 bzw. 1% oder weniger schaltet aus)</translation>
+    </message>
+    <message>
+        <source> (colour; the lamp keeps its saturation)</source>
+        <translation> (Farbe; die Lampe behält ihre Sättigung)</translation>
+    </message>
+    <message>
+        <source> mired (white tone; higher is warmer)</source>
+        <translation> Mired (Weißton; höher ist wärmer)</translation>
+    </message>
+    <message>
+        <source> or 1%-100% (rooms only: raise the brightness by N)</source>
+        <translation> oder 1%-100% (nur Räume: Helligkeit um N erhöhen)</translation>
+    </message>
+    <message>
+        <source> or 1%-100% (rooms only: lower the brightness by N)</source>
+        <translation> oder 1%-100% (nur Räume: Helligkeit um N senken)</translation>
+    </message>
+    <message>
+        <source>Unexpected argument %1.</source>
+        <translation>Unerwartetes Argument %1.</translation>
+    </message>
+    <message>
+        <source>%1 takes a whole number from %2 to %3</source>
+        <translation>%1 erwartet eine ganze Zahl von %2 bis %3</translation>
+    </message>
+    <message>
+        <source>%1, not %2.</source>
+        <translation>%1, nicht %2.</translation>
+    </message>
+    <message>
+        <source>%1; %2 is out of range.</source>
+        <translation>%1; %2 liegt außerhalb des Bereichs.</translation>
+    </message>
+    <message>
+        <source>&apos;light&apos; needs a lamp id.</source>
+        <translation>„light“ braucht die ID einer Lampe.</translation>
+    </message>
+    <message>
+        <source>The lamp id must not be empty.</source>
+        <translation>Die ID der Lampe darf nicht leer sein.</translation>
+    </message>
+    <message>
+        <source>Unknown change %1 for a lamp; use %2.</source>
+        <translation>Unbekannte Änderung %1 für eine Lampe; möglich sind %2.</translation>
+    </message>
+    <message>
+        <source>&apos;room&apos; needs a room id.</source>
+        <translation>„room“ braucht die ID eines Raums.</translation>
+    </message>
+    <message>
+        <source>The room id must not be empty.</source>
+        <translation>Die ID des Raums darf nicht leer sein.</translation>
+    </message>
+    <message>
+        <source>Unknown change %1 for a room; use %2.</source>
+        <translation>Unbekannte Änderung %1 für einen Raum; möglich sind %2.</translation>
+    </message>
+    <message>
+        <source>&apos;scene&apos; needs a scene id.</source>
+        <translation>„scene“ braucht die ID einer Szene.</translation>
+    </message>
+    <message>
+        <source>The scene id must not be empty.</source>
+        <translation>Die ID der Szene darf nicht leer sein.</translation>
+    </message>
+    <message>
+        <source>&apos;%1 %2&apos; needs a change: %3.</source>
+        <translation>„%1 %2“ braucht eine Änderung: %3.</translation>
+    </message>
+    <message>
+        <source>&apos;%1&apos; needs a number from %2 to %3.</source>
+        <translation>„%1“ braucht eine Zahl von %2 bis %3.</translation>
+    </message>
+    <message>
+        <source> in per cent</source>
+        <translation> in Prozent</translation>
+    </message>
+    <message>
+        <source>List the lamps: id, name, on/off, brightness, kind, product</source>
+        <translation>Die Lampen auflisten: ID, Name, an/aus, Helligkeit, Art, Produkt</translation>
+    </message>
+    <message>
+        <source>List the rooms and zones: id, name, type, on/off, brightness, lamp ids</source>
+        <translation>Die Räume und Zonen auflisten: ID, Name, Typ, an/aus, Helligkeit, Lampen-IDs</translation>
+    </message>
+    <message>
+        <source>List the scenes: id, name, room, type, number of lamps</source>
+        <translation>Die Szenen auflisten: ID, Name, Raum, Typ, Anzahl der Lampen</translation>
+    </message>
+    <message>
+        <source>Change one lamp, named by its id or name (see CHANGE below)</source>
+        <translation>Eine Lampe ändern, genannt per ID oder Name (siehe CHANGE unten)</translation>
+    </message>
+    <message>
+        <source>Change one room or zone, by its id or name (see CHANGE below)</source>
+        <translation>Einen Raum oder eine Zone ändern, per ID oder Name (siehe CHANGE unten)</translation>
+    </message>
+    <message>
+        <source>Recall a scene, named by its id or name</source>
+        <translation>Eine Szene abrufen, genannt per ID oder Name</translation>
+    </message>
+    <message>
+        <source>Switch every lamp on, with one request per bridge</source>
+        <translation>Alle Lampen einschalten, mit einer Anfrage je Bridge</translation>
+    </message>
+    <message>
+        <source>Switch every lamp off, with one request per bridge; with --in, say when</source>
+        <translation>Alle Lampen ausschalten, mit einer Anfrage je Bridge; mit --in zu einer Zeit</translation>
+    </message>
+    <message>
+        <source>Find the bridges on this network and show them; --pick ID stores that one&apos;s address</source>
+        <translation>Die Bridges in diesem Netzwerk suchen und zeigen; --pick ID speichert die Adresse dieser einen</translation>
+    </message>
+    <message>
+        <source>Get a key from the bridge (press its link button); store it beside the other bridges</source>
+        <translation>Einen Schlüssel von der Bridge holen (Link-Taste drücken); neben den anderen Bridges speichern</translation>
+    </message>
+    <message>
+        <source>Show each paired bridge and whether it answers (--json too)</source>
+        <translation>Jede gekoppelte Bridge zeigen und ob sie antwortet (auch --json)</translation>
+    </message>
+    <message>
+        <source>Print each change of a lamp or room as the bridge pushes it, until Ctrl+C (--json too)</source>
+        <translation>Jede Änderung einer Lampe oder eines Raums ausgeben, sobald die Bridge sie meldet, bis Strg+C (auch --json)</translation>
+    </message>
+    <message>
+        <source>List the global shortcuts, their keys and what each does (--json too)</source>
+        <translation>Die globalen Tastenkürzel auflisten, ihre Tasten und was jedes tut (auch --json)</translation>
+    </message>
+    <message>
+        <source> or </source>
+        <translation> oder </translation>
+    </message>
+    <message>
+        <source>Numbers are never negative here, not %1 (a room gets dimmer with &apos;darker N&apos;).</source>
+        <translation>Zahlen sind hier nie negativ, nicht %1 (ein Raum wird mit „darker N“ dunkler).</translation>
+    </message>
+    <message>
+        <source>--%1 is given more than once.</source>
+        <translation>--%1 ist mehrfach angegeben.</translation>
+    </message>
+    <message>
+        <source>--with-key is no more: the records carry no key. The key is stored in the settings file (%1).</source>
+        <translation>--with-key gibt es nicht mehr: Die Einträge enthalten keinen Schlüssel. Der Schlüssel steht in der Einstellungsdatei (%1).</translation>
+    </message>
+    <message>
+        <source>No command given.</source>
+        <translation>Kein Befehl angegeben.</translation>
+    </message>
+    <message>
+        <source>Unknown command %1.</source>
+        <translation>Unbekannter Befehl %1.</translation>
+    </message>
+    <message>
+        <source>--%1 goes with %2 only, not with %3.</source>
+        <translation>--%1 gehört nur zu %2, nicht zu %3.</translation>
+    </message>
+    <message>
+        <source>--pick takes a bridge id (16 hexadecimal digits, as discover lists them), not %1.</source>
+        <translation>--pick erwartet eine Bridge-ID (16 Hexadezimalziffern, wie discover sie auflistet), nicht %1.</translation>
+    </message>
+    <message>
+        <source>--bridge-id takes a bridge id (16 hexadecimal digits, as status lists them), not %1.</source>
+        <translation>--bridge-id erwartet eine Bridge-ID (16 Hexadezimalziffern, wie status sie auflistet), nicht %1.</translation>
+    </message>
+    <message>
+        <source>pair takes --pick, or --bridge and --bridge-id, not both.</source>
+        <translation>pair nimmt --pick oder --bridge und --bridge-id, nicht beides.</translation>
+    </message>
+    <message>
+        <source>--discovery-url takes an http or https URL (an empty one switches the service off), not %1.</source>
+        <translation>--discovery-url erwartet eine http- oder https-URL (eine leere schaltet den Dienst ab), nicht %1.</translation>
+    </message>
+    <message>
+        <source>--bridge takes HOST, HOST:PORT, https://HOST[:PORT] or http://HOST[:PORT], not %1.</source>
+        <translation>--bridge erwartet HOST, HOST:PORT, https://HOST[:PORT] oder http://HOST[:PORT], nicht %1.</translation>
+    </message>
+    <message>
+        <source>--key takes the bridge&apos;s key (letters, digits, &apos;-&apos;, &apos;_&apos;, &apos;.&apos;, &apos;~&apos;), not %1.</source>
+        <translation>--key erwartet den Schlüssel der Bridge (Buchstaben, Ziffern, &apos;-&apos;, &apos;_&apos;, &apos;.&apos;, &apos;~&apos;), nicht %1.</translation>
+    </message>
+    <message>
+        <source>--settings takes a file name.</source>
+        <translation>--settings erwartet einen Dateinamen.</translation>
+    </message>
+    <message>
+        <source>glowdeckctl: %1
+Try &apos;glowdeckctl --help&apos;.
+</source>
+        <translation>glowdeckctl: %1
+Hilfe gibt „glowdeckctl --help“.
+</translation>
+    </message>
+    <message>
+        <source>Usage: glowdeckctl [OPTIONS] COMMAND [ARGUMENTS]
+
+</source>
+        <translation>Aufruf: glowdeckctl [OPTIONEN] BEFEHL [ARGUMENTE]
+
+</translation>
+    </message>
+    <message>
+        <source>Controls the Philips Hue lamps of the bridges Glowdeck is paired with.</source>
+        <translation>Steuert die Philips-Hue-Lampen der Bridges, mit denen Glowdeck gekoppelt ist.</translation>
+    </message>
+    <message>
+        <source>Commands:
+</source>
+        <translation>Befehle:
+</translation>
+    </message>
+    <message>
+        <source>
+CHANGE of light and room:
+</source>
+        <translation>
+CHANGE (Änderung) für light und room:
+</translation>
+    </message>
+    <message>
+        <source>
+Options:
+</source>
+        <translation>
+Optionen:
+</translation>
+    </message>
+    <message>
+        <source>talk to the bridges even while Glowdeck runs (lists, changes, all-on, all-off); otherwise these go through the running Glowdeck, whose window shows them at once</source>
+        <translation>direkt mit den Bridges sprechen, auch während Glowdeck läuft (Listen, Änderungen, all-on, all-off); sonst geht dies über das laufende Glowdeck, dessen Fenster es sofort zeigt</translation>
+    </message>
+    <message>
+        <source>bridge address for this run (HOST, HOST:PORT, https://HOST[:PORT] or http://HOST[:PORT]); only pair stores it (once it has a key)</source>
+        <translation>Bridge-Adresse für diesen Aufruf (HOST, HOST:PORT, https://HOST[:PORT] oder http://HOST[:PORT]); nur pair speichert sie (sobald es einen Schlüssel hat)</translation>
+    </message>
+    <message>
+        <source>the paired bridge for this run; without it lists, watch, status, all-on and all-off serve every paired bridge, and a change the bridge with its id or name</source>
+        <translation>die gekoppelte Bridge für diesen Aufruf; ohne sie gelten Listen, watch, status, all-on und all-off für jede gekoppelte Bridge und eine Änderung für die Bridge mit dieser ID oder diesem Namen</translation>
+    </message>
+    <message>
+        <source>bridge key for this run (not stored)</source>
+        <translation>Bridge-Schlüssel für diesen Aufruf (wird nicht gespeichert)</translation>
+    </message>
+    <message>
+        <source>settings file holding the paired bridges; default $GLOWDECK_SETTINGS, else </source>
+        <translation>Einstellungsdatei mit den gekoppelten Bridges; Vorgabe $GLOWDECK_SETTINGS, sonst </translation>
+    </message>
+    <message>
+        <source>also trust this authority (PEM) for the bridge&apos;s certificate (a test bridge)</source>
+        <translation>dieser Zertifizierungsstelle (PEM) für das Zertifikat der Bridge ebenfalls vertrauen (eine Test-Bridge)</translation>
+    </message>
+    <message>
+        <source>lights, rooms, scenes, discover: print the records as one JSON array, each with its &quot;bridge_id&quot;; status: one JSON object; watch: each change as one JSON object a line, with the field names of the lists</source>
+        <translation>lights, rooms, scenes, discover: die Einträge als ein JSON-Array ausgeben, jeder mit seiner &quot;bridge_id&quot;; status: ein JSON-Objekt; watch: jede Änderung als ein JSON-Objekt pro Zeile, mit den Feldnamen der Listen</translation>
+    </message>
+    <message>
+        <source>all-off: have the bridge switch off in %1 minutes</source>
+        <translation>all-off: die Bridge in %1 Minuten ausschalten lassen</translation>
+    </message>
+    <message>
+        <source>pair: keep asking every second for SECONDS (%1) while you press the link button</source>
+        <translation>pair: SECONDS (%1) lang jede Sekunde fragen, während die Link-Taste gedrückt wird</translation>
+    </message>
+    <message>
+        <source>discover: the discovery service to ask; default $GLOWDECK_DISCOVERY_URL, else Philips&apos; public service; an empty URL asks no service</source>
+        <translation>discover: der zu fragende Suchdienst; Vorgabe $GLOWDECK_DISCOVERY_URL, sonst der öffentliche Dienst von Philips; eine leere URL fragt keinen Dienst</translation>
+    </message>
+    <message>
+        <source>discover, pair: the bridge found with this id, when several answer</source>
+        <translation>discover, pair: die gefundene Bridge mit dieser ID, wenn mehrere antworten</translation>
+    </message>
+    <message>
+        <source>show this help</source>
+        <translation>diese Hilfe zeigen</translation>
+    </message>
+    <message>
+        <source>show the version</source>
+        <translation>die Version zeigen</translation>
+    </message>
+    <message>
+        <source>Each bridge&apos;s address and key are kept in the settings file: &apos;discover --pick ID&apos; stores the address, &apos;pair&apos; the key, and the other commands use them. A lamp, room or scene is named by its id or, when no record has that id, by its name; an id found on several paired bridges needs --bridge-id.</source>
+        <translation>Adresse und Schlüssel jeder Bridge stehen in der Einstellungsdatei: „discover --pick ID“ speichert die Adresse, „pair“ den Schlüssel, und die anderen Befehle verwenden sie. Eine Lampe, ein Raum oder eine Szene wird per ID genannt oder, wenn kein Eintrag diese ID hat, per Name; eine ID auf mehreren gekoppelten Bridges braucht --bridge-id.</translation>
+    </message>
+    <message>
+        <source>A change is done once the bridge has answered it, or once the running Glowdeck has queued it; every wait is bounded (a list 10 s, a change 5 s, pairing and discovery 15 s). watch runs until Ctrl+C (or SIGTERM), then exits 0.</source>
+        <translation>Eine Änderung ist erledigt, sobald die Bridge sie beantwortet oder das laufende Glowdeck sie eingereiht hat; jedes Warten ist begrenzt (eine Liste 10 s, eine Änderung 5 s, Koppeln und Suche 15 s). watch läuft bis Strg+C (oder SIGTERM) und endet dann mit 0.</translation>
+    </message>
+    <message>
+        <source>Exit status: 0 done; 1 no bridge was found, or it could not be reached, paired with or used, it refused or did not answer a change, no lamp, room or scene has that id or name (or there is no event stream to watch), or the settings file could not be written (a list still shows the bridges that answered); 2 bad command line, a --bridge-id that is not paired, or an id or name that fits several (nothing is sent).</source>
+        <translation>Rückgabewert: 0 erledigt; 1 keine Bridge gefunden, oder sie war nicht erreichbar, nicht zu koppeln oder zu nutzen, sie hat eine Änderung abgelehnt oder nicht beantwortet, keine Lampe, kein Raum und keine Szene hat diese ID oder diesen Namen (oder es gibt keinen Ereignisstrom zum Beobachten), oder die Einstellungsdatei ließ sich nicht schreiben (eine Liste zeigt trotzdem die Bridges, die geantwortet haben); 2 fehlerhafte Befehlszeile, eine nicht gekoppelte --bridge-id oder eine ID oder ein Name, der auf mehrere passt (nichts wird gesendet).</translation>
+    </message>
+    <message>
+        <source>none is</source>
+        <translation>keine ist es</translation>
+    </message>
+    <message>
+        <source>paired: </source>
+        <translation>gekoppelt: </translation>
+    </message>
+    <message>
+        <source>No bridge %1 is paired in %2; %3.</source>
+        <translation>Keine Bridge %1 ist in %2 gekoppelt; %3.</translation>
+    </message>
+    <message>
+        <source>--key is the key of one bridge: name it with --bridge-id or --bridge.</source>
+        <translation>--key ist der Schlüssel einer Bridge: sie mit --bridge-id oder --bridge nennen.</translation>
+    </message>
+    <message>
+        <source>No bridge address and key</source>
+        <translation>Keine Bridge-Adresse und kein Schlüssel</translation>
+    </message>
+    <message>
+        <source>No bridge address</source>
+        <translation>Keine Bridge-Adresse</translation>
+    </message>
+    <message>
+        <source>No bridge key</source>
+        <translation>Kein Bridge-Schlüssel</translation>
+    </message>
+    <message>
+        <source>stored in %1</source>
+        <translation>in %1 gespeichert</translation>
+    </message>
+    <message>
+        <source>known: there is no settings file %1</source>
+        <translation>bekannt: Es gibt keine Einstellungsdatei %1</translation>
+    </message>
+    <message>
+        <source>%1 %2.
+Run &apos;glowdeckctl discover&apos; and &apos;glowdeckctl pair&apos; first, or pass --bridge HOST[:PORT] and --key KEY.</source>
+        <translation>%1 %2.
+Zuerst „glowdeckctl discover“ und „glowdeckctl pair“ ausführen oder --bridge HOST[:PORT] und --key KEY angeben.</translation>
+    </message>
+    <message>
+        <source>The bridge address %1 is not HOST[:PORT] or https://HOST[:PORT].</source>
+        <translation>Die Bridge-Adresse %1 ist weder HOST[:PORT] noch https://HOST[:PORT].</translation>
+    </message>
+    <message>
+        <source>The key stored in %1 goes only to bridge %2. For another bridge pass --key KEY, or pair with it: glowdeckctl pair --bridge %3</source>
+        <translation>Der in %1 gespeicherte Schlüssel geht nur an die Bridge %2. Für eine andere Bridge --key KEY angeben oder mit ihr koppeln: glowdeckctl pair --bridge %3</translation>
+    </message>
+    <message>
+        <source>at %1</source>
+        <translation>unter %1</translation>
+    </message>
+    <message>
+        <source>Bridge %1 at %2 was paired over HTTPS; its key is not sent over plain HTTP.
+%3</source>
+        <translation>Die Bridge %1 unter %2 wurde über HTTPS gekoppelt; ihr Schlüssel wird nicht über einfaches HTTP gesendet.
+%3</translation>
+    </message>
+    <message>
+        <source>%1 does not say which bridge its key belongs to, so it goes to %2 only; the bridge at %3 cannot prove to be that bridge.</source>
+        <translation>%1 sagt nicht, zu welcher Bridge der Schlüssel gehört, daher geht er nur an %2; die Bridge unter %3 kann nicht beweisen, diese Bridge zu sein.</translation>
+    </message>
+    <message>
+        <source>Bridge %1 was paired over plain HTTP, so its key goes to %2 only, not to %3.</source>
+        <translation>Die Bridge %1 wurde über einfaches HTTP gekoppelt, daher geht ihr Schlüssel nur an %2, nicht an %3.</translation>
+    </message>
+    <message>
+        <source>The key of bridge %1 is not sent over plain HTTP, where %2 cannot prove to be that bridge.</source>
+        <translation>Der Schlüssel der Bridge %1 wird nicht über einfaches HTTP gesendet, wo %2 nicht beweisen kann, diese Bridge zu sein.</translation>
+    </message>
+    <message>
+        <source>The bridge at %1 refused %2: %3.</source>
+        <translation>Die Bridge unter %1 hat %2 abgelehnt: %3.</translation>
+    </message>
+    <message>
+        <source>The bridge at %1 answered %2 with HTTP status %3.</source>
+        <translation>Die Bridge unter %1 hat %2 mit HTTP-Status %3 beantwortet.</translation>
+    </message>
+    <message>
+        <source>The bridge at %1 answered %2 with something that is not a Hue bridge&apos;s answer; the change may not have been made.</source>
+        <translation>Die Bridge unter %1 hat %2 mit etwas beantwortet, das keine Antwort einer Hue-Bridge ist; die Änderung wurde vielleicht nicht ausgeführt.</translation>
+    </message>
+    <message>
+        <source>The bridge at %1 did not answer %2 in time (%3 s without data, or %4 s in all); the change may not have been made.</source>
+        <translation>Die Bridge unter %1 hat %2 nicht rechtzeitig beantwortet (%3 s ohne Daten oder %4 s insgesamt); die Änderung wurde vielleicht nicht ausgeführt.</translation>
+    </message>
+    <message>
+        <source>The bridge at %1 did not answer %2: %3.</source>
+        <translation>Die Bridge unter %1 hat %2 nicht beantwortet: %3.</translation>
+    </message>
+    <message>
+        <source>This command is not run here.</source>
+        <translation>Dieser Befehl wird hier nicht ausgeführt.</translation>
+    </message>
+    <message>
+        <source>Bridge %1 is missing from the list.</source>
+        <translation>Die Bridge %1 fehlt in der Liste.</translation>
+    </message>
+    <message>
+        <source>Nothing was sent: a bridge that did not answer may have a light %1 too; name the bridge with --bridge-id ID.</source>
+        <translation>Nichts wurde gesendet: Eine Bridge, die nicht geantwortet hat, kann auch eine Lampe %1 haben; die Bridge mit --bridge-id ID nennen.</translation>
+    </message>
+    <message>
+        <source>Nothing was sent: a bridge that did not answer may have a room %1 too; name the bridge with --bridge-id ID.</source>
+        <translation>Nichts wurde gesendet: Eine Bridge, die nicht geantwortet hat, kann auch einen Raum %1 haben; die Bridge mit --bridge-id ID nennen.</translation>
+    </message>
+    <message>
+        <source>Nothing was sent: a bridge that did not answer may have a scene %1 too; name the bridge with --bridge-id ID.</source>
+        <translation>Nichts wurde gesendet: Eine Bridge, die nicht geantwortet hat, kann auch eine Szene %1 haben; die Bridge mit --bridge-id ID nennen.</translation>
+    </message>
+    <message>
+        <source>The lights go off at %1.
+</source>
+        <translation>Die Lampen gehen um %1 aus.
+</translation>
+    </message>
+    <message>
+        <source>Nothing was sent to the bridge.</source>
+        <translation>Nichts wurde an die Bridge gesendet.</translation>
+    </message>
+    <message>
+        <source>Gave up: the Hue bridge at %1 made no progress for %2 seconds.</source>
+        <translation>Aufgegeben: Die Hue-Bridge unter %1 kam %2 Sekunden lang nicht voran.</translation>
+    </message>
+    <message>
+        <source>--trust-root: %1.</source>
+        <translation>--trust-root: %1.</translation>
+    </message>
+    <message>
+        <source>also trusting %1 (%2) for the bridge&apos;s certificate.</source>
+        <translation>vertraue für das Zertifikat der Bridge auch %1 (%2).</translation>
+    </message>
+    <message>
+        <source>No Hue bridge found on this network.</source>
+        <translation>Keine Hue-Bridge in diesem Netzwerk gefunden.</translation>
+    </message>
+    <message>
+        <source>A bridge whose address you know: glowdeckctl pair --bridge HOST[:PORT]</source>
+        <translation>Eine Bridge mit bekannter Adresse: glowdeckctl pair --bridge HOST[:PORT]</translation>
+    </message>
+    <message>
+        <source>Found a Hue bridge at %1: %2 (%3).</source>
+        <translation>Hue-Bridge unter %1 gefunden: %2 (%3).</translation>
+    </message>
+    <message>
+        <source>No bridge %1 answered; nothing was stored.</source>
+        <translation>Keine Bridge %1 hat geantwortet; nichts wurde gespeichert.</translation>
+    </message>
+    <message>
+        <source>Nothing was stored; store a bridge&apos;s address with: glowdeckctl discover --pick ID</source>
+        <translation>Nichts wurde gespeichert; die Adresse einer Bridge speichert: glowdeckctl discover --pick ID</translation>
+    </message>
+    <message>
+        <source>Several bridges answered; pair with yours with: glowdeckctl pair --pick ID</source>
+        <translation>Mehrere Bridges haben geantwortet; mit der eigenen koppeln: glowdeckctl pair --pick ID</translation>
+    </message>
+    <message>
+        <source>A bridge was reported at %1, which is not HOST[:PORT]; nothing was stored.</source>
+        <translation>Eine Bridge wurde unter %1 gemeldet, das ist nicht HOST[:PORT]; nichts wurde gespeichert.</translation>
+    </message>
+    <message>
+        <source>Its address was not stored: %1.</source>
+        <translation>Ihre Adresse wurde nicht gespeichert: %1.</translation>
+    </message>
+    <message>
+        <source>Stored %1 as the bridge address in %2; next: glowdeckctl pair</source>
+        <translation>%1 als Bridge-Adresse in %2 gespeichert; als Nächstes: glowdeckctl pair</translation>
+    </message>
+    <message>
+        <source>No bridge %1 is stored in %2; pair it with --pick %1 or --bridge HOST[:PORT].</source>
+        <translation>Keine Bridge %1 ist in %2 gespeichert; mit --pick %1 oder --bridge HOST[:PORT] koppeln.</translation>
+    </message>
+    <message>
+        <source>No bridge address stored in %1.
+Run &apos;glowdeckctl discover&apos; first, or pass --bridge HOST[:PORT].</source>
+        <translation>Keine Bridge-Adresse in %1 gespeichert.
+Zuerst „glowdeckctl discover“ ausführen oder --bridge HOST[:PORT] angeben.</translation>
+    </message>
+    <message>
+        <source>The stored bridge address %1 is not HOST[:PORT]; run &apos;glowdeckctl discover&apos; or pass --bridge.</source>
+        <translation>Die gespeicherte Bridge-Adresse %1 ist nicht HOST[:PORT]; „glowdeckctl discover“ ausführen oder --bridge angeben.</translation>
+    </message>
+    <message>
+        <source>Press the link button on the bridge at %1; waiting up to %2 seconds.</source>
+        <translation>Die Link-Taste der Bridge unter %1 drücken; es wird bis zu %2 Sekunden gewartet.</translation>
+    </message>
+    <message>
+        <source>The bridge at %1 gave a key, but reading its lamps failed (%2); nothing was stored.</source>
+        <translation>Die Bridge unter %1 hat einen Schlüssel gegeben, aber ihre Lampen ließen sich nicht lesen (%2); nichts wurde gespeichert.</translation>
+    </message>
+    <message>
+        <source>Paired with bridge %1 at %2 over %3: %4, %5, %6.</source>
+        <translation>Mit der Bridge %1 unter %2 über %3 gekoppelt: %4, %5, %6.</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n lights</source>
+        <translation>
+            <numerusform>%n Lampe</numerusform>
+            <numerusform>%n Lampen</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n rooms</source>
+        <translation>
+            <numerusform>%n Raum</numerusform>
+            <numerusform>%n Räume</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n scenes</source>
+        <translation>
+            <numerusform>%n Szene</numerusform>
+            <numerusform>%n Szenen</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>The key was not stored, so it is lost: %1.
+Make the settings file writable (or pass --settings FILE) and pair again.</source>
+        <translation>Der Schlüssel wurde nicht gespeichert und ist damit verloren: %1.
+Die Einstellungsdatei beschreibbar machen (oder --settings FILE angeben) und erneut koppeln.</translation>
+    </message>
+    <message>
+        <source>Stored its address and key in %1.</source>
+        <translation>Adresse und Schlüssel in %1 gespeichert.</translation>
+    </message>
+    <message>
+        <source>No bridge %1 is paired in %2; stored: %3.</source>
+        <translation>Keine Bridge %1 ist in %2 gekoppelt; gespeichert: %3.</translation>
+    </message>
+    <message>
+        <source>Bridge</source>
+        <translation>Bridge</translation>
+    </message>
+    <message>
+        <source>no bridge address stored; run glowdeckctl discover</source>
+        <translation>keine Bridge-Adresse gespeichert; glowdeckctl discover ausführen</translation>
+    </message>
+    <message>
+        <source>the stored address is not HOST[:PORT]; run glowdeckctl discover</source>
+        <translation>die gespeicherte Adresse ist nicht HOST[:PORT]; glowdeckctl discover ausführen</translation>
+    </message>
+    <message>
+        <source>Bridge id</source>
+        <translation>Bridge-ID</translation>
+    </message>
+    <message>
+        <source>Transport</source>
+        <translation>Transport</translation>
+    </message>
+    <message>
+        <source>answers; no key yet: run glowdeckctl pair</source>
+        <translation>antwortet; noch kein Schlüssel: glowdeckctl pair ausführen</translation>
+    </message>
+    <message>
+        <source>answers (%1)</source>
+        <translation>antwortet (%1)</translation>
+    </message>
+    <message>
+        <source>Interface</source>
+        <translation>Schnittstelle</translation>
+    </message>
+    <message>
+        <source>unknown (the bridge is busy)</source>
+        <translation>unbekannt (die Bridge ist ausgelastet)</translation>
+    </message>
+    <message>
+        <source>answers, but sent no lamps for this key; run glowdeckctl pair</source>
+        <translation>antwortet, sendet aber für diesen Schlüssel keine Lampen; glowdeckctl pair ausführen</translation>
+    </message>
+    <message>
+        <source>answers too slowly: gave up on its lamps after %1 s</source>
+        <translation>antwortet zu langsam: Lampen nach %1 s aufgegeben</translation>
+    </message>
+    <message>
+        <source>does not answer</source>
+        <translation>antwortet nicht</translation>
+    </message>
+    <message>
+        <source>answers, but its lamps cannot be read</source>
+        <translation>antwortet, aber ihre Lampen lassen sich nicht lesen</translation>
+    </message>
+    <message>
+        <source>no event stream over plain HTTP</source>
+        <translation>kein Ereignisstrom über einfaches HTTP</translation>
+    </message>
+    <message>
+        <source>the event stream did not answer within %1 s</source>
+        <translation>der Ereignisstrom hat nicht innerhalb von %1 s geantwortet</translation>
+    </message>
+    <message>
+        <source>Updates</source>
+        <translation>Aktualisierung</translation>
+    </message>
+    <message>
+        <source>live updates (the bridge pushes its changes)</source>
+        <translation>live (die Bridge meldet ihre Änderungen)</translation>
+    </message>
+    <message>
+        <source>reading every %1 s (%2)</source>
+        <translation>Lesen alle %1 s (%2)</translation>
+    </message>
+    <message>
+        <source>Settings file</source>
+        <translation>Einstellungsdatei</translation>
+    </message>
+    <message>
+        <source> (not there yet)</source>
+        <translation> (noch nicht vorhanden)</translation>
+    </message>
+    <message>
+        <source>Glowdeck</source>
+        <translation>Glowdeck</translation>
+    </message>
+    <message>
+        <source>running: lists and changes go through it</source>
+        <translation>läuft: Listen und Änderungen gehen darüber</translation>
+    </message>
+    <message>
+        <source>not running with this settings file</source>
+        <translation>läuft nicht mit dieser Einstellungsdatei</translation>
+    </message>
+    <message>
+        <source>Bridge name</source>
+        <translation>Bridge-Name</translation>
+    </message>
+    <message>
+        <source>Bridge address</source>
+        <translation>Bridge-Adresse</translation>
+    </message>
+    <message>
+        <source> (from --bridge)</source>
+        <translation> (aus --bridge)</translation>
+    </message>
+    <message>
+        <source>Key stored</source>
+        <translation>Schlüssel gespeichert</translation>
+    </message>
+    <message>
+        <source>yes</source>
+        <translation>ja</translation>
+    </message>
+    <message>
+        <source>no</source>
+        <translation>nein</translation>
+    </message>
+    <message>
+        <source> (this run uses --key)</source>
+        <translation> (dieser Aufruf verwendet --key)</translation>
+    </message>
+    <message>
+        <source>bridge %1, not stored</source>
+        <translation>Bridge %1, nicht gespeichert</translation>
+    </message>
+    <message>
+        <source>the first bridge</source>
+        <translation>die erste Bridge</translation>
+    </message>
+    <message>
+        <source>room %1 on</source>
+        <translation>Raum %1 an</translation>
+    </message>
+    <message>
+        <source>room %1 off</source>
+        <translation>Raum %1 aus</translation>
+    </message>
+    <message>
+        <source>room %1 brighter</source>
+        <translation>Raum %1 heller</translation>
+    </message>
+    <message>
+        <source>room %1 darker</source>
+        <translation>Raum %1 dunkler</translation>
+    </message>
+    <message>
+        <source>nothing</source>
+        <translation>nichts</translation>
+    </message>
+    <message>
+        <source>nothing (&quot;%1&quot; is no room action)</source>
+        <translation>nichts („%1“ ist keine Raumaktion)</translation>
+    </message>
+    <message>
+        <source>every room on</source>
+        <translation>alle Räume an</translation>
+    </message>
+    <message>
+        <source>every room off</source>
+        <translation>alle Räume aus</translation>
+    </message>
+    <message>
+        <source>every room brighter by %1</source>
+        <translation>alle Räume um %1 heller</translation>
+    </message>
+    <message>
+        <source>every room darker by %1</source>
+        <translation>alle Räume um %1 dunkler</translation>
+    </message>
+    <message>
+        <source>every room red</source>
+        <translation>alle Räume rot</translation>
+    </message>
+    <message>
+        <source>every room blue</source>
+        <translation>alle Räume blau</translation>
+    </message>
+    <message>
+        <source>every room white</source>
+        <translation>alle Räume weiß</translation>
+    </message>
+    <message>
+        <source>open or close the Glowdeck window</source>
+        <translation>Glowdeck-Fenster öffnen oder schließen</translation>
+    </message>
+    <message>
+        <source>(unreadable)</source>
+        <translation>(unlesbar)</translation>
+    </message>
+    <message>
+        <source>NAME</source>
+        <translation>NAME</translation>
+    </message>
+    <message>
+        <source>KEYS</source>
+        <translation>TASTEN</translation>
+    </message>
+    <message>
+        <source>ACTION</source>
+        <translation>AKTION</translation>
+    </message>
+    <message>
+        <source>STATE</source>
+        <translation>ZUSTAND</translation>
+    </message>
+    <message>
+        <source>BRIGHTNESS</source>
+        <translation>HELLIGKEIT</translation>
+    </message>
+    <message>
+        <source>KIND</source>
+        <translation>ART</translation>
+    </message>
+    <message>
+        <source>PRODUCT</source>
+        <translation>PRODUKT</translation>
+    </message>
+    <message>
+        <source>TYPE</source>
+        <translation>TYP</translation>
+    </message>
+    <message>
+        <source>LIGHTS</source>
+        <translation>LAMPEN</translation>
+    </message>
+    <message>
+        <source>ROOM</source>
+        <translation>RAUM</translation>
+    </message>
+    <message>
+        <source>Nothing was sent; name one with --bridge-id ID.</source>
+        <translation>Nichts wurde gesendet; eine mit --bridge-id ID nennen.</translation>
+    </message>
+    <message>
+        <source> on %1</source>
+        <translation> auf %1</translation>
+    </message>
+    <message>
+        <source>The name %1 fits several: %2.</source>
+        <translation>Der Name %1 passt auf mehrere: %2.</translation>
+    </message>
+    <message>
+        <source>Nothing was sent; name it by its id.</source>
+        <translation>Nichts wurde gesendet; per ID nennen.</translation>
+    </message>
+    <message>
+        <source>BRIDGE</source>
+        <translation>BRIDGE</translation>
+    </message>
+    <message>
+        <source>No light with the id or name %1 on this bridge.</source>
+        <translation>Keine Lampe mit der ID oder dem Namen %1 auf dieser Bridge.</translation>
+    </message>
+    <message>
+        <source>No light with the id or name %1 on any paired bridge.</source>
+        <translation>Keine Lampe mit der ID oder dem Namen %1 auf einer gekoppelten Bridge.</translation>
+    </message>
+    <message>
+        <source>There is a light %1 on several paired bridges: %2.</source>
+        <translation>Eine Lampe %1 gibt es auf mehreren gekoppelten Bridges: %2.</translation>
+    </message>
+    <message>
+        <source>No room with the id or name %1 on this bridge.</source>
+        <translation>Kein Raum mit der ID oder dem Namen %1 auf dieser Bridge.</translation>
+    </message>
+    <message>
+        <source>No room with the id or name %1 on any paired bridge.</source>
+        <translation>Kein Raum mit der ID oder dem Namen %1 auf einer gekoppelten Bridge.</translation>
+    </message>
+    <message>
+        <source>There is a room %1 on several paired bridges: %2.</source>
+        <translation>Einen Raum %1 gibt es auf mehreren gekoppelten Bridges: %2.</translation>
+    </message>
+    <message>
+        <source>No scene with the id or name %1 on this bridge.</source>
+        <translation>Keine Szene mit der ID oder dem Namen %1 auf dieser Bridge.</translation>
+    </message>
+    <message>
+        <source>No scene with the id or name %1 on any paired bridge.</source>
+        <translation>Keine Szene mit der ID oder dem Namen %1 auf einer gekoppelten Bridge.</translation>
+    </message>
+    <message>
+        <source>There is a scene %1 on several paired bridges: %2.</source>
+        <translation>Eine Szene %1 gibt es auf mehreren gekoppelten Bridges: %2.</translation>
+    </message>
+    <message>
+        <source>the bridge at %1 is reached over plain HTTP, and its event stream needs HTTPS; glowdeckctl lists show its state</source>
+        <translation>die Bridge unter %1 wird über einfaches HTTP erreicht, ihr Ereignisstrom braucht HTTPS; die Listen von glowdeckctl zeigen ihren Zustand</translation>
+    </message>
+    <message>
+        <source>names not read again: %1</source>
+        <translation>Namen nicht neu gelesen: %1</translation>
+    </message>
+    <message>
+        <source>watching the bridge at %1; Ctrl+C ends</source>
+        <translation>beobachte die Bridge unter %1; Strg+C beendet</translation>
+    </message>
+    <message>
+        <source>event stream of the bridge at %1 open again; changes made meanwhile are not told</source>
+        <translation>Ereignisstrom der Bridge unter %1 wieder offen; zwischenzeitliche Änderungen werden nicht gemeldet</translation>
+    </message>
+    <message>
+        <source>event stream: %1</source>
+        <translation>Ereignisstrom: %1</translation>
+    </message>
+    <message>
+        <source>event stream lost: %1; reconnecting</source>
+        <translation>Ereignisstrom verloren: %1; verbinde erneut</translation>
+    </message>
+    <message>
+        <source>event stream not opened: %1; trying again</source>
+        <translation>Ereignisstrom nicht geöffnet: %1; neuer Versuch</translation>
+    </message>
+    <message>
+        <source>the bridge offers no event stream (%1); glowdeckctl lists show its state</source>
+        <translation>die Bridge bietet keinen Ereignisstrom (%1); die Listen von glowdeckctl zeigen ihren Zustand</translation>
+    </message>
+    <message>
+        <source>bridge %1 is not watched</source>
+        <translation>Bridge %1 wird nicht beobachtet</translation>
     </message>
 </context>
 </TS>

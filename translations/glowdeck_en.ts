@@ -15,6 +15,10 @@
         <source>The bridge&apos;s answer could not be read</source>
         <translation type="unfinished"></translation>
     </message>
+    <message>
+        <source>The bridge took only part of the change: %1</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 <context>
     <name>AppDelegate</name>
@@ -56,10 +60,6 @@
     </message>
     <message>
         <source>Settings could not be saved: %1</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>This desktop shows no system tray, so Glowdeck opens here. For a lamp icon in the panel, the desktop needs a tray (on GNOME, the AppIndicator extension). Closing this window keeps Glowdeck running for its shortcuts; starting Glowdeck again brings the window back.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -483,6 +483,14 @@ Glowdeck keeps trying and shows your %2 as soon as it does. Is the bridge switch
         <source>You need to press the link button on your bridge before clicking &quot;Detect and pair&quot; or Connect.</source>
         <translation type="unfinished"></translation>
     </message>
+    <message>
+        <source>interface v2</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>interface v1 (older bridge)</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 <context>
     <name>ControlRow</name>
@@ -496,6 +504,14 @@ Glowdeck keeps trying and shows your %2 as soon as it does. Is the bridge switch
     </message>
     <message>
         <source>%1 white tone</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 colour and white tone</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Show or hide the colour and white tone of %1</source>
         <translation type="unfinished"></translation>
     </message>
 </context>
@@ -531,6 +547,81 @@ Glowdeck keeps trying and shows your %2 as soon as it does. Is the bridge switch
     </message>
     <message>
         <source>No report could be made; the reason is in the program&apos;s messages.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>DesktopBusService</name>
+    <message>
+        <source>Another program holds the name %1 on the session bus.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>bridge_id takes a string.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>No bridge %1 is served.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 takes a number from %2 to %3.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>on takes a boolean.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>xy takes two numbers from 0 to 1.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Unknown field %1; a change takes on, brightness, brightness_step, xy, mirek, hue and bridge_id.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The change of the room changes nothing.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The change of the lamp changes nothing.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>No %1 has the id or name %2.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 names several: %2.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Give the id, and bridge_id.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>lamp</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The lamp %1 cannot be dimmed.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>room</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Unknown option %1; a scene takes bridge_id.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>scene</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>SwitchOffIn takes a number of minutes from 1 to 1440.</source>
         <translation type="unfinished"></translation>
     </message>
 </context>
@@ -634,6 +725,29 @@ Glowdeck keeps trying and shows your %2 as soon as it does. Is the bridge switch
     </message>
     <message>
         <source>%1 (%2)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>zone</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>room</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1, %2</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message numerus="yes">
+        <source>%1, %n lamps</source>
+        <translation>
+            <numerusform>%1, %n lamp</numerusform>
+            <numerusform>%1, %n lamps</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>%1 — %2</source>
         <translation type="unfinished"></translation>
     </message>
 </context>
@@ -796,6 +910,14 @@ Glowdeck keeps trying and shows your %2 as soon as it does. Is the bridge switch
         <source>Each of these does one thing to one room. The rooms come from your bridges.</source>
         <translation type="unfinished"></translation>
     </message>
+    <message>
+        <source>Filter rooms</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Type part of a room&apos;s name to shorten the lists of room actions.</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 <context>
     <name>ImagePlayer</name>
@@ -919,6 +1041,25 @@ Glowdeck keeps trying and shows your %2 as soon as it does. Is the bridge switch
     <name>ListGroups</name>
     <message>
         <source>Zones</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Filter rooms</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Type part of a room&apos;s or a zone&apos;s name. Escape clears it.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>ListLights</name>
+    <message>
+        <source>Filter lamps</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Type part of a lamp&apos;s name. Escape clears it.</source>
         <translation type="unfinished"></translation>
     </message>
 </context>
@@ -1276,7 +1417,861 @@ Glowdeck keeps trying and shows your %2 as soon as it does. Is the bridge switch
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>This app is very minimal. This desktop has no tray for its icon, so it opens in a small window of its own.</source>
+        <source>This desktop shows no system tray, so Glowdeck opens in a window of its own. For a lamp icon in the panel, the desktop needs a tray (on GNOME, the AppIndicator extension). Closing the window keeps Glowdeck running for its shortcuts; starting Glowdeck again brings it back.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>glowdeckctl</name>
+    <message>
+        <source>Glowdeck refused: %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Glowdeck serves no bridge %1.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The lights go off at %1.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>switch on</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>switch off</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source> or 0%-100% (4 or 1% or less switches off)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source> (colour; the lamp keeps its saturation)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source> mired (white tone; higher is warmer)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source> or 1%-100% (rooms only: raise the brightness by N)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source> or 1%-100% (rooms only: lower the brightness by N)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Unexpected argument %1.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 takes a whole number from %2 to %3</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1, not %2.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1; %2 is out of range.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&apos;light&apos; needs a lamp id.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The lamp id must not be empty.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Unknown change %1 for a lamp; use %2.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&apos;room&apos; needs a room id.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The room id must not be empty.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Unknown change %1 for a room; use %2.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&apos;scene&apos; needs a scene id.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The scene id must not be empty.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&apos;%1 %2&apos; needs a change: %3.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&apos;%1&apos; needs a number from %2 to %3.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source> in per cent</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>List the lamps: id, name, on/off, brightness, kind, product</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>List the rooms and zones: id, name, type, on/off, brightness, lamp ids</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>List the scenes: id, name, room, type, number of lamps</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Change one lamp, named by its id or name (see CHANGE below)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Change one room or zone, by its id or name (see CHANGE below)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Recall a scene, named by its id or name</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Switch every lamp on, with one request per bridge</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Switch every lamp off, with one request per bridge; with --in, say when</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Find the bridges on this network and show them; --pick ID stores that one&apos;s address</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Get a key from the bridge (press its link button); store it beside the other bridges</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Show each paired bridge and whether it answers (--json too)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Print each change of a lamp or room as the bridge pushes it, until Ctrl+C (--json too)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>List the global shortcuts, their keys and what each does (--json too)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source> or </source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Numbers are never negative here, not %1 (a room gets dimmer with &apos;darker N&apos;).</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>--%1 is given more than once.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>--with-key is no more: the records carry no key. The key is stored in the settings file (%1).</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>No command given.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Unknown command %1.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>--%1 goes with %2 only, not with %3.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>--pick takes a bridge id (16 hexadecimal digits, as discover lists them), not %1.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>--bridge-id takes a bridge id (16 hexadecimal digits, as status lists them), not %1.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>pair takes --pick, or --bridge and --bridge-id, not both.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>--discovery-url takes an http or https URL (an empty one switches the service off), not %1.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>--bridge takes HOST, HOST:PORT, https://HOST[:PORT] or http://HOST[:PORT], not %1.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>--key takes the bridge&apos;s key (letters, digits, &apos;-&apos;, &apos;_&apos;, &apos;.&apos;, &apos;~&apos;), not %1.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>--settings takes a file name.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>glowdeckctl: %1
+Try &apos;glowdeckctl --help&apos;.
+</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Usage: glowdeckctl [OPTIONS] COMMAND [ARGUMENTS]
+
+</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Controls the Philips Hue lamps of the bridges Glowdeck is paired with.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Commands:
+</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>
+CHANGE of light and room:
+</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>
+Options:
+</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>talk to the bridges even while Glowdeck runs (lists, changes, all-on, all-off); otherwise these go through the running Glowdeck, whose window shows them at once</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>bridge address for this run (HOST, HOST:PORT, https://HOST[:PORT] or http://HOST[:PORT]); only pair stores it (once it has a key)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the paired bridge for this run; without it lists, watch, status, all-on and all-off serve every paired bridge, and a change the bridge with its id or name</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>bridge key for this run (not stored)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>settings file holding the paired bridges; default $GLOWDECK_SETTINGS, else </source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>also trust this authority (PEM) for the bridge&apos;s certificate (a test bridge)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>lights, rooms, scenes, discover: print the records as one JSON array, each with its &quot;bridge_id&quot;; status: one JSON object; watch: each change as one JSON object a line, with the field names of the lists</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>all-off: have the bridge switch off in %1 minutes</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>pair: keep asking every second for SECONDS (%1) while you press the link button</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>discover: the discovery service to ask; default $GLOWDECK_DISCOVERY_URL, else Philips&apos; public service; an empty URL asks no service</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>discover, pair: the bridge found with this id, when several answer</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>show this help</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>show the version</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Each bridge&apos;s address and key are kept in the settings file: &apos;discover --pick ID&apos; stores the address, &apos;pair&apos; the key, and the other commands use them. A lamp, room or scene is named by its id or, when no record has that id, by its name; an id found on several paired bridges needs --bridge-id.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>A change is done once the bridge has answered it, or once the running Glowdeck has queued it; every wait is bounded (a list 10 s, a change 5 s, pairing and discovery 15 s). watch runs until Ctrl+C (or SIGTERM), then exits 0.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Exit status: 0 done; 1 no bridge was found, or it could not be reached, paired with or used, it refused or did not answer a change, no lamp, room or scene has that id or name (or there is no event stream to watch), or the settings file could not be written (a list still shows the bridges that answered); 2 bad command line, a --bridge-id that is not paired, or an id or name that fits several (nothing is sent).</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>none is</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>paired: </source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>No bridge %1 is paired in %2; %3.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>--key is the key of one bridge: name it with --bridge-id or --bridge.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>No bridge address and key</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>No bridge address</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>No bridge key</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>stored in %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>known: there is no settings file %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 %2.
+Run &apos;glowdeckctl discover&apos; and &apos;glowdeckctl pair&apos; first, or pass --bridge HOST[:PORT] and --key KEY.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The bridge address %1 is not HOST[:PORT] or https://HOST[:PORT].</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The key stored in %1 goes only to bridge %2. For another bridge pass --key KEY, or pair with it: glowdeckctl pair --bridge %3</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>at %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Bridge %1 at %2 was paired over HTTPS; its key is not sent over plain HTTP.
+%3</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 does not say which bridge its key belongs to, so it goes to %2 only; the bridge at %3 cannot prove to be that bridge.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Bridge %1 was paired over plain HTTP, so its key goes to %2 only, not to %3.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The key of bridge %1 is not sent over plain HTTP, where %2 cannot prove to be that bridge.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The bridge at %1 refused %2: %3.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The bridge at %1 answered %2 with HTTP status %3.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The bridge at %1 answered %2 with something that is not a Hue bridge&apos;s answer; the change may not have been made.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The bridge at %1 did not answer %2 in time (%3 s without data, or %4 s in all); the change may not have been made.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The bridge at %1 did not answer %2: %3.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>This command is not run here.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Bridge %1 is missing from the list.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Nothing was sent: a bridge that did not answer may have a light %1 too; name the bridge with --bridge-id ID.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Nothing was sent: a bridge that did not answer may have a room %1 too; name the bridge with --bridge-id ID.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Nothing was sent: a bridge that did not answer may have a scene %1 too; name the bridge with --bridge-id ID.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The lights go off at %1.
+</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Nothing was sent to the bridge.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Gave up: the Hue bridge at %1 made no progress for %2 seconds.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>--trust-root: %1.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>also trusting %1 (%2) for the bridge&apos;s certificate.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>No Hue bridge found on this network.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>A bridge whose address you know: glowdeckctl pair --bridge HOST[:PORT]</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Found a Hue bridge at %1: %2 (%3).</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>No bridge %1 answered; nothing was stored.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Nothing was stored; store a bridge&apos;s address with: glowdeckctl discover --pick ID</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Several bridges answered; pair with yours with: glowdeckctl pair --pick ID</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>A bridge was reported at %1, which is not HOST[:PORT]; nothing was stored.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Its address was not stored: %1.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Stored %1 as the bridge address in %2; next: glowdeckctl pair</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>No bridge %1 is stored in %2; pair it with --pick %1 or --bridge HOST[:PORT].</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>No bridge address stored in %1.
+Run &apos;glowdeckctl discover&apos; first, or pass --bridge HOST[:PORT].</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The stored bridge address %1 is not HOST[:PORT]; run &apos;glowdeckctl discover&apos; or pass --bridge.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Press the link button on the bridge at %1; waiting up to %2 seconds.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The bridge at %1 gave a key, but reading its lamps failed (%2); nothing was stored.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Paired with bridge %1 at %2 over %3: %4, %5, %6.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message numerus="yes">
+        <source>%n lights</source>
+        <translation>
+            <numerusform>%n light</numerusform>
+            <numerusform>%n lights</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n rooms</source>
+        <translation>
+            <numerusform>%n room</numerusform>
+            <numerusform>%n rooms</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n scenes</source>
+        <translation>
+            <numerusform>%n scene</numerusform>
+            <numerusform>%n scenes</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>The key was not stored, so it is lost: %1.
+Make the settings file writable (or pass --settings FILE) and pair again.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Stored its address and key in %1.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>No bridge %1 is paired in %2; stored: %3.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Bridge</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>no bridge address stored; run glowdeckctl discover</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the stored address is not HOST[:PORT]; run glowdeckctl discover</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Bridge id</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Transport</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>answers; no key yet: run glowdeckctl pair</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>answers (%1)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Interface</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>unknown (the bridge is busy)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>answers, but sent no lamps for this key; run glowdeckctl pair</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>answers too slowly: gave up on its lamps after %1 s</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>does not answer</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>answers, but its lamps cannot be read</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>no event stream over plain HTTP</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the event stream did not answer within %1 s</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Updates</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>live updates (the bridge pushes its changes)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>reading every %1 s (%2)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Settings file</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source> (not there yet)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Glowdeck</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>running: lists and changes go through it</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>not running with this settings file</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Bridge name</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Bridge address</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source> (from --bridge)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Key stored</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>yes</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>no</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source> (this run uses --key)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>bridge %1, not stored</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the first bridge</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>room %1 on</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>room %1 off</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>room %1 brighter</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>room %1 darker</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>nothing</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>nothing (&quot;%1&quot; is no room action)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>every room on</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>every room off</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>every room brighter by %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>every room darker by %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>every room red</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>every room blue</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>every room white</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>open or close the Glowdeck window</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>(unreadable)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>NAME</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>KEYS</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>ACTION</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>STATE</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>BRIGHTNESS</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>KIND</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>PRODUCT</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>TYPE</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>LIGHTS</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>ROOM</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Nothing was sent; name one with --bridge-id ID.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source> on %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The name %1 fits several: %2.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Nothing was sent; name it by its id.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>BRIDGE</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>No light with the id or name %1 on this bridge.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>No light with the id or name %1 on any paired bridge.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>There is a light %1 on several paired bridges: %2.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>No room with the id or name %1 on this bridge.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>No room with the id or name %1 on any paired bridge.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>There is a room %1 on several paired bridges: %2.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>No scene with the id or name %1 on this bridge.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>No scene with the id or name %1 on any paired bridge.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>There is a scene %1 on several paired bridges: %2.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the bridge at %1 is reached over plain HTTP, and its event stream needs HTTPS; glowdeckctl lists show its state</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>names not read again: %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>watching the bridge at %1; Ctrl+C ends</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>event stream of the bridge at %1 open again; changes made meanwhile are not told</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>event stream: %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>event stream lost: %1; reconnecting</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>event stream not opened: %1; trying again</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the bridge offers no event stream (%1); glowdeckctl lists show its state</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>bridge %1 is not watched</source>
         <translation type="unfinished"></translation>
     </message>
 </context>

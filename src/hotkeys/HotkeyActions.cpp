@@ -94,8 +94,7 @@ QList<GroupActionOption> HotkeyActions::options(const QList<BridgeRooms>& bridge
             if (roomBridges.value(room.name.toCaseFolded()).size() > 1 && !bridgeLabel.isEmpty())
                 kind = tr("%1, %2").arg(kind, bridgeLabel);
             else if (namesOnBridge.value(onBridge(b, room)) > 1)
-                kind = room.lights.size() == 1 ? tr("%1, 1 lamp").arg(kind)
-                                               : tr("%1, %2 lamps").arg(kind).arg(room.lights.size());
+                kind = tr("%1, %n lamps", nullptr, int(room.lights.size())).arg(kind);
             const QString section = tr("%1 \u2014 %2").arg(room.name, kind);
             for (const ActionWord& action : actionWords)
                 list.append({prefix + room.group_id + u'_' + QLatin1String(action.word),

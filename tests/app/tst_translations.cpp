@@ -20,6 +20,7 @@ private Q_SLOTS:
     void theSystemLocaleChoosesTheLanguageAndTheTimes();
     void thePanesSpeakTheLanguageWithItsPluralForms_data();
     void thePanesSpeakTheLanguageWithItsPluralForms();
+    void theProgramsHelpSpeaksTheSystemLanguage_data();
     void theProgramsHelpSpeaksTheSystemLanguage();
 };
 
@@ -95,18 +96,46 @@ void TestTranslations::thePanesSpeakTheLanguageWithItsPluralForms()
     QTRY_VERIFY2(hint->text().contains(settingsLink), qPrintable(hint->text()));
 }
 
+void TestTranslations::theProgramsHelpSpeaksTheSystemLanguage_data()
+{
+    QTest::addColumn<QString>("program");
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<int>("exitCode");
+    QTest::addColumn<bool>("onStandardError");
+    QTest::addColumn<QString>("expected");
+    QTest::newRow("glowdeck --help") << QStringLiteral(GLOWDECK_PROGRAM) << QStringList{u"--help"_qs} << 0
+                                     << false << u"Die Einstellungen in <Datei> lesen und schreiben."_qs;
+    // The help of glowdeckctl fits a terminal of 80 columns in German too, whose words are longer.
+    QTest::newRow("glowdeckctl --help")
+        << QStringLiteral(GLOWDECKCTL_PROGRAM) << QStringList{u"--help"_qs} << 0 << false
+        << u"Alle Lampen ausschalten, mit einer Anfrage je Bridge"_qs;
+    QTest::newRow("glowdeckctl usage error")
+        << QStringLiteral(GLOWDECKCTL_PROGRAM) << QStringList{u"light"_qs} << 2 << true
+        << u"glowdeckctl: \u201elight\u201c braucht die ID einer Lampe.\nHilfe gibt \u201eglowdeckctl --help\u201c.\n"_qs;
+}
+
 void TestTranslations::theProgramsHelpSpeaksTheSystemLanguage()
 {
-    QProcess program;
+    QFETCH(QString, program);
+    QFETCH(QStringList, arguments);
+    QFETCH(int, exitCode);
+    QFETCH(bool, onStandardError);
+    QFETCH(QString, expected);
+    QProcess process;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(QStringLiteral("LC_ALL"), QStringLiteral("de_DE.UTF-8"));
     environment.remove(QStringLiteral("LANGUAGE"));
-    program.setProcessEnvironment(environment);
-    program.start(QStringLiteral(GLOWDECK_PROGRAM), {QStringLiteral("--help")});
-    QVERIFY(program.waitForFinished(30000));
-    const QString help = QString::fromUtf8(program.readAllStandardOutput());
-    QCOMPARE(program.exitCode(), 0);
-    QVERIFY2(help.contains(u"Die Einstellungen in <Datei> lesen und schreiben."_qs), qPrintable(help));
+    process.setProcessEnvironment(environment);
+    process.start(program, arguments);
+    QVERIFY(process.waitForFinished(30000));
+    const QString text =
+        QString::fromUtf8(onStandardError ? process.readAllStandardError() : process.readAllStandardOutput());
+    QCOMPARE(process.exitCode(), exitCode);
+    QVERIFY2(text.contains(expected), qPrintable(text));
+    if (program == QStringLiteral(GLOWDECKCTL_PROGRAM)) {
+        for (const QString& line : text.split(u'\n'))
+            QVERIFY2(line.size() <= 80, qPrintable(line));
+    }
 }
 
 int main(int argc, char** argv)

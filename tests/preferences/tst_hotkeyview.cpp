@@ -1,5 +1,6 @@
 #include "HotkeyBench.h"
 #include "hotkeys/recorder/RecorderField.h"
+#include "i18n/Translations.h"
 #include "preferences/panes/GroupActionPicker.h"
 #include "preferences/panes/HotkeyView.h"
 #include "preferences/panes/SegmentedControl.h"
@@ -10,6 +11,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QListView>
+#include <QLocale>
 #include <QTest>
 
 #include <memory>
@@ -19,6 +21,7 @@ class TestHotkeyView final : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void initTestCase();
     void init();
     void cleanup();
     void withNoRoomsEachPickerOffersOnlyNoAction();
@@ -40,6 +43,13 @@ private:
     std::unique_ptr<HotkeyBench> m_bench;
     std::unique_ptr<HotkeyView> m_view;
 };
+
+void TestHotkeyView::initTestCase()
+{
+    // The headings count lamps in English ("1 lamp", "3 lamps"), as the program speaks it in an English
+    // locale.
+    Translations::install(QLocale(QLocale::English));
+}
 
 void TestHotkeyView::init()
 {

@@ -24,11 +24,6 @@ namespace {
 // The application answers from its live state; it only waits when it is busy drawing.
 constexpr int callTimeout = 5000;
 
-QString tr(const char* text)
-{
-    return QCoreApplication::translate("CtlApp", text);
-}
-
 QString canonical(const QString& file)
 {
     const QString path = QFileInfo(file).canonicalFilePath();
@@ -46,7 +41,7 @@ std::optional<QList<QVariant>> call(const QString& method, const QVariantList& a
         return reply.arguments();
     // The interface refuses an ambiguous name as the command line would: nothing was sent.
     failure = reply.errorName() == BusNames::ambiguous ? exitUsage : exitFailed;
-    printError(tr("Glowdeck refused: %1").arg(Ctl::printable(reply.errorMessage())));
+    printError(Ctl::Text::tr("Glowdeck refused: %1").arg(Ctl::printable(reply.errorMessage())));
     return std::nullopt;
 }
 
@@ -71,7 +66,7 @@ std::optional<QList<CtlHome>> homes(CtlCommand command, const QString& bridgeId,
             homes.append(CtlHome{.bridgeId = id, .label = bridge.value(QStringLiteral("name")).toString()});
     }
     if (homes.isEmpty()) {
-        printError(tr("Glowdeck serves no bridge %1.").arg(bridgeId));
+        printError(Ctl::Text::tr("Glowdeck serves no bridge %1.").arg(bridgeId));
         failure = exitUsage;
         return std::nullopt;
     }
@@ -239,7 +234,9 @@ int CtlApp::run(const CtlInvocation& invocation)
         if (!reply || reply->isEmpty())
             return failure;
         const QDateTime at = QDateTime::fromString(reply->constFirst().toString(), Qt::ISODate).toLocalTime();
-        Ctl::write(stdout, tr("The lights go off at %1.").arg(at.toString(QStringLiteral("HH:mm"))) + u'\n');
+        Ctl::write(stdout,
+                   Ctl::Text::tr("The lights go off at %1.").arg(at.toString(QStringLiteral("HH:mm"))) +
+                       u'\n');
         return exitDone;
     }
     default:

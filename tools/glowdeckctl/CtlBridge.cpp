@@ -42,8 +42,8 @@ QString pairedIds(const QList<BridgeContact>& bridges)
             ids << bridge.id + (bridge.name.isEmpty() ? QString()
                                                       : QStringLiteral(" (%1)").arg(printable(bridge.name)));
     }
-    return ids.isEmpty() ? QStringLiteral("none is")
-                         : QStringLiteral("paired: ") + ids.join(QStringLiteral(", "));
+    return ids.isEmpty() ? Ctl::Text::tr("none is")
+                         : Ctl::Text::tr("paired: ") + ids.join(QStringLiteral(", "));
 }
 
 } // namespace
@@ -64,7 +64,7 @@ std::vector<std::unique_ptr<CtlBridge>> CtlBridge::open(const CtlInvocation& inv
             return bridge.id.compare(invocation.bridgeId, Qt::CaseInsensitive) == 0;
         });
         if (picked == stored.cend()) {
-            printError(QStringLiteral("No bridge %1 is paired in %2; %3.")
+            printError(Ctl::Text::tr("No bridge %1 is paired in %2; %3.")
                            .arg(invocation.bridgeId, file, pairedIds(stored)));
             failure = exitUsage;
             return {};
@@ -98,7 +98,7 @@ std::vector<std::unique_ptr<CtlBridge>> CtlBridge::open(const CtlInvocation& inv
     } else {
         if (!invocation.key.isEmpty() && stored.size() > 1) {
             printError(
-                QStringLiteral("--key is the key of one bridge: name it with --bridge-id or --bridge."));
+                Ctl::Text::tr("--key is the key of one bridge: name it with --bridge-id or --bridge."));
             failure = exitUsage;
             return {};
         }
@@ -116,15 +116,15 @@ std::vector<std::unique_ptr<CtlBridge>> CtlBridge::open(const CtlInvocation& inv
         }
     }
     if (bridges.empty()) {
-        const QString missing = !addressKnown && !keyKnown ? QStringLiteral("No bridge address and key")
-                                : !addressKnown            ? QStringLiteral("No bridge address")
-                                                           : QStringLiteral("No bridge key");
-        const QString where = fileExists ? QStringLiteral("stored in %1").arg(file)
-                                         : QStringLiteral("known: there is no settings file %1").arg(file);
-        printError(QStringLiteral(
-                       "%1 %2.\nRun 'glowdeckctl discover' and 'glowdeckctl pair' first, or pass --bridge "
-                       "HOST[:PORT] and --key KEY.")
-                       .arg(missing, where));
+        const QString missing = !addressKnown && !keyKnown ? Ctl::Text::tr("No bridge address and key")
+                                : !addressKnown            ? Ctl::Text::tr("No bridge address")
+                                                           : Ctl::Text::tr("No bridge key");
+        const QString where = fileExists ? Ctl::Text::tr("stored in %1").arg(file)
+                                         : Ctl::Text::tr("known: there is no settings file %1").arg(file);
+        printError(
+            Ctl::Text::tr("%1 %2.\nRun 'glowdeckctl discover' and 'glowdeckctl pair' first, or pass --bridge "
+                          "HOST[:PORT] and --key KEY.")
+                .arg(missing, where));
     }
     return bridges;
 }
@@ -165,7 +165,7 @@ void CtlBridge::reach(QNetworkAccessManager& network, QObject* context,
     // --bridge, any bridge whose certificate its maker signed.
     const std::optional<BridgeAddress> address = BridgeAddress::parse(settings().hueIP());
     if (!address) {
-        printError(QStringLiteral("The bridge address %1 is not HOST[:PORT] or https://HOST[:PORT].")
+        printError(Ctl::Text::tr("The bridge address %1 is not HOST[:PORT] or https://HOST[:PORT].")
                        .arg(printable(settings().hueIP())));
         return done(false);
     }
@@ -194,10 +194,10 @@ Ctl::StoredKeyUse Ctl::storedKeyUse(const QString& address, const BridgeContact&
     const std::optional<BridgeAddress> given = BridgeAddress::parse(address);
     const QString where = given ? given->hostAndPort() : printable(address);
     const QString advice =
-        QStringLiteral(
+        Ctl::Text::tr(
             "The key stored in %1 goes only to bridge %2. For another bridge pass --key KEY, or pair "
             "with it: glowdeckctl pair --bridge %3")
-            .arg(file, bridgeId.isEmpty() ? QStringLiteral("at %1").arg(stored.address) : bridgeId,
+            .arg(file, bridgeId.isEmpty() ? Ctl::Text::tr("at %1").arg(stored.address) : bridgeId,
                  printable(address));
     const bool httpsBefore = stored.transport == BridgeAddress::https;
     if (sameBridgeAddress(address, stored.address)) {
@@ -205,24 +205,24 @@ Ctl::StoredKeyUse Ctl::storedKeyUse(const QString& address, const BridgeContact&
         // it there, and only there.
         if (given && given->scheme == BridgeAddress::http && httpsBefore)
             return {{},
-                    QStringLiteral("Bridge %1 at %2 was paired over HTTPS; its key is not sent over plain "
-                                   "HTTP.\n%3")
+                    Ctl::Text::tr("Bridge %1 at %2 was paired over HTTPS; its key is not sent over plain "
+                                  "HTTP.\n%3")
                         .arg(bridgeId, where, advice)};
         return {{stored.transport, stored.identity(), false}, {}, advice};
     }
     QString refusal;
     if (bridgeId.isEmpty())
-        refusal = QStringLiteral("%1 does not say which bridge its key belongs to, so it goes to %2 only; "
-                                 "the bridge at %3 cannot prove to be that bridge.")
+        refusal = Ctl::Text::tr("%1 does not say which bridge its key belongs to, so it goes to %2 only; "
+                                "the bridge at %3 cannot prove to be that bridge.")
                       .arg(file, stored.address, where);
     else if (!httpsBefore)
         refusal =
-            QStringLiteral("Bridge %1 was paired over plain HTTP, so its key goes to %2 only, not to %3.")
+            Ctl::Text::tr("Bridge %1 was paired over plain HTTP, so its key goes to %2 only, not to %3.")
                 .arg(bridgeId, stored.address, where);
     else if (given && given->scheme == BridgeAddress::http)
         refusal =
-            QStringLiteral("The key of bridge %1 is not sent over plain HTTP, where %2 cannot prove to be "
-                           "that bridge.")
+            Ctl::Text::tr("The key of bridge %1 is not sent over plain HTTP, where %2 cannot prove to be "
+                          "that bridge.")
                 .arg(bridgeId, where);
     if (!refusal.isEmpty())
         return {{}, refusal + u'\n' + advice, advice};

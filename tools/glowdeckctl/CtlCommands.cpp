@@ -38,25 +38,25 @@ QString describeFailure(const QString& bridge, const ActionQueueItem& item, cons
     using Kind = WriteOutcome::Kind;
     switch (outcome.kind) {
     case Kind::refused:
-        return QStringLiteral("The bridge at %1 refused %2: %3.")
+        return Ctl::Text::tr("The bridge at %1 refused %2: %3.")
             .arg(bridge, request(item), printable(outcome.detail));
     case Kind::httpError:
-        return QStringLiteral("The bridge at %1 answered %2 with HTTP status %3.")
+        return Ctl::Text::tr("The bridge at %1 answered %2 with HTTP status %3.")
             .arg(bridge, request(item))
             .arg(outcome.status);
     case Kind::unexpected:
-        return QStringLiteral(
+        return Ctl::Text::tr(
                    "The bridge at %1 answered %2 with something that is not a Hue bridge's answer; the "
                    "change may not have been made.")
             .arg(bridge, request(item));
     case Kind::timedOut:
-        return QStringLiteral(
+        return Ctl::Text::tr(
                    "The bridge at %1 did not answer %2 in time (%3 s without data, or %4 s in all); the "
                    "change may not have been made.")
             .arg(bridge, request(item), seconds(ActionQueue::sendTimeout),
                  seconds(ActionQueue::sendDeadline));
     case Kind::noAnswer:
-        return QStringLiteral("The bridge at %1 did not answer %2: %3.")
+        return Ctl::Text::tr("The bridge at %1 did not answer %2: %3.")
             .arg(bridge, request(item), printable(outcome.detail));
     case Kind::accepted:
         break;
@@ -160,7 +160,7 @@ void CtlCommands::fetchRecords(Served& served)
     case CtlCommand::hotkeys:
         break; // CtlConnectionCommands, CtlWatch and CtlHotkeys run these
     }
-    printError(QStringLiteral("This command is not run here."));
+    printError(Ctl::Text::tr("This command is not run here."));
     finish(exitFailed);
 }
 
@@ -228,7 +228,7 @@ void CtlCommands::onAllRead()
             // The lines above say why; these say what the list lacks.
             for (const std::unique_ptr<Served>& served : m_bridges) {
                 if (served->failed)
-                    printError(QStringLiteral("Bridge %1 is missing from the list.")
+                    printError(Ctl::Text::tr("Bridge %1 is missing from the list.")
                                    .arg(printable(served->bridge->label())));
             }
         }
@@ -270,13 +270,21 @@ CtlHome CtlCommands::homeOf(const Served& served)
 
 void CtlCommands::changeTarget()
 {
-    const QString what = CtlOutput::targetWord(m_invocation.command);
     if (m_readFailed) {
         // A bridge that sent no list may have the same id: sending to the other could switch the wrong lamp.
+        const QString text =
+            m_invocation.command == CtlCommand::light
+                ? Ctl::Text::tr(
+                      "Nothing was sent: a bridge that did not answer may have a light %1 too; name "
+                      "the bridge with --bridge-id ID.")
+            : m_invocation.command == CtlCommand::room
+                ? Ctl::Text::tr("Nothing was sent: a bridge that did not answer may have a room %1 too; name "
+                                "the bridge with --bridge-id ID.")
+                : Ctl::Text::tr(
+                      "Nothing was sent: a bridge that did not answer may have a scene %1 too; name "
+                      "the bridge with --bridge-id ID.");
         if (m_bridges.size() > 1)
-            printError(QStringLiteral("Nothing was sent: a bridge that did not answer may have a %1 %2 too; "
-                                      "name the bridge with --bridge-id ID.")
-                           .arg(what, printable(m_invocation.targetId)));
+            printError(text.arg(printable(m_invocation.targetId)));
         return finish(exitFailed);
     }
     QList<CtlHome> homes;
@@ -364,7 +372,7 @@ void CtlCommands::switchAll()
     }
     if (m_invocation.offAfterMinutes && !commanded.isEmpty()) {
         const QDateTime at = QDateTime::currentDateTime().addSecs(*m_invocation.offAfterMinutes * 60);
-        m_afterDrain = QStringLiteral("The lights go off at %1.\n").arg(at.toString(QStringLiteral("HH:mm")));
+        m_afterDrain = Ctl::Text::tr("The lights go off at %1.\n").arg(at.toString(QStringLiteral("HH:mm")));
     }
     awaitQueues(commanded);
 }
@@ -376,7 +384,7 @@ void CtlCommands::awaitQueues(const QList<Served*>& commanded)
         if (served->session->queue().isProcessing()) {
             ++m_draining;
         } else {
-            printError(QStringLiteral("Nothing was sent to the bridge."));
+            printError(Ctl::Text::tr("Nothing was sent to the bridge."));
             m_readFailed = true;
         }
     }
@@ -416,7 +424,7 @@ void CtlCommands::giveUp()
         if (served->reading || served->session->queue().isProcessing())
             waiting << served->bridge->settings().hueIP();
     }
-    printError(QStringLiteral("Gave up: the Hue bridge at %1 made no progress for %2 seconds.")
+    printError(Ctl::Text::tr("Gave up: the Hue bridge at %1 made no progress for %2 seconds.")
                    .arg(waiting.join(QStringLiteral(", ")), QString::number(patience.count())));
     finish(exitFailed);
 }

@@ -58,12 +58,12 @@ std::unique_ptr<BridgeNetwork> makeNetwork(const CtlInvocation& invocation)
         QString problem;
         const QList<QSslCertificate> roots = BridgeNetwork::readRoots(file, &problem);
         if (!problem.isEmpty()) {
-            printError(QStringLiteral("--trust-root: %1.").arg(problem));
+            printError(Ctl::Text::tr("--trust-root: %1.").arg(problem));
             return nullptr;
         }
         // Said every time: an extra authority can vouch for any bridge, so it is never there unnoticed.
         for (const QSslCertificate& root : roots)
-            printError(QStringLiteral("also trusting %1 (%2) for the bridge's certificate.")
+            printError(Ctl::Text::tr("also trusting %1 (%2) for the bridge's certificate.")
                            .arg(printable(root.subjectInfo(QSslCertificate::CommonName).value(0)), file));
         network->addTrustRoots(roots);
     }
@@ -83,11 +83,6 @@ QString clause(const QString& sentence)
 QString seconds(std::chrono::milliseconds duration)
 {
     return QString::number(duration.count() / 1000.0);
-}
-
-QString counted(qsizetype count, const QString& noun)
-{
-    return QString::number(count) + u' ' + noun + (count == 1 ? QString() : QStringLiteral("s"));
 }
 
 } // namespace Ctl

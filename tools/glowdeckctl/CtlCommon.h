@@ -2,6 +2,7 @@
 
 #include "CtlArguments.h"
 
+#include <QCoreApplication>
 #include <QString>
 
 #include <chrono>
@@ -12,6 +13,12 @@ class BridgeNetwork;
 
 /// What the command runners of glowdeckctl share: output and the settings file.
 namespace Ctl {
+
+/// The texts of glowdeckctl, in the user's language: `Ctl::Text::tr("…")`, one context for the whole tool.
+class Text
+{
+    Q_DECLARE_TR_FUNCTIONS(glowdeckctl)
+};
 
 /// Writes `text` as UTF-8 and flushes, so lines keep their order with those the libraries print.
 void write(std::FILE* stream, const QString& text);
@@ -30,7 +37,5 @@ std::unique_ptr<BridgeNetwork> makeNetwork(const CtlInvocation& invocation);
 QString clause(const QString& sentence);
 /// "2.5" for 2500 ms.
 QString seconds(std::chrono::milliseconds duration);
-/// "1 light", "3 lights".
-QString counted(qsizetype count, const QString& noun);
 
 } // namespace Ctl

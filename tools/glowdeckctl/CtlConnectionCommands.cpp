@@ -78,7 +78,7 @@ void CtlConnectionCommands::start()
     case CtlCommand::status:
         return status();
     default:
-        printError(QStringLiteral("This command is not run here."));
+        printError(Ctl::Text::tr("This command is not run here."));
         return finish(exitFailed);
     }
 }
@@ -130,41 +130,40 @@ void CtlConnectionCommands::onDiscovered(const QList<BridgeDiscovery::FoundBridg
         write(stdout, QString::fromUtf8(QJsonDocument(list).toJson(QJsonDocument::Indented)));
     }
     if (bridges.isEmpty()) {
-        printError(QStringLiteral("No Hue bridge found on this network."));
-        printError(QStringLiteral("A bridge whose address you know: glowdeckctl pair --bridge HOST[:PORT]"));
+        printError(Ctl::Text::tr("No Hue bridge found on this network."));
+        printError(Ctl::Text::tr("A bridge whose address you know: glowdeckctl pair --bridge HOST[:PORT]"));
         return finish(exitFailed);
     }
     if (!m_invocation.json) {
         for (const BridgeDiscovery::FoundBridge& bridge : bridges)
-            printOut(QStringLiteral("Found a Hue bridge at %1: %2 (%3).")
+            printOut(Ctl::Text::tr("Found a Hue bridge at %1: %2 (%3).")
                          .arg(printable(bridge.address), printable(bridge.name), bridge.bridgeId));
     }
     const auto picked = std::find_if(bridges.cbegin(), bridges.cend(), [this](const auto& bridge) {
         return bridge.bridgeId.compare(m_invocation.pick, Qt::CaseInsensitive) == 0;
     });
     if (!m_invocation.pick.isEmpty() && picked == bridges.cend()) {
-        printError(QStringLiteral("No bridge %1 answered; nothing was stored.").arg(m_invocation.pick));
+        printError(Ctl::Text::tr("No bridge %1 answered; nothing was stored.").arg(m_invocation.pick));
         return finish(exitFailed);
     }
     if (m_invocation.pick.isEmpty() && m_invocation.command == CtlCommand::discover) {
         // Showing is all: the settings change only when the user names the bridge to keep.
         if (!m_invocation.json)
-            printOut(QStringLiteral("Nothing was stored; store a bridge's address with: glowdeckctl discover "
-                                    "--pick ID"));
+            printOut(Ctl::Text::tr("Nothing was stored; store a bridge's address with: glowdeckctl discover "
+                                   "--pick ID"));
         return finish(exitDone);
     }
     if (m_invocation.pick.isEmpty() && bridges.size() > 1) {
         printError(
-            QStringLiteral("Several bridges answered; pair with yours with: glowdeckctl pair --pick ID"));
+            Ctl::Text::tr("Several bridges answered; pair with yours with: glowdeckctl pair --pick ID"));
         return finish(exitFailed);
     }
     const BridgeDiscovery::FoundBridge& found = m_invocation.pick.isEmpty() ? bridges.first() : *picked;
     const QString& address = found.address;
     // The bridge's word is taken for the address, but it must still be one.
     if (!CtlArguments::isBridgeAddress(address)) {
-        printError(
-            QStringLiteral("A bridge was reported at %1, which is not HOST[:PORT]; nothing was stored.")
-                .arg(printable(address)));
+        printError(Ctl::Text::tr("A bridge was reported at %1, which is not HOST[:PORT]; nothing was stored.")
+                       .arg(printable(address)));
         return finish(exitFailed);
     }
     if (m_invocation.command == CtlCommand::pair)
@@ -187,11 +186,11 @@ void CtlConnectionCommands::onDiscovered(const QList<BridgeDiscovery::FoundBridg
         contacts.append(BridgeContact{.id = found.bridgeId.toUpper(), .address = address});
     preferences.setBridges(contacts);
     if (!m_store->saveError().isEmpty()) {
-        printError(QStringLiteral("Its address was not stored: %1.").arg(m_store->saveError()));
+        printError(Ctl::Text::tr("Its address was not stored: %1.").arg(m_store->saveError()));
         return finish(exitFailed);
     }
     // With --json the standard output is the list alone.
-    const QString stored = QStringLiteral("Stored %1 as the bridge address in %2; next: glowdeckctl pair")
+    const QString stored = Ctl::Text::tr("Stored %1 as the bridge address in %2; next: glowdeckctl pair")
                                .arg(address, m_fileName);
     m_invocation.json ? printError(stored) : printOut(stored);
     finish(exitDone);
@@ -212,8 +211,8 @@ void CtlConnectionCommands::pair()
             return bridge.id.compare(m_invocation.bridgeId, Qt::CaseInsensitive) == 0;
         });
         if (picked == stored.cend()) {
-            printError(QStringLiteral("No bridge %1 is stored in %2; pair it with --pick %1 or --bridge "
-                                      "HOST[:PORT].")
+            printError(Ctl::Text::tr("No bridge %1 is stored in %2; pair it with --pick %1 or --bridge "
+                                     "HOST[:PORT].")
                            .arg(m_invocation.bridgeId, m_fileName));
             return finish(exitUsage);
         }
@@ -222,16 +221,15 @@ void CtlConnectionCommands::pair()
     if (address.isEmpty())
         address = storedAddress();
     if (address.isEmpty()) {
-        printError(
-            QStringLiteral("No bridge address stored in %1.\nRun 'glowdeckctl discover' first, or pass "
-                           "--bridge HOST[:PORT].")
-                .arg(m_fileName));
+        printError(Ctl::Text::tr("No bridge address stored in %1.\nRun 'glowdeckctl discover' first, or pass "
+                                 "--bridge HOST[:PORT].")
+                       .arg(m_fileName));
         return finish(exitFailed);
     }
     if (!CtlArguments::isBridgeAddress(address)) {
         printError(
-            QStringLiteral("The stored bridge address %1 is not HOST[:PORT]; run 'glowdeckctl discover' "
-                           "or pass --bridge.")
+            Ctl::Text::tr("The stored bridge address %1 is not HOST[:PORT]; run 'glowdeckctl discover' "
+                          "or pass --bridge.")
                 .arg(printable(address)));
         return finish(exitFailed);
     }
@@ -279,9 +277,8 @@ void CtlConnectionCommands::onPairingOutcome(const PairingOutcome& answer)
         // Only ask again when the next answer can still come within the time given.
         if (m_invocation.waitSeconds && m_waitUntil.remainingTimeAsDuration() > pairingRetry) {
             if (!std::exchange(m_toldToPress, true))
-                printOut(
-                    QStringLiteral("Press the link button on the bridge at %1; waiting up to %2 seconds.")
-                        .arg(m_address, QString::number(*m_invocation.waitSeconds)));
+                printOut(Ctl::Text::tr("Press the link button on the bridge at %1; waiting up to %2 seconds.")
+                             .arg(m_address, QString::number(*m_invocation.waitSeconds)));
             QTimer::singleShot(pairingRetry, this, &CtlConnectionCommands::askForKey);
             return;
         }
@@ -329,8 +326,8 @@ void CtlConnectionCommands::onListRefreshed()
     if (!m_lights || !m_lights->ok()) {
         const QString why = m_lights ? describe(*m_lights->error) : QString();
         printError(
-            QStringLiteral("The bridge at %1 gave a key, but reading its lamps failed (%2); nothing was "
-                           "stored.")
+            Ctl::Text::tr("The bridge at %1 gave a key, but reading its lamps failed (%2); nothing was "
+                          "stored.")
                 .arg(m_address, why));
         return finish(exitFailed);
     }
@@ -338,12 +335,12 @@ void CtlConnectionCommands::onListRefreshed()
     const QList<HueGroup> groups = state.home().groups();
     const auto rooms =
         std::count_if(groups.cbegin(), groups.cend(), [](const HueGroup& g) { return !g.isZone(); });
-    printOut(QStringLiteral("Paired with bridge %1 at %2 over %3: %4, %5, %6.")
+    printOut(Ctl::Text::tr("Paired with bridge %1 at %2 over %3: %4, %5, %6.")
                  .arg(state.bridgeID(), m_address,
                       describeTransport(state.bridgeTransport(), m_contact->signer),
-                      Ctl::counted(state.home().lights().size(), QStringLiteral("light")),
-                      Ctl::counted(rooms, QStringLiteral("room")),
-                      Ctl::counted(state.home().scenes().size(), QStringLiteral("scene"))));
+                      Ctl::Text::tr("%n lights", nullptr, int(state.home().lights().size())),
+                      Ctl::Text::tr("%n rooms", nullptr, int(rooms)),
+                      Ctl::Text::tr("%n scenes", nullptr, int(state.home().scenes().size()))));
 
     // Now there is something to store: the file is created if need be. The bridge takes the place of its own
     // entry (or of the one found at its address before it was paired); the other bridges stay as they are.
@@ -366,12 +363,12 @@ void CtlConnectionCommands::onListRefreshed()
     Preferences(*m_store).setBridges(bridges);
     // The key is not printed instead: it lets whoever reads it control the lights. Pairing again is cheap.
     if (!m_store->saveError().isEmpty()) {
-        printError(QStringLiteral("The key was not stored, so it is lost: %1.\nMake the settings file "
-                                  "writable (or pass --settings FILE) and pair again.")
+        printError(Ctl::Text::tr("The key was not stored, so it is lost: %1.\nMake the settings file "
+                                 "writable (or pass --settings FILE) and pair again.")
                        .arg(m_store->saveError()));
         return finish(exitFailed);
     }
-    printOut(QStringLiteral("Stored its address and key in %1.").arg(m_fileName));
+    printOut(Ctl::Text::tr("Stored its address and key in %1.").arg(m_fileName));
     finish(exitDone);
 }
 
@@ -411,7 +408,7 @@ void CtlConnectionCommands::status()
             QStringList ids;
             for (const BridgeContact& bridge : std::as_const(stored))
                 ids << bridge.id;
-            printError(QStringLiteral("No bridge %1 is paired in %2; stored: %3.")
+            printError(Ctl::Text::tr("No bridge %1 is paired in %2; stored: %3.")
                            .arg(m_invocation.bridgeId, m_fileName,
                                 ids.isEmpty() ? QStringLiteral("none") : ids.join(QStringLiteral(", "))));
             return finish(exitUsage);
@@ -419,7 +416,7 @@ void CtlConnectionCommands::status()
         stored = {*picked};
     }
     if (!m_invocation.key.isEmpty() && m_invocation.bridge.isEmpty() && stored.size() > 1) {
-        printError(QStringLiteral("--key is the key of one bridge: name it with --bridge-id or --bridge."));
+        printError(Ctl::Text::tr("--key is the key of one bridge: name it with --bridge-id or --bridge."));
         return finish(exitUsage);
     }
     // --bridge: that address alone, with the key of the stored bridge there (else of the first).
@@ -453,21 +450,21 @@ void CtlConnectionCommands::status()
     for (const std::unique_ptr<Status>& each : m_reports) {
         Status& report = *each;
         if (report.address.isEmpty()) {
-            report.fields.append({QStringLiteral("Bridge"),
-                                  QStringLiteral("no bridge address stored; run glowdeckctl discover")});
+            report.fields.append({Ctl::Text::tr("Bridge"),
+                                  Ctl::Text::tr("no bridge address stored; run glowdeckctl discover")});
             statusDone(report, false);
             continue;
         }
         const std::optional<BridgeAddress> address = BridgeAddress::parse(report.address);
         if (!address) {
-            report.fields.append({QStringLiteral("Bridge"), QStringLiteral("the stored address is not "
-                                                                           "HOST[:PORT]; run glowdeckctl "
-                                                                           "discover")});
+            report.fields.append({Ctl::Text::tr("Bridge"), Ctl::Text::tr("the stored address is not "
+                                                                         "HOST[:PORT]; run glowdeckctl "
+                                                                         "discover")});
             statusDone(report, false);
             continue;
         }
         if (!report.refusal.isEmpty()) {
-            report.fields.append({QStringLiteral("Bridge"), report.refusal});
+            report.fields.append({Ctl::Text::tr("Bridge"), report.refusal});
             statusDone(report, false);
             continue;
         }
@@ -483,20 +480,20 @@ void CtlConnectionCommands::onStatusProbe(Status& report, const ProbeResult& res
         // The id the file holds, so that the bridge that does not answer is known among several.
         if (!report.storedId.isEmpty()) {
             report.bridgeId = report.storedId;
-            report.fields.append({QStringLiteral("Bridge id"), report.storedId});
+            report.fields.append({Ctl::Text::tr("Bridge id"), report.storedId});
         }
-        report.fields.append({QStringLiteral("Bridge"), printable(result.problem)});
+        report.fields.append({Ctl::Text::tr("Bridge"), printable(result.problem)});
         return statusDone(report, false);
     }
     const ProbedBridge& contact = *result.contact;
     report.bridgeId = contact.bridgeId;
     report.transport = describeTransport(contact.transport, contact.signer);
     report.reachable = true;
-    report.fields.append({QStringLiteral("Bridge id"), contact.bridgeId});
-    report.fields.append({QStringLiteral("Transport"), report.transport});
+    report.fields.append({Ctl::Text::tr("Bridge id"), contact.bridgeId});
+    report.fields.append({Ctl::Text::tr("Transport"), report.transport});
     if (report.key.isEmpty()) {
         report.fields.append(
-            {QStringLiteral("Bridge"), QStringLiteral("answers; no key yet: run glowdeckctl pair")});
+            {Ctl::Text::tr("Bridge"), Ctl::Text::tr("answers; no key yet: run glowdeckctl pair")});
         return statusDone(report, true);
     }
     LightsRead{.endpoint = contact.endpoint, .key = report.key, .identity = contact.identity()}.fetch(
@@ -508,30 +505,30 @@ void CtlConnectionCommands::onStatusLights(Status& report, const LightsResult& r
                                            const ProbedBridge& contact)
 {
     if (result.ok() || result.error == LightsError::noDevices) {
-        report.fields.append({QStringLiteral("Bridge"),
-                              QStringLiteral("answers (%1)")
-                                  .arg(Ctl::counted(result.records.size(), QStringLiteral("light")))});
+        report.fields.append({Ctl::Text::tr("Bridge"),
+                              Ctl::Text::tr("answers (%1)")
+                                  .arg(Ctl::Text::tr("%n lights", nullptr, int(result.records.size())))});
         // Said as the connection pane says it.
         askBridgeInterface(
             *m_network, contact.endpoint, report.key, contact.identity(), this,
             [this, contact, &report](std::optional<BridgeInterface> interface, const HttpResult&) {
-                report.fields.append({QStringLiteral("Interface"),
-                                      interface ? describeInterface(*interface)
-                                                : QStringLiteral("unknown (the bridge is busy)")});
+                report.fields.append(
+                    {Ctl::Text::tr("Interface"), interface ? describeInterface(*interface)
+                                                           : Ctl::Text::tr("unknown (the bridge is busy)")});
                 reportUpdates(report, contact);
             });
         return;
     }
-    QString state = QStringLiteral("answers, but sent no lamps for this key; run glowdeckctl pair");
+    QString state = Ctl::Text::tr("answers, but sent no lamps for this key; run glowdeckctl pair");
     if (result.timedOut)
-        state = QStringLiteral("answers too slowly: gave up on its lamps after %1 s")
+        state = Ctl::Text::tr("answers too slowly: gave up on its lamps after %1 s")
                     .arg(fetchDeadline.count() / 1000);
     else if (result.error == LightsError::connectionFailed)
-        state = QStringLiteral("does not answer");
+        state = Ctl::Text::tr("does not answer");
     else if (result.bridgeErrors.isEmpty() && !result.message.isEmpty())
-        state = QStringLiteral("answers, but its lamps cannot be read");
+        state = Ctl::Text::tr("answers, but its lamps cannot be read");
     report.reachable = result.error != LightsError::connectionFailed && !result.timedOut;
-    report.fields.append({QStringLiteral("Bridge"), state});
+    report.fields.append({Ctl::Text::tr("Bridge"), state});
     statusDone(report, false);
 }
 
@@ -539,7 +536,7 @@ void CtlConnectionCommands::reportUpdates(Status& report, const ProbedBridge& co
 {
     // The tray application's choice, said the same way: pushed changes while the stream is up, else reading.
     if (contact.transport != BridgeAddress::https)
-        return onUpdates(report, QStringLiteral("no event stream over plain HTTP"));
+        return onUpdates(report, Ctl::Text::tr("no event stream over plain HTTP"));
     report.stream = std::make_unique<BridgeEventStream>(*m_network);
     connect(report.stream.get(), &BridgeEventStream::connected, this,
             [this, &report] { onUpdates(report, {}); });
@@ -549,7 +546,7 @@ void CtlConnectionCommands::reportUpdates(Status& report, const ProbedBridge& co
             [this, &report](const QString& reason) { onUpdates(report, Ctl::clause(printable(reason))); });
     report.streamWait.setSingleShot(true);
     connect(&report.streamWait, &QTimer::timeout, this, [this, &report] {
-        onUpdates(report, QStringLiteral("the event stream did not answer within %1 s")
+        onUpdates(report, Ctl::Text::tr("the event stream did not answer within %1 s")
                               .arg(QString::number(streamPatience.count())));
     });
     report.streamWait.start(streamPatience);
@@ -563,10 +560,10 @@ void CtlConnectionCommands::onUpdates(Status& report, const QString& reasonToRea
     report.streamWait.stop();
     if (report.stream)
         report.stream->stop();
-    report.fields.append({QStringLiteral("Updates"),
+    report.fields.append({Ctl::Text::tr("Updates"),
                           reasonToRead.isEmpty()
-                              ? QStringLiteral("live updates (the bridge pushes its changes)")
-                              : QStringLiteral("reading every %1 s (%2)")
+                              ? Ctl::Text::tr("live updates (the bridge pushes its changes)")
+                              : Ctl::Text::tr("reading every %1 s (%2)")
                                     .arg(Ctl::seconds(BridgeConnection::refreshInterval), reasonToRead)});
     statusDone(report, true);
 }
@@ -586,23 +583,23 @@ void CtlConnectionCommands::statusDone(Status& report, bool ok)
 
 void CtlConnectionCommands::printStatus()
 {
-    printField(QStringLiteral("Settings file"),
-               m_fileName + (m_store ? QString() : QStringLiteral(" (not there yet)")));
-    printField(QStringLiteral("Glowdeck"), CtlApp::runsWith(m_fileName)
-                                               ? QStringLiteral("running: lists and changes go through it")
-                                               : QStringLiteral("not running with this settings file"));
+    printField(Ctl::Text::tr("Settings file"),
+               m_fileName + (m_store ? QString() : Ctl::Text::tr(" (not there yet)")));
+    printField(Ctl::Text::tr("Glowdeck"), CtlApp::runsWith(m_fileName)
+                                              ? Ctl::Text::tr("running: lists and changes go through it")
+                                              : Ctl::Text::tr("not running with this settings file"));
     for (const std::unique_ptr<Status>& report : m_reports) {
         if (report != m_reports.front())
             printOut(QString());
         if (!report->name.isEmpty())
-            printField(QStringLiteral("Bridge name"), printable(report->name));
-        printField(QStringLiteral("Bridge address"),
+            printField(Ctl::Text::tr("Bridge name"), printable(report->name));
+        printField(Ctl::Text::tr("Bridge address"),
                    (report->address.isEmpty() ? QStringLiteral("none") : printable(report->address)) +
-                       (m_invocation.bridge.isEmpty() ? QString() : QStringLiteral(" (from --bridge)")));
+                       (m_invocation.bridge.isEmpty() ? QString() : Ctl::Text::tr(" (from --bridge)")));
         // Whether there is a key, never the key itself: this output ends up in bug reports.
-        printField(QStringLiteral("Key stored"),
-                   (report->keyStored ? QStringLiteral("yes") : QStringLiteral("no")) +
-                       (m_invocation.key.isEmpty() ? QString() : QStringLiteral(" (this run uses --key)")));
+        printField(Ctl::Text::tr("Key stored"),
+                   (report->keyStored ? Ctl::Text::tr("yes") : Ctl::Text::tr("no")) +
+                       (m_invocation.key.isEmpty() ? QString() : Ctl::Text::tr(" (this run uses --key)")));
         for (const auto& [name, value] : std::as_const(report->fields))
             printField(name, value);
     }
@@ -617,9 +614,9 @@ void CtlConnectionCommands::printStatusJson()
                            {"key_stored", report->keyStored}, {"transport", report->transport},
                            {"reachable", report->reachable}};
         for (const auto& [name, value] : std::as_const(report->fields)) {
-            if (name == u"Bridge")
+            if (name == Ctl::Text::tr("Bridge"))
                 bridge.insert(QStringLiteral("bridge"), value);
-            else if (name == u"Updates")
+            else if (name == Ctl::Text::tr("Updates"))
                 bridge.insert(QStringLiteral("updates"), value);
         }
         list.append(bridge);

@@ -54,13 +54,13 @@ QString bridgeOf(const GroupHotkeyAction& action, const QList<BridgeContact>& br
                 bridge = &contact;
         }
         if (!bridge)
-            return QStringLiteral("bridge %1, not stored").arg(action.bridgeId);
+            return Ctl::Text::tr("bridge %1, not stored").arg(action.bridgeId);
     }
     if (!bridge || bridges.size() < 2)
         return {};
     if (!bridge->name.isEmpty())
         return bridge->name;
-    return bridge->id.isEmpty() ? QStringLiteral("the first bridge") : bridge->id;
+    return bridge->id.isEmpty() ? Ctl::Text::tr("the first bridge") : bridge->id;
 }
 
 QString customAction(const QString& choice, const QList<BridgeContact>& bridges)
@@ -69,21 +69,21 @@ QString customAction(const QString& choice, const QList<BridgeContact>& bridges)
     QString words;
     switch (action.kind) {
     case Kind::on:
-        words = QStringLiteral("room %1 on").arg(action.groupId);
+        words = Ctl::Text::tr("room %1 on").arg(action.groupId);
         break;
     case Kind::off:
-        words = QStringLiteral("room %1 off").arg(action.groupId);
+        words = Ctl::Text::tr("room %1 off").arg(action.groupId);
         break;
     case Kind::brighter:
-        words = QStringLiteral("room %1 brighter").arg(action.groupId);
+        words = Ctl::Text::tr("room %1 brighter").arg(action.groupId);
         break;
     case Kind::darker:
-        words = QStringLiteral("room %1 darker").arg(action.groupId);
+        words = Ctl::Text::tr("room %1 darker").arg(action.groupId);
         break;
     case Kind::none:
         return choice == HotkeyActions::noAction
-                   ? QStringLiteral("nothing")
-                   : QStringLiteral("nothing (\"%1\" is no room action)").arg(choice);
+                   ? Ctl::Text::tr("nothing")
+                   : Ctl::Text::tr("nothing (\"%1\" is no room action)").arg(choice);
     }
     const QString bridge = bridgeOf(action, bridges);
     return bridge.isEmpty() ? words : QStringLiteral("%1 (%2)").arg(words, bridge);
@@ -95,13 +95,13 @@ QList<Entry> readEntries(SettingsStore& store)
     const Preferences preferences(store);
     const qint64 step = preferences.keyIncrement();
     const QList<BridgeContact> bridges = preferences.bridges();
-    const QStringList everyRoom{QStringLiteral("every room on"),
-                                QStringLiteral("every room off"),
-                                QStringLiteral("every room brighter by %1").arg(step),
-                                QStringLiteral("every room darker by %1").arg(step),
-                                QStringLiteral("every room red"),
-                                QStringLiteral("every room blue"),
-                                QStringLiteral("every room white")};
+    const QStringList everyRoom{Ctl::Text::tr("every room on"),
+                                Ctl::Text::tr("every room off"),
+                                Ctl::Text::tr("every room brighter by %1").arg(step),
+                                Ctl::Text::tr("every room darker by %1").arg(step),
+                                Ctl::Text::tr("every room red"),
+                                Ctl::Text::tr("every room blue"),
+                                Ctl::Text::tr("every room white")};
     QList<Entry> entries;
     const QList<GlobalHotkeys::Name>& names = HotkeyNames::all();
     for (qsizetype i = 0; i < names.size(); ++i) {
@@ -113,7 +113,7 @@ QList<Entry> readEntries(SettingsStore& store)
         if (i < everyRoom.size()) {
             entry.action = everyRoom.at(i);
         } else if (names.at(i) == HotkeyNames::openGlowdeck()) {
-            entry.action = QStringLiteral("open or close the Glowdeck window");
+            entry.action = Ctl::Text::tr("open or close the Glowdeck window");
         } else {
             // Custom shortcut n reads slot n - 1.
             const int slot = HotkeyActions::slotOfCustomShortcut(int(i - everyRoom.size()) + 1);
@@ -129,7 +129,7 @@ QString keysOf(const Entry& entry)
 {
     if (entry.shortcut)
         return KeyTranslation::displayString(*entry.shortcut);
-    return entry.unreadable ? QStringLiteral("(unreadable)") : QStringLiteral("-");
+    return entry.unreadable ? Ctl::Text::tr("(unreadable)") : QStringLiteral("-");
 }
 
 QString table(const QList<Entry>& entries)
@@ -143,7 +143,7 @@ QString table(const QList<Entry>& entries)
     const auto line = [&](const QString& name, const QString& keys, const QString& action) {
         return name.leftJustified(nameWidth + 2) + keys.leftJustified(keysWidth + 2) + action + u'\n';
     };
-    QString text = line(QStringLiteral("NAME"), QStringLiteral("KEYS"), QStringLiteral("ACTION"));
+    QString text = line(Ctl::Text::tr("NAME"), Ctl::Text::tr("KEYS"), Ctl::Text::tr("ACTION"));
     for (const Entry& entry : entries)
         text += line(entry.name, keysOf(entry), Ctl::printable(entry.action));
     return text;

@@ -62,14 +62,18 @@ QString kind(const HueLight& light)
     return QStringLiteral("dimmable");
 }
 
-const QStringList lightsHeader{QStringLiteral("ID"),    QStringLiteral("NAME"),
-                               QStringLiteral("STATE"), QStringLiteral("BRIGHTNESS"),
-                               QStringLiteral("KIND"),  QStringLiteral("PRODUCT")};
-const QStringList groupsHeader{QStringLiteral("ID"),         QStringLiteral("NAME"),
-                               QStringLiteral("TYPE"),       QStringLiteral("STATE"),
-                               QStringLiteral("BRIGHTNESS"), QStringLiteral("LIGHTS")};
-const QStringList scenesHeader{QStringLiteral("ID"), QStringLiteral("NAME"), QStringLiteral("ROOM"),
-                               QStringLiteral("TYPE"), QStringLiteral("LIGHTS")};
+/// The headings of a list, in the user's language: made when asked for, once the translation is installed.
+QStringList header(CtlCommand command)
+{
+    if (command == CtlCommand::lights)
+        return {QStringLiteral("ID"),        Ctl::Text::tr("NAME"), Ctl::Text::tr("STATE"),
+                Ctl::Text::tr("BRIGHTNESS"), Ctl::Text::tr("KIND"), Ctl::Text::tr("PRODUCT")};
+    if (command == CtlCommand::rooms)
+        return {QStringLiteral("ID"),   Ctl::Text::tr("NAME"),       Ctl::Text::tr("TYPE"),
+                Ctl::Text::tr("STATE"), Ctl::Text::tr("BRIGHTNESS"), Ctl::Text::tr("LIGHTS")};
+    return {QStringLiteral("ID"), Ctl::Text::tr("NAME"), Ctl::Text::tr("ROOM"), Ctl::Text::tr("TYPE"),
+            Ctl::Text::tr("LIGHTS")};
+}
 
 QStringList lightRow(const HueLight& light)
 {
@@ -110,8 +114,16 @@ void appendJson(JsonWriter& json, const QList<Record>& records, const QString& b
     }
 }
 
+/// The sentences that say a lamp, room or scene was not found once: "%1" is the id or name asked for.
+struct TargetTexts
+{
+    QString notFoundHere;
+    QString notFoundAnywhere;
+    QString onSeveralBridges; ///< "%2" lists the bridges
+};
+
 template <typename Record>
-CtlTarget findIn(const QList<CtlHome>& homes, QList<Record> CtlHome::*list, const QString& what,
+CtlTarget findIn(const QList<CtlHome>& homes, QList<Record> CtlHome::*list, const TargetTexts& what,
                  const QString& key)
 {
     QList<QList<Record>> lists;
@@ -126,10 +138,7 @@ CtlTarget findIn(const QList<CtlHome>& homes, QList<Record> CtlHome::*list, cons
         return target;
     }
     if (found.isEmpty()) {
-        printError(
-            QStringLiteral("No %1 with the id or name %2 on %3.")
-                .arg(what, printable(key),
-                     homes.size() > 1 ? QStringLiteral("any paired bridge") : QStringLiteral("this bridge")));
+        printError((homes.size() > 1 ? what.notFoundAnywhere : what.notFoundHere).arg(printable(key)));
         return target;
     }
     // Nothing is sent on a guess: the same id on two bridges, or a name several records share.
@@ -141,9 +150,8 @@ CtlTarget findIn(const QList<CtlHome>& homes, QList<Record> CtlHome::*list, cons
             names << QStringLiteral("%1 (%2)").arg(printable(homes.at(match.bridge).label),
                                                    homes.at(match.bridge).bridgeId);
         // One sentence per text, so that each can be translated on its own.
-        printError(QStringLiteral("There is a %1 %2 on several paired bridges: %3.")
-                       .arg(what, printable(key), names.join(QStringLiteral(", "))) +
-                   u' ' + QStringLiteral("Nothing was sent; name one with --bridge-id ID."));
+        printError(what.onSeveralBridges.arg(printable(key), names.join(QStringLiteral(", "))) + u' ' +
+                   Ctl::Text::tr("Nothing was sent; name one with --bridge-id ID."));
         return target;
     }
     QStringList candidates;
@@ -151,12 +159,12 @@ CtlTarget findIn(const QList<CtlHome>& homes, QList<Record> CtlHome::*list, cons
         const Record& record = lists.at(match.bridge).at(match.index);
         candidates << QStringLiteral("%1 \"%2\"")
                               .arg(printable(RecordLookup::idOf(record)), printable(record.name)) +
-                          (homes.size() > 1 ? QStringLiteral(" on %1").arg(homes.at(match.bridge).bridgeId)
+                          (homes.size() > 1 ? Ctl::Text::tr(" on %1").arg(homes.at(match.bridge).bridgeId)
                                             : QString());
     }
-    printError(QStringLiteral("The name %1 fits several: %2.")
+    printError(Ctl::Text::tr("The name %1 fits several: %2.")
                    .arg(printable(key), candidates.join(QStringLiteral(", "))) +
-               u' ' + QStringLiteral("Nothing was sent; name it by its id."));
+               u' ' + Ctl::Text::tr("Nothing was sent; name it by its id."));
     return target;
 }
 
@@ -199,25 +207,33 @@ void printList(CtlCommand command, const QList<CtlHome>& homes, bool json, bool 
     array.endArray();
     if (json)
         return write(stdout, QString::fromUtf8(array.text()) + u'\n');
-    QStringList header = command == CtlCommand::lights  ? lightsHeader
-                         : command == CtlCommand::rooms ? groupsHeader
-                                                        : scenesHeader;
+    QStringList headings = header(command);
     if (several)
-        header.prepend(QStringLiteral("BRIDGE"));
-    rows.prepend(header);
+        headings.prepend(Ctl::Text::tr("BRIDGE"));
+    rows.prepend(headings);
     write(stdout, table(rows));
 }
 
-QString targetWord(CtlCommand command)
+/// What is said when a lamp, room or scene is not found or not found once; whole sentences for each kind,
+/// since a translation changes the words around the noun with it.
+static TargetTexts targetTexts(CtlCommand command)
 {
-    return command == CtlCommand::light  ? QStringLiteral("light")
-           : command == CtlCommand::room ? QStringLiteral("room")
-                                         : QStringLiteral("scene");
+    if (command == CtlCommand::light)
+        return {Ctl::Text::tr("No light with the id or name %1 on this bridge."),
+                Ctl::Text::tr("No light with the id or name %1 on any paired bridge."),
+                Ctl::Text::tr("There is a light %1 on several paired bridges: %2.")};
+    if (command == CtlCommand::room)
+        return {Ctl::Text::tr("No room with the id or name %1 on this bridge."),
+                Ctl::Text::tr("No room with the id or name %1 on any paired bridge."),
+                Ctl::Text::tr("There is a room %1 on several paired bridges: %2.")};
+    return {Ctl::Text::tr("No scene with the id or name %1 on this bridge."),
+            Ctl::Text::tr("No scene with the id or name %1 on any paired bridge."),
+            Ctl::Text::tr("There is a scene %1 on several paired bridges: %2.")};
 }
 
 CtlTarget findTarget(CtlCommand command, const QList<CtlHome>& homes, const QString& key)
 {
-    const QString what = targetWord(command);
+    const TargetTexts what = targetTexts(command);
     if (command == CtlCommand::light)
         return findIn(homes, &CtlHome::lights, what, key);
     if (command == CtlCommand::room)

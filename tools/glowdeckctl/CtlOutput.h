@@ -39,9 +39,6 @@ void printList(CtlCommand command, const QList<CtlHome>& homes, bool json, bool 
 /// is to be sent then.
 CtlTarget findTarget(CtlCommand command, const QList<CtlHome>& homes, const QString& key);
 
-/// "light", "room" or "scene".
-QString targetWord(CtlCommand command);
-
 /// The brightness or step of `invocation` in the bridge's units (0-254).
 qint64 bridgeBrightness(const CtlInvocation& invocation);
 

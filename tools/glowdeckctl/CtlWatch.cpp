@@ -100,8 +100,8 @@ void CtlWatch::onReached(Watched& watched)
     // The stream carries the key in every request, and bridges offer it over HTTPS only.
     if (!settings.bridgeEndpoint().startsWith(BridgeAddress::https + u':')) {
         printError(
-            QStringLiteral("the bridge at %1 is reached over plain HTTP, and its event stream needs HTTPS; "
-                           "glowdeckctl lists show its state")
+            Ctl::Text::tr("the bridge at %1 is reached over plain HTTP, and its event stream needs HTTPS; "
+                          "glowdeckctl lists show its state")
                 .arg(printable(settings.hueIP())));
         return fail(watched);
     }
@@ -154,7 +154,7 @@ void CtlWatch::onNamesRead(Watched& watched, bool ok, const QString& failure)
     if (watched.firstReads == 0) {
         // Later reads only bring names up to date: the changes go on arriving with the old ones.
         if (!ok && !failure.isEmpty())
-            printError(QStringLiteral("names not read again: %1").arg(clause(failure)));
+            printError(Ctl::Text::tr("names not read again: %1").arg(clause(failure)));
         return;
     }
     if (!ok) {
@@ -182,15 +182,15 @@ void CtlWatch::onConnected(Watched& watched)
 {
     if (!std::exchange(watched.opened, true)) {
         // Standard error, so that standard output holds nothing but changes.
-        printError(QStringLiteral("watching the bridge at %1; Ctrl+C ends")
+        printError(Ctl::Text::tr("watching the bridge at %1; Ctrl+C ends")
                        .arg(printable(watched.bridge->settings().hueIP())));
         return;
     }
     if (std::exchange(watched.lost, false)) {
         // The bridge does not tell what changed while the stream was down; a lamp may have been renamed.
         printError(
-            QStringLiteral("event stream of the bridge at %1 open again; changes made meanwhile are not "
-                           "told")
+            Ctl::Text::tr("event stream of the bridge at %1 open again; changes made meanwhile are not "
+                          "told")
                 .arg(printable(watched.bridge->settings().hueIP())));
         readNames(watched, true, true);
     }
@@ -245,7 +245,7 @@ void CtlWatch::onChanges(Watched& watched, const BridgeEventBatch& batch)
                       json.endObject().text());
     }
     for (const QString& problem : batch.problems)
-        printError(QStringLiteral("event stream: %1").arg(printable(problem)));
+        printError(Ctl::Text::tr("event stream: %1").arg(printable(problem)));
 
     QStringList lists;
     if (batch.relistLights)
@@ -270,14 +270,14 @@ void CtlWatch::onDisconnected(Watched& watched, const QString& reason)
     // BridgeEventStream tries again by itself, after 1, 2, 4 ... at most 60 s.
     if (watched.opened)
         watched.lost = true;
-    printError((watched.opened ? QStringLiteral("event stream lost: %1; reconnecting")
-                               : QStringLiteral("event stream not opened: %1; trying again"))
+    printError((watched.opened ? Ctl::Text::tr("event stream lost: %1; reconnecting")
+                               : Ctl::Text::tr("event stream not opened: %1; trying again"))
                    .arg(clause(printable(reason))));
 }
 
 void CtlWatch::onUnavailable(Watched& watched, const QString& reason)
 {
-    printError(QStringLiteral("the bridge offers no event stream (%1); glowdeckctl lists show its state")
+    printError(Ctl::Text::tr("the bridge offers no event stream (%1); glowdeckctl lists show its state")
                    .arg(clause(printable(reason))));
     fail(watched);
 }
@@ -293,7 +293,7 @@ void CtlWatch::fail(Watched& watched)
         return finish(exitFailed);
     // The others are still watched; this one is named, and the run ends with 1.
     if (m_bridges.size() > 1)
-        printError(QStringLiteral("bridge %1 is not watched").arg(printable(watched.bridge->label())));
+        printError(Ctl::Text::tr("bridge %1 is not watched").arg(printable(watched.bridge->label())));
 }
 
 void CtlWatch::printLine(const Watched& watched, const QString& text, QByteArray json)

@@ -6,7 +6,10 @@
 #include "CtlHotkeys.h"
 #include "CtlWatch.h"
 
+#include "i18n/Translations.h"
+
 #include <QCoreApplication>
+#include <QLocale>
 
 namespace {
 
@@ -28,6 +31,8 @@ int main(int argc, char* argv[])
     QCoreApplication app(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("glowdeckctl"));
     QCoreApplication::setApplicationVersion(QStringLiteral(GLOWDECK_VERSION));
+    // In the user's language, as the tray application speaks it: LC_ALL, LC_MESSAGES and LANG decide.
+    Translations::install(QLocale::system());
 
     const CtlArguments arguments = CtlArguments::parse(QCoreApplication::arguments());
     switch (arguments.outcome()) {
