@@ -2,6 +2,8 @@
 
 #include "CtlCommon.h"
 
+#include "bridge/HttpExchange.h"
+#include "connection/BridgeConnection.h"
 #include "state/BridgeLink.h"
 #include "state/JsonSettingsStore.h"
 #include "state/MemorySettingsStore.h"
@@ -186,6 +188,30 @@ void CtlBridge::reach(QNetworkAccessManager& network, QObject* context,
                                     result.contact->pinnedKey);
         done(true);
     });
+}
+
+void CtlBridge::learnInterface(QNetworkAccessManager& network, QObject* context,
+                               std::function<void(bool ok)> done)
+{
+    askBridgeInterface(network, settings().bridgeEndpoint(), settings().hueKey(), settings().bridgeIdentity(),
+                       context,
+                       [this, done](std::optional<BridgeInterface> interface, const HttpResult& answer) {
+                           if (answer.transportFailed) {
+                               LightsResult failed;
+                               failed.error = LightsError::connectionFailed;
+                               failed.connectionError = answer.error;
+                               failed.timedOut = answer.timedOut;
+                               printError(Ctl::failedRead(settings().hueIP(), failed));
+                               return done(false);
+                           }
+                           settings().setBridgeInterface(interface.value_or(BridgeInterface::v1));
+                           done(true);
+                       });
+}
+
+bool CtlBridge::overClip() const
+{
+    return settings().bridgeInterface() == BridgeInterface::v2;
 }
 
 Ctl::StoredKeyUse Ctl::storedKeyUse(const QString& address, const BridgeContact& stored, const QString& file)

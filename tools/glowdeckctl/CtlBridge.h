@@ -55,6 +55,13 @@ public:
     /// transport, else by asking it (no key is sent). `done` gets whether requests with the key may go to it;
     /// when not, the reason is printed. Nothing is called once `context` is gone.
     void reach(QNetworkAccessManager& network, QObject* context, std::function<void(bool reached)> done);
+    /// Once reached: asks the bridge which interface it offers, as the application's connection does, and
+    /// keeps the answer in settings(), where the commands and the reads look for it. A bridge too busy to
+    /// answer is used over the first interface, which every bridge keeps. `done` gets false, with the reason
+    /// printed, when the bridge did not answer at all. Nothing is called once `context` is gone.
+    void learnInterface(QNetworkAccessManager& network, QObject* context, std::function<void(bool ok)> done);
+    /// Whether the lists are read and the changes sent over the current interface.
+    bool overClip() const;
 
     /// The address, key and contact to send requests with.
     BridgeLink& settings() const { return m_link->state(); }

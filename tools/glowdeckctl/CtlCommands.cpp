@@ -9,6 +9,7 @@
 #include "bridge/BridgeUrl.h"
 #include "model/SceneRooms.h"
 #include "session/BridgeSession.h"
+#include "state/BridgeHome.h"
 #include "state/BridgeLink.h"
 
 #include <QDateTime>
@@ -123,7 +124,13 @@ void CtlCommands::start()
                 served.failed = true;
                 return onRead(served);
             }
-            fetchRecords(served);
+            served.bridge->learnInterface(*m_network, this, [this, &served](bool answered) {
+                if (!answered) {
+                    served.failed = true;
+                    return onRead(served);
+                }
+                fetchRecords(served);
+            });
         });
     }
 }
@@ -134,22 +141,34 @@ void CtlCommands::fetchRecords(Served& served)
     const QString address = settings.bridgeEndpoint();
     const QString key = settings.hueKey();
     const BridgeIdentity identity = settings.bridgeIdentity();
+    // Over the current interface one request has the whole home.
+    const auto readHome = [&] {
+        HomeRead{.endpoint = address, .key = key, .identity = identity}.fetch(
+            *m_network, [this, &served](const HomeResult& result) { onHome(served, result); });
+    };
+    const bool overClip = served.bridge->overClip();
     switch (m_invocation.command) {
     case CtlCommand::lights:
     case CtlCommand::light:
     case CtlCommand::allOn:
     case CtlCommand::allOff:
         // all-on and all-off need no list, only a bridge that answers; reading the lamps makes sure of that.
+        if (overClip)
+            return readHome();
         LightsRead{.endpoint = address, .key = key, .identity = identity}.fetch(
             *m_network, [this, &served](const LightsResult& result) { onLights(served, result); });
         return;
     case CtlCommand::rooms:
     case CtlCommand::room:
+        if (overClip)
+            return readHome();
         GroupsRead{.endpoint = address, .key = key, .identity = identity}.fetch(
             *m_network, [this, &served](const GroupsResult& result) { onGroups(served, result); });
         return;
     case CtlCommand::scenes:
     case CtlCommand::scene:
+        if (overClip)
+            return readHome();
         ScenesRead{.endpoint = address, .key = key, .identity = identity}.fetch(
             *m_network, [this, &served](const ScenesResult& result) { onScenes(served, result); });
         return;
@@ -179,6 +198,21 @@ void CtlCommands::onLights(Served& served, const LightsResult& result)
     if (!result.ok())
         return failRead(served, result);
     served.lights = result.records;
+    onRead(served);
+}
+
+void CtlCommands::onHome(Served& served, const HomeResult& result)
+{
+    if (!result.ok())
+        return failRead(served, result);
+    // What the commands look up when they write over the current interface: the grouped light of the whole
+    // home, and the scenes by either id.
+    BridgeLink& settings = served.bridge->settings();
+    settings.setHomeGroupedLight(result.homeGroupedLight);
+    settings.home().setScenes(result.scenes);
+    served.lights = result.records;
+    served.groups = result.groups;
+    served.scenes = result.scenes;
     onRead(served);
 }
 

@@ -50,6 +50,8 @@ private:
     struct Served;
 
     void fetchRecords(Served& served);
+    /// The whole home, read over the current interface in one request.
+    void onHome(Served& served, const HomeResult& result);
     void onLights(Served& served, const LightsResult& result);
     void onGroups(Served& served, const GroupsResult& result);
     void onScenes(Served& served, const ScenesResult& result);

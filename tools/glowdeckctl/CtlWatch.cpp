@@ -105,13 +105,35 @@ void CtlWatch::onReached(Watched& watched)
                 .arg(printable(settings.hueIP())));
         return fail(watched);
     }
-    watched.firstReads = 2;
-    readNames(watched, true, false);
+    watched.bridge->learnInterface(*m_network, this, [this, &watched](bool answered) {
+        if (!answered)
+            return fail(watched);
+        watched.firstReads = 2;
+        // Over the current interface one request has both lists.
+        readNames(watched, true, watched.bridge->overClip());
+    });
 }
 
 void CtlWatch::readNames(Watched& watched, bool lights, bool rooms)
 {
     const BridgeLink& settings = watched.bridge->settings();
+    if (watched.bridge->overClip()) {
+        HomeRead{.endpoint = settings.bridgeEndpoint(),
+                 .key = settings.hueKey(),
+                 .identity = settings.bridgeIdentity()}
+            .fetch(*m_network, [this, &watched, lights, rooms](const HomeResult& result) {
+                if (lights)
+                    onLights(watched, result);
+                if (!rooms)
+                    return;
+                // A home without lamps has no rooms to name either; one that failed is said once.
+                if (result.error == LightsError::noDevices)
+                    onRooms(watched, GroupsResult{});
+                else if (result.ok() || !lights)
+                    onRooms(watched, result.groupsResult());
+            });
+        return;
+    }
     if (lights)
         LightsRead{.endpoint = settings.bridgeEndpoint(),
                    .key = settings.hueKey(),
@@ -164,7 +186,7 @@ void CtlWatch::onNamesRead(Watched& watched, bool ok, const QString& failure)
     }
     // The lamps first, then the rooms: a key the bridge does not know is then said once, plainly.
     if (--watched.firstReads > 0)
-        return readNames(watched, false, true);
+        return watched.bridge->overClip() ? void() : readNames(watched, false, true);
     const BridgeLink& settings = watched.bridge->settings();
     watched.stream = std::make_unique<BridgeEventStream>(*m_network);
     BridgeEventStream* stream = watched.stream.get();
