@@ -59,6 +59,9 @@ QString describeFailure(const QString& bridge, const ActionQueueItem& item, cons
     case Kind::noAnswer:
         return Ctl::Text::tr("The bridge at %1 did not answer %2: %3.")
             .arg(bridge, request(item), printable(outcome.detail));
+    case Kind::partly:
+        return Ctl::Text::tr("The bridge at %1 took only part of %2: %3.")
+            .arg(bridge, request(item), printable(outcome.detail));
     case Kind::accepted:
         break;
     }
