@@ -52,31 +52,9 @@ echo "start-up ($runs runs): tray icon shown after $(printf '%s\n' "${traces[@]}
 
 # ---- 2. Resident memory after a minute of refreshing -------------------------------------------------------------
 # The bridge runs as its own process so its memory is not counted.
-# A bridge as sold today: HTTPS only, its certificate signed by an authority this run trusts.
-# Usage: start_bridge OUT SETTINGS KEY [simulator options]; writes the settings of a paired program.
-start_bridge() {
-    local out=$1 settings=$2 bridge_key=$3 address id
-    shift 3
-    "$simulator" --no-http --tls-port 0 --write-authority "$work/authority.pem" --user "$bridge_key" --verbose \
-        "$@" >"$out" 2>&1 &
-    pids+=($!)
-    for _ in $(seq 100); do
-        grep -q 'listening for HTTPS on' "$out" && break
-        sleep 0.1
-    done
-    address=$(grep -o 'listening for HTTPS on 127\.0\.0\.1:[0-9]*' "$out" | sed 's/.* on //')
-    id=$(grep -o '(bridge [0-9A-F]*)' "$out" | tr -d '()' | cut -d' ' -f2)
-    [ -n "$address" ] || {
-        echo "measure_app: the simulator did not start: $(cat "$out")" >&2
-        exit 1
-    }
-    printf '{"bridgeIP":"%s","bridgeTransport":"https","bridgeID":"%s","bridgeUser":"%s","hasSeenWelcomeScreen":true}\n' \
-        "$address" "$id" "$bridge_key" >"$settings"
-    chmod 0600 "$settings"
-}
 key=measureappkey0123456789
 start_bridge "$work/simulator.out" "$work/settings.json" "$key"
-"$glowdeck" --settings "$work/settings.json" --trust-root "$work/authority.pem" >"$work/memory.out" 2>&1 &
+"$glowdeck" --settings "$work/settings.json" --trust-root "$work/simulator.pem" >"$work/memory.out" 2>&1 &
 pid=$!
 pids+=("$pid")
 rss_at() { grep VmRSS "/proc/$pid/status" 2>/dev/null | tr -dc 0-9; }
@@ -114,7 +92,7 @@ stop "$pid"
 "$bench" --lights 200 --save-home "$work/home200.json" || exit 1
 large_key=measurelargekey0123456789
 start_bridge "$work/large.out" "$work/large.json" "$large_key" --home "$work/home200.json"
-GLOWDECK_TRACE_STARTUP=1 "$glowdeck" --settings "$work/large.json" --trust-root "$work/authority.pem" \
+GLOWDECK_TRACE_STARTUP=1 "$glowdeck" --settings "$work/large.json" --trust-root "$work/large.pem" \
     >"$work/large-app.out" 2>&1 &
 pid=$!
 pids+=("$pid")

@@ -15,19 +15,8 @@ glowdeck="$build/src/app/glowdeck"
 
 "$build/bench/app/bench_refresh" --lights 149 --save-home "$work/home.json" >/dev/null || exit 1
 key=measuredbuskey0123456789
-"$simulator" --no-http --tls-port 0 --write-authority "$work/authority.pem" --user "$key" --verbose \
-    --home "$work/home.json" >"$work/simulator.out" 2>&1 &
-pids+=($!)
-for _ in $(seq 100); do
-    grep -q 'listening for HTTPS on' "$work/simulator.out" && break
-    sleep 0.1
-done
-address=$(grep -o 'listening for HTTPS on 127\.0\.0\.1:[0-9]*' "$work/simulator.out" | sed 's/.* on //')
-id=$(grep -o '(bridge [0-9A-F]*)' "$work/simulator.out" | tr -d '()' | cut -d' ' -f2)
-printf '{"bridgeIP":"%s","bridgeTransport":"https","bridgeID":"%s","bridgeUser":"%s","hasSeenWelcomeScreen":true}\n' \
-    "$address" "$id" "$key" >"$work/settings.json"
-chmod 0600 "$work/settings.json"
-"$glowdeck" --settings "$work/settings.json" --trust-root "$work/authority.pem" >"$work/glowdeck.out" 2>&1 &
+start_bridge "$work/simulator.out" "$work/settings.json" "$key" --home "$work/home.json"
+"$glowdeck" --settings "$work/settings.json" --trust-root "$work/simulator.pem" >"$work/glowdeck.out" 2>&1 &
 pids+=($!)
 
 call() {

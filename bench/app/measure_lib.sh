@@ -61,6 +61,30 @@ measure_start_desktop() {
     done
 }
 
+# A bridge as sold today: HTTPS only, its certificate signed by an authority of its own, written beside OUT as
+# OUT's name with .pem (for the program's --trust-root). Usage: start_bridge OUT SETTINGS KEY [simulator options];
+# writes the settings of a program paired with it. Needs $simulator.
+start_bridge() {
+    local out=$1 settings=$2 bridge_key=$3 address id
+    shift 3
+    "$simulator" --no-http --tls-port 0 --write-authority "${out%.out}.pem" --user "$bridge_key" --verbose \
+        "$@" >"$out" 2>&1 &
+    pids+=($!)
+    for _ in $(seq 100); do
+        grep -q 'listening for HTTPS on' "$out" && break
+        sleep 0.1
+    done
+    address=$(grep -o 'listening for HTTPS on 127\.0\.0\.1:[0-9]*' "$out" | sed 's/.* on //')
+    id=$(grep -o '(bridge [0-9A-F]*)' "$out" | tr -d '()' | cut -d' ' -f2)
+    [ -n "$address" ] || {
+        echo "$(basename "$0"): the simulator did not start: $(cat "$out")" >&2
+        exit 1
+    }
+    printf '{"bridgeIP":"%s","bridgeTransport":"https","bridgeID":"%s","bridgeUser":"%s","hasSeenWelcomeScreen":true}\n' \
+        "$address" "$id" "$bridge_key" >"$settings"
+    chmod 0600 "$settings"
+}
+
 median() { sort -n | awk '{ v[NR] = $1 } END { if (NR % 2) print v[(NR + 1) / 2]; else print (v[NR / 2] + v[NR / 2 + 1]) / 2 }'; }
 now_ms() { date +%s%3N; }
 
