@@ -282,36 +282,37 @@ HomeResult homeFromClipBody(const QByteArray& body)
     return result;
 }
 
+namespace {
+
+/// One list of the whole-home answer as the reader of that list alone would have had it, its failure
+/// included.
+template <typename Result, typename Error, typename Records>
+Result relayed(const HomeResult& home, const Records& records)
+{
+    Result result;
+    result.records = records;
+    if (home.error)
+        result.error =
+            *home.error == LightsError::connectionFailed ? Error::connectionFailed : Error::invalidData;
+    result.connectionError = home.connectionError;
+    result.timedOut = home.timedOut;
+    result.refusal = home.refusal;
+    result.httpStatus = home.httpStatus;
+    result.bridgeErrors = home.bridgeErrors;
+    result.signer = home.signer;
+    return result;
+}
+
+} // namespace
+
 GroupsResult HomeResult::groupsResult() const
 {
-    GroupsResult result;
-    result.records = groups;
-    if (error)
-        result.error = *error == LightsError::connectionFailed ? GroupsError::connectionFailed
-                                                               : GroupsError::invalidData;
-    result.connectionError = connectionError;
-    result.timedOut = timedOut;
-    result.refusal = refusal;
-    result.httpStatus = httpStatus;
-    result.bridgeErrors = bridgeErrors;
-    result.signer = signer;
-    return result;
+    return relayed<GroupsResult, GroupsError>(*this, groups);
 }
 
 ScenesResult HomeResult::scenesResult() const
 {
-    ScenesResult result;
-    result.records = scenes;
-    if (error)
-        result.error = *error == LightsError::connectionFailed ? ScenesError::connectionFailed
-                                                               : ScenesError::invalidData;
-    result.connectionError = connectionError;
-    result.timedOut = timedOut;
-    result.refusal = refusal;
-    result.httpStatus = httpStatus;
-    result.bridgeErrors = bridgeErrors;
-    result.signer = signer;
-    return result;
+    return relayed<ScenesResult, ScenesError>(*this, scenes);
 }
 
 PendingRead HomeRead::fetch(QNetworkAccessManager& network, std::function<void(HomeResult)> completion) const

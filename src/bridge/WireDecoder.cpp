@@ -1,5 +1,7 @@
 #include "bridge/WireDecoder.h"
 
+#include "bridge/JsonReading.h"
+
 #include <simdjson.h>
 
 #include <cmath>
@@ -11,9 +13,9 @@ namespace {
 using simdjson::dom::element;
 using simdjson::dom::element_type;
 
-/// Thrown inside this file only: one value of the wrong shape fails the whole answer.
-struct WrongShape
-{};
+using JsonReading::isNull;
+using JsonReading::read;
+using JsonReading::WrongShape;
 
 simdjson::dom::parser& sharedParser()
 {
@@ -29,31 +31,6 @@ std::optional<element> parseDocument(QByteArrayView json)
     if (sharedParser().parse(json.data(), size_t(json.size())).get(root) != simdjson::SUCCESS)
         return std::nullopt;
     return root;
-}
-
-bool isNull(const element& value)
-{
-    return value.type() == element_type::NULL_VALUE;
-}
-
-void read(const element& value, std::optional<WireText>& field)
-{
-    if (isNull(value))
-        return field.reset();
-    std::string_view text;
-    if (value.get_string().get(text) != simdjson::SUCCESS)
-        throw WrongShape{};
-    field = text;
-}
-
-void read(const element& value, std::optional<bool>& field)
-{
-    if (isNull(value))
-        return field.reset();
-    bool flag = false;
-    if (value.get_bool().get(flag) != simdjson::SUCCESS)
-        throw WrongShape{};
-    field = flag;
 }
 
 void read(const element& value, std::optional<qint64>& field)
