@@ -1430,6 +1430,217 @@ Glowdeck versucht es weiter und zeigt die %2, sobald sie antwortet. Ist die Brid
     </message>
 </context>
 <context>
+    <name>glowdeck-simulator</name>
+    <message numerus="yes">
+        <source>--%1 takes one value for every bridge, or one for each: %2 given for %n bridges</source>
+        <translation>
+            <numerusform>--%1 erwartet einen Wert für alle Bridges oder einen für jede: %2 angegeben für %n Bridge</numerusform>
+            <numerusform>--%1 erwartet einen Wert für alle Bridges oder einen für jede: %2 angegeben für %n Bridges</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>--%1 needs a number from 0 to 65535, not &quot;%2&quot;</source>
+        <translation>--%1 braucht eine Zahl von 0 bis 65535, nicht „%2“</translation>
+    </message>
+    <message>
+        <source>Simulates Philips Hue bridges (version-1 REST interface; version-2 interface and event stream over HTTPS) on local ports. The options marked [each] apply to every bridge when given once, or to each bridge in turn when given once per bridge.</source>
+        <translation>Simuliert Philips Hue Bridges (REST-Schnittstelle Version 1; Schnittstelle Version 2 und Ereignisstrom über HTTPS) auf lokalen Ports. Die mit [jeweils] markierten Optionen gelten einmal angegeben für jede Bridge, einmal je Bridge angegeben für jede Bridge der Reihe nach.</translation>
+    </message>
+    <message>
+        <source>Run N bridges (1 to %1; default: one per --bridge-id, else 1), each with its own id, ports, home, users and event stream: the first on the ground floor&apos;s default home, the second on the upper floor&apos;s.</source>
+        <translation>N Bridges betreiben (1 bis %1; Vorgabe: eine je --bridge-id, sonst 1), jede mit eigener ID, eigenen Ports, eigenem Zuhause, eigenen Benutzern und eigenem Ereignisstrom: die erste mit dem vorgegebenen Zuhause des Erdgeschosses, die zweite mit dem des Obergeschosses.</translation>
+    </message>
+    <message>
+        <source>[each] Port to listen on (default 0: any free port). Given once for several bridges, N, N+1, ...</source>
+        <translation>[jeweils] Port, auf dem gelauscht wird (Vorgabe 0: ein beliebiger freier Port). Für mehrere Bridges einmal angegeben: N, N+1, ...</translation>
+    </message>
+    <message>
+        <source>Address to listen on (default 127.0.0.1).</source>
+        <translation>Adresse, auf der gelauscht wird (Vorgabe 127.0.0.1).</translation>
+    </message>
+    <message>
+        <source>[each] Load the home from FILE.</source>
+        <translation>[jeweils] Das Zuhause aus FILE laden.</translation>
+    </message>
+    <message>
+        <source>Write the home (the default one, or the --home one) to FILE and exit; once per bridge.</source>
+        <translation>Das Zuhause (das vorgegebene oder das von --home) in FILE schreiben und beenden; einmal je Bridge.</translation>
+    </message>
+    <message>
+        <source>Register the user NAME on every bridge (may be repeated).</source>
+        <translation>Den Benutzer NAME auf jeder Bridge registrieren (darf wiederholt werden).</translation>
+    </message>
+    <message>
+        <source>Press the link buttons at start (pairing works for 30 s). Press them later with SIGUSR1, or one with a POST to its /__control/linkbutton from loopback.</source>
+        <translation>Die Link-Tasten beim Start drücken (Kopplung 30 s lang möglich). Später mit SIGUSR1 drücken, oder eine einzelne mit einem POST an ihr /__control/linkbutton von Loopback aus.</translation>
+    </message>
+    <message>
+        <source>Accept every pairing request without the link button.</source>
+        <translation>Jede Kopplungsanfrage ohne Link-Taste annehmen.</translation>
+    </message>
+    <message>
+        <source>[each] Delay every answer by MS milliseconds.</source>
+        <translation>[jeweils] Jede Antwort um MS Millisekunden verzögern.</translation>
+    </message>
+    <message>
+        <source>Print every request received.</source>
+        <translation>Jede empfangene Anfrage ausgeben.</translation>
+    </message>
+    <message>
+        <source>[each] Serve HTTPS on port N as well (0: any free port; given once for several bridges, N, N+1, ...).</source>
+        <translation>[jeweils] Zusätzlich HTTPS auf Port N anbieten (0: ein beliebiger freier Port; für mehrere Bridges einmal angegeben: N, N+1, ...).</translation>
+    </message>
+    <message>
+        <source>[each] The certificate HTTPS clients see: signed (default), self-signed, other-bridge, expired or unknown-authority.</source>
+        <translation>[jeweils] Das Zertifikat, das HTTPS-Clients sehen: signed (Vorgabe), self-signed, other-bridge, expired oder unknown-authority.</translation>
+    </message>
+    <message>
+        <source>The bridge id (16 hexadecimal digits); once per bridge, each its own.</source>
+        <translation>Die ID der Bridge (16 Hexadezimalziffern); einmal je Bridge, jede ihre eigene.</translation>
+    </message>
+    <message>
+        <source>Write the authority that signs the certificates (one for every bridge) to FILE (PEM), for a client to trust.</source>
+        <translation>Die Zertifizierungsstelle, die die Zertifikate signiert (eine für alle Bridges), in FILE (PEM) schreiben, damit ein Client ihr vertrauen kann.</translation>
+    </message>
+    <message>
+        <source>Answer plain HTTP with 301 to HTTPS, as the newest bridge does.</source>
+        <translation>Einfaches HTTP mit 301 auf HTTPS beantworten, wie es die neueste Bridge tut.</translation>
+    </message>
+    <message>
+        <source>Serve HTTPS only (with --tls-port).</source>
+        <translation>Nur HTTPS anbieten (mit --tls-port).</translation>
+    </message>
+    <message>
+        <source>[each] The event stream of HTTPS (GET /eventstream/clip/v2): normal (default: every change, also those sent with POST /__control/external/&lt;v1 path&gt; from loopback), silent (keep-alives only), off (404, as old firmware) or malformed (broken events).</source>
+        <translation>[jeweils] Der Ereignisstrom über HTTPS (GET /eventstream/clip/v2): normal (Vorgabe: jede Änderung, auch die mit POST /__control/external/&lt;v1-Pfad&gt; von Loopback aus gesendeten), silent (nur Keep-alives), off (404, wie alte Firmware) oder malformed (fehlerhafte Ereignisse).</translation>
+    </message>
+    <message>
+        <source>[each] End every event stream after N seconds, as busy bridges do (default 0: never).</source>
+        <translation>[jeweils] Jeden Ereignisstrom nach N Sekunden beenden, wie es ausgelastete Bridges tun (Vorgabe 0: nie).</translation>
+    </message>
+    <message>
+        <source>[each] As a bridge kept busy by another app: from the first change (PUT, POST or DELETE) it takes, answer every further change with 429 Too Many Requests for N seconds, then take them again; reads are answered all along (default 0: never). --busy-for N --busy-for 0 makes the first of two bridges busy.</source>
+        <translation>[jeweils] Wie eine von einer anderen App ausgelastete Bridge: ab der ersten angenommenen Änderung (PUT, POST oder DELETE) N Sekunden lang jede weitere Änderung mit 429 Too Many Requests beantworten, danach wieder annehmen; Lesezugriffe werden die ganze Zeit beantwortet (Vorgabe 0: nie). --busy-for N --busy-for 0 lastet die erste von zwei Bridges aus.</translation>
+    </message>
+    <message>
+        <source>Serve no version-2 interface: every /clip/v2/ path answers 404, as on a bridge with old firmware. Without it HTTPS serves GET and PUT /clip/v2/resource/... with the header hue-application-key, from the same home as version 1.</source>
+        <translation>Keine Schnittstelle Version 2 anbieten: jeder Pfad /clip/v2/ antwortet 404, wie auf einer Bridge mit alter Firmware. Ohne diese Option bedient HTTPS GET und PUT /clip/v2/resource/... mit dem Header hue-application-key, aus demselben Zuhause wie Version 1.</translation>
+    </message>
+    <message>
+        <source>[each] From the first version-2 write it takes, answer every further one with --v2-busy-status for N seconds; reads are answered all along (default 0: never).</source>
+        <translation>[jeweils] Ab dem ersten angenommenen Schreibzugriff über Version 2 N Sekunden lang jeden weiteren mit --v2-busy-status beantworten; Lesezugriffe werden die ganze Zeit beantwortet (Vorgabe 0: nie).</translation>
+    </message>
+    <message>
+        <source>The status of --v2-busy-for: 429 (default, over the budget) or 503 (busy).</source>
+        <translation>Der Status von --v2-busy-for: 429 (Vorgabe, Kontingent überschritten) oder 503 (ausgelastet).</translation>
+    </message>
+    <message>
+        <source>Answer a version-2 write of a room, zone or the whole home 207 when some of its lamps cannot be reached: those stay as they are and are named in &quot;errors&quot;.</source>
+        <translation>Einen Schreibzugriff über Version 2 auf einen Raum, eine Zone oder das ganze Zuhause mit 207 beantworten, wenn einige seiner Lampen nicht erreichbar sind: diese bleiben, wie sie sind, und werden in &quot;errors&quot; genannt.</translation>
+    </message>
+    <message>
+        <source>Answer every version-2 write with 400 and the error TEXT, changing nothing.</source>
+        <translation>Jeden Schreibzugriff über Version 2 mit 400 und dem Fehler TEXT beantworten, ohne etwas zu ändern.</translation>
+    </message>
+    <message>
+        <source>Enforce the bridge&apos;s pace over version 2: a light takes a write every 100 ms, a grouped light one a second; sooner ones are answered 429.</source>
+        <translation>Das Tempo der Bridge über Version 2 durchsetzen: eine Lampe nimmt alle 100 ms einen Schreibzugriff an, ein Grouped Light einen pro Sekunde; frühere werden mit 429 beantwortet.</translation>
+    </message>
+    <message>
+        <source>unexpected argument %1</source>
+        <translation>unerwartetes Argument %1</translation>
+    </message>
+    <message>
+        <source>--bridges needs a number from 1 to %1, not &quot;%2&quot;</source>
+        <translation>--bridges braucht eine Zahl von 1 bis %1, nicht „%2“</translation>
+    </message>
+    <message numerus="yes">
+        <source>--%1 takes one value for each bridge: %2 given for %n bridges</source>
+        <translation>
+            <numerusform>--%1 erwartet einen Wert für jede Bridge: %2 angegeben für %n Bridge</numerusform>
+            <numerusform>--%1 erwartet einen Wert für jede Bridge: %2 angegeben für %n Bridges</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>--bind needs an IP address, not &quot;%1&quot;</source>
+        <translation>--bind braucht eine IP-Adresse, nicht „%1“</translation>
+    </message>
+    <message>
+        <source>--no-http, --redirect-http, --write-authority, --event-stream and --event-stream-lifetime go with --tls-port</source>
+        <translation>--no-http, --redirect-http, --write-authority, --event-stream und --event-stream-lifetime gehen nur mit --tls-port</translation>
+    </message>
+    <message>
+        <source>--v2-busy-status is 429 or 503, not &quot;%1&quot;</source>
+        <translation>--v2-busy-status ist 429 oder 503, nicht „%1“</translation>
+    </message>
+    <message>
+        <source>--latency needs milliseconds from 0 to 600000, not &quot;%1&quot;</source>
+        <translation>--latency braucht Millisekunden von 0 bis 600000, nicht „%1“</translation>
+    </message>
+    <message>
+        <source>--event-stream is one of %1, not &quot;%2&quot;</source>
+        <translation>--event-stream ist eines von %1, nicht „%2“</translation>
+    </message>
+    <message>
+        <source>--event-stream-lifetime needs seconds from 0 to 86400, not &quot;%1&quot;</source>
+        <translation>--event-stream-lifetime braucht Sekunden von 0 bis 86400, nicht „%1“</translation>
+    </message>
+    <message>
+        <source>--busy-for needs seconds from 0 to 86400, not &quot;%1&quot;</source>
+        <translation>--busy-for braucht Sekunden von 0 bis 86400, nicht „%1“</translation>
+    </message>
+    <message>
+        <source>--v2-busy-for needs seconds from 0 to 86400, not &quot;%1&quot;</source>
+        <translation>--v2-busy-for braucht Sekunden von 0 bis 86400, nicht „%1“</translation>
+    </message>
+    <message>
+        <source>--certificate is one of %1, not &quot;%2&quot;</source>
+        <translation>--certificate ist eines von %1, nicht „%2“</translation>
+    </message>
+    <message>
+        <source>--bridge-id needs 16 hexadecimal digits, not &quot;%1&quot;</source>
+        <translation>--bridge-id braucht 16 Hexadezimalziffern, nicht „%1“</translation>
+    </message>
+    <message>
+        <source>two bridges would have the id %1: give each its own with --bridge-id</source>
+        <translation>zwei Bridges hätten die ID %1: jeder mit --bridge-id eine eigene geben</translation>
+    </message>
+    <message>
+        <source>--user &quot;%1&quot; is not a usable user name</source>
+        <translation>--user „%1“ ist kein brauchbarer Benutzername</translation>
+    </message>
+    <message>
+        <source> on bridge %1</source>
+        <comment>Completes &quot;Link button pressed (%1)%2&quot;</comment>
+        <translation> auf Bridge %1</translation>
+    </message>
+    <message>
+        <source>Link button pressed (%1)%2: pairing works for the next 30 s</source>
+        <comment>%1 is the signal or request that pressed it, %2 the bridge or nothing</comment>
+        <translation>Link-Taste gedrückt (%1)%2: Kopplung ist die nächsten 30 s lang möglich</translation>
+    </message>
+    <message>
+        <source> on every bridge</source>
+        <comment>Completes &quot;Link button pressed (%1)%2&quot;</comment>
+        <translation> auf jeder Bridge</translation>
+    </message>
+    <message>
+        <source>Hue bridge simulator listening on %1</source>
+        <translation>Hue-Bridge-Simulator lauscht auf %1</translation>
+    </message>
+    <message>
+        <source>Hue bridge simulator listening for HTTPS on %1</source>
+        <translation>Hue-Bridge-Simulator lauscht für HTTPS auf %1</translation>
+    </message>
+    <message numerus="yes">
+        <source>--%1 %2 leaves no room for a row of %n ports</source>
+        <translation>
+            <numerusform>--%1 %2 lässt keinen Platz für eine Reihe von %n Port</numerusform>
+            <numerusform>--%1 %2 lässt keinen Platz für eine Reihe von %n Ports</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>glowdeckctl</name>
     <message>
         <source>Glowdeck refused: %1</source>

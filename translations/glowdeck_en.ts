@@ -1422,6 +1422,217 @@ Glowdeck keeps trying and shows your %2 as soon as it does. Is the bridge switch
     </message>
 </context>
 <context>
+    <name>glowdeck-simulator</name>
+    <message numerus="yes">
+        <source>--%1 takes one value for every bridge, or one for each: %2 given for %n bridges</source>
+        <translation>
+            <numerusform>--%1 takes one value for every bridge, or one for each: %2 given for %n bridge</numerusform>
+            <numerusform>--%1 takes one value for every bridge, or one for each: %2 given for %n bridges</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>--%1 needs a number from 0 to 65535, not &quot;%2&quot;</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Simulates Philips Hue bridges (version-1 REST interface; version-2 interface and event stream over HTTPS) on local ports. The options marked [each] apply to every bridge when given once, or to each bridge in turn when given once per bridge.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Run N bridges (1 to %1; default: one per --bridge-id, else 1), each with its own id, ports, home, users and event stream: the first on the ground floor&apos;s default home, the second on the upper floor&apos;s.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>[each] Port to listen on (default 0: any free port). Given once for several bridges, N, N+1, ...</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Address to listen on (default 127.0.0.1).</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>[each] Load the home from FILE.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Write the home (the default one, or the --home one) to FILE and exit; once per bridge.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Register the user NAME on every bridge (may be repeated).</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Press the link buttons at start (pairing works for 30 s). Press them later with SIGUSR1, or one with a POST to its /__control/linkbutton from loopback.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Accept every pairing request without the link button.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>[each] Delay every answer by MS milliseconds.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Print every request received.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>[each] Serve HTTPS on port N as well (0: any free port; given once for several bridges, N, N+1, ...).</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>[each] The certificate HTTPS clients see: signed (default), self-signed, other-bridge, expired or unknown-authority.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The bridge id (16 hexadecimal digits); once per bridge, each its own.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Write the authority that signs the certificates (one for every bridge) to FILE (PEM), for a client to trust.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Answer plain HTTP with 301 to HTTPS, as the newest bridge does.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Serve HTTPS only (with --tls-port).</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>[each] The event stream of HTTPS (GET /eventstream/clip/v2): normal (default: every change, also those sent with POST /__control/external/&lt;v1 path&gt; from loopback), silent (keep-alives only), off (404, as old firmware) or malformed (broken events).</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>[each] End every event stream after N seconds, as busy bridges do (default 0: never).</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>[each] As a bridge kept busy by another app: from the first change (PUT, POST or DELETE) it takes, answer every further change with 429 Too Many Requests for N seconds, then take them again; reads are answered all along (default 0: never). --busy-for N --busy-for 0 makes the first of two bridges busy.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Serve no version-2 interface: every /clip/v2/ path answers 404, as on a bridge with old firmware. Without it HTTPS serves GET and PUT /clip/v2/resource/... with the header hue-application-key, from the same home as version 1.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>[each] From the first version-2 write it takes, answer every further one with --v2-busy-status for N seconds; reads are answered all along (default 0: never).</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The status of --v2-busy-for: 429 (default, over the budget) or 503 (busy).</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Answer a version-2 write of a room, zone or the whole home 207 when some of its lamps cannot be reached: those stay as they are and are named in &quot;errors&quot;.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Answer every version-2 write with 400 and the error TEXT, changing nothing.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Enforce the bridge&apos;s pace over version 2: a light takes a write every 100 ms, a grouped light one a second; sooner ones are answered 429.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>unexpected argument %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>--bridges needs a number from 1 to %1, not &quot;%2&quot;</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message numerus="yes">
+        <source>--%1 takes one value for each bridge: %2 given for %n bridges</source>
+        <translation>
+            <numerusform>--%1 takes one value for each bridge: %2 given for %n bridge</numerusform>
+            <numerusform>--%1 takes one value for each bridge: %2 given for %n bridges</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>--bind needs an IP address, not &quot;%1&quot;</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>--no-http, --redirect-http, --write-authority, --event-stream and --event-stream-lifetime go with --tls-port</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>--v2-busy-status is 429 or 503, not &quot;%1&quot;</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>--latency needs milliseconds from 0 to 600000, not &quot;%1&quot;</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>--event-stream is one of %1, not &quot;%2&quot;</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>--event-stream-lifetime needs seconds from 0 to 86400, not &quot;%1&quot;</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>--busy-for needs seconds from 0 to 86400, not &quot;%1&quot;</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>--v2-busy-for needs seconds from 0 to 86400, not &quot;%1&quot;</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>--certificate is one of %1, not &quot;%2&quot;</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>--bridge-id needs 16 hexadecimal digits, not &quot;%1&quot;</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>two bridges would have the id %1: give each its own with --bridge-id</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>--user &quot;%1&quot; is not a usable user name</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source> on bridge %1</source>
+        <comment>Completes &quot;Link button pressed (%1)%2&quot;</comment>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Link button pressed (%1)%2: pairing works for the next 30 s</source>
+        <comment>%1 is the signal or request that pressed it, %2 the bridge or nothing</comment>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source> on every bridge</source>
+        <comment>Completes &quot;Link button pressed (%1)%2&quot;</comment>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Hue bridge simulator listening on %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Hue bridge simulator listening for HTTPS on %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message numerus="yes">
+        <source>--%1 %2 leaves no room for a row of %n ports</source>
+        <translation>
+            <numerusform>--%1 %2 leaves no room for a row of %n port</numerusform>
+            <numerusform>--%1 %2 leaves no room for a row of %n ports</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>glowdeckctl</name>
     <message>
         <source>Glowdeck refused: %1</source>

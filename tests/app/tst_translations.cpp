@@ -112,6 +112,10 @@ void TestTranslations::theProgramsHelpSpeaksTheSystemLanguage_data()
     QTest::newRow("glowdeckctl usage error")
         << QStringLiteral(GLOWDECKCTL_PROGRAM) << QStringList{u"light"_qs} << 2 << true
         << u"glowdeckctl: \u201elight\u201c braucht die ID einer Lampe.\nHilfe gibt \u201eglowdeckctl --help\u201c.\n"_qs;
+    // The simulator's help; its answers to clients stay the bridge's, in English.
+    QTest::newRow("glowdeck-simulator --help")
+        << QStringLiteral(GLOWDECK_SIMULATOR_PROGRAM) << QStringList{u"--help"_qs} << 0 << false
+        << u"Jede empfangene Anfrage ausgeben."_qs;
 }
 
 void TestTranslations::theProgramsHelpSpeaksTheSystemLanguage()

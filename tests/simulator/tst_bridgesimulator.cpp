@@ -651,6 +651,9 @@ void tst_BridgeSimulator::programRunsTheBridgesAskedFor_data()
                            << QStringList{"001788FFFE000001", "001788FFFE000002"} << "";
     QTest::newRow("an id for two") << "--bridges 2 --bridge-id 001788fffe000001" << QStringList()
                                    << "--bridge-id takes one value for each bridge: 1 given for 2";
+    QTest::newRow("two ids for one")
+        << "--bridges 1 --bridge-id 001788fffe000001 --bridge-id 001788fffe000002" << QStringList()
+        << "2 given for 1 bridge\n";
     QTest::newRow("one id twice") << "--bridge-id " + first + " --bridge-id " + first << QStringList()
                                   << "two bridges would have the id " + first;
     QTest::newRow("ports for three") << "--bridges 2 --port 0 --port 0 --port 0" << QStringList()

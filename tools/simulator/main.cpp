@@ -1,9 +1,12 @@
 #include "BridgeSimulator.h"
 #include "SignalWatcher.h"
 
+#include "i18n/Translations.h"
+
 #include <QCommandLineParser>
 #include <QCoreApplication>
 #include <QHostAddress>
+#include <QLocale>
 #include <QMap>
 #include <QRegularExpression>
 
@@ -44,11 +47,12 @@ bool readPerBridge(const QCommandLineParser& parser, const QCommandLineOption& o
 {
     const QStringList given = parser.values(option);
     if (given.size() > 1 && given.size() != bridges) {
-        *error =
-            QStringLiteral("--%1 takes one value for every bridge, or one for each: %2 given for %3 bridges")
-                .arg(option.names().constFirst())
-                .arg(given.size())
-                .arg(bridges);
+        *error = QCoreApplication::translate(
+                     "glowdeck-simulator",
+                     "--%1 takes one value for every bridge, or one for each: %2 given for %n bridges",
+                     nullptr, bridges)
+                     .arg(option.names().constFirst())
+                     .arg(given.size());
         return false;
     }
     values->clear();
@@ -65,14 +69,17 @@ bool readPort(const QCommandLineOption& option, const QCommandLineParser& parser
     const QString name = option.names().constFirst();
     const int step = parser.values(option).size() == 1 ? index : 0;
     if (!readNumber(values.at(index), 0, 65535, port)) {
-        *error =
-            QStringLiteral("--%1 needs a number from 0 to 65535, not \"%2\"").arg(name, values.at(index));
+        *error = QCoreApplication::translate("glowdeck-simulator",
+                                             "--%1 needs a number from 0 to 65535, not \"%2\"")
+                     .arg(name, values.at(index));
         return false;
     }
     if (*port != 0 && *port + step > 65535) {
-        *error = QStringLiteral("--%1 %2 leaves no room for a row of %3 ports")
-                     .arg(name, values.at(index))
-                     .arg(step + 1);
+        // A named count: lupdate passes over a translation whose count is an expression.
+        const int row = step + 1;
+        *error = QCoreApplication::translate("glowdeck-simulator",
+                                             "--%1 %2 leaves no room for a row of %n ports", nullptr, row)
+                     .arg(name, values.at(index));
         return false;
     }
     *port += *port != 0 ? step : 0;
@@ -98,9 +105,13 @@ int main(int argc, char* argv[])
     QCoreApplication app(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("glowdeck-simulator"));
     QCoreApplication::setApplicationVersion(QStringLiteral(GLOWDECK_VERSION));
+    // Its help, start-up lines and usage errors in the user's language (LC_ALL, LC_MESSAGES, LANG), as
+    // glowdeckctl's; its answers stay the bridge's, in English, as a real bridge's are.
+    Translations::install(QLocale::system());
 
     QCommandLineParser parser;
-    parser.setApplicationDescription(QStringLiteral(
+    parser.setApplicationDescription(QCoreApplication::translate(
+        "glowdeck-simulator",
         "Simulates Philips Hue bridges (version-1 REST interface; version-2 interface and "
         "event stream over HTTPS) on local ports. The options marked [each] apply to every bridge when given "
         "once, or to each bridge in turn when given once per bridge."));
@@ -108,109 +119,151 @@ int main(int argc, char* argv[])
     parser.addVersionOption();
     const QCommandLineOption bridgesOption(
         QStringLiteral("bridges"),
-        QStringLiteral("Run N bridges (1 to %1; default: one per --bridge-id, else 1), each with its own id, "
-                       "ports, home, users and event stream: the first on the ground floor's default home, "
-                       "the second on the upper floor's.")
+        QCoreApplication::translate(
+            "glowdeck-simulator",
+            "Run N bridges (1 to %1; default: one per --bridge-id, else 1), each with its own id, "
+            "ports, home, users and event stream: the first on the ground floor's default home, "
+            "the second on the upper floor's.")
             .arg(MaximumBridges),
         QStringLiteral("N"));
     const QCommandLineOption portOption(
         QStringLiteral("port"),
-        QStringLiteral("[each] Port to listen on (default 0: any free port). Given once for several "
-                       "bridges, N, N+1, ..."),
+        QCoreApplication::translate(
+            "glowdeck-simulator",
+            "[each] Port to listen on (default 0: any free port). Given once for several "
+            "bridges, N, N+1, ..."),
         QStringLiteral("N"));
-    const QCommandLineOption bindOption(QStringLiteral("bind"),
-                                        QStringLiteral("Address to listen on (default 127.0.0.1)."),
-                                        QStringLiteral("ADDRESS"), QStringLiteral("127.0.0.1"));
+    const QCommandLineOption bindOption(
+        QStringLiteral("bind"),
+        QCoreApplication::translate("glowdeck-simulator", "Address to listen on (default 127.0.0.1)."),
+        QStringLiteral("ADDRESS"), QStringLiteral("127.0.0.1"));
     const QCommandLineOption homeOption(
-        QStringLiteral("home"), QStringLiteral("[each] Load the home from FILE."), QStringLiteral("FILE"));
+        QStringLiteral("home"),
+        QCoreApplication::translate("glowdeck-simulator", "[each] Load the home from FILE."),
+        QStringLiteral("FILE"));
     const QCommandLineOption saveOption(
         QStringLiteral("save-home"),
-        QStringLiteral("Write the home (the default one, or the --home one) to FILE and exit; once per "
-                       "bridge."),
+        QCoreApplication::translate(
+            "glowdeck-simulator",
+            "Write the home (the default one, or the --home one) to FILE and exit; once per "
+            "bridge."),
         QStringLiteral("FILE"));
     const QCommandLineOption userOption(
-        QStringLiteral("user"), QStringLiteral("Register the user NAME on every bridge (may be repeated)."),
+        QStringLiteral("user"),
+        QCoreApplication::translate("glowdeck-simulator",
+                                    "Register the user NAME on every bridge (may be repeated)."),
         QStringLiteral("NAME"));
     const QCommandLineOption linkOption(
         QStringLiteral("press-link-button"),
-        QStringLiteral("Press the link buttons at start (pairing works for 30 s). Press them later with "
-                       "SIGUSR1, or one with a POST to its /__control/linkbutton from loopback."));
+        QCoreApplication::translate(
+            "glowdeck-simulator",
+            "Press the link buttons at start (pairing works for 30 s). Press them later with "
+            "SIGUSR1, or one with a POST to its /__control/linkbutton from loopback."));
     const QCommandLineOption acceptOption(
         QStringLiteral("accept-pairing"),
-        QStringLiteral("Accept every pairing request without the link button."));
-    const QCommandLineOption latencyOption(QStringLiteral("latency"),
-                                           QStringLiteral("[each] Delay every answer by MS milliseconds."),
-                                           QStringLiteral("MS"));
-    const QCommandLineOption verboseOption(QStringLiteral("verbose"),
-                                           QStringLiteral("Print every request received."));
+        QCoreApplication::translate("glowdeck-simulator",
+                                    "Accept every pairing request without the link button."));
+    const QCommandLineOption latencyOption(
+        QStringLiteral("latency"),
+        QCoreApplication::translate("glowdeck-simulator", "[each] Delay every answer by MS milliseconds."),
+        QStringLiteral("MS"));
+    const QCommandLineOption verboseOption(
+        QStringLiteral("verbose"),
+        QCoreApplication::translate("glowdeck-simulator", "Print every request received."));
     const QCommandLineOption tlsPortOption(
         QStringLiteral("tls-port"),
-        QStringLiteral("[each] Serve HTTPS on port N as well (0: any free port; given once for several "
-                       "bridges, N, N+1, ...)."),
+        QCoreApplication::translate(
+            "glowdeck-simulator",
+            "[each] Serve HTTPS on port N as well (0: any free port; given once for several "
+            "bridges, N, N+1, ...)."),
         QStringLiteral("N"));
     const QCommandLineOption certificateOption(
         QStringLiteral("certificate"),
-        QStringLiteral("[each] The certificate HTTPS clients see: signed (default), self-signed, "
-                       "other-bridge, expired or unknown-authority."),
+        QCoreApplication::translate(
+            "glowdeck-simulator", "[each] The certificate HTTPS clients see: signed (default), self-signed, "
+                                  "other-bridge, expired or unknown-authority."),
         QStringLiteral("KIND"));
     const QCommandLineOption bridgeIdOption(
         QStringLiteral("bridge-id"),
-        QStringLiteral("The bridge id (16 hexadecimal digits); once per bridge, each its own."),
+        QCoreApplication::translate("glowdeck-simulator",
+                                    "The bridge id (16 hexadecimal digits); once per bridge, each its own."),
         QStringLiteral("ID"));
     const QCommandLineOption authorityOption(
         QStringLiteral("write-authority"),
-        QStringLiteral("Write the authority that signs the certificates (one for every bridge) to FILE "
-                       "(PEM), for a client to trust."),
+        QCoreApplication::translate(
+            "glowdeck-simulator",
+            "Write the authority that signs the certificates (one for every bridge) to FILE "
+            "(PEM), for a client to trust."),
         QStringLiteral("FILE"));
     const QCommandLineOption redirectOption(
         QStringLiteral("redirect-http"),
-        QStringLiteral("Answer plain HTTP with 301 to HTTPS, as the newest bridge does."));
-    const QCommandLineOption noHttpOption(QStringLiteral("no-http"),
-                                          QStringLiteral("Serve HTTPS only (with --tls-port)."));
+        QCoreApplication::translate("glowdeck-simulator",
+                                    "Answer plain HTTP with 301 to HTTPS, as the newest bridge does."));
+    const QCommandLineOption noHttpOption(
+        QStringLiteral("no-http"),
+        QCoreApplication::translate("glowdeck-simulator", "Serve HTTPS only (with --tls-port)."));
     const QCommandLineOption eventStreamOption(
         QStringLiteral("event-stream"),
-        QStringLiteral("[each] The event stream of HTTPS (GET /eventstream/clip/v2): normal (default: every "
-                       "change, also those sent with POST /__control/external/<v1 path> from loopback), "
-                       "silent (keep-alives only), off (404, as old firmware) or malformed (broken events)."),
+        QCoreApplication::translate(
+            "glowdeck-simulator",
+            "[each] The event stream of HTTPS (GET /eventstream/clip/v2): normal (default: every "
+            "change, also those sent with POST /__control/external/<v1 path> from loopback), "
+            "silent (keep-alives only), off (404, as old firmware) or malformed (broken events)."),
         QStringLiteral("MODE"));
     const QCommandLineOption eventLifetimeOption(
         QStringLiteral("event-stream-lifetime"),
-        QStringLiteral("[each] End every event stream after N seconds, as busy bridges do (default 0: "
-                       "never)."),
+        QCoreApplication::translate(
+            "glowdeck-simulator",
+            "[each] End every event stream after N seconds, as busy bridges do (default 0: "
+            "never)."),
         QStringLiteral("N"));
     const QCommandLineOption busyOption(
         QStringLiteral("busy-for"),
-        QStringLiteral("[each] As a bridge kept busy by another app: from the first change (PUT, POST or "
-                       "DELETE) it takes, answer every further change with 429 Too Many Requests for N "
-                       "seconds, then take them again; reads are answered all along (default 0: never). "
-                       "--busy-for N --busy-for 0 makes the first of two bridges busy."),
+        QCoreApplication::translate(
+            "glowdeck-simulator",
+            "[each] As a bridge kept busy by another app: from the first change (PUT, POST or "
+            "DELETE) it takes, answer every further change with 429 Too Many Requests for N "
+            "seconds, then take them again; reads are answered all along (default 0: never). "
+            "--busy-for N --busy-for 0 makes the first of two bridges busy."),
         QStringLiteral("N"));
     const QCommandLineOption noV2Option(
         QStringLiteral("no-v2"),
-        QStringLiteral("Serve no version-2 interface: every /clip/v2/ path answers 404, as on a bridge with "
-                       "old firmware. Without it HTTPS serves GET and PUT /clip/v2/resource/... with the "
-                       "header hue-application-key, from the same home as version 1."));
+        QCoreApplication::translate(
+            "glowdeck-simulator",
+            "Serve no version-2 interface: every /clip/v2/ path answers 404, as on a bridge with "
+            "old firmware. Without it HTTPS serves GET and PUT /clip/v2/resource/... with the "
+            "header hue-application-key, from the same home as version 1."));
     const QCommandLineOption v2BusyOption(
         QStringLiteral("v2-busy-for"),
-        QStringLiteral("[each] From the first version-2 write it takes, answer every further one with "
-                       "--v2-busy-status for N seconds; reads are answered all along (default 0: never)."),
+        QCoreApplication::translate(
+            "glowdeck-simulator",
+            "[each] From the first version-2 write it takes, answer every further one with "
+            "--v2-busy-status for N seconds; reads are answered all along (default 0: never)."),
         QStringLiteral("N"));
     const QCommandLineOption v2BusyStatusOption(
         QStringLiteral("v2-busy-status"),
-        QStringLiteral("The status of --v2-busy-for: 429 (default, over the budget) or 503 (busy)."),
+        QCoreApplication::translate(
+            "glowdeck-simulator",
+            "The status of --v2-busy-for: 429 (default, over the budget) or 503 (busy)."),
         QStringLiteral("STATUS"), QStringLiteral("429"));
     const QCommandLineOption v2PartialOption(
         QStringLiteral("v2-partial"),
-        QStringLiteral("Answer a version-2 write of a room, zone or the whole home 207 when some of its "
-                       "lamps cannot be reached: those stay as they are and are named in \"errors\"."));
+        QCoreApplication::translate(
+            "glowdeck-simulator",
+            "Answer a version-2 write of a room, zone or the whole home 207 when some of its "
+            "lamps cannot be reached: those stay as they are and are named in \"errors\"."));
     const QCommandLineOption v2ErrorOption(
         QStringLiteral("v2-write-error"),
-        QStringLiteral("Answer every version-2 write with 400 and the error TEXT, changing nothing."),
+        QCoreApplication::translate(
+            "glowdeck-simulator",
+            "Answer every version-2 write with 400 and the error TEXT, changing nothing."),
         QStringLiteral("TEXT"));
     const QCommandLineOption v2PaceOption(
         QStringLiteral("v2-pace"),
-        QStringLiteral("Enforce the bridge's pace over version 2: a light takes a write every 100 ms, a "
-                       "grouped light one a second; sooner ones are answered 429."));
+        QCoreApplication::translate(
+            "glowdeck-simulator",
+            "Enforce the bridge's pace over version 2: a light takes a write every 100 ms, a "
+            "grouped light one a second; sooner ones are answered 429."));
     parser.addOptions(
         {bridgesOption, portOption,         bindOption,          homeOption,      saveOption,
          userOption,    linkOption,         acceptOption,        latencyOption,   verboseOption,
@@ -226,23 +279,26 @@ int main(int argc, char* argv[])
     if (parser.isSet(QStringLiteral("version")))
         parser.showVersion();
     if (!parser.positionalArguments().isEmpty())
-        return fail(ExitBadInput,
-                    QStringLiteral("unexpected argument %1").arg(parser.positionalArguments().first()));
+        return fail(ExitBadInput, QCoreApplication::translate("glowdeck-simulator", "unexpected argument %1")
+                                      .arg(parser.positionalArguments().first()));
 
     int bridges = std::max<int>(1, int(parser.values(bridgeIdOption).size()));
     if (parser.isSet(bridgesOption) && !readNumber(parser.value(bridgesOption), 1, MaximumBridges, &bridges))
-        return fail(ExitBadInput, QStringLiteral("--bridges needs a number from 1 to %1, not \"%2\"")
-                                      .arg(MaximumBridges)
-                                      .arg(parser.value(bridgesOption)));
+        return fail(ExitBadInput,
+                    QCoreApplication::translate("glowdeck-simulator",
+                                                "--bridges needs a number from 1 to %1, not \"%2\"")
+                        .arg(MaximumBridges)
+                        .arg(parser.value(bridgesOption)));
     // An id, or a file to write a home to, is one bridge's own: one for several is no choice at all.
     for (const QCommandLineOption* option : {&bridgeIdOption, &saveOption}) {
         const qsizetype given = parser.values(*option).size();
         if (given > 0 && given != bridges)
             return fail(ExitBadInput,
-                        QStringLiteral("--%1 takes one value for each bridge: %2 given for %3 bridges")
+                        QCoreApplication::translate(
+                            "glowdeck-simulator",
+                            "--%1 takes one value for each bridge: %2 given for %n bridges", nullptr, bridges)
                             .arg(option->names().constFirst())
-                            .arg(given)
-                            .arg(bridges));
+                            .arg(given));
     }
     QString error;
     QStringList ports, tlsPorts, homes, kindNames, latencies, eventModeNames, eventLifetimes, busySpells,
@@ -261,19 +317,22 @@ int main(int argc, char* argv[])
     }
     const QHostAddress address(parser.value(bindOption));
     if (address.isNull())
-        return fail(ExitBadInput,
-                    QStringLiteral("--bind needs an IP address, not \"%1\"").arg(parser.value(bindOption)));
+        return fail(ExitBadInput, QCoreApplication::translate("glowdeck-simulator",
+                                                              "--bind needs an IP address, not \"%1\"")
+                                      .arg(parser.value(bindOption)));
     const bool tls = parser.isSet(tlsPortOption);
     if ((parser.isSet(noHttpOption) || parser.isSet(redirectOption) || parser.isSet(authorityOption) ||
          parser.isSet(eventStreamOption) || parser.isSet(eventLifetimeOption)) &&
         !tls)
         return fail(ExitBadInput,
-                    QStringLiteral("--no-http, --redirect-http, --write-authority, --event-stream "
-                                   "and --event-stream-lifetime go with --tls-port"));
+                    QCoreApplication::translate(
+                        "glowdeck-simulator", "--no-http, --redirect-http, --write-authority, --event-stream "
+                                              "and --event-stream-lifetime go with --tls-port"));
     const QString v2BusyStatus = parser.value(v2BusyStatusOption);
     if (v2BusyStatus != u"429" && v2BusyStatus != u"503")
-        return fail(ExitBadInput,
-                    QStringLiteral("--v2-busy-status is 429 or 503, not \"%1\"").arg(v2BusyStatus));
+        return fail(ExitBadInput, QCoreApplication::translate("glowdeck-simulator",
+                                                              "--v2-busy-status is 429 or 503, not \"%1\"")
+                                      .arg(v2BusyStatus));
     const QMap<QString, BridgeSimulator::EventStreamMode> eventModes{
         {QStringLiteral("normal"), BridgeSimulator::EventStreamMode::Normal},
         {QStringLiteral("silent"), BridgeSimulator::EventStreamMode::Silent},
@@ -306,31 +365,39 @@ int main(int argc, char* argv[])
             return fail(ExitBadInput, error);
         if (!readNumber(latencies.at(i), 0, 600'000, &bridge.latency))
             return fail(ExitBadInput,
-                        QStringLiteral("--latency needs milliseconds from 0 to 600000, not \"%1\"")
+                        QCoreApplication::translate(
+                            "glowdeck-simulator", "--latency needs milliseconds from 0 to 600000, not \"%1\"")
                             .arg(latencies.at(i)));
         if (!eventModes.contains(eventModeNames.at(i)))
-            return fail(ExitBadInput,
-                        QStringLiteral("--event-stream is one of %1, not \"%2\"")
-                            .arg(eventModes.keys().join(QStringLiteral(", ")), eventModeNames.at(i)));
-        if (!readNumber(eventLifetimes.at(i), 0, 86'400, &bridge.eventLifetime))
-            return fail(ExitBadInput,
-                        QStringLiteral("--event-stream-lifetime needs seconds from 0 to 86400, not \"%1\"")
-                            .arg(eventLifetimes.at(i)));
-        if (!readNumber(busySpells.at(i), 0, 86'400, &bridge.busySeconds))
             return fail(
                 ExitBadInput,
-                QStringLiteral("--busy-for needs seconds from 0 to 86400, not \"%1\"").arg(busySpells.at(i)));
+                QCoreApplication::translate("glowdeck-simulator", "--event-stream is one of %1, not \"%2\"")
+                    .arg(eventModes.keys().join(QStringLiteral(", ")), eventModeNames.at(i)));
+        if (!readNumber(eventLifetimes.at(i), 0, 86'400, &bridge.eventLifetime))
+            return fail(ExitBadInput, QCoreApplication::translate(
+                                          "glowdeck-simulator",
+                                          "--event-stream-lifetime needs seconds from 0 to 86400, not \"%1\"")
+                                          .arg(eventLifetimes.at(i)));
+        if (!readNumber(busySpells.at(i), 0, 86'400, &bridge.busySeconds))
+            return fail(ExitBadInput,
+                        QCoreApplication::translate("glowdeck-simulator",
+                                                    "--busy-for needs seconds from 0 to 86400, not \"%1\"")
+                            .arg(busySpells.at(i)));
         if (!readNumber(v2BusySpells.at(i), 0, 86'400, &bridge.v2BusySeconds))
             return fail(ExitBadInput,
-                        QStringLiteral("--v2-busy-for needs seconds from 0 to 86400, not \"%1\"")
+                        QCoreApplication::translate("glowdeck-simulator",
+                                                    "--v2-busy-for needs seconds from 0 to 86400, not \"%1\"")
                             .arg(v2BusySpells.at(i)));
         if (!kinds.contains(kindNames.at(i)))
-            return fail(ExitBadInput, QStringLiteral("--certificate is one of %1, not \"%2\"")
+            return fail(ExitBadInput, QCoreApplication::translate("glowdeck-simulator",
+                                                                  "--certificate is one of %1, not \"%2\"")
                                           .arg(kinds.keys().join(QStringLiteral(", ")), kindNames.at(i)));
         const QString id = parser.values(bridgeIdOption).value(i);
         if (!id.isEmpty() && !bridgeIdPattern.match(id).hasMatch())
             return fail(ExitBadInput,
-                        QStringLiteral("--bridge-id needs 16 hexadecimal digits, not \"%1\"").arg(id));
+                        QCoreApplication::translate("glowdeck-simulator",
+                                                    "--bridge-id needs 16 hexadecimal digits, not \"%1\"")
+                            .arg(id));
 
         // The first two bridges are the two floors of one house; any further one is a floor again, under an
         // id of its own.
@@ -347,14 +414,16 @@ int main(int argc, char* argv[])
         for (const Bridge& other : house) {
             if (other.simulator->bridgeId() == simulator.bridgeId())
                 return fail(ExitBadInput,
-                            QStringLiteral("two bridges would have the id %1: give each its own "
-                                           "with --bridge-id")
+                            QCoreApplication::translate("glowdeck-simulator",
+                                                        "two bridges would have the id %1: give each its own "
+                                                        "with --bridge-id")
                                 .arg(simulator.bridgeId()));
         }
         for (const QString& user : parser.values(userOption)) {
             if (!simulator.registerUser(user, QStringLiteral("glowdeck#simulator")))
-                return fail(ExitBadInput,
-                            QStringLiteral("--user \"%1\" is not a usable user name").arg(user));
+                return fail(ExitBadInput, QCoreApplication::translate(
+                                              "glowdeck-simulator", "--user \"%1\" is not a usable user name")
+                                              .arg(user));
         }
         house.push_back(std::move(bridge));
     }
@@ -370,18 +439,34 @@ int main(int argc, char* argv[])
     QObject::connect(&signalWatcher, &SignalWatcher::terminationRequested, &app, &QCoreApplication::quit);
     // Several bridges say which one each line is about; one bridge's lines read as they always did.
     const auto which = [bridges](const BridgeSimulator& simulator) {
-        return bridges > 1 ? QStringLiteral(" on bridge ") + simulator.bridgeId() : QString();
+        return bridges > 1 ? QCoreApplication::translate("glowdeck-simulator", " on bridge %1",
+                                                         "Completes \"Link button pressed (%1)%2\"")
+                                 .arg(simulator.bridgeId())
+                           : QString();
     };
     // The link buttons can be pressed while the simulator runs, as a real bridge's can.
-    const auto sayPressed = [](const char* how, const QString& where) {
-        std::printf("Link button pressed (%s)%s: pairing works for the next 30 s\n", how, qPrintable(where));
+    const auto sayPressed = [](const QString& how, const QString& where) {
+        std::printf("%s\n",
+                    qPrintable(QCoreApplication::translate(
+                                   "glowdeck-simulator",
+                                   "Link button pressed (%1)%2: pairing works for the next 30 s",
+                                   "%1 is the signal or request that pressed it, %2 the bridge or nothing")
+                                   .arg(how, where)));
         std::fflush(stdout);
     };
     QObject::connect(&signalWatcher, &SignalWatcher::user1Received, [&] {
         for (const Bridge& bridge : house)
             bridge.simulator->pressLinkButton();
-        sayPressed("SIGUSR1", bridges > 1 ? QStringLiteral(" on every bridge") : QString());
+        sayPressed(QStringLiteral("SIGUSR1"),
+                   bridges > 1 ? QCoreApplication::translate("glowdeck-simulator", " on every bridge",
+                                                             "Completes \"Link button pressed (%1)%2\"")
+                               : QString());
     });
+    // Scripts read the address and the bridge after "listening on", whatever the language: the part in
+    // brackets is never translated.
+    const auto sayListening = [](const QString& listening, const QString& address, const QString& id) {
+        std::printf("%s (bridge %s)\n", qPrintable(listening.arg(address)), qPrintable(id));
+    };
     for (int i = 0; i < bridges; ++i) {
         Bridge& bridge = house.at(i);
         BridgeSimulator& simulator = *bridge.simulator;
@@ -400,7 +485,7 @@ int main(int argc, char* argv[])
         simulator.setRecording(false);
         QObject::connect(&simulator, &BridgeSimulator::linkButtonPressedByRequest,
                          [&sayPressed, &which, &simulator] {
-                             sayPressed("POST /__control/linkbutton", which(simulator));
+                             sayPressed(QStringLiteral("POST /__control/linkbutton"), which(simulator));
                          });
         if (parser.isSet(verboseOption)) {
             const QByteArray prefix =
@@ -415,8 +500,9 @@ int main(int argc, char* argv[])
         if (!parser.isSet(noHttpOption)) {
             if (!simulator.listen(address, quint16(bridge.port)))
                 return fail(ExitFailure, simulator.errorString());
-            std::printf("Hue bridge simulator listening on %s (bridge %s)\n",
-                        qPrintable(simulator.hostAndPort()), qPrintable(simulator.bridgeId()));
+            sayListening(
+                QCoreApplication::translate("glowdeck-simulator", "Hue bridge simulator listening on %1"),
+                simulator.hostAndPort(), simulator.bridgeId());
         }
         if (tls) {
             // One authority signs every bridge of the process, as the maker signs every real one: a client
@@ -432,8 +518,9 @@ int main(int argc, char* argv[])
             if (i == 0 && parser.isSet(authorityOption) &&
                 !simulator.writeAuthority(parser.value(authorityOption), &error))
                 return fail(ExitFailure, error);
-            std::printf("Hue bridge simulator listening for HTTPS on %s (bridge %s)\n",
-                        qPrintable(simulator.tlsHostAndPort()), qPrintable(simulator.bridgeId()));
+            sayListening(QCoreApplication::translate("glowdeck-simulator",
+                                                     "Hue bridge simulator listening for HTTPS on %1"),
+                         simulator.tlsHostAndPort(), simulator.bridgeId());
         }
     }
     std::fflush(stdout);
