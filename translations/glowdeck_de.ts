@@ -2507,5 +2507,9 @@ Die Einstellungsdatei beschreibbar machen (oder --settings FILE angeben) und ern
         <source>bridge %1 is not watched</source>
         <translation>Bridge %1 wird nicht beobachtet</translation>
     </message>
+    <message>
+        <source>The bridge at %1 took only part of %2: %3.</source>
+        <translation>Die Bridge unter %1 hat %2 nur zum Teil übernommen: %3.</translation>
+    </message>
 </context>
 </TS>

@@ -2485,5 +2485,9 @@ Make the settings file writable (or pass --settings FILE) and pair again.</sourc
         <source>bridge %1 is not watched</source>
         <translation type="unfinished"></translation>
     </message>
+    <message>
+        <source>The bridge at %1 took only part of %2: %3.</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 </TS>

@@ -39,6 +39,8 @@ measure_prepare() {
     mkdir -p "$XDG_RUNTIME_DIR" "$XDG_CONFIG_HOME" "$XDG_CACHE_HOME"
     chmod 0700 "$XDG_RUNTIME_DIR"
     unset http_proxy https_proxy all_proxy HTTP_PROXY HTTPS_PROXY ALL_PROXY no_proxy NO_PROXY GLOWDECK_SETTINGS
+    # The simulator's and the program's lines read here are the English ones.
+    export LC_ALL=C.UTF-8 LANGUAGE=
     export QT_QPA_PLATFORM=xcb GLOWDECK_DISCOVERY_URL= GLOWDECK_MDNS_SERVICE= GLOWDECK_ARP_COMMAND= \
         GLOWDECK_ERROR_ENDPOINT= GLOWDECK_HELP_URL= GLOWDECK_FEEDBACK_URL= GLOWDECK_REVIEW_URL= \
         GLOWDECK_WEBSITE_URL= GLOWDECK_DONATION_URL=

@@ -1,6 +1,9 @@
 # Shared by the packaging tests: messages, and skipping (exit 77) where a tool is missing. Every tool named
 # here is installed by scripts/install-deps.sh. Each script sets test_name first.
 
+# The programs' help and messages are checked in English, whatever language the developer's session has.
+export LC_ALL=C.UTF-8 LANGUAGE=
+
 say() { echo "${test_name}: $*"; }
 fail() {
     say "FAIL: $*"

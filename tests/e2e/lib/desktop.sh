@@ -60,6 +60,8 @@ e2e_prepare() {
     # No proxy may turn a loopback request into one to somewhere else.
     unset http_proxy https_proxy all_proxy HTTP_PROXY HTTPS_PROXY ALL_PROXY no_proxy NO_PROXY
     export QT_QPA_PLATFORM=xcb
+    # The labels and messages looked for are the English ones, whatever language the developer's session has.
+    export LC_ALL=C.UTF-8 LANGUAGE=
 }
 
 e2e_background() {
