@@ -6,6 +6,7 @@
 #include <QNetworkReply>
 #include <QSslConfiguration>
 #include <QSslKey>
+#include <QTimer>
 
 #include <algorithm>
 
@@ -190,7 +191,59 @@ void record(QNetworkReply* reply, const QSslCertificate& leaf, bool selfSigned)
 
 } // namespace
 
-BridgeNetwork::BridgeNetwork(QObject* parent) : QNetworkAccessManager(parent) {}
+BridgeNetwork::BridgeNetwork(QObject* parent)
+    : QNetworkAccessManager(parent), m_trust(std::make_shared<Trust>())
+{
+    // Emitted once per new connection: a request on a kept connection has no handshake of its own.
+    connect(this, &QNetworkAccessManager::encrypted, this, [this] { ++m_newConnections; });
+}
+
+BridgeNetwork::~BridgeNetwork()
+{
+    // Qt deletes the replies left after this part of the manager is gone.
+    for (QObject* reply : std::as_const(m_replies))
+        disconnect(reply, nullptr, this, nullptr);
+}
+
+std::unique_ptr<BridgeNetwork> BridgeNetwork::withSameTrust() const
+{
+    auto network = std::make_unique<BridgeNetwork>();
+    network->m_trust = m_trust;
+    return network;
+}
+
+void BridgeNetwork::releaseConnections()
+{
+    if (!m_replies.isEmpty())
+        return;
+    m_newConnections = 0;
+    clearConnectionCache();
+}
+
+QNetworkReply* BridgeNetwork::follow(QNetworkReply* reply)
+{
+    m_replies.insert(reply);
+    connect(reply, &QObject::destroyed, this, &BridgeNetwork::onReplyGone);
+    return reply;
+}
+
+void BridgeNetwork::onReplyGone(QObject* reply)
+{
+    if (!m_replies.remove(reply) || !m_replies.isEmpty() || m_newConnections < connectionsBeforeRelease)
+        return;
+    // Qt shares one TLS context among the connections it keeps for a host, and OpenSSL keeps the session
+    // tickets of every connection made with it in that context (about 8 KB each, with the bridge's
+    // certificate, for hours) although Qt never resumes a session from there. Letting the kept connections
+    // go frees the context. Qt's network thread ends with them: only once the reply is fully gone, never
+    // from within its destruction, and only if no request was sent meanwhile.
+    QTimer::singleShot(0, this, [this] { releaseIfDue(); });
+}
+
+void BridgeNetwork::releaseIfDue()
+{
+    if (m_newConnections >= connectionsBeforeRelease)
+        releaseConnections();
+}
 
 QList<QSslCertificate> BridgeNetwork::makerRoots()
 {
@@ -218,22 +271,23 @@ QList<QSslCertificate> BridgeNetwork::trustRoots() const
 {
     // Read at the first HTTPS request, not at start: reading a certificate loads the TLS library, which
     // the tray icon does not need to show.
-    if (!m_makerRootsRead) {
-        m_makerRoots = makerRoots();
-        m_roots = m_makerRoots + m_roots;
-        m_makerRootsRead = true;
+    if (!m_trust->makerRootsRead) {
+        m_trust->makerRoots = makerRoots();
+        m_trust->roots = m_trust->makerRoots + m_trust->roots;
+        m_trust->makerRootsRead = true;
     }
-    return m_roots;
+    return m_trust->roots;
 }
 
 void BridgeNetwork::addTrustRoots(const QList<QSslCertificate>& roots)
 {
     for (const QSslCertificate& root : roots) {
-        if (!root.isNull() && !m_roots.contains(root))
-            m_roots.append(root);
+        if (!root.isNull() && !m_trust->roots.contains(root))
+            m_trust->roots.append(root);
     }
     // A connection kept from before trusted less; the next request starts afresh.
     clearConnectionCache();
+    m_newConnections = 0;
 }
 
 void BridgeNetwork::prepare(QNetworkRequest& request, const BridgeIdentity& identity)
@@ -267,7 +321,7 @@ CertificateSigner BridgeNetwork::signerOf(const QNetworkReply* reply, const QSsl
     // along is that one, else the one the top certificate names as its issuer.
     const QList<QSslCertificate> roots = network->trustRoots();
     const auto signer = [network](const QSslCertificate& root) {
-        return CertificateSigner{network->m_makerRoots.contains(root) ? Kind::maker : Kind::added,
+        return CertificateSigner{network->m_trust->makerRoots.contains(root) ? Kind::maker : Kind::added,
                                  authorityName(root)};
     };
     QList<QSslCertificate> chain = reply->sslConfiguration().peerCertificateChain();
@@ -302,8 +356,12 @@ QNetworkReply* BridgeNetwork::createRequest(Operation op, const QNetworkRequest&
         if (const QString refusal = keyRefusal(original, marked); !refusal.isEmpty())
             return new RefusedReply(op, original, refusal, this);
     }
+    // A request sent back to back with the one before, before the event loop came round, lets the kept
+    // connections go itself. No reply of this manager is left, so none is in one of its signals here (but
+    // `destroyed`, from which nothing here sends a request).
+    releaseIfDue();
     if (!marked.isValid() || original.url().scheme() != u"https")
-        return QNetworkAccessManager::createRequest(op, original, body);
+        return follow(QNetworkAccessManager::createRequest(op, original, body));
 
     const BridgeIdentity identity = marked.value<BridgeIdentity>();
     QNetworkRequest request = original;
@@ -316,7 +374,7 @@ QNetworkReply* BridgeNetwork::createRequest(Operation op, const QNetworkRequest&
                               : identity.trustOnFirstUse   ? firstUseName
                                                            : anyBridgeName);
 
-    QNetworkReply* reply = QNetworkAccessManager::createRequest(op, request, body);
+    QNetworkReply* reply = follow(QNetworkAccessManager::createRequest(op, request, body));
     // Both run during the handshake, before the request is written.
     connect(reply, &QNetworkReply::sslErrors, reply, [reply, identity](const QList<QSslError>& errors) {
         bool selfSigned = false;

@@ -5,7 +5,10 @@
 
 #include <QList>
 #include <QNetworkAccessManager>
+#include <QSet>
 #include <QSslCertificate>
+
+#include <memory>
 
 class QNetworkReply;
 
@@ -33,6 +36,11 @@ Q_DECLARE_METATYPE(BridgeCertificate)
 /// ends the exchange during the handshake, before anything of the request, the key included, is sent.
 /// A request that carries a bridge's key goes nowhere unless it is marked with the id its bridge must
 /// prove, and over plain HTTP only to a bridge paired that way: otherwise it fails at once, unsent.
+///
+/// Connections are kept alive between requests, as Qt does. Every new TLS connection leaves about 8 KB in
+/// the TLS context that Qt shares among the connections it keeps for one host, for as long as they are kept:
+/// after `connectionsBeforeRelease` new ones, the kept connections are let go once no reply of this manager
+/// is left. A long request (the event stream) therefore goes through a manager of its own (`withSameTrust`).
 class BridgeNetwork : public QNetworkAccessManager
 {
     Q_OBJECT
@@ -41,6 +49,11 @@ public:
     /// Trusts the bridge maker's authorities only; the programs add GLOWDECK_BRIDGE_TRUST_ROOTS and
     /// --trust-root.
     explicit BridgeNetwork(QObject* parent = nullptr);
+    ~BridgeNetwork() override;
+
+    /// Another manager that trusts what this one trusts, now and after `addTrustRoots` on either, and keeps
+    /// connections of its own: for a request that stays open, so that this one's are let go meanwhile.
+    std::unique_ptr<BridgeNetwork> withSameTrust() const;
 
     /// The two authorities that sign Hue bridges' certificates, shipped with the program.
     static QList<QSslCertificate> makerRoots();
@@ -63,11 +76,30 @@ public:
     static CertificateSigner signerOf(const QNetworkReply* reply, const QSslCertificate& leaf,
                                       bool selfSigned);
 
+    /// New TLS connections after which the kept ones are let go, once no reply is left.
+    static constexpr int connectionsBeforeRelease = 50;
+    /// Lets go of the kept connections now, unless a reply of this manager is still there (its request would
+    /// end without a word). Not from a reply's signal: do it from the event loop.
+    void releaseConnections();
+
 protected:
     QNetworkReply* createRequest(Operation op, const QNetworkRequest& request, QIODevice* body) override;
 
 private:
-    mutable QList<QSslCertificate> m_roots;
-    mutable QList<QSslCertificate> m_makerRoots; ///< read with the others, to tell them apart
-    mutable bool m_makerRootsRead = false;
+    struct Trust
+    {
+        QList<QSslCertificate> roots;
+        QList<QSslCertificate> makerRoots; ///< read with the others, to tell them apart
+        bool makerRootsRead = false;
+    };
+
+    /// Follows `reply` until it is destroyed: until then Qt may still use its connection.
+    QNetworkReply* follow(QNetworkReply* reply);
+    void onReplyGone(QObject* reply);
+    /// Lets go of the kept connections if enough new ones were made and no reply is left.
+    void releaseIfDue();
+
+    std::shared_ptr<Trust> m_trust; ///< shared with the managers made by `withSameTrust`
+    QSet<QObject*> m_replies;       ///< replies of this manager not destroyed yet
+    int m_newConnections = 0;       ///< TLS connections made since the kept ones were last let go
 };

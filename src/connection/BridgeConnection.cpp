@@ -42,9 +42,10 @@ void askBridgeInterface(QNetworkAccessManager& network, const QString& endpoint,
 }
 
 BridgeConnection::BridgeConnection(BridgeLink& settings, QNetworkAccessManager& network,
-                                   BridgePairing& pairing, const ActionQueue& queue, QObject* parent)
+                                   BridgePairing& pairing, const ActionQueue& queue,
+                                   QNetworkAccessManager* streamNetwork, QObject* parent)
     : QObject(parent), m_settings(settings), m_network(network), m_pairing(pairing), m_queue(queue),
-      m_live(new LiveUpdates(settings, network, queue, this))
+      m_live(new LiveUpdates(settings, streamNetwork ? *streamNetwork : network, queue, this))
 {
     // Pairing that succeeds comes back here, now with a key.
     connect(&m_pairing, &BridgePairing::paired, this, &BridgeConnection::connectToBridge);

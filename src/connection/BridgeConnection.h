@@ -54,9 +54,11 @@ public:
     static constexpr std::chrono::minutes repeatsLoggedEvery{1};
 
     /// Reads nothing within a few seconds of the user's last change in `queue`, whose pending changes the
-    /// live updates hold against the bridge's events.
+    /// live updates hold against the bridge's events. The event stream goes through `streamNetwork`, else
+    /// through `network`.
     BridgeConnection(BridgeLink& settings, QNetworkAccessManager& network, BridgePairing& pairing,
-                     const ActionQueue& queue, QObject* parent = nullptr);
+                     const ActionQueue& queue, QNetworkAccessManager* streamNetwork = nullptr,
+                     QObject* parent = nullptr);
 
     /// The clock behind the skip rule, the scene minutes and the searches; tests replace it.
     void setClock(std::function<QDateTime()> now) { m_now = std::move(now); }

@@ -116,6 +116,23 @@ void BridgeEventStream::refuseLater(const QString& reason)
 void BridgeEventStream::open()
 {
     drop();
+    if (m_leaving) {
+        // The attempt before goes first, its reply destroyed, so that nothing uses the connection let go.
+        const quint64 attempt = m_attempt;
+        connect(
+            m_leaving, &QObject::destroyed, this,
+            [this, attempt] {
+                if (attempt == m_attempt)
+                    open();
+            },
+            Qt::QueuedConnection);
+        return;
+    }
+    // A manager of the stream's own keeps only the stream's connection, and every new one leaves its TLS
+    // session behind in what Qt keeps of the old: a new attempt starts afresh. On a manager shared with
+    // other requests this does nothing while one of them is under way.
+    if (auto* network = qobject_cast<BridgeNetwork*>(&m_network))
+        network->releaseConnections();
     QNetworkRequest request(m_url);
     BridgeNetwork::prepare(request, m_identity);
     request.setRawHeader(QByteArrayLiteral("hue-application-key"), m_key);
@@ -254,6 +271,7 @@ void BridgeEventStream::drop()
     m_parser.reset();
     if (QNetworkReply* reply = m_reply) {
         m_reply = nullptr;
+        m_leaving = reply;
         disconnect(reply, nullptr, this, nullptr);
         // Dropped from within the reply's own error or head signal (a 404), an abort now would report a
         // second error to it: end it once control is back in the event loop.

@@ -34,7 +34,8 @@ struct EventStreamTimings
 /// Keeps one event stream of a bridge open ("GET /eventstream/clip/v2") and turns its events into batches of
 /// changes. The request goes through the given network manager marked with the bridge's identity, so a
 /// BridgeNetwork checks the bridge's certificate as for every other request; the stream is only used over
-/// HTTPS, since it carries the key. Runs on the main thread.
+/// HTTPS, since it carries the key. Runs on the main thread. A BridgeNetwork of the stream's own lets its
+/// connection go at every new attempt (`BridgeNetwork::withSameTrust`).
 ///
 /// Every attempt that ends, other than by `stop()` or `start()`, ends in exactly one signal: `disconnected`
 /// (the stream ended, broke, stayed silent, or could not be opened; another attempt follows after 1, 2, 4 …
@@ -100,6 +101,7 @@ private:
     BridgeIdentity m_identity;
 
     QPointer<QNetworkReply> m_reply;
+    QPointer<QNetworkReply> m_leaving;        // the reply of the attempt before, until it is destroyed
     std::optional<ServerSentEvents> m_parser; // one per attempt
     quint64 m_attempt = 0;                    // counts attempts started and dropped, to spot re-entry
     bool m_headJudged = false;

@@ -31,9 +31,10 @@ constexpr int listIndex(int list)
 
 } // namespace
 
-LiveUpdates::LiveUpdates(BridgeLink& settings, QNetworkAccessManager& network, const ActionQueue& queue,
+LiveUpdates::LiveUpdates(BridgeLink& settings, QNetworkAccessManager& streamNetwork, const ActionQueue& queue,
                          QObject* parent)
-    : QObject(parent), m_settings(settings), m_queue(queue), m_stream(new BridgeEventStream(network, this)),
+    : QObject(parent), m_settings(settings), m_queue(queue),
+      m_stream(new BridgeEventStream(streamNetwork, this)),
       m_enabled(
           qEnvironmentVariable("GLOWDECK_EVENT_STREAM").compare(QLatin1String("off"), Qt::CaseInsensitive) !=
           0)

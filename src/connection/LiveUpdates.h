@@ -53,7 +53,8 @@ public:
     };
 
     /// `GLOWDECK_EVENT_STREAM=off` in the environment keeps the stream closed (to compare with reading).
-    LiveUpdates(BridgeLink& settings, QNetworkAccessManager& network, const ActionQueue& queue,
+    /// The stream goes through `streamNetwork`.
+    LiveUpdates(BridgeLink& settings, QNetworkAccessManager& streamNetwork, const ActionQueue& queue,
                 QObject* parent = nullptr);
     ~LiveUpdates() override;
 

@@ -2,6 +2,7 @@
 
 #include "bridge/ActionQueue.h"
 #include "bridge/BridgeCommands.h"
+#include "bridge/BridgeNetwork.h"
 #include "connection/BridgeConnection.h"
 #include "connection/BridgePairing.h"
 #include "state/BridgeLink.h"
@@ -15,10 +16,14 @@ BridgeSession::BridgeSession(std::unique_ptr<BridgeLink> link, QNetworkAccessMan
 
 BridgeSession::BridgeSession(BridgeLink& link, QNetworkAccessManager& network, QObject* parent)
     : QObject(parent), m_link(link), m_network(network),
+      m_streamNetwork(qobject_cast<BridgeNetwork*>(&network)
+                          ? static_cast<BridgeNetwork&>(network).withSameTrust()
+                          : nullptr),
       m_queue(std::make_unique<ActionQueue>(link, network)),
       m_commands(std::make_unique<BridgeCommands>(link, *m_queue)),
       m_pairing(std::make_unique<BridgePairing>(link, network)),
-      m_connection(std::make_unique<BridgeConnection>(link, network, *m_pairing, *m_queue))
+      m_connection(
+          std::make_unique<BridgeConnection>(link, network, *m_pairing, *m_queue, m_streamNetwork.get()))
 {
     // "glowdeckctl pair" while this runs: its key is used at once, and never overwritten with the old one.
     connect(&m_link, &BridgeLink::bridgeChangedElsewhere, this, [this] {

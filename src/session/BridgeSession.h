@@ -12,6 +12,7 @@ class BridgeLink;
 class BridgeCommands;
 class BridgeConnection;
 class BridgeDiscovery;
+class BridgeNetwork;
 class BridgePairing;
 class QNetworkAccessManager;
 
@@ -20,6 +21,8 @@ class QNetworkAccessManager;
 /// commands that fill it. Requests are built from the bridge's contact when they are queued
 /// or sent; the contact is saved, in one write, once the bridge has answered with it. A contact stored by
 /// another program (glowdeckctl pair while this runs) is taken in and the bridge reached anew with it.
+/// Given a BridgeNetwork, the session opens the event stream through one of its own with the same trust, so
+/// that the requests' kept connections can be let go while the stream stays open.
 class BridgeSession final : public QObject
 {
     Q_OBJECT
@@ -61,6 +64,7 @@ private:
     std::unique_ptr<BridgeLink> m_ownLink; // null when the link is lent
     BridgeLink& m_link;
     QNetworkAccessManager& m_network;
+    std::unique_ptr<BridgeNetwork> m_streamNetwork; // the event stream's, when `m_network` is a BridgeNetwork
     std::unique_ptr<ActionQueue> m_queue;
     std::unique_ptr<BridgeCommands> m_commands;
     std::unique_ptr<BridgePairing> m_pairing;

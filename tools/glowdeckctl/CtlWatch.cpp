@@ -52,6 +52,7 @@ void beginRecord(JsonWriter& json, const char* type, QStringView idKey, const QS
 struct CtlWatch::Watched
 {
     std::unique_ptr<CtlBridge> bridge;
+    std::unique_ptr<BridgeNetwork> streamNetwork; ///< the stream's own, so the reads' connections can go
     std::unique_ptr<BridgeEventStream> stream;
     QHash<QString, QString> lightNames; ///< by lamp id
     QHash<QString, QString> roomNames;  ///< by group id, rooms and zones
@@ -188,7 +189,8 @@ void CtlWatch::onNamesRead(Watched& watched, bool ok, const QString& failure)
     if (--watched.firstReads > 0)
         return watched.bridge->overClip() ? void() : readNames(watched, false, true);
     const BridgeLink& settings = watched.bridge->settings();
-    watched.stream = std::make_unique<BridgeEventStream>(*m_network);
+    watched.streamNetwork = m_network->withSameTrust();
+    watched.stream = std::make_unique<BridgeEventStream>(*watched.streamNetwork);
     BridgeEventStream* stream = watched.stream.get();
     connect(stream, &BridgeEventStream::connected, this, [this, &watched] { onConnected(watched); });
     connect(stream, &BridgeEventStream::changes, this,
