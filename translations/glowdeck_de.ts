@@ -686,6 +686,10 @@ Glowdeck versucht es weiter und zeigt die %2, sobald sie antwortet. Ist die Brid
         <source>%1: %2</source>
         <translation>%1: %2</translation>
     </message>
+    <message>
+        <source>The bridge took only part of a change</source>
+        <translation>Die Bridge hat eine Änderung nur zum Teil übernommen</translation>
+    </message>
 </context>
 <context>
     <name>GroupActionPicker</name>

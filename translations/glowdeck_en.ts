@@ -678,6 +678,10 @@ Glowdeck keeps trying and shows your %2 as soon as it does. Is the bridge switch
         <source>%1: %2</source>
         <translation type="unfinished"></translation>
     </message>
+    <message>
+        <source>The bridge took only part of a change</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 <context>
     <name>GroupActionPicker</name>

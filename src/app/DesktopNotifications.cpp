@@ -84,6 +84,10 @@ void DesktopNotifications::onAnswered(const BridgeSession& session, const Action
     case WriteOutcome::Kind::unexpected:
         why = tr("Its answer could not be read.");
         break;
+    case WriteOutcome::Kind::partly:
+        m_sink.show(refusalTopic(session), withBridge(session, tr("The bridge took only part of a change")),
+                    outcome.detail);
+        return;
     case WriteOutcome::Kind::accepted:
     case WriteOutcome::Kind::timedOut:
     case WriteOutcome::Kind::noAnswer:
