@@ -131,6 +131,9 @@ void ActionQueue::startProcessor()
         return;
     m_processor = new QTimer(this);
     m_processor->setInterval(currentTickInterval());
+    // Waking from idle, the first change goes at once instead of after a tick: the bridge's pace is kept by
+    // the ticks that follow, and by the room's own second.
+    m_sendSoon = !m_sinceSent.isValid() || m_sinceSent.elapsed() >= currentTickInterval().count();
     connect(m_processor, &QTimer::timeout, this, &ActionQueue::onTick);
     m_processor->start();
 }
@@ -168,6 +171,17 @@ void ActionQueue::insert(const ActionQueueItem& item)
     });
     queue.append(newest);
     setPending(queue);
+    // Posted from here, the tick comes after every change enqueued in the same turn (a burst merges first),
+    // and not at all once the queue was stopped meanwhile (sleep).
+    if (std::exchange(m_sendSoon, false)) {
+        QMetaObject::invokeMethod(
+            this,
+            [this] {
+                if (m_processor)
+                    onTick();
+            },
+            Qt::QueuedConnection);
+    }
 }
 
 void ActionQueue::setPending(const QList<ActionQueueItem>& pending)
@@ -232,6 +246,7 @@ void ActionQueue::send(const ActionQueueItem& item)
                               : item.url.toString().contains(u"/schedules") ? QByteArrayLiteral("POST")
                                                                             : QByteArrayLiteral("PUT");
     ++m_inFlight;
+    m_sinceSent.start();
     const quint64 number = ++m_sendCount;
     m_lastSent.insert(targetKey(item), {number, item.body, item});
     // No rollback: the next refresh brings back the bridge's truth. Only a busy bridge's refusal goes again.

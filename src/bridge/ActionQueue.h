@@ -118,6 +118,8 @@ private:
     quint64 m_sendCount = 0;
     QHash<QString, LastSent> m_lastSent; // by target; only answers still to come need it, so it empties
     QElapsedTimer m_sinceGroupSent;      // invalid until a room's change was sent
+    QElapsedTimer m_sinceSent;           // invalid until a change was sent
+    bool m_sendSoon = false;             // the queue woke from idle: its first change need not wait a tick
     QElapsedTimer m_sincePause;          // invalid while not paused
     std::chrono::milliseconds m_pause{0};
     bool m_logRefusals = true;

@@ -116,10 +116,13 @@ void TestActionQueue::mergesRepeatedChanges()
                          entry.property + u' ' + QString::fromUtf8(entry.body).section(u':', 1).chopped(1);
         return items;
     };
+    // Held (as in sleep) so that the first change does not leave at once: the merged queue is seen whole.
+    m_queue->stopProcessor();
     QTRY_COMPARE(left(), queued);
 
     // What is left is what reaches the bridge, in that order.
     QSignalSpy drained(m_queue.get(), &ActionQueue::drained);
+    m_queue->startProcessor();
     QVERIFY(drained.wait(5000));
     QStringList sent;
     for (const SimulatedRequest& request : m_bench->changes())
@@ -135,7 +138,10 @@ void TestActionQueue::sendsOneRequestPerTick()
     for (int id = 1; id <= 4; ++id)
         m_queue->enqueue(item(QString::number(id), QStringLiteral("on"), true));
     QSignalSpy sent(m_queue.get(), &ActionQueue::sent);
-    QTRY_COMPARE(sent.size(), 1);
+    // An idle queue sends its first change at once, not at its first tick.
+    for (int turn = 0; turn < 3 && sent.isEmpty(); ++turn)
+        QCoreApplication::processEvents();
+    QCOMPARE(sent.size(), 1);
     QCOMPARE(m_queue->pending().size(), 3); // the others wait for their ticks
     QTRY_COMPARE(sent.size(), 4);
     QStringList order;
