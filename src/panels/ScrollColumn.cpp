@@ -1,5 +1,7 @@
 #include "panels/ScrollColumn.h"
 
+#include <QAccessible>
+#include <QAccessibleWidget>
 #include <QEvent>
 #include <QResizeEvent>
 #include <QVBoxLayout>
@@ -19,11 +21,26 @@ QList<QWidget*> tabStops(QWidget* row)
     return stops;
 }
 
+/// Qt tells screen readers of a scroll area's viewport, scroll bars and corner only: the header above the
+/// rows (the filter field) would be on screen and in the Tab order but missing from the accessibility tree.
+/// The column is told as a plain pane of all its child widgets instead.
+QAccessibleInterface* accessibleColumn(const QString& className, QObject* object)
+{
+    if (className != u"ScrollColumn" || !object->isWidgetType())
+        return nullptr;
+    return new QAccessibleWidget(static_cast<QWidget*>(object), QAccessible::Pane);
+}
+
 } // namespace
 
 ScrollColumn::ScrollColumn(int padding, int spacing, QWidget* parent)
     : QScrollArea(parent), m_padding(padding)
 {
+    static const bool accessible = [] {
+        QAccessible::installFactory(accessibleColumn);
+        return true;
+    }();
+    Q_UNUSED(accessible);
     setFrameShape(QFrame::NoFrame);
     // Tab goes through the rows' controls; the column itself would be an invisible stop between them.
     setFocusPolicy(Qt::NoFocus);

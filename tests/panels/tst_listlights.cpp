@@ -4,6 +4,7 @@
 #include "panels/LightRow.h"
 #include "panels/ListLights.h"
 
+#include <QAccessible>
 #include <QJsonObject>
 #include <QPointer>
 #include <QScrollBar>
@@ -128,6 +129,13 @@ void TestListLights::filterNarrowsAManyLightsListByNameWhateverCaseAndAccents()
     m_bench->settings().home().setLights(lights);
     QTRY_VERIFY(filter->isVisible());
     QCOMPARE(filter->accessibleName(), u"Filter lamps"_qs);
+    // A screen reader finds it among the list's children, as it finds the rows.
+    QAccessibleInterface* list = QAccessible::queryAccessibleInterface(m_list.get());
+    QVERIFY(list);
+    QStringList children;
+    for (int i = 0; i < list->childCount(); ++i)
+        children << list->child(i)->text(QAccessible::Name);
+    QVERIFY2(children.contains(u"Filter lamps"_qs), qPrintable(children.join(u", "_qs)));
     // The field, the rows and their switches stay clear of the scroll bar that many lights bring.
     QTRY_VERIFY(m_list->verticalScrollBar()->isVisible());
     const int clear = m_list->viewport()->width();
